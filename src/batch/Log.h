@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/system/Clock.h"
+#include "platform/system/Folders.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QString>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace quillfern {
+
+/// One page of an output document in the log.
+struct LogFile
+{
+    QString sourceFile;
+    std::int32_t sourcePageNo = 0;
+    std::int32_t targetPageNo = 0;
+    QString status;
+};
+
+/// One output document in the log.
+struct LogFiles
+{
+    QString filename;   ///< the output's file name
+    QString targetPath; ///< the folder it is in
+    QString status;     ///< "Completed", "Failed", "No Pages" or the reason of a failure
+    std::int32_t pages = 0;
+    std::vector<LogFile> logFiles;
+};
+
+/// What a job produced. Filled and saved by the job's worker; the path may be read when the job has
+/// completed.
+class Log
+{
+  public:
+    /// Starts and ends now, until the job says otherwise. Both references must outlive the log.
+    Log(const Clock& clock, const Folders& folders);
+
+    QDateTime startTime;
+    QDateTime endTime;
+    std::vector<LogFiles> files;
+
+    /// Where save() put the log; nothing before.
+    [[nodiscard]] const std::optional<QString>& logFilePath() const { return logFilePath_; }
+
+    /// Writes the log as an XML file named from the end time into the folder "Logs" of the application's
+    /// folder. Returns false only when it came to no path at all: a file that could not be written goes to
+    /// the system log, and the path then names a file that is not there.
+    bool save(const QLocale& locale = QLocale());
+
+  private:
+    [[nodiscard]] QByteArray document(const QLocale& locale) const;
+
+    const Folders& folders_;
+    std::optional<QString> logFilePath_;
+};
+
+} // namespace quillfern

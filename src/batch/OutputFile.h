@@ -1,0 +1,31 @@
+#pragma once
+
+#include "filelist/FileItem.h"
+
+#include <optional>
+#include <vector>
+
+namespace quillfern {
+
+/// One planned output document and the inputs that feed it, in order.
+class OutputFile
+{
+  public:
+    /// Sets both fields, but only when both arguments are present.
+    void initWithData(const std::optional<QString>& filename,
+                      const std::optional<std::vector<FileItem>>& items)
+    {
+        if (!filename || !items) return;
+        filename_ = *filename;
+        fileItems_ = *items;
+    }
+
+    [[nodiscard]] const QString& filename() const { return filename_; } ///< full path
+    [[nodiscard]] const std::vector<FileItem>& fileItems() const { return fileItems_; }
+
+  private:
+    QString filename_;
+    std::vector<FileItem> fileItems_;
+};
+
+} // namespace quillfern

@@ -1,0 +1,177 @@
+#include "batch/Process.h"
+
+#include "batch/TimeTaken.h"
+#include "platform/system/FileIdentity.h"
+#include "platform/system/Guarded.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <unordered_map>
+
+namespace quillfern {
+
+Process::Process(ProcessServices services, Settings& settings, ProcessObserver& observer)
+    : services_(std::move(services)), settings_(settings), observer_(observer),
+      log_(services_.clock, services_.folders)
+{
+}
+
+QString Process::read(const QString& field) const
+{
+    const std::lock_guard lock(mutex_);
+    return field;
+}
+
+void Process::write(QString& field, const QString& value)
+{
+    const std::lock_guard lock(mutex_);
+    field = value;
+}
+
+void Process::viewLog()
+{
+    guarded("Error in (Process=>viewLog) : %@", [this] {
+        if (isCompleted_ && log_.logFilePath()) services_.desktop.open(*log_.logFilePath());
+    });
+}
+
+void Process::postLabel()
+{
+    const QString text =
+        timeTakenLabel(timeTaken(), totalFileProcessed_, static_cast<int>(outputFiles.size()));
+    services_.mainThread.postAndWait([&] { observer_.updateTimeTakenLabel(text); });
+}
+
+void Process::findCollisions()
+{
+    collisions_.assign(outputFiles.size(), {});
+    std::unordered_map<FileIdentity, QString> inputs;
+    for (const OutputFile& output : outputFiles)
+        for (const FileItem& item : output.fileItems()) {
+            const QString path = item.filePath().toLocalFile();
+            if (const auto identity = fileIdentity(path)) inputs.emplace(*identity, path);
+        }
+    QHash<QString, QString> writers;
+    for (std::size_t i = 0; i < outputFiles.size(); ++i) {
+        const OutputFile& output = outputFiles[i];
+        if (output.fileItems().empty()) continue;
+        const QString own = output.fileItems().back().filePath().toLocalFile();
+        const auto present = fileIdentity(output.filename());
+        const auto input = present ? inputs.find(*present) : inputs.end();
+        if (input != inputs.end() && !isSameFile(output.filename(), own))
+            collisions_[i].overwritesInput = input->second;
+        const QString key = QDir::cleanPath(output.filename());
+        collisions_[i].replacesCopyOf = writers.value(key);
+        writers.insert(key, own);
+    }
+}
+
+void Process::start(std::int64_t totalPages)
+{
+    isCompleted_ = false;
+    failed_ = false;
+    log_.startTime = services_.clock.now();
+    write(message_, QString());
+    try {
+        findCollisions();
+        const auto processors =
+            services_.makeProcessors(*settings_.number, [this] { ++totalPagesProcessed_; });
+        runOutputs(*processors, totalPages);
+    } catch (...) {
+        logLine(failureLine("Error in (Process=>start) : %@", reasonOfCurrentException()));
+        failed_ = true;
+    }
+    finish();
+}
+
+void Process::runOutputs(DocumentProcessors& processors, std::int64_t listPages)
+{
+    std::int64_t totalPages = settings_.number->isContinuousNumbering() ? listPages : 0;
+    for (std::size_t i = 0; i < outputFiles.size() && isCombining_; ++i)
+        runOutput(i, processors, totalPages);
+}
+
+void Process::runOutput(std::size_t index, DocumentProcessors& processors, std::int64_t& totalPages)
+{
+    const QFileInfo target(outputFiles[index].filename());
+    log_.files.push_back({target.fileName(), target.path(), {}, 0, {}});
+    LogFiles& record = log_.files.back();
+    write(outputFileInProcess_, target.fileName());
+    note_.clear();
+    try {
+        for (const FileItem& item : outputFiles[index].fileItems()) {
+            if (!isCombining_) break;
+            runItem(item, index, processors, record, totalPages);
+        }
+    } catch (...) {
+        failed_ = true;
+        record.status = reasonOfCurrentException();
+        logLine(failureLine("Error in (Process=>start) : %@", record.status));
+    }
+    write(outputFileInProcess_, QString());
+    const LogFiles copy = record;
+    const QString note = note_;
+    services_.mainThread.postAndWait([&] { observer_.outputFinished(copy, note); });
+}
+
+void Process::runItem(const FileItem& item, std::size_t index, DocumentProcessors& processors,
+                      LogFiles& record, std::int64_t& totalPages)
+{
+    if (item.pages() <= 0) {
+        record.status = QStringLiteral("No Pages");
+        return;
+    }
+    const Collision& collision = collisions_[index];
+    if (!collision.overwritesInput.isEmpty())
+        throw Failure(QStringLiteral("not written: it would overwrite another file of the list, %1")
+                          .arg(collision.overwritesInput));
+    Numbering& number = *settings_.number;
+    const QString source = item.filePath().toLocalFile();
+    const QString target = outputFiles[index].filename();
+    record.pages = item.pages();
+    write(fileInProcess_, item.name());
+    if (!number.isContinuousNumbering()) totalPages = item.pages();
+
+    const bool isPdf = item.type().toUpper() == QLatin1String("PDF");
+    const bool created = isPdf ? processors.processPDF(source, target, QString(), totalPages)
+                               : processors.processTIFF(source, target, totalPages, item.compression());
+    if (!number.isContinuousNumbering()) number.reset();
+    ++totalFileProcessed_;
+    postLabel();
+    if (created) ++totalFileCreated_;
+    record.status = created ? QStringLiteral("Completed") : QStringLiteral("Failed");
+    note_ = processors.lastProblem();
+    if (note_.isEmpty() && created && !collision.replacesCopyOf.isEmpty()) {
+        note_ = QStringLiteral("replaces the copy of %1").arg(collision.replacesCopyOf);
+        logNotice(QStringLiteral("%1 %2").arg(target, note_));
+    }
+}
+
+QString Process::resultMessage() const
+{
+    if (failed_)
+        return getAppTitle() + QStringLiteral(" unable able to process some of the files!\r\n"
+                                              "Please check log for more information.");
+    if (!isCombining_) return QStringLiteral("Process cancelled!");
+    const std::int32_t created = totalFileCreated_;
+    if (static_cast<std::size_t>(created) != outputFiles.size())
+        return QStringLiteral("Total %1 files processed successfully.").arg(created);
+    return QStringLiteral("All files processed successfully.");
+}
+
+void Process::finish()
+{
+    log_.endTime = services_.clock.now();
+    log_.save();
+    write(message_, resultMessage());
+    write(timeTaken_, timeTakenString(log_.startTime, log_.endTime));
+    write(fileInProcess_, QString());
+    write(outputFileInProcess_, QString());
+    isCombining_ = false;
+    postLabel();
+    if (settings_.isOpenFolderAfterConversion && totalFileCreated_ > 0)
+        services_.desktop.open(settings_.outputFolderPath.value_or(QString()));
+    isCompleted_ = true;
+}
+
+} // namespace quillfern

@@ -1,0 +1,117 @@
+#include "config/Margins.h"
+
+#include "platform/system/Guarded.h"
+
+namespace quillfern {
+
+double Margins::convertToPointUnit(double value) const
+{
+    switch (number_.marginUnit) {
+    case Millimetres:
+        return value * pointsPerInch / millimetresPerInch;
+    case Inches:
+        return value * pointsPerInch;
+    default:
+        return value;
+    }
+}
+
+namespace {
+
+double converted(double value, std::int32_t from, std::int32_t to)
+{
+    if (from == Millimetres && to == Points) return value * pointsPerInch / millimetresPerInch;
+    if (from == Millimetres && to == Inches) return value / millimetresPerInch;
+    if (from == Inches && to == Points) return value * pointsPerInch;
+    if (from == Inches && to == Millimetres) return value * millimetresPerInch;
+    if (from == Points && to == Inches) return value / pointsPerInch;
+    if (from == Points && to == Millimetres) return value / pointsPerInch * millimetresPerInch;
+    return value;
+}
+
+} // namespace
+
+template <class Convert>
+void Margins::convertEach(Convert convert)
+{
+    if (number_.marginTop() > 0) number_.setMarginTop(convert(number_.marginTop(), false));
+    if (number_.marginLeft() > 0) number_.setMarginLeft(convert(number_.marginLeft(), true));
+    if (number_.marginRight() > 0) number_.setMarginRight(convert(number_.marginRight(), true));
+    if (number_.marginBottom() > 0) number_.setMarginBottom(convert(number_.marginBottom(), false));
+}
+
+void Margins::convertPoints(std::int32_t previousUnit)
+{
+    convertEach([&](double value, bool) { return converted(value, previousUnit, number_.marginUnit); });
+}
+
+void Margins::convertPointsToPercentage(const QSizeF& size)
+{
+    const bool toPercentage = number_.isMarginInPercentage;
+    convertEach([&](double value, bool horizontal) {
+        const double dimension = horizontal ? size.width() : size.height();
+        return toPercentage ? convertToPointUnit(value) / dimension * wholePercent
+                            : value * dimension / wholePercent;
+    });
+    if (!toPercentage) convertPoints(Points);
+}
+
+double Margins::inset(double margin, double dimension, bool inPercentage) const
+{
+    if (!(margin > 0)) return 0;
+    return inPercentage ? margin / wholePercent * dimension : convertToPointUnit(margin);
+}
+
+QRectF Margins::rect(const QSizeF& size, bool inPercentage) const
+{
+    const double left = inset(number_.marginLeft(), size.width(), inPercentage);
+    const double top = inset(number_.marginTop(), size.height(), inPercentage);
+    const double right = size.width() - inset(number_.marginRight(), size.width(), inPercentage);
+    const double bottom = size.height() - inset(number_.marginBottom(), size.height(), inPercentage);
+    return {left, top, right - left, bottom - top};
+}
+
+QRectF Margins::marginRect(const QSizeF& size) const
+{
+    return rect(size, number_.isMarginInPercentage);
+}
+
+QRectF Margins::lengthRect(const QSizeF& size) const
+{
+    return rect(size, false);
+}
+
+void Margins::unitChanged(std::int32_t unit)
+{
+    guarded("Error in [unitChanged:] : %@", [&] {
+        const std::int32_t previous = number_.marginUnit;
+        number_.marginUnit = unit;
+        if (number_.isMarginInPercentage) return;
+        number_.beginUpdate();
+        convertPoints(previous);
+        number_.endUpdate(false);
+    });
+}
+
+void Margins::isMarginPercentageChanged(const QSizeF& size)
+{
+    guarded("Error in [isMarginPercentageChanged:] : %@", [&] {
+        number_.beginUpdate();
+        convertPointsToPercentage(size);
+        number_.endUpdate(false);
+    });
+}
+
+void Margins::resetMargins()
+{
+    number_.beginUpdate();
+    const bool changed = number_.marginTop() != 0 || number_.marginLeft() != 0 ||
+                         number_.marginRight() != 0 || number_.marginBottom() != 0;
+    number_.setMarginTop(0);
+    number_.setMarginLeft(0);
+    number_.setMarginRight(0);
+    number_.setMarginBottom(0);
+    number_.endUpdate(changed);
+}
+
+} // namespace quillfern

@@ -1,0 +1,59 @@
+#include "config/Numbering.h"
+
+#include "platform/drawing/FontCatalog.h"
+#include "platform/store/DefaultsStore.h"
+#include "platform/system/Guarded.h"
+
+namespace quillfern {
+
+Numbering::Numbering(DefaultsStore* defaults) : defaults_(defaults)
+{
+    if (defaults_) {
+        const auto stored = defaults_->value(QStringLiteral("NUMBERING"));
+        if (stored) setData(stored->as<Record>());
+    }
+    getPDFFonts();
+}
+
+void Numbering::endUpdate(bool notify)
+{
+    isUpdating_ = false;
+    if (notify && delegate_) delegate_->PropertyChanged(*this);
+}
+
+void Numbering::settingsChanged()
+{
+    if (!isUpdating_ && delegate_) delegate_->PropertyChanged(*this);
+}
+
+const std::set<std::string>& Numbering::keyPathsForValuesAffectingIsSettingsChanged()
+{
+    // "marginAnchor" and "numberType" are fields of stamps; whoever watches a configuration watches them too.
+    static const std::set<std::string> keys = {
+        "hasLabel",     "isContinuousNumbering", "labelPrefix",  "marginAnchor", "marginLeft",
+        "marginTop",    "marginRight",           "marginBottom", "numberType",   "pageRange",
+        "startNumber",  "numberSteps",           "startPage",    "endPage",      "isHighlightStamp",
+        "isLivePreview"};
+    return keys;
+}
+
+void Numbering::reset()
+{
+    guarded("Error in (Numbering=>reset) : %@", [this] {
+        numberCounter = startNumber_;
+        for (const auto& stamp : stamps)
+            stamp->reset();
+    });
+}
+
+const std::vector<PDFFont>& Numbering::getPDFFonts()
+{
+    guarded("Error in (Numbering=>getPDFFonts) : %@", [this] {
+        fonts_.clear();
+        for (const QString& family : FontCatalog().families())
+            fonts_.push_back(PDFFont::initWithFont(family, -1, 12.0, false));
+    });
+    return fonts_;
+}
+
+} // namespace quillfern

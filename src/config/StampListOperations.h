@@ -1,0 +1,54 @@
+#pragma once
+
+#include "config/Numbering.h"
+
+#include <vector>
+
+namespace quillfern {
+
+/// What a list should show after an operation: exactly these rows selected (a row of -1 or none: nothing),
+/// and this row scrolled into view.
+struct RowSelection
+{
+    std::vector<int> rows;
+    int scrollTo = -1;
+};
+
+/// What the user does with the list of stamps, for whatever shows it. Rows are indices into the list. The
+/// caller reloads its list and applies the returned selection after each operation, also after one that
+/// failed: failures are logged and leave the list as far as it got. Main thread.
+class StampListOperations
+{
+  public:
+    explicit StampListOperations(Numbering& number) : number_(number) {}
+
+    /// Appends the stamp and selects it.
+    RowSelection addStamp(std::shared_ptr<IStampItem> stamp);
+    /// Removes the stamps in the selected rows (ascending).
+    RowSelection removeStampAction(const std::vector<int>& selectedRows);
+    /// Removes one stamp; when it is the first selected one, the whole selection goes.
+    RowSelection removeStamp(const IStampItem& stamp, const std::vector<int>& selectedRows);
+    /// Moves the selected stamps by one row. Moving row 0 up, or the last one down, fails and changes
+    /// nothing.
+    RowSelection moveStampUpAction(const std::vector<int>& selectedRows);
+    RowSelection moveStampDownAction(const std::vector<int>& selectedRows);
+
+    [[nodiscard]] bool canMoveUp(const std::vector<int>& selectedRows) const;
+    [[nodiscard]] bool canMoveDown(const std::vector<int>& selectedRows) const;
+
+    /// Pages and numbers back to 1, to the end, from 1 in steps of 1; tells the delegate once if that changed
+    /// any.
+    void resetNumberCounters();
+
+  private:
+    void removeRows(const std::vector<int>& rows);
+    IStampItem& stampAt(int row) const;
+
+    Numbering& number_;
+};
+
+/// What one of the two guarded whole-number fields (by its tag, 30001 or 30002) shows after the user typed
+/// `text`: the text without what is not a digit at its ends, or the field's smallest sensible number.
+[[nodiscard]] QString guardedInteger(int fieldTag, const QString& text);
+
+} // namespace quillfern

@@ -1,0 +1,116 @@
+#include "filelist/FileItem.h"
+
+#include "platform/pdf/PdfDocument.h"
+#include "platform/raster/ImageInspector.h"
+#include "platform/system/DateText.h"
+#include "platform/system/FileFacts.h"
+
+#include <QFileInfo>
+#include <array>
+#include <cmath>
+
+namespace quillfern {
+
+std::int32_t getTiffPageCount(const QUrl& url, const QString&, std::int32_t& compression)
+{
+    if (!url.isLocalFile()) return 0;
+    const ImageFacts facts = inspectImageFile(url.toLocalFile());
+    if (facts.pages > 0) compression = facts.compression;
+    return facts.pages;
+}
+
+bool verifyPDF(const std::optional<QUrl>& url, const std::optional<QString>& password)
+{
+    return url && password && pdfOpensWith(url->toLocalFile(), *password);
+}
+
+QString sizeText(std::int32_t bytes)
+{
+    static constexpr std::array<const char*, 5> units = {"B", "KB", "MB", "GB", "TB"};
+    auto s = static_cast<float>(bytes);
+    std::size_t step = 0;
+    while (s > 1000.0F && step + 1 < units.size()) {
+        s /= 1000.0F;
+        ++step;
+    }
+    if (step < 2) return QStringLiteral("%1 KB").arg(std::lround(bytes / 1000.0));
+    // Width 4 with one decimal: a lone digit before the point has a blank before it, also where the ".0"
+    // goes.
+    const QString text = QString::number(static_cast<double>(s), 'f', 1).rightJustified(4);
+    const QStringList parts = text.split(QLatin1Char('.'));
+    const QString number = parts.size() == 2 && parts[1].toInt() == 0 ? parts[0] : text;
+    return QStringLiteral("%1 %2").arg(number, QString::fromLatin1(units[step]));
+}
+
+std::optional<FileItem> FileItem::initWithURL(const QUrl& url)
+{
+    if (!url.isLocalFile() || url.toLocalFile().isEmpty()) return std::nullopt;
+    FileItem item;
+    item.setFilePath(QUrl(url.toString(QUrl::FullyEncoded)));
+    return item;
+}
+
+void FileItem::setFilePath(const QUrl& url)
+{
+    filePath_ = url;
+    const auto allocated = allocatedSize(path());
+    if (allocated) size_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(*allocated));
+}
+
+void FileItem::setPdfOpenPassword(const std::optional<QString>& password)
+{
+    pdfOpenPassword_ = password.value_or(QString());
+    compression_ = 1;
+    pages_ = getTiffPageCount(filePath_, pdfOpenPassword_, compression_);
+}
+
+QString FileItem::name() const
+{
+    return QFileInfo(path()).fileName();
+}
+
+QString FileItem::location() const
+{
+    const QString whole = path();
+    return whole.isEmpty() ? QString() : QFileInfo(whole).path();
+}
+
+QString FileItem::type() const
+{
+    return QFileInfo(path()).suffix();
+}
+
+QDateTime FileItem::dateModified() const
+{
+    return QFileInfo(path()).lastModified();
+}
+
+QDateTime FileItem::dateCreated() const
+{
+    return QFileInfo(path()).birthTime();
+}
+
+QDateTime FileItem::dateAccessed() const
+{
+    return QFileInfo(path()).lastRead();
+}
+
+QVariant FileItem::displayField(const QString& identifier, const QLocale& locale) const
+{
+    const auto date = [&](const QDateTime& moment) {
+        return dateText(moment, QStringLiteral("dd-MMM-yyyy h:mm a"), locale);
+    };
+    const QString column = identifier.toUpper();
+    if (column == QLatin1String("ISSELECTED")) return isSelected_;
+    if (column == QLatin1String("NAME")) return name();
+    if (column == QLatin1String("PAGES")) return pages_;
+    if (column == QLatin1String("SIZEINKB")) return sizeInKB();
+    if (column == QLatin1String("TYPE")) return type();
+    if (column == QLatin1String("DATEMODIFIED")) return date(dateModified());
+    if (column == QLatin1String("DATECREATED")) return date(dateCreated());
+    if (column == QLatin1String("DATEACCESSED")) return date(dateAccessed());
+    if (column == QLatin1String("LOCATION")) return location();
+    return QString();
+}
+
+} // namespace quillfern

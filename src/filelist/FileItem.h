@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QDateTime>
+#include <QLocale>
+#include <QString>
+#include <QUrl>
+#include <QVariant>
+#include <cstdint>
+#include <optional>
+
+namespace quillfern {
+
+/// The number of pages of a file and its TIFF compression code. `compression` keeps its value where the file
+/// states none. The password is accepted and not used: counting never unlocks a document.
+[[nodiscard]] std::int32_t getTiffPageCount(const QUrl& url, const QString& password,
+                                            std::int32_t& compression);
+
+/// True when a PDF document opens from `url` and either is not encrypted or unlocks with `password`.
+[[nodiscard]] bool verifyPDF(const std::optional<QUrl>& url, const std::optional<QString>& password);
+
+/// A size in bytes for people: whole KB up to a million bytes, then with one decimal in decimal thousands.
+[[nodiscard]] QString sizeText(std::int32_t bytes);
+
+/// One input file of the list. Not for use from two threads at once.
+class FileItem
+{
+  public:
+    /// A checked item for a file URL; nothing for any other URL. Its pages are counted by
+    /// setPdfOpenPassword().
+    [[nodiscard]] static std::optional<FileItem> initWithURL(const QUrl& url);
+
+    [[nodiscard]] bool isSelected() const { return isSelected_; } ///< the check mark
+    void setIsSelected(bool selected) { isSelected_ = selected; }
+    [[nodiscard]] const QUrl& filePath() const { return filePath_; }
+    /// Also takes the file's size on disk; the size stays as it was when the file cannot be looked at.
+    void setFilePath(const QUrl& url);
+    [[nodiscard]] std::int32_t pages() const { return pages_; }
+    [[nodiscard]] std::int32_t compression() const { return compression_; } ///< TIFF code of the first image
+    /// Allocated on disk, in bytes, cut to 32 bits.
+    [[nodiscard]] std::int32_t size() const { return size_; }
+    [[nodiscard]] const QString& pdfOpenPassword() const { return pdfOpenPassword_; }
+    /// Stores the password (an absent one as the empty text) and counts the pages.
+    void setPdfOpenPassword(const std::optional<QString>& password);
+
+    [[nodiscard]] QString name() const;
+    [[nodiscard]] QString location() const; ///< the folder
+    [[nodiscard]] QString type() const;     ///< the extension as it is written
+    [[nodiscard]] QString sizeInKB() const { return sizeText(size_); }
+    // Read from the file system at every call; invalid when they cannot be.
+    [[nodiscard]] QDateTime dateModified() const;
+    [[nodiscard]] QDateTime dateCreated() const;
+    [[nodiscard]] QDateTime dateAccessed() const;
+
+    /// What the table shows in a column, by the column's identifier in any mix of case; "" for an unknown
+    /// one.
+    [[nodiscard]] QVariant displayField(const QString& identifier, const QLocale& locale = QLocale()) const;
+
+    /// Items are equal when their URLs are.
+    bool operator==(const FileItem& other) const { return filePath_ == other.filePath_; }
+
+  private:
+    FileItem() = default;
+    [[nodiscard]] QString path() const { return filePath_.toLocalFile(); }
+
+    bool isSelected_ = true;
+    QUrl filePath_;
+    std::int32_t pages_ = 0;
+    std::int32_t compression_ = 1;
+    std::int32_t size_ = 0;
+    QString pdfOpenPassword_;
+};
+
+} // namespace quillfern

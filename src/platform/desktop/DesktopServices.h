@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+namespace quillfern {
+
+/// What the desktop does for us with files. A seam, so that tests see what would have been opened. All
+/// operations take absolute paths and may be called from any thread; a refused request is not an error.
+class DesktopServices
+{
+  public:
+    virtual ~DesktopServices() = default;
+    /// Opens a file or a folder with its default application.
+    virtual void open(const QString& path) = 0;
+};
+
+/// A machine without a desktop (a server, a script): every request is quietly declined.
+class NoDesktop final : public DesktopServices
+{
+  public:
+    void open(const QString&) override {}
+};
+
+} // namespace quillfern

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QByteArray>
+#include <cstddef>
+#include <vector>
+
+namespace quillfern {
+
+/// What a page's content leaves open or closes too often. A stamp that follows the content must be drawn in
+/// an untouched graphics state, outside of whatever text object, marked content or string was never ended.
+struct ContentBalance
+{
+    /// Operators (and string ends) that close everything left open, in order; empty for sound content.
+    QByteArray closing;
+    /// Positions of the Q operators that have no q before them. Viewers ignore these, and once the content
+    /// stands between q and Q of ours they must go, or they would take our state.
+    std::vector<std::size_t> strayRestores;
+
+    [[nodiscard]] bool sound() const { return closing.isEmpty() && strayRestores.empty(); }
+};
+
+/// Reads a page's whole decoded content (ISO 32000-1, 7.8.2; its streams joined by white space). Strings,
+/// comments and inline image data are passed over. Throws Failure for content nested beyond all reason.
+[[nodiscard]] ContentBalance balanceOfContent(const char* data, std::size_t size);
+
+} // namespace quillfern

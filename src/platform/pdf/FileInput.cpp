@@ -1,0 +1,104 @@
+#include "platform/pdf/FileInput.h"
+
+#include "platform/system/Failure.h"
+
+#include <QFile>
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quillfern {
+
+FileInput::FileInput(const QString& path) : name_(path.toStdString())
+{
+    const QString doing = QStringLiteral("cannot read %1").arg(path);
+    descriptor_ = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor_ < 0) throw Failure::fromErrno(doing, errno);
+    struct stat status = {};
+    if (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(descriptor_);
+        throw Failure(doing + QStringLiteral(": not a regular file"));
+    }
+    size_ = status.st_size;
+}
+
+FileInput::~FileInput()
+{
+    ::close(descriptor_);
+}
+
+const FileInput::Block& FileInput::blockAt(qpdf_offset_t offset)
+{
+    const qpdf_offset_t start = offset - offset % blockSize;
+    if (current_ && current_->start == start) return *current_;
+    const auto found =
+        std::find_if(blocks_.begin(), blocks_.end(), [&](const Block& b) { return b.start == start; });
+    Block& block =
+        found != blocks_.end()
+            ? *found
+            : *std::min_element(blocks_.begin(), blocks_.end(),
+                                [](const Block& a, const Block& b) { return a.lastUse < b.lastUse; });
+    block.lastUse = ++uses_;
+    current_ = &block;
+    if (block.start == start) return block;
+
+    block.start = -1;
+    block.bytes.resize(static_cast<std::size_t>(std::min(blockSize, size_ - start)));
+    std::size_t filled = 0;
+    while (filled < block.bytes.size()) {
+        const ssize_t count = ::pread(descriptor_, block.bytes.data() + filled, block.bytes.size() - filled,
+                                      start + static_cast<qpdf_offset_t>(filled));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) throw Failure::fromErrno(QStringLiteral("cannot read the file"), errno);
+        if (count == 0) throw Failure(QStringLiteral("the file became shorter while it was read"));
+        filled += static_cast<std::size_t>(count);
+    }
+    block.start = start;
+    return block;
+}
+
+size_t FileInput::read(char* bytes, size_t length)
+{
+    last_offset = position_;
+    size_t done = 0;
+    while (done < length && position_ >= 0 && position_ < size_) {
+        const Block& block = blockAt(position_);
+        const auto inside = static_cast<size_t>(position_ - block.start);
+        const size_t part = std::min(length - done, block.bytes.size() - inside);
+        std::memcpy(bytes + done, block.bytes.data() + inside, part);
+        done += part;
+        position_ += static_cast<qpdf_offset_t>(part);
+    }
+    return done;
+}
+
+void FileInput::seek(qpdf_offset_t offset, int whence)
+{
+    const qpdf_offset_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? position_ : size_;
+    if (base + offset < 0) throw Failure(QStringLiteral("the file points before its own beginning"));
+    position_ = base + offset;
+}
+
+qpdf_offset_t FileInput::findAndSkipNextEOL()
+{
+    const auto isEol = [](char c) { return c == '\r' || c == '\n'; };
+    bool found = false;
+    qpdf_offset_t eol = size_;
+    while (position_ < size_) {
+        const Block& block = blockAt(position_);
+        const auto first = block.bytes.begin() + (position_ - block.start);
+        const auto hit = found ? std::find_if_not(first, block.bytes.end(), isEol)
+                               : std::find_if(first, block.bytes.end(), isEol);
+        position_ = block.start + (hit - block.bytes.begin());
+        if (hit == block.bytes.end()) continue;
+        if (found) break;
+        found = true;
+        eol = position_;
+    }
+    return eol;
+}
+
+} // namespace quillfern

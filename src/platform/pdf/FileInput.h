@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QString>
+#include <array>
+#include <memory>
+#include <qpdf/InputSource.hh>
+#include <vector>
+
+namespace quillfern {
+
+/// A file that qpdf reads in any order, held in a few blocks. About as fast as a memory map for the way a
+/// document is parsed, but a source that another program cuts short while we read gives an error instead of a
+/// signal, and memory does not grow with the file.
+class FileInput final : public InputSource
+{
+  public:
+    /// Throws Failure when the file cannot be opened.
+    explicit FileInput(const QString& path);
+    ~FileInput() override;
+    FileInput(const FileInput&) = delete;
+    FileInput& operator=(const FileInput&) = delete;
+
+    qpdf_offset_t findAndSkipNextEOL() override;
+    std::string const& getName() const override { return name_; }
+    qpdf_offset_t tell() override { return position_; }
+    void seek(qpdf_offset_t offset, int whence) override;
+    void rewind() override { position_ = 0; }
+    size_t read(char* bytes, size_t length) override;
+    void unreadCh(char) override { --position_; }
+
+  private:
+    static constexpr qpdf_offset_t blockSize = 128 * 1024;
+    struct Block
+    {
+        qpdf_offset_t start = -1;
+        unsigned long long lastUse = 0;
+        std::vector<char> bytes;
+    };
+
+    /// The block that holds `offset`, which lies before the end of the file.
+    const Block& blockAt(qpdf_offset_t offset);
+
+    std::string name_;
+    int descriptor_ = -1;
+    qpdf_offset_t size_ = 0;
+    qpdf_offset_t position_ = 0;
+    unsigned long long uses_ = 0;
+    Block* current_ = nullptr;
+    std::array<Block, 12> blocks_;
+};
+
+} // namespace quillfern

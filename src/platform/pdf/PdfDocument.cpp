@@ -1,0 +1,338 @@
+#include "platform/pdf/PdfDocument.h"
+
+#include "platform/pdf/ContentScanner.h"
+#include "platform/pdf/FileInput.h"
+#include "platform/pdf/PdfCanvas.h"
+#include "platform/pdf/PdfMetadata.h"
+#include "platform/pdf/PdfPageBox.h"
+#include "platform/pdf/PdfResources.h"
+#include "platform/pdf/PdfWriter.h"
+#include "platform/store/AtomicFile.h"
+#include "platform/system/Failure.h"
+
+#include <deque>
+#include <optional>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFAcroFormDocumentHelper.hh>
+#include <qpdf/QPDFExc.hh>
+#include <set>
+
+namespace quillfern {
+
+namespace {
+
+[[noreturn]] void refuse(const QPDFExc& exception)
+{
+    if (exception.getErrorCode() == qpdf_e_password)
+        throw Failure(QStringLiteral("the document needs a password"));
+    throw Failure(QString::fromStdString(exception.getMessageDetail()));
+}
+
+/// Runs work on a document and translates what its library throws.
+template <class Work>
+auto translated(Work&& work)
+{
+    try {
+        return work();
+    } catch (const QPDFExc& exception) {
+        refuse(exception);
+    } catch (const std::logic_error& error) {
+        throw Failure(QString::fromUtf8(error.what()));
+    } catch (const std::runtime_error& error) {
+        throw Failure(QString::fromUtf8(error.what()));
+    }
+}
+
+std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page)
+{
+    QPDFObjectHandle contents = page.getKey("/Contents");
+    std::vector<QPDFObjectHandle> streams;
+    if (contents.isStream()) {
+        streams.push_back(contents);
+    } else if (contents.isArray()) {
+        for (int i = 0; i < contents.getArrayNItems(); ++i) {
+            QPDFObjectHandle item = contents.getArrayItem(i);
+            if (item.isStream()) streams.push_back(item);
+        }
+    }
+    return streams;
+}
+
+} // namespace
+
+class PdfDocument::Private
+{
+  public:
+    explicit Private(const QString& path)
+    {
+        qpdf.setSuppressWarnings(true);
+        qpdf.processInputSource(std::make_shared<FileInput>(path), "");
+        pages = qpdf.getAllPages();
+        if (pages.empty()) throw Failure(QStringLiteral("the document has no pages"));
+        metadata.emplace(qpdf);
+        archivalPart = metadata->archivalPart();
+        resources.emplace(qpdf, archivalPart > 0 && !metadata->hasRgbOutputIntent());
+    }
+
+    /// A page whose marks are drawn and whose own content is still being read.
+    struct Pending
+    {
+        QPDFObjectHandle page;
+        std::vector<QPDFObjectHandle> streams;
+        std::shared_future<ContentScanner::Result> scan; ///< not valid when nothing follows the content
+        std::string under;
+        std::string over;
+    };
+
+    void add(Pending pending);
+    void settleOldest();
+    void settleAll();
+    std::shared_future<ContentScanner::Result> scanOf(const std::vector<QPDFObjectHandle>& streams);
+    QPDFObjectHandle resourcesWith(QPDFObjectHandle page, const PdfPageResources& added);
+
+    QPDF qpdf;
+    std::vector<QPDFObjectHandle> pages;
+    std::optional<PdfMetadata> metadata;
+    std::optional<PdfResources> resources;
+    int archivalPart = 0;
+    std::set<QPDFObjGen> widgetsToDrop;
+
+  private:
+    QPDFObjectHandle saveState();
+
+    static constexpr std::size_t mostPending = 64;
+    std::deque<Pending> pending_;
+    ContentScanner scanner_;
+    std::map<std::vector<QPDFObjGen>, std::shared_future<ContentScanner::Result>> scans_;
+    std::map<std::pair<QPDFObjGen, std::string>, QPDFObjectHandle> sharedResources_;
+    QPDFObjectHandle saveState_;
+};
+
+QPDFObjectHandle PdfDocument::Private::saveState()
+{
+    if (!saveState_.isInitialized()) saveState_ = qpdf.newStream("q\n");
+    return saveState_;
+}
+
+std::shared_future<ContentScanner::Result>
+PdfDocument::Private::scanOf(const std::vector<QPDFObjectHandle>& streams)
+{
+    // Pages that share their content are read once; only a page of one's own is not worth remembering for
+    // long.
+    std::vector<QPDFObjGen> key;
+    for (const QPDFObjectHandle& stream : streams)
+        key.push_back(stream.getObjGen());
+    const auto found = scans_.find(key);
+    if (found != scans_.end()) return found->second;
+    if (scans_.size() >= 4 * mostPending) scans_.clear();
+    return scans_.emplace(std::move(key), scanner_.scan(streams)).first->second;
+}
+
+QPDFObjectHandle PdfDocument::Private::resourcesWith(QPDFObjectHandle page, const PdfPageResources& added)
+{
+    QPDFObjectHandle holder;
+    QPDFObjectHandle present = inheritedAttribute(page, "/Resources", &holder);
+    const bool own = !present.isIndirect() && holder.isInitialized() && holder.isSameObjectAs(page);
+    const auto extended = [&] {
+        QPDFObjectHandle copy =
+            present.isDictionary() ? present.shallowCopy() : QPDFObjectHandle::newDictionary();
+        added.addTo(copy);
+        return copy;
+    };
+    if (own || !present.isDictionary()) return extended();
+    // Pages that shared one dictionary share its extended copy; the original is left to whoever else uses it.
+    const std::pair key(present.isIndirect() ? present.getObjGen() : holder.getObjGen(), added.signature());
+    QPDFObjectHandle& shared = sharedResources_[key];
+    if (!shared.isInitialized()) shared = qpdf.makeIndirectObject(extended());
+    return shared;
+}
+
+void PdfDocument::Private::add(Pending pending)
+{
+    pending_.push_back(std::move(pending));
+    if (pending_.size() > mostPending) settleOldest();
+}
+
+void PdfDocument::Private::settleAll()
+{
+    while (!pending_.empty())
+        settleOldest();
+}
+
+void PdfDocument::Private::settleOldest()
+{
+    Pending pending = std::move(pending_.front());
+    pending_.pop_front();
+    QPDFObjectHandle contents = QPDFObjectHandle::newArray();
+
+    std::string closing;
+    if (pending.scan.valid()) {
+        const ContentScanner::Result& scan = pending.scan.get();
+        closing = scan.balance.closing.toStdString();
+        if (!scan.mended.isEmpty()) pending.streams = {deflatedStream(qpdf, scan.mended)};
+    }
+    const bool wrap = !pending.over.empty() && !pending.streams.empty();
+    if (!pending.under.empty())
+        contents.appendItem(qpdf.newStream(pending.under + (wrap ? "q\n" : "")));
+    else if (wrap)
+        contents.appendItem(saveState());
+    for (const QPDFObjectHandle& stream : pending.streams)
+        contents.appendItem(stream);
+    if (!pending.over.empty())
+        contents.appendItem(qpdf.newStream(wrap ? closing + "Q\n" + pending.over : pending.over));
+    pending.page.replaceKey("/Contents", contents);
+}
+
+class PdfDocument::StampedPage final : public PdfPage
+{
+  public:
+    StampedPage(Private& document, QPDFObjectHandle page, TextShaper& shaper)
+        : document_(document), page_(page), box_(page), resources_(inheritedAttribute(page, "/Resources")),
+          under_(*document.resources, resources_, shaper, box_.toUserSpace()),
+          over_(*document.resources, resources_, shaper, box_.toUserSpace())
+    {
+    }
+
+    Canvas& under() override { return under_; }
+    Canvas& over() override { return over_; }
+
+    void finish() override
+    {
+        translated([this] {
+            showWholeMediaBox();
+            if (!resources_.empty())
+                page_.replaceKey("/Resources", document_.resourcesWith(page_, resources_));
+            if (under_.content().empty() && over_.content().empty()) return;
+            Private::Pending pending{page_, contentStreams(page_), {}, under_.content(), over_.content()};
+            if (!pending.over.empty() && !pending.streams.empty())
+                pending.scan = document_.scanOf(pending.streams);
+            document_.add(std::move(pending));
+        });
+    }
+
+  private:
+    void showWholeMediaBox()
+    {
+        QPDFObjectHandle holder;
+        QPDFObjectHandle crop = inheritedAttribute(page_, "/CropBox", &holder);
+        if (crop.isNull()) return;
+        page_.removeKey("/CropBox");
+        // An ancestor's crop box would come back; only the page's own overrules it.
+        if (!inheritedAttribute(page_, "/CropBox").isNull())
+            page_.replaceKey("/CropBox", QPDFObjectHandle::newFromRectangle(QPDFObjectHandle::Rectangle(
+                                             box_.mediaBox().left(), box_.mediaBox().top(),
+                                             box_.mediaBox().right(), box_.mediaBox().bottom())));
+    }
+
+    Private& document_;
+    QPDFObjectHandle page_;
+    PdfPageBox box_;
+    PdfPageResources resources_;
+    PdfCanvas under_;
+    PdfCanvas over_;
+};
+
+PdfDocument::PdfDocument(std::unique_ptr<Private> data) : d(std::move(data))
+{
+}
+PdfDocument::~PdfDocument() = default;
+
+std::unique_ptr<PdfDocument> PdfDocument::open(const QString& path)
+{
+    return translated(
+        [&] { return std::unique_ptr<PdfDocument>(new PdfDocument(std::make_unique<Private>(path))); });
+}
+
+int PdfDocument::pageCount() const
+{
+    return static_cast<int>(d->pages.size());
+}
+
+QSizeF PdfDocument::pageSize(int index) const
+{
+    return translated([&] { return PdfPageBox(d->pages.at(static_cast<std::size_t>(index))).displaySize(); });
+}
+
+std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, TextShaper& shaper)
+{
+    return translated([&]() -> std::unique_ptr<PdfPage> {
+        return std::make_unique<StampedPage>(*d, d->pages.at(static_cast<std::size_t>(index)), shaper);
+    });
+}
+
+void PdfDocument::blankPage(int index)
+{
+    translated([&] {
+        QPDFObjectHandle page = d->pages.at(static_cast<std::size_t>(index));
+        QPDFObjectHandle annotations = page.getKey("/Annots");
+        if (annotations.isArray())
+            for (int i = 0; i < annotations.getArrayNItems(); ++i)
+                if (annotations.getArrayItem(i).isIndirect())
+                    d->widgetsToDrop.insert(annotations.getArrayItem(i).getObjGen());
+        for (const char* key : {"/Contents", "/Annots", "/Thumb", "/B", "/AA", "/PieceInfo", "/StructParents",
+                                "/Group", "/Metadata", "/Trans", "/AF"})
+            page.removeKey(key);
+        page.replaceKey("/Resources", QPDFObjectHandle::newDictionary());
+    });
+}
+
+void PdfDocument::keepFirstPages(int count)
+{
+    translated([&] {
+        d->settleAll();
+        while (pageCount() > count) {
+            d->qpdf.removePage(d->pages.back());
+            d->pages = d->qpdf.getAllPages();
+        }
+    });
+}
+
+void PdfDocument::setCreator(const QString& creator)
+{
+    translated([&] { d->metadata->setCreator(creator); });
+}
+
+namespace {
+
+/// Form fields whose every widget went with a blanked page go too; a form must not ask for what nobody sees.
+/// A field that is shown elsewhere as well only loses the widgets that went.
+void dropFormFields(QPDF& document, const std::set<QPDFObjGen>& widgets)
+{
+    QPDFAcroFormDocumentHelper form(document);
+    if (widgets.empty() || !form.hasAcroForm()) return;
+    std::set<QPDFObjGen> fields;
+    for (const QPDFObjGen& widget : widgets) {
+        QPDFObjectHandle object = document.getObject(widget);
+        if (!object.isDictionary()) continue;
+        fields.insert(widget);
+        QPDFObjectHandle parent = object.getKey("/Parent");
+        if (!parent.isDictionary() || !parent.getKey("/Kids").isArray()) continue;
+        QPDFObjectHandle kept = QPDFObjectHandle::newArray();
+        for (QPDFObjectHandle kid : parent.getKey("/Kids").getArrayAsVector())
+            if (!widgets.count(kid.getObjGen())) kept.appendItem(kid);
+        parent.replaceKey("/Kids", kept);
+        if (kept.getArrayNItems() == 0 && parent.isIndirect()) fields.insert(parent.getObjGen());
+    }
+    QPDFObjectHandle list = document.getRoot().getKey("/AcroForm").getKey("/Fields");
+    if (!list.isArray()) return;
+    QPDFObjectHandle kept = QPDFObjectHandle::newArray();
+    for (QPDFObjectHandle field : list.getArrayAsVector())
+        if (!fields.count(field.getObjGen())) kept.appendItem(field);
+    document.getRoot().getKey("/AcroForm").replaceKey("/Fields", kept);
+}
+
+} // namespace
+
+void PdfDocument::save(const PdfWriter& writer, AtomicFile& target)
+{
+    translated([&] {
+        d->settleAll();
+        dropFormFields(d->qpdf, d->widgetsToDrop);
+        d->resources->finish();
+        // The first archival profile knows no transparency; better no claim than a false one.
+        if (d->archivalPart == 1 && d->resources->usesTransparency()) d->metadata->withdrawArchivalClaim();
+        writer.write(d->qpdf, d->resources->usesTransparency(), target);
+    });
+}
+
+} // namespace quillfern

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "platform/drawing/Canvas.h"
+
+#include <QSizeF>
+#include <QString>
+#include <memory>
+
+namespace quillfern {
+
+class AtomicFile;
+class PdfWriter;
+
+/// One page being stamped: its layers take the marks, finish() puts them on the page.
+class PdfPage : public PageLayers
+{
+  public:
+    /// Adds what was drawn to the page. Nothing is changed before. Throws Failure.
+    virtual void finish() = 0;
+};
+
+/// A PDF file that is carried over whole: pages can be stamped or blanked, everything else (bookmarks, links,
+/// forms, destinations, labels, attachments, tags, layers, metadata, encryption) stays as it is, and no
+/// stream is decoded and encoded again unless its content is broken in a way that a stamp would make worse.
+///
+/// Owned and used by one thread. Pages are counted from 0. The source file is read until save() returns and
+/// must not change under its name by writing into it (replacing it is fine).
+class PdfDocument
+{
+  public:
+    /// Opens a file that needs no password to be read; repairs what can be repaired. Throws Failure when it
+    /// is no PDF file, needs a password, or is damaged beyond repair.
+    [[nodiscard]] static std::unique_ptr<PdfDocument> open(const QString& path);
+    ~PdfDocument();
+    PdfDocument(const PdfDocument&) = delete;
+    PdfDocument& operator=(const PdfDocument&) = delete;
+
+    [[nodiscard]] int pageCount() const;
+    /// The page as its reader sees it, in points: the media box, turned by /Rotate and scaled by /UserUnit.
+    [[nodiscard]] QSizeF pageSize(int index) const;
+
+    /// Begins to stamp a page; its canvases span the media box in points, origin at the top left as it is
+    /// read, y down. The page afterwards shows exactly its media box. The shaper must outlive the page.
+    [[nodiscard]] std::unique_ptr<PdfPage> stampPage(int index, TextShaper& shaper);
+    /// Takes content, resources, annotations (with their form fields) and everything that acts off a page;
+    /// its box and rotation stay.
+    void blankPage(int index);
+    /// Drops the pages from `count` on.
+    void keepFirstPages(int count);
+    /// Names the application that made the document, in the information dictionary and, where there are XMP
+    /// metadata, there too.
+    void setCreator(const QString& creator);
+
+    /// Writes the whole document. Call once; the document is spent then. Throws Failure.
+    void save(const PdfWriter& writer, AtomicFile& target);
+
+  private:
+    class Private;
+    class StampedPage;
+    explicit PdfDocument(std::unique_ptr<Private> data);
+    std::unique_ptr<Private> d;
+};
+
+/// The number of pages of a PDF file, from its trailer and page tree alone; 0 when it cannot be read, needs a
+/// password, or is none.
+[[nodiscard]] int pdfPageCount(const QString& path);
+
+/// True when a PDF document opens from `path` and either is not encrypted or opens with `password`.
+[[nodiscard]] bool pdfOpensWith(const QString& path, const QString& password);
+
+} // namespace quillfern

@@ -1,0 +1,174 @@
+#include "platform/pdf/PdfFont.h"
+
+#include "platform/system/Failure.h"
+
+#include <QCryptographicHash>
+#include <cmath>
+
+namespace quillfern {
+
+namespace {
+
+QByteArray hex16(unsigned value)
+{
+    return QByteArray::number(value, 16).rightJustified(4, '0').toUpper();
+}
+
+/// Six capitals that tell subsets of one font apart, made from what the subset holds.
+QByteArray subsetTag(const std::map<std::uint32_t, QString>& glyphs)
+{
+    QCryptographicHash hash(QCryptographicHash::Md5);
+    for (const auto& [glyph, text] : glyphs)
+        hash.addData(QByteArray::number(glyph) + ' ');
+    QByteArray tag = hash.result().left(6);
+    for (char& c : tag)
+        c = static_cast<char>('A' + static_cast<unsigned char>(c) % 26);
+    return tag;
+}
+
+QPDFObjectHandle real(double value)
+{
+    return QPDFObjectHandle::newReal(value, 3);
+}
+
+} // namespace
+
+QPDFObjectHandle deflatedStream(QPDF& document, const QByteArray& bytes)
+{
+    // qCompress puts the length before the zlib stream.
+    const QByteArray packed = qCompress(bytes, 9).mid(4);
+    QPDFObjectHandle stream = document.newStream(packed.toStdString());
+    stream.getDict().replaceKey("/Filter", QPDFObjectHandle::newName("/FlateDecode"));
+    return stream;
+}
+
+PdfFont::PdfFont(QPDF& document, std::shared_ptr<const FontFace> face)
+    : document_(document), program_(std::move(face)),
+      object_(document.makeIndirectObject(QPDFObjectHandle::newDictionary()))
+{
+}
+
+bool PdfFont::use(std::uint32_t glyph, const QString& text)
+{
+    const auto [entry, added] = glyphs_.try_emplace(glyph, text);
+    if (!added && entry->second.isEmpty()) entry->second = text;
+    return entry->second == text;
+}
+
+QPDFObjectHandle PdfFont::widths() const
+{
+    // Runs of successive codes: first code [w w w ...].
+    std::map<unsigned, double> byCode;
+    for (const auto& [glyph, text] : glyphs_)
+        byCode[code(glyph)] = advance(glyph);
+    QPDFObjectHandle all = QPDFObjectHandle::newArray();
+    QPDFObjectHandle run;
+    unsigned next = 0;
+    for (const auto& [cid, width] : byCode) {
+        if (!run.isInitialized() || cid != next) {
+            run = QPDFObjectHandle::newArray();
+            all.appendItem(QPDFObjectHandle::newInteger(cid));
+            all.appendItem(run);
+        }
+        run.appendItem(real(width));
+        next = cid + 1;
+    }
+    return all;
+}
+
+QByteArray PdfFont::toUnicodeMap() const
+{
+    QByteArrayList lines;
+    for (const auto& [glyph, text] : glyphs_) {
+        if (text.isEmpty()) continue;
+        QByteArray line = '<' + hex16(code(glyph)) + "> <";
+        for (const QChar c : text)
+            line += hex16(c.unicode());
+        lines.append(line + ">\n");
+    }
+    QByteArray map = "/CIDInit /ProcSet findresource begin\n12 dict begin\nbegincmap\n"
+                     "/CIDSystemInfo << /Registry (Adobe) /Ordering (UCS) /Supplement 0 >> def\n"
+                     "/CMapName /Adobe-Identity-UCS def\n/CMapType 2 def\n"
+                     "1 begincodespacerange\n<0000> <FFFF>\nendcodespacerange\n";
+    constexpr qsizetype mostInBlock = 100;
+    for (qsizetype i = 0; i < lines.size(); i += mostInBlock) {
+        const QByteArrayList block = lines.mid(i, mostInBlock);
+        map += QByteArray::number(block.size()) + " beginbfchar\n" + block.join() + "endbfchar\n";
+    }
+    return map + "endcmap\nCMapName currentdict /CMap defineresource pop\nend\nend\n";
+}
+
+QPDFObjectHandle PdfFont::descriptor(const QByteArray& name, const FontProgram::Subset& subset)
+{
+    const FontMetrics& metrics = program_.metrics();
+    QPDFObjectHandle box = QPDFObjectHandle::newArray();
+    for (const double edge : metrics.boundingBox)
+        box.appendItem(real(edge));
+
+    QPDFObjectHandle file = deflatedStream(document_, subset.program);
+    if (program_.isCff())
+        file.getDict().replaceKey("/Subtype", QPDFObjectHandle::newName("/CIDFontType0C"));
+    else
+        file.getDict().replaceKey("/Length1", QPDFObjectHandle::newInteger(subset.program.size()));
+
+    // One bit a code, the first in the highest bit; some archival profiles demand it.
+    QByteArray cidSet;
+    for (const std::uint32_t glyph : subset.glyphs) {
+        const unsigned cid = code(glyph);
+        if (cidSet.size() <= static_cast<qsizetype>(cid / 8)) cidSet.resize(cid / 8 + 1, '\0');
+        char& byte = cidSet[static_cast<qsizetype>(cid / 8)];
+        byte = static_cast<char>(static_cast<unsigned char>(byte) | 0x80U >> (cid % 8));
+    }
+
+    constexpr int symbolic = 4;
+    constexpr int italic = 64;
+    auto dictionary = QPDFObjectHandle::newDictionary(
+        {{"/Type", QPDFObjectHandle::newName("/FontDescriptor")},
+         {"/FontName", QPDFObjectHandle::newName("/" + name.toStdString())},
+         {"/Flags", QPDFObjectHandle::newInteger(symbolic | (metrics.italicAngle != 0 ? italic : 0))},
+         {"/FontBBox", box},
+         {"/ItalicAngle", real(metrics.italicAngle)},
+         {"/Ascent", real(metrics.ascent)},
+         {"/Descent", real(metrics.descent)},
+         {"/CapHeight", real(metrics.capHeight)},
+         // The usual estimate of the stems' width from the weight class.
+         {"/StemV", QPDFObjectHandle::newInteger(std::lround(50 + std::pow(metrics.weight / 65.0, 2)))},
+         {program_.isCff() ? "/FontFile3" : "/FontFile2", file},
+         {"/CIDSet", deflatedStream(document_, cidSet)}});
+    return document_.makeIndirectObject(dictionary);
+}
+
+void PdfFont::finish()
+{
+    std::set<std::uint32_t> wanted{0};
+    for (const auto& [glyph, text] : glyphs_)
+        wanted.insert(glyph);
+    const auto subset = program_.subset(wanted);
+    if (!subset) throw Failure(QStringLiteral("a font cannot be embedded"));
+
+    const QByteArray name = subsetTag(glyphs_) + '+' + program_.postScriptName();
+    auto descendant = QPDFObjectHandle::newDictionary(
+        {{"/Type", QPDFObjectHandle::newName("/Font")},
+         {"/Subtype", QPDFObjectHandle::newName(program_.isCff() ? "/CIDFontType0" : "/CIDFontType2")},
+         {"/BaseFont", QPDFObjectHandle::newName("/" + name.toStdString())},
+         {"/CIDSystemInfo",
+          QPDFObjectHandle::newDictionary({{"/Registry", QPDFObjectHandle::newString("Adobe")},
+                                           {"/Ordering", QPDFObjectHandle::newString("Identity")},
+                                           {"/Supplement", QPDFObjectHandle::newInteger(0)}})},
+         {"/DW", QPDFObjectHandle::newInteger(1000)},
+         {"/W", widths()},
+         {"/FontDescriptor", descriptor(name, *subset)}});
+    if (!program_.isCff()) descendant.replaceKey("/CIDToGIDMap", QPDFObjectHandle::newName("/Identity"));
+
+    object_.replaceKey("/Type", QPDFObjectHandle::newName("/Font"));
+    object_.replaceKey("/Subtype", QPDFObjectHandle::newName("/Type0"));
+    object_.replaceKey("/BaseFont", QPDFObjectHandle::newName("/" + name.toStdString() +
+                                                              (program_.isCff() ? "-Identity-H" : "")));
+    object_.replaceKey("/Encoding", QPDFObjectHandle::newName("/Identity-H"));
+    QPDFObjectHandle descendants = QPDFObjectHandle::newArray();
+    descendants.appendItem(document_.makeIndirectObject(descendant));
+    object_.replaceKey("/DescendantFonts", descendants);
+    object_.replaceKey("/ToUnicode", deflatedStream(document_, toUnicodeMap()));
+}
+
+} // namespace quillfern

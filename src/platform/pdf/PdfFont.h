@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/pdf/FontProgram.h"
+
+#include <QHash>
+#include <map>
+#include <qpdf/QPDF.hh>
+
+namespace quillfern {
+
+/// One face in one document: a composite font (Type 0, Identity-H) whose subset is written when all its
+/// glyphs are known, with widths and a map back to text (ISO 32000-1, 9.7 and 9.10.3).
+class PdfFont
+{
+  public:
+    PdfFont(QPDF& document, std::shared_ptr<const FontFace> face);
+
+    [[nodiscard]] bool embeddable() const { return program_.embeddable(); }
+    /// The font dictionary, an indirect object; complete after finish().
+    [[nodiscard]] QPDFObjectHandle object() const { return object_; }
+
+    /// Notes that `glyph` is shown, standing for `text` (may be empty), and returns whether the font's map to
+    /// text says just that; where one glyph has to stand for different texts, the caller marks the text
+    /// itself.
+    bool use(std::uint32_t glyph, const QString& text);
+    [[nodiscard]] std::uint16_t code(std::uint32_t glyph) const { return program_.cid(glyph); }
+    /// 1/1000 em.
+    [[nodiscard]] double advance(std::uint32_t glyph) const { return program_.advance(glyph); }
+
+    /// True when a subset with the given glyphs can be made; asked before anything relies on it.
+    [[nodiscard]] bool canSubset() const { return program_.subset({0}).has_value(); }
+    /// Writes the font into the document. Throws Failure when the subset cannot be made.
+    void finish();
+
+  private:
+    [[nodiscard]] QByteArray toUnicodeMap() const;
+    [[nodiscard]] QPDFObjectHandle widths() const;
+    QPDFObjectHandle descriptor(const QByteArray& name, const FontProgram::Subset& subset);
+
+    QPDF& document_;
+    FontProgram program_;
+    QPDFObjectHandle object_;
+    std::map<std::uint32_t, QString> glyphs_;
+};
+
+/// `bytes` as a new stream of the document, deflated.
+[[nodiscard]] QPDFObjectHandle deflatedStream(QPDF& document, const QByteArray& bytes);
+
+} // namespace quillfern

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QRectF>
+#include <QSizeF>
+#include <QTransform>
+#include <qpdf/QPDFObjectHandle.hh>
+
+namespace quillfern {
+
+/// The media box of a page and how a viewer turns and scales it (ISO 32000-1, 7.7.3.3 and 14.11.2).
+class PdfPageBox
+{
+  public:
+    /// Reads the box, its rotation and its unit from the page or what it inherits from. A missing or empty
+    /// box counts as US Letter, a rotation that is no multiple of 90 degrees as none.
+    explicit PdfPageBox(QPDFObjectHandle page);
+
+    /// The page as its reader sees it, in points: turned by /Rotate and scaled by /UserUnit.
+    [[nodiscard]] QSizeF displaySize() const;
+    /// From the reader's space (points, origin at the top left of the shown page, y down) to the page's own.
+    [[nodiscard]] QTransform toUserSpace() const;
+    /// The media box in the page's own space, lower left corner first.
+    [[nodiscard]] const QRectF& mediaBox() const { return box_; }
+
+  private:
+    QRectF box_;
+    int rotation_ = 0;
+    double unit_ = 1;
+};
+
+/// The value of an inheritable page attribute: the page's own, or its nearest ancestor's; null when none has
+/// it. `holder` receives the dictionary that has it.
+[[nodiscard]] QPDFObjectHandle inheritedAttribute(QPDFObjectHandle page, const std::string& key,
+                                                  QPDFObjectHandle* holder = nullptr);
+
+} // namespace quillfern

@@ -1,0 +1,42 @@
+#include "platform/pdf/PdfWriter.h"
+
+#include "platform/store/AtomicFile.h"
+
+#include <qpdf/Pipeline.hh>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFWriter.hh>
+
+namespace quillfern {
+
+namespace {
+
+class FilePipeline final : public Pipeline
+{
+  public:
+    explicit FilePipeline(AtomicFile& file) : Pipeline("output file", nullptr), file_(file) {}
+
+    void write(unsigned char const* data, size_t length) override
+    {
+        file_.write(reinterpret_cast<const char*>(data), length);
+    }
+    void finish() override {}
+
+  private:
+    AtomicFile& file_;
+};
+
+} // namespace
+
+void RewritingPdfWriter::write(QPDF& document, bool needsTransparency, AtomicFile& target) const
+{
+    FilePipeline pipeline(target);
+    QPDFWriter writer(document);
+    writer.setOutputPipeline(&pipeline);
+    writer.setStreamDataMode(qpdf_s_preserve);
+    writer.setObjectStreamMode(qpdf_o_preserve);
+    writer.setPreserveUnreferencedObjects(false);
+    writer.setMinimumPDFVersion(needsTransparency ? "1.4" : "1.3");
+    writer.write();
+}
+
+} // namespace quillfern

@@ -1,0 +1,145 @@
+#include "platform/store/AtomicFile.h"
+
+#include "platform/system/Failure.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quillfern {
+
+namespace {
+
+constexpr qsizetype bufferSize = 1 << 20;
+
+QByteArray temporaryNameIn(const QByteArray& folder)
+{
+    return folder + "/.quillfern-" + QByteArray::number(QRandomGenerator::system()->generate64(), 16) +
+           ".tmp";
+}
+
+} // namespace
+
+AtomicFile::AtomicFile(QString targetPath)
+    : targetPath_(std::move(targetPath)), folder_(QFile::encodeName(QFileInfo(targetPath_).absolutePath()))
+{
+    if (QFileInfo(targetPath_).fileName().isEmpty())
+        throw Failure(QStringLiteral("a file needs a name: %1").arg(targetPath_));
+#ifdef O_TMPFILE
+    descriptor_ = ::open(folder_.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
+#endif
+    if (descriptor_ < 0) openNamed();
+    buffer_.reserve(bufferSize);
+}
+
+void AtomicFile::openNamed()
+{
+    for (int attempt = 0; attempt < 16; ++attempt) {
+        temporaryName_ = temporaryNameIn(folder_);
+        descriptor_ = ::open(temporaryName_.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (descriptor_ >= 0 || errno != EEXIST) break;
+    }
+    if (descriptor_ < 0) {
+        const int error = errno;
+        temporaryName_.clear();
+        throw Failure::fromErrno(QStringLiteral("cannot write %1").arg(targetPath_), error);
+    }
+}
+
+AtomicFile::~AtomicFile()
+{
+    if (descriptor_ >= 0) ::close(descriptor_);
+    if (!temporaryName_.isEmpty()) ::unlink(temporaryName_.constData());
+}
+
+void AtomicFile::write(const char* data, std::size_t size)
+{
+    if (buffer_.size() + static_cast<qsizetype>(size) > bufferSize) flushBuffer();
+    if (static_cast<qsizetype>(size) >= bufferSize)
+        writeOut(data, size);
+    else
+        buffer_.append(data, static_cast<qsizetype>(size));
+}
+
+void AtomicFile::flushBuffer()
+{
+    writeOut(buffer_.constData(), static_cast<std::size_t>(buffer_.size()));
+    buffer_.resize(0);
+}
+
+void AtomicFile::writeOut(const char* data, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(descriptor_, data, size);
+        if (written < 0) {
+            if (errno == EINTR) continue;
+            throw Failure::fromErrno(QStringLiteral("cannot write %1").arg(targetPath_), errno);
+        }
+        data += written;
+        size -= static_cast<std::size_t>(written);
+    }
+}
+
+void AtomicFile::adoptPermissions() const
+{
+    struct stat status = {};
+    if (::lstat(QFile::encodeName(targetPath_).constData(), &status) != 0 || !S_ISREG(status.st_mode)) return;
+    // Best effort: only root may give a file away, and a file system may know no permissions at all.
+    if (::fchown(descriptor_, status.st_uid, status.st_gid) != 0) errno = 0;
+    ::fchmod(descriptor_, status.st_mode & 07777);
+}
+
+void AtomicFile::commit()
+{
+    const QString doing = QStringLiteral("cannot write %1").arg(targetPath_);
+    flushBuffer();
+    adoptPermissions();
+    // Without this a power cut after the rename could leave an empty file where a whole one stood.
+    if (::fsync(descriptor_) != 0 && errno != EINVAL && errno != EROFS)
+        throw Failure::fromErrno(doing, errno);
+    if (temporaryName_.isEmpty()) {
+        const QByteArray self = "/proc/self/fd/" + QByteArray::number(descriptor_);
+        const QByteArray name = temporaryNameIn(folder_);
+        if (::linkat(AT_FDCWD, self.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) != 0)
+            throw Failure::fromErrno(doing, errno);
+        temporaryName_ = name;
+    }
+    if (std::rename(temporaryName_.constData(), QFile::encodeName(targetPath_).constData()) != 0)
+        throw Failure::fromErrno(doing, errno);
+    temporaryName_.clear();
+    const int closed = ::close(descriptor_);
+    descriptor_ = -1;
+    // Some network file systems report a lost write only here.
+    if (closed != 0 && errno != EINTR) throw Failure::fromErrno(doing, errno);
+}
+
+void AtomicFile::writeWhole(const QString& path, const QByteArray& bytes)
+{
+    AtomicFile file(path);
+    file.write(bytes);
+    file.commit();
+}
+
+void copyFileAtomically(const QString& source, const QString& target)
+{
+    QFile input(source);
+    if (!input.open(QIODevice::ReadOnly))
+        throw Failure(QStringLiteral("cannot read %1: %2").arg(source, input.errorString()));
+    AtomicFile output(target);
+    QByteArray block(bufferSize, Qt::Uninitialized);
+    for (;;) {
+        const qint64 size = input.read(block.data(), block.size());
+        if (size < 0) throw Failure(QStringLiteral("cannot read %1: %2").arg(source, input.errorString()));
+        if (size == 0) break;
+        output.write(block.constData(), static_cast<std::size_t>(size));
+    }
+    output.commit();
+}
+
+} // namespace quillfern

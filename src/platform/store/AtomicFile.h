@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <cstddef>
+
+namespace quillfern {
+
+/// A file that appears under its name only when it is whole. The bytes go to a nameless file in the target's
+/// folder (a hidden one where the file system knows no nameless files), and commit() moves it into place;
+/// without a commit, after a failure or when the process is killed, the target stays as it was.
+///
+/// A target that exists keeps its permissions. A symbolic link at the target's name is replaced, not
+/// followed: whoever wants to write through a link resolves it first. Not for use from two threads at once.
+class AtomicFile
+{
+  public:
+    /// Opens the temporary file. Throws Failure when the folder is missing or not writable.
+    explicit AtomicFile(QString targetPath);
+    ~AtomicFile();
+    AtomicFile(const AtomicFile&) = delete;
+    AtomicFile& operator=(const AtomicFile&) = delete;
+
+    /// Appends. Throws Failure when the bytes cannot be written (a full disk, say).
+    void write(const char* data, std::size_t size);
+    void write(const QByteArray& bytes) { write(bytes.constData(), static_cast<std::size_t>(bytes.size())); }
+
+    /// Flushes to the disk and moves the file into place. Throws Failure; the target is then untouched.
+    void commit();
+
+    /// The descriptor, for libraries that write by themselves (seekable; nothing is buffered here when used
+    /// this way only). Owned by this object.
+    [[nodiscard]] int descriptor() const { return descriptor_; }
+
+    /// Writes `bytes` whole to `path` in one step.
+    static void writeWhole(const QString& path, const QByteArray& bytes);
+
+  private:
+    void openNamed();
+    void flushBuffer();
+    void writeOut(const char* data, std::size_t size);
+    void adoptPermissions() const;
+
+    QString targetPath_;
+    QByteArray folder_;
+    QByteArray temporaryName_; ///< empty while the file has no name
+    QByteArray buffer_;
+    int descriptor_ = -1;
+};
+
+/// Copies the file at `source` to `target` with the same care: whole or not at all. Throws Failure.
+void copyFileAtomically(const QString& source, const QString& target);
+
+} // namespace quillfern

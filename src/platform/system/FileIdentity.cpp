@@ -1,0 +1,21 @@
+#include "platform/system/FileIdentity.h"
+
+#include <QFile>
+#include <sys/stat.h>
+
+namespace quillfern {
+
+std::optional<FileIdentity> fileIdentity(const QString& path)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0) return std::nullopt;
+    return FileIdentity{status.st_dev, status.st_ino};
+}
+
+bool isSameFile(const QString& first, const QString& second)
+{
+    const auto identity = fileIdentity(first);
+    return identity && identity == fileIdentity(second);
+}
+
+} // namespace quillfern

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+
+namespace quillfern {
+
+/// Where the application keeps its own files. A seam, so that tests write into folders of their own.
+class Folders
+{
+  public:
+    virtual ~Folders() = default;
+    /// The per-user folder for data of applications; empty when the system names none.
+    [[nodiscard]] virtual QString applicationSupport() const = 0;
+    /// The per-user folder for configuration files; empty when the system names none.
+    [[nodiscard]] virtual QString configuration() const = 0;
+
+    /// The application's own folder, "Orvane/Quillfern1" below applicationSupport(); empty when that is.
+    [[nodiscard]] QString getAppPath() const;
+
+    /// Makes sure that the folder `name` exists below getAppPath(), creating what is missing on the way.
+    /// Returns whether it exists afterwards; the reason of a failure goes to `error` when that is given.
+    bool createApplicationUsersFolder(const QString& name, QString* error = nullptr) const;
+};
+
+/// The user's real folders; both follow the XDG variables.
+class UserFolders final : public Folders
+{
+  public:
+    [[nodiscard]] QString applicationSupport() const override;
+    [[nodiscard]] QString configuration() const override;
+};
+
+/// The application's display name followed by `suffix`; the title of every alert.
+[[nodiscard]] QString getAppTitle(const QString& suffix = QString());
+
+} // namespace quillfern

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "batch/Process.h"
+#include "runner/RunnerOptions.h"
+
+#include <QTextStream>
+
+namespace quillfern {
+
+/// The headless front door to a job: takes a command line, makes the same job the window makes, and tells how
+/// it goes in text. Main thread; needs an application object with an event loop.
+class Runner final : public ProcessObserver
+{
+  public:
+    enum ExitStatus { AllCreated = 0, SomeNotCreated = 1, CommandNotFollowed = 2 };
+
+    /// Results go to `out`, problems and progress to `err`; progress only when `showProgress`. All outlive
+    /// the runner.
+    Runner(ProcessServices services, QTextStream& out, QTextStream& err, bool showProgress);
+    ~Runner() override;
+
+    /// Runs one command line to its end and returns the exit status. `stopRequested` is asked now and then
+    /// while the job runs; once it says true the job finishes its file and ends.
+    int run(const QStringList& arguments, const std::function<bool()>& stopRequested);
+
+    void updateTimeTakenLabel(const QString& text) override;
+    void outputFinished(const LogFiles& output, const QString& note) override;
+
+  private:
+    std::vector<FileItem> gather(const RunnerOptions& options) const;
+    void runJob(Process& process, std::int64_t totalPages, const std::function<bool()>& stopRequested);
+    void showProgressLine(const Process& process);
+    void clearProgressLine();
+    int report(const Process& process);
+
+    ProcessServices services_;
+    QTextStream& out_;
+    QTextStream& err_;
+    bool showProgress_;
+    bool quiet_ = false;
+    bool progressShown_ = false;
+    int outputsMissing_ = 0;
+    std::int64_t listPages_ = 0;
+    QDateTime started_;
+};
+
+} // namespace quillfern

@@ -1,0 +1,329 @@
+#include "runner/RunnerOptions.h"
+
+#include "config/Margins.h"
+#include "stamps/TextStamp.h"
+
+#include <QCommandLineParser>
+#include <QHash>
+#include <QRegularExpression>
+#include <array>
+#include <cmath>
+#include <functional>
+#include <limits>
+
+namespace quillfern {
+
+namespace {
+
+[[noreturn]] void wrong(const QString& option, const QString& value, const QString& expected)
+{
+    throw WrongUse(QStringLiteral("--%1 takes %2, not \"%3\"").arg(option, expected, value));
+}
+
+std::int64_t wholeNumber(const QString& option, const QString& text, std::int64_t lowest,
+                         std::int64_t highest)
+{
+    bool ok = false;
+    const qlonglong value = text.toLongLong(&ok);
+    if (!ok || value < lowest || value > highest)
+        wrong(option, text,
+              highest >= std::numeric_limits<std::int32_t>::max() / 2
+                  ? QStringLiteral("a whole number from %1").arg(lowest)
+                  : QStringLiteral("a whole number from %1 to %2").arg(lowest).arg(highest));
+    return value;
+}
+
+double realNumber(const QString& option, const QString& text, double lowest, double highest)
+{
+    bool ok = false;
+    const double value = text.toDouble(&ok);
+    if (!ok || !(value >= lowest && value <= highest))
+        wrong(option, text, QStringLiteral("a number from %1 to %2").arg(lowest).arg(highest));
+    return value;
+}
+
+template <std::size_t N>
+std::int32_t word(const QString& option, const QString& text,
+                  const std::array<std::pair<const char*, int>, N>& words)
+{
+    QStringList known;
+    for (const auto& [name, value] : words) {
+        if (text.compare(QLatin1String(name), Qt::CaseInsensitive) == 0) return value;
+        known.append(QString::fromLatin1(name));
+    }
+    wrong(option, text, QStringLiteral("one of ") + known.join(QStringLiteral(", ")));
+}
+
+constexpr std::array<std::pair<const char*, int>, 9> anchors = {{{"TopLeft", TopLeft},
+                                                                 {"TopMiddle", TopMiddle},
+                                                                 {"TopRight", TopRight},
+                                                                 {"MiddleLeft", MiddleLeft},
+                                                                 {"MiddleMiddle", MiddleMiddle},
+                                                                 {"MiddleRight", MiddleRight},
+                                                                 {"BottomLeft", BottomLeft},
+                                                                 {"BottomMiddle", BottomMiddle},
+                                                                 {"BottomRight", BottomRight}}};
+constexpr std::array<std::pair<const char*, int>, 4> numberTypes = {{{"plain", PlainText},
+                                                                     {"numbers", Numbers},
+                                                                     {"roman-capital", RomanNumbersCapital},
+                                                                     {"roman-small", RomanNumbersSmall}}};
+constexpr std::array<std::pair<const char*, int>, 3> pageRanges = {
+    {{"all", AllPages}, {"odd", OddPages}, {"even", EvenPages}}};
+constexpr std::array<std::pair<const char*, int>, 3> units = {
+    {{"pt", Points}, {"mm", Millimetres}, {"in", Inches}}};
+
+constexpr std::int64_t largest32 = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t smallest32 = std::numeric_limits<std::int32_t>::min();
+
+void readMargins(Numbering& number, const QString& text)
+{
+    static const QRegularExpression length(
+        QStringLiteral("^\\s*([0-9]+(?:\\.[0-9]*)?|\\.[0-9]+)\\s*(pt|mm|in)?\\s*$"));
+    const QStringList parts = text.split(u',');
+    std::array<double, 4> values = {};
+    std::array<QString, 4> unitNames;
+    if (parts.size() != 4) wrong(QStringLiteral("margins"), text, QStringLiteral("four lengths L,T,R,B"));
+    for (int i = 0; i < 4; ++i) {
+        const auto match = length.match(parts[i]);
+        if (!match.hasMatch())
+            wrong(QStringLiteral("margins"), text, QStringLiteral("lengths with the unit pt, mm or in"));
+        values[static_cast<std::size_t>(i)] = match.captured(1).toDouble();
+        unitNames[static_cast<std::size_t>(i)] = match.captured(2);
+    }
+    // A unit after the last length counts for those before it that have none: 10,10,10,15mm.
+    QString common = unitNames[3].isEmpty() ? QStringLiteral("pt") : unitNames[3];
+    for (QString& unit : unitNames)
+        if (unit.isEmpty()) unit = common;
+    const bool oneUnit =
+        std::all_of(unitNames.begin(), unitNames.end(), [&](const QString& u) { return u == common; });
+    if (!oneUnit) {
+        for (std::size_t i = 0; i < 4; ++i) {
+            number.marginUnit = word(QStringLiteral("margins"), unitNames[i], units);
+            values[i] = Margins(number).convertToPointUnit(values[i]);
+        }
+        common = QStringLiteral("pt");
+    }
+    number.marginUnit = word(QStringLiteral("margins"), common, units);
+    number.setMarginLeft(values[0]);
+    number.setMarginTop(values[1]);
+    number.setMarginRight(values[2]);
+    number.setMarginBottom(values[3]);
+}
+
+struct Option
+{
+    const char* name;
+    const char* value; ///< what the value is called in the help; null for a switch
+    const char* help;
+};
+
+constexpr std::array stampOptions = {
+    Option{"text", "TEMPLATE",
+           "Begin a text stamp. {0} is the page's number, {1} the total; they are filled in the order in "
+           "which they stand."},
+    Option{"anchor", "PLACE",
+           "TopLeft, TopMiddle, TopRight, MiddleLeft, MiddleMiddle, MiddleRight, BottomLeft, "
+           "BottomMiddle (the default) or BottomRight of the area inside the margins."},
+    Option{"font", "NAME", "Font family (Helvetica)."},
+    Option{"font-size", "PT", "Font size in points (12)."},
+    Option{"bold", nullptr, "The bold member of the family, if it has one."},
+    Option{"italic", nullptr, "The italic member of the family, if it has one."},
+    Option{"color", "#RRGGBB", "Text colour (#000000)."},
+    Option{"opacity", "N", "Opacity in percent (100)."},
+    Option{"rotation", "DEG", "Rotation in degrees, counter-clockwise (0)."},
+    Option{"number-type", "STYLE", "plain, numbers (the default), roman-capital or roman-small."},
+    Option{"padding", "N", "Write numbers with at least N digits (1)."},
+    Option{"under", nullptr, "Draw beneath the content of PDF pages."},
+    Option{"symmetric", nullptr, "Exchange left and right on every other page."},
+};
+
+constexpr std::array jobOptions = {
+    Option{"output", "DIR", "Folder for the stamped copies. Required."},
+    Option{"start-page", "N", "First page to stamp (1)."},
+    Option{"end-page", "N", "Last page to stamp; 0 is the last one (0)."},
+    Option{"start-number", "N", "Number of the first stamped page (1)."},
+    Option{"step", "N", "From one stamped page's number to the next (1)."},
+    Option{"pages", "WHICH", "all (the default), odd or even. PDF pages of the other kind come out blank."},
+    Option{"continuous", nullptr, "Number through all files instead of beginning anew with each."},
+    Option{"margins", "L,T,R,B", "Margins with the unit pt, mm or in: 36,36,36,36 or 10,10,10,15mm."},
+    Option{"backup", nullptr, "Keep NAME.bak of a file that is processed in place."},
+    Option{"subfolders", nullptr, "Take files from the subfolders of folders, too."},
+    Option{"quiet", nullptr, "Print only what went wrong."},
+    Option{"help", nullptr, "Show this text."},
+    Option{"version", nullptr, "Show the version."},
+};
+
+class Reader
+{
+  public:
+    explicit Reader(Settings& settings) : settings_(settings), number_(*settings.number) {}
+
+    void apply(const QString& name, const QString& value, RunnerOptions& options)
+    {
+        if (applyToStamp(name, value) || applyToJob(name, value)) return;
+        if (name == QLatin1String("subfolders")) options.subfolders = true;
+        if (name == QLatin1String("quiet")) options.quiet = true;
+        if (name == QLatin1String("help")) options.showHelp = true;
+        if (name == QLatin1String("version")) options.showVersion = true;
+    }
+
+  private:
+    TextStamp& stamp(const QString& option)
+    {
+        if (!stamp_)
+            throw WrongUse(
+                QStringLiteral("--%1 describes a stamp; begin one with --text before it").arg(option));
+        return *stamp_;
+    }
+
+    void beginTextStamp(const QString& text)
+    {
+        stamp_ = std::make_shared<TextStamp>();
+        stamp_->number.numberFormat = text;
+        stamp_->setMarginAnchor(BottomMiddle);
+        number_.stamps.push_back(stamp_);
+    }
+
+    bool applyToStamp(const QString& name, const QString& value)
+    {
+        if (name == QLatin1String("text"))
+            beginTextStamp(value);
+        else if (name == QLatin1String("anchor"))
+            stamp(name).setMarginAnchor(word(name, value, anchors));
+        else if (name == QLatin1String("font"))
+            stamp(name).font.fontName = value;
+        else if (name == QLatin1String("font-size"))
+            stamp(name).font.fontSize = realNumber(name, value, 0.5, 5000);
+        else if (name == QLatin1String("bold"))
+            stamp(name).isBold = true;
+        else if (name == QLatin1String("italic"))
+            stamp(name).isItalic = true;
+        else if (name == QLatin1String("color"))
+            stamp(name).font.fontColor = color(name, value);
+        else if (name == QLatin1String("opacity"))
+            stamp(name).textOpacity = wholeNumber(name, value, 0, 100);
+        else if (name == QLatin1String("rotation"))
+            stamp(name).textRotation = realNumber(name, value, -36000, 36000);
+        else if (name == QLatin1String("number-type"))
+            stamp(name).number.numberType = word(name, value, numberTypes);
+        else if (name == QLatin1String("padding"))
+            stamp(name).number.paddingLength = wholeNumber(name, value, 0, 100);
+        else if (name == QLatin1String("under"))
+            stamp(name).setIsDrawUnderPDFContent(true);
+        else if (name == QLatin1String("symmetric"))
+            stamp(name).setIsSymmetry(true);
+        else
+            return false;
+        return true;
+    }
+
+    static QColor color(const QString& option, const QString& text)
+    {
+        static const QRegularExpression form(QStringLiteral("^#[0-9A-Fa-f]{6}$"));
+        if (!form.match(text).hasMatch()) wrong(option, text, QStringLiteral("a colour as #RRGGBB"));
+        return QColor(text);
+    }
+
+    bool applyToJob(const QString& name, const QString& value)
+    {
+        if (name == QLatin1String("output"))
+            settings_.outputFolderPath = value;
+        else if (name == QLatin1String("start-page"))
+            number_.setStartPage(wholeNumber(name, value, 1, largest32));
+        else if (name == QLatin1String("end-page"))
+            number_.setEndPage(wholeNumber(name, value, 0, largest32));
+        else if (name == QLatin1String("start-number"))
+            number_.setStartNumber(wholeNumber(name, value, smallest32, largest32));
+        else if (name == QLatin1String("step"))
+            number_.setNumberSteps(wholeNumber(name, value, smallest32, largest32));
+        else if (name == QLatin1String("pages"))
+            number_.setPageRange(word(name, value, pageRanges));
+        else if (name == QLatin1String("continuous"))
+            number_.setIsContinuousNumbering(true);
+        else if (name == QLatin1String("margins"))
+            readMargins(number_, value);
+        else if (name == QLatin1String("backup"))
+            number_.isBackupFile = true;
+        else
+            return false;
+        return true;
+    }
+
+    Settings& settings_;
+    Numbering& number_;
+    std::shared_ptr<TextStamp> stamp_; ///< the one last begun
+};
+
+template <class Options>
+void declare(QCommandLineParser& parser, const Options& options)
+{
+    for (const Option& option : options) {
+        QCommandLineOption declared(QString::fromLatin1(option.name));
+        if (option.value) declared.setValueName(QString::fromLatin1(option.value));
+        parser.addOption(declared);
+    }
+}
+
+template <class Options>
+QString describe(const Options& options)
+{
+    constexpr qsizetype column = 24;
+    constexpr qsizetype width = 78;
+    QString text;
+    for (const Option& option : options) {
+        QString line = QStringLiteral("  --") + QString::fromLatin1(option.name);
+        if (option.value) line += u' ' + QString::fromLatin1(option.value);
+        line = line.leftJustified(column - 1);
+        for (const QString& next : QString::fromLatin1(option.help).split(u' ')) {
+            if (line.size() + 1 + next.size() > width) {
+                text += line + u'\n';
+                line = QString(column - 1, u' ');
+            }
+            line += u' ' + next;
+        }
+        text += line + u'\n';
+    }
+    return text;
+}
+
+} // namespace
+
+QString runnerHelp()
+{
+    return QStringLiteral(
+               "quillfern-run [options] --output DIR FILE|FOLDER...\n\n"
+               "Stamps page numbers and text onto every page of PDF files and writes a stamped copy of\n"
+               "each into a folder. Needs no display.\n\nStamps:\n") +
+           describe(stampOptions) + QStringLiteral("\nPages, numbers and files:\n") + describe(jobOptions) +
+           QStringLiteral("\nExit status: 0 when every copy was created, 1 when some were not, 2 for a "
+                          "command line that\n"
+                          "cannot be followed (nothing is written then).\n");
+}
+
+RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& settings)
+{
+    QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    declare(parser, stampOptions);
+    declare(parser, jobOptions);
+    if (!parser.parse(arguments)) throw WrongUse(parser.errorText());
+
+    RunnerOptions options;
+    options.inputs = parser.positionalArguments();
+    Reader reader(settings);
+    // The parser lists the options in the order given, and the values of each in order.
+    QHash<QString, qsizetype> seen;
+    for (const QString& name : parser.optionNames()) {
+        const QStringList values = parser.values(name);
+        const qsizetype index = seen[name]++;
+        reader.apply(name, index < values.size() ? values[index] : QString(), options);
+    }
+    if (options.showHelp || options.showVersion) return options;
+    if (settings.outputFolderPath.value_or(QString()).isEmpty())
+        throw WrongUse(QStringLiteral("no output folder; name one with --output"));
+    if (options.inputs.isEmpty()) throw WrongUse(QStringLiteral("no files or folders to stamp"));
+    if (settings.number->stamps.empty()) throw WrongUse(QStringLiteral("no stamp; begin one with --text"));
+    return options;
+}
+
+} // namespace quillfern

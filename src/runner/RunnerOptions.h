@@ -1,0 +1,39 @@
+#pragma once
+
+#include "config/Settings.h"
+
+#include <QStringList>
+
+namespace quillfern {
+
+/// What a command line of quillfern-run asks for.
+struct RunnerOptions
+{
+    QStringList inputs; ///< files and folders, as given
+    bool subfolders = false;
+    bool quiet = false;
+    bool showHelp = false;
+    bool showVersion = false;
+};
+
+/// A command line that cannot be followed; the reason is one sentence for the person who typed it.
+class WrongUse : public std::exception
+{
+  public:
+    explicit WrongUse(const QString& reason) : reason_(reason), utf8_(reason.toUtf8()) {}
+    [[nodiscard]] const QString& reason() const { return reason_; }
+    [[nodiscard]] const char* what() const noexcept override { return utf8_.constData(); }
+
+  private:
+    QString reason_;
+    QByteArray utf8_;
+};
+
+/// Reads a command line (program name first) into the settings of a job. Options that describe a stamp apply
+/// to the stamp last begun. Throws WrongUse; the settings may have been changed by then.
+[[nodiscard]] RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& settings);
+
+/// The text of --help.
+[[nodiscard]] QString runnerHelp();
+
+} // namespace quillfern

@@ -1,0 +1,40 @@
+#include "platform/drawing/FontCatalog.h"
+#include "runner/Runner.h"
+
+#include <QGuiApplication>
+#include <clocale>
+#include <csignal>
+#include <unistd.h>
+
+namespace {
+
+volatile std::sig_atomic_t stopRequested = 0;
+
+extern "C" void requestStop(int signal)
+{
+    stopRequested = 1;
+    std::signal(signal, SIG_DFL); // a second one ends the program at once; no half file is left either way
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    using namespace quillfern;
+    // Fonts and images come with Qt's GUI library, but no screen is ever asked for.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    FontCatalog::preferEmbeddableFonts();
+    QGuiApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C"); // the application took the user's; libraries print numbers with it
+    std::signal(SIGINT, requestStop);
+    std::signal(SIGTERM, requestStop);
+
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    const SystemClock clock;
+    const UserFolders folders;
+    EventLoopMainThread mainThread;
+    NoDesktop desktop;
+    Runner runner({clock, folders, mainThread, desktop}, out, err, ::isatty(STDERR_FILENO) != 0);
+    return runner.run(QCoreApplication::arguments(), [] { return stopRequested != 0; });
+}

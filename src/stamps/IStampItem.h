@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/drawing/Canvas.h"
+#include "platform/store/Record.h"
+#include "stamps/MarginAnchor.h"
+
+#include <QRectF>
+#include <QString>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace quillfern {
+
+class StampEditorFactory;
+
+/// What the stamp list, the compositor and the editors know of a stamp, whatever its kind.
+///
+/// Stamps take no lock; drawing changes only the facing-page state, so one stamp must not be drawn by two
+/// runs at once.
+class IStampItem
+{
+  public:
+    virtual ~IStampItem() = default;
+
+    virtual void setIsSelected(bool selected) = 0; ///< whether the stamp is used at all
+    [[nodiscard]] virtual bool isSelected() const = 0;
+    virtual void setLabel(std::optional<QString> label) = 0; ///< a name for people; not drawn
+    [[nodiscard]] virtual const std::optional<QString>& label() const = 0;
+    virtual void setMarginAnchor(std::int32_t anchor) = 0; ///< a MarginAnchor
+    [[nodiscard]] virtual std::int32_t marginAnchor() const = 0;
+    virtual void setIsDrawUnderPDFContent(bool under) = 0; ///< on PDF pages, beneath the page's own content
+    [[nodiscard]] virtual bool isDrawUnderPDFContent() const = 0;
+    virtual void setIsSymmetry(bool symmetric) = 0; ///< left and right alternate on successive pages
+    [[nodiscard]] virtual bool isSymmetry() const = 0;
+
+    /// Closes and forgets the stamp's editor, if it has one.
+    virtual void removehandlers() = 0;
+
+    /// Applies a record: a missing key gives false, 0 or nothing. Without a record nothing changes.
+    virtual void setData(const Record* data) = 0;
+    /// The record form; its entries end before the first absent value. Nothing on a failure.
+    [[nodiscard]] virtual std::optional<Record> getData() const = 0;
+
+    /// The anchor for the page now being drawn; to be asked once a page. With `isSymmetric` it alternates
+    /// from the given anchor, counted since reset().
+    virtual std::int32_t getNextMarginAnchor(bool isSymmetric, std::int32_t anchor) = 0;
+    /// Shows the stamp's editor, which `editors` makes on first use.
+    virtual void edit(StampEditorFactory& editors) = 0;
+    /// Forgets which page was drawn last; every run begins with it.
+    virtual void reset() = 0;
+
+    /// Draws the stamp. `rect` is the area inside the margins and `offsetRect` the one whose origin the
+    /// position is relative to (points, y down); `marginAnchor` comes from getNextMarginAnchor(). A failure
+    /// is logged and leaves the page without the stamp.
+    virtual void draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,
+                      std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) = 0;
+
+    /// One line that tells the stamp from others in a list.
+    [[nodiscard]] virtual QString description() const = 0;
+};
+
+} // namespace quillfern

@@ -1,0 +1,111 @@
+#include "stamps/NumberText.h"
+
+#include "platform/store/Record.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quillfern {
+
+namespace {
+
+/// A stored padding length can be any number; no page is wider than this.
+constexpr std::int64_t mostPadding = 1000;
+
+QString padded(std::int32_t number, const NumberFormat& format)
+{
+    const QString digits = QString::number(number);
+    const QString pad = format.paddingCharacter.value_or(QString());
+    if (pad.isEmpty()) return digits;
+    const qsizetype first = pad.front().isHighSurrogate() && pad.size() > 1 ? 2 : 1;
+    const auto missing = std::min(format.paddingLength, mostPadding) - digits.size();
+    return missing > 0 ? pad.left(first).repeated(missing) + digits : digits;
+}
+
+QString numberInStyle(std::int32_t number, const NumberFormat& format)
+{
+    switch (format.numberType) {
+    case Numbers:
+        return padded(number, format);
+    case RomanNumbersCapital:
+        return romanNumeralsFromInt(number).toUpper();
+    default:
+        return romanNumeralsFromInt(number);
+    }
+}
+
+bool isSlot(const QString& text, qsizetype at)
+{
+    const auto token = QStringView(text).mid(at, 3);
+    return token == u"{0}" || token == u"{1}";
+}
+
+} // namespace
+
+QString numberTypeName(std::int32_t numberType)
+{
+    switch (numberType) {
+    case PlainText:
+        return QStringLiteral("Plain Text");
+    case Numbers:
+        return QStringLiteral("Numbers");
+    case RomanNumbersCapital:
+        return QStringLiteral("Roman Numbers Capital");
+    case RomanNumbersSmall:
+        return QStringLiteral("Roman Numbers Small");
+    default:
+        return {};
+    }
+}
+
+QString numberText(const NumberFormat& format, std::int64_t pageNumber, std::int64_t totalPages)
+{
+    const QString pattern = format.numberFormat.value_or(QString());
+    if (format.numberType == PlainText) return pattern;
+    // A style that does not exist (a damaged profile) fills no slot.
+    const bool known = format.numberType >= Numbers && format.numberType <= RomanNumbersSmall;
+    const std::array<QString, 2> fillings = {known ? numberInStyle(low32(pageNumber), format) : QString(),
+                                             known ? numberInStyle(low32(totalPages), format) : QString()};
+    QString text;
+    std::size_t slot = 0;
+    for (qsizetype i = 0; i < pattern.size();) {
+        if (isSlot(pattern, i)) {
+            if (slot < fillings.size()) text += fillings[slot];
+            ++slot;
+            i += 3;
+        } else {
+            text += pattern[i++];
+        }
+    }
+    return text;
+}
+
+QString romanNumeralsFromInt(std::int32_t number)
+{
+    struct Numeral
+    {
+        std::int32_t value;
+        const char* letters;
+    };
+    static constexpr std::array<Numeral, 13> numerals = {{{1000, "m"},
+                                                          {900, "cm"},
+                                                          {500, "d"},
+                                                          {400, "cd"},
+                                                          {100, "c"},
+                                                          {90, "xc"},
+                                                          {50, "l"},
+                                                          {40, "xl"},
+                                                          {10, "x"},
+                                                          {9, "ix"},
+                                                          {5, "v"},
+                                                          {4, "iv"},
+                                                          {1, "i"}}};
+    QString text;
+    for (const Numeral& numeral : numerals) {
+        for (; number >= numeral.value; number -= numeral.value)
+            text += QLatin1String(numeral.letters);
+    }
+    return text;
+}
+
+} // namespace quillfern

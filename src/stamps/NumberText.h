@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+
+namespace quillfern {
+
+/// How numbers are written in a stamp's text. The values are stored in profiles.
+enum NumberType : std::int32_t {
+    PlainText = 0, ///< the template as it stands, tokens and all
+    Numbers = 1,   ///< decimal, padded on the left
+    RomanNumbersCapital = 2,
+    RomanNumbersSmall = 3,
+};
+
+/// The name shown for a number style; empty for a value that is none.
+[[nodiscard]] QString numberTypeName(std::int32_t numberType);
+
+/// The template of a text stamp and how its numbers are written.
+struct NumberFormat
+{
+    /// "{0}" and "{1}" are slots. They are filled by the order in which they stand: the first with the page
+    /// number, the second with the total, any further one with nothing.
+    std::optional<QString> numberFormat = QStringLiteral("{0} of {1}");
+    std::int32_t numberType = Numbers;
+    std::int64_t paddingLength = 1;
+    std::optional<QString> paddingCharacter =
+        QStringLiteral("0"); ///< its first character pads; none when empty
+
+    bool operator==(const NumberFormat&) const = default;
+};
+
+/// The text printed on a page; empty when nothing is. Numbers are cut to 32 bits.
+[[nodiscard]] QString numberText(const NumberFormat& format, std::int64_t pageNumber,
+                                 std::int64_t totalPages);
+
+/// Roman numerals in small letters, without upper limit; empty for zero and below.
+[[nodiscard]] QString romanNumeralsFromInt(std::int32_t number);
+
+} // namespace quillfern

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/store/Record.h"
+
+#include <QColor>
+#include <QString>
+#include <cstdint>
+#include <optional>
+
+namespace quillfern {
+
+/// The font of a text stamp: which family, at what size, in which colour.
+class PDFFont
+{
+  public:
+    std::optional<QString> fontName =
+        QStringLiteral("Helvetica"); ///< family; a substitute serves if it is missing
+    std::int32_t fontID = 4;         ///< kept and saved; drawing does not read it
+    double fontSize = 12.0;          ///< points
+    bool isStandard = false;         ///< one of the standard PDF fonts; kept and saved
+    std::optional<QColor> fontColor = QColor(Qt::black);
+
+    PDFFont() = default;
+    [[nodiscard]] static PDFFont initWithFont(const QString& name, std::int32_t fontID, double fontSize,
+                                              bool isStandard);
+
+    /// The record form; its entries end before the first absent value. Nothing on a failure.
+    [[nodiscard]] std::optional<Record> getData() const;
+    /// Applies a record; a missing key gives nothing, 0 or false. Without a record nothing changes.
+    void setData(const Record* data);
+
+    bool operator==(const PDFFont&) const = default;
+};
+
+} // namespace quillfern

@@ -1,0 +1,82 @@
+#include "stamps/PageCompositor.h"
+
+#include "platform/drawing/RasterCanvas.h"
+#include "platform/system/Guarded.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+namespace quillfern {
+
+namespace {
+
+void drawStamp(IStampItem& stamp, Canvas& canvas, const QRectF& area, std::int64_t number, std::int64_t pages,
+               bool highlight)
+{
+    const std::int32_t anchor = stamp.getNextMarginAnchor(stamp.isSymmetry(), stamp.marginAnchor());
+    canvas.beginArtifact();
+    canvas.save();
+    stamp.draw(canvas, area, area, anchor, number, pages, highlight);
+    canvas.restore();
+    canvas.endArtifact();
+}
+
+void shadeMargins(QPainter& painter, const QSizeF& size, const QRectF& area)
+{
+    const double l = area.left();
+    const double t = area.top();
+    const double r = area.right();
+    const double b = area.bottom();
+    QPainterPath bands;
+    bands.setFillRule(Qt::WindingFill);
+    bands.addRect(0, 0, l, size.height());
+    bands.addRect(l, 0, r - l, t);
+    bands.addRect(r, 0, size.width() - r, size.height());
+    bands.addRect(l, b, r - l, size.height() - b);
+
+    painter.save();
+    painter.fillPath(bands, QColor::fromRgbF(0, 0, 0, 0.5F));
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    QPen dashes(Qt::black, 1);
+    dashes.setCapStyle(Qt::FlatCap);
+    // The pattern 2 on, 2 off, 2 on goes round with on and off exchanged, as an odd pattern does.
+    dashes.setDashPattern({2, 2, 2, 2, 2, 2});
+    painter.setPen(dashes);
+    painter.drawRect(QRectF(l, t + 1, r - l - 1, b - t - 1));
+    painter.restore();
+}
+
+} // namespace
+
+void PageCompositor::drawPDFNumber(PageLayers& page, const QRectF& fillRect, std::int64_t number,
+                                   std::int64_t pages) const
+{
+    guarded("Error in [drawPDFNumber:] : %@", [&] {
+        for (const bool under : {true, false}) {
+            Canvas& canvas = under ? page.under() : page.over();
+            for (const auto& stamp : stamps_)
+                if (stamp->isSelected() && stamp->isDrawUnderPDFContent() == under)
+                    drawStamp(*stamp, canvas, fillRect, number, pages, false);
+        }
+    });
+}
+
+void PageCompositor::drawOnImage(QImage& image, const QRectF& area, std::int64_t number, std::int64_t pages,
+                                 std::int32_t highlightIndex, bool isPreview) const
+{
+    guarded("Error in (Numbering=>drawOnImage:pageNumber:pages:highlightIndex:isPreview:) : %@", [&] {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        if (isPreview) shadeMargins(painter, image.deviceIndependentSize(), area);
+        RasterCanvas canvas(painter, shaper_);
+        std::int32_t index = 0;
+        for (const auto& stamp : stamps_) {
+            if (stamp->isSelected()) drawStamp(*stamp, canvas, area, number, pages, index == highlightIndex);
+            ++index;
+        }
+    });
+}
+
+} // namespace quillfern

@@ -1,0 +1,104 @@
+#include "stamps/Placement.h"
+
+#include <array>
+#include <cmath>
+
+namespace quillfern {
+
+namespace {
+
+QPointF centreFor(std::int32_t anchor, const QSizeF& size, const QRectF& rect)
+{
+    const double w = size.width() / 2;
+    const double h = size.height() / 2;
+    const double right = rect.x() + rect.width() - w;
+    const double bottom = rect.y() + rect.height() - h;
+    const double middleX = rect.x() + rect.width() / 2 - rect.x();
+    const double middleY = rect.y() + rect.height() / 2 - rect.y();
+    switch (anchor) {
+    case TopLeft:
+        return {w, h};
+    case TopMiddle:
+        return {middleX, h};
+    case TopRight:
+        return {right, h};
+    case MiddleLeft:
+        return {w, middleY};
+    case MiddleMiddle:
+        return {middleX, middleY};
+    case MiddleRight:
+        return {right, middleY};
+    case BottomLeft:
+        return {w, bottom};
+    case BottomMiddle:
+        return {middleX, bottom};
+    case BottomRight:
+        return {right, bottom};
+    default:
+        return {0, 0};
+    }
+}
+
+/// Which of the four corners decides first how far the stamp is pushed back inside.
+bool visitsForward(int angle, std::int32_t anchor)
+{
+    const auto within = [angle](int low, int high) { return angle >= low && angle <= high; };
+    const bool upsideDown = within(91, 269);
+    const bool topLeftGroup = anchor == TopLeft || anchor == TopMiddle ||
+                              (anchor == TopRight && (within(26, 154) || within(206, 334)));
+    return upsideDown != topLeftGroup;
+}
+
+/// How far beyond 0 or `limit` a coordinate lies, in whole points; 0 for less than one.
+double overshoot(double value, double limit)
+{
+    if (value > limit && std::trunc(value - limit) != 0) return std::trunc(value - limit);
+    return value < 0 ? std::trunc(value) : 0;
+}
+
+} // namespace
+
+QPointF getTransformedPoint(const QSizeF& size, int angle, const QRectF& rect, std::int32_t marginAnchor,
+                            int pointIndex)
+{
+    if (rect.x() == 0 && rect.y() == 0 && rect.width() == 0 && rect.height() == 0) return {0, 0};
+
+    const QPointF centre = centreFor(marginAnchor, size, rect);
+    const double w = size.width() / 2;
+    const double h = size.height() / 2;
+    std::array<QPointF, 4> corners = {QPointF(-w, -h), QPointF(w, -h), QPointF(w, h), QPointF(-w, h)};
+    const auto radians = static_cast<float>(-angle * radiansPerDegree);
+    const double cosine = std::cos(radians);
+    const double sine = std::sin(radians);
+    for (QPointF& corner : corners)
+        corner = QPointF(corner.x() * cosine - corner.y() * sine + centre.x(),
+                         corner.x() * sine + corner.y() * cosine + centre.y());
+
+    double shiftX = 0;
+    double shiftY = 0;
+    const bool forward = visitsForward(angle, marginAnchor);
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const QPointF& corner = corners[forward ? i : corners.size() - 1 - i];
+        if (shiftX == 0) shiftX = overshoot(corner.x(), rect.width());
+        if (shiftY == 0) shiftY = overshoot(corner.y(), rect.height());
+    }
+    return corners.at(static_cast<std::size_t>(pointIndex)) - QPointF(shiftX, shiftY);
+}
+
+std::int32_t mirroredAnchor(std::int32_t marginAnchor)
+{
+    switch (marginAnchor) {
+    case TopLeft:
+    case MiddleLeft:
+    case BottomLeft:
+        return marginAnchor + 2;
+    case TopRight:
+    case MiddleRight:
+    case BottomRight:
+        return marginAnchor - 2;
+    default:
+        return marginAnchor;
+    }
+}
+
+} // namespace quillfern

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "stamps/IStampItem.h"
+#include "stamps/StampEditor.h"
+
+namespace quillfern {
+
+/// What both kinds of stamps share: the fields of IStampItem, the facing-page state and the editor.
+class StampBase : public IStampItem
+{
+  public:
+    ~StampBase() override;
+
+    void setIsSelected(bool selected) override { isSelected_ = selected; }
+    [[nodiscard]] bool isSelected() const override { return isSelected_; }
+    void setLabel(std::optional<QString> label) override { label_ = std::move(label); }
+    [[nodiscard]] const std::optional<QString>& label() const override { return label_; }
+    void setMarginAnchor(std::int32_t anchor) override { marginAnchor_ = anchor; }
+    [[nodiscard]] std::int32_t marginAnchor() const override { return marginAnchor_; }
+    void setIsDrawUnderPDFContent(bool under) override { isDrawUnderPDFContent_ = under; }
+    [[nodiscard]] bool isDrawUnderPDFContent() const override { return isDrawUnderPDFContent_; }
+    void setIsSymmetry(bool symmetric) override { isSymmetry_ = symmetric; }
+    [[nodiscard]] bool isSymmetry() const override { return isSymmetry_; }
+
+    std::int32_t getNextMarginAnchor(bool isSymmetric, std::int32_t anchor) override;
+    void reset() override { lastMarginAnchor_ = None; }
+
+  protected:
+    StampBase() = default;
+
+    /// Invalidates and forgets the editor.
+    void closeEditor();
+    /// The five fields in their reading order, as every stamp's record begins to be read.
+    void readShared(const Record& data);
+    /// The same five, which end every stamp's record.
+    void addShared(RecordBuilder& builder) const;
+
+    std::unique_ptr<StampEditor> editor_;
+
+  private:
+    bool isSelected_ = true;
+    std::optional<QString> label_ = QString();
+    std::int32_t marginAnchor_ = None;
+    bool isDrawUnderPDFContent_ = false;
+    bool isSymmetry_ = false;
+    std::int32_t lastMarginAnchor_ = None; ///< None until a page was drawn in this run
+};
+
+} // namespace quillfern

@@ -1,0 +1,147 @@
+#include "stamps/TextStamp.h"
+
+#include "platform/drawing/TextShaper.h"
+#include "platform/system/Guarded.h"
+#include "stamps/ColorRecord.h"
+#include "stamps/Placement.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quillfern {
+
+namespace {
+
+QColor withOpacity(const std::optional<QColor>& color, std::int64_t percent)
+{
+    QColor result = color.value_or(Qt::black);
+    result.setAlphaF(
+        static_cast<float>(static_cast<double>(std::clamp<std::int64_t>(percent, 0, 100)) * 0.01));
+    return result;
+}
+
+/// Whole degrees; a stored angle can be any number.
+int wholeDegrees(double degrees)
+{
+    return std::isfinite(degrees) ? static_cast<int>(std::clamp(degrees, -1e9, 1e9)) : 0;
+}
+
+} // namespace
+
+TextStamp::~TextStamp()
+{
+    removehandlers();
+}
+
+bool TextStamp::isVisible() const
+{
+    if (!number.numberFormat || number.numberFormat->isEmpty() || !(font.fontSize > 0)) return false;
+    return textOpacity > 0 || (outlineOpacity > 0 && outlineWidth > 0);
+}
+
+TextPaint TextStamp::paint() const
+{
+    TextPaint paint;
+    paint.fontSize = font.fontSize;
+    paint.fill = withOpacity(font.fontColor, textOpacity);
+    paint.stroke = withOpacity(outlineColor, outlineOpacity);
+    paint.strokeWidth = static_cast<double>(std::max<std::int64_t>(outlineWidth, 0)) * 0.01 * font.fontSize;
+    if (isUnderline) {
+        paint.underlines = underlineStyle == Single ? 1 : underlineStyle == Double ? 2 : 0;
+        paint.strikeThrough = underlineStyle == Strikethrough;
+    }
+    return paint;
+}
+
+void TextStamp::draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,
+                     std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp)
+{
+    guarded("Error in [Draw:rect:marginAnchor:pageNumber:totalPages:isHighLightStamp:] : %@", [&] {
+        if (!isVisible()) return;
+        const QString text = numberText(number, pageNumber, totalPages);
+        if (text.isEmpty()) return;
+        const auto shaped =
+            canvas.shaper().shape(text, {font.fontName.value_or(QString()), isBold, isItalic});
+        const QSizeF size(shaped->width * font.fontSize, shaped->height * font.fontSize);
+        const QPointF corner = guarded(
+            "Error in [getTransformedPoint:textSize:angle:rect:marginAnchor:pointIndex] : %@", QPointF(0, 0),
+            [&] { return getTransformedPoint(size, wholeDegrees(textRotation), rect, marginAnchor, 0); });
+
+        canvas.save();
+        canvas.translate(offsetRect.x() + corner.x(), offsetRect.y() + corner.y());
+        canvas.rotate(-(std::isfinite(textRotation) ? textRotation : 0) * radiansPerDegree);
+        canvas.drawText(*shaped, paint());
+        if (isHighLightStamp) canvas.fillRect(QRectF(QPointF(0, 0), size), QColor::fromRgbF(1, 0, 0, 0.5F));
+        canvas.restore();
+    });
+}
+
+QString TextStamp::description() const
+{
+    return QStringLiteral("%1 [%2]").arg(numberTypeName(number.numberType),
+                                         number.numberFormat.value_or(QString()));
+}
+
+void TextStamp::edit(StampEditorFactory& editors)
+{
+    guarded("Error in edit : %@", [&] {
+        if (!editor_) editor_ = editors.editorFor(*this);
+        if (editor_) editor_->showAndReset();
+    });
+}
+
+void TextStamp::removehandlers()
+{
+    guarded("Error in (TextStamp=>removehandlers:) : %@", [this] { closeEditor(); });
+}
+
+std::optional<Record> TextStamp::getData() const
+{
+    return guarded<std::optional<Record>>("Error in (TextStamp=>getData) : %@", std::nullopt, [this] {
+        std::optional<QByteArray> outline;
+        if (outlineColor) outline = colorToBytes(*outlineColor);
+        RecordBuilder builder;
+        builder.add(QStringLiteral("textRotation"), wholeDegrees(textRotation))
+            .add(QStringLiteral("outlineOpacity"), low32(outlineOpacity))
+            .add(QStringLiteral("textOpacity"), low32(textOpacity))
+            .add(QStringLiteral("numberType"), number.numberType)
+            .add(QStringLiteral("paddingLength"), low32(number.paddingLength))
+            .add(QStringLiteral("paddingCharacter"), number.paddingCharacter)
+            .add(QStringLiteral("numberFormat"), number.numberFormat)
+            .add(QStringLiteral("underlineStyle"), underlineStyle)
+            .add(QStringLiteral("isEmbedFont"), isEmbedFont)
+            .add(QStringLiteral("isUnderline"), isUnderline)
+            .add(QStringLiteral("isItalic"), isItalic)
+            .add(QStringLiteral("isBold"), isBold)
+            .add(QStringLiteral("outlineColor"), outline)
+            .add(QStringLiteral("outlineWidth"), low32(outlineWidth))
+            .add(QStringLiteral("font"), font.getData());
+        addShared(builder);
+        return std::optional(builder.take());
+    });
+}
+
+void TextStamp::setData(const Record* data)
+{
+    guarded("Error in (TextStamp=>setData:) : %@", [&] {
+        if (!data) return;
+        readShared(*data);
+        font.setData(data->record(QStringLiteral("font")));
+        outlineWidth = data->integer32(QStringLiteral("outlineWidth"));
+        outlineColor = colorFromBytes(data->bytes(QStringLiteral("outlineColor")));
+        isBold = data->boolean(QStringLiteral("isBold"));
+        isItalic = data->boolean(QStringLiteral("isItalic"));
+        isUnderline = data->boolean(QStringLiteral("isUnderline"));
+        isEmbedFont = data->boolean(QStringLiteral("isEmbedFont"));
+        underlineStyle = data->integer32(QStringLiteral("underlineStyle"));
+        number.numberFormat = data->text(QStringLiteral("numberFormat"));
+        number.paddingCharacter = data->text(QStringLiteral("paddingCharacter"));
+        number.paddingLength = data->integer32(QStringLiteral("paddingLength"));
+        number.numberType = data->integer32(QStringLiteral("numberType"));
+        textOpacity = data->integer32(QStringLiteral("textOpacity"));
+        outlineOpacity = data->integer32(QStringLiteral("outlineOpacity"));
+        textRotation = data->integer32(QStringLiteral("textRotation"));
+    });
+}
+
+} // namespace quillfern

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "stamps/NumberText.h"
+#include "stamps/PDFFont.h"
+#include "stamps/StampBase.h"
+
+namespace quillfern {
+
+/// How a stamp's text is lined. The values are stored in profiles; any other draws no line.
+enum UnderlineStyle : std::int32_t {
+    Single = 0,
+    Double = 1,
+    Strikethrough = 2,
+};
+
+/// A stamp that prints a line of text, usually a running number, on every page.
+class TextStamp final : public StampBase
+{
+  public:
+    PDFFont font;
+    bool isBold = false;
+    bool isItalic = false;
+    bool isUnderline = false; ///< apply underlineStyle
+    bool isEmbedFont = false; ///< kept and saved; fonts are always embedded
+    std::int32_t underlineStyle = Single;
+    NumberFormat number;
+    std::int64_t textOpacity = 100;    ///< percent of the fill
+    double textRotation = 0;           ///< degrees, counter-clockwise on the page
+    std::int64_t outlineOpacity = 100; ///< percent
+    std::int64_t outlineWidth = 0;     ///< percent of the font size; 0 draws none
+    std::optional<QColor> outlineColor = QColor(Qt::black);
+
+    TextStamp() = default;
+    ~TextStamp() override;
+
+    void removehandlers() override;
+    void setData(const Record* data) override;
+    [[nodiscard]] std::optional<Record> getData() const override;
+    void edit(StampEditorFactory& editors) override;
+    void draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,
+              std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) override;
+    [[nodiscard]] QString description() const override;
+
+  private:
+    [[nodiscard]] bool isVisible() const;
+    [[nodiscard]] TextPaint paint() const;
+};
+
+} // namespace quillfern
