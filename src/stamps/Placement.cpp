@@ -1,5 +1,6 @@
 #include "stamps/Placement.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -56,6 +57,25 @@ double overshoot(double value, double limit)
     return value < 0 ? std::trunc(value) : 0;
 }
 
+/// How far to push the stamp back along one axis, in whole points: what the first corner to stick out asks
+/// for.
+///
+/// That corner need not be the outermost. A stamp at the far edge that is narrower than the near margin
+/// sticks out with all its corners, and the first would take back only a part, leaving the stamp beyond the
+/// margin or even off the page. Where the stamp fits and would still stick out by a point, the outermost
+/// corner decides instead.
+double shiftInside(const std::array<double, 4>& visited, double limit)
+{
+    double shift = 0;
+    for (const double value : visited)
+        if (shift == 0) shift = overshoot(value, limit);
+    const auto [lowest, highest] = std::minmax_element(visited.begin(), visited.end());
+    const bool fits = *highest - *lowest <= limit;
+    if (fits && *highest - shift >= limit + 1) return overshoot(*highest, limit);
+    if (fits && *lowest - shift <= -1) return overshoot(*lowest, limit);
+    return shift;
+}
+
 } // namespace
 
 QPointF getTransformedPoint(const QSizeF& size, int angle, const QRectF& rect, std::int32_t marginAnchor,
@@ -74,14 +94,16 @@ QPointF getTransformedPoint(const QSizeF& size, int angle, const QRectF& rect, s
         corner = QPointF(corner.x() * cosine - corner.y() * sine + centre.x(),
                          corner.x() * sine + corner.y() * cosine + centre.y());
 
-    double shiftX = 0;
-    double shiftY = 0;
+    std::array<double, 4> x = {};
+    std::array<double, 4> y = {};
     const bool forward = visitsForward(angle, marginAnchor);
     for (std::size_t i = 0; i < corners.size(); ++i) {
         const QPointF& corner = corners[forward ? i : corners.size() - 1 - i];
-        if (shiftX == 0) shiftX = overshoot(corner.x(), rect.width());
-        if (shiftY == 0) shiftY = overshoot(corner.y(), rect.height());
+        x[i] = corner.x();
+        y[i] = corner.y();
     }
+    const double shiftX = shiftInside(x, rect.width());
+    const double shiftY = shiftInside(y, rect.height());
     return corners.at(static_cast<std::size_t>(pointIndex)) - QPointF(shiftX, shiftY);
 }
 

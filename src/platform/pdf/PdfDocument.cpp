@@ -213,15 +213,14 @@ class PdfDocument::StampedPage final : public PdfPage
   private:
     void showWholeMediaBox()
     {
-        QPDFObjectHandle holder;
-        QPDFObjectHandle crop = inheritedAttribute(page_, "/CropBox", &holder);
-        if (crop.isNull()) return;
+        const QRectF& media = box_.mediaBox();
+        const auto box = QPDFObjectHandle::newFromRectangle(
+            QPDFObjectHandle::Rectangle(media.left(), media.top(), media.right(), media.bottom()));
+        // Viewers differ on a page without a usable box; the stamp was placed on this one.
+        if (!box_.isStated()) page_.replaceKey("/MediaBox", box);
         page_.removeKey("/CropBox");
         // An ancestor's crop box would come back; only the page's own overrules it.
-        if (!inheritedAttribute(page_, "/CropBox").isNull())
-            page_.replaceKey("/CropBox", QPDFObjectHandle::newFromRectangle(QPDFObjectHandle::Rectangle(
-                                             box_.mediaBox().left(), box_.mediaBox().top(),
-                                             box_.mediaBox().right(), box_.mediaBox().bottom())));
+        if (!inheritedAttribute(page_, "/CropBox").isNull()) page_.replaceKey("/CropBox", box);
     }
 
     Private& document_;

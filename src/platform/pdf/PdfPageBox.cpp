@@ -41,7 +41,8 @@ QPDFObjectHandle inheritedAttribute(QPDFObjectHandle page, const std::string& ke
 
 PdfPageBox::PdfPageBox(QPDFObjectHandle page)
 {
-    if (!readBox(inheritedAttribute(page, "/MediaBox"), box_)) box_ = QRectF(0, 0, 612, 792);
+    stated_ = readBox(inheritedAttribute(page, "/MediaBox"), box_);
+    if (!stated_) box_ = QRectF(0, 0, 612, 792);
     QPDFObjectHandle rotate = inheritedAttribute(page, "/Rotate");
     if (rotate.isNumber()) {
         const double degrees = rotate.getNumericValue();

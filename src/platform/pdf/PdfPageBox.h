@@ -21,11 +21,14 @@ class PdfPageBox
     [[nodiscard]] QTransform toUserSpace() const;
     /// The media box in the page's own space, lower left corner first.
     [[nodiscard]] const QRectF& mediaBox() const { return box_; }
+    /// False when the page states no usable box and mediaBox() is the one assumed.
+    [[nodiscard]] bool isStated() const { return stated_; }
 
   private:
     QRectF box_;
     int rotation_ = 0;
     double unit_ = 1;
+    bool stated_ = true;
 };
 
 /// The value of an inheritable page attribute: the page's own, or its nearest ancestor's; null when none has

@@ -1,0 +1,108 @@
+#include "batch/Log.h"
+
+#include "batch/TimeTaken.h"
+#include "support/Fakes.h"
+#include "support/Tools.h"
+
+#include <QXmlStreamReader>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+const QLocale english(QLocale::English, QLocale::UnitedStates);
+
+/// "name key=value ..." of every element in order, read by a parser.
+QStringList elements(const QByteArray& xml)
+{
+    QStringList list;
+    QXmlStreamReader reader(xml);
+    while (!reader.atEnd()) {
+        if (reader.readNext() != QXmlStreamReader::StartElement) continue;
+        QString line = reader.name().toString();
+        for (const QXmlStreamAttribute& attribute : reader.attributes())
+            line += u' ' + attribute.name().toString() + u'=' + attribute.value().toString();
+        list.append(line);
+    }
+    EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
+    return list;
+}
+
+class LogFileTest : public testing::Test
+{
+  protected:
+    void SetUp() override { ASSERT_TRUE(folders.createApplicationUsersFolder(QStringLiteral("Logs"))); }
+
+    Scratch scratch;
+    FakeFolders folders{scratch.path()};
+    FakeClock clock;
+};
+
+TEST_F(LogFileTest, HasOneElementAnOutputInOrder)
+{
+    Log log(clock, folders);
+    log.startTime = QDateTime(QDate(2026, 11, 15), QTime(23, 59, 58));
+    log.endTime = QDateTime(QDate(2026, 11, 16), QTime(0, 5, 9));
+    log.files.push_back(
+        {QStringLiteral("a.pdf"), QStringLiteral("/out"), QStringLiteral("Completed"), 12, {}});
+    log.files.push_back(
+        {QStringLiteral("<b> & \"c\"\n\x01.pdf"), QStringLiteral("/out"), QStringLiteral("No Pages"), 0, {}});
+    log.files[0].logFiles.push_back({QStringLiteral("in.pdf"), 3, 4, QStringLiteral("Completed")});
+    ASSERT_TRUE(log.save(english));
+    EXPECT_EQ(*log.logFilePath(), scratch.path(QStringLiteral("Orvane/Quillfern1/Logs/161126000509.log")));
+    const QByteArray xml = readFile(*log.logFilePath());
+    EXPECT_EQ(elements(xml).join(u'|').toStdString(),
+              "Log StartTime=11/15/2026 11:59:58 PM EndTime=11/16/2026 12:05:09 AM|"
+              "Files FileName=a.pdf TargetPath=/out Status=Completed Pages=12|"
+              "File SourceImageFile=in.pdf SourcePageNo=3 PageNo=4 Status=Completed|"
+              "Files FileName=<b> & \"c\"\n\xEF\xBF\xBD.pdf TargetPath=/out Status=No Pages Pages=0");
+    EXPECT_GE(xml.count('\n'), 5) << "one element a line";
+}
+
+TEST_F(LogFileTest, AnEmptyJobStillHasItsTimes)
+{
+    Log log(clock, folders);
+    ASSERT_TRUE(log.save(english));
+    EXPECT_EQ(elements(readFile(*log.logFilePath())).join(u'|').toStdString(),
+              "Log StartTime=11/16/2026 02:05:09 PM EndTime=11/16/2026 02:05:09 PM");
+}
+
+TEST_F(LogFileTest, DigitsArePlainInEveryLocale)
+{
+    Log log(clock, folders);
+    ASSERT_TRUE(log.save(QLocale(QLocale::Arabic, QLocale::Egypt)));
+    EXPECT_TRUE(readFile(*log.logFilePath()).contains("11/16/2026 02:05:09"));
+}
+
+TEST(LogWithoutFolder, NamesAPathAndLosesNothingElse)
+{
+    Scratch scratch;
+    const FakeFolders folders(scratch.path());
+    const FakeClock clock;
+    Log log(clock, folders);
+    EXPECT_TRUE(log.save()) << "deliberately: a log that cannot be written is no failure of the job";
+    ASSERT_TRUE(log.logFilePath());
+    EXPECT_FALSE(QFile::exists(*log.logFilePath()));
+}
+
+TEST(TimeTaken, LeavesOutWhatIsZero)
+{
+    const QDateTime start(QDate(2026, 11, 16), QTime(10, 0, 0));
+    const std::vector<std::pair<qint64, const char*>> cases = {{0, ""},
+                                                               {999, ""},
+                                                               {1000, "1 sec(s) "},
+                                                               {65'999, "1 min(s) 5 sec(s) "},
+                                                               {60'000, "1 min(s) "},
+                                                               {3'605'000, "1 hr(s) 5 sec(s) "},
+                                                               {90'000'000, "25 hr(s) "}};
+    for (const auto& [milliseconds, text] : cases)
+        EXPECT_EQ(timeTakenString(start, start.addMSecs(milliseconds)).toStdString(), text);
+    EXPECT_EQ(timeTakenString({}, start), QString());
+    EXPECT_EQ(timeTakenString(start, {}), QString());
+    EXPECT_EQ(timeTakenLabel(QString(), 3, 3), QStringLiteral("Total Time Taken :  3/3"));
+    EXPECT_EQ(timeTakenLabel(QStringLiteral("1 min(s) 5 sec(s) "), 2, 3),
+              QStringLiteral("Total Time Taken : 1 min(s) 5 sec(s)  2/3"));
+}
+
+} // namespace
+} // namespace quillfern

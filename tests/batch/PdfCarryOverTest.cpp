@@ -1,0 +1,350 @@
+// What a document is besides its pages' marks has to survive stamping, and bad files have to lose nothing.
+
+#include "batch/PdfProcessing.h"
+#include "platform/pdf/PdfDocument.h"
+#include "support/PdfBuilder.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace quillfern {
+namespace {
+
+QString sample(const QString& name)
+{
+    return qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/samples/") + name;
+}
+
+/// What qpdf tells of a document, one of its sections.
+QJsonValue described(const QString& pdf, const QString& section)
+{
+    const QByteArray json = toolOutput(
+        QStringLiteral("qpdf"), {QStringLiteral("--json=1"), QStringLiteral("--json-key=") + section, pdf});
+    return QJsonDocument::fromJson(json).object().value(section);
+}
+
+/// Object numbers change with every writing; what they lead to must not.
+QJsonValue withoutObjectNumbers(const QJsonValue& value)
+{
+    if (value.isArray()) {
+        QJsonArray result;
+        for (const QJsonValue item : value.toArray())
+            result.append(withoutObjectNumbers(item));
+        return result;
+    }
+    if (value.isObject()) {
+        QJsonObject result;
+        const QJsonObject object = value.toObject();
+        for (auto item = object.begin(); item != object.end(); ++item)
+            if (item.key() != QLatin1String("object")) result.insert(item.key(), withoutObjectNumbers(*item));
+        return result;
+    }
+    const QString text = value.toString();
+    return text.endsWith(QLatin1String(" R")) ? QJsonValue(QStringLiteral("ref")) : value;
+}
+
+class CarryOver : public PdfProcessing
+{
+  protected:
+    QString stampSample(const QString& name)
+    {
+        number.stamps.clear();
+        addStamp(QStringLiteral("Stamp {0}"), BottomMiddle);
+        return process(readFile(sample(name)));
+    }
+};
+
+TEST_F(CarryOver, KeepsOutlinesLabelsFormsAndAttachments)
+{
+    const std::vector<std::pair<const char*, QStringList>> cases = {
+        {"contract.pdf", {QStringLiteral("outlines")}},
+        {"form.pdf", {QStringLiteral("acroform")}},
+        {"report.pdf",
+         {QStringLiteral("pagelabels"), QStringLiteral("attachments"), QStringLiteral("outlines")}},
+    };
+    for (const auto& [name, sections] : cases) {
+        const QString output = stampSample(QString::fromLatin1(name));
+        EXPECT_TRUE(qpdfAccepts(output)) << name;
+        for (const QString& section : sections) {
+            const QJsonValue before =
+                withoutObjectNumbers(described(sample(QString::fromLatin1(name)), section));
+            const QJsonValue after = withoutObjectNumbers(described(output, section));
+            const bool empty = before.isArray() ? before.toArray().isEmpty() : before.toObject().isEmpty();
+            EXPECT_FALSE(empty) << name << " has no " << section.toStdString();
+            EXPECT_TRUE(before == after) << name << ": " << section.toStdString();
+        }
+    }
+}
+
+TEST_F(CarryOver, KeepsLinksAndDestinations)
+{
+    for (const char* name : {"form.pdf", "report.pdf", "contract.pdf"}) {
+        const QString source = sample(QString::fromLatin1(name));
+        const QString output = stampSample(QString::fromLatin1(name));
+        for (const char* what : {"-url", "-dests"})
+            EXPECT_EQ(toolOutput(QStringLiteral("pdfinfo"), {QString::fromLatin1(what), output}),
+                      toolOutput(QStringLiteral("pdfinfo"), {QString::fromLatin1(what), source}))
+                << name << ' ' << what;
+    }
+}
+
+TEST_F(CarryOver, NamesItselfAsCreatorAndKeepsTheRest)
+{
+    const auto info = [](const QString& pdf) {
+        QMap<QByteArray, QByteArray> entries;
+        for (const QByteArray& line : toolOutput(QStringLiteral("pdfinfo"), {pdf}).split('\n'))
+            entries.insert(line.left(line.indexOf(':')), line.mid(line.indexOf(':') + 1).trimmed());
+        return entries;
+    };
+    const auto before = info(sample(QStringLiteral("contract.pdf")));
+    const QString output = stampSample(QStringLiteral("contract.pdf"));
+    const auto after = info(output);
+    EXPECT_EQ(after.value("Creator"), QByteArray("Quillfern"));
+    for (const QByteArray& key : {QByteArray("Title"), QByteArray("Author"), QByteArray("Pages"),
+                                  QByteArray("Tagged"), QByteArray("Page size"), QByteArray("CreationDate")})
+        EXPECT_EQ(after.value(key), before.value(key)) << key.toStdString();
+    EXPECT_FALSE(before.value("Title").isEmpty());
+    const QByteArray xmp = toolOutput(QStringLiteral("pdfinfo"), {QStringLiteral("-meta"), output});
+    EXPECT_TRUE(xmp.contains("CreatorTool>Quillfern<") || xmp.contains("CreatorTool=\"Quillfern\""))
+        << xmp.toStdString();
+}
+
+TEST_F(CarryOver, AnArchivalClaimIsKeptUntilAStampNeedsTransparency)
+{
+    const QByteArray xmp =
+        "<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta xmlns:x='adobe:ns:meta/'>"
+        "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description rdf:about='' "
+        "xmlns:pdfaid='http://www.aiim.org/pdfa/ns/id/'><pdfaid:part>1</pdfaid:part>"
+        "<pdfaid:conformance>B</pdfaid:conformance></rdf:Description></rdf:RDF></x:xmpmeta>";
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R/Metadata 4 0 R>>");
+    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 300]>>");
+    pdf.addStream(xmp, "/Type/Metadata/Subtype/XML");
+    addStamp(QStringLiteral("Archive"), TopLeft);
+    auto& stamp = static_cast<TextStamp&>(*number.stamps[0]);
+    stamp.font.fontColor = QColor(200, 10, 10);
+    const auto meta = [](const QString& path) {
+        return toolOutput(QStringLiteral("pdfinfo"), {QStringLiteral("-meta"), path});
+    };
+    QString output = process(pdf.build());
+    EXPECT_TRUE(meta(output).contains("pdfaid:part>1<"));
+    EXPECT_TRUE(meta(output).contains("CreatorTool>Quillfern<"));
+    const QByteArray plain =
+        toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), output, QStringLiteral("-")});
+    EXPECT_TRUE(plain.contains("/CalRGB")) << "no plain RGB without an output intent";
+    EXPECT_TRUE(plain.contains("/CIDSet"));
+    stamp.textOpacity = 40;
+    output = process(pdf.build());
+    EXPECT_FALSE(meta(output).contains("pdfaid:part"));
+    EXPECT_TRUE(meta(output).contains("CreatorTool>Quillfern<"));
+}
+
+TEST_F(CarryOver, TheMarksAreArtifactsAndTheTagsStay)
+{
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R/MarkInfo<</Marked true>>/StructTreeRoot 5 0 R>>");
+    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 300]/StructParents 0/Contents 4 0 R"
+            "/Resources<</Font<</F1 7 0 R>>>>>>");
+    pdf.addStream("/P <</MCID 0>> BDC " + showWord("Tagged", 50, 100) + " EMC");
+    pdf.add("<</Type/StructTreeRoot/K 6 0 R/ParentTree<</Nums[0[6 0 R]]>>>>");
+    pdf.add("<</Type/StructElem/S/P/P 5 0 R/Pg 3 0 R/K 0>>");
+    pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+    addStamp(QStringLiteral("Stamp"), TopLeft);
+    const QString output = process(pdf.build());
+    const QByteArray structure =
+        toolOutput(QStringLiteral("pdfinfo"), {QStringLiteral("-struct-text"), output});
+    EXPECT_TRUE(structure.contains("Tagged"));
+    EXPECT_FALSE(structure.contains("Stamp")) << "no part of what is read aloud";
+    EXPECT_TRUE(pdfText(output, 1).contains(QStringLiteral("Stamp")));
+    const QByteArray plain =
+        toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), output, QStringLiteral("-")});
+    EXPECT_TRUE(plain.contains("/Artifact<</Type/Pagination>>BDC"));
+}
+
+TEST_F(CarryOver, BlankedPagesKeepTheirBoxAndLoseTheirFieldsAndLinks)
+{
+    number.setPageRange(EvenPages);
+    const QString output = stampSample(QStringLiteral("form.pdf"));
+    EXPECT_TRUE(qpdfAccepts(output));
+    const auto pages = pdfWords(output);
+    const auto original = pdfWords(sample(QStringLiteral("form.pdf")));
+    ASSERT_EQ(pages.size(), original.size());
+    EXPECT_TRUE(pages[0].words.empty());
+    EXPECT_EQ(pages[0].width, original[0].width);
+    EXPECT_GT(pages[1].words.size(), original[1].words.size());
+    const auto fieldsOn = [](const QString& path, int page) {
+        int count = 0;
+        for (const QJsonValue field :
+             described(path, QStringLiteral("acroform")).toObject()[QStringLiteral("fields")].toArray())
+            if (field.toObject()[QStringLiteral("pageposfrom1")].toInt() == page) ++count;
+        return count;
+    };
+    EXPECT_GT(fieldsOn(sample(QStringLiteral("form.pdf")), 1), 0);
+    EXPECT_EQ(fieldsOn(output, 1), 0);
+    EXPECT_EQ(fieldsOn(output, 2), fieldsOn(sample(QStringLiteral("form.pdf")), 2));
+}
+
+TEST_F(CarryOver, StreamsAndObjectStreamsStayAsTheyAre)
+{
+    const QString plain = stampSample(QStringLiteral("scan.pdf"));
+    const auto images = [](const QString& path) {
+        return toolOutput(QStringLiteral("pdfimages"), {QStringLiteral("-list"), path}).count("jpeg");
+    };
+    EXPECT_EQ(images(plain), images(sample(QStringLiteral("scan.pdf")))) << "a picture is not coded again";
+    EXPECT_NEAR(static_cast<double>(QFileInfo(plain).size()),
+                static_cast<double>(QFileInfo(sample(QStringLiteral("scan.pdf"))).size()), 12'000);
+    const QString packed = stampSample(QStringLiteral("report.pdf"));
+    EXPECT_TRUE(readFile(packed).contains("/ObjStm"));
+    EXPECT_LT(QFileInfo(packed).size(), QFileInfo(sample(QStringLiteral("report.pdf"))).size() + 15'000);
+    for (int page = 1; page <= 12; ++page)
+        EXPECT_TRUE(pdfText(packed, page).contains(QStringLiteral("Stamp %1").arg(page)));
+}
+
+TEST_F(CarryOver, RestrictionsStayAndPasswordsAreNotPassed)
+{
+    const QString source = scratch.write(QStringLiteral("plain.pdf"), numberedPdf(2));
+    const QString locked = scratch.path(QStringLiteral("locked.pdf"));
+    addStamp(QStringLiteral("Stamp"), TopLeft);
+    for (const char* bits : {"128", "256"}) {
+        runTool(QStringLiteral("qpdf"),
+                {QStringLiteral("--allow-weak-crypto"), QStringLiteral("--encrypt"), QString(),
+                 QStringLiteral("owner"), QString::fromLatin1(bits), QStringLiteral("--print=none"),
+                 QStringLiteral("--modify=none"), QStringLiteral("--"), source, locked});
+        const QString output = process(readFile(locked));
+        const ToolResult shown =
+            runTool(QStringLiteral("qpdf"), {QStringLiteral("--show-encryption"), output});
+        EXPECT_TRUE(shown.out.contains("print low resolution: not allowed"))
+            << bits << shown.out.toStdString();
+        EXPECT_TRUE(pdfText(output, 2).contains(QStringLiteral("Stamp"))) << bits;
+        EXPECT_TRUE(qpdfAccepts(output));
+    }
+    runTool(QStringLiteral("qpdf"),
+            {QStringLiteral("--encrypt"), QStringLiteral("user"), QStringLiteral("owner"),
+             QStringLiteral("256"), QStringLiteral("--"), source, locked});
+    EXPECT_EQ(pdfPageCount(locked), 0);
+    EXPECT_TRUE(pdfOpensWith(locked, QStringLiteral("user")));
+    EXPECT_FALSE(pdfOpensWith(locked, QStringLiteral("wrong")));
+    const QString output = process(readFile(locked)); // reports success, as for any file that does not open
+    EXPECT_FALSE(QFileInfo::exists(output));
+}
+
+TEST_F(CarryOver, DamagedFilesAreRepairedOrLeftAlone)
+{
+    addStamp(QStringLiteral("Stamp"), TopLeft);
+    const QByteArray sound = numberedPdf(3);
+    QByteArray badXref = sound;
+    badXref.replace("0000000015 00000 n", "0000000999 00000 n");
+    const QByteArray noXref = sound.left(sound.indexOf("xref\n")) + "trailer<</Root 1 0 R>>";
+    QByteArray badLength = sound;
+    badLength.replace("/Length ", "/Length 9");
+    for (const QByteArray& damaged : {badXref, noXref, badLength, "some mail header\n\n" + sound}) {
+        const QString output = process(damaged);
+        for (int page = 1; page <= 3; ++page) {
+            EXPECT_TRUE(pdfText(output, page).contains(QStringLiteral("Body%1").arg(page)));
+            EXPECT_TRUE(pdfText(output, page).contains(QStringLiteral("Stamp")));
+        }
+    }
+    for (const QByteArray& hopeless :
+         {QByteArray("no PDF at all"), QByteArray(), sound.left(200), QByteArray(5000, '\0')}) {
+        scratch.write(QStringLiteral("out/doc.pdf"), "what an earlier run left");
+        const QString output = process(hopeless);
+        EXPECT_FALSE(QFileInfo::exists(output));
+        EXPECT_EQ(readFile(scratch.path(QStringLiteral("in/doc.pdf"))), hopeless);
+    }
+}
+
+TEST_F(CarryOver, PageTreesThatLieAreCountedRight)
+{
+    QByteArray wrong = numberedPdf(5);
+    wrong.replace("/Count 5", "/Count 9");
+    EXPECT_EQ(pdfPageCount(scratch.write(QStringLiteral("count.pdf"), wrong)), 5);
+    wrong.replace("/Count 9", "/Count -3");
+    EXPECT_EQ(pdfPageCount(scratch.write(QStringLiteral("count.pdf"), wrong)), 5);
+    PdfBuilder loop;
+    loop.add("<</Type/Catalog/Pages 2 0 R>>");
+    loop.add("<</Type/Pages/Count 2/Kids[3 0 R 2 0 R]/MediaBox[0 0 9 9]>>");
+    loop.add("<</Type/Page/Parent 2 0 R>>");
+    EXPECT_LE(pdfPageCount(scratch.write(QStringLiteral("loop.pdf"), loop.build())), 2);
+}
+
+struct InPlaceCase
+{
+    const char* what;
+    bool backup;
+    const char* folder; // the output folder, relative to the scratch folder
+};
+
+TEST_F(CarryOver, InPlaceIsToldByTheFileAndNotByItsPath)
+{
+    ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("in"))));
+    ASSERT_TRUE(QFile::link(scratch.path(QStringLiteral("in")), scratch.path(QStringLiteral("linked"))));
+    const std::vector<InPlaceCase> cases = {{"the same path", true, "in"},
+                                            {"without a backup", false, "in"},
+                                            {"a linked folder", true, "linked"},
+                                            {"a way round", true, "in/../linked/."}};
+    addStamp(QStringLiteral("Stamp"), TopLeft);
+    const QByteArray pdf = numberedPdf(2);
+    for (const InPlaceCase& c : cases) {
+        const QString source = scratch.write(QStringLiteral("in/doc.pdf"), pdf);
+        const QString backup = scratch.write(QStringLiteral("in/doc.pdf.bak"), "an older backup");
+        number.isBackupFile = c.backup;
+        number.reset();
+        const QString target = scratch.path(QString::fromLatin1(c.folder)) + QStringLiteral("/doc.pdf");
+        EXPECT_TRUE(makeDocumentProcessors(number, {})->processPDF(source, target, {}, 0)) << c.what;
+        EXPECT_TRUE(pdfText(source, 2).contains(QStringLiteral("Stamp"))) << c.what;
+        EXPECT_TRUE(pdfText(source, 2).contains(QStringLiteral("Body2"))) << c.what;
+        EXPECT_EQ(readFile(backup), c.backup ? pdf : QByteArray("an older backup")) << c.what;
+        EXPECT_EQ(QDir(scratch.path(QStringLiteral("in"))).entryList(QDir::Files | QDir::Hidden).size(), 2)
+            << c.what << ": nothing else is left behind";
+    }
+}
+
+TEST_F(CarryOver, AFailureLeavesTheSourceAndNoHalfFile)
+{
+    addStamp(QStringLiteral("Stamp"), TopLeft);
+    number.isBackupFile = true;
+    const QByteArray pdf = numberedPdf(2);
+    const QString source = scratch.write(QStringLiteral("in/doc.pdf"), pdf);
+    // The backup's name is taken by a folder with something in it: no backup, so no processing in place
+    // either.
+    scratch.write(QStringLiteral("in/doc.pdf.bak/kept.txt"), "kept");
+    EXPECT_FALSE(makeDocumentProcessors(number, {})->processPDF(source, source, {}, 0));
+    EXPECT_EQ(readFile(source), pdf);
+    EXPECT_FALSE(number.isUpdating());
+    EXPECT_FALSE(makeDocumentProcessors(number, {})
+                     ->processPDF(scratch.path(QStringLiteral("gone.pdf")), source, {}, 0));
+    EXPECT_EQ(readFile(source), pdf);
+    const auto processors = makeDocumentProcessors(number, {});
+    EXPECT_FALSE(
+        processors->processPDF(source, scratch.path(QStringLiteral("no/such/folder/doc.pdf")), {}, 0));
+    EXPECT_FALSE(processors->lastProblem().isEmpty());
+}
+
+TEST_F(CarryOver, AFullDiskFailsCleanly)
+{
+    // A tiny file system of its own would need rights; the limit of the file size is the same error one door
+    // later.
+    addStamp(QStringLiteral("Stamp"), TopLeft);
+    const QString source = scratch.write(QStringLiteral("in/doc.pdf"), numberedPdf(400));
+    const QString runner = qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run");
+    QDir().mkpath(scratch.path(QStringLiteral("out")));
+    const ToolResult result =
+        runTool(QStringLiteral("sh"),
+                {QStringLiteral("-c"),
+                 QStringLiteral("trap '' XFSZ; ulimit -f 40; XDG_DATA_HOME=\"$3\" exec \"$0\" --output "
+                                "\"$1\" --text '{0}' \"$2\""),
+                 runner, scratch.path(QStringLiteral("out")), source, scratch.path(QStringLiteral("data"))});
+    EXPECT_EQ(result.exitCode, 1) << result.out.toStdString() << result.err.toStdString();
+    EXPECT_TRUE(result.out.contains("Failed")) << result.out.toStdString();
+    EXPECT_TRUE(result.out.contains("cannot write")) << result.out.toStdString();
+    EXPECT_TRUE(QDir(scratch.path(QStringLiteral("out"))).entryList(QDir::Files | QDir::Hidden).isEmpty());
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,387 @@
+// Documents are made here, stamped by the real processor, and read back with poppler's and qpdf's tools.
+
+#include "batch/PdfProcessing.h"
+#include "support/PdfBuilder.h"
+
+#include <QFile>
+#include <QImage>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+/// The page as pdftoppm paints it, 72 dots an inch, its whole media box.
+QImage painted(const QString& pdf, int page)
+{
+    const QString number = QString::number(page);
+    const QByteArray ppm = toolOutput(QStringLiteral("pdftoppm"),
+                                      {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-f"),
+                                       number, QStringLiteral("-l"), number, pdf});
+    QImage image;
+    EXPECT_TRUE(image.loadFromData(ppm, "PPM"));
+    return image;
+}
+
+/// How many pixels outside of `except` differ clearly between two pictures.
+int differingPixels(const QImage& a, const QImage& b, const QRectF& except = {})
+{
+    EXPECT_EQ(a.size(), b.size());
+    int count = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x) {
+            if (except.contains(QPointF(x + 0.5, y + 0.5))) continue;
+            if (std::abs(qGray(a.pixel(x, y)) - qGray(b.pixel(x, y))) > 24) ++count;
+        }
+    return count;
+}
+
+struct Selection
+{
+    const char* what;
+    int startPage, endPage, pageRange;
+    std::vector<const char*> expected; // per page: what it says, in reading order
+};
+
+class PageSelectionCases : public PdfProcessing, public testing::WithParamInterface<Selection>
+{
+};
+
+TEST_P(PageSelectionCases, StampsTheChosenPages)
+{
+    const Selection& c = GetParam();
+    number.setStartPage(c.startPage);
+    number.setEndPage(c.endPage);
+    number.setPageRange(c.pageRange);
+    number.setStartNumber(7);
+    number.setNumberSteps(2);
+    addStamp(QStringLiteral("N{0}/{1}"));
+    const QString output = process(numberedPdf(static_cast<int>(c.expected.size())));
+    for (std::size_t i = 0; i < c.expected.size(); ++i)
+        EXPECT_EQ(pdfText(output, static_cast<int>(i) + 1)
+                      .split(u'\n', Qt::SkipEmptyParts)
+                      .join(u' ')
+                      .toStdString(),
+                  c.expected[i])
+            << c.what << ", page " << i + 1;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, PageSelectionCases,
+    testing::Values(
+        Selection{"from the third page",
+                  3,
+                  0,
+                  AllPages,
+                  {"Body1", "Body2", "N7/5 Body3", "N9/5 Body4", "N11/5 Body5"}},
+        Selection{"a middle part", 2, 3, AllPages, {"Body1", "N7/4 Body2", "N9/4 Body3", "Body4"}},
+        Selection{"even pages, the others blank", 1, 0, EvenPages, {"", "N7/4 Body2", "", "N9/4 Body4"}},
+        Selection{"odd pages of a part", 2, 3, OddPages, {"Body1", "", "N7/4 Body3", "Body4"}},
+        Selection{"a parity that is none", 1, 0, 5, {"", ""}},
+        Selection{"an end before the start", 3, 2, AllPages, {"Body1", "Body2", "Body3"}},
+        Selection{"a start beyond the end", 9, 0, AllPages, {"Body1"}}));
+
+/// A page shown in some odd way; wherever it is stamped, the reader finds the stamp upright at the same
+/// place.
+struct BoxCase
+{
+    const char* what;
+    QByteArray entries;
+    double width, height; // as shown, in points
+};
+
+TEST_F(PdfProcessing, StampsAPageAsItsReaderSeesIt)
+{
+    const std::vector<BoxCase> cases = {
+        {"plain", "/MediaBox[0 0 500 400]", 500, 400},
+        {"turned by 90", "/MediaBox[0 0 500 400]/Rotate 90", 400, 500},
+        {"turned by 180", "/MediaBox[0 0 500 400]/Rotate 180", 500, 400},
+        {"turned by 270", "/MediaBox[0 0 500 400]/Rotate 270", 400, 500},
+        {"turned by -90", "/MediaBox[0 0 500 400]/Rotate -90", 400, 500},
+        {"turned by 450", "/MediaBox[0 0 500 400]/Rotate 450", 400, 500},
+        {"an angle that is none", "/MediaBox[0 0 500 400]/Rotate 45", 500, 400},
+        {"a box that starts elsewhere", "/MediaBox[-100 200 400 600]", 500, 400},
+        {"elsewhere and turned", "/MediaBox[-100 200 400 600]/Rotate 90", 400, 500},
+        {"elsewhere and turned over", "/MediaBox[-100 200 400 600]/Rotate 180", 500, 400},
+        {"elsewhere and turned left", "/MediaBox[-100 200 400 600]/Rotate 270", 400, 500},
+        {"corners the wrong way round", "/MediaBox[500 400 0 0]", 500, 400},
+        {"a smaller crop box", "/MediaBox[0 0 500 400]/CropBox[100 100 200 200]", 500, 400},
+        {"a crop box and a turn", "/MediaBox[0 0 500 400]/CropBox[100 100 200 200]/Rotate 90", 400, 500},
+        {"fractions", "/MediaBox[0.5 0.25 500.75 400.5]", 500.25, 400.25},
+        {"a box that is none", "/MediaBox[0 0 0 400]", 612, 792},
+    };
+    QList<TestPage> pages;
+    for (const BoxCase& c : cases)
+        pages.append({"", c.entries});
+    number.setMarginLeft(30);
+    number.setMarginTop(20);
+    number.setMarginRight(10);
+    number.setMarginBottom(40);
+    addStamp(QStringLiteral("Left"), TopLeft);
+    addStamp(QStringLiteral("Right"), BottomRight);
+    const QString output = process(simplePdf(pages));
+    const auto words = pdfWords(output);
+    ASSERT_EQ(words.size(), cases.size());
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        const BoxCase& c = cases[i];
+        if (c.width < 600) {
+            // The tool gives the box before it is turned, and the words after.
+            EXPECT_NEAR(std::max(words[i].width, words[i].height), std::max(c.width, c.height), 0.01)
+                << c.what;
+            EXPECT_NEAR(std::min(words[i].width, words[i].height), std::min(c.width, c.height), 0.01)
+                << c.what;
+        }
+        const QRectF left = words[i].boxOf(QStringLiteral("Left"));
+        EXPECT_NEAR(left.left(), 30, 0.5) << c.what;
+        EXPECT_NEAR(left.top(), 20, 3) << c.what;
+        EXPECT_GT(left.width(), left.height()) << c.what << ": upright";
+        const QRectF right = words[i].boxOf(QStringLiteral("Right"));
+        EXPECT_NEAR(right.right(), c.width - 10, 1) << c.what;
+        EXPECT_NEAR(right.bottom(), c.height - 40, 3.5) << c.what;
+    }
+    EXPECT_TRUE(qpdfAccepts(output));
+}
+
+TEST_F(PdfProcessing, AUserUnitScalesThePageAndNotTheStamp)
+{
+    number.setMarginLeft(36);
+    number.setMarginTop(36);
+    addStamp(QStringLiteral("Stamp"), TopLeft);
+    const QString output = process(simplePdf({{"", "/MediaBox[0 0 300 400]/UserUnit 2"}}));
+    // pdftotext counts in the page's own units: half the distance, half the size.
+    const auto page = pdfWords(output).at(0);
+    const QRectF box = page.boxOf(QStringLiteral("Stamp"));
+    const double shown = page.width > 500 ? 1 : 2;
+    EXPECT_NEAR(box.left() * shown, 36, 0.6);
+    EXPECT_NEAR(box.height() * shown, 13.5, 2.5);
+}
+
+TEST_F(PdfProcessing, RotatedStampsStandAtTheirAnchors)
+{
+    addStamp(QStringLiteral("Slanted"), MiddleMiddle);
+    static_cast<TextStamp&>(*number.stamps[0]).textRotation = 90;
+    const QString output = process(simplePdf({{"", "/MediaBox[0 0 500 400]"}}));
+    const QRectF box = pdfWords(output).at(0).boxOf(QStringLiteral("Slanted"));
+    EXPECT_GT(box.height(), box.width()) << "a quarter turn";
+    EXPECT_NEAR(box.center().x(), 250, 2);
+    EXPECT_NEAR(box.center().y(), 200, 2);
+}
+
+/// Content that leaves something open, or closes too much. The stamp has to be where it is on a sound page,
+/// and the page's own marks have to look as before.
+TEST_F(PdfProcessing, BrokenContentNeitherMovesNorHidesTheStamp)
+{
+    const QByteArray box = "0.5 g 100 100 200 150 re f\n";
+    struct Case
+    {
+        const char* what;
+        QByteArray content;
+        QByteArray
+            sameAs; // how viewers that ignore a stray Q show it; the tool used here drops what follows one
+    };
+    const std::vector<Case> cases = {
+        {"sound", box, {}},
+        {"two states left open", "q 0.2 0 0 0.2 50 50 cm q 3 0 0 3 0 0 cm " + box, {}},
+        {"a state popped too often", "2 0 0 2 0 0 cm Q 0.5 0 0 0.5 20 30 cm " + box,
+         "2 0 0 2 0 0 cm 0.5 0 0 0.5 20 30 cm " + box},
+        {"popped too often within strings and comments", "% Q Q\n(Q Q) pop " + box + "Q Q", {}},
+        {"a transformation of its own", "0.1 0 0 0.1 300 300 cm 1 0 0 rg " + box, {}},
+        {"a clip", "0 0 10 10 re W n " + box, {}},
+        {"a text object never ended", box + "BT /F1 12 Tf 3 Tr 2 0 0 2 100 100 Tm (x) Tj", {}},
+        {"marked content never ended", "/OC /Hidden BDC " + box, {}},
+        {"a string never ended", box + "BT /F1 9 Tf (never ends \\( here", {}},
+        {"a hex string never ended", box + "BT /F1 9 Tf <4142", {}},
+        {"a path never painted", box + "0 0 5 5 re W", {}},
+        {"a comment at the end", box + "% no line feed", {}},
+        {"an inline image with q, Q and EI in it",
+         "q 10 0 0 10 0 0 cm BI /W 4 /H 2 /CS /G /BPC 8 ID \nQ EI\x80Q Q EI\nQ " + box,
+         {}},
+        {"an inline image never ended", box + "BI /W 4 /H 2 /CS /G /BPC 8 ID abc", {}},
+        {"white text and rendering mode", box + "1 g 7 Tr 0 0 0 0 k", {}},
+    };
+    QList<TestPage> pages;
+    QList<TestPage> asShown;
+    for (const Case& c : cases) {
+        pages.append({c.content, "/MediaBox[0 0 500 400]"});
+        asShown.append({c.sameAs.isEmpty() ? c.content : c.sameAs, "/MediaBox[0 0 500 400]"});
+    }
+    addStamp(QStringLiteral("Stamp"), BottomRight);
+    const QString before = scratch.write(QStringLiteral("before.pdf"), simplePdf(asShown));
+    const QString output = process(simplePdf(pages));
+    const auto words = pdfWords(output);
+    ASSERT_EQ(words.size(), cases.size());
+    const QRectF stampArea(400, 370, 100, 30);
+    const QImage reference = painted(output, 1).copy(stampArea.toRect());
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        const QRectF where = words[i].boxOf(QStringLiteral("Stamp"));
+        EXPECT_NEAR(where.right(), 500, 1) << cases[i].what;
+        EXPECT_NEAR(where.bottom(), 400, 3.5) << cases[i].what;
+        const int page = static_cast<int>(i) + 1;
+        const QImage after = painted(output, page);
+        EXPECT_EQ(differingPixels(after.copy(stampArea.toRect()), reference), 0)
+            << cases[i].what << ": the stamp shows";
+        EXPECT_EQ(differingPixels(painted(before, page), after, stampArea), 0)
+            << cases[i].what << ": the page looks as before";
+    }
+}
+
+TEST_F(PdfProcessing, UnderStampsLieBeneathAndOverStampsAboveTheContent)
+{
+    addStamp(QStringLiteral("MMMM"), MiddleMiddle);
+    number.stamps[0]->setIsDrawUnderPDFContent(true);
+    auto& under = static_cast<TextStamp&>(*number.stamps[0]);
+    under.font.fontSize = 60;
+    under.font.fontColor = QColor(Qt::red);
+    const QByteArray cover = "0 0 1 rg 0 0 500 200 re f"; // the lower half
+    const QImage image = painted(process(simplePdf({{cover, "/MediaBox[0 0 500 400]"}})), 1);
+    int redAbove = 0;
+    int redBelow = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (qRed(image.pixel(x, y)) > 200 && qBlue(image.pixel(x, y)) < 80)
+                ++(y < 200 ? redAbove : redBelow);
+    EXPECT_GT(redAbove, 500);
+    EXPECT_LT(redBelow, 300)
+        << "hidden where the page is painted"; // half a row of antialiased edge may remain
+
+    number.stamps[0]->setIsDrawUnderPDFContent(false);
+    const QImage above = painted(process(simplePdf({{cover, "/MediaBox[0 0 500 400]"}})), 1);
+    EXPECT_GT(qRed(above.pixel(250 - 70, 210)) + qRed(above.pixel(250 - 72, 210)) +
+                  qRed(above.pixel(250 - 74, 210)),
+              0);
+}
+
+TEST_F(PdfProcessing, PagesThatShareTheirPartsAreStampedEachForItself)
+{
+    PdfBuilder pdf;
+    const int catalogue = pdf.reserve();
+    const int tree = pdf.reserve();
+    const int font = pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+    const int resources = pdf.add("<</Font<</F1 " + PdfBuilder::ref(font) + ">>>>");
+    const int content = pdf.addStream(showWord("Shared", 100, 100));
+    const auto page = [&](const QByteArray& entries) {
+        return pdf.add("<</Type/Page/Parent " + PdfBuilder::ref(tree) + entries + ">>");
+    };
+    const QByteArray shared =
+        "/Resources " + PdfBuilder::ref(resources) + "/Contents " + PdfBuilder::ref(content);
+    const int first = page(shared);
+    const int second = page(shared);
+    const int contents =
+        pdf.add("[" + PdfBuilder::ref(content) + ' ' + PdfBuilder::ref(content) + " null 99 0 R]");
+    const int third = page("/Contents " + PdfBuilder::ref(contents)); // inherits resources and box
+    const int bare = page("/Resources null");                         // nothing at all
+    QByteArray kids;
+    for (const int object : {first, second, third, bare, first, first}) // one object three times in the tree
+        kids += PdfBuilder::ref(object) + ' ';
+    pdf.set(tree, "<</Type/Pages/Count 6/MediaBox[0 0 300 300]/CropBox[50 50 250 250]/Rotate 90/Resources " +
+                      PdfBuilder::ref(resources) + "/Kids[" + kids + "]>>");
+    pdf.set(catalogue, "<</Type/Catalog/Pages " + PdfBuilder::ref(tree) + ">>");
+
+    number.setStartPage(2);
+    addStamp(QStringLiteral("N{0}"), TopLeft);
+    const QString output = process(pdf.build());
+    EXPECT_TRUE(qpdfAccepts(output));
+    const auto words = pdfWords(output);
+    ASSERT_EQ(words.size(), 6U);
+    EXPECT_EQ(words[0].words.size(), 1U) << "outside the range: untouched, cropped as before";
+    const QByteArray sizes =
+        toolOutput(QStringLiteral("pdfinfo"), {QStringLiteral("-l"), QStringLiteral("6"), output});
+    EXPECT_EQ(sizes.count("200 x 200"), 1);
+    EXPECT_EQ(sizes.count("300 x 300"), 5)
+        << "stamped pages show their media box, also where the crop box is inherited";
+    for (std::size_t i = 1; i < 6; ++i) {
+        EXPECT_TRUE(words[i].contains(QStringLiteral("N%1").arg(i))) << i;
+        EXPECT_EQ(words[i].contains(QStringLiteral("Shared")), i != 3) << i;
+    }
+}
+
+TEST_F(PdfProcessing, StampingTwiceKeepsBothStamps)
+{
+    addStamp(QStringLiteral("First"), TopLeft);
+    const QString once = process(numberedPdf(2));
+    const QByteArray bytes = readFile(once);
+    number.stamps.clear();
+    addStamp(QStringLiteral("Second\u00e9"), TopRight);
+    const QString twice = process(bytes);
+    EXPECT_TRUE(qpdfAccepts(twice));
+    for (int page = 1; page <= 2; ++page) {
+        const auto words = pdfWords(twice).at(static_cast<std::size_t>(page - 1));
+        EXPECT_TRUE(words.contains(QStringLiteral("First")) &&
+                    words.contains(QStringLiteral("Second\u00e9")));
+    }
+}
+
+TEST_F(PdfProcessing, StampedTextInEveryScriptCanBeFound)
+{
+    struct Script
+    {
+        const char* what;
+        QString text;
+        const char* coverage; // what fc-list has to find for the case to run; empty when any font will do
+    };
+    const std::vector<Script> scripts = {
+        {"latin with marks", QStringLiteral("Seite {0} \u00fcber \u0141\u00f3d\u017a"), ""},
+        {"combining marks", QStringLiteral("e\u0301te\u0301 {0}"), ""},
+        {"ligatures", QStringLiteral("office fling {0}"), ""},
+        {"cyrillic and greek", QStringLiteral("\u0441\u0442\u0440 {0} \u03c3\u03b5\u03bb"), ""},
+        {"hebrew", QStringLiteral("\u05e2\u05de\u05d5\u05d3 {0}"), ":charset=5e2"},
+        {"arabic", QStringLiteral("\u0635\u0641\u062d\u0629 {0}"), ":charset=635"},
+        {"chinese", QStringLiteral("\u7b2c{0}\u9875"), ":charset=9875"},
+    };
+    for (const Script& script : scripts) {
+        if (*script.coverage && toolOutput(QStringLiteral("fc-list"),
+                                           {QString::fromLatin1(script.coverage), QStringLiteral("family")})
+                                    .trimmed()
+                                    .isEmpty()) {
+            ADD_FAILURE() << "no font for " << script.what << "; test.sh installs one";
+            continue;
+        }
+        number.stamps = {textStamp(script.text, TopLeft)};
+        const QString output = process(simplePdf({{"", "/MediaBox[0 0 500 200]"}}));
+        QString expected = script.text;
+        expected.replace(QStringLiteral("{0}"), QStringLiteral("1"));
+        // Readers may put marks and letters together or apart, and add direction marks.
+        const auto plain = [](const QString& text) {
+            QString letters;
+            for (const QChar c : text.normalized(QString::NormalizationForm_KC))
+                if (c.isLetterOrNumber()) letters += c;
+            return letters;
+        };
+        EXPECT_EQ(plain(pdfText(output, 1)).toStdString(), plain(expected).toStdString()) << script.what;
+        EXPECT_TRUE(qpdfAccepts(output)) << script.what;
+        const QByteArray fonts = toolOutput(QStringLiteral("pdffonts"), {output});
+        for (const QByteArray& line : fonts.trimmed().split('\n').mid(2))
+            EXPECT_TRUE(line.startsWith("Helvetica ") ||
+                        (line.contains("Identity-H") && line.contains(" yes yes yes ")))
+                << line.toStdString();
+        EXPECT_GE(fonts.count("Identity-H"), 1) << script.what << ": embedded as text, not as outlines";
+        EXPECT_LT(QFile(output).size(), 60'000) << script.what << ": a subset";
+    }
+}
+
+TEST_F(PdfProcessing, APageNumberCostsFewBytesAndOneFont)
+{
+    constexpr int pages = 200;
+    addStamp(QStringLiteral("{0} of {1}"), BottomMiddle);
+    const QByteArray pdf = numberedPdf(pages);
+    const qint64 one = QFile(process(numberedPdf(1))).size();
+    const qint64 fixed = one - numberedPdf(1).size();
+    const QString output = process(pdf);
+    EXPECT_LT((QFile(output).size() - pdf.size() - fixed) / pages, 400);
+    EXPECT_EQ(toolOutput(QStringLiteral("pdffonts"), {output}).trimmed().count("Identity-H"), 1);
+}
+
+TEST_F(PdfProcessing, InvisibleStampsLeaveThePageAlone)
+{
+    addStamp(QStringLiteral("Ghost"), TopLeft);
+    auto& stamp = static_cast<TextStamp&>(*number.stamps[0]);
+    stamp.textOpacity = 0;
+    const QString output = process(numberedPdf(1));
+    EXPECT_EQ(pdfText(output, 1), QStringLiteral("Body1"));
+    EXPECT_FALSE(toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), output, QStringLiteral("-")})
+                     .contains("/Artifact"));
+    stamp.outlineWidth = 3; // only the outline, now
+    EXPECT_EQ(pdfText(process(numberedPdf(1)), 1).split(u'\n').front(), QStringLiteral("Ghost"));
+}
+
+} // namespace
+} // namespace quillfern

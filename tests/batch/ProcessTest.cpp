@@ -1,0 +1,278 @@
+#include "batch/Process.h"
+
+#include "batch/JobPlan.h"
+#include "platform/system/Failure.h"
+#include "stamps/TextStamp.h"
+#include "support/Fakes.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <thread>
+
+namespace quillfern {
+namespace {
+
+/// Notes what it is asked to do and does as it is told.
+struct Script
+{
+    std::vector<std::string> calls;
+    std::function<bool(const QString& name)> act = [](const QString&) { return true; };
+    QString problem;
+};
+
+class ScriptedProcessors final : public DocumentProcessors
+{
+  public:
+    ScriptedProcessors(Script& script, Numbering& number) : script_(script), number_(number) {}
+
+    bool processPDF(const QString& source, const QString&, const QString& password,
+                    std::int64_t total) override
+    {
+        EXPECT_TRUE(password.isEmpty());
+        return note("pdf", source, total);
+    }
+    bool processTIFF(const QString& source, const QString&, std::int64_t total, std::int32_t) override
+    {
+        return note("tiff", source, total);
+    }
+    [[nodiscard]] QString lastProblem() const override { return script_.problem; }
+
+  private:
+    bool note(const std::string& way, const QString& source, std::int64_t total)
+    {
+        const QString name = QFileInfo(source).fileName();
+        script_.calls.push_back(way + ' ' + name.toStdString() + " total " + std::to_string(total) +
+                                " from " + std::to_string(number_.numberCounter));
+        number_.numberCounter += 10;
+        return script_.act(name);
+    }
+
+    Script& script_;
+    Numbering& number_;
+};
+
+class Job : public testing::Test, public ProcessObserver
+{
+  protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("out"))));
+        ASSERT_TRUE(folders.createApplicationUsersFolder(QStringLiteral("Logs")));
+        settings.outputFolderPath = scratch.path(QStringLiteral("out"));
+        settings.isOpenFolderAfterConversion = false;
+    }
+
+    void add(const QString& path, int pages)
+    {
+        scratch.write(path, pages > 0 ? numberedPdf(pages) : QByteArray("not a document"));
+        auto item = FileItem::initWithURL(QUrl::fromLocalFile(scratch.path(path)));
+        ASSERT_TRUE(item);
+        item->setPdfOpenPassword(std::nullopt);
+        EXPECT_EQ(item->pages(), pages) << path.toStdString();
+        files.push_back(std::move(*item));
+    }
+
+    ProcessServices services(bool scripted = true)
+    {
+        ProcessServices result{clock, folders, thread, desktop};
+        if (scripted)
+            result.makeProcessors = [this](Numbering& number, PageProgress) {
+                return std::make_unique<ScriptedProcessors>(script, number);
+            };
+        return result;
+    }
+
+    Process& run(bool scripted = true)
+    {
+        process = std::make_unique<Process>(services(scripted), settings, *this);
+        const std::int64_t pages = planJob(*process, files, settings);
+        process->start(pages);
+        return *process;
+    }
+
+    void updateTimeTakenLabel(const QString& text) override { labels.append(text); }
+    void outputFinished(const LogFiles& output, const QString& note) override
+    {
+        results.append(output.filename + u' ' + output.status + (note.isEmpty() ? QString() : u' ' + note));
+    }
+
+    Scratch scratch;
+    FakeFolders folders{scratch.path()};
+    FakeClock clock;
+    SameThread thread;
+    FakeDesktop desktop;
+    Settings settings;
+    std::vector<FileItem> files;
+    Script script;
+    QStringList labels;
+    QStringList results;
+    std::unique_ptr<Process> process;
+};
+
+TEST_F(Job, HandsEveryFileToItsProcessorAndCountsPagesPerFile)
+{
+    add(QStringLiteral("a.pdf"), 3);
+    add(QStringLiteral("b.PdF"), 2);
+    add(QStringLiteral("c.tif"), 4); // by its extension, whatever it holds
+    settings.number->setStartNumber(5);
+    const Process& done = run();
+    EXPECT_EQ(script.calls, (std::vector<std::string>{"pdf a.pdf total 3 from 5", "pdf b.PdF total 2 from 5",
+                                                      "tiff c.tif total 4 from 5"}));
+    EXPECT_EQ(done.message(), QStringLiteral("All files processed successfully."));
+    EXPECT_EQ(done.totalFileSelected(), 3);
+    EXPECT_TRUE(done.isCompleted());
+    EXPECT_FALSE(done.isCombining());
+    EXPECT_EQ(labels.front(), QStringLiteral("Total Time Taken : In Process... 1/3"));
+    EXPECT_EQ(labels.back(), QStringLiteral("Total Time Taken :  3/3")) << "under a second";
+}
+
+TEST_F(Job, ContinuousNumberingCountsTheWholeListAndRunsOn)
+{
+    add(QStringLiteral("a.pdf"), 3);
+    add(QStringLiteral("b.pdf"), 2);
+    settings.number->setIsContinuousNumbering(true);
+    run();
+    EXPECT_EQ(script.calls,
+              (std::vector<std::string>{"pdf a.pdf total 5 from 1", "pdf b.pdf total 5 from 11"}));
+}
+
+TEST_F(Job, FailuresAreToldApart)
+{
+    add(QStringLiteral("good.pdf"), 1);
+    add(QStringLiteral("fails.pdf"), 2);
+    add(QStringLiteral("empty.pdf"), 0);
+    script.act = [](const QString& name) { return name != QLatin1String("fails.pdf"); };
+    const Process& done = run();
+    EXPECT_EQ(done.message(), QStringLiteral("Total 1 files processed successfully."));
+    EXPECT_EQ(results, (QStringList{QStringLiteral("good.pdf Completed"), QStringLiteral("fails.pdf Failed"),
+                                    QStringLiteral("empty.pdf No Pages")}));
+    EXPECT_EQ(done.totalFileProcessed(), 2);
+    EXPECT_EQ(done.totalFileCreated(), 1);
+    EXPECT_EQ(done.log().files[1].pages, 2);
+    EXPECT_EQ(done.log().files[2].pages, 0);
+    EXPECT_EQ(done.log().files[2].targetPath, scratch.path(QStringLiteral("out")));
+}
+
+TEST_F(Job, AnExceptionBecomesTheStatusAndTheJobGoesOn)
+{
+    add(QStringLiteral("bad.pdf"), 1);
+    add(QStringLiteral("good.pdf"), 1);
+    script.act = [](const QString& name) {
+        if (name == QLatin1String("bad.pdf")) throw Failure(QStringLiteral("the moon is full"));
+        return true;
+    };
+    const Process& done = run();
+    EXPECT_EQ(results, (QStringList{QStringLiteral("bad.pdf the moon is full"),
+                                    QStringLiteral("good.pdf Completed")}));
+    EXPECT_EQ(done.message(), QStringLiteral("Quillfern unable able to process some of the files!\r\n"
+                                             "Please check log for more information."));
+    EXPECT_TRUE(readFile(*done.log().logFilePath()).contains("the moon is full"));
+}
+
+TEST_F(Job, CancellingFinishesTheFileAndWritesTheLog)
+{
+    for (const char* name : {"a.pdf", "b.pdf", "c.pdf"})
+        add(QString::fromLatin1(name), 1);
+    script.act = [this](const QString& name) {
+        if (name == QLatin1String("b.pdf")) process->stop();
+        return true;
+    };
+    const Process& done = run();
+    EXPECT_EQ(results.size(), 2);
+    EXPECT_EQ(done.message(), QStringLiteral("Process cancelled!"));
+    EXPECT_EQ(readFile(*done.log().logFilePath()).count("Completed"), 2);
+}
+
+TEST_F(Job, OpensTheFolderOnlyWhenSomethingWasCreated)
+{
+    settings.isOpenFolderAfterConversion = true;
+    add(QStringLiteral("a.pdf"), 1);
+    script.act = [](const QString&) { return false; };
+    run();
+    EXPECT_TRUE(desktop.opened.isEmpty());
+    script.act = [](const QString&) { return true; };
+    Process& done = run();
+    EXPECT_EQ(desktop.opened, QStringList{scratch.path(QStringLiteral("out"))});
+    done.viewLog();
+    EXPECT_EQ(desktop.opened.back(), *done.log().logFilePath());
+}
+
+TEST_F(Job, TheOutputFolderIsCheckedFirst)
+{
+    const QString readOnly = scratch.path(QStringLiteral("locked"));
+    ASSERT_TRUE(QDir().mkpath(readOnly));
+    ::chmod(QFile::encodeName(readOnly).constData(), 0555);
+    EXPECT_EQ(outputFolderProblem(std::nullopt), QStringLiteral("Please select output folder!"));
+    EXPECT_EQ(outputFolderProblem(QString()), QStringLiteral("Please select output folder!"));
+    EXPECT_EQ(outputFolderProblem(scratch.path(QStringLiteral("gone"))),
+              QStringLiteral("Output folder missing!\r\nPlease select valid output folder."));
+    EXPECT_EQ(outputFolderProblem(QStringLiteral("/proc/self")), // read-only for everybody, root too
+              QStringLiteral("Output folder is non-writable!\r\nPlease select valid output folder."));
+    EXPECT_EQ(outputFolderProblem(settings.outputFolderPath), std::nullopt);
+}
+
+TEST_F(Job, TwoInputsOfOneNameOverwriteEachOtherAndSaySo)
+{
+    settings.number->stamps.push_back(std::make_shared<TextStamp>());
+    add(QStringLiteral("one/doc.pdf"), 1);
+    add(QStringLiteral("two/doc.pdf"), 2);
+    run(false);
+    EXPECT_EQ(results[0], QStringLiteral("doc.pdf Completed"));
+    EXPECT_EQ(results[1], QStringLiteral("doc.pdf Completed replaces the copy of ") +
+                              scratch.path(QStringLiteral("one/doc.pdf")));
+    EXPECT_EQ(pdfWords(scratch.path(QStringLiteral("out/doc.pdf"))).size(), 2U);
+}
+
+TEST_F(Job, AnotherFileOfTheListIsNeverOverwritten)
+{
+    settings.number->stamps.push_back(std::make_shared<TextStamp>());
+    for (const bool sourceFirst : {true, false}) {
+        files.clear();
+        results.clear();
+        if (sourceFirst)
+            add(QStringLiteral("out/doc.pdf"), 3); // in the output folder itself: processed in place
+        add(QStringLiteral("other/doc.pdf"), 1);
+        if (!sourceFirst) add(QStringLiteral("out/doc.pdf"), 3);
+        run(false);
+        const int other = sourceFirst ? 1 : 0;
+        EXPECT_TRUE(results[other].contains(QStringLiteral("would overwrite another file of the list")))
+            << sourceFirst;
+        EXPECT_EQ(results[1 - other], QStringLiteral("doc.pdf Completed"));
+        const auto pages = pdfWords(scratch.path(QStringLiteral("out/doc.pdf")));
+        ASSERT_EQ(pages.size(), 3U) << "the copy of the document that lives there";
+        EXPECT_EQ(pages[2].words.size(), 4U) << "stamped once: 3 of 3, and its own word";
+    }
+}
+
+TEST_F(Job, RunsOnAWorkerWhileOthersRead)
+{
+    settings.number->stamps.push_back(std::make_shared<TextStamp>());
+    for (int i = 0; i < 8; ++i)
+        add(QStringLiteral("doc%1.pdf").arg(i), 20);
+    process = std::make_unique<Process>(services(false), settings, *this);
+    const std::int64_t pages = planJob(*process, files, settings);
+    std::thread worker([&] { process->start(pages); });
+    while (!process->isCompleted())
+        EXPECT_FALSE(process->timeTaken().isEmpty() && !process->fileInProcess().isEmpty());
+    worker.join();
+    EXPECT_EQ(process->totalFileCreated(), 8);
+    EXPECT_EQ(process->totalPagesProcessed(), 160);
+}
+
+TEST(OutputFileTest, TakesBothFieldsOrNone)
+{
+    OutputFile output;
+    output.initWithData(QStringLiteral("/out/a.pdf"), std::nullopt);
+    output.initWithData(std::nullopt, std::vector<FileItem>{});
+    EXPECT_TRUE(output.filename().isEmpty());
+    output.initWithData(QStringLiteral("/out/a.pdf"), std::vector<FileItem>{});
+    EXPECT_EQ(output.filename(), QStringLiteral("/out/a.pdf"));
+}
+
+} // namespace
+} // namespace quillfern

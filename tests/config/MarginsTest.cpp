@@ -1,0 +1,127 @@
+#include "config/Margins.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+class Counter final : public NumberingDelegate
+{
+  public:
+    void PropertyChanged(Numbering&) override { ++count; }
+    int count = 0;
+};
+
+void setMargins(Numbering& number, double left, double top, double right, double bottom)
+{
+    number.setMarginLeft(left);
+    number.setMarginTop(top);
+    number.setMarginRight(right);
+    number.setMarginBottom(bottom);
+}
+
+TEST(Margins, AreConvertedBetweenUnits)
+{
+    struct Case
+    {
+        std::int32_t from, to;
+        double value, expected;
+    };
+    const std::vector<Case> cases = {
+        {Millimetres, Points, 10, 28.34645669291339},
+        {Millimetres, Inches, 25.4, 1},
+        {Inches, Points, 0.5, 36},
+        {Inches, Millimetres, 1, 25.4},
+        {Points, Inches, 36, 0.5},
+        {Points, Millimetres, 72, 25.4},
+        {Points, Points, 7, 7},
+        {Inches, 9, 3, 3},
+        {-1, Points, 3, 3},
+    };
+    for (const Case& c : cases) {
+        Numbering number;
+        number.marginUnit = c.from;
+        setMargins(number, c.value, c.value, c.value, c.value);
+        Margins(number).unitChanged(c.to);
+        EXPECT_DOUBLE_EQ(number.marginTop(), c.expected) << c.from << " to " << c.to;
+        EXPECT_EQ(number.marginTop(), number.marginLeft());
+        EXPECT_EQ(number.marginTop(), number.marginRight());
+        EXPECT_EQ(number.marginTop(), number.marginBottom());
+        EXPECT_EQ(number.marginUnit, c.to);
+    }
+}
+
+TEST(Margins, OfZeroOrLessAreNeverConvertedAndCountAsNone)
+{
+    Numbering number;
+    number.marginUnit = Millimetres;
+    setMargins(number, -5, 0, 10, -1);
+    Margins margins(number);
+    margins.unitChanged(Points);
+    EXPECT_EQ(number.marginLeft(), -5);
+    EXPECT_EQ(number.marginBottom(), -1);
+    EXPECT_EQ(margins.marginRect({200, 100}), QRectF(0, 0, 200 - number.marginRight(), 100));
+}
+
+TEST(Margins, RectangleInUnitsAndPercent)
+{
+    Numbering number;
+    Margins margins(number);
+    number.marginUnit = Inches;
+    setMargins(number, 1, 0.5, 2, 0.25);
+    EXPECT_EQ(margins.marginRect({600, 800}), QRectF(72, 36, 600 - 72 - 144, 800 - 36 - 18));
+    number.marginUnit = Points;
+    number.isMarginInPercentage = true;
+    setMargins(number, 0, 25, 10, 0);
+    EXPECT_EQ(margins.marginRect({600, 800}), QRectF(0, 200, 540, 600));
+    EXPECT_EQ(margins.lengthRect({600, 800}), QRectF(0, 25, 590, 775))
+        << "documents take the number as a length";
+    setMargins(number, 50, 0, 60, 0);
+    EXPECT_NEAR(margins.marginRect({100, 100}).width(), -10, 1e-9) << "a negative area is used as it is";
+}
+
+TEST(Margins, PercentagesGoThereAndBack)
+{
+    Numbering number;
+    number.marginUnit = Millimetres;
+    setMargins(number, 10, 20, 0, 5);
+    Margins margins(number);
+    number.isMarginInPercentage = true;
+    margins.isMarginPercentageChanged({300, 400});
+    EXPECT_NEAR(number.marginLeft(), 10 * 72 / 25.4 / 300 * 100, 1e-12);
+    EXPECT_NEAR(number.marginTop(), 20 * 72 / 25.4 / 400 * 100, 1e-12);
+    margins.unitChanged(Inches);
+    EXPECT_NEAR(number.marginLeft(), 10 * 72 / 25.4 / 300 * 100, 1e-12) << "percentages know no unit";
+    number.isMarginInPercentage = false;
+    margins.isMarginPercentageChanged({300, 400});
+    EXPECT_NEAR(number.marginLeft(), 10 / 25.4, 1e-12) << "back in the unit that is chosen now";
+    EXPECT_EQ(number.marginRight(), 0);
+
+    number.isMarginInPercentage = true;
+    margins.isMarginPercentageChanged({0, 400});
+    EXPECT_TRUE(std::isinf(number.marginLeft()));
+}
+
+TEST(Margins, OnlyTheResetTellsTheDelegateAndOnlyOnce)
+{
+    Numbering number;
+    Counter counter;
+    setMargins(number, 1, 2, 3, 4);
+    number.setDelegate(&counter);
+    Margins margins(number);
+    margins.unitChanged(Millimetres);
+    number.isMarginInPercentage = true;
+    margins.isMarginPercentageChanged({100, 100});
+    EXPECT_EQ(counter.count, 0);
+    margins.resetMargins();
+    EXPECT_EQ(counter.count, 1);
+    EXPECT_EQ(margins.marginRect({10, 10}), QRectF(0, 0, 10, 10));
+    EXPECT_EQ(number.marginUnit, Millimetres);
+    EXPECT_TRUE(number.isMarginInPercentage);
+    margins.resetMargins();
+    EXPECT_EQ(counter.count, 1);
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "platform/desktop/DesktopServices.h"
+#include "platform/store/DefaultsStore.h"
+#include "platform/system/Clock.h"
+#include "platform/system/Folders.h"
+#include "platform/system/MainThread.h"
+
+#include <QStringList>
+#include <map>
+
+namespace quillfern {
+
+/// Says the time it is told; every look at it may let some time pass.
+class FakeClock final : public Clock
+{
+  public:
+    explicit FakeClock(QDateTime start = QDateTime(QDate(2026, 11, 16), QTime(14, 5, 9))) : now_(std::move(start)) {}
+
+    [[nodiscard]] QDateTime now() const override
+    {
+        const QDateTime moment = now_;
+        now_ = now_.addMSecs(step);
+        return moment;
+    }
+    void set(const QDateTime& moment) { now_ = moment; }
+
+    qint64 step = 0; ///< milliseconds that pass with every look
+
+  private:
+    mutable QDateTime now_;
+};
+
+class FakeFolders final : public Folders
+{
+  public:
+    explicit FakeFolders(QString base) : base_(std::move(base)) {}
+
+    [[nodiscard]] QString applicationSupport() const override { return base_; }
+    [[nodiscard]] QString configuration() const override { return base_; }
+
+  private:
+    QString base_;
+};
+
+/// Runs everything where it is called.
+class SameThread final : public MainThread
+{
+  public:
+    void postAndWait(const std::function<void()>& work) override { work(); }
+};
+
+class FakeDesktop final : public DesktopServices
+{
+  public:
+    void open(const QString& path) override { opened.append(path); }
+
+    QStringList opened;
+};
+
+class MemoryDefaults final : public DefaultsStore
+{
+  public:
+    [[nodiscard]] std::optional<RecordValue> value(const QString& key) const override
+    {
+        const auto found = values.find(key);
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    }
+    void setValue(const QString& key, RecordValue value) override { values.insert_or_assign(key, std::move(value)); }
+    void flush() override { ++flushes; }
+
+    std::map<QString, RecordValue> values;
+    int flushes = 0;
+};
+
+} // namespace quillfern

@@ -1,0 +1,109 @@
+#include "support/Tools.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QXmlStreamReader>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+
+ToolResult runTool(const QString& program, const QStringList& arguments, const QByteArray& input)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForStarted()) {
+        ADD_FAILURE() << "cannot start " << program.toStdString();
+        return {};
+    }
+    process.write(input);
+    process.closeWriteChannel();
+    process.waitForFinished(300'000);
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+Scratch::Scratch()
+{
+    EXPECT_TRUE(dir_.isValid());
+}
+
+QString Scratch::path(const QString& name) const
+{
+    return name.isEmpty() ? dir_.path() : dir_.filePath(name);
+}
+
+QString Scratch::write(const QString& name, const QByteArray& bytes) const
+{
+    const QString whole = path(name);
+    QDir().mkpath(QFileInfo(whole).path());
+    QFile file(whole);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << whole.toStdString();
+    EXPECT_EQ(file.write(bytes), bytes.size());
+    return whole;
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+}
+
+QRectF PdfTextPage::boxOf(const QString& text) const
+{
+    for (const PdfWord& word : words)
+        if (word.text == text) return word.box;
+    ADD_FAILURE() << "no word \"" << text.toStdString() << "\" on the page";
+    return {};
+}
+
+bool PdfTextPage::contains(const QString& text) const
+{
+    for (const PdfWord& word : words)
+        if (word.text == text) return true;
+    return false;
+}
+
+std::vector<PdfTextPage> pdfWords(const QString& path)
+{
+    const ToolResult result =
+        runTool(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), path, QStringLiteral("-")});
+    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
+    std::vector<PdfTextPage> pages;
+    QXmlStreamReader xml(result.out);
+    const auto number = [&xml](const char* name) {
+        return xml.attributes().value(QString::fromLatin1(name)).toDouble();
+    };
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement) continue;
+        if (xml.name() == QLatin1String("page")) {
+            pages.push_back({number("width"), number("height"), {}});
+        } else if (xml.name() == QLatin1String("word") && !pages.empty()) {
+            const QRectF box(QPointF(number("xMin"), number("yMin")),
+                             QPointF(number("xMax"), number("yMax")));
+            pages.back().words.push_back({xml.readElementText(), box});
+        }
+    }
+    return pages;
+}
+
+QString pdfText(const QString& path, int page)
+{
+    const QString number = QString::number(page);
+    const ToolResult result =
+        runTool(QStringLiteral("pdftotext"),
+                {QStringLiteral("-f"), number, QStringLiteral("-l"), number, path, QStringLiteral("-")});
+    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
+    return QString::fromUtf8(result.out).trimmed();
+}
+
+bool qpdfAccepts(const QString& path)
+{
+    const ToolResult result = runTool(QStringLiteral("qpdf"), {QStringLiteral("--check"), path});
+    if (result.exitCode != 0) ADD_FAILURE() << result.out.toStdString() << result.err.toStdString();
+    return result.exitCode == 0;
+}
+
+} // namespace quillfern

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QByteArray>
+#include <QRectF>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <vector>
+
+namespace quillfern {
+
+/// What another program printed and how it ended.
+struct ToolResult
+{
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+/// Runs a program that is installed on the machine; fails the test when it cannot be started.
+ToolResult runTool(const QString& program, const QStringList& arguments, const QByteArray& input = {});
+
+/// A folder of the test's own, gone with the object.
+class Scratch
+{
+  public:
+    Scratch();
+    [[nodiscard]] QString path(const QString& name = QString()) const;
+    /// Writes a file and returns its path; folders on the way are made.
+    QString write(const QString& name, const QByteArray& bytes) const;
+
+  private:
+    QTemporaryDir dir_;
+};
+
+[[nodiscard]] QByteArray readFile(const QString& path);
+
+/// A word on a page as pdftotext sees it: points, origin at the top left of the page as shown, y down.
+struct PdfWord
+{
+    QString text;
+    QRectF box;
+};
+
+struct PdfTextPage
+{
+    double width = 0;
+    double height = 0;
+    std::vector<PdfWord> words;
+
+    /// The first word with this text; fails the test when there is none.
+    [[nodiscard]] QRectF boxOf(const QString& text) const;
+    [[nodiscard]] bool contains(const QString& text) const;
+};
+
+/// The words of every page (pdftotext -bbox).
+std::vector<PdfTextPage> pdfWords(const QString& path);
+/// The plain text of one page, 1-based, trimmed (pdftotext).
+QString pdfText(const QString& path, int page);
+/// True when `qpdf --check` finds nothing wrong.
+bool qpdfAccepts(const QString& path);
+
+} // namespace quillfern

@@ -1,0 +1,17 @@
+#include "platform/drawing/FontCatalog.h"
+
+#include <QGuiApplication>
+#include <QLoggingCategory>
+#include <clocale>
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) qputenv("XDG_RUNTIME_DIR", "/tmp");
+    quillfern::FontCatalog::preferEmbeddableFonts();
+    QGuiApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
