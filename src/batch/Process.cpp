@@ -60,6 +60,7 @@ void Process::findCollisions()
         const auto input = present ? inputs.find(*present) : inputs.end();
         if (input != inputs.end() && !isSameFile(output.filename(), own))
             collisions_[i].overwritesInput = input->second;
+        if (!collisions_[i].overwritesInput.isEmpty()) continue; // will not be written
         const QString key = QDir::cleanPath(output.filename());
         collisions_[i].replacesCopyOf = writers.value(key);
         writers.insert(key, own);

@@ -1,9 +1,12 @@
 #include "platform/pdf/ContentBalance.h"
 
+#include "platform/pdf/ByteScan.h"
 #include "platform/system/Failure.h"
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 
 namespace quillfern {
@@ -46,24 +49,51 @@ class Scanner
 
     ContentBalance run()
     {
-        while (p_ < end_) {
-            const char c = *p_;
-            switch (classOf(c)) {
-            case White:
-                ++p_;
-                break;
-            case Delimiter:
-                delimiter(c);
-                break;
-            default:
+        while (advance()) {
+            if (classOf(*p_) == Delimiter)
+                delimiter(*p_);
+            else
                 token();
-            }
         }
         finish();
         return std::move(balance_);
     }
 
   private:
+    /// Goes to the next byte that is neither filler nor part of a string; false at the end.
+    bool advance()
+    {
+#ifdef QUILLFERN_CHUNKED_SCAN
+        bool inside = false; // of a string, at the chunk's first byte
+        while (end_ - p_ >= ContentChunk::size) {
+            const ContentChunk chunk(p_);
+            const std::uint64_t strings =
+                ContentChunk::between(chunk.open | chunk.close) ^ (inside ? ~std::uint64_t{0} : 0);
+            // Nested or stray parentheses and escapes end the easy part.
+            const std::uint64_t hard =
+                (chunk.open & ~strings) | (chunk.close & strings) | (chunk.backslash & strings);
+            const std::uint64_t other = ~(chunk.filler | strings | chunk.close);
+            if (other != 0 && std::countr_zero(other) < std::countr_zero(hard)) {
+                p_ += std::countr_zero(other);
+                return true;
+            }
+            if (hard != 0) {
+                p_ += std::countr_zero(hard);
+                const std::uint64_t at = hard & (~hard + 1);
+                if ((at & chunk.close) != 0) return true; // one too many; skipped as a delimiter
+                finishString(1);
+                inside = false;
+                continue;
+            }
+            inside = strings >> (ContentChunk::size - 1) != 0;
+            p_ += ContentChunk::size;
+        }
+        if (inside) finishString(1);
+#endif
+        p_ = skipFiller(p_, end_);
+        return p_ < end_;
+    }
+
     void delimiter(char c)
     {
         switch (c) {
@@ -73,7 +103,7 @@ class Scanner
             if (p_ == end_) balance_.closing += '\n';
             break;
         case '(':
-            string();
+            finishString(0);
             break;
         case '<':
             ++p_;
@@ -97,19 +127,17 @@ class Scanner
             ++p_;
     }
 
-    void string()
+    /// From a string's opening parenthesis (depth 0), or from inside it, to behind its end.
+    void finishString(int depth)
     {
-        int depth = 0;
-        for (; p_ < end_; ++p_) {
+        while ((p_ = findStringMark(p_, end_)) < end_) {
             if (*p_ == '\\') {
                 if (p_ + 1 == end_) break;
-                ++p_;
-            } else if (*p_ == '(') {
-                ++depth;
-            } else if (*p_ == ')' && --depth == 0) {
-                ++p_;
-                return;
+                p_ += 2;
+                continue;
             }
+            depth += *p_++ == '(' ? 1 : -1;
+            if (depth == 0) return;
         }
         // A backslash at the very end takes the first parenthesis of the closing for itself.
         if (p_ < end_) balance_.closing += ')';
@@ -134,7 +162,8 @@ class Scanner
         const char* start = p_;
         skipRegular();
         const auto length = p_ - start;
-        if (length > 3 || (*start >= '+' && *start <= '9')) return;
+        // The tail of something that began like a number is no operator.
+        if (length > 3 || (start > begin_ && classOf(start[-1]) == Regular)) return;
         unsigned word = 0;
         for (const char* c = start; c < p_; ++c)
             word = word << 8 | static_cast<unsigned char>(*c);

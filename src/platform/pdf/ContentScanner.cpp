@@ -3,6 +3,7 @@
 #include "platform/system/Failure.h"
 
 #include <algorithm>
+#include <libdeflate.h>
 #include <memory>
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDFExc.hh>
@@ -14,6 +15,9 @@ namespace {
 
 /// Far above what any page holds, far below what a few bytes of hostile deflate data can claim.
 constexpr std::size_t largestContent = std::size_t{1} << 30;
+
+/// What a thread keeps of its memory between pages.
+constexpr std::size_t keptCapacity = std::size_t{16} << 20;
 
 struct Piece
 {
@@ -32,9 +36,36 @@ void append(std::string& content, const unsigned char* data, std::size_t size)
     content.append(reinterpret_cast<const char*>(data), size);
 }
 
+using Inflater = std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)>;
+
+/// Inflates sound data in one go, which is several times as fast as piece by piece. False when they are not
+/// sound or larger than is guessed at most; nothing is appended then.
+bool inflateWhole(std::string& content, const Buffer& deflated)
+{
+    thread_local const Inflater inflater(libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
+    if (!inflater) return false;
+    const std::size_t before = content.size();
+    constexpr std::size_t likelyRatio = 8;
+    constexpr std::size_t largestGuess = std::size_t{64} << 20;
+    for (std::size_t room = deflated.getSize() * likelyRatio + 1024; room <= largestGuess; room *= 4) {
+        content.resize(before + room);
+        std::size_t size = 0;
+        const libdeflate_result result = libdeflate_zlib_decompress(
+            inflater.get(), deflated.getBuffer(), deflated.getSize(), content.data() + before, room, &size);
+        content.resize(before + (result == LIBDEFLATE_SUCCESS ? size : 0));
+        if (result == LIBDEFLATE_SUCCESS) return true;
+        if (result != LIBDEFLATE_INSUFFICIENT_SPACE) return false;
+    }
+    return false;
+}
+
 /// Inflates as far as the data go; damaged data give what can be had, as they do in a viewer.
 void inflateInto(std::string& content, const Buffer& deflated)
 {
+    if (inflateWhole(content, deflated)) {
+        if (content.size() > largestContent) refuseSize();
+        return;
+    }
     z_stream stream = {};
     if (inflateInit(&stream) != Z_OK) throw std::bad_alloc();
     const std::unique_ptr<z_stream, int (*)(z_stream*)> cleanUp(&stream, inflateEnd);
@@ -42,7 +73,7 @@ void inflateInto(std::string& content, const Buffer& deflated)
     stream.avail_in = static_cast<uInt>(std::min<std::size_t>(deflated.getSize(), UINT_MAX));
     std::size_t size = content.size();
     for (;;) {
-        const std::size_t room = std::max<std::size_t>(64 * 1024, size / 2);
+        const std::size_t room = std::max<std::size_t>(std::size_t{64} * 1024, size / 2);
         content.resize(size + room);
         stream.next_out = reinterpret_cast<Bytef*>(content.data() + size);
         stream.avail_out = static_cast<uInt>(room);
@@ -82,7 +113,10 @@ bool takePiece(QPDFObjectHandle stream, std::vector<Piece>& pieces)
 
 ContentScanner::Result scanPieces(const std::vector<Piece>& pieces)
 {
-    std::string content;
+    // Kept from page to page: asking the system for fresh memory costs as much as filling it.
+    thread_local std::string content;
+    content.clear();
+    if (content.capacity() > keptCapacity) std::string().swap(content);
     for (const Piece& piece : pieces) {
         if (piece.deflated)
             inflateInto(content, *piece.bytes);
@@ -100,37 +134,105 @@ ContentScanner::Result scanPieces(const std::vector<Piece>& pieces)
     return result;
 }
 
+/// A woken thread costs more than reading a page; it is woken for this many.
+constexpr std::size_t worthWaking = 16;
+
 } // namespace
 
-ContentScanner::ContentScanner()
+class ContentScanner::Scan
 {
-    // The document's own thread is busy with the next pages meanwhile.
-    pool_.setMaxThreadCount(std::max(1, QThread::idealThreadCount() - 1));
+  public:
+    std::vector<Piece> pieces;
+    Result result;
+    std::exception_ptr failure;
+    bool done = false; ///< guarded by the scanner's mutex; what stands above is final then
+};
+
+ContentScanner::ContentScanner() : worker_([this] { work(); })
+{
 }
 
 ContentScanner::~ContentScanner()
 {
-    pool_.waitForDone();
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+        waiting_.clear();
+    }
+    changed_.notify_all();
+    worker_.join();
 }
 
-std::shared_future<ContentScanner::Result> ContentScanner::scan(const std::vector<QPDFObjectHandle>& streams)
+std::shared_ptr<ContentScanner::Scan> ContentScanner::scan(const std::vector<QPDFObjectHandle>& streams)
 {
-    auto pieces = std::make_shared<std::vector<Piece>>();
-    auto promise = std::make_shared<std::promise<Result>>();
-    std::shared_future<Result> future = promise->get_future().share();
-    if (!std::all_of(streams.begin(), streams.end(),
-                     [&](const auto& stream) { return takePiece(stream, *pieces); })) {
-        promise->set_value({});
-        return future;
+    auto scan = std::make_shared<Scan>();
+    const auto take = [&](const QPDFObjectHandle& stream) { return takePiece(stream, scan->pieces); };
+    if (!std::all_of(streams.begin(), streams.end(), take)) {
+        scan->done = true;
+        return scan;
     }
-    pool_.start([pieces, promise] {
-        try {
-            promise->set_value(scanPieces(*pieces));
-        } catch (...) {
-            promise->set_exception(std::current_exception());
+    bool wake = false;
+    {
+        const std::lock_guard lock(mutex_);
+        waiting_.push_back(scan);
+        wake = waiting_.size() % worthWaking == 0;
+    }
+    if (wake) changed_.notify_all();
+    return scan;
+}
+
+std::shared_ptr<ContentScanner::Scan> ContentScanner::takeNext()
+{
+    std::shared_ptr<Scan> next;
+    if (!waiting_.empty()) {
+        next = std::move(waiting_.front());
+        waiting_.pop_front();
+    }
+    return next;
+}
+
+void ContentScanner::finish(Scan& scan)
+{
+    try {
+        scan.result = scanPieces(scan.pieces);
+    } catch (...) {
+        scan.failure = std::current_exception();
+    }
+    scan.pieces.clear();
+    scan.pieces.shrink_to_fit();
+    const std::lock_guard lock(mutex_);
+    scan.done = true;
+}
+
+void ContentScanner::work()
+{
+    std::unique_lock lock(mutex_);
+    for (;;) {
+        changed_.wait(lock, [this] { return stopping_ || !waiting_.empty(); });
+        if (stopping_) return;
+        while (const auto next = takeNext()) {
+            lock.unlock();
+            finish(*next);
+            lock.lock();
         }
-    });
-    return future;
+        changed_.notify_all(); // whoever waits for the last one
+    }
+}
+
+const ContentScanner::Result& ContentScanner::resultOf(Scan& scan)
+{
+    std::unique_lock lock(mutex_);
+    while (!scan.done) {
+        if (const auto next = takeNext()) {
+            lock.unlock();
+            finish(*next);
+            lock.lock();
+        } else {
+            changed_.wait(lock); // the other thread has it
+        }
+    }
+    if (scan.failure) std::rethrow_exception(scan.failure);
+    return scan.result;
 }
 
 } // namespace quillfern

@@ -33,19 +33,20 @@ FileInput::~FileInput()
 const FileInput::Block& FileInput::blockAt(qpdf_offset_t offset)
 {
     const qpdf_offset_t start = offset - offset % blockSize;
-    if (current_ && current_->start == start) return *current_;
-    const auto found =
-        std::find_if(blocks_.begin(), blocks_.end(), [&](const Block& b) { return b.start == start; });
-    Block& block =
-        found != blocks_.end()
-            ? *found
-            : *std::min_element(blocks_.begin(), blocks_.end(),
-                                [](const Block& a, const Block& b) { return a.lastUse < b.lastUse; });
-    block.lastUse = ++uses_;
-    current_ = &block;
-    if (block.start == start) return block;
-
-    block.start = -1;
+    if (!blocks_.empty() && blocks_.front().start == start) return blocks_.front();
+    const auto found = byStart_.find(start);
+    if (found != byStart_.end()) {
+        blocks_.splice(blocks_.begin(), blocks_, found->second);
+        return blocks_.front();
+    }
+    if (blocks_.size() < mostBlocks) {
+        blocks_.emplace_front();
+    } else {
+        byStart_.erase(blocks_.back().start);
+        blocks_.splice(blocks_.begin(), blocks_, std::prev(blocks_.end()));
+    }
+    Block& block = blocks_.front();
+    block.start = -1; // until it is filled
     block.bytes.resize(static_cast<std::size_t>(std::min(blockSize, size_ - start)));
     std::size_t filled = 0;
     while (filled < block.bytes.size()) {
@@ -57,6 +58,7 @@ const FileInput::Block& FileInput::blockAt(qpdf_offset_t offset)
         filled += static_cast<std::size_t>(count);
     }
     block.start = start;
+    byStart_[start] = blocks_.begin();
     return block;
 }
 

@@ -1,16 +1,16 @@
 #pragma once
 
 #include <QString>
-#include <array>
-#include <memory>
+#include <list>
 #include <qpdf/InputSource.hh>
+#include <unordered_map>
 #include <vector>
 
 namespace quillfern {
 
-/// A file that qpdf reads in any order, held in a few blocks. About as fast as a memory map for the way a
-/// document is parsed, but a source that another program cuts short while we read gives an error instead of a
-/// signal, and memory does not grow with the file.
+/// A file that qpdf reads in any order, held in blocks of which the last used are kept. As fast as a memory
+/// map for the way a document is parsed and written, but a source that another program cuts short while we
+/// read gives an error instead of a signal, and memory does not grow with the file beyond what is kept.
 class FileInput final : public InputSource
 {
   public:
@@ -30,10 +30,11 @@ class FileInput final : public InputSource
 
   private:
     static constexpr qpdf_offset_t blockSize = 128 * 1024;
+    /// 32 MiB: documents up to there are read once, though parsing and writing pass over them several times.
+    static constexpr std::size_t mostBlocks = 256;
     struct Block
     {
         qpdf_offset_t start = -1;
-        unsigned long long lastUse = 0;
         std::vector<char> bytes;
     };
 
@@ -44,9 +45,8 @@ class FileInput final : public InputSource
     int descriptor_ = -1;
     qpdf_offset_t size_ = 0;
     qpdf_offset_t position_ = 0;
-    unsigned long long uses_ = 0;
-    Block* current_ = nullptr;
-    std::array<Block, 12> blocks_;
+    std::list<Block> blocks_; ///< the last used first
+    std::unordered_map<qpdf_offset_t, std::list<Block>::iterator> byStart_;
 };
 
 } // namespace quillfern

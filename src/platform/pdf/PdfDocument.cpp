@@ -79,7 +79,7 @@ class PdfDocument::Private
     {
         QPDFObjectHandle page;
         std::vector<QPDFObjectHandle> streams;
-        std::shared_future<ContentScanner::Result> scan; ///< not valid when nothing follows the content
+        std::shared_ptr<ContentScanner::Scan> scan; ///< null when nothing follows the content
         std::string under;
         std::string over;
     };
@@ -87,7 +87,7 @@ class PdfDocument::Private
     void add(Pending pending);
     void settleOldest();
     void settleAll();
-    std::shared_future<ContentScanner::Result> scanOf(const std::vector<QPDFObjectHandle>& streams);
+    std::shared_ptr<ContentScanner::Scan> scanOf(const std::vector<QPDFObjectHandle>& streams);
     QPDFObjectHandle resourcesWith(QPDFObjectHandle page, const PdfPageResources& added);
 
     QPDF qpdf;
@@ -100,10 +100,10 @@ class PdfDocument::Private
   private:
     QPDFObjectHandle saveState();
 
-    static constexpr std::size_t mostPending = 64;
+    static constexpr std::size_t mostPending = 256;
     std::deque<Pending> pending_;
     ContentScanner scanner_;
-    std::map<std::vector<QPDFObjGen>, std::shared_future<ContentScanner::Result>> scans_;
+    std::map<std::vector<QPDFObjGen>, std::shared_ptr<ContentScanner::Scan>> scans_;
     std::map<std::pair<QPDFObjGen, std::string>, QPDFObjectHandle> sharedResources_;
     QPDFObjectHandle saveState_;
 };
@@ -114,7 +114,7 @@ QPDFObjectHandle PdfDocument::Private::saveState()
     return saveState_;
 }
 
-std::shared_future<ContentScanner::Result>
+std::shared_ptr<ContentScanner::Scan>
 PdfDocument::Private::scanOf(const std::vector<QPDFObjectHandle>& streams)
 {
     // Pages that share their content are read once; only a page of one's own is not worth remembering for
@@ -166,8 +166,8 @@ void PdfDocument::Private::settleOldest()
     QPDFObjectHandle contents = QPDFObjectHandle::newArray();
 
     std::string closing;
-    if (pending.scan.valid()) {
-        const ContentScanner::Result& scan = pending.scan.get();
+    if (pending.scan) {
+        const ContentScanner::Result& scan = scanner_.resultOf(*pending.scan);
         closing = scan.balance.closing.toStdString();
         if (!scan.mended.isEmpty()) pending.streams = {deflatedStream(qpdf, scan.mended)};
     }

@@ -16,6 +16,13 @@ int step(double opacity)
     return static_cast<int>(std::lround(opacity * 1000));
 }
 
+std::string numbered(const char* kind, std::size_t number)
+{
+    std::string text = kind;
+    text += std::to_string(number);
+    return text;
+}
+
 GlyphPicture paintGlyph(const FontFace& face, quint32 glyph)
 {
     constexpr double pixelsPerEm = 136; // what colour fonts usually hold
@@ -53,7 +60,7 @@ PdfResources::Font* PdfResources::font(const std::shared_ptr<const FontFace>& fa
     auto font = std::make_unique<PdfFont>(document_, face);
     if (font->embeddable() && font->canSubset()) {
         entry = std::make_unique<Font>();
-        entry->resource = {"/Font", "F" + std::to_string(fonts_.size()), font->object()};
+        entry->resource = {"/Font", numbered("F", fonts_.size()), font->object()};
         entry->font = std::move(font);
     }
     faces_[face.get()] = face;
@@ -69,8 +76,7 @@ const PdfResource& PdfResources::opacity(double fill, double stroke)
     auto state = QPDFObjectHandle::newDictionary({{"/Type", QPDFObjectHandle::newName("/ExtGState")},
                                                   {"/ca", QPDFObjectHandle::newReal(fill, 3)},
                                                   {"/CA", QPDFObjectHandle::newReal(stroke, 3)}});
-    PdfResource resource{"/ExtGState", "G" + std::to_string(opacities_.size()),
-                         document_.makeIndirectObject(state)};
+    PdfResource resource{"/ExtGState", numbered("G", opacities_.size()), document_.makeIndirectObject(state)};
     return opacities_.emplace(key, std::move(resource)).first->second;
 }
 
@@ -81,7 +87,7 @@ const PdfResource& PdfResources::picture(const Picture& picture)
     const PdfImage image = makeImage(document_, picture.image());
     usesTransparency_ = usesTransparency_ || image.hasMask;
     keptPictures_.push_back(picture);
-    PdfResource resource{"/XObject", "X" + std::to_string(pictures_.size()), image.object};
+    PdfResource resource{"/XObject", numbered("X", pictures_.size()), image.object};
     return pictures_.emplace(picture.key(), std::move(resource)).first->second;
 }
 

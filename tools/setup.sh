@@ -1,0 +1,38 @@
+# Sourced by run.sh and test.sh: installs what a Debian 12 machine lacks, saying so, and nothing when it lacks nothing.
+
+packages_to_build="cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-svg-dev libgl1-mesa-dev libqpdf-dev libtiff-dev
+  zlib1g-dev libdeflate-dev libharfbuzz-dev libfontconfig-dev fonts-liberation"
+packages_to_test="libgtest-dev libgmock-dev poppler-utils qpdf libtiff-tools fonts-droid-fallback fonts-dejavu-core"
+
+# ensure_packages NAME... : installs those that are missing, as root or through sudo.
+ensure_packages() {
+    missing=""
+    for package in "$@"; do
+        state=$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)
+        [ "$state" = installed ] || missing="$missing $package"
+    done
+    [ -n "$missing" ] || return 0
+    if ! command -v apt-get >/dev/null 2>&1; then
+        echo "These packages are needed, and this is no Debian system; install what matches them:$missing" >&2
+        return 1
+    fi
+    as_root=""
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null 2>&1; then
+            echo "Run this as root, or install sudo; these packages are missing:$missing" >&2
+            return 1
+        fi
+        as_root="sudo"
+    fi
+    echo "Installing with apt:$missing"
+    $as_root apt-get update -qq
+    # shellcheck disable=SC2086 # the list is meant to be split
+    $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
+}
+
+# build PRESET : configures when needed and builds, quietly unless something is wrong.
+build() {
+    [ -f "build/$1/build.ninja" ] || cmake --preset "$1" >"build-$1.log" 2>&1 || { cat "build-$1.log"; rm -f "build-$1.log"; return 1; }
+    rm -f "build-$1.log"
+    cmake --build --preset "$1" -- --quiet
+}
