@@ -3,6 +3,7 @@
 #include "platform/system/Failure.h"
 
 #include <algorithm>
+#include <cstring>
 #include <libdeflate.h>
 #include <memory>
 #include <qpdf/Buffer.hh>
@@ -16,9 +17,6 @@ namespace {
 /// Far above what any page holds, far below what a few bytes of hostile deflate data can claim.
 constexpr std::size_t largestContent = std::size_t{1} << 30;
 
-/// What a thread keeps of its memory between pages.
-constexpr std::size_t keptCapacity = std::size_t{16} << 20;
-
 struct Piece
 {
     std::shared_ptr<Buffer> bytes;
@@ -30,59 +28,92 @@ struct Piece
     throw Failure(QStringLiteral("the content of a page is larger than any real page's"));
 }
 
-void append(std::string& content, const unsigned char* data, std::size_t size)
+/// The decoded content of a page. Its memory is kept from page to page: asking the system for fresh memory,
+/// or clearing it first as a string does, costs as much as filling it.
+class Content
 {
-    if (content.size() + size > largestContent) refuseSize();
-    content.append(reinterpret_cast<const char*>(data), size);
-}
+  public:
+    [[nodiscard]] char* data() { return bytes_.get(); }
+    [[nodiscard]] std::size_t size() const { return size_; }
+
+    void clear()
+    {
+        size_ = 0;
+        if (capacity_ > keptCapacity) *this = {};
+    }
+    /// Room for `count` more bytes, to be filled and then taken with grow().
+    char* room(std::size_t count)
+    {
+        if (count > largestContent || size_ + count > largestContent + slack) refuseSize();
+        if (size_ + count > capacity_) {
+            const std::size_t capacity = std::max(size_ + count, capacity_ * 2);
+            std::unique_ptr<char[]> bytes(new char[capacity]);
+            if (size_ > 0) std::memcpy(bytes.get(), bytes_.get(), size_);
+            bytes_ = std::move(bytes);
+            capacity_ = capacity;
+        }
+        return bytes_.get() + size_;
+    }
+    void grow(std::size_t count)
+    {
+        size_ += count;
+        if (size_ > largestContent) refuseSize();
+    }
+    void append(const void* data, std::size_t count)
+    {
+        std::memcpy(room(count), data, count);
+        grow(count);
+    }
+
+  private:
+    static constexpr std::size_t keptCapacity = std::size_t{16} << 20;
+    static constexpr std::size_t slack = std::size_t{1} << 20;
+
+    std::unique_ptr<char[]> bytes_;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+};
 
 using Inflater = std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)>;
 
 /// Inflates sound data in one go, which is several times as fast as piece by piece. False when they are not
 /// sound or larger than is guessed at most; nothing is appended then.
-bool inflateWhole(std::string& content, const Buffer& deflated)
+bool inflateWhole(Content& content, const Buffer& deflated)
 {
     thread_local const Inflater inflater(libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
     if (!inflater) return false;
-    const std::size_t before = content.size();
     constexpr std::size_t likelyRatio = 8;
     constexpr std::size_t largestGuess = std::size_t{64} << 20;
     for (std::size_t room = deflated.getSize() * likelyRatio + 1024; room <= largestGuess; room *= 4) {
-        content.resize(before + room);
         std::size_t size = 0;
         const libdeflate_result result = libdeflate_zlib_decompress(
-            inflater.get(), deflated.getBuffer(), deflated.getSize(), content.data() + before, room, &size);
-        content.resize(before + (result == LIBDEFLATE_SUCCESS ? size : 0));
-        if (result == LIBDEFLATE_SUCCESS) return true;
+            inflater.get(), deflated.getBuffer(), deflated.getSize(), content.room(room), room, &size);
+        if (result == LIBDEFLATE_SUCCESS) {
+            content.grow(size);
+            return true;
+        }
         if (result != LIBDEFLATE_INSUFFICIENT_SPACE) return false;
     }
     return false;
 }
 
 /// Inflates as far as the data go; damaged data give what can be had, as they do in a viewer.
-void inflateInto(std::string& content, const Buffer& deflated)
+void inflateInto(Content& content, const Buffer& deflated)
 {
-    if (inflateWhole(content, deflated)) {
-        if (content.size() > largestContent) refuseSize();
-        return;
-    }
+    if (inflateWhole(content, deflated)) return;
     z_stream stream = {};
     if (inflateInit(&stream) != Z_OK) throw std::bad_alloc();
     const std::unique_ptr<z_stream, int (*)(z_stream*)> cleanUp(&stream, inflateEnd);
     stream.next_in = const_cast<Bytef*>(deflated.getBuffer());
     stream.avail_in = static_cast<uInt>(std::min<std::size_t>(deflated.getSize(), UINT_MAX));
-    std::size_t size = content.size();
+    constexpr std::size_t step = std::size_t{256} * 1024;
     for (;;) {
-        const std::size_t room = std::max<std::size_t>(std::size_t{64} * 1024, size / 2);
-        content.resize(size + room);
-        stream.next_out = reinterpret_cast<Bytef*>(content.data() + size);
-        stream.avail_out = static_cast<uInt>(room);
+        stream.next_out = reinterpret_cast<Bytef*>(content.room(step));
+        stream.avail_out = static_cast<uInt>(step);
         const int status = inflate(&stream, Z_NO_FLUSH);
-        size += room - stream.avail_out;
-        if (size > largestContent) refuseSize();
+        content.grow(step - stream.avail_out);
         if (status != Z_OK || stream.avail_out > 0) break;
     }
-    content.resize(size);
 }
 
 bool isPlainDeflate(QPDFObjectHandle dictionary)
@@ -113,22 +144,20 @@ bool takePiece(QPDFObjectHandle stream, std::vector<Piece>& pieces)
 
 ContentScanner::Result scanPieces(const std::vector<Piece>& pieces)
 {
-    // Kept from page to page: asking the system for fresh memory costs as much as filling it.
-    thread_local std::string content;
+    thread_local Content content;
     content.clear();
-    if (content.capacity() > keptCapacity) std::string().swap(content);
     for (const Piece& piece : pieces) {
         if (piece.deflated)
             inflateInto(content, *piece.bytes);
         else
-            append(content, piece.bytes->getBuffer(), piece.bytes->getSize());
-        content += '\n';
+            content.append(piece.bytes->getBuffer(), piece.bytes->getSize());
+        content.append("\n", 1);
     }
     ContentScanner::Result result;
     result.balance = balanceOfContent(content.data(), content.size());
     if (!result.balance.strayRestores.empty()) {
         for (const std::size_t position : result.balance.strayRestores)
-            content[position] = ' ';
+            content.data()[position] = ' ';
         result.mended = QByteArray(content.data(), static_cast<qsizetype>(content.size()));
     }
     return result;

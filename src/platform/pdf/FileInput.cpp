@@ -47,10 +47,11 @@ const FileInput::Block& FileInput::blockAt(qpdf_offset_t offset)
     }
     Block& block = blocks_.front();
     block.start = -1; // until it is filled
-    block.bytes.resize(static_cast<std::size_t>(std::min(blockSize, size_ - start)));
+    if (!block.bytes) block.bytes.reset(new char[static_cast<std::size_t>(blockSize)]);
+    block.size = static_cast<std::size_t>(std::min(blockSize, size_ - start));
     std::size_t filled = 0;
-    while (filled < block.bytes.size()) {
-        const ssize_t count = ::pread(descriptor_, block.bytes.data() + filled, block.bytes.size() - filled,
+    while (filled < block.size) {
+        const ssize_t count = ::pread(descriptor_, block.bytes.get() + filled, block.size - filled,
                                       start + static_cast<qpdf_offset_t>(filled));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) throw Failure::fromErrno(QStringLiteral("cannot read the file"), errno);
@@ -69,8 +70,8 @@ size_t FileInput::read(char* bytes, size_t length)
     while (done < length && position_ >= 0 && position_ < size_) {
         const Block& block = blockAt(position_);
         const auto inside = static_cast<size_t>(position_ - block.start);
-        const size_t part = std::min(length - done, block.bytes.size() - inside);
-        std::memcpy(bytes + done, block.bytes.data() + inside, part);
+        const size_t part = std::min(length - done, block.size - inside);
+        std::memcpy(bytes + done, block.bytes.get() + inside, part);
         done += part;
         position_ += static_cast<qpdf_offset_t>(part);
     }
@@ -91,11 +92,11 @@ qpdf_offset_t FileInput::findAndSkipNextEOL()
     qpdf_offset_t eol = size_;
     while (position_ < size_) {
         const Block& block = blockAt(position_);
-        const auto first = block.bytes.begin() + (position_ - block.start);
-        const auto hit = found ? std::find_if_not(first, block.bytes.end(), isEol)
-                               : std::find_if(first, block.bytes.end(), isEol);
-        position_ = block.start + (hit - block.bytes.begin());
-        if (hit == block.bytes.end()) continue;
+        const char* const end = block.bytes.get() + block.size;
+        const char* const first = block.bytes.get() + (position_ - block.start);
+        const char* const hit = found ? std::find_if_not(first, end, isEol) : std::find_if(first, end, isEol);
+        position_ = block.start + (hit - block.bytes.get());
+        if (hit == end) continue;
         if (found) break;
         found = true;
         eol = position_;

@@ -2,9 +2,9 @@
 
 #include <QString>
 #include <list>
+#include <memory>
 #include <qpdf/InputSource.hh>
 #include <unordered_map>
-#include <vector>
 
 namespace quillfern {
 
@@ -35,7 +35,8 @@ class FileInput final : public InputSource
     struct Block
     {
         qpdf_offset_t start = -1;
-        std::vector<char> bytes;
+        std::unique_ptr<char[]> bytes;
+        std::size_t size = 0;
     };
 
     /// The block that holds `offset`, which lies before the end of the file.

@@ -213,14 +213,19 @@ class PdfDocument::StampedPage final : public PdfPage
   private:
     void showWholeMediaBox()
     {
-        const QRectF& media = box_.mediaBox();
-        const auto box = QPDFObjectHandle::newFromRectangle(
-            QPDFObjectHandle::Rectangle(media.left(), media.top(), media.right(), media.bottom()));
         // Viewers differ on a page without a usable box; the stamp was placed on this one.
-        if (!box_.isStated()) page_.replaceKey("/MediaBox", box);
+        if (!box_.isStated()) page_.replaceKey("/MediaBox", mediaBox());
+        if (inheritedAttribute(page_, "/CropBox").isNull()) return;
         page_.removeKey("/CropBox");
         // An ancestor's crop box would come back; only the page's own overrules it.
-        if (!inheritedAttribute(page_, "/CropBox").isNull()) page_.replaceKey("/CropBox", box);
+        if (!inheritedAttribute(page_, "/CropBox").isNull()) page_.replaceKey("/CropBox", mediaBox());
+    }
+
+    [[nodiscard]] QPDFObjectHandle mediaBox() const
+    {
+        const QRectF& media = box_.mediaBox();
+        return QPDFObjectHandle::newFromRectangle(
+            QPDFObjectHandle::Rectangle(media.left(), media.top(), media.right(), media.bottom()));
     }
 
     Private& document_;

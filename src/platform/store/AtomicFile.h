@@ -46,6 +46,8 @@ class AtomicFile
     QByteArray temporaryName_; ///< empty while the file has no name
     QByteArray buffer_;
     int descriptor_ = -1;
+    long long written_ = 0;
+    long long started_ = 0; ///< how much of it the disk was told to begin with
 };
 
 /// Copies the file at `source` to `target` with the same care: whole or not at all. Throws Failure.
