@@ -28,6 +28,8 @@ class Walk
   public:
     explicit Walk(bool includeSubfolders) : includeSubfolders_(includeSubfolders)
     {
+        // Without a language (a script's "C" locale) the collator knows no numbers and no case.
+        if (QLocale().language() == QLocale::C) collator_.setLocale(QLocale(QLocale::English));
         collator_.setNumericMode(true);
         collator_.setCaseSensitivity(Qt::CaseInsensitive);
     }

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <clocale>
 #include <csignal>
+#include <cstdio>
 #include <unistd.h>
 
 namespace {
@@ -16,12 +17,22 @@ extern "C" void requestStop(int signal)
     std::signal(signal, SIG_DFL); // a second one ends the program at once; no half file is left either way
 }
 
+/// Qt wants a folder for sockets and complains of a session without one, as on a server; nothing here needs
+/// it.
+void printMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (text.startsWith(QLatin1String("QStandardPaths:"))) return;
+    const QString line = qFormatLogMessage(type, context, text);
+    std::fprintf(stderr, "%s\n", line.toLocal8Bit().constData());
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     using namespace quillfern;
     // Fonts and images come with Qt's GUI library, but no screen is ever asked for.
+    qInstallMessageHandler(printMessage);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     FontCatalog::preferEmbeddableFonts();
     QGuiApplication application(argc, argv);

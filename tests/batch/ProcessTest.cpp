@@ -11,8 +11,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <set>
+#include <sys/stat.h>
 #include <thread>
 
 namespace quillfern {

@@ -292,7 +292,7 @@ class Scanner
     void finish()
     {
         QByteArray& closing = balance_.closing;
-        if (!closing.isEmpty()) closing += '\n';
+        if (!closing.isEmpty() && !closing.endsWith('\n')) closing += '\n';
         if (pathPending_) closing += "n ";
         for (auto kind = open_.rbegin(); kind != open_.rend(); ++kind)
             closing += *kind == 'q' ? "Q " : *kind == 't' ? "ET " : "EMC ";

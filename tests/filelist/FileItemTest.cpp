@@ -1,0 +1,147 @@
+#include "filelist/FileItem.h"
+
+#include "filelist/FolderWalk.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace quillfern {
+namespace {
+
+const QLocale english(QLocale::English, QLocale::UnitedStates);
+
+FileItem item(const QString& path)
+{
+    auto made = FileItem::initWithURL(QUrl::fromLocalFile(path));
+    EXPECT_TRUE(made);
+    made->setPdfOpenPassword(std::nullopt);
+    return *made;
+}
+
+TEST(FileItemTest, IsMadeOfFileUrlsOnly)
+{
+    EXPECT_FALSE(FileItem::initWithURL(QUrl()));
+    EXPECT_FALSE(FileItem::initWithURL(QUrl(QStringLiteral("https://example.org/a.pdf"))));
+    const FileItem a = item(QStringLiteral("/tmp/x y/ü#?.PDF"));
+    EXPECT_TRUE(a == item(QStringLiteral("/tmp/x y/ü#?.PDF")));
+    EXPECT_FALSE(a == item(QStringLiteral("/tmp/x y/u.PDF")));
+    EXPECT_TRUE(a.isSelected());
+    EXPECT_EQ(a.name(), QStringLiteral("ü#?.PDF"));
+    EXPECT_EQ(a.location(), QStringLiteral("/tmp/x y"));
+    EXPECT_EQ(a.type(), QStringLiteral("PDF")) << "as it is written";
+    EXPECT_EQ(a.pages(), 0) << "a file that is not there has none";
+    EXPECT_FALSE(a.dateModified().isValid());
+}
+
+TEST(FileItemTest, WritesSizesForPeople)
+{
+    const std::vector<std::pair<std::int32_t, const char*>> cases = {{0, "0 KB"},
+                                                                     {499, "0 KB"},
+                                                                     {500, "1 KB"},
+                                                                     {999, "1 KB"},
+                                                                     {1000, "1 KB"},
+                                                                     {1500, "2 KB"},
+                                                                     {1'000'000, "1000 KB"},
+                                                                     {1'000'001, " 1 MB"},
+                                                                     {1'500'000, " 1.5 MB"},
+                                                                     {2'000'000, " 2 MB"},
+                                                                     {2'345'678, " 2.3 MB"},
+                                                                     {12'345'678, "12.3 MB"},
+                                                                     {999'000'000, "999 MB"},
+                                                                     {2'000'000'000, " 2 GB"}};
+    for (const auto& [bytes, text] : cases)
+        EXPECT_EQ(sizeText(bytes).toStdString(), text) << bytes;
+}
+
+TEST(FileItemTest, CountsPagesByContent)
+{
+    Scratch scratch;
+    EXPECT_EQ(item(scratch.write(QStringLiteral("a.pdf"), numberedPdf(7))).pages(), 7);
+    EXPECT_EQ(item(scratch.write(QStringLiteral("wrong.tif"), numberedPdf(2))).pages(), 2);
+    EXPECT_EQ(item(scratch.write(QStringLiteral("late.pdf"), QByteArray(3000, ' ') + numberedPdf(2))).pages(),
+              2);
+    EXPECT_EQ(item(scratch.write(QStringLiteral("junk.pdf"), "junk")).pages(), 0);
+    EXPECT_EQ(item(scratch.write(QStringLiteral("empty.pdf"), "")).pages(), 0);
+    EXPECT_EQ(item(scratch.path()).pages(), 0) << "a folder";
+    for (const char* format : {"png", "bmp", "jpg"}) {
+        const QString path = scratch.path(QStringLiteral("p.") + QString::fromLatin1(format));
+        ASSERT_TRUE(QImage(20, 10, QImage::Format_RGB32).save(path, format));
+        EXPECT_EQ(item(path).pages(), 1) << format;
+        EXPECT_EQ(item(path).compression(), 1);
+    }
+    const QString samples = qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/samples/");
+    EXPECT_EQ(item(samples + QStringLiteral("letter-fax.tif")).pages(), 3);
+    EXPECT_EQ(item(samples + QStringLiteral("letter-fax.tif")).compression(), 4);
+    EXPECT_EQ(item(samples + QStringLiteral("photos.tif")).compression(), 5);
+    EXPECT_EQ(item(samples + QStringLiteral("animation.gif")).pages(), 3);
+}
+
+TEST(FileItemTest, FillsTheColumns)
+{
+    Scratch scratch;
+    const QString path = scratch.write(QStringLiteral("a.Pdf"), numberedPdf(2));
+    const FileItem file = item(path);
+    struct timespec times[2] = {{1'763'000'000, 0}, {1'762'988'888, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
+    EXPECT_EQ(file.displayField(QStringLiteral("isselected"), english), QVariant(true));
+    EXPECT_EQ(file.displayField(QStringLiteral("Name"), english), QVariant(QStringLiteral("a.Pdf")));
+    EXPECT_EQ(file.displayField(QStringLiteral("PAGES"), english), QVariant(2));
+    EXPECT_EQ(file.displayField(QStringLiteral("type"), english), QVariant(QStringLiteral("Pdf")));
+    EXPECT_EQ(file.displayField(QStringLiteral("sizeInKB"), english), QVariant(file.sizeInKB()));
+    EXPECT_EQ(file.displayField(QStringLiteral("location"), english), QVariant(scratch.path()));
+    EXPECT_EQ(file.displayField(QStringLiteral("other"), english), QVariant(QString()));
+    const QDateTime modified = QDateTime::fromSecsSinceEpoch(1'762'988'888);
+    const int hour = modified.time().hour() % 12 == 0 ? 12 : modified.time().hour() % 12;
+    EXPECT_EQ(file.displayField(QStringLiteral("dateModified"), english).toString().toStdString(),
+              QStringLiteral("%1-%2-2025 %3:%4 %5")
+                  .arg(modified.date().day(), 2, 10, QLatin1Char('0'))
+                  .arg(english.monthName(modified.date().month(), QLocale::ShortFormat))
+                  .arg(hour)
+                  .arg(modified.time().minute(), 2, 10, QLatin1Char('0'))
+                  .arg(modified.time().hour() < 12 ? QStringLiteral("AM") : QStringLiteral("PM"))
+                  .toStdString());
+}
+
+TEST(FileItemTest, TakesTheSizeOnDisk)
+{
+    Scratch scratch;
+    const QString path = scratch.write(QStringLiteral("sparse.pdf"), "x");
+    ASSERT_TRUE(QFile::resize(path, 50'000'000)); // a hole
+    EXPECT_LT(item(path).size(), 1'000'000);
+}
+
+TEST(FileItemTest, VerifiesPdfPasswords)
+{
+    Scratch scratch;
+    const QUrl plain = QUrl::fromLocalFile(scratch.write(QStringLiteral("a.pdf"), numberedPdf(1)));
+    EXPECT_TRUE(verifyPDF(plain, QStringLiteral("any")));
+    EXPECT_FALSE(verifyPDF(plain, std::nullopt));
+    EXPECT_FALSE(verifyPDF(std::nullopt, QString()));
+}
+
+TEST(FolderWalkTest, TakesAllowedFilesInTheOrderPeopleSort)
+{
+    Scratch scratch;
+    for (const char* name : {"b10.pdf", "b9.pdf", "A.TIF", "c.Pdf", "d.txt", ".hidden.pdf", "sub/e.png",
+                             "sub/.deep/f.pdf", ".git/g.pdf", "noext"})
+        scratch.write(QString::fromLatin1(name), "x");
+    QFile::link(scratch.path(), scratch.path(QStringLiteral("sub/loop")));
+    const auto names = [&](bool subfolders) {
+        QStringList list;
+        for (const QString& path : filesInFolder(scratch.path(), subfolders))
+            list.append(QDir(scratch.path()).relativeFilePath(path));
+        return list.join(u' ').toStdString();
+    };
+    EXPECT_EQ(names(false), "A.TIF b9.pdf b10.pdf");
+    EXPECT_EQ(names(true), "A.TIF b9.pdf b10.pdf sub/e.png");
+    EXPECT_TRUE(filesInFolder(scratch.path(QStringLiteral("gone")), true).isEmpty());
+}
+
+} // namespace
+} // namespace quillfern

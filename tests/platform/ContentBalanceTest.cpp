@@ -1,0 +1,109 @@
+#include "platform/pdf/ContentBalance.h"
+
+#include "platform/system/Failure.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace quillfern {
+namespace {
+
+ContentBalance balance(const QByteArray& content)
+{
+    return balanceOfContent(content.constData(), static_cast<std::size_t>(content.size()));
+}
+
+struct BalanceCase
+{
+    const char* what;
+    QByteArray content;
+    const char* closing;
+    std::vector<std::size_t> stray;
+};
+
+TEST(ContentBalanceTest, SeesWhatIsLeftOpenAndWhatIsClosedTooOften)
+{
+    const std::vector<BalanceCase> cases = {
+        {"nothing", "", "", {}},
+        {"sound", "q 1 0 0 1 5 5 cm Q BT (x) Tj ET /P BMC EMC", "", {}},
+        {"open in order", "q BT /Span <</MCID 1>> BDC", "EMC ET Q ", {}},
+        {"crossed", "q BT Q ET q", "Q ", {}},
+        {"stray", "Q q Q Q 5 Q", "", {0, 6, 10}},
+        {"names and words that only look like it", "/q /Q qq QQ Qx xQ q1 1q .Q -q", "", {}},
+        {"after delimiters", "[q]Q", "", {}},
+        {"strings with everything", "(q \\( Q \\) (q) \\\\) Tj q", "Q ", {}},
+        {"an escaped line end", "(a\\\nq) Tj", "", {}},
+        {"hex strings and dictionaries", "<71 51> Tj /A <</B (q)/C <71>>> DP", "", {}},
+        {"comments", "% q q q\rq % Q\n Q", "", {}},
+        {"an open string", "q (abc (d", "))\nQ ", {}},
+        {"an open string that ends in a backslash", "(abc\\", "))\n", {}},
+        {"an open comment", "q % Q", "\nQ ", {}},
+        {"a pending clip", "0 0 1 1 re W* ", "n ", {}},
+        {"a finished clip", "0 0 1 1 re W n", "", {}},
+        {"an inline image", "BI /W 1 ID q\x80 EIQ Q\nEI q", "Q ", {}},
+        {"an inline image with binary after a false end",
+         QByteArray("BI /W 9 ID x\nEI \x01\x02 Q\nEI Q", 25), "", {24}},
+        {"extra ends of text and marks are harmless", "ET EMC q Q", "", {}},
+    };
+    for (const BalanceCase& c : cases) {
+        const ContentBalance result = balance(c.content);
+        EXPECT_EQ(result.closing.toStdString(), c.closing) << c.what;
+        EXPECT_EQ(result.strayRestores, c.stray) << c.what;
+    }
+}
+
+/// The reader passes over most bytes in blocks; where a block ends must not matter.
+TEST(ContentBalanceTest, DoesNotDependOnWhereThingsStand)
+{
+    const std::vector<QByteArray> pieces = {"q ",
+                                            "Q ",
+                                            "(a) Tj ",
+                                            "(b (c) \\) \\\\) Tj ",
+                                            "[(x)-250(yz)] TJ ",
+                                            "<41> Tj ",
+                                            "% c (\n",
+                                            "/N gs ",
+                                            "BT ",
+                                            "ET ",
+                                            "12.5 0 Td ",
+                                            ") ",
+                                            "((((nested)))) Tj "};
+    std::mt19937 random(7);
+    for (int round = 0; round < 400; ++round) {
+        QByteArray content;
+        int depth = 0;
+        int stray = 0;
+        while (content.size() < 300) {
+            const QByteArray& piece = pieces[random() % pieces.size()];
+            content += piece;
+            if (piece == "q ") ++depth;
+            if (piece == "Q ") depth > 0 ? --depth : ++stray;
+        }
+        for (int shift = 0; shift < 64; shift += 7) {
+            const ContentBalance result = balance(QByteArray(shift, ' ') + content);
+            ASSERT_EQ(result.closing.count('Q'), depth) << content.toStdString();
+            ASSERT_EQ(static_cast<int>(result.strayRestores.size()), stray) << content.toStdString();
+        }
+    }
+}
+
+TEST(ContentBalanceTest, SurvivesAnyBytes)
+{
+    std::mt19937 random(11);
+    const QByteArray alphabet("qQ()<>[]%/\\ \nBIDETM\x80\0E", 24);
+    for (int round = 0; round < 3000; ++round) {
+        QByteArray content;
+        for (auto size = random() % 200; size > 0; --size)
+            content += alphabet[static_cast<qsizetype>(random() % static_cast<std::size_t>(alphabet.size()))];
+        const ContentBalance result = balance(content);
+        // What is closed by the result's own words is closed for good.
+        if (result.strayRestores.empty()) {
+            EXPECT_TRUE(balance(content + '\n' + result.closing).sound())
+                << content.toStdString() << " + " << result.closing.toStdString();
+        }
+    }
+    EXPECT_THROW(static_cast<void>(balance(QByteArray("q ").repeated(1'500'000))), Failure);
+}
+
+} // namespace
+} // namespace quillfern

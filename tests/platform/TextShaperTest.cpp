@@ -1,0 +1,126 @@
+#include "platform/drawing/TextShaper.h"
+
+#include "platform/drawing/RasterCanvas.h"
+
+#include <QPainter>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+const FontSpec sans{QStringLiteral("Liberation Sans"), false, false};
+
+std::string glyphsOf(const ShapedText& text)
+{
+    std::string all;
+    for (const ShapedRun& run : text.runs)
+        for (const ShapedGlyph& glyph : run.glyphs)
+            all +=
+                std::to_string(glyph.glyph) + '@' + std::to_string(glyph.x) + glyph.text.toStdString() + ' ';
+    return all;
+}
+
+TEST(TextShaperTest, ExchangingFiguresGivesWhatAFullLayoutGives)
+{
+    for (const FontSpec& font : {sans, FontSpec{QStringLiteral("Liberation Serif"), true, true}}) {
+        TextShaper running;
+        for (int number : {1, 7, 10, 11, 17, 71, 99, 100, 741, 1234})
+            for (const char* pattern : {"%1", "Page %1 of 1234", "A%1V", "%1/%1", "(%1)", "T%1,%1"}) {
+                const QString text = QString::fromLatin1(pattern).arg(number);
+                TextShaper fresh;
+                // Without figures nothing is exchanged: this shaper lays the very text out when it is its
+                // first.
+                EXPECT_EQ(glyphsOf(*running.shape(text, font)), glyphsOf(*fresh.shape(text, font)))
+                    << text.toStdString();
+                EXPECT_DOUBLE_EQ(running.shape(text, font)->width, fresh.shape(text, font)->width);
+            }
+    }
+}
+
+TEST(TextShaperTest, RunningNumbersAreNotLaidOutAgain)
+{
+    TextShaper shaper;
+    for (int i = 1; i <= 2000; ++i)
+        ASSERT_FALSE(shaper.shape(QStringLiteral("%1 of 2000").arg(i), sans)->runs.empty());
+    EXPECT_LT(shaper.layoutCount(), 100);
+    const int before = shaper.layoutCount();
+    static_cast<void>(shaper.shape(QStringLiteral("mdcclxxvi"), sans));
+    static_cast<void>(shaper.shape(QStringLiteral("mdcclxxvi"), sans));
+    EXPECT_EQ(shaper.layoutCount(), before + 1);
+}
+
+TEST(TextShaperTest, MeasuresInEms)
+{
+    TextShaper shaper;
+    const auto text = shaper.shape(QStringLiteral("0123456789"), sans);
+    EXPECT_NEAR(text->width, 5.562, 0.01); // ten figures of 1139 / 2048
+    EXPECT_NEAR(text->height, 1.117, 0.05);
+    ASSERT_EQ(text->runs.size(), 1U);
+    EXPECT_EQ(text->runs[0].glyphs.size(), 10U);
+    EXPECT_EQ(text->runs[0].glyphs[9].text, QStringLiteral("9"));
+}
+
+TEST(TextShaperTest, LinesAreCentredOnEachOther)
+{
+    TextShaper shaper;
+    const auto text = shaper.shape(QStringLiteral("wide wide wide\ni"), sans);
+    ASSERT_EQ(text->lines.size(), 2U);
+    EXPECT_NEAR(text->lines[1].x + text->lines[1].width / 2, text->width / 2, 1e-6);
+    EXPECT_GT(text->lines[1].baseline, text->lines[0].baseline + 1);
+}
+
+TEST(TextShaperTest, ClustersCarryTheirCharacters)
+{
+    TextShaper shaper;
+    const std::vector<QString> texts = {
+        QStringLiteral("office"), QStringLiteral("e\u0301a"), QStringLiteral("\u05e9\u05dc\u05d5\u05dd 12"),
+        QStringLiteral("\u0645\u0631\u062d\u0628\u0627"), QString::fromUtf8("a🌿b")};
+    for (const QString& text : texts) {
+        QString collected;
+        const auto shaped = shaper.shape(text, sans);
+        for (const ShapedRun& run : shaped->runs)
+            for (const ShapedGlyph& glyph : run.glyphs)
+                collected += glyph.text;
+        EXPECT_EQ(collected.toStdString(), text.toStdString()) << "in the order of the text";
+    }
+}
+
+TEST(TextShaperTest, AbsurdTextsAreBounded)
+{
+    TextShaper shaper;
+    EXPECT_LT(shaper.shape(QString(200'000, u'W'), sans)->width, 10'000);
+    EXPECT_GT(shaper.shape(QStringLiteral("a\tb\x01"), sans)->width, 1);
+    EXPECT_EQ(shaper.shape(QString(), sans)->width, 0);
+}
+
+TEST(FontCatalogTest, GivesOnlyMembersThatExist)
+{
+    const FontCatalog catalog;
+    EXPECT_TRUE(catalog.hasBold(QStringLiteral("Liberation Sans")));
+    EXPECT_TRUE(catalog.hasItalic(QStringLiteral("Liberation Sans")));
+    // This family comes in one weight and one slant.
+    const QString single = QStringLiteral("Droid Sans Fallback");
+    ASSERT_TRUE(catalog.families().contains(single)) << "test.sh installs it";
+    EXPECT_FALSE(catalog.hasBold(single));
+    const QRawFont plain = QRawFont::fromFont(catalog.font({single, false, false}, 100));
+    const QRawFont asked = QRawFont::fromFont(catalog.font({single, true, true}, 100));
+    EXPECT_EQ(FontFace::identityOf(plain), FontFace::identityOf(asked)) << "nothing is emboldened or slanted";
+    EXPECT_NE(FontFace::identityOf(QRawFont::fromFont(catalog.font(sans, 100))),
+              FontFace::identityOf(QRawFont::fromFont(catalog.font({sans.family, true, false}, 100))));
+}
+
+TEST(FontCatalogTest, AMissingFamilyIsReplacedByOneThatIsThere)
+{
+    const FontCatalog catalog;
+    for (const char* name : {"Helvetica", "No Such Family At All", ""}) {
+        const QString family = catalog.resolveFamily(QString::fromLatin1(name));
+        EXPECT_TRUE(catalog.families().contains(family)) << name << " gives " << family.toStdString();
+        EXPECT_FALSE(QRawFont::fromFont(catalog.font({QString::fromLatin1(name), false, false}, 50))
+                         .fontTable("head")
+                         .isEmpty())
+            << name;
+    }
+}
+
+} // namespace
+} // namespace quillfern

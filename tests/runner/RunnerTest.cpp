@@ -1,0 +1,210 @@
+// The program itself, as people and scripts call it.
+
+#include "runner/RunnerOptions.h"
+
+#include "config/Margins.h"
+#include "stamps/TextStamp.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QThread>
+#include <csignal>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+class RunnerProgram : public testing::Test
+{
+  protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("out"))));
+        qputenv("XDG_DATA_HOME", scratch.path(QStringLiteral("data")).toUtf8());
+    }
+    ToolResult run(const QStringList& arguments)
+    {
+        return runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
+                       arguments);
+    }
+    QString out(const QString& name = {}) const { return scratch.path(QStringLiteral("out/") + name); }
+
+    Scratch scratch;
+};
+
+TEST_F(RunnerProgram, StampsAFolderAndTellsWhatItDid)
+{
+    scratch.write(QStringLiteral("in/b2.pdf"), numberedPdf(2));
+    scratch.write(QStringLiteral("in/b10.pdf"), numberedPdf(3));
+    scratch.write(QStringLiteral("in/deep/c.pdf"), numberedPdf(1));
+    scratch.write(QStringLiteral("in/note.txt"), "x");
+    const ToolResult result =
+        run({QStringLiteral("--output"), out(), QStringLiteral("--continuous"),
+             QStringLiteral("--subfolders"), QStringLiteral("--text"), QStringLiteral("Nr {0}/{1}"),
+             QStringLiteral("--padding"), QStringLiteral("3"), scratch.path(QStringLiteral("in"))});
+    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
+    EXPECT_TRUE(result.err.isEmpty()) << result.err.toStdString();
+    EXPECT_TRUE(pdfText(out(QStringLiteral("b10.pdf")), 3).contains(QStringLiteral("Nr 005/006")));
+    EXPECT_TRUE(pdfText(out(QStringLiteral("c.pdf")), 1).contains(QStringLiteral("Nr 006/006")));
+    const QList<QByteArray> lines = result.out.trimmed().split('\n');
+    EXPECT_TRUE(lines[0].startsWith("Completed") && lines[0].contains("2 pages") &&
+                lines[0].contains(out(QStringLiteral("b2.pdf")).toUtf8()));
+    EXPECT_TRUE(result.out.contains("All files processed successfully."));
+    const QByteArray log = lines.back().mid(5);
+    EXPECT_EQ(readFile(QString::fromUtf8(log)).count("Status=\"Completed\""), 3)
+        << lines.back().toStdString();
+}
+
+TEST_F(RunnerProgram, SaysWhenNotAllWasCreated)
+{
+    scratch.write(QStringLiteral("good.pdf"), numberedPdf(1));
+    scratch.write(QStringLiteral("bad.pdf"), "bad");
+    const QStringList arguments = {QStringLiteral("--output"),
+                                   out(),
+                                   QStringLiteral("--text"),
+                                   QStringLiteral("{0}"),
+                                   scratch.path(QStringLiteral("good.pdf")),
+                                   scratch.path(QStringLiteral("bad.pdf"))};
+    ToolResult result = run(arguments);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.contains("No Pages") &&
+                result.out.contains("Total 1 files processed successfully."));
+    result = run(QStringList{QStringLiteral("--quiet")} + arguments);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.isEmpty());
+    EXPECT_TRUE(result.err.contains("bad.pdf") && !result.err.contains("good.pdf"));
+}
+
+TEST_F(RunnerProgram, RefusesWrongUseWithAWordAndWritesNothing)
+{
+    const QString good = scratch.write(QStringLiteral("good.pdf"), numberedPdf(1));
+    const QString text = scratch.write(QStringLiteral("note.txt"), "x");
+    const QString t = QStringLiteral("--text");
+    const QString o = QStringLiteral("--output");
+    const QString n = QStringLiteral("{0}");
+    const auto with = [&](const QStringList& extra) {
+        return QStringList{o, out(), t, n} + extra + QStringList{good};
+    };
+    const std::vector<std::pair<QStringList, const char*>> cases = {
+        {{}, "no output folder"},
+        {{o, out(), good}, "no stamp"},
+        {{o, out(), t, n}, "no files or folders"},
+        {{o, out(QStringLiteral("gone")), t, n, good}, "Output folder missing!"},
+        {{o, out(), t, n, scratch.path(QStringLiteral("gone.pdf"))}, "no file or folder"},
+        {{o, out(), t, n, text}, "not a PDF"},
+        {{o, out(), t, n, out()}, "hold no files"},
+        {{o, out(), QStringLiteral("--bold"), t, n, good}, "begin one with --text"},
+        {with({QStringLiteral("--anchor"), QStringLiteral("Nowhere")}), "--anchor takes one of TopLeft"},
+        {with({QStringLiteral("--font-size"), QStringLiteral("big")}), "--font-size takes a number"},
+        {with({QStringLiteral("--font-size"), QStringLiteral("nan")}), "--font-size takes a number"},
+        {with({QStringLiteral("--opacity"), QStringLiteral("101")}), "from 0 to 100"},
+        {with({QStringLiteral("--color"), QStringLiteral("red")}), "#RRGGBB"},
+        {with({QStringLiteral("--start-page"), QStringLiteral("0")}), "--start-page takes a whole number"},
+        {with({QStringLiteral("--margins"), QStringLiteral("1,2,3")}), "four lengths"},
+        {with({QStringLiteral("--margins"), QStringLiteral("1,2,3,4furlong")}), "pt, mm or in"},
+        {with({QStringLiteral("--pages"), QStringLiteral("prime")}), "one of all, odd, even"},
+        {with({QStringLiteral("--frobnicate")}), "frobnicate"},
+    };
+    for (const auto& [arguments, reason] : cases) {
+        const ToolResult result = run(arguments);
+        EXPECT_EQ(result.exitCode, 2) << reason;
+        EXPECT_TRUE(result.err.contains(reason)) << reason << " but said " << result.err.toStdString();
+        EXPECT_TRUE(result.out.isEmpty()) << reason;
+    }
+    EXPECT_TRUE(QDir(out()).isEmpty());
+    EXPECT_FALSE(QFile::exists(scratch.path(QStringLiteral("data"))));
+}
+
+TEST_F(RunnerProgram, StopsCleanlyWhenInterrupted)
+{
+    QStringList arguments = {QStringLiteral("--output"), out(), QStringLiteral("--text"),
+                             QStringLiteral("{0}")};
+    const QByteArray large = numberedPdf(800);
+    for (int i = 0; i < 40; ++i)
+        arguments.append(scratch.write(QStringLiteral("in/f%1.pdf").arg(i), large));
+    QProcess process;
+    process.start(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"), arguments);
+    ASSERT_TRUE(process.waitForReadyRead(60'000)); // the first file is done
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    ASSERT_TRUE(process.waitForFinished(60'000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 1);
+    const QByteArray output = process.readAllStandardOutput();
+    EXPECT_TRUE(output.contains("Process cancelled!"));
+    const int done = static_cast<int>(output.count("Completed"));
+    EXPECT_LT(done, 40);
+    const QStringList files = QDir(out()).entryList(QDir::Files | QDir::Hidden);
+    EXPECT_EQ(files.size(), done) << "no half file";
+    for (const QString& file : files)
+        EXPECT_TRUE(qpdfAccepts(out(file)));
+    EXPECT_TRUE(readFile(QString::fromUtf8(output.trimmed().split('\n').back().mid(5))).contains("<Log"));
+}
+
+TEST_F(RunnerProgram, AKilledRunLeavesSourcesAndNoHalfFile)
+{
+    QStringList arguments = {QStringLiteral("--output"), scratch.path(QStringLiteral("in")),
+                             QStringLiteral("--text"), QStringLiteral("{0}")};
+    const QByteArray large = numberedPdf(800);
+    for (int i = 0; i < 40; ++i)
+        arguments.append(scratch.write(QStringLiteral("in/f%1.pdf").arg(i), large));
+    QProcess process;
+    process.start(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"), arguments);
+    ASSERT_TRUE(process.waitForReadyRead(60'000));
+    QThread::msleep(35);
+    process.kill();
+    process.waitForFinished();
+    const QStringList files = QDir(scratch.path(QStringLiteral("in"))).entryList(QDir::Files | QDir::Hidden);
+    EXPECT_EQ(files.size(), 40);
+    for (const QString& file : files)
+        EXPECT_TRUE(qpdfAccepts(scratch.path(QStringLiteral("in/") + file))) << file.toStdString();
+}
+
+TEST(RunnerOptionsTest, OptionsDescribeTheStampLastBegun)
+{
+    Settings settings;
+    const RunnerOptions options = parseRunnerOptions({QStringLiteral("quillfern-run"),
+                                                      QStringLiteral("--text=A {0}"),
+                                                      QStringLiteral("--bold"),
+                                                      QStringLiteral("--rotation"),
+                                                      QStringLiteral("-45"),
+                                                      QStringLiteral("a.pdf"),
+                                                      QStringLiteral("--text"),
+                                                      QStringLiteral("B"),
+                                                      QStringLiteral("--anchor"),
+                                                      QStringLiteral("topright"),
+                                                      QStringLiteral("--color"),
+                                                      QStringLiteral("#0a0B0c"),
+                                                      QStringLiteral("--output"),
+                                                      QStringLiteral("o"),
+                                                      QStringLiteral("--number-type"),
+                                                      QStringLiteral("roman-small"),
+                                                      QStringLiteral("--under"),
+                                                      QStringLiteral("--margins"),
+                                                      QStringLiteral("1,2.5,3mm,4in"),
+                                                      QStringLiteral("--step"),
+                                                      QStringLiteral("-2")},
+                                                     settings);
+    EXPECT_EQ(options.inputs, QStringList{QStringLiteral("a.pdf")});
+    ASSERT_EQ(settings.number->stamps.size(), 2U);
+    const auto& first = static_cast<const TextStamp&>(*settings.number->stamps[0]);
+    const auto& second = static_cast<const TextStamp&>(*settings.number->stamps[1]);
+    EXPECT_EQ(first.number.numberFormat, QStringLiteral("A {0}"));
+    EXPECT_TRUE(first.isBold && !second.isBold && !first.isDrawUnderPDFContent() &&
+                second.isDrawUnderPDFContent());
+    EXPECT_EQ(first.textRotation, -45);
+    EXPECT_EQ(first.marginAnchor(), BottomMiddle);
+    EXPECT_EQ(second.marginAnchor(), TopRight);
+    EXPECT_EQ(second.font.fontColor, QColor(10, 11, 12));
+    EXPECT_EQ(second.number.numberType, RomanNumbersSmall);
+    EXPECT_EQ(settings.number->numberSteps(), -2);
+    // Units mixed: all in points then; those without one take the last one's.
+    EXPECT_EQ(settings.number->marginUnit, Points);
+    EXPECT_DOUBLE_EQ(settings.number->marginTop(), 180);
+    EXPECT_DOUBLE_EQ(settings.number->marginRight(), 3 * 72 / 25.4);
+}
+
+} // namespace
+} // namespace quillfern

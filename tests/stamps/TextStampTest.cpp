@@ -1,0 +1,267 @@
+#include "stamps/TextStamp.h"
+
+#include "platform/drawing/RasterCanvas.h"
+#include "platform/drawing/TextShaper.h"
+#include "stamps/PageCompositor.h"
+
+#include <QPainter>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+QStringList keysOf(const Record& record)
+{
+    QStringList keys;
+    for (const auto& [key, value] : record.entries())
+        keys.append(key);
+    return keys;
+}
+
+TEST(TextStampRecord, HasItsKeysInOrderAndGoesRound)
+{
+    TextStamp stamp;
+    stamp.textRotation = -45.7;
+    stamp.textOpacity = (std::int64_t{1} << 33) + 5;
+    stamp.outlineColor = QColor(1, 2, 3, 4);
+    stamp.font.fontSize = 10.5;
+    stamp.setLabel(QStringLiteral("a label"));
+    stamp.setMarginAnchor(BottomRight);
+    const auto record = stamp.getData();
+    ASSERT_TRUE(record);
+    EXPECT_EQ(
+        keysOf(*record).join(u',').toStdString(),
+        "textRotation,outlineOpacity,textOpacity,numberType,paddingLength,paddingCharacter,numberFormat,"
+        "underlineStyle,isEmbedFont,isUnderline,isItalic,isBold,outlineColor,outlineWidth,font,isSymmetry,"
+        "isDrawUnderPDFContent,marginAnchor,label,isSelected");
+    EXPECT_EQ(keysOf(*record->record(QStringLiteral("font"))).join(u',').toStdString(),
+              "fontColor,isStandard,fontSize,fontID,fontName");
+    EXPECT_EQ(*record->bytes(QStringLiteral("outlineColor")), QByteArray("#04010203"));
+    TextStamp copy;
+    copy.setData(&*record);
+    EXPECT_EQ(copy.textRotation, -45);
+    EXPECT_EQ(copy.textOpacity, 5);
+    EXPECT_EQ(copy.outlineColor, stamp.outlineColor);
+    EXPECT_EQ(copy.font, stamp.font);
+    EXPECT_EQ(*copy.getData() == *record, true);
+}
+
+TEST(TextStampRecord, EndsBeforeTheFirstAbsentValue)
+{
+    TextStamp stamp;
+    stamp.number.paddingCharacter.reset();
+    EXPECT_EQ(stamp.getData()->entries().size(), 5U);
+    stamp.number.paddingCharacter = QString();
+    EXPECT_EQ(stamp.getData()->entries().size(), 20U) << "empty is not absent";
+    stamp.outlineColor.reset();
+    EXPECT_EQ(stamp.getData()->entries().size(), 12U);
+    PDFFont font;
+    font.fontColor.reset();
+    EXPECT_TRUE(font.getData()->empty());
+    font = PDFFont();
+    font.fontName.reset();
+    EXPECT_EQ(font.getData()->entries().size(), 4U);
+}
+
+TEST(TextStampRecord, MissingKeysGiveNothingRatherThanDefaults)
+{
+    TextStamp stamp;
+    stamp.setData(nullptr);
+    EXPECT_TRUE(stamp.isSelected()) << "without a record nothing changes";
+    const Record empty;
+    stamp.setData(&empty);
+    EXPECT_FALSE(stamp.isSelected());
+    EXPECT_FALSE(stamp.label() || stamp.number.numberFormat || stamp.outlineColor);
+    EXPECT_EQ(stamp.textOpacity, 0);
+    EXPECT_EQ(stamp.number.paddingLength, 0);
+    EXPECT_EQ(stamp.font.fontSize, 12) << "the font is not touched without its own record";
+    Record strange;
+    strange.set(QStringLiteral("outlineColor"), QByteArray("whatever"));
+    stamp.setData(&strange);
+    EXPECT_EQ(stamp.outlineColor, QColor(Qt::black));
+}
+
+TEST(TextStampText, DescribesItself)
+{
+    TextStamp stamp;
+    EXPECT_EQ(stamp.description(), QStringLiteral("Numbers [{0} of {1}]"));
+    stamp.number.numberType = 9;
+    stamp.number.numberFormat.reset();
+    EXPECT_EQ(stamp.description(), QStringLiteral(" []"));
+}
+
+struct Editor final : StampEditor
+{
+    Editor(int& shown_, int& closed_) : shown(shown_), closed(closed_) {}
+    void showAndReset() override { ++shown; }
+    void invalidate() override { ++closed; }
+    int& shown;
+    int& closed;
+};
+
+struct Editors final : StampEditorFactory
+{
+    std::unique_ptr<StampEditor> editorFor(TextStamp&) override
+    {
+        ++made;
+        return std::make_unique<Editor>(shown, closed);
+    }
+    int made = 0, shown = 0, closed = 0;
+};
+
+TEST(TextStampEditing, KeepsItsEditorUntilItGoes)
+{
+    Editors editors;
+    {
+        TextStamp stamp;
+        stamp.edit(editors);
+        stamp.edit(editors);
+        EXPECT_EQ(editors.made, 1);
+        EXPECT_EQ(editors.shown, 2);
+        stamp.removehandlers();
+        stamp.removehandlers();
+        EXPECT_EQ(editors.closed, 1);
+        stamp.edit(editors);
+    }
+    EXPECT_EQ(editors.made, 2);
+    EXPECT_EQ(editors.closed, 2) << "a stamp that goes closes its editor";
+}
+
+/// Pixels of an image that are not white, and their bounding box.
+struct Ink
+{
+    QRect box;
+    int count = 0;
+    int red = 0;
+};
+
+Ink inkOf(const QImage& image)
+{
+    Ink ink;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb p = image.pixel(x, y);
+            if (qRed(p) > 250 && qGreen(p) > 250 && qBlue(p) > 250) continue;
+            ink.box |= QRect(x, y, 1, 1);
+            ++ink.count;
+            if (qRed(p) > qGreen(p) + 60) ++ink.red;
+        }
+    return ink;
+}
+
+class Drawing : public testing::Test
+{
+  protected:
+    QImage drawn(std::int32_t highlight = -1, bool preview = false)
+    {
+        QImage image(400, 300, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        PageCompositor(stamps, shaper).drawOnImage(image, area, 3, 10, highlight, preview);
+        return image;
+    }
+    TextStamp& add(const QString& text, std::int32_t anchor)
+    {
+        auto stamp = std::make_shared<TextStamp>();
+        stamp->number.numberFormat = text;
+        stamp->font.fontName = QStringLiteral("Liberation Sans");
+        stamp->font.fontSize = 24;
+        stamp->setMarginAnchor(anchor);
+        stamps.push_back(stamp);
+        return *stamp;
+    }
+
+    StampList stamps;
+    TextShaper shaper;
+    QRectF area{40, 30, 320, 240};
+};
+
+TEST_F(Drawing, StaysInsideTheAreaAtEveryAnchor)
+{
+    for (int anchor = TopLeft; anchor <= BottomRight; ++anchor) {
+        stamps.clear();
+        add(QStringLiteral("Hxg {0}/{1}"), anchor);
+        const Ink ink = inkOf(drawn());
+        EXPECT_GT(ink.count, 100) << anchor;
+        EXPECT_TRUE(area.adjusted(-1, -1, 1, 1).contains(QRectF(ink.box))) << anchor;
+        const int column = (anchor - 1) % 3;
+        const int row = (anchor - 1) / 3;
+        EXPECT_EQ(static_cast<int>(ink.box.center().x() / (400.0 / 3)), column) << anchor;
+        EXPECT_EQ(static_cast<int>(ink.box.center().y() / 100.0), row) << anchor;
+    }
+}
+
+TEST_F(Drawing, OpacityOutlineAndLines)
+{
+    TextStamp& stamp = add(QStringLiteral("Hxg"), MiddleMiddle);
+    const int plain = inkOf(drawn()).count;
+    stamp.textOpacity = 0;
+    EXPECT_EQ(inkOf(drawn()).count, 0);
+    stamp.outlineWidth = 4;
+    const int outline = inkOf(drawn()).count;
+    EXPECT_GT(outline, 50);
+    stamp.outlineOpacity = 0;
+    EXPECT_EQ(inkOf(drawn()).count, 0);
+    stamp.textOpacity = 100;
+    stamp.outlineWidth = 0;
+    stamp.isUnderline = true;
+    const auto withLine = [&](std::int32_t style) {
+        stamp.underlineStyle = style;
+        return inkOf(drawn()).count;
+    };
+    EXPECT_GT(withLine(Single), plain);
+    EXPECT_GT(withLine(Double), withLine(Single));
+    EXPECT_GT(withLine(Strikethrough), plain);
+    EXPECT_EQ(withLine(3), plain);
+    stamp.number.numberFormat = QString();
+    EXPECT_EQ(inkOf(drawn()).count, 0);
+}
+
+TEST_F(Drawing, RotationTurnsCounterClockwise)
+{
+    TextStamp& stamp = add(QStringLiteral("|||||||||||||"), MiddleMiddle);
+    stamp.textRotation = 30;
+    const QImage image = drawn();
+    const Ink ink = inkOf(image);
+    // Rising to the right: the left end lies lower.
+    const Ink left = inkOf(image.copy(ink.box.left(), 0, ink.box.width() / 4, 300));
+    const Ink right = inkOf(image.copy(ink.box.right() - ink.box.width() / 4, 0, ink.box.width() / 4, 300));
+    EXPECT_GT(left.box.center().y(), right.box.center().y() + 10);
+}
+
+TEST_F(Drawing, HighlightsByTheIndexThatCountsEveryStamp)
+{
+    add(QStringLiteral("one"), TopLeft);
+    add(QStringLiteral("two"), MiddleMiddle).setIsSelected(false);
+    add(QStringLiteral("three"), BottomRight).setIsDrawUnderPDFContent(true); // no matter on an image
+    EXPECT_EQ(inkOf(drawn(-1)).red, 0);
+    EXPECT_EQ(inkOf(drawn(1)).red, 0) << "the disabled one";
+    const QImage image = drawn(2);
+    EXPECT_GT(inkOf(image).red, 200);
+    EXPECT_EQ(inkOf(image.copy(0, 0, 200, 150)).red, 0) << "only the third is marked";
+}
+
+TEST_F(Drawing, APreviewShadesTheMarginsAndOutlinesTheArea)
+{
+    const QImage image = drawn(-1, true);
+    EXPECT_NEAR(qGray(image.pixel(10, 150)), 127, 2);
+    EXPECT_NEAR(qGray(image.pixel(200, 10)), 127, 2);
+    EXPECT_NEAR(qGray(image.pixel(390, 150)), 127, 2);
+    EXPECT_NEAR(qGray(image.pixel(200, 290)), 127, 2);
+    EXPECT_EQ(qGray(image.pixel(200, 150)), 255);
+    int dark = 0;
+    for (int x = 40; x < 360; ++x)
+        if (qGray(image.pixel(x, 31)) < 60) ++dark;
+    EXPECT_NEAR(dark, 160, 12) << "half of a dashed line";
+}
+
+TEST_F(Drawing, SymmetricStampsChangeSidesFromPageToPage)
+{
+    TextStamp& stamp = add(QStringLiteral("page"), BottomLeft);
+    stamp.setIsSymmetry(true);
+    EXPECT_LT(inkOf(drawn()).box.right(), 200);
+    EXPECT_GT(inkOf(drawn()).box.left(), 200);
+    EXPECT_LT(inkOf(drawn()).box.right(), 200);
+}
+
+} // namespace
+} // namespace quillfern
