@@ -1,8 +1,9 @@
 #include "batch/JobPlan.h"
 
+#include "platform/system/FileFacts.h"
+#include "platform/system/NativePath.h"
+
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <unistd.h>
 
 namespace quillfern {
@@ -10,26 +11,27 @@ namespace quillfern {
 std::optional<QString> outputFolderProblem(const std::optional<QString>& path)
 {
     if (!path || path->isEmpty()) return QStringLiteral("Please select output folder!");
-    if (!QFileInfo::exists(*path))
+    if (fileKind(*path) == FileKind::Missing)
         return QStringLiteral("Output folder missing!\r\nPlease select valid output folder.");
     // access() asks the kernel, which also knows of read-only file systems.
-    if (::access(QFile::encodeName(*path).constData(), W_OK) != 0)
+    if (::access(nativePath(*path).constData(), W_OK) != 0)
         return QStringLiteral("Output folder is non-writable!\r\nPlease select valid output folder.");
     return std::nullopt;
 }
 
-std::int64_t planJob(Process& process, const std::vector<FileItem>& files, Settings& settings)
+std::int64_t planJob(Process& process, const FileList& files, Settings& settings)
 {
     const QDir folder(settings.outputFolderPath.value_or(QString()));
     std::int64_t totalPages = 0;
     process.setIsCombining(true);
-    for (const FileItem& item : files) {
+    for (int row = 0; row < files.count(); ++row) {
+        const FileItem& item = files.at(row);
         OutputFile output;
         output.initWithData(folder.filePath(item.name()), std::vector{item});
         process.outputFiles.push_back(std::move(output));
         totalPages += item.pages();
     }
-    process.setTotalFileSelected(static_cast<std::int32_t>(files.size()));
+    process.setTotalFileSelected(static_cast<std::int32_t>(files.count()));
     settings.number->reset();
     return totalPages;
 }
