@@ -19,19 +19,18 @@ std::optional<QString> outputFolderProblem(const std::optional<QString>& path)
     return std::nullopt;
 }
 
-std::int64_t planJob(Process& process, const FileList& files, Settings& settings)
+std::int64_t planJob(Process& process, const std::vector<FileItem>& files, Settings& settings)
 {
     const QDir folder(settings.outputFolderPath.value_or(QString()));
     std::int64_t totalPages = 0;
     process.setIsCombining(true);
-    for (int row = 0; row < files.count(); ++row) {
-        const FileItem& item = files.at(row);
+    for (const FileItem& item : files) {
         OutputFile output;
         output.initWithData(folder.filePath(item.name()), std::vector{item});
         process.outputFiles.push_back(std::move(output));
         totalPages += item.pages();
     }
-    process.setTotalFileSelected(static_cast<std::int32_t>(files.count()));
+    process.setTotalFileSelected(static_cast<std::int32_t>(files.size()));
     settings.number->reset();
     return totalPages;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "batch/Process.h"
-#include "filelist/FileList.h"
 
 #include <optional>
 
@@ -13,6 +12,6 @@ namespace quillfern {
 /// Plans a job over the whole list, checked or not: one output of the same name in the settings' output
 /// folder for each file, in list order, and the numbering at its start. Returns the page count of the whole
 /// list, which start() wants.
-std::int64_t planJob(Process& process, const FileList& files, Settings& settings);
+std::int64_t planJob(Process& process, const std::vector<FileItem>& files, Settings& settings);
 
 } // namespace quillfern

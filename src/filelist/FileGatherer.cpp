@@ -196,9 +196,7 @@ void FileGatherer::sortAsBefore()
         order = files_.order();
         if (!order) return;
         revision = files_.revision();
-        copies.reserve(static_cast<std::size_t>(files_.count()));
-        for (const FileItem* item : files_.items())
-            copies.push_back(*item);
+        copies = files_.copies();
     });
     if (!order) return;
     std::vector<const FileItem*> items;

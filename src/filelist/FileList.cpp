@@ -45,6 +45,15 @@ std::vector<const FileItem*> FileList::items() const
     return pointers;
 }
 
+std::vector<FileItem> FileList::copies() const
+{
+    std::vector<FileItem> list;
+    list.reserve(items_.size());
+    for (const auto& item : items_)
+        list.push_back(*item);
+    return list;
+}
+
 void FileList::tally(const FileItem& item, int sign)
 {
     totals_.files += sign;

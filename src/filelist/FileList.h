@@ -65,6 +65,8 @@ class FileList
     [[nodiscard]] std::uint64_t revision() const { return revision_; }
     /// As they are now; they are valid until the next change.
     [[nodiscard]] std::vector<const FileItem*> items() const;
+    /// Copies of them all, for another thread or for a job.
+    [[nodiscard]] std::vector<FileItem> copies() const;
 
     /// Appends the items, in order, that have no equal yet. Returns how many those were.
     int append(std::vector<FileItem> batch);

@@ -74,7 +74,7 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
 
         services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
         Process process(services_, settings, *this);
-        listPages_ = planJob(process, files, settings);
+        listPages_ = planJob(process, files.copies(), settings);
         runJob(process, listPages_, stopRequested);
         return report(process);
     } catch (const WrongUse& wrongUse) {
