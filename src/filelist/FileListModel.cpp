@@ -67,7 +67,7 @@ int FileListModel::columnCount(const QModelIndex& parent) const
 
 QVariant FileListModel::data(const QModelIndex& index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+    if (!index.isValid()) return {};
     const FileItem& item = files_.at(index.row());
     const bool isCheckBox = index.column() == IsSelectedColumn;
     switch (role) {
@@ -103,7 +103,7 @@ Qt::ItemFlags FileListModel::flags(const QModelIndex& index) const
 
 bool FileListModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || isProcessing_) return false;
+    if (!index.isValid() || isProcessing_) return false;
     if (index.column() != IsSelectedColumn || role != Qt::CheckStateRole) return false;
     files_.setIsSelected(index.row(), value.value<Qt::CheckState>() == Qt::Checked);
     Q_EMIT checkMarkEdited();

@@ -67,6 +67,9 @@ QByteArray nativePath(const QString& path)
 
 QUrl fileUrl(const QString& path)
 {
+    // Qt would lose foreign bytes, and take what follows two slashes for the name of a machine.
+    if (nextEscape(path, 0) == path.size() && !path.startsWith(QLatin1String("//")))
+        return QUrl::fromLocalFile(path);
     return QUrl::fromEncoded("file://" + nativePath(path).toPercentEncoding("/"), QUrl::StrictMode);
 }
 
