@@ -97,17 +97,17 @@ FileType FileItem::fileType() const
 
 QDateTime FileItem::dateModified() const
 {
-    return fileTimes(path()).modified;
+    return fileTimes(path()).modified.toLocalTime();
 }
 
 QDateTime FileItem::dateCreated() const
 {
-    return fileTimes(path()).created;
+    return fileTimes(path()).created.toLocalTime();
 }
 
 QDateTime FileItem::dateAccessed() const
 {
-    return fileTimes(path()).accessed;
+    return fileTimes(path()).accessed.toLocalTime();
 }
 
 QVariant FileItem::displayField(const QString& identifier, const QLocale& locale) const

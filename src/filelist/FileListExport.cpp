@@ -13,7 +13,7 @@ namespace {
 QString dateField(const QDateTime& moment)
 {
     if (!moment.isValid()) return QStringLiteral("(null)");
-    return dateText(moment.toUTC(), QStringLiteral("yyyy-MM-dd HH:mm:ss +0000"), QLocale::c());
+    return dateText(moment, QStringLiteral("yyyy-MM-dd HH:mm:ss +0000"), QLocale::c());
 }
 
 QString line(const FileItem& item)

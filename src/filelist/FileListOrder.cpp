@@ -1,6 +1,7 @@
 #include "filelist/FileListOrder.h"
 
 #include "filelist/NameOrder.h"
+#include "platform/system/FileFacts.h"
 
 #include <algorithm>
 #include <limits>
@@ -56,11 +57,11 @@ std::vector<int> FileListOrder::sorted(const Items& items, const GoOn& goOn) con
     if (field == QLatin1String("SIZEINKB")) return by([](const FileItem& i) { return i.size(); });
     if (field == QLatin1String("TYPE")) return by([&](const FileItem& i) { return names.key(i.type()); });
     if (field == QLatin1String("DATEMODIFIED"))
-        return by([](const FileItem& i) { return moment(i.dateModified()); });
+        return by([](const FileItem& i) { return moment(fileTimes(i.path()).modified); });
     if (field == QLatin1String("DATECREATED"))
-        return by([](const FileItem& i) { return moment(i.dateCreated()); });
+        return by([](const FileItem& i) { return moment(fileTimes(i.path()).created); });
     if (field == QLatin1String("DATEACCESSED"))
-        return by([](const FileItem& i) { return moment(i.dateAccessed()); });
+        return by([](const FileItem& i) { return moment(fileTimes(i.path()).accessed); });
     if (field == QLatin1String("LOCATION"))
         return by([&](const FileItem& i) { return names.key(i.location()); });
     return by([](const FileItem&) { return 0; });

@@ -27,7 +27,7 @@ namespace {
 
 QDateTime moment(std::int64_t seconds, std::int64_t nanoseconds)
 {
-    return QDateTime::fromMSecsSinceEpoch(seconds * 1000 + nanoseconds / 1000000);
+    return QDateTime::fromMSecsSinceEpoch(seconds * 1000 + nanoseconds / 1000000, Qt::UTC);
 }
 
 } // namespace

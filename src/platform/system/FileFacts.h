@@ -20,7 +20,7 @@ enum class FileKind {
 /// The bytes that a file occupies on the disk; nothing when it cannot be looked at.
 [[nodiscard]] std::optional<std::uint64_t> allocatedSize(const QString& path);
 
-/// In local time; invalid where the file system keeps none, or the file cannot be looked at.
+/// In UTC; invalid where the file system keeps none, or the file cannot be looked at.
 struct FileTimes
 {
     QDateTime modified;
