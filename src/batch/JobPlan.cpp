@@ -1,8 +1,9 @@
 #include "batch/JobPlan.h"
 
+#include "platform/system/FileFacts.h"
+#include "platform/system/NativePath.h"
+
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <unistd.h>
 
 namespace quillfern {
@@ -10,10 +11,10 @@ namespace quillfern {
 std::optional<QString> outputFolderProblem(const std::optional<QString>& path)
 {
     if (!path || path->isEmpty()) return QStringLiteral("Please select output folder!");
-    if (!QFileInfo::exists(*path))
+    if (fileKind(*path) == FileKind::Missing)
         return QStringLiteral("Output folder missing!\r\nPlease select valid output folder.");
     // access() asks the kernel, which also knows of read-only file systems.
-    if (::access(QFile::encodeName(*path).constData(), W_OK) != 0)
+    if (::access(nativePath(*path).constData(), W_OK) != 0)
         return QStringLiteral("Output folder is non-writable!\r\nPlease select valid output folder.");
     return std::nullopt;
 }

@@ -6,11 +6,10 @@
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
+#include "platform/system/FileFacts.h"
 #include "platform/system/Folders.h"
 #include "platform/system/Guarded.h"
 #include "stamps/PageCompositor.h"
-
-#include <QFileInfo>
 
 namespace quillfern {
 
@@ -18,7 +17,7 @@ bool PdfProcessor::processPDF(const QString& source, const QString& target, cons
                               std::int64_t totalPages)
 {
     problem_.clear();
-    if (!QFileInfo::exists(source)) {
+    if (fileKind(source) == FileKind::Missing) {
         problem_ = QStringLiteral("the file is not there any more");
         return false;
     }

@@ -1,8 +1,8 @@
 #include "batch/Process.h"
 
-#include "batch/TimeTaken.h"
 #include "platform/system/FileIdentity.h"
 #include "platform/system/Guarded.h"
+#include "platform/system/TimeTaken.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -48,14 +48,14 @@ void Process::findCollisions()
     std::unordered_map<FileIdentity, QString> inputs;
     for (const OutputFile& output : outputFiles)
         for (const FileItem& item : output.fileItems()) {
-            const QString path = item.filePath().toLocalFile();
+            const QString path = item.path();
             if (const auto identity = fileIdentity(path)) inputs.emplace(*identity, path);
         }
     QHash<QString, QString> writers;
     for (std::size_t i = 0; i < outputFiles.size(); ++i) {
         const OutputFile& output = outputFiles[i];
         if (output.fileItems().empty()) continue;
-        const QString own = output.fileItems().back().filePath().toLocalFile();
+        const QString own = output.fileItems().back().path();
         const auto present = fileIdentity(output.filename());
         const auto input = present ? inputs.find(*present) : inputs.end();
         if (input != inputs.end() && !isSameFile(output.filename(), own))
@@ -127,7 +127,7 @@ void Process::runItem(const FileItem& item, std::size_t index, DocumentProcessor
         throw Failure(QStringLiteral("not written: it would overwrite another file of the list, %1")
                           .arg(collision.overwritesInput));
     Numbering& number = *settings_.number;
-    const QString source = item.filePath().toLocalFile();
+    const QString source = item.path();
     const QString target = outputFiles[index].filename();
     record.pages = item.pages();
     write(fileInProcess_, item.name());

@@ -1,21 +1,19 @@
 #include "batch/TargetPreparation.h"
 
 #include "platform/store/AtomicFile.h"
+#include "platform/system/FileAccess.h"
 #include "platform/system/FileIdentity.h"
-
-#include <QFile>
-#include <QFileInfo>
 
 namespace quillfern {
 
 QString prepareTarget(const QString& source, const QString& target, bool isBackupFile)
 {
     if (!isSameFile(source, target)) {
-        QFile::remove(target);
+        removeFile(target);
         return target;
     }
     if (isBackupFile) copyFileAtomically(source, source + QStringLiteral(".bak"));
-    return QFileInfo(target).canonicalFilePath();
+    return resolvedPath(target);
 }
 
 } // namespace quillfern

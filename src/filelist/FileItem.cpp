@@ -4,6 +4,7 @@
 #include "platform/raster/ImageInspector.h"
 #include "platform/system/DateText.h"
 #include "platform/system/FileFacts.h"
+#include "platform/system/NativePath.h"
 
 #include <QFileInfo>
 #include <array>
@@ -14,14 +15,14 @@ namespace quillfern {
 std::int32_t getTiffPageCount(const QUrl& url, const QString&, std::int32_t& compression)
 {
     if (!url.isLocalFile()) return 0;
-    const ImageFacts facts = inspectImageFile(url.toLocalFile());
+    const ImageFacts facts = inspectImageFile(localPath(url));
     if (facts.pages > 0) compression = facts.compression;
     return facts.pages;
 }
 
 bool verifyPDF(const std::optional<QUrl>& url, const std::optional<QString>& password)
 {
-    return url && password && pdfOpensWith(url->toLocalFile(), *password);
+    return url && password && pdfOpensWith(localPath(*url), *password);
 }
 
 QString sizeText(std::int32_t bytes)
@@ -44,9 +45,10 @@ QString sizeText(std::int32_t bytes)
 
 std::optional<FileItem> FileItem::initWithURL(const QUrl& url)
 {
-    if (!url.isLocalFile() || url.toLocalFile().isEmpty()) return std::nullopt;
+    const QString path = localPath(url);
+    if (path.isEmpty()) return std::nullopt;
     FileItem item;
-    item.setFilePath(QUrl(url.toString(QUrl::FullyEncoded)));
+    item.setFilePath(fileUrl(path)); // one file, one spelling: equal items are told by their URLs
     return item;
 }
 
@@ -64,6 +66,11 @@ void FileItem::setPdfOpenPassword(const std::optional<QString>& password)
     pages_ = getTiffPageCount(filePath_, pdfOpenPassword_, compression_);
 }
 
+QString FileItem::path() const
+{
+    return localPath(filePath_);
+}
+
 QString FileItem::name() const
 {
     return QFileInfo(path()).fileName();
@@ -77,22 +84,30 @@ QString FileItem::location() const
 
 QString FileItem::type() const
 {
-    return QFileInfo(path()).suffix();
+    return pathExtension(path());
+}
+
+FileType FileItem::fileType() const
+{
+    const QString extension = type().toUpper();
+    if (extension == QLatin1String("PDF")) return FileType::Pdf;
+    const bool tiff = extension == QLatin1String("TIF") || extension == QLatin1String("TIFF");
+    return tiff ? FileType::Tiff : FileType::Other;
 }
 
 QDateTime FileItem::dateModified() const
 {
-    return QFileInfo(path()).lastModified();
+    return fileTimes(path()).modified.toLocalTime();
 }
 
 QDateTime FileItem::dateCreated() const
 {
-    return QFileInfo(path()).birthTime();
+    return fileTimes(path()).created.toLocalTime();
 }
 
 QDateTime FileItem::dateAccessed() const
 {
-    return QFileInfo(path()).lastRead();
+    return fileTimes(path()).accessed.toLocalTime();
 }
 
 QVariant FileItem::displayField(const QString& identifier, const QLocale& locale) const
@@ -102,14 +117,14 @@ QVariant FileItem::displayField(const QString& identifier, const QLocale& locale
     };
     const QString column = identifier.toUpper();
     if (column == QLatin1String("ISSELECTED")) return isSelected_;
-    if (column == QLatin1String("NAME")) return name();
+    if (column == QLatin1String("NAME")) return readableName(name());
     if (column == QLatin1String("PAGES")) return pages_;
     if (column == QLatin1String("SIZEINKB")) return sizeInKB();
-    if (column == QLatin1String("TYPE")) return type();
+    if (column == QLatin1String("TYPE")) return readableName(type());
     if (column == QLatin1String("DATEMODIFIED")) return date(dateModified());
     if (column == QLatin1String("DATECREATED")) return date(dateCreated());
     if (column == QLatin1String("DATEACCESSED")) return date(dateAccessed());
-    if (column == QLatin1String("LOCATION")) return location();
+    if (column == QLatin1String("LOCATION")) return readableName(location());
     return QString();
 }
 

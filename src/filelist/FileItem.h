@@ -18,6 +18,9 @@ namespace quillfern {
 /// True when a PDF document opens from `url` and either is not encrypted or unlocks with `password`.
 [[nodiscard]] bool verifyPDF(const std::optional<QUrl>& url, const std::optional<QString>& password);
 
+/// What the totals and the commands tell apart.
+enum class FileType { Pdf, Tiff, Other };
+
 /// A size in bytes for people: whole KB up to a million bytes, then with one decimal in decimal thousands.
 [[nodiscard]] QString sizeText(std::int32_t bytes);
 
@@ -32,6 +35,8 @@ class FileItem
     [[nodiscard]] bool isSelected() const { return isSelected_; } ///< the check mark
     void setIsSelected(bool selected) { isSelected_ = selected; }
     [[nodiscard]] const QUrl& filePath() const { return filePath_; }
+    /// The same as a path, in the form that NativePath.h describes.
+    [[nodiscard]] QString path() const;
     /// Also takes the file's size on disk; the size stays as it was when the file cannot be looked at.
     void setFilePath(const QUrl& url);
     [[nodiscard]] std::int32_t pages() const { return pages_; }
@@ -43,8 +48,9 @@ class FileItem
     void setPdfOpenPassword(const std::optional<QString>& password);
 
     [[nodiscard]] QString name() const;
-    [[nodiscard]] QString location() const; ///< the folder
-    [[nodiscard]] QString type() const;     ///< the extension as it is written
+    [[nodiscard]] QString location() const;  ///< the folder
+    [[nodiscard]] QString type() const;      ///< the extension as it is written
+    [[nodiscard]] FileType fileType() const; ///< told by the extension, in any mix of case
     [[nodiscard]] QString sizeInKB() const { return sizeText(size_); }
     // Read from the file system at every call; invalid when they cannot be.
     [[nodiscard]] QDateTime dateModified() const;
@@ -60,7 +66,6 @@ class FileItem
 
   private:
     FileItem() = default;
-    [[nodiscard]] QString path() const { return filePath_.toLocalFile(); }
 
     bool isSelected_ = true;
     QUrl filePath_;

@@ -1,73 +1,76 @@
 #include "filelist/FolderWalk.h"
 
-#include "platform/system/FileIdentity.h"
+#include "filelist/AllowedFileTypes.h"
+#include "platform/system/NativePath.h"
 
-#include <QCollator>
-#include <QDir>
-#include <QFileInfo>
-#include <unordered_set>
+#include <QSet>
+#include <algorithm>
 
 namespace quillfern {
 
-const QStringList& allowedFileTypes()
-{
-    static const QStringList types =
-        QStringLiteral("pdf,PDF,tif,TIF,tiff,TIFF,bmp,BMP,jpg,JPG,jpeg,JPEG,png,PNG,gif,GIF").split(u',');
-    return types;
-}
-
-bool hasAllowedType(const QString& path)
-{
-    return allowedFileTypes().contains(QFileInfo(path).suffix());
-}
-
 namespace {
 
-class Walk
+/// Applications, their parts, and documents that are folders to the system and one file to people.
+bool isPackage(const QString& folderName)
 {
-  public:
-    explicit Walk(bool includeSubfolders) : includeSubfolders_(includeSubfolders)
-    {
-        // Without a language (a script's "C" locale) the collator knows no numbers and no case.
-        if (QLocale().language() == QLocale::C) collator_.setLocale(QLocale(QLocale::English));
-        collator_.setNumericMode(true);
-        collator_.setCaseSensitivity(Qt::CaseInsensitive);
-    }
-
-    void folder(const QString& path)
-    {
-        const auto identity = fileIdentity(path);
-        if (!identity || !seen_.insert(*identity).second) return;
-        const QDir dir(path);
-        for (const QString& name : sorted(dir.entryList(QDir::Files)))
-            if (hasAllowedType(name)) files_.append(dir.filePath(name));
-        if (!includeSubfolders_) return;
-        for (const QString& name : sorted(dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot)))
-            folder(dir.filePath(name));
-    }
-
-    [[nodiscard]] QStringList take() { return std::move(files_); }
-
-  private:
-    QStringList sorted(QStringList names) const
-    {
-        std::stable_sort(names.begin(), names.end(), collator_);
-        return names;
-    }
-
-    bool includeSubfolders_;
-    QCollator collator_;
-    std::unordered_set<FileIdentity> seen_;
-    QStringList files_;
-};
+    static const QSet<QString> suffixes = [] {
+        const QStringList list =
+            QStringLiteral("app appex bundle component framework kext mdimporter plugin prefpane qlgenerator "
+                           "saver wdgt xpc pkg mpkg dsym scptd workflow xcodeproj playground rtfd pages "
+                           "numbers key photoslibrary aplibrary")
+                .split(u' ');
+        return QSet<QString>(list.begin(), list.end());
+    }();
+    return suffixes.contains(pathExtension(folderName).toLower());
+}
 
 } // namespace
 
-QStringList filesInFolder(const QString& folder, bool includeSubfolders)
+std::vector<QString> FolderWalk::sorted(std::vector<QString> names) const
 {
-    Walk walk(includeSubfolders);
-    walk.folder(folder);
-    return walk.take();
+    struct Named
+    {
+        QCollatorSortKey key;
+        QString name;
+    };
+    std::vector<Named> keyed;
+    keyed.reserve(names.size());
+    for (QString& name : names) {
+        if (!goOn_()) return {};
+        keyed.push_back({order_.key(name), std::move(name)});
+    }
+    // The file system gives names in any order: names that people would not tell apart go by their letters,
+    // so that the same folder always gives the same list.
+    std::sort(keyed.begin(), keyed.end(), [](const Named& a, const Named& b) {
+        const int compared = a.key.compare(b.key);
+        return compared != 0 ? compared < 0 : a.name < b.name;
+    });
+    names.clear();
+    for (Named& named : keyed)
+        names.push_back(std::move(named.name));
+    return names;
+}
+
+void FolderWalk::walk(const QString& folder, bool includeSubfolders)
+{
+    const QString prefix = folder.endsWith(u'/') ? folder : folder + u'/';
+    std::vector<QString> files;
+    std::vector<QString> folders;
+    for (FolderEntry& entry : folderEntries(folder, goOn_)) {
+        if (entry.name.startsWith(u'.')) continue;
+        if (entry.isFile && hasAllowedType(entry.name)) files.push_back(std::move(entry.name));
+        if (includeSubfolders && entry.isFolder && !isPackage(entry.name))
+            folders.push_back(std::move(entry.name));
+    }
+    for (const QString& name : sorted(std::move(files))) {
+        if (!goOn_()) return;
+        visit_(prefix + name);
+    }
+    // The system names no path longer than a few thousand bytes, which bounds the depth.
+    for (const QString& name : sorted(std::move(folders))) {
+        if (!goOn_()) return;
+        walk(prefix + name, true);
+    }
 }
 
 } // namespace quillfern

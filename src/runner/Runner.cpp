@@ -1,14 +1,14 @@
 #include "runner/Runner.h"
 
 #include "batch/JobPlan.h"
-#include "batch/TimeTaken.h"
-#include "filelist/FolderWalk.h"
+#include "filelist/FileListExport.h"
+#include "platform/system/FileFacts.h"
+#include "platform/system/NativePath.h"
+#include "platform/system/TimeTaken.h"
+#include "runner/InputGathering.h"
+#include "runner/Worker.h"
 
 #include <QDir>
-#include <QEventLoop>
-#include <QFileInfo>
-#include <QThread>
-#include <QTimer>
 
 namespace quillfern {
 
@@ -19,30 +19,29 @@ Runner::Runner(ProcessServices services, QTextStream& out, QTextStream& err, boo
 
 Runner::~Runner() = default;
 
-std::vector<FileItem> Runner::gather(const RunnerOptions& options) const
+void Runner::gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested)
 {
-    QStringList paths;
-    for (const QString& input : options.inputs) {
-        const QFileInfo info(QDir::cleanPath(QFileInfo(input).absoluteFilePath()));
-        if (!info.exists()) throw WrongUse(QStringLiteral("there is no file or folder \"%1\"").arg(input));
-        if (info.isDir())
-            paths += filesInFolder(info.filePath(), options.subfolders);
-        else if (allowedFileTypes().contains(info.suffix().toLower()))
-            paths.append(info.filePath());
-        else
-            throw WrongUse(
-                QStringLiteral("\"%1\" is not a PDF, TIFF, BMP, JPEG, PNG or GIF file").arg(input));
-    }
-    paths.removeDuplicates();
-    if (paths.isEmpty()) throw WrongUse(QStringLiteral("the folders named hold no files to stamp"));
-    std::vector<FileItem> items;
-    for (const QString& path : paths) {
-        auto item = FileItem::initWithURL(QUrl::fromLocalFile(path));
-        if (!item) continue;
-        item->setPdfOpenPassword(QString());
-        items.push_back(std::move(*item));
-    }
-    return items;
+    InputGathering gathering(files, services_.mainThread, services_.clock);
+    gathering.gather(requestsFor(options), [&] {
+        if (showProgress_ && !quiet_) {
+            err_ << "\r\x1b[K" << QStringLiteral("%1 files found").arg(files.count());
+            err_.flush();
+            progressShown_ = true;
+        }
+        return !stopRequested();
+    });
+    clearProgressLine();
+    if (files.empty()) throw WrongUse(QStringLiteral("the folders named hold no files to stamp"));
+}
+
+void Runner::writeExport(const QString& path, const FileList& files)
+{
+    const QString target = QDir::cleanPath(absolutePath(path));
+    if (!exportList(files, target))
+        throw WrongUse(QStringLiteral("the list cannot be written to \"%1\" (--export)").arg(path));
+    if (quiet_) return;
+    out_ << totalLabelText(files.totals()) << "\nList: " << readableName(target) << '\n';
+    out_.flush();
 }
 
 int Runner::run(const QStringList& arguments, const std::function<bool()>& stopRequested)
@@ -58,17 +57,24 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
             out_.flush();
             return AllCreated;
         }
-        settings.outputFolderPath = QDir::cleanPath(QFileInfo(*settings.outputFolderPath).absoluteFilePath());
+        FileList files;
+        if (options.onlyExport) {
+            gather(options, files, stopRequested);
+            writeExport(options.exportFile, files);
+            return AllCreated;
+        }
+        settings.outputFolderPath = QDir::cleanPath(absolutePath(*settings.outputFolderPath));
         if (const auto problem = outputFolderProblem(settings.outputFolderPath)) {
             QString text = *problem;
             throw WrongUse(text.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) +
                            QStringLiteral(" (--output)"));
         }
-        const std::vector<FileItem> files = gather(options);
+        gather(options, files, stopRequested);
+        if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
 
         services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
         Process process(services_, settings, *this);
-        listPages_ = planJob(process, files, settings);
+        listPages_ = planJob(process, files.copies(), settings);
         runJob(process, listPages_, stopRequested);
         return report(process);
     } catch (const WrongUse& wrongUse) {
@@ -80,26 +86,19 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
 
 void Runner::runJob(Process& process, std::int64_t totalPages, const std::function<bool()>& stopRequested)
 {
-    QEventLoop loop;
-    const std::unique_ptr<QThread> worker(QThread::create([&] { process.start(totalPages); }));
-    QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
-    QTimer timer;
     bool stopping = false;
-    QObject::connect(&timer, &QTimer::timeout, &loop, [&] {
-        if (!stopping && stopRequested()) {
-            stopping = true;
-            process.stop();
-            clearProgressLine();
-            err_ << "Stopping after the current file ...\n";
-            err_.flush();
-        }
-        if (showProgress_ && !quiet_) showProgressLine(process);
-    });
     started_ = services_.clock.now();
-    timer.start(100);
-    worker->start();
-    loop.exec();
-    worker->wait();
+    runOnWorker([&] { process.start(totalPages); },
+                [&] {
+                    if (!stopping && stopRequested()) {
+                        stopping = true;
+                        process.stop();
+                        clearProgressLine();
+                        err_ << "Stopping after the current file ...\n";
+                        err_.flush();
+                    }
+                    if (showProgress_ && !quiet_) showProgressLine(process);
+                });
     clearProgressLine();
 }
 
@@ -132,7 +131,7 @@ void Runner::updateTimeTakenLabel(const QString&)
 void Runner::outputFinished(const LogFiles& output, const QString& note)
 {
     const QString path = QDir(output.targetPath).filePath(output.filename);
-    const bool created = output.status == QLatin1String("Completed") && QFileInfo::exists(path);
+    const bool created = output.status == QLatin1String("Completed") && fileKind(path) == FileKind::Regular;
     if (!created) ++outputsMissing_;
     if (quiet_ && created) return;
     clearProgressLine();

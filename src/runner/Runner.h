@@ -1,6 +1,7 @@
 #pragma once
 
 #include "batch/Process.h"
+#include "filelist/FileList.h"
 #include "runner/RunnerOptions.h"
 
 #include <QTextStream>
@@ -27,7 +28,8 @@ class Runner final : public ProcessObserver
     void outputFinished(const LogFiles& output, const QString& note) override;
 
   private:
-    std::vector<FileItem> gather(const RunnerOptions& options) const;
+    void gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested);
+    void writeExport(const QString& path, const FileList& files);
     void runJob(Process& process, std::int64_t totalPages, const std::function<bool()>& stopRequested);
     void showProgressLine(const Process& process);
     void clearProgressLine();

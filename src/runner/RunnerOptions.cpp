@@ -148,6 +148,12 @@ constexpr std::array jobOptions = {
     Option{"margins", "L,T,R,B", "Margins with the unit pt, mm or in: 36,36,36,36 or 10,10,10,15mm."},
     Option{"backup", nullptr, "Keep NAME.bak of a file that is processed in place."},
     Option{"subfolders", nullptr, "Take files from the subfolders of folders, too."},
+    Option{"list", "FILE",
+           "Also take the files named in a text file, one path a line. They come after those named on the "
+           "command line."},
+    Option{"export", "FILE",
+           "Write the list of files, with their pages, as tab-delimited text. Without --output and stamps "
+           "that is all that is done."},
     Option{"quiet", nullptr, "Print only what went wrong."},
     Option{"help", nullptr, "Show this text."},
     Option{"version", nullptr, "Show the version."},
@@ -162,6 +168,8 @@ class Reader
     {
         if (applyToStamp(name, value) || applyToJob(name, value)) return;
         if (name == QLatin1String("subfolders")) options.subfolders = true;
+        if (name == QLatin1String("list")) options.lists.append(value);
+        if (name == QLatin1String("export")) options.exportFile = value;
         if (name == QLatin1String("quiet")) options.quiet = true;
         if (name == QLatin1String("help")) options.showHelp = true;
         if (name == QLatin1String("version")) options.showVersion = true;
@@ -319,10 +327,14 @@ RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& setting
         reader.apply(name, index < values.size() ? values[index] : QString(), options);
     }
     if (options.showHelp || options.showVersion) return options;
-    if (settings.outputFolderPath.value_or(QString()).isEmpty())
-        throw WrongUse(QStringLiteral("no output folder; name one with --output"));
-    if (options.inputs.isEmpty()) throw WrongUse(QStringLiteral("no files or folders to stamp"));
-    if (settings.number->stamps.empty()) throw WrongUse(QStringLiteral("no stamp; begin one with --text"));
+    const bool hasOutput = !settings.outputFolderPath.value_or(QString()).isEmpty();
+    const bool hasStamps = !settings.number->stamps.empty();
+    options.onlyExport = !options.exportFile.isEmpty() && !hasOutput && !hasStamps;
+    if (options.inputs.isEmpty() && options.lists.isEmpty())
+        throw WrongUse(QStringLiteral("no files or folders to stamp"));
+    if (options.onlyExport) return options;
+    if (!hasOutput) throw WrongUse(QStringLiteral("no output folder; name one with --output"));
+    if (!hasStamps) throw WrongUse(QStringLiteral("no stamp; begin one with --text"));
     return options;
 }
 

@@ -9,7 +9,10 @@ namespace quillfern {
 /// What a command line of quillfern-run asks for.
 struct RunnerOptions
 {
-    QStringList inputs; ///< files and folders, as given
+    QStringList inputs;      ///< files and folders, as given
+    QStringList lists;       ///< text files of paths; what they name comes after the inputs
+    QString exportFile;      ///< where the list of files is written; empty for nowhere
+    bool onlyExport = false; ///< there is nothing to stamp with and nowhere to put it, and no need to
     bool subfolders = false;
     bool quiet = false;
     bool showHelp = false;

@@ -1,4 +1,5 @@
 #include "platform/drawing/FontCatalog.h"
+#include "platform/system/NativePath.h"
 #include "runner/Runner.h"
 
 #include <QGuiApplication>
@@ -47,5 +48,8 @@ int main(int argc, char** argv)
     EventLoopMainThread mainThread;
     NoDesktop desktop;
     Runner runner({clock, folders, mainThread, desktop}, out, err, ::isatty(STDERR_FILENO) != 0);
-    return runner.run(QCoreApplication::arguments(), [] { return stopRequested != 0; });
+    QStringList arguments; // the application's own would lose names that are not UTF-8
+    for (int i = 0; i < argc; ++i)
+        arguments.append(pathText(QByteArray(argv[i])));
+    return runner.run(arguments, [] { return stopRequested != 0; });
 }

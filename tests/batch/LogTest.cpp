@@ -1,6 +1,6 @@
 #include "batch/Log.h"
 
-#include "batch/TimeTaken.h"
+#include "platform/system/TimeTaken.h"
 #include "support/Fakes.h"
 #include "support/Tools.h"
 

@@ -1,10 +1,8 @@
 #include "filelist/FileItem.h"
 
-#include "filelist/FolderWalk.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
-#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <fcntl.h>
@@ -123,24 +121,6 @@ TEST(FileItemTest, VerifiesPdfPasswords)
     EXPECT_TRUE(verifyPDF(plain, QStringLiteral("any")));
     EXPECT_FALSE(verifyPDF(plain, std::nullopt));
     EXPECT_FALSE(verifyPDF(std::nullopt, QString()));
-}
-
-TEST(FolderWalkTest, TakesAllowedFilesInTheOrderPeopleSort)
-{
-    Scratch scratch;
-    for (const char* name : {"b10.pdf", "b9.pdf", "A.TIF", "c.Pdf", "d.txt", ".hidden.pdf", "sub/e.png",
-                             "sub/.deep/f.pdf", ".git/g.pdf", "noext"})
-        scratch.write(QString::fromLatin1(name), "x");
-    QFile::link(scratch.path(), scratch.path(QStringLiteral("sub/loop")));
-    const auto names = [&](bool subfolders) {
-        QStringList list;
-        for (const QString& path : filesInFolder(scratch.path(), subfolders))
-            list.append(QDir(scratch.path()).relativeFilePath(path));
-        return list.join(u' ').toStdString();
-    };
-    EXPECT_EQ(names(false), "A.TIF b9.pdf b10.pdf");
-    EXPECT_EQ(names(true), "A.TIF b9.pdf b10.pdf sub/e.png");
-    EXPECT_TRUE(filesInFolder(scratch.path(QStringLiteral("gone")), true).isEmpty());
 }
 
 } // namespace

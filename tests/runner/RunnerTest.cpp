@@ -89,7 +89,8 @@ TEST_F(RunnerProgram, RefusesWrongUseWithAWordAndWritesNothing)
         return QStringList{o, out(), t, n} + extra + QStringList{good};
     };
     const std::vector<std::pair<QStringList, const char*>> cases = {
-        {{}, "no output folder"},
+        {{}, "no files or folders"},
+        {{t, n, good}, "no output folder"},
         {{o, out(), good}, "no stamp"},
         {{o, out(), t, n}, "no files or folders"},
         {{o, out(QStringLiteral("gone")), t, n, good}, "Output folder missing!"},

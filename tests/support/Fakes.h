@@ -54,8 +54,12 @@ class FakeDesktop final : public DesktopServices
 {
   public:
     void open(const QString& path) override { opened.append(path); }
+    void reveal(const QStringList& paths) override { revealed.append(paths); }
+    void showProperties(const QStringList& paths) override { shownProperties.append(paths); }
 
     QStringList opened;
+    QList<QStringList> revealed; ///< one entry a request
+    QList<QStringList> shownProperties;
 };
 
 class MemoryDefaults final : public DefaultsStore

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QXmlStreamReader>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace quillfern {
@@ -27,6 +28,13 @@ ToolResult runTool(const QString& program, const QStringList& arguments, const Q
 Scratch::Scratch()
 {
     EXPECT_TRUE(dir_.isValid());
+}
+
+Scratch::~Scratch()
+{
+    // Qt would leave files behind whose names are not UTF-8.
+    std::error_code ignored;
+    std::filesystem::remove_all(dir_.path().toStdString(), ignored);
 }
 
 QString Scratch::path(const QString& name) const

@@ -25,6 +25,9 @@ class Scratch
 {
   public:
     Scratch();
+    ~Scratch();
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
     [[nodiscard]] QString path(const QString& name = QString()) const;
     /// Writes a file and returns its path; folders on the way are made.
     QString write(const QString& name, const QByteArray& bytes) const;

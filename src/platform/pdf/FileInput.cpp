@@ -1,28 +1,22 @@
 #include "platform/pdf/FileInput.h"
 
 #include "platform/system/Failure.h"
+#include "platform/system/FileAccess.h"
+#include "platform/system/NativePath.h"
 
-#include <QFile>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace quillfern {
 
-FileInput::FileInput(const QString& path) : name_(path.toStdString())
+FileInput::FileInput(const QString& path)
+    : name_(nativePath(path).toStdString()), descriptor_(openRegularFile(path))
 {
-    const QString doing = QStringLiteral("cannot read %1").arg(path);
-    descriptor_ = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
-    if (descriptor_ < 0) throw Failure::fromErrno(doing, errno);
     struct stat status = {};
-    if (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(descriptor_);
-        throw Failure(doing + QStringLiteral(": not a regular file"));
-    }
-    size_ = status.st_size;
+    if (::fstat(descriptor_, &status) == 0) size_ = status.st_size;
 }
 
 FileInput::~FileInput()

@@ -1,6 +1,9 @@
 #include "platform/raster/ImageInspector.h"
 
 #include "platform/pdf/PdfDocument.h"
+#include "platform/system/Failure.h"
+#include "platform/system/FileAccess.h"
+#include "platform/system/NativePath.h"
 
 #include <QFile>
 #include <QImageReader>
@@ -30,7 +33,7 @@ ImageFacts inspectTiff(const QString& path)
     quietTiff();
     ImageFacts facts;
     // 'm' leaves the file unmapped: it may shrink under our hands.
-    const std::unique_ptr<TIFF, TiffCloser> tiff(TIFFOpen(QFile::encodeName(path).constData(), "rm"));
+    const std::unique_ptr<TIFF, TiffCloser> tiff(TIFFOpen(nativePath(path).constData(), "rm"));
     if (!tiff) return facts;
     std::uint16_t compression = 1;
     TIFFGetFieldDefaulted(tiff.get(), TIFFTAG_COMPRESSION, &compression);
@@ -39,9 +42,9 @@ ImageFacts inspectTiff(const QString& path)
     return facts;
 }
 
-ImageFacts inspectOther(const QString& path)
+ImageFacts inspectOther(QFile& file)
 {
-    QImageReader reader(path);
+    QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
     if (!reader.canRead() || !reader.size().isValid()) return {};
     return {std::max(1, reader.imageCount()), 1};
@@ -51,15 +54,18 @@ ImageFacts inspectOther(const QString& path)
 
 ImageFacts inspectImageFile(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) return {};
-    const QByteArray start = file.read(1024);
-    file.close();
+    QFile file;
+    try {
+        openRegularFile(file, path);
+    } catch (const Failure&) {
+        return {};
+    }
+    const QByteArray start = file.peek(1024);
     if (start.contains("%PDF-")) return {pdfPageCount(path), 1};
     for (const QByteArray& magic :
          {QByteArray("II*\0", 4), QByteArray("MM\0*", 4), QByteArray("II+\0", 4), QByteArray("MM\0+", 4)})
         if (start.startsWith(magic)) return inspectTiff(path);
-    const ImageFacts facts = inspectOther(path);
+    const ImageFacts facts = inspectOther(file);
     // A PDF may start with anything, as long as its trailer is found.
     return facts.pages > 0 ? facts : ImageFacts{pdfPageCount(path), 1};
 }

@@ -1,6 +1,8 @@
 #include "platform/store/AtomicFile.h"
 
 #include "platform/system/Failure.h"
+#include "platform/system/FileAccess.h"
+#include "platform/system/NativePath.h"
 
 #include <QDir>
 #include <QFile>
@@ -27,7 +29,7 @@ QByteArray temporaryNameIn(const QByteArray& folder)
 } // namespace
 
 AtomicFile::AtomicFile(QString targetPath)
-    : targetPath_(std::move(targetPath)), folder_(QFile::encodeName(QFileInfo(targetPath_).absolutePath()))
+    : targetPath_(std::move(targetPath)), folder_(nativePath(QFileInfo(targetPath_).absolutePath()))
 {
     if (QFileInfo(targetPath_).fileName().isEmpty())
         throw Failure(QStringLiteral("a file needs a name: %1").arg(targetPath_));
@@ -98,7 +100,7 @@ void AtomicFile::writeOut(const char* data, std::size_t size)
 void AtomicFile::adoptPermissions() const
 {
     struct stat status = {};
-    if (::lstat(QFile::encodeName(targetPath_).constData(), &status) != 0 || !S_ISREG(status.st_mode)) return;
+    if (::lstat(nativePath(targetPath_).constData(), &status) != 0 || !S_ISREG(status.st_mode)) return;
     // Best effort: only root may give a file away, and a file system may know no permissions at all.
     if (::fchown(descriptor_, status.st_uid, status.st_gid) != 0) errno = 0;
     ::fchmod(descriptor_, status.st_mode & 07777);
@@ -119,7 +121,7 @@ void AtomicFile::commit()
             throw Failure::fromErrno(doing, errno);
         temporaryName_ = name;
     }
-    if (std::rename(temporaryName_.constData(), QFile::encodeName(targetPath_).constData()) != 0)
+    if (std::rename(temporaryName_.constData(), nativePath(targetPath_).constData()) != 0)
         throw Failure::fromErrno(doing, errno);
     temporaryName_.clear();
     const int closed = ::close(descriptor_);
@@ -137,9 +139,8 @@ void AtomicFile::writeWhole(const QString& path, const QByteArray& bytes)
 
 void copyFileAtomically(const QString& source, const QString& target)
 {
-    QFile input(source);
-    if (!input.open(QIODevice::ReadOnly))
-        throw Failure(QStringLiteral("cannot read %1: %2").arg(source, input.errorString()));
+    QFile input;
+    openRegularFile(input, source);
     AtomicFile output(target);
     QByteArray block(bufferSize, Qt::Uninitialized);
     for (;;) {

@@ -1,12 +1,32 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <cstdint>
 #include <optional>
 
 namespace quillfern {
 
-/// The bytes that a file takes on the disk; nothing when it cannot be looked at.
+// What the file system knows of a file, behind links. Paths are those of NativePath.h. Any thread.
+
+enum class FileKind {
+    Missing,
+    Regular,
+    Folder,
+    Other ///< a pipe, a socket, a device: opening it might never return
+};
+[[nodiscard]] FileKind fileKind(const QString& path);
+
+/// The bytes that a file occupies on the disk; nothing when it cannot be looked at.
 [[nodiscard]] std::optional<std::uint64_t> allocatedSize(const QString& path);
+
+/// In UTC; invalid where the file system keeps none, or the file cannot be looked at.
+struct FileTimes
+{
+    QDateTime modified;
+    QDateTime created;
+    QDateTime accessed;
+};
+[[nodiscard]] FileTimes fileTimes(const QString& path);
 
 } // namespace quillfern

@@ -1,6 +1,7 @@
 #include "platform/system/FileIdentity.h"
 
-#include <QFile>
+#include "platform/system/NativePath.h"
+
 #include <sys/stat.h>
 
 namespace quillfern {
@@ -8,7 +9,7 @@ namespace quillfern {
 std::optional<FileIdentity> fileIdentity(const QString& path)
 {
     struct stat status = {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0) return std::nullopt;
+    if (::stat(nativePath(path).constData(), &status) != 0) return std::nullopt;
     return FileIdentity{status.st_dev, status.st_ino};
 }
 

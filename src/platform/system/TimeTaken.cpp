@@ -1,4 +1,4 @@
-#include "batch/TimeTaken.h"
+#include "platform/system/TimeTaken.h"
 
 namespace quillfern {
 

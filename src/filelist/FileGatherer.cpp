@@ -1,0 +1,215 @@
+#include "filelist/FileGatherer.h"
+
+#include "filelist/AllowedFileTypes.h"
+#include "filelist/FolderWalk.h"
+#include "filelist/ItemPipeline.h"
+#include "platform/system/FileFacts.h"
+#include "platform/system/Guarded.h"
+#include "platform/system/NativePath.h"
+#include "platform/system/TimeTaken.h"
+
+#include <QCoreApplication>
+
+namespace quillfern {
+
+namespace {
+
+using namespace std::chrono_literals;
+using SteadyClock = std::chrono::steady_clock;
+
+constexpr auto showEvery = 50ms;         ///< how long found items may wait to be seen
+constexpr auto waitAtMost = 20ms;        ///< between two looks at the stop signal
+constexpr std::size_t mostPending = 512; ///< files found and not yet counted: bounds memory, feeds the cores
+
+} // namespace
+
+/// What one request remembers while it runs. Lives on the gathering thread.
+class FileGatherer::Request
+{
+  public:
+    Request(FileGatherer& gatherer, const QString& password)
+        : gatherer_(gatherer), pipeline_(gatherer.counters_, password)
+    {
+        // The URLs in the list, to refuse duplicates before anything is read of them.
+        gatherer_.mainThread_.postAndWait([this] { known_ = gatherer_.files_.urls(); });
+    }
+
+    /// Whether to continue. Asked all the time, so this is also where found items find their way out.
+    bool goOn()
+    {
+        if (SteadyClock::now() - lastShown_ > showEvery) show();
+        return gatherer_.isProcessing_;
+    }
+
+    void candidate(const QString& path)
+    {
+        const QUrl url = fileUrl(path);
+        const qsizetype before = known_.size();
+        known_.insert(url);
+        if (known_.size() == before) return;
+        while (pipeline_.pending() >= mostPending) {
+            if (!goOn()) return;
+            pipeline_.waitForNext(waitAtMost);
+            collect();
+        }
+        pipeline_.add(url);
+    }
+
+    /// Waits for the files that are still being counted. Returns whether anything was added.
+    bool finish()
+    {
+        while (goOn() && pipeline_.pending() > 0) {
+            pipeline_.waitForNext(waitAtMost);
+            collect();
+        }
+        show();
+        return added_ > 0;
+    }
+
+  private:
+    void collect()
+    {
+        for (FileItem& item : pipeline_.takeReady())
+            batch_.push_back(std::move(item));
+    }
+
+    void show()
+    {
+        collect();
+        lastShown_ = SteadyClock::now();
+        if (batch_.empty()) return;
+        gatherer_.mainThread_.postAndWait([this] {
+            added_ += gatherer_.files_.append(std::exchange(batch_, {}));
+            gatherer_.observer_.filesAdded();
+        });
+        lastShown_ = SteadyClock::now();
+    }
+
+    FileGatherer& gatherer_;
+    ItemPipeline pipeline_;
+    QSet<QUrl> known_;
+    std::vector<FileItem> batch_;
+    SteadyClock::time_point lastShown_ = SteadyClock::now();
+    int added_ = 0;
+};
+
+FileGatherer::FileGatherer(FileList& files, std::atomic<bool>& isProcessing, MainThread& mainThread,
+                           const Clock& clock, GatherObserver& observer)
+    : files_(files), isProcessing_(isProcessing), mainThread_(mainThread), clock_(clock), observer_(observer)
+{
+}
+
+FileGatherer::~FileGatherer()
+{
+    if (isRunning_) isProcessing_ = false;
+    // A thread may itself be waiting for this one to run something.
+    for (const auto& thread : threads_)
+        while (!thread->wait(10))
+            QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
+}
+
+bool FileGatherer::start(const Arguments& request, std::optional<QString>& pdfOpenPassword)
+{
+    if (isRunning_) return false;
+    isRunning_ = true;
+    if (!pdfOpenPassword) pdfOpenPassword = QString();
+    std::erase_if(threads_, [](const auto& thread) { return thread->isFinished(); });
+    threads_.emplace_back(
+        QThread::create([this, request, password = *pdfOpenPassword] { loadURLs(request, password); }));
+    threads_.back()->start();
+    return true;
+}
+
+void FileGatherer::loadURLs(const Arguments& arguments, const QString& pdfOpenPassword)
+{
+    const QDateTime started = clock_.now();
+    guarded("Error in (loadURLs:) : %@", [&] {
+        showBusy();
+        Request request(*this, pdfOpenPassword);
+        const bool grew = arguments.isFolders
+                              ? addFolderToList(request, arguments.urls, arguments.isIncludeSubdirectories)
+                              : addFilesToList(request, arguments.urls);
+        if (grew) sortAsBefore();
+    });
+    guarded("Error in (loadURLs:) : %@", [&] { showIdle(timeTakenString(started, clock_.now())); });
+}
+
+void FileGatherer::showBusy()
+{
+    mainThread_.postAndWait([this] {
+        observer_.resetViewObject(false);
+        isProcessing_ = true;
+        observer_.startProcess();
+        observer_.updateTimeTakenLabel(timeTakenLabel(QStringLiteral("In Process..."), 0, 0));
+    });
+}
+
+void FileGatherer::showIdle(const QString& timeTaken)
+{
+    mainThread_.postAndWait([&] {
+        isRunning_ = false;
+        isProcessing_ = false;
+        observer_.stopProcess();
+        observer_.resetViewObject(true);
+        observer_.updateTimeTakenLabel(timeTakenLabel(timeTaken, 0, 0));
+    });
+}
+
+bool FileGatherer::addFolderToList(Request& request, const QList<QUrl>& urls, bool includeSubdirectories)
+{
+    guarded("Error in (addFolderToList:) : %@", [&] {
+        FolderWalk walk([&](const QString& path) { request.candidate(path); },
+                        [&] { return request.goOn(); });
+        for (const QUrl& url : urls) {
+            if (!request.goOn()) break;
+            const QString path = localPath(url);
+            if (path.isEmpty()) continue;
+            if (fileKind(path) == FileKind::Folder)
+                walk.walk(path, includeSubdirectories);
+            else if (hasAllowedType(path))
+                request.candidate(path);
+        }
+    });
+    return request.finish();
+}
+
+bool FileGatherer::addFilesToList(Request& request, const QList<QUrl>& urls)
+{
+    guarded("Error in (addFilesToList:) : %@", [&] {
+        for (const QUrl& url : urls) {
+            if (!request.goOn()) break;
+            const QString path = localPath(url);
+            if (!path.isEmpty()) request.candidate(path);
+        }
+    });
+    return request.finish();
+}
+
+void FileGatherer::sortAsBefore()
+{
+    // Finding the order takes a while in a long list, so it is done here, on copies, and the window only
+    // puts the rows in their places.
+    std::optional<FileListOrder> order;
+    std::uint64_t revision = 0;
+    std::vector<FileItem> copies;
+    mainThread_.postAndWait([&] {
+        order = files_.order();
+        if (!order) return;
+        revision = files_.revision();
+        copies = files_.copies();
+    });
+    if (!order) return;
+    std::vector<const FileItem*> items;
+    items.reserve(copies.size());
+    for (const FileItem& copy : copies)
+        items.push_back(&copy);
+    const std::vector<int> rows = order->sorted(items, [] { return true; });
+    mainThread_.postAndWait([&] {
+        if (files_.revision() == revision)
+            files_.arrange(rows);
+        else
+            files_.sort(*order);
+    });
+}
+
+} // namespace quillfern

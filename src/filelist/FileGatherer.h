@@ -1,0 +1,60 @@
+#pragma once
+
+#include "filelist/Arguments.h"
+#include "filelist/FileList.h"
+#include "filelist/GatherObserver.h"
+#include "platform/system/Clock.h"
+#include "platform/system/MainThread.h"
+
+#include <QThread>
+#include <QThreadPool>
+#include <atomic>
+#include <memory>
+#include <vector>
+
+namespace quillfern {
+
+/// Turns URLs of files and folders into items of the list, on a thread of its own: the walk finds files one
+/// by one, all cores count pages, and the items reach the list on the main thread in the order in which they
+/// were found, a few at a time.
+///
+/// One request at a time. Setting `isProcessing` to false stops it at once; what is in the list by then
+/// stays. Nothing else may change the list while a request runs.
+class FileGatherer
+{
+  public:
+    /// The references outlive the gatherer. `isProcessing` is true while a request runs, and is set by it.
+    FileGatherer(FileList& files, std::atomic<bool>& isProcessing, MainThread& mainThread, const Clock& clock,
+                 GatherObserver& observer);
+    /// Stops a request that still runs and waits for it. Main thread.
+    ~FileGatherer();
+    FileGatherer(const FileGatherer&) = delete;
+    FileGatherer& operator=(const FileGatherer&) = delete;
+
+    /// Begins a request on a new thread; false when one is still running. New items get a copy of the
+    /// password, which is made the empty text when it is absent. Main thread.
+    bool start(const Arguments& request, std::optional<QString>& pdfOpenPassword);
+
+    /// The whole request on the calling thread; start() runs this.
+    void loadURLs(const Arguments& request, const QString& pdfOpenPassword);
+
+  private:
+    class Request;
+    bool addFolderToList(Request& request, const QList<QUrl>& urls, bool includeSubdirectories);
+    bool addFilesToList(Request& request, const QList<QUrl>& urls);
+    void sortAsBefore();
+    void showBusy();
+    void showIdle(const QString& timeTaken);
+
+    FileList& files_;
+    std::atomic<bool>& isProcessing_;
+    MainThread& mainThread_;
+    const Clock& clock_;
+    GatherObserver& observer_;
+    QThreadPool counters_;   ///< waits for its last files when it goes
+    bool isRunning_ = false; ///< main thread
+    /// The last one, and those before it that had not quite ended when the next was started.
+    std::vector<std::unique_ptr<QThread>> threads_;
+};
+
+} // namespace quillfern

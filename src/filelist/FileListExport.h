@@ -1,0 +1,20 @@
+#pragma once
+
+#include "filelist/FileList.h"
+
+namespace quillfern {
+
+class Clock;
+
+/// The list as tab-delimited text in UTF-8: a header line and one line for each item, fields as they are.
+/// Dates are "yyyy-MM-dd HH:mm:ss +0000", absent ones "(null)".
+[[nodiscard]] QByteArray exportedList(const FileList& files);
+
+/// Writes exportedList() whole to a file. A failure is told of in the system log, and leaves what was there.
+/// Returns whether it was written.
+bool exportList(const FileList& files, const QString& path);
+
+/// The name proposed for an export made now.
+[[nodiscard]] QString exportFileName(const Clock& clock);
+
+} // namespace quillfern

@@ -1,0 +1,89 @@
+#include "filelist/ItemPipeline.h"
+
+#include "platform/system/Guarded.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+
+namespace quillfern {
+
+struct ItemPipeline::State
+{
+    struct Slot
+    {
+        std::optional<FileItem> item;
+        bool isReady = false;
+    };
+
+    std::mutex mutex;
+    std::condition_variable readiness;
+    std::deque<std::shared_ptr<Slot>> slots; ///< in the order of adding
+    bool isAbandoned = false;
+
+    bool abandoned()
+    {
+        const std::lock_guard lock(mutex);
+        return isAbandoned;
+    }
+    [[nodiscard]] bool nextIsReady() const { return !slots.empty() && slots.front()->isReady; }
+};
+
+ItemPipeline::ItemPipeline(QThreadPool& pool, QString password)
+    : pool_(pool), password_(std::move(password)), state_(std::make_shared<State>())
+{
+}
+
+ItemPipeline::~ItemPipeline()
+{
+    const std::lock_guard lock(state_->mutex);
+    state_->isAbandoned = true;
+}
+
+void ItemPipeline::add(const QUrl& url)
+{
+    const auto slot = std::make_shared<State::Slot>();
+    {
+        const std::lock_guard lock(state_->mutex);
+        state_->slots.push_back(slot);
+    }
+    pool_.start([state = state_, slot, url, password = password_] {
+        if (state->abandoned()) return;
+        std::optional<FileItem> item;
+        guarded("Error in (loadURLs:) : %@", [&] {
+            item = FileItem::initWithURL(url);
+            if (item) item->setPdfOpenPassword(password);
+        });
+        const std::lock_guard lock(state->mutex);
+        slot->item = std::move(item);
+        slot->isReady = true;
+        if (state->nextIsReady()) state->readiness.notify_one();
+    });
+}
+
+std::size_t ItemPipeline::pending() const
+{
+    const std::lock_guard lock(state_->mutex);
+    return state_->slots.size();
+}
+
+void ItemPipeline::waitForNext(std::chrono::milliseconds atMost) const
+{
+    std::unique_lock lock(state_->mutex);
+    state_->readiness.wait_for(lock, atMost,
+                               [this] { return state_->slots.empty() || state_->nextIsReady(); });
+}
+
+std::vector<FileItem> ItemPipeline::takeReady()
+{
+    std::vector<FileItem> items;
+    const std::lock_guard lock(state_->mutex);
+    while (state_->nextIsReady()) {
+        auto& item = state_->slots.front()->item;
+        if (item) items.push_back(std::move(*item));
+        state_->slots.pop_front();
+    }
+    return items;
+}
+
+} // namespace quillfern

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "filelist/FileItem.h"
+
+#include <QThreadPool>
+#include <chrono>
+#include <memory>
+#include <vector>
+
+namespace quillfern {
+
+/// Makes items of URLs, which means reading each file's page count, on the threads of a pool, and gives them
+/// back in the order in which the URLs came. Used by one thread. Leaving waits for nobody: files not yet
+/// begun are dropped, and what is in work ends unheard.
+class ItemPipeline
+{
+  public:
+    /// `password` is every new item's. The pool is not owned and outlives the pipeline.
+    ItemPipeline(QThreadPool& pool, QString password);
+    ~ItemPipeline();
+    ItemPipeline(const ItemPipeline&) = delete;
+    ItemPipeline& operator=(const ItemPipeline&) = delete;
+
+    void add(const QUrl& url);
+    /// URLs added and items not yet taken.
+    [[nodiscard]] std::size_t pending() const;
+    /// Waits until the next item in order is ready, or for so long.
+    void waitForNext(std::chrono::milliseconds atMost) const;
+    /// The items that are ready and have none before them that is not. A URL that names no file gives none.
+    [[nodiscard]] std::vector<FileItem> takeReady();
+
+  private:
+    struct State;
+    QThreadPool& pool_;
+    QString password_;
+    std::shared_ptr<State> state_; ///< shared with the tasks in the pool
+};
+
+} // namespace quillfern

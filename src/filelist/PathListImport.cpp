@@ -1,0 +1,40 @@
+#include "filelist/PathListImport.h"
+
+namespace quillfern {
+
+void PathListImport::resetView()
+{
+    importFile_.clear();
+    importText_.clear();
+    parser_.clear();
+}
+
+void PathListImport::importMethodChanged(int tag)
+{
+    importFile_.clear();
+    importText_.clear();
+    method_.reset();
+    if (tag == FromFile) method_ = FromFile;
+    if (tag == FromText) method_ = FromText;
+}
+
+void PathListImport::pasteText(const QString& clipboard)
+{
+    if (clipboard.isEmpty()) return;
+    parser_.parseText(clipboard);
+    importText_ = parser_.foundPaths();
+}
+
+std::optional<PathListImport::Problem> PathListImport::importAction()
+{
+    if (method_ == FromFile && importFile_.isEmpty())
+        return Problem{QStringLiteral("Please select file to import!"), Problem::Focus::Browse};
+    if (method_ == FromText && importText_.isEmpty())
+        return Problem{QStringLiteral("Please paste file(s) path to import!"), Problem::Focus::Text};
+    if (method_ == FromFile) parser_.parseFile(importFile_);
+    if (method_ == FromText) parser_.parseText(importText_);
+    if (files().isEmpty()) return Problem{QStringLiteral("No File(s) Found!"), Problem::Focus::Nowhere};
+    return std::nullopt;
+}
+
+} // namespace quillfern

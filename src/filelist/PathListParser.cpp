@@ -1,0 +1,75 @@
+#include "filelist/PathListParser.h"
+
+#include "platform/system/FileAccess.h"
+#include "platform/system/Guarded.h"
+#include "platform/system/NativePath.h"
+
+#include <QFile>
+#include <QSet>
+
+namespace quillfern {
+
+namespace {
+
+constexpr qint64 largestList = 256 << 20; // two million paths of a hundred bytes, and then some
+
+QString readList(const QString& path)
+{
+    QFile file;
+    openRegularFile(file, path);
+    if (file.size() > largestList)
+        throw Failure(QStringLiteral("%1 is too large for a list of paths").arg(readableName(path)));
+    QByteArray bytes = file.read(largestList);
+    if (file.error() != QFileDevice::NoError)
+        throw Failure(QStringLiteral("cannot read %1: %2").arg(readableName(path), file.errorString()));
+    if (bytes.startsWith("\xEF\xBB\xBF"))
+        bytes.remove(0, 3); // says how the text is encoded, not what it says
+    return pathText(bytes);
+}
+
+} // namespace
+
+void PathListParser::parseText(const std::optional<QString>& text)
+{
+    files_.clear();
+    guarded("Error in (parseText:) : %@", [&] { takeLines(text.value_or(QString())); });
+}
+
+bool PathListParser::parseFile(const QString& path)
+{
+    std::optional<QString> text;
+    guarded("Error in (parseFile:) : %@", [&] { text = readList(path); });
+    parseText(text);
+    return text.has_value();
+}
+
+void PathListParser::takeLines(const QString& text)
+{
+    const QStringList types = allowedTypes_.split(u',');
+    const QSet<QString> allowed(types.begin(), types.end());
+    QSet<QUrl> seen;
+    for (const QStringView line : QStringView(text).split(u'\n')) {
+        const QString path = line.toString();
+        const QString extension = pathExtension(path).toUpper();
+        if (extension.isEmpty() || !allowed.contains(extension) || path.contains(QChar(u'\0'))) continue;
+        const QUrl url = fileUrl(absolutePath(path));
+        const qsizetype before = seen.size();
+        seen.insert(url);
+        if (seen.size() > before) files_.append(url);
+    }
+}
+
+QString PathListParser::totalFilesFound() const
+{
+    return QStringLiteral("Total Files Found : %1").arg(files_.size());
+}
+
+QString PathListParser::foundPaths() const
+{
+    QStringList paths;
+    for (const QUrl& url : files_)
+        paths.append(localPath(url));
+    return paths.join(u'\n');
+}
+
+} // namespace quillfern

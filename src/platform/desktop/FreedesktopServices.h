@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/desktop/DesktopServices.h"
+
+#include <QDBusConnection>
+#include <QUrl>
+#include <functional>
+
+namespace quillfern {
+
+/// The desktop's own services: the user's default applications, and whichever file manager answers to
+/// org.freedesktop.FileManager1 on the session bus. Where none does, the files' folders are opened instead.
+/// Requests are sent without waiting for an answer. Needs an application object, which outlives this.
+class FreedesktopServices final : public DesktopServices
+{
+  public:
+    using OpenUrl = std::function<void(const QUrl&)>;
+
+    FreedesktopServices();
+    /// With another bus and another way to open a URL than the user's.
+    FreedesktopServices(QDBusConnection bus, OpenUrl openUrl);
+
+    void open(const QString& path) override;
+    void reveal(const QStringList& paths) override;
+    void showProperties(const QStringList& paths) override;
+
+  private:
+    void askFileManager(const QString& method, const QStringList& paths);
+
+    QDBusConnection bus_;
+    OpenUrl openUrl_;
+};
+
+} // namespace quillfern

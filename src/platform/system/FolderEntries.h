@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <vector>
+
+namespace quillfern {
+
+struct FolderEntry
+{
+    QString name; ///< a text of NativePath.h
+    /// A folder, but not a link to one: a walk into folders never leaves its tree and never goes in circles.
+    bool isFolder = false;
+    bool isFile = false; ///< a regular file, or a link that does not lead to a folder, pipe or device
+};
+
+/// Everything in a folder but "." and "..", in the order of the file system; as much of it as can be read.
+/// `goOn` is asked between entries and ends the reading when it says no.
+[[nodiscard]] std::vector<FolderEntry> folderEntries(const QString& folder,
+                                                     const std::function<bool()>& goOn);
+
+} // namespace quillfern

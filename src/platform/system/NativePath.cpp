@@ -1,0 +1,112 @@
+#include "platform/system/NativePath.h"
+
+#include <algorithm>
+#include <climits>
+#include <unistd.h>
+
+namespace quillfern {
+
+namespace {
+
+constexpr char16_t firstEscape = 0xDC80;
+constexpr char16_t lastEscape = 0xDCFF;
+
+qsizetype sequenceLength(char lead)
+{
+    const auto byte = static_cast<unsigned char>(lead);
+    if (byte < 0x80) return 1;
+    if (byte >= 0xC2 && byte < 0xE0) return 2;
+    if (byte >= 0xE0 && byte < 0xF0) return 3;
+    return byte >= 0xF0 && byte < 0xF5 ? 4 : 0;
+}
+
+/// Whether the unit at `index` stands for a byte; the second half of a pair does not.
+bool isEscape(const QString& text, qsizetype index)
+{
+    const char16_t unit = text[index].unicode();
+    return unit >= firstEscape && unit <= lastEscape && (index == 0 || !text[index - 1].isHighSurrogate());
+}
+
+qsizetype nextEscape(const QString& text, qsizetype from)
+{
+    while (from < text.size() && !isEscape(text, from))
+        ++from;
+    return from;
+}
+
+} // namespace
+
+QString pathText(const QByteArray& bytes)
+{
+    if (QByteArrayView(bytes).isValidUtf8()) return QString::fromUtf8(bytes);
+    QString text;
+    for (qsizetype i = 0; i < bytes.size();) {
+        const qsizetype length = sequenceLength(bytes[i]);
+        const QByteArrayView sequence = QByteArrayView(bytes).sliced(i, std::min(length, bytes.size() - i));
+        if (length > 0 && sequence.size() == length && sequence.isValidUtf8()) {
+            text += QString::fromUtf8(sequence);
+            i += length;
+        } else {
+            text += QChar(static_cast<char16_t>(0xDC00 + static_cast<unsigned char>(bytes[i++])));
+        }
+    }
+    return text;
+}
+
+QByteArray nativePath(const QString& path)
+{
+    QByteArray bytes;
+    for (qsizetype i = 0; i < path.size();) {
+        const qsizetype escape = nextEscape(path, i);
+        bytes += QStringView(path).mid(i, escape - i).toUtf8();
+        if (escape < path.size()) bytes += static_cast<char>(path[escape].unicode() & 0xFF);
+        i = escape + 1;
+    }
+    return bytes;
+}
+
+QUrl fileUrl(const QString& path)
+{
+    // Qt would lose foreign bytes, and take what follows two slashes for the name of a machine.
+    if (nextEscape(path, 0) == path.size() && !path.startsWith(QLatin1String("//")))
+        return QUrl::fromLocalFile(path);
+    return QUrl::fromEncoded("file://" + nativePath(path).toPercentEncoding("/"), QUrl::StrictMode);
+}
+
+QString localPath(const QUrl& url)
+{
+    if (!url.isLocalFile()) return {};
+    QByteArray bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+    // The system would read no further than the zero and open another file than the one named.
+    if (bytes.contains('\0')) return {};
+    const QString host = url.host();
+    if (!host.isEmpty() && host != QLatin1String("localhost")) bytes.prepend("//" + host.toUtf8());
+    return pathText(bytes);
+}
+
+QString readableName(QString path)
+{
+    for (qsizetype i = 0; i < path.size(); ++i)
+        if (isEscape(path, i)) path[i] = QChar(QChar::ReplacementCharacter);
+    return path;
+}
+
+QString absolutePath(const QString& path)
+{
+    if (path.startsWith(u'/')) return path;
+    char folder[PATH_MAX];
+    const QByteArray current = ::getcwd(folder, sizeof folder) ? QByteArray(folder) : QByteArray("/");
+    return pathText(current.endsWith('/') ? current : current + '/') + path;
+}
+
+QString pathExtension(const QString& path)
+{
+    qsizetype end = path.size();
+    while (end > 0 && path[end - 1] == u'/')
+        --end;
+    const QString name = path.left(end).section(u'/', -1);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot > 0 ? name.mid(dot + 1) : QString();
+}
+
+} // namespace quillfern

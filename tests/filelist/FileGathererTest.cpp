@@ -1,0 +1,213 @@
+#include "filelist/FileGatherer.h"
+
+#include "filelist/FileListModel.h"
+#include "filelist/FileListSupport.h"
+#include "support/Fakes.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <functional>
+
+namespace quillfern {
+namespace {
+
+class Gathering : public testing::Test, public GatherObserver
+{
+  public:
+    void resetViewObject(bool idle) override { note(idle ? "idle" : "busy"); }
+    void startProcess() override { note("start"); }
+    void stopProcess() override
+    {
+        EXPECT_FALSE(isProcessing_);
+        note("stop");
+    }
+    void updateTimeTakenLabel(const QString& text) override { note(text.toUtf8().constData()); }
+    void filesAdded() override
+    {
+        EXPECT_TRUE(onMainThread());
+        shown_.append(files_.count());
+        if (onAdded_) onAdded_();
+    }
+
+  protected:
+    static bool onMainThread() { return QThread::currentThread() == QCoreApplication::instance()->thread(); }
+    void note(const char* what)
+    {
+        EXPECT_TRUE(onMainThread());
+        notes_.append(QString::fromUtf8(what));
+    }
+
+    /// Starts a request and serves events until it has ended.
+    void gather(const QStringList& paths, bool isFolders = true, bool subfolders = true)
+    {
+        Arguments request{{}, isFolders, subfolders};
+        for (const QString& path : paths)
+            request.urls.append(fileUrl(path));
+        gather(request);
+    }
+    void gather(const Arguments& request)
+    {
+        notes_.clear();
+        ASSERT_TRUE(gatherer_.start(request, password_));
+        serve([&] { return notes_.size() == 6; });
+        EXPECT_EQ(notes_.size(), 6) << "it did not end";
+        EXPECT_FALSE(isProcessing_);
+    }
+    /// f0.pdf and so on, each without its cross-reference table, which has to be rebuilt.
+    void makeSlowFiles(int count) const
+    {
+        const QByteArray whole = numberedPdf(1000);
+        const QString first = scratch_.write(QStringLiteral("f0.pdf"), whole.left(whole.size() - 40));
+        for (int i = 1; i < count; ++i)
+            ASSERT_TRUE(QFile::link(first, scratch_.path(QStringLiteral("f%1.pdf").arg(i))));
+    }
+    static void serve(const std::function<bool()>& done)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (!done() && timer.elapsed() < 60'000)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+
+    Scratch scratch_;
+    FileList files_;
+    std::atomic<bool> isProcessing_ = false;
+    EventLoopMainThread mainThread_;
+    FakeClock clock_;
+    QStringList notes_;
+    QList<int> shown_;
+    std::function<void()> onAdded_;
+    std::optional<QString> password_;
+    FileGatherer gatherer_{files_, isProcessing_, mainThread_, clock_, *this};
+};
+
+TEST_F(Gathering, FoldersAndFilesInTheOrderOfDiscoveryHoweverLongEachTakes)
+{
+    QStringList expected;
+    for (int i = 0; i < 300; ++i) {
+        // Pages that take their time are spread among files that take none.
+        const QString name = QStringLiteral("d/f%1.pdf").arg(i);
+        scratch_.write(name, i % 50 == 0 ? numberedPdf(400) : QByteArray("none"));
+        expected.append(QStringLiteral("f%1.pdf").arg(i));
+    }
+    scratch_.write(QStringLiteral("single.pdf"), numberedPdf(2));
+    scratch_.write(QStringLiteral("refused.Pdf"), numberedPdf(2));
+    gather({scratch_.path(QStringLiteral("single.pdf")), scratch_.path(QStringLiteral("refused.Pdf")),
+            scratch_.path(QStringLiteral("d")), scratch_.path(QStringLiteral("gone"))});
+    EXPECT_EQ(namesOf(files_), QStringList(QStringLiteral("single.pdf")) + expected);
+    EXPECT_EQ(files_.totals().pdfPages, 2 + 6 * 400);
+    EXPECT_EQ(files_.at(1).pages(), 400);
+    EXPECT_TRUE(files_.at(1).isSelected());
+}
+
+TEST_F(Gathering, FilesAreTakenAsTheyAre)
+{
+    const QString odd = scratch_.write(QStringLiteral("odd.Pdf"), numberedPdf(2));
+    const QString foreign = scratch_.path() + u'/' + pathText("latin\xE9.pdf");
+    ASSERT_EQ(std::rename(nativePath(scratch_.write(QStringLiteral("x"), numberedPdf(3))).constData(),
+                          nativePath(foreign).constData()),
+              0);
+    password_ = QStringLiteral("secret");
+    const QString gone = scratch_.path(QStringLiteral("gone.pdf"));
+    gather({odd, gone, foreign, odd}, false);
+    ASSERT_EQ(files_.count(), 3);
+    EXPECT_EQ(files_.at(0).pages(), 2);
+    EXPECT_EQ(files_.at(0).pdfOpenPassword(), QStringLiteral("secret"));
+    EXPECT_EQ(files_.at(1).pages(), 0) << "a file that vanished stays in the list, without pages";
+    EXPECT_EQ(files_.at(2).pages(), 3);
+    EXPECT_EQ(files_.at(2).path(), foreign);
+    Arguments web;
+    web.urls = {QUrl(QStringLiteral("https://example.org/a.pdf")), QUrl()};
+    gather(web);
+    EXPECT_EQ(files_.count(), 3);
+}
+
+TEST_F(Gathering, TheWindowHearsOfItInOrder)
+{
+    clock_.step = 61'000;
+    gather({scratch_.path()});
+    EXPECT_EQ(notes_, (QStringList{QStringLiteral("busy"), QStringLiteral("start"),
+                                   QStringLiteral("Total Time Taken : In Process... 0/0"),
+                                   QStringLiteral("stop"), QStringLiteral("idle"),
+                                   QStringLiteral("Total Time Taken : 1 min(s) 1 sec(s)  0/0")}));
+    EXPECT_EQ(password_, QString()) << "an absent password becomes the empty one";
+}
+
+TEST_F(Gathering, TheSameFolderTwiceAddsNothingAndSortsNothing)
+{
+    for (const char* name : {"b.pdf", "a.pdf"})
+        scratch_.write(QString::fromLatin1(name), numberedPdf(1));
+    gather({scratch_.path()});
+    files_.sort({QStringLiteral("name"), false});
+    EXPECT_EQ(namesOf(files_), words("b.pdf a.pdf"));
+    files_.moveUp({1});
+    gather({scratch_.path(), scratch_.path() + u'/'});
+    EXPECT_EQ(namesOf(files_), words("a.pdf b.pdf"));
+    scratch_.write(QStringLiteral("aa.pdf"), numberedPdf(1));
+    gather({scratch_.path()});
+    EXPECT_EQ(namesOf(files_), words("b.pdf aa.pdf a.pdf")) << "what was sorted is sorted again";
+}
+
+TEST_F(Gathering, FilesAreShownWhileOthersAreStillSought)
+{
+    constexpr int count = 300;
+    makeSlowFiles(count);
+    FileListModel model(files_, isProcessing_);
+    int inserts = 0;
+    QObject::connect(&model, &QAbstractItemModel::rowsInserted, [&] {
+        EXPECT_TRUE(onMainThread());
+        ++inserts;
+    });
+    gather({scratch_.path()});
+    EXPECT_EQ(files_.count(), count);
+    EXPECT_GT(inserts, 1);
+    EXPECT_LT(inserts, count) << "not a signal for each";
+}
+
+TEST_F(Gathering, ACancelEndsItAndKeepsWhatIsThere)
+{
+    makeSlowFiles(300);
+    onAdded_ = [&] { isProcessing_ = false; };
+    gather({scratch_.path()});
+    EXPECT_GT(files_.count(), 0);
+    EXPECT_LT(files_.count(), 250);
+    for (int row = 0; row < files_.count(); ++row)
+        ASSERT_EQ(files_.at(row).name(), QStringLiteral("f%1.pdf").arg(row)) << "no gap";
+
+    onAdded_ = nullptr;
+    const int kept = files_.count();
+    gather({scratch_.path(QStringLiteral("f0.pdf")), scratch_.path(QStringLiteral("f299.pdf"))}, false);
+    EXPECT_EQ(files_.count(), kept + 1) << "and the next request starts afresh";
+}
+
+TEST_F(Gathering, OneRequestAtATimeAndTheNextOneAtOnce)
+{
+    scratch_.write(QStringLiteral("a/1.pdf"), numberedPdf(1));
+    scratch_.write(QStringLiteral("b/2.pdf"), numberedPdf(1));
+    const Arguments a{{fileUrl(scratch_.path(QStringLiteral("a")))}, true, false};
+    const Arguments b{{fileUrl(scratch_.path(QStringLiteral("b")))}, true, false};
+    ASSERT_TRUE(gatherer_.start(a, password_));
+    EXPECT_FALSE(gatherer_.start(b, password_));
+    serve([&] { return notes_.contains(QStringLiteral("stop")); });
+    EXPECT_TRUE(gatherer_.start(b, password_));
+    serve([&] { return notes_.size() == 12; });
+    EXPECT_EQ(namesOf(files_), words("1.pdf 2.pdf"));
+}
+
+TEST_F(Gathering, GoingAwayWhileItRunsIsSafe)
+{
+    for (int i = 0; i < 200; ++i)
+        scratch_.write(QStringLiteral("f%1.pdf").arg(i), numberedPdf(20));
+    {
+        FileGatherer other(files_, isProcessing_, mainThread_, clock_, *this);
+        ASSERT_TRUE(other.start({{fileUrl(scratch_.path())}, true, true}, password_));
+    }
+    EXPECT_FALSE(isProcessing_);
+    EXPECT_TRUE(notes_.contains(QStringLiteral("stop")));
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,70 @@
+#include "filelist/FileListExport.h"
+
+#include "filelist/FileListSupport.h"
+#include "support/Fakes.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <sys/stat.h>
+#include <utime.h>
+
+namespace quillfern {
+namespace {
+
+const QByteArray header = "Name\tPages\tSize\tType\tModified Date\tAccessed Date\tCreated Date\tLocation\n";
+
+TEST(FileListExport, IsTheSameToTheByteWhateverTheLanguage)
+{
+    const Scratch scratch;
+    const QString path = scratch.write(QStringLiteral("tab\there.PDF"), numberedPdf(3));
+    FileList files;
+    files.append(
+        {itemAt(path), itemAt(QStringLiteral("/gone/\u00E4.tif")), itemAt(pathText("/gone/\xE4.gif"))});
+    files.setIsSelected(0, false);                             // marks do not matter
+    const utimbuf times = {951'782'400 + 3661, 1'700'000'000}; // accessed 2000-02-29 01:01:01 UTC
+    ASSERT_EQ(::utime(nativePath(path).constData(), &times), 0);
+    struct statx facts = {};
+    ASSERT_EQ(::statx(-1, nativePath(path).constData(), 0, STATX_BTIME, &facts), 0);
+    const QDateTime born = QDateTime::fromSecsSinceEpoch(facts.stx_btime.tv_sec, Qt::UTC);
+    const QByteArray created =
+        (facts.stx_mask & STATX_BTIME)
+            ? born.toString(Qt::ISODate).replace(u'T', u' ').chopped(1).toUtf8() + " +0000"
+            : QByteArray("(null)");
+    const QByteArray expected = header + "tab\there.PDF\t3\t4 KB\tPDF\t2023-11-14 22:13:20 +0000\t" +
+                                "2000-02-29 01:01:01 +0000\t" + created + "\t" + scratch.path().toUtf8() +
+                                "\n" + "\xC3\xA4.tif\t0\t0 KB\ttif\t(null)\t(null)\t(null)\t/gone\n" +
+                                "\xEF\xBF\xBD.gif\t0\t0 KB\tgif\t(null)\t(null)\t(null)\t/gone\n";
+    const QLocale before;
+    for (const QLocale::Language language : {QLocale::C, QLocale::German, QLocale::Arabic}) {
+        QLocale::setDefault(QLocale(language));
+        EXPECT_EQ(exportedList(files), expected);
+    }
+    QLocale::setDefault(before);
+}
+
+TEST(FileListExport, OfAnEmptyListIsTheHeader)
+{
+    const Scratch scratch;
+    const QString path = scratch.path(QStringLiteral("e.txt"));
+    EXPECT_TRUE(exportList(FileList(), path));
+    EXPECT_EQ(readFile(path), header);
+}
+
+TEST(FileListExport, AFailureLeavesWhatWasThere)
+{
+    const Scratch scratch;
+    EXPECT_FALSE(exportList(FileList(), scratch.path(QStringLiteral("gone/e.txt"))));
+    EXPECT_FALSE(exportList(FileList(), scratch.path()));
+    EXPECT_TRUE(QFileInfo(scratch.path()).isDir());
+}
+
+TEST(FileListExport, ProposesANameWithTheTime)
+{
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::English));
+    EXPECT_EQ(exportFileName(FakeClock()), QStringLiteral("Export 16-Nov-2026 02-05-09 PM.txt"));
+    QLocale::setDefault(before);
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,136 @@
+#include "filelist/FileListModel.h"
+
+#include "filelist/FileListSupport.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <QMimeData>
+#include <memory>
+
+namespace quillfern {
+namespace {
+
+class Model : public testing::Test
+{
+  protected:
+    [[nodiscard]] QVariant at(int row, int column, int role = Qt::DisplayRole) const
+    {
+        return model_.data(model_.index(row, column), role);
+    }
+
+    Scratch scratch_;
+    FileList files_;
+    std::atomic<bool> isProcessing_ = false;
+    FileListModel model_{files_, isProcessing_};
+};
+
+TEST_F(Model, ShowsAFileAcrossItsColumns)
+{
+    files_.append({itemAt(scratch_.write(QStringLiteral("a.Pdf"), numberedPdf(3)))});
+    const QStringList identifiers = words("isselected name pages sizeInKB type dateModified dateCreated "
+                                          "dateAccessed location");
+    ASSERT_EQ(model_.columnCount(), identifiers.size());
+    for (int column = 0; column < model_.columnCount(); ++column)
+        EXPECT_EQ(FileListModel::columnIdentifier(column), identifiers[column]);
+    EXPECT_EQ(at(0, FileListModel::NameColumn), QStringLiteral("a.Pdf"));
+    EXPECT_EQ(at(0, FileListModel::PagesColumn), 3);
+    EXPECT_EQ(at(0, FileListModel::SizeColumn), QStringLiteral("4 KB"));
+    EXPECT_EQ(at(0, FileListModel::TypeColumn), QStringLiteral("Pdf"));
+    EXPECT_EQ(at(0, FileListModel::LocationColumn), scratch_.path());
+    EXPECT_TRUE(at(0, FileListModel::DateModifiedColumn).toString().endsWith(u'M')) << "a 12-hour clock";
+    for (int column = 0; column < model_.columnCount(); ++column) {
+        const auto alignment = at(0, column, Qt::TextAlignmentRole).value<Qt::Alignment>();
+        EXPECT_EQ(alignment.testFlag(Qt::AlignRight), column == FileListModel::SizeColumn);
+        const bool checkable = model_.flags(model_.index(0, column)).testFlag(Qt::ItemIsUserCheckable);
+        EXPECT_EQ(checkable, column == FileListModel::IsSelectedColumn);
+    }
+    EXPECT_FALSE(model_.data(model_.index(1, 0)).isValid());
+}
+
+TEST_F(Model, ChecksByTheBoxAloneAndNeverWhileBusy)
+{
+    files_.append(itemsNamed(words("a.pdf b.pdf")));
+    int edits = 0;
+    QObject::connect(&model_, &FileListModel::checkMarkEdited, [&] { ++edits; });
+    const auto set = [&](int column, Qt::CheckState state, int role = Qt::CheckStateRole) {
+        return model_.setData(model_.index(1, column), QVariant::fromValue(state), role);
+    };
+    EXPECT_TRUE(set(0, Qt::Unchecked));
+    EXPECT_FALSE(files_.at(1).isSelected());
+    EXPECT_TRUE(files_.at(0).isSelected());
+    EXPECT_EQ(at(1, 0, Qt::CheckStateRole).value<Qt::CheckState>(), Qt::Unchecked);
+    EXPECT_FALSE(set(1, Qt::Checked));
+    EXPECT_FALSE(set(0, Qt::Checked, Qt::EditRole));
+    isProcessing_ = true;
+    EXPECT_FALSE(set(0, Qt::Checked));
+    EXPECT_FALSE(files_.at(1).isSelected());
+    EXPECT_EQ(edits, 1);
+}
+
+TEST_F(Model, DoesNotSortWhileBusyAndKeepsTheOrderWithoutAColumn)
+{
+    files_.append(itemsNamed(words("b.pdf a.pdf")));
+    isProcessing_ = true;
+    model_.sort(FileListModel::NameColumn, Qt::AscendingOrder);
+    EXPECT_EQ(namesOf(files_), words("b.pdf a.pdf"));
+    EXPECT_FALSE(files_.order().has_value());
+    isProcessing_ = false;
+    model_.sort(FileListModel::NameColumn, Qt::AscendingOrder);
+    EXPECT_EQ(namesOf(files_), words("a.pdf b.pdf"));
+    model_.sort(-1);
+    EXPECT_EQ(namesOf(files_), words("a.pdf b.pdf"));
+    EXPECT_FALSE(files_.order().has_value());
+}
+
+TEST_F(Model, OffersWholeRowsToOtherProgramsInListOrder)
+{
+    files_.append({itemAt(QStringLiteral("/d/a b.pdf")), itemAt(QStringLiteral("/d/2.pdf")),
+                   itemAt(pathText("/d/latin\xE9.pdf"))});
+    const std::unique_ptr<QMimeData> data(
+        model_.mimeData({model_.index(2, 1), model_.index(0, 1), model_.index(2, 4), model_.index(0, 8)}));
+    EXPECT_EQ(data->data(QStringLiteral("text/uri-list")),
+              "file:///d/a%20b.pdf\r\nfile:///d/latin%E9.pdf\r\n");
+    EXPECT_TRUE(model_.flags(model_.index(0, 3)).testFlag(Qt::ItemIsDragEnabled));
+}
+
+TEST_F(Model, TakesDropsOfFilesFromElsewhere)
+{
+    files_.append(itemsNamed(words("a.pdf")));
+    QList<QUrl> dropped;
+    QObject::connect(&model_, &FileListModel::filesDropped, [&](const QList<QUrl>& urls) { dropped = urls; });
+    const QUrl page(QStringLiteral("https://example.org/z.pdf"));
+    QMimeData mixed;
+    mixed.setUrls({fileUrl(QStringLiteral("/x/y.pdf")), page, fileUrl(QStringLiteral("/x"))});
+    QMimeData web;
+    web.setUrls({page});
+    QMimeData text;
+    text.setText(QStringLiteral("/x/y.pdf"));
+    const std::unique_ptr<QMimeData> own(model_.mimeData({model_.index(0, 1)}));
+    FileList otherFiles;
+    otherFiles.append(itemsNamed(words("o.pdf")));
+    FileListModel otherWindow(otherFiles, isProcessing_);
+    const std::unique_ptr<QMimeData> others(otherWindow.mimeData({otherWindow.index(0, 1)}));
+
+    struct Case
+    {
+        const QMimeData& data;
+        bool accepted;
+        qsizetype urls;
+    };
+    for (const Case& c : {Case{mixed, true, 2}, Case{web, true, 0}, Case{text, false, 0},
+                          Case{*own, false, 0}, Case{*others, true, 1}}) {
+        dropped.clear();
+        EXPECT_EQ(model_.canDropMimeData(&c.data, Qt::CopyAction, -1, -1, {}), c.accepted);
+        // Never "taken": the rows come later, and a source that moves is not to delete its files.
+        EXPECT_FALSE(model_.dropMimeData(&c.data, Qt::CopyAction, -1, -1, {}));
+        EXPECT_EQ(dropped.size(), c.urls);
+    }
+    isProcessing_ = true;
+    dropped.clear();
+    EXPECT_FALSE(model_.canDropMimeData(&mixed, Qt::CopyAction, -1, -1, {}));
+    model_.dropMimeData(&mixed, Qt::CopyAction, -1, -1, {});
+    EXPECT_TRUE(dropped.isEmpty());
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "filelist/FileList.h"
+#include "platform/system/NativePath.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+
+inline FileItem itemAt(const QString& path)
+{
+    auto item = FileItem::initWithURL(fileUrl(path));
+    EXPECT_TRUE(item.has_value()) << path.toStdString();
+    item->setPdfOpenPassword(QString());
+    return *item;
+}
+
+/// Items for files that are not there: enough for what concerns their order.
+inline std::vector<FileItem> itemsNamed(const QStringList& names)
+{
+    std::vector<FileItem> items;
+    for (const QString& name : names)
+        items.push_back(itemAt(QStringLiteral("/nowhere/") + name));
+    return items;
+}
+
+inline QStringList namesOf(const FileList& files)
+{
+    QStringList names;
+    for (int row = 0; row < files.count(); ++row)
+        names.append(files.at(row).name());
+    return names;
+}
+
+inline QStringList words(const char* text)
+{
+    return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
+}
+
+} // namespace quillfern

@@ -1,0 +1,130 @@
+#include "filelist/PathListImport.h"
+
+#include "filelist/AllowedFileTypes.h"
+#include "filelist/FileListSupport.h"
+#include "support/Tools.h"
+
+#include <QDir>
+
+namespace quillfern {
+namespace {
+
+QString allTypes()
+{
+    return allowedFileTypes().join(u',');
+}
+
+QList<QByteArray> pathsOf(const QList<QUrl>& urls)
+{
+    QList<QByteArray> paths;
+    for (const QUrl& url : urls)
+        paths.append(nativePath(localPath(url)));
+    return paths;
+}
+
+TEST(PathList, KeepsLinesOfAnAllowedType)
+{
+    const QByteArray here = nativePath(QDir::currentPath());
+    const std::vector<std::pair<QByteArray, QList<QByteArray>>> cases = {
+        {"", {}},
+        {"\n\n  \n", {}},
+        {"/d/a.pdf", {"/d/a.pdf"}},
+        {"/d/b.tif\n/d/a.pdf\n/d/b.tif\n", {"/d/b.tif", "/d/a.pdf"}},
+        {"/d/Mixed.PdF\n/d/x.TiFf\n/d/y.docx\n/d/folder\n/d/z.jpeg",
+         {"/d/Mixed.PdF", "/d/x.TiFf", "/d/z.jpeg"}},
+        {"/d/a.pdf\r\n/d/b.pdf\r\n/d/c.pdf", {"/d/c.pdf"}}, // Windows line ends are part of the extension
+        {" /d/blank.pdf", {here + "/ /d/blank.pdf"}},       // nothing is trimmed
+        {"/d/blank.pdf ", {}},
+        {"rel.pdf\n./rel.pdf", {here + "/rel.pdf", here + "/./rel.pdf"}},
+        {"/d/100% #1?.pdf\n//net/a.pdf", {"/d/100% #1?.pdf", "//net/a.pdf"}},
+        {"/d/.pdf\n/d/pdf\n/d.pdf/x", {}},
+        {QByteArray("/d/a\0b.pdf\n/d/c.pdf", 19), {"/d/c.pdf"}},
+        {"/d/\xC3\xA4.pdf\n/d/latin\xE4.pdf", {"/d/\xC3\xA4.pdf", "/d/latin\xE4.pdf"}},
+        {"\xEF\xBB\xBF/d/a.pdf\n", {"/d/a.pdf"}}, // the mark of an encoding is no part of a path
+    };
+    const Scratch scratch;
+    for (const auto& [text, paths] : cases) {
+        PathListParser parser(allTypes());
+        EXPECT_TRUE(parser.parseFile(scratch.write(QStringLiteral("list.txt"), text)));
+        EXPECT_EQ(pathsOf(parser.files()), paths) << text.toStdString();
+        EXPECT_EQ(parser.totalFilesFound(), QStringLiteral("Total Files Found : %1").arg(paths.size()));
+    }
+}
+
+TEST(PathList, OnlyTypesSpeltInCapitalsMatch)
+{
+    PathListParser parser(QStringLiteral("pdf,TIF"));
+    parser.parseText(QStringLiteral("/a.pdf\n/a.tif\n/a.Tif"));
+    EXPECT_EQ(pathsOf(parser.files()), (QList<QByteArray>{"/a.tif", "/a.Tif"}));
+    parser.parseText(std::nullopt);
+    EXPECT_TRUE(parser.files().isEmpty()) << "each text begins anew";
+}
+
+TEST(PathList, AFileThatCannotBeReadIsNoText)
+{
+    const Scratch scratch;
+    PathListParser parser(allTypes());
+    parser.parseText(QStringLiteral("/a.pdf"));
+    EXPECT_FALSE(parser.parseFile(scratch.path(QStringLiteral("gone.txt"))));
+    EXPECT_TRUE(parser.files().isEmpty());
+    EXPECT_FALSE(parser.parseFile(scratch.path()));
+    const QString huge = scratch.write(QStringLiteral("huge.txt"), "/a.pdf\n");
+    ASSERT_TRUE(QFile::resize(huge, 3LL << 30));
+    EXPECT_FALSE(parser.parseFile(huge));
+}
+
+TEST(PathListImport, SaysWhatIsMissing)
+{
+    using Focus = PathListImport::Problem::Focus;
+    const Scratch scratch;
+    const QString good = scratch.write(QStringLiteral("good.txt"), "/a.pdf\n");
+    const QString empty = scratch.write(QStringLiteral("empty.txt"), "");
+    struct Case
+    {
+        int method;
+        QString file;
+        QString text;
+        const char* message;
+        Focus focus;
+        qsizetype found;
+    };
+    const char* const none = "No File(s) Found!";
+    for (const Case& c : {Case{0, {}, {}, "Please select file to import!", Focus::Browse, 0},
+                          Case{1, {}, {}, "Please paste file(s) path to import!", Focus::Text, 0},
+                          Case{0, empty, {}, none, Focus::Nowhere, 0},
+                          Case{1, {}, QStringLiteral("/a.doc"), none, Focus::Nowhere, 0},
+                          Case{0, good, {}, nullptr, Focus::Nowhere, 1},
+                          Case{1, {}, QStringLiteral("/a.pdf\n/b.gif"), nullptr, Focus::Nowhere, 2}}) {
+        PathListImport import(allTypes());
+        import.importMethodChanged(c.method);
+        import.setImportFile(c.file);
+        import.setImportText(c.text);
+        const auto problem = import.importAction();
+        ASSERT_EQ(problem.has_value(), c.message != nullptr);
+        if (problem) {
+            EXPECT_EQ(problem->message, QString::fromLatin1(c.message));
+            EXPECT_EQ(problem->focus, c.focus);
+        }
+        EXPECT_EQ(import.files().size(), c.found);
+    }
+}
+
+TEST(PathListImport, PastingShowsTheFilesFoundAndImportReadsThemAgain)
+{
+    PathListImport import(allTypes());
+    import.importMethodChanged(PathListImport::FromText);
+    import.pasteText(QStringLiteral("/x\n\n/b.pdf\n/a.doc\n/a.pdf\n/b.pdf\n"));
+    EXPECT_EQ(import.importText(), QStringLiteral("/b.pdf\n/a.pdf"));
+    EXPECT_EQ(import.totalFilesFound(), QStringLiteral("Total Files Found : 2"));
+    import.pasteText(QString());
+    EXPECT_EQ(import.importText(), QStringLiteral("/b.pdf\n/a.pdf")) << "an empty clipboard changes nothing";
+    import.setImportText(QStringLiteral("/a.pdf"));
+    EXPECT_FALSE(import.importAction().has_value());
+    EXPECT_EQ(pathsOf(import.files()), QList<QByteArray>{"/a.pdf"});
+    import.resetView();
+    EXPECT_TRUE(import.files().isEmpty() && import.importText().isEmpty());
+    EXPECT_EQ(import.method(), PathListImport::FromText);
+}
+
+} // namespace
+} // namespace quillfern
