@@ -1,0 +1,97 @@
+#include "platform/store/PlistDefaultsStore.h"
+
+#include "platform/store/AtomicFile.h"
+#include "platform/store/PropertyList.h"
+#include "platform/system/Failure.h"
+#include "platform/system/Folders.h"
+#include "platform/system/LogLine.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLockFile>
+#include <sys/stat.h>
+
+namespace quillfern {
+
+namespace {
+
+constexpr int patienceForLock = 5000; // milliseconds; a flush takes a few
+
+/// Where the store really is: a file kept elsewhere and linked here is written there.
+QString followed(const QString& path)
+{
+    const QString target = QFileInfo(path).canonicalFilePath();
+    return target.isEmpty() ? path : target;
+}
+
+/// Moves a file that cannot be used to the first free name beside it.
+void setAside(const QString& path)
+{
+    for (int i = 1; i < 1000; ++i) {
+        const QString name = QStringLiteral("%1.unreadable-%2").arg(path).arg(i);
+        if (QFileInfo::exists(name) || QFileInfo(name).isSymLink()) continue;
+        if (!QFile::rename(path, name))
+            throw Failure(QStringLiteral("the unreadable %1 cannot be moved aside").arg(path));
+        logNotice(
+            QStringLiteral("The settings in %1 could not be read; they were kept as %2").arg(path, name));
+        return;
+    }
+    throw Failure(QStringLiteral("there are too many unreadable copies of %1").arg(path));
+}
+
+} // namespace
+
+PlistDefaultsStore::PlistDefaultsStore(const Folders& folders)
+{
+    const QString base = folders.configuration();
+    if (base.isEmpty()) return;
+    path_ = QDir(base).filePath(QStringLiteral("Orvane/Quillfern1.plist"));
+    if (!QFileInfo::exists(path_)) return;
+    try {
+        values_ = readPropertyListFile(path_);
+    } catch (const Failure& failure) {
+        logLine(QStringLiteral("The settings in %1 cannot be read: %2").arg(path_, failure.reason()));
+    }
+}
+
+std::optional<RecordValue> PlistDefaultsStore::value(const QString& key) const
+{
+    const RecordValue* found = values_.find(key);
+    return found ? std::optional(*found) : std::nullopt;
+}
+
+void PlistDefaultsStore::setValue(const QString& key, RecordValue value)
+{
+    values_.set(key, value);
+    changes_.set(key, std::move(value));
+}
+
+void PlistDefaultsStore::flush()
+{
+    if (path_.isEmpty()) throw Failure(QStringLiteral("there is no folder for configuration files"));
+    const QString folder = QFileInfo(path_).absolutePath();
+    if (!QDir().mkpath(folder)) throw Failure(QStringLiteral("the folder %1 cannot be created").arg(folder));
+    QLockFile lock(path_ + QStringLiteral(".lock"));
+    if (!lock.tryLock(patienceForLock))
+        throw Failure(QStringLiteral("%1 is locked by another program").arg(path_));
+
+    const QString target = followed(path_);
+    Record merged;
+    if (QFileInfo::exists(target)) {
+        try {
+            merged = readPropertyListFile(target);
+        } catch (const Failure&) {
+            setAside(target);
+        }
+    }
+    for (const auto& [key, value] : changes_.entries())
+        merged.set(key, value);
+    AtomicFile file(target);
+    file.write(writePropertyList(merged));
+    ::fchmod(file.descriptor(), S_IRUSR | S_IWUSR); // unless there is a file already: commit() keeps its own
+    file.commit();
+    values_ = std::move(merged);
+    changes_ = Record();
+}
+
+} // namespace quillfern

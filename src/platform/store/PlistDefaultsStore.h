@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/store/DefaultsStore.h"
+
+namespace quillfern {
+
+class Folders;
+
+/// The user's defaults in a property-list file, "Orvane/Quillfern1.plist" in the folder for configuration
+/// files. Read when made; written whole at every flush and readable by its owner only, since a password may
+/// be in it.
+///
+/// Two programs may flush at once: each takes the lock file beside the store, reads what the other wrote and
+/// changes only the values it was given itself. A file that cannot be read counts as empty; the first flush
+/// moves it to another name instead of writing over it.
+class PlistDefaultsStore final : public DefaultsStore
+{
+  public:
+    /// Throws nothing; what is wrong with the file is told in the system log.
+    explicit PlistDefaultsStore(const Folders& folders);
+
+    [[nodiscard]] std::optional<RecordValue> value(const QString& key) const override;
+    void setValue(const QString& key, RecordValue value) override;
+    void flush() override;
+
+    /// Empty when the system names no folder for configuration files.
+    [[nodiscard]] const QString& path() const { return path_; }
+
+  private:
+    QString path_;
+    Record values_;
+    Record changes_; ///< since the last flush
+};
+
+} // namespace quillfern

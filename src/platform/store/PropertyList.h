@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/store/Record.h"
+
+namespace quillfern {
+
+/// Nobody's settings come near this; a file that does is not ours, and is refused before it is parsed.
+inline constexpr qint64 largestPropertyList = 256LL << 20;
+
+/// The record as a property list in XML form, UTF-8, its entries in their order. Characters that XML cannot
+/// hold are left out of texts. The bytes are the same whatever the program's locale. Throws Failure when the
+/// result would be larger than largestPropertyList.
+[[nodiscard]] QByteArray writePropertyList(const Record& record);
+
+/// Reads a property list in XML or binary form whose top level is a dictionary; the bytes may come from
+/// anywhere. Values that a record does not know (dates, references) are left out. Throws Failure, with a
+/// reason that says what is wrong, for everything that is not a whole property list.
+[[nodiscard]] Record readPropertyList(const QByteArray& bytes);
+
+/// The same for a file. Throws Failure also when it cannot be read.
+[[nodiscard]] Record readPropertyListFile(const QString& path);
+
+} // namespace quillfern
