@@ -116,6 +116,12 @@ class Numbering
     bool setData(const Record* data);
     /// Writes the record under "NUMBERING" into the store and flushes it.
     void synchronize();
+    /// Writes the record into a profile file, an XML property list; a file that is there is replaced only
+    /// once the new one is whole. Returns whether it worked.
+    bool save(const QString& path) const;
+    /// Reads a profile file and applies it with setData(). Returns false, with nothing changed, when the file
+    /// cannot be read or is no property-list dictionary.
+    bool load(const QString& path);
 
     /// The number printed on the page being drawn.
     std::int64_t numberCounter = 1;

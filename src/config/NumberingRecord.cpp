@@ -1,5 +1,7 @@
 #include "config/Numbering.h"
+#include "platform/store/AtomicFile.h"
 #include "platform/store/DefaultsStore.h"
+#include "platform/store/PropertyList.h"
 #include "platform/system/Guarded.h"
 #include "stamps/TextStamp.h"
 
@@ -96,6 +98,24 @@ void Numbering::synchronize()
         if (!defaults_ || !record) return;
         defaults_->setValue(QStringLiteral("NUMBERING"), *record);
         defaults_->flush();
+    });
+}
+
+bool Numbering::save(const QString& path) const
+{
+    return guarded("Error in [save:] : %@", false, [&] {
+        const auto record = getData();
+        if (!record) return false;
+        AtomicFile::writeWhole(path, writePropertyList(*record));
+        return true;
+    });
+}
+
+bool Numbering::load(const QString& path)
+{
+    return guarded("Error in [load:] : %@", false, [&] {
+        const Record record = readPropertyListFile(path);
+        return setData(&record);
     });
 }
 

@@ -1,5 +1,7 @@
 #include "stamps/ColorRecord.h"
 
+#include "platform/store/ArchivedColor.h"
+
 namespace quillfern {
 
 QByteArray colorToBytes(const QColor& color)
@@ -14,7 +16,8 @@ std::optional<QColor> colorFromBytes(const std::optional<QByteArray>& bytes)
         const QColor color(QString::fromLatin1(*bytes));
         if (color.isValid()) return color;
     }
-    return QColor(Qt::black);
+    // Older profiles keep colours as archived objects.
+    return readArchivedColor(*bytes).value_or(QColor(Qt::black));
 }
 
 } // namespace quillfern

@@ -1,0 +1,93 @@
+#include "config/Settings.h"
+
+#include "platform/store/DefaultsStore.h"
+#include "platform/system/Guarded.h"
+
+namespace quillfern {
+
+namespace {
+
+// The names in every stored form. They are not to change.
+const QString keepFolderKey = QStringLiteral("isSetCurrentAsDefaultOutputFolderPath");
+const QString openFolderKey = QStringLiteral("isOpenFolderAfterConversion");
+const QString passwordKey = QStringLiteral("pdfOpenPassword");
+const QString folderKey = QStringLiteral("outputFolderPath");
+const QString numberKey = QStringLiteral("number");
+const QString clearFilesKey = QStringLiteral("isClearProcessedFiles");
+const QString storeKey = QStringLiteral("SETTINGS");
+
+} // namespace
+
+Settings::Settings(DefaultsStore* defaults)
+    : number(std::make_unique<Numbering>(defaults)), defaults_(defaults)
+{
+    if (!defaults_) return;
+    const auto stored = defaults_->value(storeKey);
+    if (stored) setData(stored->as<Record>());
+}
+
+std::optional<Record> Settings::getData()
+{
+    return guarded<std::optional<Record>>("Error in (Settings=>getData) : %@", std::nullopt, [this] {
+        if (!pdfOpenPassword) pdfOpenPassword = QString();
+        if (!outputFolderPath) outputFolderPath = QString();
+        return std::optional(RecordBuilder()
+                                 .add(keepFolderKey, isSetCurrentAsDefaultOutputFolderPath)
+                                 .add(openFolderKey, isOpenFolderAfterConversion)
+                                 .add(passwordKey, pdfOpenPassword)
+                                 .add(folderKey, outputFolderPath)
+                                 .add(numberKey, number ? number->getData() : std::nullopt)
+                                 .add(clearFilesKey, isClearProcessedFiles)
+                                 .take());
+    });
+}
+
+void Settings::setData(const Record* data)
+{
+    guarded("Error in (Settings=>setData:) : %@", [&] {
+        if (!data) return;
+        readOptions(*data);
+        if (number) number->setData(data->record(numberKey));
+        const bool hasFolder = !outputFolderPath.value_or(QString()).isEmpty();
+        if (hasFolder && !isSetCurrentAsDefaultOutputFolderPath) outputFolderPath = QString();
+        if (!hasFolder) isSetCurrentAsDefaultOutputFolderPath = false;
+    });
+}
+
+void Settings::synchronize()
+{
+    guarded("Error in (Settings=>synchronize) : %@", [this] {
+        auto record = getData();
+        if (!defaults_ || !record) return;
+        defaults_->setValue(storeKey, std::move(*record));
+        defaults_->flush();
+    });
+}
+
+void Settings::readOptions(const Record& data)
+{
+    isSetCurrentAsDefaultOutputFolderPath = data.boolean(keepFolderKey);
+    isOpenFolderAfterConversion = data.boolean(openFolderKey);
+    pdfOpenPassword = data.text(passwordKey);
+    outputFolderPath = data.text(folderKey);
+    isClearProcessedFiles = data.boolean(clearFilesKey);
+}
+
+void Settings::encodeWithCoder(Record& coder) const
+{
+    coder.set(keepFolderKey, isSetCurrentAsDefaultOutputFolderPath);
+    coder.set(openFolderKey, isOpenFolderAfterConversion);
+    // A key without a value is not written, and reads back as no value.
+    if (pdfOpenPassword) coder.set(passwordKey, *pdfOpenPassword);
+    if (outputFolderPath) coder.set(folderKey, *outputFolderPath);
+    coder.set(clearFilesKey, isClearProcessedFiles);
+}
+
+std::unique_ptr<Settings> Settings::initWithCoder(const Record& coder)
+{
+    std::unique_ptr<Settings> settings(new Settings(WithoutNumber()));
+    settings->readOptions(coder);
+    return settings;
+}
+
+} // namespace quillfern
