@@ -20,6 +20,19 @@ struct FileIdentity
 /// The identity of the file at `path`; nothing when there is none or it cannot be looked at.
 [[nodiscard]] std::optional<FileIdentity> fileIdentity(const QString& path);
 
+/// A file in the state it was in at some time; a file that has been written to since has another version.
+struct FileVersion
+{
+    FileIdentity identity;
+    std::int64_t modified = 0; ///< nanoseconds
+    std::int64_t size = 0;     ///< bytes
+
+    bool operator==(const FileVersion&) const = default;
+};
+
+/// The present version of the file at `path`; nothing when it cannot be looked at.
+[[nodiscard]] std::optional<FileVersion> fileVersion(const QString& path);
+
 /// True when both paths lead to one existing file.
 [[nodiscard]] bool isSameFile(const QString& first, const QString& second);
 

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QImage>
+#include <QSizeF>
+#include <QString>
+#include <optional>
+
+namespace quillfern {
+
+/// Which page of a file is to be shown, and how large. The picture of a page that is larger than the box is
+/// made small enough to fit; a smaller page keeps its size.
+struct PageImageRequest
+{
+    QString path;
+    int page = 0;       ///< from 0
+    QSizeF box;         ///< points, that is, device-independent pixels
+    double density = 1; ///< device pixels in a device-independent one
+
+    bool operator==(const PageImageRequest&) const = default;
+};
+
+/// A page as its reader sees it.
+struct PageImage
+{
+    QImage image; ///< opaque, its device-pixel ratio such that its device-independent size is about `size`
+    QSizeF size;  ///< of the page, in points
+};
+
+/// Shows pages of documents. A seam: whoever draws previews need not know how pages come about.
+class PageImageSource
+{
+  public:
+    virtual ~PageImageSource() = default;
+    /// Nothing when the file cannot be shown, has no such page, or takes too long. Never throws.
+    [[nodiscard]] virtual std::optional<PageImage> page(const PageImageRequest& request) = 0;
+};
+
+/// How many pixels of the picture a point of the page gets: enough for every device pixel on the screen, and
+/// no more.
+[[nodiscard]] double pixelsPerPoint(const QSizeF& page, const PageImageRequest& request);
+/// The picture's size in pixels, at least 1 by 1.
+[[nodiscard]] QSize pixelSize(const QSizeF& page, const PageImageRequest& request);
+
+/// True when the request's box and density are numbers that a screen can have.
+[[nodiscard]] bool isShowable(const PageImageRequest& request);
+
+} // namespace quillfern
