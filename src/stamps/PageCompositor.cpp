@@ -2,6 +2,7 @@
 
 #include "platform/drawing/RasterCanvas.h"
 #include "platform/system/Guarded.h"
+#include "stamps/AreaOutline.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -36,15 +37,8 @@ void shadeMargins(QPainter& painter, const QSizeF& size, const QRectF& area)
 
     painter.save();
     painter.fillPath(bands, QColor::fromRgbF(0, 0, 0, 0.5F));
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
-    QPen dashes(Qt::black, 1);
-    dashes.setCapStyle(Qt::FlatCap);
-    // The pattern 2 on, 2 off, 2 on goes round with on and off exchanged, as an odd pattern does.
-    dashes.setDashPattern({2, 2, 2, 2, 2, 2});
-    painter.setPen(dashes);
-    painter.drawRect(QRectF(l, t + 1, r - l - 1, b - t - 1));
     painter.restore();
+    drawAreaOutline(painter, area);
 }
 
 } // namespace

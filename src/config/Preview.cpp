@@ -1,0 +1,107 @@
+#include "config/Preview.h"
+
+#include "config/Margins.h"
+#include "platform/drawing/RasterCanvas.h"
+#include "stamps/AreaOutline.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+namespace quillfern {
+
+bool isPreviewStampedPage(const Numbering& number, std::int64_t index)
+{
+    if (index < number.startPage() - 1) return false;
+    if (number.endPage() != 0 && index > number.endPage()) return false;
+    switch (number.pageRange()) {
+    case AllPages:
+        return true;
+    case OddPages:
+        return index % 2 == 1;
+    case EvenPages:
+        return index % 2 == 0;
+    default:
+        return false;
+    }
+}
+
+std::int64_t previewStampedPages(const Numbering& number, std::int64_t before)
+{
+    const std::int64_t first = std::max<std::int64_t>(0, number.startPage() - 1);
+    const std::int64_t end = number.endPage() == 0 ? before : std::min(before, number.endPage() + 1);
+    if (end <= first) return 0;
+    switch (number.pageRange()) {
+    case AllPages:
+        return end - first;
+    case OddPages:
+        return end / 2 - first / 2;
+    case EvenPages:
+        return (end + 1) / 2 - (first + 1) / 2;
+    default:
+        return 0;
+    }
+}
+
+QImage Preview::preview2(std::int64_t totalPages, const View& view)
+{
+    if (!isShowable({{}, 0, view.size, view.density})) return {};
+    number_.reset();
+    const QRectF area = Margins(number_).marginRect(view.size);
+    const QSizeF pixels = view.size * view.density;
+    QImage image(static_cast<int>(std::ceil(pixels.width())), static_cast<int>(std::ceil(pixels.height())),
+                 QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull()) return {};
+    image.setDevicePixelRatio(view.density);
+    image.fill(QColor::fromRgbF(0, 0, 0, 0.5F));
+
+    QPainter painter(&image);
+    painter.fillRect(area, Qt::white);
+    drawAreaOutline(painter, area);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    RasterCanvas canvas(painter, shaper_);
+    std::int32_t index = 0;
+    for (const auto& stamp : number_.stamps) {
+        if (stamp->isSelected()) {
+            canvas.save();
+            stamp->draw(canvas, area, area, stamp->marginAnchor(), number_.numberCounter, totalPages,
+                        index == view.highlightIndex);
+            canvas.restore();
+        }
+        ++index;
+    }
+    return image;
+}
+
+QImage Preview::previewLive(const LivePage& page, const View& view)
+{
+    const auto files = static_cast<std::int64_t>(page.filePagesList.size());
+    const bool isInList =
+        page.filePath && page.fileIndex >= 0 && page.fileIndex < files && page.pageIndex >= 1;
+    std::optional<PageImage> shown;
+    if (isInList)
+        shown = pages_.page({*page.filePath, static_cast<int>(page.pageIndex - 1), view.size, view.density});
+    if (!shown) return preview2(page.totalPages, view);
+
+    number_.reset();
+    const auto pagesOf = [&](std::int64_t file) {
+        return std::int64_t{page.filePagesList[static_cast<std::size_t>(file)]};
+    };
+    const std::int64_t index = page.pageIndex - 1;
+    const bool isStamped = index < pagesOf(page.fileIndex) && isPreviewStampedPage(number_, index);
+    if (!isStamped) return shown->image;
+    std::int64_t before = previewStampedPages(number_, index);
+    if (number_.isContinuousNumbering())
+        for (std::int64_t file = 0; file < page.fileIndex; ++file)
+            before += previewStampedPages(number_, pagesOf(file));
+    number_.numberCounter += before * number_.numberSteps();
+
+    const std::int64_t total = page.totalPages >= 1 ? page.totalPages : pagesOf(page.fileIndex);
+    const PageCompositor compositor(number_.stamps, shaper_);
+    compositor.drawOnImage(shown->image, Margins(number_).marginRect(shown->size), number_.numberCounter,
+                           total, view.highlightIndex, true);
+    return shown->image;
+}
+
+} // namespace quillfern

@@ -1,0 +1,62 @@
+#include "config/PreviewModel.h"
+
+#include "platform/system/Guarded.h"
+
+#include <algorithm>
+
+namespace quillfern {
+
+namespace {
+
+constexpr std::int64_t samplePages = 4;           // with no files in the list
+constexpr double edges = 30;                      // above and below the picture, together
+constexpr double proportion = 0.7061224489795919; // of a page's width to its height
+
+} // namespace
+
+std::optional<QImage> PreviewModel::PropertyChanged(const PreviewState& state)
+{
+    if (state.isJobRunning) return std::nullopt;
+    return guarded<std::optional<QImage>>("Error in [PropertyChanged:] : %@", std::nullopt,
+                                          [&] { return std::optional(draw(state)); });
+}
+
+std::int64_t PreviewModel::pageTotal(const PreviewState& state) const
+{
+    if (state.files.empty()) return samplePages;
+    // Of the first file, whichever is selected.
+    std::int64_t total = state.files.front().pages;
+    if (number_.isContinuousNumbering()) {
+        total = 0;
+        for (const PreviewState::File& file : state.files)
+            total += file.pages;
+    }
+    return number_.endPage() != 0 ? std::min(total, number_.endPage()) : total;
+}
+
+QImage PreviewModel::draw(const PreviewState& state)
+{
+    const std::int32_t highlight = number_.isHighlightStamp() ? state.selectedStamp : -1;
+    const Preview::View view{state.size, state.density, highlight};
+    const std::int64_t total = pageTotal(state);
+    const bool isSelected =
+        state.selectedFile >= 0 && static_cast<std::size_t>(state.selectedFile) < state.files.size();
+    if (!number_.isLivePreview() || !isSelected) return preview_.preview2(total, view);
+
+    Preview::LivePage page;
+    page.filePath = state.files[static_cast<std::size_t>(state.selectedFile)].path;
+    page.fileIndex = state.selectedFile;
+    for (const PreviewState::File& file : state.files)
+        page.filePagesList.push_back(file.pages);
+    page.totalPages = number_.isContinuousNumbering() ? total : 0;
+    return preview_.previewLive(page, view);
+}
+
+QRectF previewFrame(const QSizeF& box)
+{
+    const double height = box.height() - edges;
+    const double width = height * proportion;
+    return {(box.width() - width) * 0.5, (box.height() - height) * 0.5, width, height};
+}
+
+} // namespace quillfern

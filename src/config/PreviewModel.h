@@ -1,0 +1,48 @@
+#pragma once
+
+#include "config/Preview.h"
+
+#include <QRectF>
+
+namespace quillfern {
+
+/// What of the window decides about the picture in it.
+struct PreviewState
+{
+    struct File
+    {
+        QString path;
+        std::int32_t pages = 0;
+    };
+
+    bool isJobRunning = false;
+    std::vector<File> files; ///< the whole list, in order
+    int selectedFile = -1;   ///< the first selected row; -1 for none
+    int selectedStamp = -1;
+    QSizeF size;        ///< of the picture's place, device-independent pixels
+    double density = 1; ///< device pixels in one of them
+};
+
+/// Decides what the preview shows and has it drawn.
+class PreviewModel
+{
+  public:
+    /// Both are borrowed and must outlive the model.
+    PreviewModel(Numbering& number, Preview& preview) : number_(number), preview_(preview) {}
+
+    /// The picture for this state of the window. Nothing while a job runs or after a failure: what is shown
+    /// then stays.
+    [[nodiscard]] std::optional<QImage> PropertyChanged(const PreviewState& state);
+
+  private:
+    [[nodiscard]] std::int64_t pageTotal(const PreviewState& state) const;
+    QImage draw(const PreviewState& state);
+
+    Numbering& number_;
+    Preview& preview_;
+};
+
+/// Where the picture stands in its box of this size: centred, with a page's proportions.
+[[nodiscard]] QRectF previewFrame(const QSizeF& box);
+
+} // namespace quillfern

@@ -1,0 +1,22 @@
+#include "stamps/AreaOutline.h"
+
+#include <QPen>
+
+namespace quillfern {
+
+void drawAreaOutline(QPainter& painter, const QRectF& area)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    QPen dashes(Qt::black, 1);
+    dashes.setCapStyle(Qt::FlatCap);
+    // The pattern 2 on, 2 off, 2 on goes round with on and off exchanged, as an odd pattern does.
+    dashes.setDashPattern({2, 2, 2, 2, 2, 2});
+    painter.setPen(dashes);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(area.left(), area.top() + 1, area.width() - 1, area.height() - 1));
+    painter.restore();
+}
+
+} // namespace quillfern
