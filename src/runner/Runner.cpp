@@ -2,10 +2,12 @@
 
 #include "batch/JobPlan.h"
 #include "filelist/FileListExport.h"
+#include "platform/system/Failure.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/NativePath.h"
 #include "platform/system/TimeTaken.h"
 #include "runner/InputGathering.h"
+#include "runner/SideOutputs.h"
 #include "runner/Worker.h"
 
 #include <QDir>
@@ -63,6 +65,12 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
             writeExport(options.exportFile, files);
             return AllCreated;
         }
+        if (!options.saveProfile.isEmpty()) saveProfile(*settings.number, options.saveProfile);
+        if (!options.preview.isEmpty()) {
+            if (options.namesFiles()) gather(options, files, stopRequested);
+            preview(settings, options, files);
+        }
+        if (!options.asksForJob()) return AllCreated;
         settings.outputFolderPath = QDir::cleanPath(absolutePath(*settings.outputFolderPath));
         if (const auto problem = outputFolderProblem(settings.outputFolderPath)) {
             QString text = *problem;
@@ -81,7 +89,19 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
         err_ << "quillfern-run: " << wrongUse.reason() << "\nTry quillfern-run --help.\n";
         err_.flush();
         return CommandNotFollowed;
+    } catch (const Failure& failure) {
+        err_ << "quillfern-run: " << failure.reason() << '\n';
+        err_.flush();
+        return SomeNotCreated;
     }
+}
+
+void Runner::preview(Settings& settings, const RunnerOptions& options, const FileList& files)
+{
+    if (drawPreview(*settings.number, files, options.previewSize, options.preview)) return;
+    err_ << readableName(localPath(files.at(0).filePath()))
+         << " cannot be shown; the preview is of a blank page\n";
+    err_.flush();
 }
 
 void Runner::runJob(Process& process, std::int64_t totalPages, const std::function<bool()>& stopRequested)

@@ -30,6 +30,7 @@ class Runner final : public ProcessObserver
   private:
     void gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested);
     void writeExport(const QString& path, const FileList& files);
+    void preview(Settings& settings, const RunnerOptions& options, const FileList& files);
     void runJob(Process& process, std::int64_t totalPages, const std::function<bool()>& stopRequested);
     void showProgressLine(const Process& process);
     void clearProgressLine();

@@ -1,6 +1,8 @@
 #include "runner/RunnerOptions.h"
 
 #include "config/Margins.h"
+#include "platform/store/PropertyList.h"
+#include "platform/system/Failure.h"
 #include "stamps/TextStamp.h"
 
 #include <QCommandLineParser>
@@ -104,6 +106,7 @@ void readMargins(Numbering& number, const QString& text)
         common = QStringLiteral("pt");
     }
     number.marginUnit = word(QStringLiteral("margins"), common, units);
+    number.isMarginInPercentage = false;
     number.setMarginLeft(values[0]);
     number.setMarginTop(values[1]);
     number.setMarginRight(values[2]);
@@ -138,15 +141,25 @@ constexpr std::array stampOptions = {
 };
 
 constexpr std::array jobOptions = {
-    Option{"output", "DIR", "Folder for the stamped copies. Required."},
+    Option{"output", "DIR", "Folder for the stamped copies. Required for a job."},
+    Option{"profile", "FILE",
+           "Begin with the stamps, pages, numbers and margins of a saved profile. Options after "
+           "it override it; stamps after it are added to its own."},
+    Option{"save-profile", "FILE", "Save all that as a profile. Without files to stamp, that is all."},
+    Option{"preview", "PAGE.png",
+           "Draw the first page of the first file with its stamps, or a blank page when no "
+           "file is named, and stamp nothing."},
+    Option{"preview-size", "WxH", "The most pixels of the preview (600x850)."},
     Option{"start-page", "N", "First page to stamp (1)."},
     Option{"end-page", "N", "Last page to stamp; 0 is the last one (0)."},
     Option{"start-number", "N", "Number of the first stamped page (1)."},
     Option{"step", "N", "From one stamped page's number to the next (1)."},
     Option{"pages", "WHICH", "all (the default), odd or even. PDF pages of the other kind come out blank."},
     Option{"continuous", nullptr, "Number through all files instead of beginning anew with each."},
+    Option{"no-continuous", nullptr, "Begin anew with each file, whatever the profile says."},
     Option{"margins", "L,T,R,B", "Margins with the unit pt, mm or in: 36,36,36,36 or 10,10,10,15mm."},
     Option{"backup", nullptr, "Keep NAME.bak of a file that is processed in place."},
+    Option{"no-backup", nullptr, "Keep none, whatever the profile says."},
     Option{"subfolders", nullptr, "Take files from the subfolders of folders, too."},
     Option{"list", "FILE",
            "Also take the files named in a text file, one path a line. They come after those named on the "
@@ -166,16 +179,69 @@ class Reader
 
     void apply(const QString& name, const QString& value, RunnerOptions& options)
     {
-        if (applyToStamp(name, value) || applyToJob(name, value)) return;
-        if (name == QLatin1String("subfolders")) options.subfolders = true;
-        if (name == QLatin1String("list")) options.lists.append(value);
-        if (name == QLatin1String("export")) options.exportFile = value;
-        if (name == QLatin1String("quiet")) options.quiet = true;
-        if (name == QLatin1String("help")) options.showHelp = true;
-        if (name == QLatin1String("version")) options.showVersion = true;
+        if (applyToRun(name, value, options)) return;
+        if (name == QLatin1String("profile")) return loadProfile(value);
+        isChanged_ = true;
+        if (!applyToStamp(name, value)) applyToJob(name, value);
     }
 
   private:
+    /// Options that say what to do, not with which configuration.
+    bool applyToRun(const QString& name, const QString& value, RunnerOptions& options)
+    {
+        if (name == QLatin1String("output"))
+            settings_.outputFolderPath = value;
+        else if (name == QLatin1String("save-profile"))
+            options.saveProfile = fileName(name, value);
+        else if (name == QLatin1String("preview"))
+            options.preview = fileName(name, value);
+        else if (name == QLatin1String("preview-size"))
+            options.previewSize = pixelSize(name, value);
+        else if (name == QLatin1String("subfolders"))
+            options.subfolders = true;
+        else if (name == QLatin1String("list"))
+            options.lists.append(value);
+        else if (name == QLatin1String("export"))
+            options.exportFile = value;
+        else if (name == QLatin1String("quiet"))
+            options.quiet = true;
+        else if (name == QLatin1String("help"))
+            options.showHelp = true;
+        else if (name == QLatin1String("version"))
+            options.showVersion = true;
+        else
+            return false;
+        return true;
+    }
+
+    static QString fileName(const QString& option, const QString& value)
+    {
+        if (value.isEmpty()) wrong(option, value, QStringLiteral("the name of a file"));
+        return value;
+    }
+
+    static QSize pixelSize(const QString& option, const QString& value)
+    {
+        const QStringList sides = value.split(u'x');
+        if (sides.size() != 2) wrong(option, value, QStringLiteral("a width and a height as WxH"));
+        return {static_cast<int>(wholeNumber(option, sides[0], 1, 10000)),
+                static_cast<int>(wholeNumber(option, sides[1], 1, 10000))};
+    }
+
+    void loadProfile(const QString& path)
+    {
+        if (isChanged_)
+            throw WrongUse(
+                QStringLiteral("--profile replaces the stamps and options given before it; name it first"));
+        try {
+            const Record record = readPropertyListFile(path);
+            number_.setData(&record);
+        } catch (const Failure& failure) {
+            throw WrongUse(
+                QStringLiteral("the profile \"%1\" cannot be used: %2").arg(path, failure.reason()));
+        }
+    }
+
     TextStamp& stamp(const QString& option)
     {
         if (!stamp_)
@@ -234,9 +300,7 @@ class Reader
 
     bool applyToJob(const QString& name, const QString& value)
     {
-        if (name == QLatin1String("output"))
-            settings_.outputFolderPath = value;
-        else if (name == QLatin1String("start-page"))
+        if (name == QLatin1String("start-page"))
             number_.setStartPage(wholeNumber(name, value, 1, largest32));
         else if (name == QLatin1String("end-page"))
             number_.setEndPage(wholeNumber(name, value, 0, largest32));
@@ -248,10 +312,14 @@ class Reader
             number_.setPageRange(word(name, value, pageRanges));
         else if (name == QLatin1String("continuous"))
             number_.setIsContinuousNumbering(true);
+        else if (name == QLatin1String("no-continuous"))
+            number_.setIsContinuousNumbering(false);
         else if (name == QLatin1String("margins"))
             readMargins(number_, value);
         else if (name == QLatin1String("backup"))
             number_.isBackupFile = true;
+        else if (name == QLatin1String("no-backup"))
+            number_.isBackupFile = false;
         else
             return false;
         return true;
@@ -260,6 +328,7 @@ class Reader
     Settings& settings_;
     Numbering& number_;
     std::shared_ptr<TextStamp> stamp_; ///< the one last begun
+    bool isChanged_ = false;           ///< by anything but a profile
 };
 
 template <class Options>
@@ -299,7 +368,9 @@ QString describe(const Options& options)
 QString runnerHelp()
 {
     return QStringLiteral(
-               "quillfern-run [options] --output DIR FILE|FOLDER...\n\n"
+               "quillfern-run [options] --output DIR FILE|FOLDER...\n"
+               "quillfern-run [options] --preview PAGE.png [FILE]\n"
+               "quillfern-run [options] --save-profile FILE\n\n"
                "Stamps page numbers and text onto every page of PDF files and writes a stamped copy of\n"
                "each into a folder. Needs no display.\n\nStamps:\n") +
            describe(stampOptions) + QStringLiteral("\nPages, numbers and files:\n") + describe(jobOptions) +
@@ -329,11 +400,13 @@ RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& setting
     if (options.showHelp || options.showVersion) return options;
     const bool hasOutput = !settings.outputFolderPath.value_or(QString()).isEmpty();
     const bool hasStamps = !settings.number->stamps.empty();
-    options.onlyExport = !options.exportFile.isEmpty() && !hasOutput && !hasStamps;
-    if (options.inputs.isEmpty() && options.lists.isEmpty())
+    options.onlyExport = !options.exportFile.isEmpty() && !hasOutput && !hasStamps &&
+                         options.preview.isEmpty() && options.saveProfile.isEmpty();
+    if (options.asksForJob() && !options.namesFiles())
         throw WrongUse(QStringLiteral("no files or folders to stamp"));
     if (options.onlyExport) return options;
-    if (!hasOutput) throw WrongUse(QStringLiteral("no output folder; name one with --output"));
+    if (options.asksForJob() && !hasOutput)
+        throw WrongUse(QStringLiteral("no output folder; name one with --output"));
     if (!hasStamps) throw WrongUse(QStringLiteral("no stamp; begin one with --text"));
     return options;
 }

@@ -2,6 +2,7 @@
 
 #include "config/Settings.h"
 
+#include <QSize>
 #include <QStringList>
 
 namespace quillfern {
@@ -13,10 +14,21 @@ struct RunnerOptions
     QStringList lists;       ///< text files of paths; what they name comes after the inputs
     QString exportFile;      ///< where the list of files is written; empty for nowhere
     bool onlyExport = false; ///< there is nothing to stamp with and nowhere to put it, and no need to
+    QString saveProfile;     ///< file to write the configuration to; empty for none
+    QString preview;         ///< file to draw a preview into; empty for none
+    QSize previewSize = QSize(600, 850); ///< pixels
     bool subfolders = false;
     bool quiet = false;
     bool showHelp = false;
     bool showVersion = false;
+
+    [[nodiscard]] bool namesFiles() const { return !inputs.isEmpty() || !lists.isEmpty(); }
+    /// False for a command line that only saves a profile, draws a preview or exports the list.
+    [[nodiscard]] bool asksForJob() const
+    {
+        const bool onlySaves = !saveProfile.isEmpty() && !namesFiles();
+        return preview.isEmpty() && !onlySaves && !onlyExport;
+    }
 };
 
 /// A command line that cannot be followed; the reason is one sentence for the person who typed it.
@@ -33,7 +45,8 @@ class WrongUse : public std::exception
 };
 
 /// Reads a command line (program name first) into the settings of a job. Options that describe a stamp apply
-/// to the stamp last begun. Throws WrongUse; the settings may have been changed by then.
+/// to the stamp last begun; a profile replaces the whole configuration and has to stand before what changes
+/// it. Throws WrongUse; the settings may have been changed by then.
 [[nodiscard]] RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& settings);
 
 /// The text of --help.

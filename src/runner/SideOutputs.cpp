@@ -1,0 +1,68 @@
+#include "runner/SideOutputs.h"
+
+#include "config/PreviewModel.h"
+#include "platform/drawing/TextShaper.h"
+#include "platform/preview/RenderProcess.h"
+#include "platform/store/AtomicFile.h"
+#include "platform/store/PropertyList.h"
+#include "platform/system/Failure.h"
+#include "platform/system/NativePath.h"
+
+#include <QBuffer>
+
+namespace quillfern {
+
+namespace {
+
+/// Remembers whether the page that was asked for could be shown.
+class WitnessedPages final : public PageImageSource
+{
+  public:
+    explicit WitnessedPages(PageImageSource& source) : source_(source) {}
+
+    std::optional<PageImage> page(const PageImageRequest& request) override
+    {
+        auto shown = source_.page(request);
+        isShown = shown.has_value();
+        return shown;
+    }
+
+    bool isShown = true;
+
+  private:
+    PageImageSource& source_;
+};
+
+} // namespace
+
+void saveProfile(const Numbering& number, const QString& path)
+{
+    const auto record = number.getData();
+    if (!record) throw Failure(QStringLiteral("the configuration cannot be saved"));
+    AtomicFile::writeWhole(path, writePropertyList(*record));
+}
+
+bool drawPreview(Numbering& number, const FileList& files, const QSize& size, const QString& path)
+{
+    number.setIsLivePreview(true);
+    PreviewState state;
+    for (const FileItem* file : files.items())
+        state.files.push_back({localPath(file->filePath()), file->pages()});
+    state.selectedFile = files.empty() ? -1 : 0;
+    state.size = size;
+
+    RenderProcess renderer(RenderProcess::installedProgram());
+    WitnessedPages pages(renderer);
+    TextShaper shaper;
+    Preview preview(number, shaper, pages);
+    const auto image = PreviewModel(number, preview).PropertyChanged(state);
+    if (!image || image->isNull()) throw Failure(QStringLiteral("the preview cannot be drawn"));
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (!buffer.open(QIODevice::WriteOnly) || !image->save(&buffer, "PNG"))
+        throw Failure(QStringLiteral("the preview cannot be written as PNG"));
+    AtomicFile::writeWhole(path, png);
+    return pages.isShown;
+}
+
+} // namespace quillfern
