@@ -195,6 +195,11 @@ class BinaryCheck
         std::size_t next = 0;
     };
 
+    static constexpr unsigned asciiText = 5;
+    static constexpr unsigned utf16Text = 6;
+    static constexpr unsigned array = 0xA;
+    static constexpr unsigned dictionary = 0xD;
+
     quint64 number(qsizetype at, int size) const
     {
         if (at < 0 || at + size > bytes_.size()) refuse(QStringLiteral("it is cut short"));
@@ -204,30 +209,53 @@ class BinaryCheck
         return value;
     }
 
-    /// What an object of the table refers to; none for a scalar.
-    std::vector<quint64> childrenOf(quint64 object) const
+    struct Object
     {
-        const quint64 offset = number(
-            static_cast<qsizetype>(table_) + static_cast<qsizetype>(object) * offsetSize_, offsetSize_);
+        unsigned kind = 0;
+        quint64 count = 0; ///< of characters, bytes or references, where the kind has them
+        qsizetype body = 0;
+    };
+
+    Object objectAt(quint64 index) const
+    {
+        const quint64 offset =
+            number(static_cast<qsizetype>(table_) + static_cast<qsizetype>(index) * offsetSize_, offsetSize_);
         if (offset >= table_) refuse(QStringLiteral("its table of contents is damaged"));
         auto at = static_cast<qsizetype>(offset);
         const auto marker = static_cast<unsigned>(number(at++, 1));
-        const unsigned kind = marker >> 4U;
-        if (kind != 0xA && kind != 0xD) return {};
-        quint64 count = marker & 0xFU;
-        if (count == 0xF) {
+        Object object{marker >> 4U, marker & 0xFU, at};
+        if (object.count == 0xF && object.kind >= 4) {
             const auto sizeMarker = static_cast<unsigned>(number(at++, 1));
             if (sizeMarker >> 4U != 1 || (sizeMarker & 0xFU) > 3) refuse(QStringLiteral("a damaged length"));
             const int size = 1 << (sizeMarker & 0xFU);
-            count = number(at, size);
-            at += size;
+            object.count = number(at, size);
+            object.body = at + size;
         }
-        if (count > mostValues) refuse(QStringLiteral("it has too many values"));
-        if (kind == 0xD) count *= 2;
+        return object;
+    }
+
+    /// The library takes texts for texts that end at their first zero.
+    void checkText(const Object& text) const
+    {
+        const int width = text.kind == utf16Text ? 2 : 1;
+        if (text.count > static_cast<quint64>(bytes_.size())) refuse(QStringLiteral("it is cut short"));
+        for (quint64 i = 0; i < text.count; ++i)
+            if (number(text.body + static_cast<qsizetype>(i) * width, width) == 0)
+                refuse(QStringLiteral("a text with a zero in it"));
+    }
+
+    /// What an object of the table refers to; none for a scalar.
+    std::vector<quint64> childrenOf(quint64 index) const
+    {
+        Object object = objectAt(index);
+        if (object.kind == asciiText || object.kind == utf16Text) checkText(object);
+        if (object.kind != array && object.kind != dictionary) return {};
+        if (object.count > mostValues) refuse(QStringLiteral("it has too many values"));
+        if (object.kind == dictionary) object.count *= 2;
         std::vector<quint64> children;
-        for (quint64 i = 0; i < count; ++i) {
-            children.push_back(number(at, referenceSize_));
-            at += referenceSize_;
+        for (quint64 i = 0; i < object.count; ++i) {
+            children.push_back(number(object.body, referenceSize_));
+            object.body += referenceSize_;
             if (children.back() >= objects_) refuse(QStringLiteral("it refers to what it does not hold"));
         }
         return children;

@@ -1,0 +1,110 @@
+#include "platform/store/ArchivedColor.h"
+
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+QByteArray archived(const char* base64)
+{
+    return QByteArray::fromBase64(base64);
+}
+
+/// The bytes before the colour space, in little-endian order.
+QByteArray opening()
+{
+    return QByteArray(
+        "\x04\x0Bstreamtyped\x81\xE8\x03\x84\x01@\x84\x84\x84\x07NSColor\0\x84\x84\x08NSObject\0\x85"
+        "\x84\x01"
+        "c",
+        47);
+}
+
+TEST(ArchivedColor, GivesTheComponents)
+{
+    struct Case
+    {
+        const char* name;
+        QByteArray bytes;
+        double red, green, blue, alpha;
+    };
+    const std::vector<Case> cases = {
+        {"calibrated 1",
+         archived("BAtzdHJlYW10eXBlZIHoA4QBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmg6i7UT+"
+                  "DUATePYMl2hA+AYY="),
+         0.8193, 0.1084, 0.1415, 1},
+        {"calibrated 2",
+         archived("BAtzdHJlYW10eXBlZIHoA4QBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmg7JNIT2DkvUjPoO+"
+                  "F0s+AYY="),
+         0.0394, 0.1601, 0.1983, 1},
+        {"calibrated 3",
+         archived("BAtzdHJlYW10eXBlZIHoA4QBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmg9lI5j6DIYkKP4PVjK"
+                  "U8AYY="),
+         0.4498, 0.5412, 0.0202, 1},
+        {"calibrated 4",
+         archived("BAtzdHJlYW10eXBlZIHoA4QBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmg/"
+                  "j3dz+DlZSUPoP5+Hg+AYY="),
+         0.9686, 0.2902, 0.2431, 1},
+        {"big-endian",
+         archived("BAt0eXBlZHN0cmVhbYED6IQBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmAAEAAYY="), 0, 1,
+         0, 1},
+        {"big-endian white",
+         archived("BAt0eXBlZHN0cmVhbYED6IQBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMDhAJmZgEBhg=="), 1, 1, 1,
+         1},
+        // 0.5 and 0.25 as little-endian floats
+        {"device white, half there",
+         opening() + QByteArray("\x04\x84\x02"
+                                "ff\x83\0\0\0\x3F\x83\0\0\x80\x3E\x86",
+                                16),
+         0.5, 0.5, 0.5, 0.25},
+        {"device CMYK",
+         opening() + QByteArray("\x05\x84\x05"
+                                "fffff\0\x01\x01\0\x01\x86",
+                                14),
+         1, 0, 0, 1},
+        {"beyond the range",
+         opening() + QByteArray("\x02\x84\x04"
+                                "ffff\x02\xFF\0\x01\x86",
+                                12),
+         1, 0, 0, 1},
+        {"named, then concrete",
+         opening() + QByteArray("\x06\x84\x01@\x84\x84\x84\x08NSString\x01\x94\x84\x01+\x06System\x86"
+                                "\x92\x84\x99\x99\x04text\x86\x92\x84\x93\x98\x03\x84\x02"
+                                "ff\0\x01\x86\x86",
+                                61),
+         0, 0, 0, 1},
+    };
+    for (const Case& c : cases) {
+        const auto color = readArchivedColor(c.bytes);
+        ASSERT_TRUE(color) << c.name;
+        EXPECT_NEAR(color->redF(), c.red, 0.0001) << c.name;
+        EXPECT_NEAR(color->greenF(), c.green, 0.0001) << c.name;
+        EXPECT_NEAR(color->blueF(), c.blue, 0.0001) << c.name;
+        EXPECT_NEAR(color->alphaF(), c.alpha, 0.0001) << c.name;
+    }
+}
+
+TEST(ArchivedColor, OtherBytesGiveNone)
+{
+    const QByteArray good = archived(
+        "BAtzdHJlYW10eXBlZIHoA4QBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmg6i7UT+DUATePYMl2hA+AYY=");
+    // The last byte only ends the object; every shorter piece lacks a component.
+    for (qsizetype length = 0; length < good.size() - 1; ++length)
+        EXPECT_FALSE(readArchivedColor(good.left(length))) << "cut at " << length;
+    QByteArray otherVersion = good;
+    otherVersion[14] = '\x01';
+    QByteArray otherClass = good;
+    otherClass.replace("NSColor", "NSImage");
+    for (const QByteArray& bytes :
+         {otherVersion, otherClass, QByteArray("#FF000000"), QByteArray("bplist00"), QByteArray(100, '\x84'),
+          opening() + QByteArray("\x01\x84\x02"
+                                 "ff\0\x01\x86",
+                                 8), // a space and a count that do not belong together
+          opening() + QByteArray("\x01\x84\x04"
+                                 "ffff\x83\0\0\xC0\x7F\0\0\x01",
+                                 15)}) // not a number
+        EXPECT_FALSE(readArchivedColor(bytes)) << bytes.toHex().constData();
+}
+
+} // namespace
+} // namespace quillfern
