@@ -6,7 +6,6 @@
 
 #include <QPainter>
 #include <algorithm>
-#include <cmath>
 
 namespace quillfern {
 
@@ -48,9 +47,7 @@ QImage Preview::preview2(std::int64_t totalPages, const View& view)
     if (!isShowable({{}, 0, view.size, view.density})) return {};
     number_.reset();
     const QRectF area = Margins(number_).marginRect(view.size);
-    const QSizeF pixels = view.size * view.density;
-    QImage image(static_cast<int>(std::ceil(pixels.width())), static_cast<int>(std::ceil(pixels.height())),
-                 QImage::Format_ARGB32_Premultiplied);
+    QImage image(wholePixels(view.size * view.density), QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) return {};
     image.setDevicePixelRatio(view.density);
     image.fill(QColor::fromRgbF(0, 0, 0, 0.5F));

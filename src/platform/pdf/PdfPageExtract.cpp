@@ -46,11 +46,12 @@ QPDFObjectHandle pageByCounts(QPDFObjectHandle node, int index)
 
 QPDFObjectHandle pageAt(QPDF& document, int index)
 {
+    if (index < 0) throw Failure(QStringLiteral("the document has no such page"));
     QPDFObjectHandle page = pageByCounts(document.getRoot().getKey("/Pages"), index);
     if (page.isDictionary()) return page;
     // The long way mends a broken tree.
     const auto& pages = document.getAllPages();
-    if (index < 0 || static_cast<std::size_t>(index) >= pages.size())
+    if (static_cast<std::size_t>(index) >= pages.size())
         throw Failure(QStringLiteral("the document has no such page"));
     return pages[static_cast<std::size_t>(index)];
 }

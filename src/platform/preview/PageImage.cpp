@@ -17,13 +17,20 @@ double pixelsPerPoint(const QSizeF& page, const PageImageRequest& request)
     return std::min(fit, 1.0) * request.density;
 }
 
+QSize wholePixels(const QSizeF& size)
+{
+    // Down, so that nothing is a fraction of a pixel too large for its place and scaled for that.
+    const auto pixels = [](double length) {
+        return static_cast<int>(std::clamp(std::floor(length + 1e-6), 1.0, largestSide));
+    };
+    return {pixels(size.width()), pixels(size.height())};
+}
+
 QSize pixelSize(const QSizeF& page, const PageImageRequest& request)
 {
     const QSizeF size = page * pixelsPerPoint(page, request);
-    const auto pixels = [](double length) {
-        return static_cast<int>(std::clamp(std::round(length), 1.0, largestSide));
-    };
-    return {pixels(size.width()), pixels(size.height())};
+    const QSizeF rounded(std::round(size.width()), std::round(size.height()));
+    return wholePixels(rounded).boundedTo(wholePixels(request.box * request.density));
 }
 
 bool isShowable(const PageImageRequest& request)

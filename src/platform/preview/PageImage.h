@@ -41,6 +41,9 @@ class PageImageSource
 /// The picture's size in pixels, at least 1 by 1.
 [[nodiscard]] QSize pixelSize(const QSizeF& page, const PageImageRequest& request);
 
+/// The most whole pixels in a size, at least 1 by 1.
+[[nodiscard]] QSize wholePixels(const QSizeF& size);
+
 /// True when the request's box and density are numbers that a screen can have.
 [[nodiscard]] bool isShowable(const PageImageRequest& request);
 

@@ -1,0 +1,332 @@
+#include "config/PreviewModel.h"
+
+#include "platform/drawing/TextShaper.h"
+#include "stamps/StampBase.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+/// Tells with what it was drawn, and paints its place red.
+class SpyStamp final : public StampBase
+{
+  public:
+    struct Call
+    {
+        std::int64_t page, total;
+        bool isHighlighted;
+        QRectF area;
+        std::int32_t anchor;
+    };
+
+    void removehandlers() override {}
+    void setData(const Record*) override {}
+    std::optional<Record> getData() const override { return Record(); }
+    void edit(StampEditorFactory&) override {}
+    QString description() const override { return {}; }
+    void draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t anchor,
+              std::int64_t page, std::int64_t total, bool isHighlighted) override
+    {
+        EXPECT_EQ(rect, offsetRect);
+        calls.push_back({page, total, isHighlighted, rect, anchor});
+        canvas.fillRect(QRectF(rect.center(), QSizeF(4, 4)), Qt::red);
+    }
+
+    std::vector<Call> calls;
+};
+
+/// Pages of 300 by 400 points, light blue; files that say "bad" cannot be shown.
+class PlainPages final : public PageImageSource
+{
+  public:
+    std::optional<PageImage> page(const PageImageRequest& request) override
+    {
+        requests.push_back(request);
+        if (request.path == QLatin1String("bad")) return std::nullopt;
+        const QSizeF size(300, 400);
+        QImage image(pixelSize(size, request), QImage::Format_RGB32);
+        image.setDevicePixelRatio(pixelsPerPoint(size, request));
+        image.fill(paper);
+        return PageImage{image, size};
+    }
+
+    static constexpr QRgb paper = 0xFFCCDDFF;
+    std::vector<PageImageRequest> requests;
+};
+
+class PreviewTest : public testing::Test
+{
+  protected:
+    PreviewTest()
+    {
+        number.stamps.push_back(spy);
+        state.size = {60, 85};
+    }
+
+    void setFiles(const std::vector<std::int32_t>& pageCounts)
+    {
+        state.files.clear();
+        for (const std::int32_t count : pageCounts)
+            state.files.push_back({QStringLiteral("file%1").arg(state.files.size()), count});
+    }
+
+    /// The one call of the spy for the picture of the present state.
+    SpyStamp::Call drawn()
+    {
+        spy->calls.clear();
+        picture = model.PropertyChanged(state).value_or(QImage());
+        EXPECT_EQ(spy->calls.size(), 1U);
+        return spy->calls.empty() ? SpyStamp::Call{} : spy->calls.front();
+    }
+
+    TextShaper shaper;
+    PlainPages pages;
+    Numbering number;
+    std::shared_ptr<SpyStamp> spy = std::make_shared<SpyStamp>();
+    Preview preview{number, shaper, pages};
+    PreviewModel model{number, preview};
+    PreviewState state;
+    QImage picture;
+};
+
+TEST_F(PreviewTest, SamplePageShowsTheAreaInsideTheMargins)
+{
+    number.setMarginLeft(10);
+    number.setMarginTop(20);
+    number.setMarginRight(5);
+    number.setMarginBottom(15);
+    for (const double density : {1.0, 1.25, 2.0, 3.0}) {
+        state.density = density;
+        const auto call = drawn();
+        EXPECT_EQ(call.area, QRectF(10, 20, 45, 50));
+        EXPECT_EQ(picture.size(), QSize(static_cast<int>(60 * density), static_cast<int>(85 * density)));
+        EXPECT_EQ(picture.devicePixelRatio(), density);
+        const auto at = [&](double x, double y) {
+            return picture.pixelColor(static_cast<int>(x * density), static_cast<int>(y * density));
+        };
+        for (const QPointF& outside : {QPointF(4, 40), QPointF(30, 10), QPointF(57, 40), QPointF(30, 78)}) {
+            EXPECT_NEAR(at(outside.x(), outside.y()).alphaF(), 0.5, 0.01);
+            EXPECT_EQ(at(outside.x(), outside.y()).red(), 0);
+        }
+        EXPECT_EQ(at(20, 30), QColor(Qt::white));
+        EXPECT_EQ(at(34.5, 47), QColor(Qt::red)) << density;
+        int black = 0;
+        for (int x = static_cast<int>(10 * density); x < static_cast<int>(55 * density); ++x)
+            black += picture.pixelColor(x, static_cast<int>(21.5 * density)) == QColor(Qt::black) ||
+                     picture.pixelColor(x, static_cast<int>(20.5 * density)) == QColor(Qt::black);
+        EXPECT_GT(black, 15 * density) << "no outline";
+        EXPECT_LT(black, 40 * density) << "not dashed";
+    }
+}
+
+TEST_F(PreviewTest, MarginsInPercentAreOfThePicture)
+{
+    number.isMarginInPercentage = true;
+    number.setMarginLeft(50);
+    number.setMarginBottom(10);
+    EXPECT_EQ(drawn().area, QRectF(30, 0, 30, 76.5));
+}
+
+TEST_F(PreviewTest, PageTotalsFollowTheRule)
+{
+    struct Case
+    {
+        std::vector<std::int32_t> files;
+        bool continuous;
+        std::int64_t endPage;
+        std::int64_t total;
+    };
+    const std::vector<Case> cases = {
+        {{}, false, 0, 4},   {{}, true, 2, 4},      {{10, 3}, false, 0, 10}, {{10, 3}, true, 0, 13},
+        {{10}, false, 2, 2}, {{10}, false, 20, 10}, {{10, 3}, true, 12, 12}, {{0, 3}, false, 0, 0},
+    };
+    for (const Case& c : cases) {
+        setFiles(c.files);
+        state.selectedFile = static_cast<int>(c.files.size()) - 1; // the first file counts all the same
+        number.setIsContinuousNumbering(c.continuous);
+        number.setEndPage(c.endPage);
+        EXPECT_EQ(drawn().total, c.total);
+        EXPECT_TRUE(pages.requests.empty()) << "live preview is off";
+    }
+}
+
+TEST_F(PreviewTest, LivePagesAreNumberedAsTheJobWould)
+{
+    struct Case
+    {
+        const char* what;
+        std::vector<std::int32_t> files;
+        int selected;
+        bool continuous;
+        std::int64_t startPage, endPage, startNumber, steps;
+        std::int32_t range;
+        std::int64_t page, total;
+    };
+    const std::vector<Case> cases = {
+        {"second, continuous", {3, 5}, 1, true, 1, 0, 1, 1, AllPages, 4, 8},
+        {"second, each anew", {3, 5}, 1, false, 1, 0, 1, 1, AllPages, 1, 5},
+        {"own start and step", {3, 5}, 1, true, 1, 0, 10, 5, AllPages, 25, 8},
+        {"even counts the first", {3, 5}, 1, true, 1, 0, 1, 1, EvenPages, 3, 8},
+        {"one page beyond the end page counts", {9, 5}, 1, true, 1, 2, 1, 1, AllPages, 4, 2},
+        {"first of one", {7}, 0, false, 1, 0, 3, 1, AllPages, 3, 7},
+        {"empty files between", {0, 0, 2}, 2, true, 1, 0, 1, 1, AllPages, 1, 2},
+    };
+    number.setIsLivePreview(true);
+    for (const Case& c : cases) {
+        setFiles(c.files);
+        state.selectedFile = c.selected;
+        number.setIsContinuousNumbering(c.continuous);
+        number.setStartPage(c.startPage);
+        number.setEndPage(c.endPage);
+        number.setStartNumber(c.startNumber);
+        number.setNumberSteps(c.steps);
+        number.setPageRange(c.range);
+        const auto call = drawn();
+        EXPECT_EQ(call.page, c.page) << c.what;
+        EXPECT_EQ(call.total, c.total) << c.what;
+        EXPECT_EQ(call.area.size(), QSizeF(300, 400)) << c.what;
+        EXPECT_EQ(pages.requests.back().path, state.files[static_cast<std::size_t>(c.selected)].path)
+            << c.what;
+    }
+}
+
+TEST_F(PreviewTest, PagesTheJobWouldPassOverShowNoStamps)
+{
+    setFiles({5});
+    state.selectedFile = 0;
+    number.setIsLivePreview(true);
+    struct Case
+    {
+        std::int64_t startPage;
+        std::int32_t range;
+        bool stamped;
+    };
+    for (const Case& c : {Case{1, AllPages, true}, Case{2, AllPages, false}, Case{1, OddPages, false},
+                          Case{1, EvenPages, true}, Case{1, 7, false}}) {
+        number.setStartPage(c.startPage);
+        number.setPageRange(c.range);
+        spy->calls.clear();
+        const auto image = model.PropertyChanged(state);
+        ASSERT_TRUE(image);
+        EXPECT_EQ(spy->calls.size(), c.stamped ? 1U : 0U) << c.startPage << ' ' << c.range;
+        EXPECT_EQ(image->pixel(5, 5), PlainPages::paper) << "the page itself is shown either way";
+    }
+}
+
+TEST_F(PreviewTest, LivePicturesHaveThePixelsOfTheView)
+{
+    setFiles({1});
+    state.selectedFile = 0;
+    number.setIsLivePreview(true);
+    number.setMarginLeft(30);
+    for (const double density : {1.0, 2.0}) {
+        state.density = density;
+        const auto call = drawn();
+        EXPECT_EQ(call.area, QRectF(30, 0, 270, 400)) << "the space is the page's, whatever the pixels";
+        EXPECT_EQ(picture.size(), QSize(60, 80) * density);
+        EXPECT_NEAR(picture.deviceIndependentSize().width(), 300, 1);
+        EXPECT_NEAR(qRed(picture.pixel(1, 40)), qRed(PlainPages::paper) / 2, 2) << "the margin is not shaded";
+    }
+}
+
+TEST_F(PreviewTest, WhatCannotBeShownGivesTheSamplePage)
+{
+    number.setIsLivePreview(true);
+    const Preview::View view{{60, 85}, 1, -1};
+    const std::vector<Preview::LivePage> none = {
+        {std::nullopt, 0, 1, {3}, 3},        {QStringLiteral("a"), -1, 1, {3}, 3},
+        {QStringLiteral("a"), 1, 1, {3}, 3}, {QStringLiteral("a"), 0, 1, {}, 3},
+        {QStringLiteral("a"), 0, 0, {3}, 3}, {QStringLiteral("bad"), 0, 1, {3}, 3},
+    };
+    for (const Preview::LivePage& page : none) {
+        spy->calls.clear();
+        EXPECT_EQ(preview.previewLive(page, view).size(), QSize(60, 85));
+        ASSERT_EQ(spy->calls.size(), 1U);
+        EXPECT_EQ(spy->calls[0].total, 3);
+        EXPECT_EQ(spy->calls[0].area.size(), QSizeF(60, 85));
+    }
+    setFiles({5});
+    state.selectedFile = -1; // no selection
+    EXPECT_EQ(drawn().area.size(), QSizeF(60, 85));
+}
+
+TEST_F(PreviewTest, TheSelectedStampStandsOut)
+{
+    auto disabled = std::make_shared<SpyStamp>();
+    disabled->setIsSelected(false);
+    auto third = std::make_shared<SpyStamp>();
+    number.stamps = {spy, disabled, third};
+    setFiles({2});
+    for (const bool live : {false, true}) {
+        number.setIsLivePreview(live);
+        state.selectedFile = 0;
+        struct Case
+        {
+            bool isOn;
+            int row;
+            bool first, last;
+        };
+        for (const Case& c :
+             {Case{true, 2, false, true}, Case{true, 0, true, false}, Case{true, 1, false, false},
+              Case{true, -1, false, false}, Case{false, 2, false, false}}) {
+            number.setIsHighlightStamp(c.isOn);
+            state.selectedStamp = c.row;
+            third->calls.clear();
+            EXPECT_EQ(drawn().isHighlighted, c.first) << c.row;
+            ASSERT_EQ(third->calls.size(), 1U);
+            EXPECT_EQ(third->calls[0].isHighlighted, c.last) << c.row;
+        }
+    }
+    EXPECT_TRUE(disabled->calls.empty());
+}
+
+TEST_F(PreviewTest, NothingIsDrawnWhileAJobRuns)
+{
+    number.numberCounter = 77;
+    state.isJobRunning = true;
+    EXPECT_FALSE(model.PropertyChanged(state));
+    EXPECT_TRUE(spy->calls.empty());
+    EXPECT_EQ(number.numberCounter, 77) << "the running number is the job's";
+}
+
+TEST_F(PreviewTest, ViewsWithoutRoomGiveNoPicture)
+{
+    for (const QSizeF& size : {QSizeF(0, 0), QSizeF(-5, 10), QSizeF(1e9, 1e9), QSizeF(10, 0.5)}) {
+        state.size = size;
+        const auto image = model.PropertyChanged(state);
+        ASSERT_TRUE(image);
+        EXPECT_TRUE(image->isNull());
+    }
+}
+
+TEST(PreviewRule, CountsPagesAsItWalksThem)
+{
+    Numbering number;
+    for (const std::int64_t startPage : {-3, 0, 1, 2, 5})
+        for (const std::int64_t endPage : {-1, 0, 1, 2, 4, 9})
+            for (std::int32_t range = AllPages; range <= 3; ++range)
+                for (std::int64_t before = 0; before < 12; ++before) {
+                    number.setStartPage(startPage);
+                    number.setEndPage(endPage);
+                    number.setPageRange(range);
+                    std::int64_t walked = 0;
+                    for (std::int64_t index = 0; index < before; ++index)
+                        walked += isPreviewStampedPage(number, index) ? 1 : 0;
+                    EXPECT_EQ(previewStampedPages(number, before), walked)
+                        << startPage << '-' << endPage << ' ' << range << ' ' << before;
+                }
+}
+
+TEST(PreviewLayout, CentresAPageInItsBox)
+{
+    const QRectF frame = previewFrame({800, 520});
+    EXPECT_DOUBLE_EQ(frame.height(), 490);
+    EXPECT_DOUBLE_EQ(frame.width(), 346);
+    EXPECT_DOUBLE_EQ(frame.x(), 227);
+    EXPECT_DOUBLE_EQ(frame.y(), 15);
+}
+
+} // namespace
+} // namespace quillfern

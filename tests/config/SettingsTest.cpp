@@ -1,0 +1,166 @@
+#include "config/Settings.h"
+
+#include "platform/store/PlistDefaultsStore.h"
+#include "stamps/TextStamp.h"
+#include "support/Fakes.h"
+#include "support/Tools.h"
+
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+const QString settingsKey = QStringLiteral("SETTINGS");
+
+std::vector<std::string> keysOf(const Record& record)
+{
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : record.entries())
+        keys.push_back(key.toStdString());
+    return keys;
+}
+
+TEST(Settings, RecordHasItsKeysInOrder)
+{
+    Settings settings;
+    settings.pdfOpenPassword.reset();
+    settings.outputFolderPath.reset();
+    const auto record = settings.getData();
+    ASSERT_TRUE(record);
+    EXPECT_EQ(
+        keysOf(*record),
+        (std::vector<std::string>{"isSetCurrentAsDefaultOutputFolderPath", "isOpenFolderAfterConversion",
+                                  "pdfOpenPassword", "outputFolderPath", "number", "isClearProcessedFiles"}));
+    EXPECT_EQ(record->text(QStringLiteral("outputFolderPath")), QString());
+    EXPECT_EQ(settings.pdfOpenPassword, QString()) << "an absent text becomes an empty one in the object too";
+    EXPECT_EQ(settings.outputFolderPath, QString());
+}
+
+TEST(Settings, SurviveARunWithTheirConfiguration)
+{
+    const Scratch scratch;
+    const FakeFolders folders(scratch.path());
+    {
+        PlistDefaultsStore store(folders);
+        Settings settings(&store);
+        settings.isClearProcessedFiles = true;
+        settings.isOpenFolderAfterConversion = false;
+        settings.outputFolderPath = QStringLiteral("/out/\u00fcmlaut \U0001F600");
+        settings.pdfOpenPassword = QStringLiteral("p<&>w");
+        settings.number->setStartNumber(7);
+        settings.number->setMarginLeft(28.34645669291339);
+        settings.number->stamps.push_back(std::make_shared<TextStamp>());
+        settings.synchronize();
+    }
+    PlistDefaultsStore store(folders);
+    const Settings settings(&store);
+    EXPECT_TRUE(settings.isClearProcessedFiles);
+    EXPECT_FALSE(settings.isOpenFolderAfterConversion);
+    EXPECT_TRUE(settings.isSetCurrentAsDefaultOutputFolderPath);
+    EXPECT_EQ(settings.outputFolderPath, QStringLiteral("/out/\u00fcmlaut \U0001F600"));
+    EXPECT_EQ(settings.pdfOpenPassword, QStringLiteral("p<&>w"));
+    EXPECT_EQ(settings.number->startNumber(), 7);
+    EXPECT_EQ(settings.number->marginLeft(), 28.34645669291339);
+    EXPECT_EQ(settings.number->stamps.size(), 1U);
+}
+
+TEST(Settings, AFolderNotToBeRememberedIsForgotten)
+{
+    struct Case
+    {
+        std::optional<QString> folder;
+        bool remember;
+        std::optional<QString> folderAfter;
+        bool rememberAfter;
+    };
+    const std::vector<Case> cases = {
+        {QStringLiteral("/out"), true, QStringLiteral("/out"), true},
+        {QStringLiteral("/out"), false, QString(), false},
+        {QString(), true, QString(), false},
+        {QString(), false, QString(), false},
+        {std::nullopt, true, std::nullopt, false},
+    };
+    for (const Case& c : cases) {
+        Record record;
+        record.set(QStringLiteral("isSetCurrentAsDefaultOutputFolderPath"), c.remember);
+        if (c.folder) record.set(QStringLiteral("outputFolderPath"), *c.folder);
+        Settings settings;
+        settings.setData(&record);
+        EXPECT_EQ(settings.outputFolderPath, c.folderAfter);
+        EXPECT_EQ(settings.isSetCurrentAsDefaultOutputFolderPath, c.rememberAfter);
+    }
+}
+
+TEST(Settings, MissingKeysGiveNothingAndOtherThingsChangeNothing)
+{
+    Settings settings;
+    settings.outputFolderPath = QStringLiteral("/out");
+    settings.number->setStartNumber(5);
+    settings.setData(nullptr);
+    EXPECT_EQ(settings.outputFolderPath, QStringLiteral("/out"));
+    Record empty;
+    settings.setData(&empty);
+    EXPECT_FALSE(settings.isOpenFolderAfterConversion);
+    EXPECT_FALSE(settings.outputFolderPath);
+    EXPECT_FALSE(settings.pdfOpenPassword);
+    EXPECT_EQ(settings.number->startNumber(), 5) << "there was no configuration in the record";
+
+    MemoryDefaults store;
+    store.values.insert_or_assign(settingsKey, QStringLiteral("not a dictionary"));
+    EXPECT_TRUE(Settings(&store).isOpenFolderAfterConversion);
+}
+
+TEST(Settings, TheirConfigurationComesAfterTheStandAloneOne)
+{
+    Numbering alone;
+    alone.setStartNumber(3);
+    alone.setNumberSteps(4);
+    MemoryDefaults store;
+    store.values.insert_or_assign(QStringLiteral("NUMBERING"), *alone.getData());
+    EXPECT_EQ(Settings(&store).number->startNumber(), 3);
+
+    Settings inner;
+    inner.number->setStartNumber(9);
+    store.values.insert_or_assign(settingsKey, *inner.getData());
+    const Settings settings(&store);
+    EXPECT_EQ(settings.number->startNumber(), 9);
+    EXPECT_EQ(settings.number->numberSteps(), 1);
+}
+
+TEST(Settings, SynchronizeWritesAndFlushesOnce)
+{
+    MemoryDefaults store;
+    Settings settings(&store);
+    settings.synchronize();
+    EXPECT_EQ(store.flushes, 1);
+    EXPECT_TRUE(store.values.count(settingsKey));
+    EXPECT_FALSE(store.values.count(QStringLiteral("NUMBERING")));
+    settings.number->synchronize();
+    EXPECT_EQ(store.flushes, 2);
+    EXPECT_TRUE(store.values.count(QStringLiteral("NUMBERING")));
+    Settings().synchronize(); // nothing is remembered, and nothing goes wrong
+}
+
+TEST(Settings, KeyedFormLeavesTheConfigurationOut)
+{
+    Settings settings;
+    settings.isClearProcessedFiles = true;
+    settings.isOpenFolderAfterConversion = false;
+    settings.isSetCurrentAsDefaultOutputFolderPath = false;
+    settings.outputFolderPath = QStringLiteral("/out");
+    settings.pdfOpenPassword.reset();
+    Record coder;
+    settings.encodeWithCoder(coder);
+    EXPECT_FALSE(coder.contains(QStringLiteral("number")));
+    const auto decoded = Settings::initWithCoder(coder);
+    EXPECT_EQ(decoded->number, nullptr);
+    EXPECT_TRUE(decoded->isClearProcessedFiles);
+    EXPECT_FALSE(decoded->isOpenFolderAfterConversion);
+    EXPECT_FALSE(decoded->isSetCurrentAsDefaultOutputFolderPath);
+    EXPECT_EQ(decoded->outputFolderPath, QStringLiteral("/out"))
+        << "taken as it is, without the rule of records";
+    EXPECT_FALSE(decoded->pdfOpenPassword);
+}
+
+} // namespace
+} // namespace quillfern

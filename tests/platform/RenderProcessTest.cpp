@@ -1,0 +1,308 @@
+#include "platform/preview/RenderProcess.h"
+
+#include "platform/preview/PageImageCache.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <utime.h>
+
+namespace quillfern {
+namespace {
+
+QString renderer()
+{
+    return qEnvironmentVariable("QUILLFERN_BIN_DIR", QCoreApplication::applicationDirPath()) +
+           QStringLiteral("/quillfern-render");
+}
+
+/// 200 by 100 points, the left half red, on a page of twice that in its own units.
+QByteArray halfRed(const QByteArray& entries = "/MediaBox[0 0 400 200]/UserUnit 0.5")
+{
+    return simplePdf({{"1 0 0 rg 0 0 200 200 re f", entries}, {"0 0 1 rg 0 0 400 200 re f", entries}});
+}
+
+bool isNear(QRgb a, QRgb b)
+{
+    return std::abs(qRed(a) - qRed(b)) < 4 && std::abs(qGreen(a) - qGreen(b)) < 4 &&
+           std::abs(qBlue(a) - qBlue(b)) < 4;
+}
+
+TEST(RenderProcess, ShowsPagesAtTheSizeTheScreenNeeds)
+{
+    struct Case
+    {
+        QSizeF box;
+        double density;
+        int page;
+        QSize pixels;
+        QRgb left, right;
+    };
+    constexpr QRgb red = 0xFFFF0000;
+    constexpr QRgb white = 0xFFFFFFFF;
+    constexpr QRgb blue = 0xFF0000FF;
+    const std::vector<Case> cases = {
+        {{600, 850}, 1, 0, {200, 100}, red, white}, // never made larger
+        {{600, 850}, 2, 0, {400, 200}, red, white}, // but crisp on a dense screen
+        {{100, 850}, 1, 0, {100, 50}, red, white},  // made to fit
+        {{100, 850}, 1.5, 1, {150, 75}, blue, blue},
+    };
+    const Scratch scratch;
+    const QString path = scratch.write(QStringLiteral("half red.pdf"), halfRed());
+    for (const Case& c : cases) {
+        const auto page = RenderProcess(renderer()).page({path, c.page, c.box, c.density});
+        ASSERT_TRUE(page);
+        EXPECT_EQ(page->size, QSizeF(200, 100));
+        EXPECT_EQ(page->image.size(), c.pixels);
+        EXPECT_NEAR(page->image.deviceIndependentSize().width(), 200, 1);
+        const int y = c.pixels.height() / 2;
+        EXPECT_TRUE(isNear(page->image.pixel(c.pixels.width() / 4, y), c.left));
+        EXPECT_TRUE(isNear(page->image.pixel(c.pixels.width() * 3 / 4, y), c.right));
+    }
+}
+
+TEST(RenderProcess, TurnsPagesAsTheirReadersSeeThem)
+{
+    const Scratch scratch;
+    const QString path =
+        scratch.write(QStringLiteral("turned.pdf"), halfRed("/MediaBox[0 0 400 200]/Rotate 90"));
+    const auto page = RenderProcess(renderer()).page({path, 0, {600, 850}, 1});
+    ASSERT_TRUE(page);
+    EXPECT_EQ(page->size, QSizeF(200, 400));
+    EXPECT_TRUE(isNear(page->image.pixel(100, 100), 0xFFFF0000));
+    EXPECT_TRUE(isNear(page->image.pixel(100, 300), 0xFFFFFFFF));
+}
+
+TEST(RenderProcess, ShowsRasterFiles)
+{
+    const Scratch scratch;
+    QImage picture(300, 200, QImage::Format_RGB32);
+    picture.fill(Qt::green);
+    picture.setDotsPerMeterX(5906); // 150 dpi
+    picture.setDotsPerMeterY(5906);
+    const QString path = scratch.path(QStringLiteral("green.png"));
+    ASSERT_TRUE(picture.save(path));
+    const auto page = RenderProcess(renderer()).page({path, 0, {600, 850}, 1});
+    ASSERT_TRUE(page);
+    EXPECT_NEAR(page->size.width(), 144, 0.1);
+    EXPECT_EQ(page->image.size(), QSize(144, 96));
+    EXPECT_TRUE(isNear(page->image.pixel(70, 50), 0xFF00FF00));
+}
+
+/// A shading whose function takes seconds for every pixel row.
+QByteArray spinningPdf()
+{
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
+    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
+    pdf.add(
+        "<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]/Contents 4 0 R/Resources<</Shading<</S 5 0 R>>>>>>");
+    pdf.addStream(QByteArray("/S sh ").repeated(1000));
+    pdf.add("<</ShadingType 1/ColorSpace/DeviceRGB/Domain[0 612 0 792]/Function 6 0 R>>");
+    pdf.addStream("{ " + QByteArray("2 copy mul sin exch cos add ").repeated(2000) + " pop pop 0 0 0 }",
+                  "/FunctionType 4/Domain[0 612 0 792]/Range[0 1 0 1 0 1]");
+    return pdf.build();
+}
+
+/// Forms that show forms ten times over, 24 levels deep: more marks than any memory holds.
+QByteArray memoryEatingPdf()
+{
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
+    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
+    pdf.add(
+        "<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]/Contents 4 0 R/Resources<</XObject<</X 5 0 R>>>>>>");
+    pdf.addStream("/X Do");
+    const QByteArray form = "/Type/XObject/Subtype/Form/BBox[0 0 612 792]";
+    for (int next = 6; next < 29; ++next)
+        pdf.addStream(QByteArray("/X Do ").repeated(10),
+                      form + "/Resources<</XObject<</X " + PdfBuilder::ref(next) + ">>>>");
+    pdf.addStream("0 0 9 9 re f", form);
+    return pdf.build();
+}
+
+TEST(RenderProcess, HostileAndClosedFilesCostABoundedTimeAndGiveNone)
+{
+    const Scratch scratch;
+    const QString open = scratch.write(QStringLiteral("open.pdf"), halfRed());
+    const QString locked = scratch.path(QStringLiteral("locked.pdf"));
+    runTool(QStringLiteral("qpdf"),
+            {QStringLiteral("--encrypt"), QStringLiteral("secret"), QStringLiteral("owner"),
+             QStringLiteral("256"), QStringLiteral("--"), open, locked});
+    ASSERT_TRUE(QFileInfo::exists(locked));
+    const QString fifo = scratch.path(QStringLiteral("fifo.pdf"));
+    runTool(QStringLiteral("mkfifo"), {fifo});
+    QFile huge(scratch.path(QStringLiteral("huge.pdf")));
+    ASSERT_TRUE(huge.open(QIODevice::WriteOnly) && huge.resize(qint64{20} << 30));
+    huge.close();
+
+    struct Case
+    {
+        QString path;
+        int page;
+        bool waits; ///< goes on until it is stopped
+    };
+    const std::vector<Case> cases = {
+        {scratch.write(QStringLiteral("spin.pdf"), spinningPdf()), 0, true},
+        {scratch.write(QStringLiteral("eat.pdf"), memoryEatingPdf()), 0, false},
+        {fifo, 0, true},
+        {huge.fileName(), 0, false},
+        {locked, 0, false},
+        {open, 2, false},
+        {open, -1, false},
+        {scratch.write(QStringLiteral("not.pdf"), "hello"), 0, false},
+        {scratch.write(QStringLiteral("not.png"), "hello"), 0, false},
+        {scratch.path(QStringLiteral("missing.pdf")), 0, false},
+        {scratch.path(), 0, false},
+        {QString(), 0, false},
+    };
+    const int limit = 1000;
+    for (const Case& c : cases) {
+        RenderProcess process(renderer(), {limit});
+        QElapsedTimer time;
+        time.start();
+        EXPECT_FALSE(process.page({c.path, c.page, {600, 850}, 1})) << c.path.toStdString();
+        if (c.waits) {
+            EXPECT_GE(time.elapsed(), limit) << c.path.toStdString() << " ended by itself";
+        }
+        // Ten times what is allowed: about ending at all, not about speed.
+        EXPECT_LT(time.elapsed(), 10 * limit) << c.path.toStdString();
+    }
+    EXPECT_TRUE(RenderProcess(renderer()).page({open, 0, {600, 850}, 1})) << "the open file is the wrong one";
+}
+
+TEST(RenderProcess, AnswersThatAreNoneAreRefused)
+{
+    const Scratch scratch;
+    const QString path = scratch.write(QStringLiteral("a.pdf"), halfRed());
+    const QString good = renderer();
+    const std::vector<QByteArray> scripts = {
+        "exit 0",
+        "echo hello",
+        "exec cat /dev/zero", // never ends
+        "sleep 60",
+        "kill -9 $$",
+        "exit 3",
+        good.toLocal8Bit() + " \"$@\" | head -c 1000", // cut short
+        good.toLocal8Bit() + " \"$@\"; echo more",
+        good.toLocal8Bit() + " \"$@\"; exit 1",
+        good.toLocal8Bit() + " \"$1\" \"$2\" 77 \"$4\" \"$5\"", // another size than asked for
+    };
+    const PageImageRequest request{path, 0, {100, 100}, 1};
+    for (const QByteArray& script : scripts) {
+        const QString program = scratch.write(QStringLiteral("fake"), "#!/bin/sh\n" + script + "\n");
+        QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        EXPECT_FALSE(RenderProcess(program, {1000}).page(request)) << script.constData();
+    }
+    EXPECT_FALSE(RenderProcess(scratch.path(QStringLiteral("none"))).page(request));
+    EXPECT_TRUE(RenderProcess(good).page(request));
+}
+
+TEST(RenderProcess, OddRequestsAreDeclined)
+{
+    const Scratch scratch;
+    const QString path = scratch.write(QStringLiteral("a.pdf"), halfRed());
+    RenderProcess process(renderer());
+    for (const PageImageRequest& request :
+         {PageImageRequest{path, 0, {0, 100}, 1}, PageImageRequest{path, 0, {100, 100}, 0},
+          PageImageRequest{path, 0, {100, 100}, -1}, PageImageRequest{path, 0, {1e9, 100}, 1},
+          PageImageRequest{path, 0, {std::nan(""), 100}, 1}, PageImageRequest{path, 0, {100, 100}, 1e300}})
+        EXPECT_FALSE(process.page(request));
+}
+
+class CountedPages final : public PageImageSource
+{
+  public:
+    std::optional<PageImage> page(const PageImageRequest& request) override
+    {
+        ++count;
+        if (request.page == 9) return std::nullopt;
+        QImage image(100, 100, QImage::Format_RGB32);
+        image.fill(count);
+        return PageImage{image, {100, 100}};
+    }
+    int count = 0;
+};
+
+TEST(PageImageCache, AsksAgainOnlyForWhatItDoesNotHave)
+{
+    const Scratch scratch;
+    const QString path = scratch.write(QStringLiteral("a.pdf"), "one");
+    const QString other = scratch.write(QStringLiteral("b.pdf"), "two");
+    const QString link = scratch.path(QStringLiteral("link.pdf"));
+    ASSERT_TRUE(QFile::link(path, link));
+    CountedPages pages;
+    PageImageCache cache(pages);
+    const PageImageRequest first{path, 0, {600, 850}, 1};
+    struct Step
+    {
+        const char* what;
+        PageImageRequest request;
+        int countAfter;
+    };
+    const std::vector<Step> steps = {
+        {"new", first, 1},
+        {"again", first, 1},
+        {"by another name", {link, 0, {600, 850}, 1}, 1},
+        {"another page", {path, 1, {600, 850}, 1}, 2},
+        {"another size", {path, 0, {600, 851}, 1}, 3},
+        {"another screen", {path, 0, {600, 850}, 2}, 4},
+        {"another file", {other, 0, {600, 850}, 1}, 5},
+        {"one that fails", {path, 9, {600, 850}, 1}, 6},
+        {"fails again", {path, 9, {600, 850}, 1}, 6},
+        {"the first once more", first, 6},
+        {"no such file", {scratch.path(QStringLiteral("none")), 0, {600, 850}, 1}, 6},
+    };
+    for (const Step& step : steps) {
+        static_cast<void>(cache.page(step.request));
+        EXPECT_EQ(pages.count, step.countAfter) << step.what;
+    }
+    scratch.write(QStringLiteral("a.pdf"), "other bytes");
+    static_cast<void>(cache.page(first));
+    EXPECT_EQ(pages.count, 7) << "a changed file shows its old page";
+    const utimbuf longAgo{1000, 1000};
+    ASSERT_EQ(::utime(QFile::encodeName(path).constData(), &longAgo), 0);
+    static_cast<void>(cache.page(first));
+    EXPECT_EQ(pages.count, 8) << "a touched file shows its old page";
+    static_cast<void>(cache.page(first));
+    EXPECT_EQ(pages.count, 8);
+}
+
+TEST(PageImageCache, DrawingOnAPageLeavesTheCachedOneAlone)
+{
+    const Scratch scratch;
+    const PageImageRequest request{scratch.write(QStringLiteral("a.pdf"), "one"), 0, {600, 850}, 1};
+    CountedPages pages;
+    PageImageCache cache(pages);
+    auto page = cache.page(request);
+    ASSERT_TRUE(page);
+    const QRgb before = page->image.pixel(5, 5);
+    page->image.fill(Qt::red);
+    EXPECT_EQ(cache.page(request)->image.pixel(5, 5), before);
+}
+
+TEST(PageImageCache, KeepsWithinItsMemory)
+{
+    const Scratch scratch;
+    const QString path = scratch.write(QStringLiteral("a.pdf"), "one");
+    CountedPages pages;
+    PageImageCache cache(pages, 100'000); // room for two pictures of 40,000 bytes
+    const auto show = [&](int page) { static_cast<void>(cache.page({path, page, {600, 850}, 1})); };
+    show(1);
+    show(2);
+    show(1);
+    show(3); // 2 was used longest ago
+    EXPECT_EQ(pages.count, 3);
+    show(1);
+    EXPECT_EQ(pages.count, 3);
+    show(2);
+    EXPECT_EQ(pages.count, 4);
+}
+
+} // namespace
+} // namespace quillfern
