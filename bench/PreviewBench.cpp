@@ -1,0 +1,121 @@
+// Times what a person waits for when the preview is drawn, and what pdftoppm takes for the same page.
+//     bench_preview FILE.pdf [RUNS]
+// Prints medians in milliseconds. bench/preview.py makes a long document and runs this.
+
+#include "config/Preview.h"
+#include "platform/drawing/FontCatalog.h"
+#include "platform/drawing/TextShaper.h"
+#include "platform/pdf/PdfDocument.h"
+#include "platform/preview/PageImageCache.h"
+#include "platform/preview/RenderProcess.h"
+#include "stamps/TextStamp.h"
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QTextStream>
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+using namespace quillfern;
+
+double median(int runs, const std::function<bool(int)>& work)
+{
+    std::vector<double> times;
+    for (int run = -1; run < runs; ++run) { // the first warms up
+        QElapsedTimer timer;
+        timer.start();
+        if (!work(run)) qFatal("a run failed; no figure would mean anything");
+        if (run >= 0) times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    std::nth_element(times.begin(), times.begin() + runs / 2, times.end());
+    return times[static_cast<std::size_t>(runs / 2)];
+}
+
+/// A page's usual furniture: numbers, a reference, a date, and a large translucent word across it.
+void addFiveStamps(Numbering& number)
+{
+    const auto add = [&](const char* text, std::int32_t anchor, double size) {
+        auto stamp = std::make_shared<TextStamp>();
+        stamp->number.numberFormat = QString::fromLatin1(text);
+        stamp->setMarginAnchor(anchor);
+        stamp->font.fontSize = size;
+        number.stamps.push_back(stamp);
+        return stamp;
+    };
+    add("Page {0} of {1}", BottomMiddle, 12);
+    add("REF-{0}", TopRight, 10)->number.paddingLength = 6;
+    add("Confidential", TopLeft, 10)->isBold = true;
+    add("16 November 2026", BottomLeft, 9)->isItalic = true;
+    const auto draft = add("DRAFT", MiddleMiddle, 120);
+    draft->textOpacity = 25;
+    draft->textRotation = 55;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    FontCatalog::preferEmbeddableFonts();
+    const QGuiApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 2) qFatal("bench_preview FILE.pdf [RUNS]");
+    const QString path = QFileInfo(arguments[1]).absoluteFilePath();
+    const int runs = arguments.size() > 2 ? arguments[2].toInt() : 21;
+    const int pages = pdfPageCount(path);
+
+    Numbering number;
+    addFiveStamps(number);
+    TextShaper shaper;
+    RenderProcess renderer(RenderProcess::installedProgram());
+    PageImageCache cache(renderer);
+    Preview cached(number, shaper, cache);
+    Preview fresh(number, shaper, renderer);
+    const auto live = [&](int page) { return Preview::LivePage{path, 0, page, {pages}, 0}; };
+    const QSizeF box(600, 850);
+    const auto poppler = [&](int page) {
+        QProcess process;
+        const QString number1 = QString::number(page);
+        process.start(QStringLiteral("pdftoppm"),
+                      {QStringLiteral("-f"), number1, QStringLiteral("-l"), number1,
+                       QStringLiteral("-scale-to-x"), QStringLiteral("600"), QStringLiteral("-scale-to-y"),
+                       QStringLiteral("-1"), path});
+        const bool done = process.waitForFinished(60'000) && process.exitCode() == 0;
+        return done && !process.readAllStandardOutput().isEmpty();
+    };
+
+    QTextStream out(stdout);
+    const auto print = [&](const QString& what, double milliseconds) {
+        out << what.leftJustified(58) << QString::number(milliseconds, 'f', 1).rightJustified(8) << " ms\n";
+        out.flush();
+    };
+    out << path << ": " << pages << " pages, " << QFileInfo(path).size() / 1'000'000 << " MB; five stamps, "
+        << "600 x 850, median of " << runs << "\n";
+    for (const double density : {1.0, 2.0}) {
+        const Preview::View view{box, density, 0};
+        const QString screen = density > 1 ? QStringLiteral(" (screen of density 2)") : QString();
+        print(QStringLiteral("sample page") + screen, median(runs, [&](int run) {
+                  number.setStartNumber(run + 2); // another text every time, as when someone types
+                  return !cached.preview2(4, view).isNull();
+              }));
+        print(QStringLiteral("live page from the cache") + screen, median(runs, [&](int run) {
+                  number.setStartNumber(run + 2);
+                  return !cached.previewLive(live(1), view).isNull();
+              }));
+    }
+    for (const int page : {1, pages}) {
+        const Preview::View view{box, 1, 0};
+        if (!renderer.page({path, page - 1, box, 1})) qFatal("the page cannot be shown");
+        print(QStringLiteral("live page %1, first time").arg(page), median(runs, [&](int) {
+                  // The sample page, which would stand in for a page that failed, is as wide as the view.
+                  return fresh.previewLive(live(page), view).devicePixelRatio() != 1.0;
+              }));
+        print(QStringLiteral("pdftoppm, page %1").arg(page),
+              median(runs, [&](int) { return poppler(page); }));
+    }
+    return 0;
+}
