@@ -1,0 +1,205 @@
+#include "runner/Runner.h"
+
+#include "config/Margins.h"
+#include "stamps/TextStamp.h"
+#include "support/Fakes.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <QFileInfo>
+#include <QImage>
+#include <gmock/gmock.h>
+
+namespace quillfern {
+namespace {
+
+using testing::HasSubstr;
+
+class ProfileOptions : public testing::Test
+{
+  protected:
+    /// Runs a command line; what was printed is in `printed`.
+    int run(const QStringList& arguments)
+    {
+        printed.clear();
+        QTextStream out(&printed);
+        Runner runner({clock, folders, mainThread, desktop}, out, out, false);
+        const int status =
+            runner.run(QStringList{QStringLiteral("quillfern-run")} + arguments, [] { return false; });
+        out.flush();
+        return status;
+    }
+
+    /// Reads a command line that asks for no job.
+    Settings parsed(const QStringList& arguments)
+    {
+        Settings settings;
+        static_cast<void>(
+            parseRunnerOptions(QStringList{QStringLiteral("quillfern-run"), QStringLiteral("--save-profile"),
+                                           scratch.path(QStringLiteral("unused"))} +
+                                   arguments,
+                               settings));
+        return settings;
+    }
+
+    QStringList words(const char* text)
+    {
+        return QString::fromUtf8(text)
+            .replace(QStringLiteral("DIR"), scratch.path())
+            .split(u' ', Qt::SkipEmptyParts);
+    }
+
+    /// A profile with every option that the runner can override.
+    QString saved()
+    {
+        const QString path = scratch.path(QStringLiteral("p.qfprofile"));
+        EXPECT_EQ(
+            run(words(
+                "--text Saved{0} --bold --start-page 2 --end-page 9 --start-number 5 --step 3 --pages odd "
+                "--continuous --margins 10,10,10,10mm --backup --save-profile DIR/p.qfprofile")),
+            Runner::AllCreated)
+            << printed.toStdString();
+        return path;
+    }
+
+    Scratch scratch;
+    FakeClock clock;
+    FakeFolders folders{scratch.path(QStringLiteral("support"))};
+    SameThread mainThread;
+    FakeDesktop desktop;
+    QString printed;
+};
+
+TEST_F(ProfileOptions, WhatIsSavedIsWhatIsRead)
+{
+    saved();
+    const Settings settings = parsed(words("--profile DIR/p.qfprofile"));
+    const Numbering& number = *settings.number;
+    EXPECT_EQ(number.startPage(), 2);
+    EXPECT_EQ(number.endPage(), 9);
+    EXPECT_EQ(number.startNumber(), 5);
+    EXPECT_EQ(number.numberSteps(), 3);
+    EXPECT_EQ(number.pageRange(), OddPages);
+    EXPECT_TRUE(number.isContinuousNumbering());
+    EXPECT_TRUE(number.isBackupFile);
+    EXPECT_EQ(number.marginUnit, Millimetres);
+    EXPECT_EQ(number.marginTop(), 10);
+    ASSERT_EQ(number.stamps.size(), 1U);
+    EXPECT_EQ(dynamic_cast<TextStamp&>(*number.stamps[0]).number.numberFormat, QStringLiteral("Saved{0}"));
+}
+
+TEST_F(ProfileOptions, OptionsAfterAProfileOverrideIt)
+{
+    saved();
+    const Settings settings =
+        parsed(words("--profile DIR/p.qfprofile --start-page 1 --pages all --no-continuous --no-backup "
+                     "--margins 1,2,3,4pt --text More --opacity 50"));
+    const Numbering& number = *settings.number;
+    EXPECT_EQ(number.startPage(), 1);
+    EXPECT_EQ(number.pageRange(), AllPages);
+    EXPECT_FALSE(number.isContinuousNumbering());
+    EXPECT_FALSE(number.isBackupFile);
+    EXPECT_EQ(number.marginUnit, Points);
+    EXPECT_EQ(number.marginRight(), 3);
+    EXPECT_EQ(number.startNumber(), 5) << "what was not overridden stays";
+    ASSERT_EQ(number.stamps.size(), 2U);
+    EXPECT_EQ(dynamic_cast<TextStamp&>(*number.stamps[0]).textOpacity, 100)
+        << "a stamp of the profile was changed";
+    EXPECT_EQ(dynamic_cast<TextStamp&>(*number.stamps[1]).textOpacity, 50);
+}
+
+TEST_F(ProfileOptions, GivenMarginsAreLengthsWhateverTheProfileHad)
+{
+    Numbering percent;
+    percent.isMarginInPercentage = true;
+    percent.setMarginLeft(50);
+    ASSERT_TRUE(percent.save(scratch.path(QStringLiteral("percent"))));
+    const Settings settings = parsed(words("--profile DIR/percent --text A --margins 36,36,36,36pt"));
+    EXPECT_EQ(Margins(*settings.number).marginRect({612, 792}), QRectF(36, 36, 540, 720));
+}
+
+TEST_F(ProfileOptions, CommandLinesThatCannotBeFollowed)
+{
+    saved();
+    scratch.write(QStringLiteral("bad"), "<plist><array/></plist>");
+    Numbering empty;
+    ASSERT_TRUE(empty.save(scratch.path(QStringLiteral("empty"))));
+    const QString pdf = scratch.write(QStringLiteral("in.pdf"), numberedPdf(1));
+    struct Case
+    {
+        const char* arguments;
+        const char* message;
+    };
+    const std::vector<Case> cases = {
+        {"--profile DIR/none --output DIR DIR/in.pdf", "cannot be used: cannot read"},
+        {"--profile DIR/bad --output DIR DIR/in.pdf", "not a dictionary"},
+        {"--profile DIR/empty --output DIR DIR/in.pdf", "no stamp"},
+        {"--text A --profile DIR/p.qfprofile --output DIR DIR/in.pdf", "name it first"},
+        {"--start-number 4 --profile DIR/p.qfprofile --output DIR DIR/in.pdf", "name it first"},
+        {"--profile DIR/p.qfprofile --opacity 50 --output DIR DIR/in.pdf", "begin one with --text"},
+        {"--profile DIR/p.qfprofile DIR/in.pdf", "no output folder"},
+        {"--profile DIR/p.qfprofile --output DIR", "no files"},
+        {"--text A --preview-size 600 --preview DIR/x.png", "--preview-size takes"},
+        {"--text A --preview-size 0x5 --preview DIR/x.png", "--preview-size takes"},
+        {"--text A --preview DIR/x.png DIR/missing.pdf", "there is no file"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(run(words(c.arguments)), Runner::CommandNotFollowed) << c.arguments;
+        EXPECT_THAT(printed.toStdString(), HasSubstr(c.message)) << c.arguments;
+    }
+    EXPECT_FALSE(QFileInfo::exists(scratch.path(QStringLiteral("x.png"))));
+}
+
+TEST_F(ProfileOptions, AJobRunsFromAProfileAndCanSaveItsOwn)
+{
+    saved();
+    scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(3));
+    scratch.write(QStringLiteral("out/keep"), "");
+    ASSERT_EQ(run(words("--profile DIR/p.qfprofile --pages all --start-page 1 --text And{1} --save-profile "
+                        "DIR/q --output "
+                        "DIR/out DIR/in/a.pdf")),
+              Runner::AllCreated)
+        << printed.toStdString();
+    const QString text = pdfText(scratch.path(QStringLiteral("out/a.pdf")), 2);
+    EXPECT_THAT(text.toStdString(), HasSubstr("Saved8"));
+    EXPECT_EQ(parsed(words("--profile DIR/q")).number->stamps.size(), 2U);
+}
+
+TEST_F(ProfileOptions, PreviewsAreDrawnAndNothingIsStamped)
+{
+    scratch.write(QStringLiteral("a.pdf"), simplePdf({{"0 1 0 rg 0 0 612 792 re f"}}));
+    scratch.write(QStringLiteral("locked.pdf"), "no document");
+    struct Case
+    {
+        const char* arguments;
+        QSize size;
+        QColor middle;
+        bool isToldOf;
+    };
+    const std::vector<Case> cases = {
+        {"--preview DIR/p.png", {600, 850}, Qt::white, false},
+        {"--preview DIR/p.png --preview-size 300x400", {300, 400}, Qt::white, false},
+        {"--preview DIR/p.png DIR/a.pdf", {600, 776}, Qt::green, false},
+        {"--preview DIR/p.png --preview-size 306x9999 DIR/a.pdf", {306, 396}, Qt::green, false},
+        {"--preview DIR/p.png DIR/locked.pdf", {600, 850}, Qt::white, true},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(run(words("--text Number --font-size 40") + words(c.arguments)), Runner::AllCreated)
+            << printed.toStdString();
+        EXPECT_EQ(printed.contains(QStringLiteral("cannot be shown")), c.isToldOf) << printed.toStdString();
+        const QImage image(scratch.path(QStringLiteral("p.png")));
+        ASSERT_EQ(image.size(), c.size) << c.arguments;
+        EXPECT_EQ(image.pixelColor(image.rect().center()), c.middle) << c.arguments;
+        int dark = 0;
+        for (int x = 0; x < image.width(); ++x)
+            for (int y = image.height() * 9 / 10; y < image.height() - 3; ++y)
+                dark += image.pixelColor(x, y).value() < 100 ? 1 : 0;
+        EXPECT_GT(dark, 150) << c.arguments << ": no stamp is seen";
+    }
+    EXPECT_EQ(run(words("--text A --preview DIR/no/such/folder.png")), Runner::SomeNotCreated);
+    EXPECT_EQ(run(words("--text A --save-profile DIR/no/such/p")), Runner::SomeNotCreated);
+    EXPECT_TRUE(desktop.opened.isEmpty());
+}
+
+} // namespace
+} // namespace quillfern
