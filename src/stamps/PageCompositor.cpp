@@ -61,6 +61,9 @@ void PageCompositor::drawOnImage(QImage& image, const QRectF& area, std::int64_t
 {
     guarded("Error in (Numbering=>drawOnImage:pageNumber:pages:highlightIndex:isPreview:) : %@", [&] {
         QPainter painter(&image);
+        // Painters take no device-pixel ratio below 1 into account: a large page shown small.
+        const double ratio = image.devicePixelRatio();
+        if (ratio < 1) painter.scale(ratio, ratio);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         if (isPreview) shadeMargins(painter, image.deviceIndependentSize(), area);

@@ -31,7 +31,7 @@ class SpyStamp final : public StampBase
     {
         EXPECT_EQ(rect, offsetRect);
         calls.push_back({page, total, isHighlighted, rect, anchor});
-        canvas.fillRect(QRectF(rect.center(), QSizeF(4, 4)), Qt::red);
+        canvas.fillRect(QRectF(rect.center(), QSizeF(10, 10)), Qt::red);
     }
 
     std::vector<Call> calls;
@@ -111,7 +111,7 @@ TEST_F(PreviewTest, SamplePageShowsTheAreaInsideTheMargins)
             EXPECT_EQ(at(outside.x(), outside.y()).red(), 0);
         }
         EXPECT_EQ(at(20, 30), QColor(Qt::white));
-        EXPECT_EQ(at(34.5, 47), QColor(Qt::red)) << density;
+        EXPECT_EQ(at(37, 50), QColor(Qt::red)) << density;
         int black = 0;
         for (int x = static_cast<int>(10 * density); x < static_cast<int>(55 * density); ++x)
             black += picture.pixelColor(x, static_cast<int>(21.5 * density)) == QColor(Qt::black) ||
@@ -227,6 +227,9 @@ TEST_F(PreviewTest, LivePicturesHaveThePixelsOfTheView)
         EXPECT_EQ(call.area, QRectF(30, 0, 270, 400)) << "the space is the page's, whatever the pixels";
         EXPECT_EQ(picture.size(), QSize(60, 80) * density);
         EXPECT_NEAR(picture.deviceIndependentSize().width(), 300, 1);
+        const QPointF mark = (QPointF(165, 200) + QPointF(5, 5)) * picture.width() / 300;
+        EXPECT_NEAR(qRed(picture.pixel(mark.toPoint())), 255, 60) << "the stamp is not where it should be";
+        EXPECT_LT(qBlue(picture.pixel(mark.toPoint())), 200);
         EXPECT_NEAR(qRed(picture.pixel(1, 40)), qRed(PlainPages::paper) / 2, 2) << "the margin is not shaded";
     }
 }
