@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <hb-ot.h>
 #include <hb-subset.h>
+#include <map>
 #include <memory>
 
 namespace quillfern {
@@ -39,20 +40,33 @@ QByteArray copyOf(hb_blob_t* blob)
     return {data, static_cast<qsizetype>(length)};
 }
 
+/// The tables that a HarfBuzz face was given. While it makes a subset the library lets go of a table whose
+/// glyphs it goes on reading, so they stay until the face itself goes.
+struct Tables
+{
+    const FontFace& face;
+    std::map<hb_tag_t, QByteArray> given;
+};
+
 hb_blob_t* tableBlob(hb_face_t*, hb_tag_t tag, void* user)
 {
-    char name[5] = {};
-    hb_tag_to_string(tag, name);
-    auto bytes = std::make_unique<QByteArray>(static_cast<const FontFace*>(user)->table(name));
-    if (bytes->isEmpty()) return hb_blob_get_empty();
-    QByteArray* owned = bytes.release();
-    return hb_blob_create(owned->constData(), static_cast<unsigned>(owned->size()), HB_MEMORY_MODE_READONLY,
-                          owned, [](void* p) { delete static_cast<QByteArray*>(p); });
+    auto& tables = *static_cast<Tables*>(user);
+    auto found = tables.given.find(tag);
+    if (found == tables.given.end()) {
+        char name[5] = {};
+        hb_tag_to_string(tag, name);
+        found = tables.given.emplace(tag, tables.face.table(name)).first;
+    }
+    const QByteArray& bytes = found->second;
+    if (bytes.isEmpty()) return hb_blob_get_empty();
+    return hb_blob_create(bytes.constData(), static_cast<unsigned>(bytes.size()), HB_MEMORY_MODE_READONLY,
+                          nullptr, nullptr);
 }
 
 HbFace harfBuzzFace(const FontFace& face)
 {
-    return HbFace(hb_face_create_for_tables(tableBlob, const_cast<FontFace*>(&face), nullptr));
+    return HbFace(hb_face_create_for_tables(tableBlob, new Tables{face, {}},
+                                            [](void* tables) { delete static_cast<Tables*>(tables); }));
 }
 
 /// The licence bits of the OS/2 table, fsType: 2 restricted, 0x100 no subsetting, 0x200 bitmaps only.
