@@ -1,16 +1,17 @@
 #include "platform/preview/RenderReply.h"
+#include "platform/system/NativePath.h"
 #include "render/PdfPageImages.h"
 #include "render/RasterPageImages.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <clocale>
 #include <cstdio>
 
 // Shows one page of one file and ends:
-//     quillfern-render FILE PAGE WIDTH HEIGHT DENSITY
-// PAGE counts from 0, the box is in points. Whoever starts it sets the limits it lives in, reads the answer
-// from its standard output, and takes any other end than exit status 0 as "cannot be shown".
+//     quillfern-render FILE-URL PAGE WIDTH HEIGHT DENSITY
+// The URL carries names that are not UTF-8; PAGE counts from 0, the box is in points. Whoever starts it sets
+// the limits it lives in, reads the answer from its standard output, and takes any other end than exit status
+// 0 as "cannot be shown".
 int main(int argc, char** argv)
 {
     using namespace quillfern;
@@ -18,10 +19,10 @@ int main(int argc, char** argv)
     std::setlocale(LC_NUMERIC, "C");
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 6) {
-        std::fputs("quillfern-render FILE PAGE WIDTH HEIGHT DENSITY: for Quillfern's own use\n", stderr);
+        std::fputs("quillfern-render FILE-URL PAGE WIDTH HEIGHT DENSITY: for Quillfern's own use\n", stderr);
         return 2;
     }
-    const PageImageRequest request{arguments[1],
+    const PageImageRequest request{localPath(QUrl::fromEncoded(arguments[1].toLatin1())),
                                    arguments[2].toInt(),
                                    {arguments[3].toDouble(), arguments[4].toDouble()},
                                    arguments[5].toDouble()};
@@ -29,7 +30,7 @@ int main(int argc, char** argv)
 
     PdfPageImages pdf;
     RasterPageImages raster;
-    const bool isPdf = QFileInfo(request.path).suffix().toUpper() == QLatin1String("PDF");
+    const bool isPdf = pathExtension(request.path).toUpper() == QLatin1String("PDF");
     PageImageSource& source = isPdf ? static_cast<PageImageSource&>(pdf) : raster;
     const auto page = source.page(request);
     if (!page) return 1;

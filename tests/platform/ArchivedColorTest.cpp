@@ -10,14 +10,19 @@ QByteArray archived(const char* base64)
     return QByteArray::fromBase64(base64);
 }
 
+/// All bytes of a literal, zeros and all.
+template <std::size_t Size>
+QByteArray raw(const char (&literal)[Size])
+{
+    return {literal, Size - 1};
+}
+
 /// The bytes before the colour space, in little-endian order.
 QByteArray opening()
 {
-    return QByteArray(
-        "\x04\x0Bstreamtyped\x81\xE8\x03\x84\x01@\x84\x84\x84\x07NSColor\0\x84\x84\x08NSObject\0\x85"
-        "\x84\x01"
-        "c",
-        47);
+    return raw("\x04\x0Bstreamtyped\x81\xE8\x03\x84\x01@\x84\x84\x84\x07NSColor\0\x84\x84\x08NSObject\0\x85"
+               "\x84\x01"
+               "c");
 }
 
 TEST(ArchivedColor, GivesTheComponents)
@@ -53,25 +58,21 @@ TEST(ArchivedColor, GivesTheComponents)
          1},
         // 0.5 and 0.25 as little-endian floats
         {"device white, half there",
-         opening() + QByteArray("\x04\x84\x02"
-                                "ff\x83\0\0\0\x3F\x83\0\0\x80\x3E\x86",
-                                16),
+         opening() + raw("\x04\x84\x02"
+                         "ff\x83\0\0\0\x3F\x83\0\0\x80\x3E\x86"),
          0.5, 0.5, 0.5, 0.25},
         {"device CMYK",
-         opening() + QByteArray("\x05\x84\x05"
-                                "fffff\0\x01\x01\0\x01\x86",
-                                14),
+         opening() + raw("\x05\x84\x05"
+                         "fffff\0\x01\x01\0\x01\x86"),
          1, 0, 0, 1},
         {"beyond the range",
-         opening() + QByteArray("\x02\x84\x04"
-                                "ffff\x02\xFF\0\x01\x86",
-                                12),
+         opening() + raw("\x02\x84\x04"
+                         "ffff\x02\xFF\0\x01\x86"),
          1, 0, 0, 1},
         {"named, then concrete",
-         opening() + QByteArray("\x06\x84\x01@\x84\x84\x84\x08NSString\x01\x94\x84\x01+\x06System\x86"
-                                "\x92\x84\x99\x99\x04text\x86\x92\x84\x93\x98\x03\x84\x02"
-                                "ff\0\x01\x86\x86",
-                                61),
+         opening() + raw("\x06\x84\x01@\x84\x84\x84\x08NSString\x01\x94\x84\x01+\x06System\x86"
+                         "\x92\x84\x99\x99\x04text\x86\x92\x84\x93\x98\x03\x84\x02"
+                         "ff\0\x01\x86\x86"),
          0, 0, 0, 1},
     };
     for (const Case& c : cases) {
@@ -97,12 +98,10 @@ TEST(ArchivedColor, OtherBytesGiveNone)
     otherClass.replace("NSColor", "NSImage");
     for (const QByteArray& bytes :
          {otherVersion, otherClass, QByteArray("#FF000000"), QByteArray("bplist00"), QByteArray(100, '\x84'),
-          opening() + QByteArray("\x01\x84\x02"
-                                 "ff\0\x01\x86",
-                                 8), // a space and a count that do not belong together
-          opening() + QByteArray("\x01\x84\x04"
-                                 "ffff\x83\0\0\xC0\x7F\0\0\x01",
-                                 15)}) // not a number
+          opening() + raw("\x01\x84\x02"
+                          "ff\0\x01\x86"), // a space and a count that do not belong together
+          opening() + raw("\x01\x84\x04"
+                          "ffff\x83\0\0\xC0\x7F\0\0\x01")}) // not a number
         EXPECT_FALSE(readArchivedColor(bytes)) << bytes.toHex().constData();
 }
 

@@ -1,12 +1,13 @@
 #include "platform/preview/RenderProcess.h"
 
 #include "platform/preview/RenderReply.h"
+#include "platform/system/FileFacts.h"
 #include "platform/system/LogLine.h"
+#include "platform/system/NativePath.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QFileInfo>
 #include <QProcess>
 #include <algorithm>
 #include <sys/resource.h>
@@ -58,15 +59,16 @@ QString RenderProcess::installedProgram()
 
 std::optional<PageImage> RenderProcess::page(const PageImageRequest& request)
 {
-    if (!isShowable(request)) return std::nullopt;
+    // A pipe or a device would only take its time.
+    if (!isShowable(request) || fileKind(request.path) != FileKind::Regular) return std::nullopt;
     const QDeadlineTimer deadline(limits_.milliseconds);
     const auto left = [&] { return static_cast<int>(std::max<qint64>(0, deadline.remainingTime())); };
 
     QProcess process;
     process.setProgram(program_);
-    process.setArguments({QFileInfo(request.path).absoluteFilePath(), QString::number(request.page),
-                          number(request.box.width()), number(request.box.height()),
-                          number(request.density)});
+    process.setArguments({QString::fromLatin1(fileUrl(absolutePath(request.path)).toEncoded()),
+                          QString::number(request.page), number(request.box.width()),
+                          number(request.box.height()), number(request.density)});
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     process.setChildProcessModifier([this] { confine(limits_); });

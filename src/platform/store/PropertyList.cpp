@@ -2,6 +2,8 @@
 
 #include "platform/store/PropertyListCheck.h"
 #include "platform/system/Failure.h"
+#include "platform/system/FileAccess.h"
+#include "platform/system/NativePath.h"
 
 #include <QFile>
 #include <clocale>
@@ -252,13 +254,12 @@ Record readPropertyList(const QByteArray& bytes)
 
 Record readPropertyListFile(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Failure(QStringLiteral("cannot read %1: %2").arg(path, file.errorString()));
-    // Bounded by what is read, not by what the file says its size is: a pipe or a device has none.
+    QFile file;
+    openRegularFile(file, path);
+    // Bounded by what is read: the file may grow meanwhile.
     const QByteArray bytes = file.read(largestPropertyList + 1);
     if (file.error() != QFileDevice::NoError)
-        throw Failure(QStringLiteral("cannot read %1: %2").arg(path, file.errorString()));
+        throw Failure(QStringLiteral("cannot read %1: %2").arg(readableName(path), file.errorString()));
     return readPropertyList(bytes);
 }
 

@@ -16,7 +16,7 @@ std::optional<FileIdentity> fileIdentity(const QString& path)
 std::optional<FileVersion> fileVersion(const QString& path)
 {
     struct stat status = {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0) return std::nullopt;
+    if (::stat(nativePath(path).constData(), &status) != 0) return std::nullopt;
     return FileVersion{{status.st_dev, status.st_ino},
                        std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec,
                        status.st_size};
