@@ -90,7 +90,8 @@ TEST(ContentBalanceTest, DoesNotDependOnWhereThingsStand)
 TEST(ContentBalanceTest, SurvivesAnyBytes)
 {
     std::mt19937 random(11);
-    const QByteArray alphabet("qQ()<>[]%/\\ \nBIDETM\x80\0E", 24);
+    const char literal[] = "qQ()<>[]%/\\ \nBIDETM\x80\0E";
+    const QByteArray alphabet(literal, sizeof literal - 1);
     for (int round = 0; round < 3000; ++round) {
         QByteArray content;
         for (auto size = random() % 200; size > 0; --size)
