@@ -1,5 +1,6 @@
 #include "platform/store/PlistDefaultsStore.h"
 
+#include "platform/store/FileLock.h"
 #include "platform/store/PropertyList.h"
 #include "platform/system/Failure.h"
 #include "support/Fakes.h"
@@ -39,7 +40,7 @@ TEST(PlistDefaultsStore, KeepsValuesFromRunToRun)
     EXPECT_EQ(QFile::permissions(first.path()) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
     EXPECT_EQ(QDir(scratch.path(QStringLiteral("Orvane")))
                   .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-              QStringList{QStringLiteral("Quillfern1.plist")})
+              (QStringList{QStringLiteral(".Quillfern1.lock"), QStringLiteral("Quillfern1.plist")}))
         << "something was left behind";
 }
 
@@ -98,6 +99,18 @@ TEST(PlistDefaultsStore, TellsWhenItCannotWrite)
     PlistDefaultsStore homeless{FakeFolders(QString())};
     EXPECT_THROW(homeless.flush(), Failure);
     EXPECT_EQ(readFile(scratch.path(QStringLiteral("Orvane"))), "a file where the folder should be");
+}
+
+TEST(PlistDefaultsStore, WaitsForWhoeverHoldsTheLockButNotForEver)
+{
+    const Scratch scratch;
+    const QString path = scratch.path(QStringLiteral("lock"));
+    {
+        const FileLock held(path);
+        EXPECT_THROW(FileLock(path, 20), Failure);
+    }
+    EXPECT_NO_THROW(FileLock(path, 20));
+    EXPECT_THROW(FileLock(scratch.path(QStringLiteral("no/folder/lock"))), Failure);
 }
 
 TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)

@@ -1,6 +1,7 @@
 #include "platform/store/PlistDefaultsStore.h"
 
 #include "platform/store/AtomicFile.h"
+#include "platform/store/FileLock.h"
 #include "platform/store/PropertyList.h"
 #include "platform/system/Failure.h"
 #include "platform/system/Folders.h"
@@ -8,14 +9,11 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QLockFile>
 #include <sys/stat.h>
 
 namespace quillfern {
 
 namespace {
-
-constexpr int patienceForLock = 5000; // milliseconds; a flush takes a few
 
 /// Where the store really is: a file kept elsewhere and linked here is written there.
 QString followed(const QString& path)
@@ -71,9 +69,7 @@ void PlistDefaultsStore::flush()
     if (path_.isEmpty()) throw Failure(QStringLiteral("there is no folder for configuration files"));
     const QString folder = QFileInfo(path_).absolutePath();
     if (!QDir().mkpath(folder)) throw Failure(QStringLiteral("the folder %1 cannot be created").arg(folder));
-    QLockFile lock(path_ + QStringLiteral(".lock"));
-    if (!lock.tryLock(patienceForLock))
-        throw Failure(QStringLiteral("%1 is locked by another program").arg(path_));
+    const FileLock lock(QDir(folder).filePath(QStringLiteral(".Quillfern1.lock")));
 
     const QString target = followed(path_);
     Record merged;

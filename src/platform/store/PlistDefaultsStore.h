@@ -10,7 +10,7 @@ class Folders;
 /// files. Read when made; written whole at every flush and readable by its owner only, since a password may
 /// be in it.
 ///
-/// Two programs may flush at once: each takes the lock file beside the store, reads what the other wrote and
+/// Two programs may flush at once: each waits for the lock beside the store, reads what the other wrote and
 /// changes only the values it was given itself. A file that cannot be read counts as empty; the first flush
 /// moves it to another name instead of writing over it.
 class PlistDefaultsStore final : public DefaultsStore

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+namespace quillfern {
+
+/// Keeps other programs that ask for the same lock waiting for as long as it lives. The lock is on an empty
+/// file that stays behind, and the system lets go of it when the program ends, however it ends.
+class FileLock
+{
+  public:
+    /// Waits until the lock is free. Throws Failure when that takes longer than `patience` milliseconds or
+    /// the file cannot be made. On a file system that knows no locks it holds nothing back.
+    explicit FileLock(const QString& path, int patience = 5000);
+    ~FileLock();
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+  private:
+    int descriptor_;
+};
+
+} // namespace quillfern
