@@ -1,6 +1,6 @@
 #include "platform/raster/RasterWriter.h"
 
-#include "platform/raster/JpegRoundTrip.h"
+#include "platform/raster/JpegCodec.h"
 #include "platform/raster/RasterLimits.h"
 
 #include <QThread>

@@ -1,17 +1,21 @@
 #include "platform/raster/StripCodec.h"
 
+#include "platform/raster/JpegCodec.h"
+#include "platform/raster/LzwEncoder.h"
 #include "platform/system/Failure.h"
 
 #include <algorithm>
 #include <cstring>
 #include <memory>
 #include <tiffio.h>
+#include <vector>
 
 namespace quillfern {
 
 namespace {
 
-constexpr std::uint32_t widestJpeg = 65500;
+/// A third faster than the default of 6, for two bytes in a hundred.
+constexpr int deflateLevel = 4;
 
 /// A TIFF that libtiff writes into memory, of which only the one strip is wanted.
 struct Scratch
@@ -77,14 +81,43 @@ void describe(TIFF* tiff, const StripFormat& format, std::uint32_t rows)
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, format.photometric());
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, format.compression);
     if (format.hasPredictor()) TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
+    if (format.compression == COMPRESSION_ADOBE_DEFLATE || format.compression == COMPRESSION_DEFLATE)
+        TIFFSetField(tiff, TIFFTAG_ZIPQUALITY, deflateLevel);
     if (format.compression == COMPRESSION_CCITTFAX3)
         TIFFSetField(tiff, TIFFTAG_GROUP3OPTIONS, format.group3Options);
-    if (!format.isJpeg()) return;
-    TIFFSetField(tiff, TIFFTAG_JPEGQUALITY, 100);
-    TIFFSetField(tiff, TIFFTAG_JPEGTABLESMODE, 0); // every strip carries its own
-    if (format.channels == 1) return;
-    TIFFSetField(tiff, TIFFTAG_YCBCRSUBSAMPLING, 1, 1);
-    TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+}
+
+/// Every byte as its difference from the byte of the same channel one pixel to the left.
+void applyPredictor(const StripFormat& format, QByteArray& rows)
+{
+    const std::size_t channels = format.channels;
+    const std::size_t rowBytes = format.rowBytes();
+    std::vector<uchar> before(rowBytes);
+    auto* row = reinterpret_cast<uchar*>(rows.data());
+    const uchar* end = row + rows.size();
+    for (; row < end; row += rowBytes) {
+        std::memcpy(before.data(), row, rowBytes);
+        for (std::size_t i = channels; i < rowBytes; ++i)
+            row[i] = static_cast<uchar>(row[i] - before[i - channels]);
+    }
+}
+
+/// Fax, PackBits and Deflate coding, as libtiff does it.
+QByteArray encodeWithLibrary(const StripFormat& format, QByteArray rows, int rowCount)
+{
+    Scratch scratch;
+    std::uint64_t offset = 0;
+    std::uint64_t size = 0;
+    {
+        const auto tiff = openScratch(scratch);
+        if (!tiff) throw Failure(QStringLiteral("not enough memory to encode a page"));
+        describe(tiff.get(), format, static_cast<std::uint32_t>(rowCount));
+        if (TIFFWriteEncodedStrip(tiff.get(), 0, rows.data(), rows.size()) < 0)
+            throw Failure(QStringLiteral("a page could not be encoded"));
+        offset = TIFFGetStrileOffset(tiff.get(), 0);
+        size = TIFFGetStrileByteCount(tiff.get(), 0);
+    }
+    return scratch.bytes.mid(static_cast<qsizetype>(offset), static_cast<qsizetype>(size));
 }
 
 } // namespace
@@ -117,7 +150,8 @@ std::uint16_t suitableCompression(std::int32_t requested, const StripFormat& for
         return static_cast<std::uint16_t>(requested);
     case COMPRESSION_OJPEG:
     case COMPRESSION_JPEG: {
-        const bool suits = !format.isBilevel && format.channels != 4 && format.width <= widestJpeg;
+        const bool suits =
+            !format.isBilevel && format.channels != 4 && format.width <= std::uint32_t{widestJpeg};
         return suits ? COMPRESSION_JPEG : COMPRESSION_LZW;
     }
     case COMPRESSION_CCITTRLE:
@@ -131,21 +165,19 @@ std::uint16_t suitableCompression(std::int32_t requested, const StripFormat& for
 
 QByteArray encodeStrip(const StripFormat& format, QByteArray rows)
 {
-    if (format.compression == COMPRESSION_NONE) return rows;
-    Scratch scratch;
-    std::uint64_t offset = 0;
-    std::uint64_t size = 0;
-    {
-        const auto tiff = openScratch(scratch);
-        if (!tiff) throw Failure(QStringLiteral("not enough memory to encode a page"));
-        describe(tiff.get(), format,
-                 static_cast<std::uint32_t>(static_cast<std::size_t>(rows.size()) / format.rowBytes()));
-        if (TIFFWriteEncodedStrip(tiff.get(), 0, rows.data(), rows.size()) < 0)
-            throw Failure(QStringLiteral("a page could not be encoded"));
-        offset = TIFFGetStrileOffset(tiff.get(), 0);
-        size = TIFFGetStrileByteCount(tiff.get(), 0);
+    const auto rowCount = static_cast<int>(static_cast<std::size_t>(rows.size()) / format.rowBytes());
+    switch (format.compression) {
+    case COMPRESSION_NONE:
+        return rows;
+    case COMPRESSION_LZW:
+        if (format.hasPredictor()) applyPredictor(format, rows);
+        return encodeLzw(rows);
+    case COMPRESSION_JPEG:
+        return encodeJpeg(reinterpret_cast<const uchar*>(rows.constData()), static_cast<int>(format.width),
+                          rowCount, format.channels);
+    default:
+        return encodeWithLibrary(format, std::move(rows), rowCount);
     }
-    return scratch.bytes.mid(static_cast<qsizetype>(offset), static_cast<qsizetype>(size));
 }
 
 } // namespace quillfern

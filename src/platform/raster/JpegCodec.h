@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QByteArray>
 
 namespace quillfern {
 
@@ -9,5 +9,10 @@ namespace quillfern {
 /// handled in blocks of eight: a page may be cut into strips of a multiple of eight rows without changing a
 /// pixel. May be called from several threads at once. Throws Failure.
 void jpegRoundTrip(uchar* pixels, int width, int rows, int channels);
+
+/// The same pixels as one JPEG of that quality. `width` is at most widestJpeg.
+[[nodiscard]] QByteArray encodeJpeg(const uchar* pixels, int width, int rows, int channels);
+
+inline constexpr int widestJpeg = 65500;
 
 } // namespace quillfern
