@@ -1,7 +1,7 @@
 #include "platform/raster/ImageFileFacts.h"
 
-#include <QFile>
 #include <QtEndian>
+#include <cstdlib>
 
 namespace quillfern {
 
@@ -22,7 +22,7 @@ unsigned big16(const QByteArray& bytes, qsizetype at)
 
 /// True when the two bytes of the end mark stand anywhere from `offset` on. Inside image data a 0xFF is
 /// always followed by a zero or a restart mark.
-bool hasEndOfImage(QFile& file, qint64 offset)
+bool hasEndOfImage(QIODevice& file, qint64 offset)
 {
     if (!file.seek(offset)) return false;
     char last = 0;
@@ -36,7 +36,7 @@ bool hasEndOfImage(QFile& file, qint64 offset)
     return false;
 }
 
-ImageFileFacts jpegFacts(QFile& file)
+ImageFileFacts jpegFacts(QIODevice& file)
 {
     ImageFileFacts facts;
     facts.isWhole = false;
@@ -63,7 +63,7 @@ ImageFileFacts jpegFacts(QFile& file)
     return facts;
 }
 
-ImageFileFacts pngFacts(QFile& file)
+ImageFileFacts pngFacts(QIODevice& file)
 {
     ImageFileFacts facts;
     facts.isWhole = false;
@@ -83,33 +83,35 @@ ImageFileFacts pngFacts(QFile& file)
     return facts;
 }
 
-ImageFileFacts bmpFacts(QFile& file, const QSize& size)
+ImageFileFacts bmpFacts(QIODevice& file)
 {
     ImageFileFacts facts;
     const QByteArray head = file.read(54);
     if (head.size() < 26) return {{72, 72}, false};
     const auto offset = qFromLittleEndian<quint32>(head.constData() + 10);
     if (head.size() < 54 || qFromLittleEndian<quint32>(head.constData() + 14) < 40) return facts;
+    const qint64 width = qFromLittleEndian<qint32>(head.constData() + 18);
+    const qint64 height = std::abs(qint64{qFromLittleEndian<qint32>(head.constData() + 22)}); // or downwards
     const auto bits = qFromLittleEndian<quint16>(head.constData() + 28);
     const auto coding = qFromLittleEndian<quint32>(head.constData() + 30);
     const auto dataSize = qFromLittleEndian<quint32>(head.constData() + 34);
     setDots(facts, qFromLittleEndian<qint32>(head.constData() + 38),
             qFromLittleEndian<qint32>(head.constData() + 42), metresPerInch);
     const bool isRunLength = coding == 1 || coding == 2;
-    const qint64 row = (qint64{size.width()} * bits + 31) / 32 * 4;
-    const qint64 needed = isRunLength ? qint64{dataSize} : row * size.height();
+    const qint64 row = (width * bits + 31) / 32 * 4;
+    const qint64 needed = isRunLength ? qint64{dataSize} : row * height;
     facts.isWhole = file.size() >= qint64{offset} + needed;
     return facts;
 }
 
 /// Passes over a GIF's colour table, whose presence and size the packed byte tells.
-void skipColourTable(QFile& file, char packed)
+void skipColourTable(QIODevice& file, char packed)
 {
     if ((packed & 0x80) != 0) file.skip(3LL << ((packed & 7) + 1));
 }
 
 /// Passes over the blocks of an extension or of image data, up to the empty one; false when the file ends.
-bool skipBlocks(QFile& file)
+bool skipBlocks(QIODevice& file)
 {
     char size = 0;
     while (file.getChar(&size)) {
@@ -119,7 +121,7 @@ bool skipBlocks(QFile& file)
     return false;
 }
 
-ImageFileFacts gifFacts(QFile& file)
+ImageFileFacts gifFacts(QIODevice& file)
 {
     ImageFileFacts facts;
     facts.isWhole = false;
@@ -149,14 +151,14 @@ ImageFileFacts gifFacts(QFile& file)
 
 } // namespace
 
-ImageFileFacts readImageFileFacts(const QString& path, const QByteArray& format, const QSize& size)
+ImageFileFacts readImageFileFacts(QIODevice& file)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) return {{72, 72}, false};
-    if (format == "jpeg" || format == "jpg") return jpegFacts(file);
-    if (format == "png") return pngFacts(file);
-    if (format == "bmp") return bmpFacts(file, size);
-    if (format == "gif") return gifFacts(file);
+    file.seek(0);
+    const QByteArray start = file.peek(8);
+    if (start.startsWith("\xFF\xD8\xFF")) return jpegFacts(file);
+    if (start.startsWith("\x89PNG")) return pngFacts(file);
+    if (start.startsWith("BM")) return bmpFacts(file);
+    if (start.startsWith("GIF8")) return gifFacts(file);
     return {};
 }
 

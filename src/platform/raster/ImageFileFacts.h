@@ -1,9 +1,7 @@
 #pragma once
 
-#include <QByteArray>
-#include <QSize>
+#include <QIODevice>
 #include <QSizeF>
-#include <QString>
 
 namespace quillfern {
 
@@ -14,10 +12,8 @@ struct ImageFileFacts
     bool isWhole = true;        ///< false when the file breaks off before its end mark
 };
 
-/// `format` is the decoder's name of the format ("jpeg", "png", ...), `size` the stored size in pixels.
-/// Decoders fill in what a cut-off file lacks and call it a picture; this looks for the end. Never throws: a
-/// file that cannot be read is not whole.
-[[nodiscard]] ImageFileFacts readImageFileFacts(const QString& path, const QByteArray& format,
-                                                const QSize& size);
+/// Looks through a whole file, told by its first bytes; the device is left anywhere. Decoders fill in what a
+/// cut-off file lacks and call it a picture; this looks for the end.
+[[nodiscard]] ImageFileFacts readImageFileFacts(QIODevice& file);
 
 } // namespace quillfern

@@ -69,16 +69,18 @@ RasterPage pageFromImage(QImage image)
     return page;
 }
 
-ImageFileReader::ImageFileReader(const QString& path)
+ImageFileReader::ImageFileReader(std::unique_ptr<QIODevice> device) : device_(std::move(device))
 {
-    reader_.setFileName(path);
+    const ImageFileFacts facts = readImageFileFacts(*device_);
+    device_->seek(0);
+    reader_.setDevice(device_.get());
     reader_.setDecideFormatFromContent(true);
     reader_.setAutoTransform(true);
-    const QSize size = reader_.size();
+    size_ = reader_.size();
+    const QSize size = size_;
     if (!reader_.canRead() || !size.isValid())
         throw Failure(QStringLiteral("the file is not a picture that can be read"));
     checkPageSize(size.width(), size.height(), bytesPerDecodedPixel);
-    const ImageFileFacts facts = readImageFileFacts(path, reader_.format(), size);
     if (!facts.isWhole) throw Failure(QStringLiteral("the file is damaged or cut off"));
     const QSizeF dots = facts.dotsPerInch;
     QSizeF points(size.width() / dots.width() * plainDotsPerInch,

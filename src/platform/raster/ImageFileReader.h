@@ -10,7 +10,11 @@ namespace quillfern {
 class ImageFileReader final : public RasterReader
 {
   public:
-    explicit ImageFileReader(const QString& path);
+    /// `device` is open for reading and can seek. Throws Failure when it holds no such picture.
+    explicit ImageFileReader(std::unique_ptr<QIODevice> device);
+
+    /// Pixels of a frame as it is stored.
+    [[nodiscard]] QSize storedSize() const { return size_; }
 
     [[nodiscard]] RasterPage readPage() override;
     /// Frames build on each other: passing over one decodes it all the same.
@@ -19,7 +23,9 @@ class ImageFileReader final : public RasterReader
   private:
     [[nodiscard]] QImage readImage();
 
+    std::unique_ptr<QIODevice> device_;
     QImageReader reader_;
+    QSize size_;
 };
 
 /// A decoded image as a page.

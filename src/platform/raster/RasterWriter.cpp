@@ -54,7 +54,7 @@ QByteArray encodeRows(const QImage& image, int top, int rows, const StripFormat&
 
 } // namespace
 
-RasterWriter::RasterWriter(AtomicFile& file) : container_(file)
+RasterWriter::RasterWriter(AtomicFile& file) : output_(file), container_(output_)
 {
     pool_.setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
 }

@@ -44,6 +44,7 @@ class RasterWriter
 
     void writeUpTo(std::size_t pagesLeft);
 
+    TiffFileOutput output_;
     TiffContainer container_;
     std::deque<PageInWork> inWork_;
     std::size_t pageCount_ = 0;

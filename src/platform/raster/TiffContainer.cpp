@@ -10,27 +10,36 @@
 
 namespace quillfern {
 
-namespace {
-
-constexpr std::uint64_t headerSize = 16; ///< of a BigTIFF; a classic one leaves half of it unused
-
-} // namespace
-
-TiffContainer::TiffContainer(AtomicFile& file, std::uint64_t classicLimit)
-    : file_(file), classicLimit_(classicLimit), end_(headerSize)
+TiffFileOutput::TiffFileOutput(AtomicFile& file) : file_(file)
 {
-    // The header is written last, into this gap.
     if (::lseek(file_.descriptor(), static_cast<off_t>(headerSize), SEEK_SET) < 0)
         throw Failure::fromErrno(QStringLiteral("cannot write the pages"), errno);
+}
+
+void TiffFileOutput::append(const char* data, std::size_t size)
+{
+    file_.write(data, size);
+}
+
+void TiffFileOutput::setHeader(const QByteArray& header)
+{
+    const auto size = static_cast<std::size_t>(header.size());
+    if (::pwrite(file_.descriptor(), header.constData(), size, 0) != header.size())
+        throw Failure::fromErrno(QStringLiteral("cannot write the pages"), errno);
+}
+
+TiffContainer::TiffContainer(TiffOutput& output, std::uint64_t classicLimit)
+    : output_(output), classicLimit_(classicLimit)
+{
 }
 
 std::uint64_t TiffContainer::append(const QByteArray& bytes)
 {
     const std::uint64_t at = end_;
-    file_.write(bytes);
+    output_.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     end_ += static_cast<std::uint64_t>(bytes.size());
     if (end_ % 2 != 0) {
-        file_.write("", 1);
+        output_.append("", 1);
         ++end_;
     }
     return at;
@@ -92,10 +101,7 @@ void TiffContainer::finish()
     const bool isBig = classicEnd > classicLimit_;
     for (std::size_t i = 0; i < pages_.size(); ++i)
         append(directory(pages_[i], isBig, end_, i + 1 == pages_.size()));
-    const QByteArray header = TiffDirectory::header(isBig, first);
-    if (::pwrite(file_.descriptor(), header.constData(), static_cast<std::size_t>(header.size()), 0) !=
-        header.size())
-        throw Failure::fromErrno(QStringLiteral("cannot write the pages"), errno);
+    output_.setHeader(TiffDirectory::header(isBig, first));
 }
 
 } // namespace quillfern
