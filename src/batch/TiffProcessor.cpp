@@ -6,10 +6,10 @@
 #include "platform/raster/PageFeed.h"
 #include "platform/raster/RasterWriter.h"
 #include "platform/store/AtomicFile.h"
+#include "platform/system/FileFacts.h"
 #include "platform/system/Guarded.h"
 #include "stamps/PageCompositor.h"
 
-#include <QFileInfo>
 #include <algorithm>
 
 namespace quillfern {
@@ -51,7 +51,7 @@ bool TiffProcessor::processTIFF(const QString& source, const QString& target, st
                                 std::int32_t compression)
 {
     problem_.clear();
-    if (!QFileInfo::exists(source)) {
+    if (fileKind(source) == FileKind::Missing) {
         problem_ = QStringLiteral("the file is not there any more");
         return false;
     }

@@ -1,10 +1,10 @@
 #include "runner/StampOptions.h"
 
 #include "platform/system/Failure.h"
+#include "platform/system/NativePath.h"
 #include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
 
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <algorithm>
 #include <array>
@@ -143,7 +143,7 @@ void StampOptions::beginImage(const QString& path)
 {
     auto stamp = std::make_shared<ImageStamp>();
     try {
-        stamp->loadPicture(QFileInfo(path).absoluteFilePath());
+        stamp->loadPicture(absolutePath(path));
     } catch (const Failure& failure) {
         throw WrongUse(QStringLiteral("the picture \"%1\" cannot be used: %2").arg(path, failure.reason()));
     }

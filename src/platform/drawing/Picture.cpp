@@ -12,8 +12,9 @@ struct Picture::Halves
     std::vector<QImage> images; ///< a half, a quarter, an eighth ... of the sides
 };
 
-Picture::Picture(QImage image)
-    : image_(std::move(image)), isGrey_(image_.allGray()), halves_(std::make_shared<Halves>())
+Picture::Picture(QImage image, QByteArray jpeg)
+    : image_(std::move(image)), jpeg_(std::move(jpeg)), isGrey_(image_.allGray()),
+      halves_(std::make_shared<Halves>())
 {
 }
 

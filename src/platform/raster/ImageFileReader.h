@@ -15,6 +15,11 @@ class ImageFileReader final : public RasterReader
 
     /// Pixels of a frame as it is stored.
     [[nodiscard]] QSize storedSize() const { return size_; }
+    /// True when frames are turned or mirrored to be upright.
+    [[nodiscard]] bool isTransformed() const
+    {
+        return reader_.transformation() != QImageIOHandler::TransformationNone;
+    }
 
     [[nodiscard]] RasterPage readPage() override;
     /// Frames build on each other: passing over one decodes it all the same.

@@ -48,7 +48,7 @@ ImageFacts inspectImageFile(const QString& path)
     const QByteArray start = file.peek(1024);
     if (start.contains("%PDF-")) return {pdfPageCount(path), 1};
     if (TiffFile::isTiff(start)) return inspectTiff(path);
-    const ImageFacts facts = inspectOther(path);
+    const ImageFacts facts = inspectOther(file);
     // A PDF may start with anything, as long as its trailer is found.
     return facts.pages > 0 ? facts : ImageFacts{pdfPageCount(path), 1};
 }

@@ -1,16 +1,17 @@
 #include "platform/raster/PictureBytes.h"
 
 #include "platform/raster/ImageFileReader.h"
+#include "platform/raster/PlainJpeg.h"
 #include "platform/raster/TiffContainer.h"
 #include "platform/raster/TiffDecoder.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
+#include "platform/system/FileAccess.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <algorithm>
 #include <cstring>
-#include <tiff.h>
 
 namespace quillfern {
 
@@ -29,7 +30,29 @@ void checkPictureSize(const QSize& size)
                           .arg(size.height()));
 }
 
-RasterPage decodeFirstPage(const QByteArray& bytes)
+/// The JPEG that is the only strip of the present page; empty when the page is kept in another way.
+QByteArray jpegInside(const TiffFile& file, const TiffPageInfo& info)
+{
+    TIFF* tiff = file.handle();
+    std::uint32_t count = 0;
+    void* tables = nullptr;
+    const bool isWhole = info.compression == COMPRESSION_JPEG && info.orientation == 1 &&
+                         !TIFFIsTiled(tiff) && TIFFNumberOfStrips(tiff) == 1 &&
+                         TIFFGetField(tiff, TIFFTAG_JPEGTABLES, &count, &tables) != 1;
+    const std::uint64_t size = isWhole ? TIFFGetStrileByteCount(tiff, 0) : 0;
+    if (size == 0 || size > static_cast<std::uint64_t>(largestPictureFile)) return {};
+    QByteArray jpeg(static_cast<qsizetype>(size), Qt::Uninitialized);
+    if (TIFFReadRawStrip(tiff, 0, jpeg.data(), jpeg.size()) != jpeg.size()) return {};
+    return readPlainJpeg(jpeg) ? jpeg : QByteArray();
+}
+
+struct Decoded
+{
+    RasterPage page;
+    QByteArray jpeg; ///< of the same pixels; empty when there is none
+};
+
+Decoded decodeFirstPage(const QByteArray& bytes)
 {
     if (!TiffFile::isTiff(bytes)) {
         auto buffer = std::make_unique<QBuffer>();
@@ -37,13 +60,15 @@ RasterPage decodeFirstPage(const QByteArray& bytes)
         buffer->open(QIODevice::ReadOnly);
         ImageFileReader reader(std::move(buffer));
         checkPictureSize(reader.storedSize());
-        return reader.readPage();
+        const bool isTurned = reader.isTransformed();
+        return {reader.readPage(), !isTurned && readPlainJpeg(bytes) ? bytes : QByteArray()};
     }
     TiffFile file(bytes);
     const TiffPageInfo info = readTiffPageInfo(file);
     checkPictureSize({static_cast<int>(std::min(info.width, 0x7FFFFFFFU)),
                       static_cast<int>(std::min(info.height, 0x7FFFFFFFU))});
-    return decodeTiffPage(file, info);
+    RasterPage page = decodeTiffPage(file, info);
+    return {std::move(page), jpegInside(file, info)};
 }
 
 QByteArray tiffOf(const QImage& image)
@@ -69,27 +94,46 @@ QByteArray tiffOf(const QImage& image)
     return output.bytes();
 }
 
+/// A TIFF around a JPEG, which is not coded anew.
+QByteArray tiffOf(const QByteArray& jpeg, const PlainJpeg& facts)
+{
+    StripFormat format;
+    format.width = static_cast<std::uint32_t>(facts.width);
+    format.channels = static_cast<std::uint16_t>(facts.components);
+    format.compression = COMPRESSION_JPEG;
+    format.subsampling = facts.subsampling;
+    TiffMemoryOutput output;
+    TiffContainer container(output);
+    container.beginPage(format, static_cast<std::uint32_t>(facts.height),
+                        static_cast<std::uint32_t>(facts.height), QSizeF(72, 72), {});
+    container.addStrip(jpeg);
+    container.finish();
+    return output.bytes();
+}
+
 } // namespace
 
 PictureBytes readPictureFile(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Failure(QStringLiteral("the picture cannot be read: %1").arg(file.errorString()));
+    QFile file;
+    openRegularFile(file, path);
     if (file.size() > largestPictureFile)
         throw Failure(QStringLiteral("the file is too large for the picture of a stamp"));
-    const RasterPage page = decodeFirstPage(file.readAll());
-    return {tiffOf(page.image), page.image.size()};
+    const Decoded decoded = decodeFirstPage(file.readAll());
+    const QSize size = decoded.page.image.size();
+    const auto plain = readPlainJpeg(decoded.jpeg);
+    return {plain ? tiffOf(decoded.jpeg, *plain) : tiffOf(decoded.page.image), size};
 }
 
 Picture decodePicture(const QByteArray& bytes)
 {
-    QImage image = decodeFirstPage(bytes).image;
+    Decoded decoded = decodeFirstPage(bytes);
+    QImage image = std::move(decoded.page.image);
     // The forms that painting is fast with; the colours stay as they are, not multiplied by alpha.
     if (image.format() != QImage::Format_Grayscale8)
         image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     if (image.isNull()) throw Failure(QStringLiteral("not enough memory for a picture"));
-    return Picture(std::move(image));
+    return Picture(std::move(image), std::move(decoded.jpeg));
 }
 
 } // namespace quillfern

@@ -4,6 +4,7 @@
 #include "platform/raster/TiffFile.h"
 #include "platform/raster/TiffReader.h"
 #include "platform/system/Failure.h"
+#include "platform/system/FileAccess.h"
 
 #include <QFile>
 
@@ -11,9 +12,8 @@ namespace quillfern {
 
 std::unique_ptr<RasterReader> RasterReader::open(const QString& path)
 {
-    auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::ReadOnly))
-        throw Failure(QStringLiteral("the file cannot be read: %1").arg(file->errorString()));
+    auto file = std::make_unique<QFile>();
+    openRegularFile(*file, path);
     const QByteArray start = file->peek(1024);
     if (start.isEmpty()) throw Failure(QStringLiteral("the file is empty"));
     if (TiffFile::isTiff(start)) return std::make_unique<TiffReader>(path);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <array>
 #include <cstdint>
 
 namespace quillfern {
@@ -14,6 +15,7 @@ struct StripFormat
     bool isWhiteZero = false;
     std::uint16_t compression = 1;
     std::uint32_t group3Options = 0;
+    std::array<std::uint16_t, 2> subsampling = {1, 1}; ///< of the colours of a JPEG, across and down
 
     [[nodiscard]] std::size_t rowBytes() const
     {

@@ -87,7 +87,8 @@ QByteArray TiffContainer::directory(const Page& page, bool isBig, std::uint64_t 
         directory.number(TIFFTAG_GROUP3OPTIONS, format.group3Options);
     if (format.hasPredictor()) directory.shorts(TIFFTAG_PREDICTOR, {PREDICTOR_HORIZONTAL});
     if (format.channels == 4) directory.shorts(TIFFTAG_EXTRASAMPLES, {EXTRASAMPLE_UNASSALPHA});
-    if (format.photometric() == PHOTOMETRIC_YCBCR) directory.shorts(TIFFTAG_YCBCRSUBSAMPLING, {1, 1});
+    if (format.photometric() == PHOTOMETRIC_YCBCR)
+        directory.shorts(TIFFTAG_YCBCRSUBSAMPLING, {format.subsampling[0], format.subsampling[1]});
     if (page.profileSize > 0) directory.elsewhere(TIFFTAG_ICCPROFILE, page.profileOffset, page.profileSize);
     return directory.take(at, isLast);
 }

@@ -2,8 +2,8 @@
 
 #include "platform/raster/RasterLimits.h"
 #include "platform/system/Failure.h"
+#include "platform/system/NativePath.h"
 
-#include <QFile>
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -32,7 +32,7 @@ std::unique_ptr<TIFFOpenOptions, OptionsFree> openOptions(TIFFErrorHandlerExtR o
 
 // 'm' leaves the file unmapped.
 TiffFile::TiffFile(const QString& path)
-    : tiff_(TIFFOpenExt(QFile::encodeName(path).constData(), "rm", openOptions(keepError, this).get()))
+    : tiff_(TIFFOpenExt(nativePath(path).constData(), "rm", openOptions(keepError, this).get()))
 {
     if (!tiff_) throw failure(QStringLiteral("the TIFF file cannot be read"));
 }
