@@ -1,6 +1,7 @@
 #include "batch/DocumentProcessors.h"
 
 #include "batch/PdfProcessor.h"
+#include "batch/TiffProcessor.h"
 #include "config/Numbering.h"
 #include "platform/drawing/TextShaper.h"
 #include "platform/pdf/PdfWriter.h"
@@ -12,8 +13,8 @@ namespace {
 class StampingProcessors final : public DocumentProcessors
 {
   public:
-    StampingProcessors(Numbering& number, PageProgress progress)
-        : pdf_(number, shaper_, writer_, std::move(progress))
+    StampingProcessors(Numbering& number, const PageProgress& progress)
+        : pdf_(number, shaper_, writer_, progress), tiff_(number, shaper_, progress)
     {
     }
 
@@ -25,10 +26,12 @@ class StampingProcessors final : public DocumentProcessors
         return done;
     }
 
-    bool processTIFF(const QString&, const QString&, std::int64_t, std::int32_t) override
+    bool processTIFF(const QString& source, const QString& target, std::int64_t totalPages,
+                     std::int32_t compression) override
     {
-        problem_ = QStringLiteral("this build does not process raster files");
-        return false;
+        const bool done = tiff_.processTIFF(source, target, totalPages, compression);
+        problem_ = tiff_.lastProblem();
+        return done;
     }
 
     [[nodiscard]] QString lastProblem() const override { return problem_; }
@@ -38,6 +41,7 @@ class StampingProcessors final : public DocumentProcessors
     TextShaper shaper_;
     RewritingPdfWriter writer_;
     PdfProcessor pdf_;
+    TiffProcessor tiff_;
     QString problem_;
 };
 
@@ -45,7 +49,7 @@ class StampingProcessors final : public DocumentProcessors
 
 std::unique_ptr<DocumentProcessors> makeDocumentProcessors(Numbering& number, PageProgress progress)
 {
-    return std::make_unique<StampingProcessors>(number, std::move(progress));
+    return std::make_unique<StampingProcessors>(number, progress);
 }
 
 } // namespace quillfern

@@ -3,6 +3,7 @@
 #include "platform/store/DefaultsStore.h"
 #include "platform/store/PropertyList.h"
 #include "platform/system/Guarded.h"
+#include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
 
 namespace quillfern {
@@ -13,6 +14,7 @@ namespace {
 std::shared_ptr<IStampItem> stampFor(const Record& record)
 {
     if (record.contains(QStringLiteral("font"))) return std::make_shared<TextStamp>();
+    if (record.contains(QStringLiteral("stampImage"))) return std::make_shared<ImageStamp>();
     return nullptr;
 }
 

@@ -3,72 +3,19 @@
 #include "config/Margins.h"
 #include "platform/store/PropertyList.h"
 #include "platform/system/Failure.h"
-#include "stamps/TextStamp.h"
+#include "runner/OptionValues.h"
+#include "runner/StampOptions.h"
 
 #include <QCommandLineParser>
 #include <QHash>
 #include <QRegularExpression>
 #include <array>
-#include <cmath>
-#include <functional>
 #include <limits>
 
 namespace quillfern {
 
 namespace {
 
-[[noreturn]] void wrong(const QString& option, const QString& value, const QString& expected)
-{
-    throw WrongUse(QStringLiteral("--%1 takes %2, not \"%3\"").arg(option, expected, value));
-}
-
-std::int64_t wholeNumber(const QString& option, const QString& text, std::int64_t lowest,
-                         std::int64_t highest)
-{
-    bool ok = false;
-    const qlonglong value = text.toLongLong(&ok);
-    if (!ok || value < lowest || value > highest)
-        wrong(option, text,
-              highest >= std::numeric_limits<std::int32_t>::max() / 2
-                  ? QStringLiteral("a whole number from %1").arg(lowest)
-                  : QStringLiteral("a whole number from %1 to %2").arg(lowest).arg(highest));
-    return value;
-}
-
-double realNumber(const QString& option, const QString& text, double lowest, double highest)
-{
-    bool ok = false;
-    const double value = text.toDouble(&ok);
-    if (!ok || !(value >= lowest && value <= highest))
-        wrong(option, text, QStringLiteral("a number from %1 to %2").arg(lowest).arg(highest));
-    return value;
-}
-
-template <std::size_t N>
-std::int32_t word(const QString& option, const QString& text,
-                  const std::array<std::pair<const char*, int>, N>& words)
-{
-    QStringList known;
-    for (const auto& [name, value] : words) {
-        if (text.compare(QLatin1String(name), Qt::CaseInsensitive) == 0) return value;
-        known.append(QString::fromLatin1(name));
-    }
-    wrong(option, text, QStringLiteral("one of ") + known.join(QStringLiteral(", ")));
-}
-
-constexpr std::array<std::pair<const char*, int>, 9> anchors = {{{"TopLeft", TopLeft},
-                                                                 {"TopMiddle", TopMiddle},
-                                                                 {"TopRight", TopRight},
-                                                                 {"MiddleLeft", MiddleLeft},
-                                                                 {"MiddleMiddle", MiddleMiddle},
-                                                                 {"MiddleRight", MiddleRight},
-                                                                 {"BottomLeft", BottomLeft},
-                                                                 {"BottomMiddle", BottomMiddle},
-                                                                 {"BottomRight", BottomRight}}};
-constexpr std::array<std::pair<const char*, int>, 4> numberTypes = {{{"plain", PlainText},
-                                                                     {"numbers", Numbers},
-                                                                     {"roman-capital", RomanNumbersCapital},
-                                                                     {"roman-small", RomanNumbersSmall}}};
 constexpr std::array<std::pair<const char*, int>, 3> pageRanges = {
     {{"all", AllPages}, {"odd", OddPages}, {"even", EvenPages}}};
 constexpr std::array<std::pair<const char*, int>, 3> units = {
@@ -113,33 +60,6 @@ void readMargins(Numbering& number, const QString& text)
     number.setMarginBottom(values[3]);
 }
 
-struct Option
-{
-    const char* name;
-    const char* value; ///< what the value is called in the help; null for a switch
-    const char* help;
-};
-
-constexpr std::array stampOptions = {
-    Option{"text", "TEMPLATE",
-           "Begin a text stamp. {0} is the page's number, {1} the total; they are filled in the order in "
-           "which they stand."},
-    Option{"anchor", "PLACE",
-           "TopLeft, TopMiddle, TopRight, MiddleLeft, MiddleMiddle, MiddleRight, BottomLeft, "
-           "BottomMiddle (the default) or BottomRight of the area inside the margins."},
-    Option{"font", "NAME", "Font family (Helvetica)."},
-    Option{"font-size", "PT", "Font size in points (12)."},
-    Option{"bold", nullptr, "The bold member of the family, if it has one."},
-    Option{"italic", nullptr, "The italic member of the family, if it has one."},
-    Option{"color", "#RRGGBB", "Text colour (#000000)."},
-    Option{"opacity", "N", "Opacity in percent (100)."},
-    Option{"rotation", "DEG", "Rotation in degrees, counter-clockwise (0)."},
-    Option{"number-type", "STYLE", "plain, numbers (the default), roman-capital or roman-small."},
-    Option{"padding", "N", "Write numbers with at least N digits (1)."},
-    Option{"under", nullptr, "Draw beneath the content of PDF pages."},
-    Option{"symmetric", nullptr, "Exchange left and right on every other page."},
-};
-
 constexpr std::array jobOptions = {
     Option{"output", "DIR", "Folder for the stamped copies. Required for a job."},
     Option{"profile", "FILE",
@@ -175,14 +95,17 @@ constexpr std::array jobOptions = {
 class Reader
 {
   public:
-    explicit Reader(Settings& settings) : settings_(settings), number_(*settings.number) {}
+    explicit Reader(Settings& settings)
+        : settings_(settings), number_(*settings.number), stamps_(number_.stamps)
+    {
+    }
 
     void apply(const QString& name, const QString& value, RunnerOptions& options)
     {
         if (applyToRun(name, value, options)) return;
         if (name == QLatin1String("profile")) return loadProfile(value);
         isChanged_ = true;
-        if (!applyToStamp(name, value)) applyToJob(name, value);
+        if (!stamps_.apply(name, value)) applyToJob(name, value);
     }
 
   private:
@@ -242,62 +165,6 @@ class Reader
         }
     }
 
-    TextStamp& stamp(const QString& option)
-    {
-        if (!stamp_)
-            throw WrongUse(
-                QStringLiteral("--%1 describes a stamp; begin one with --text before it").arg(option));
-        return *stamp_;
-    }
-
-    void beginTextStamp(const QString& text)
-    {
-        stamp_ = std::make_shared<TextStamp>();
-        stamp_->number.numberFormat = text;
-        stamp_->setMarginAnchor(BottomMiddle);
-        number_.stamps.push_back(stamp_);
-    }
-
-    bool applyToStamp(const QString& name, const QString& value)
-    {
-        if (name == QLatin1String("text"))
-            beginTextStamp(value);
-        else if (name == QLatin1String("anchor"))
-            stamp(name).setMarginAnchor(word(name, value, anchors));
-        else if (name == QLatin1String("font"))
-            stamp(name).font.fontName = value;
-        else if (name == QLatin1String("font-size"))
-            stamp(name).font.fontSize = realNumber(name, value, 0.5, 5000);
-        else if (name == QLatin1String("bold"))
-            stamp(name).isBold = true;
-        else if (name == QLatin1String("italic"))
-            stamp(name).isItalic = true;
-        else if (name == QLatin1String("color"))
-            stamp(name).font.fontColor = color(name, value);
-        else if (name == QLatin1String("opacity"))
-            stamp(name).textOpacity = wholeNumber(name, value, 0, 100);
-        else if (name == QLatin1String("rotation"))
-            stamp(name).textRotation = realNumber(name, value, -36000, 36000);
-        else if (name == QLatin1String("number-type"))
-            stamp(name).number.numberType = word(name, value, numberTypes);
-        else if (name == QLatin1String("padding"))
-            stamp(name).number.paddingLength = wholeNumber(name, value, 0, 100);
-        else if (name == QLatin1String("under"))
-            stamp(name).setIsDrawUnderPDFContent(true);
-        else if (name == QLatin1String("symmetric"))
-            stamp(name).setIsSymmetry(true);
-        else
-            return false;
-        return true;
-    }
-
-    static QColor color(const QString& option, const QString& text)
-    {
-        static const QRegularExpression form(QStringLiteral("^#[0-9A-Fa-f]{6}$"));
-        if (!form.match(text).hasMatch()) wrong(option, text, QStringLiteral("a colour as #RRGGBB"));
-        return QColor(text);
-    }
-
     bool applyToJob(const QString& name, const QString& value)
     {
         if (name == QLatin1String("start-page"))
@@ -327,8 +194,8 @@ class Reader
 
     Settings& settings_;
     Numbering& number_;
-    std::shared_ptr<TextStamp> stamp_; ///< the one last begun
-    bool isChanged_ = false;           ///< by anything but a profile
+    StampOptions stamps_;
+    bool isChanged_ = false; ///< by anything but a profile
 };
 
 template <class Options>
@@ -371,9 +238,12 @@ QString runnerHelp()
                "quillfern-run [options] --output DIR FILE|FOLDER...\n"
                "quillfern-run [options] --preview PAGE.png [FILE]\n"
                "quillfern-run [options] --save-profile FILE\n\n"
-               "Stamps page numbers and text onto every page of PDF files and writes a stamped copy of\n"
-               "each into a folder. Needs no display.\n\nStamps:\n") +
-           describe(stampOptions) + QStringLiteral("\nPages, numbers and files:\n") + describe(jobOptions) +
+               "Stamps page numbers, text and pictures onto every page of PDF and raster files and writes a\n"
+               "stamped copy of each into a folder: a PDF of a PDF, a multi-page TIFF of any other. Needs "
+               "no\n"
+               "display.\n\nStamps:\n") +
+           describe(StampOptions::options()) + QStringLiteral("\nPages, numbers and files:\n") +
+           describe(jobOptions) +
            QStringLiteral("\nExit status: 0 when every copy was created, 1 when some were not, 2 for a "
                           "command line that\n"
                           "cannot be followed (nothing is written then).\n");
@@ -383,7 +253,7 @@ RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& setting
 {
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    declare(parser, stampOptions);
+    declare(parser, StampOptions::options());
     declare(parser, jobOptions);
     if (!parser.parse(arguments)) throw WrongUse(parser.errorText());
 
@@ -407,7 +277,7 @@ RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& setting
     if (options.onlyExport) return options;
     if (options.asksForJob() && !hasOutput)
         throw WrongUse(QStringLiteral("no output folder; name one with --output"));
-    if (!hasStamps) throw WrongUse(QStringLiteral("no stamp; begin one with --text"));
+    if (!hasStamps) throw WrongUse(QStringLiteral("no stamp; begin one with --text or --image"));
     return options;
 }
 

@@ -76,4 +76,12 @@ void PageCompositor::drawOnImage(QImage& image, const QRectF& area, std::int64_t
     });
 }
 
+Ink PageCompositor::inkOnImage(const QRectF& area, std::int64_t number, std::int64_t pages) const
+{
+    InkProbe probe(shaper_);
+    for (const auto& stamp : stamps_)
+        if (stamp->isSelected()) stamp->draw(probe, area, area, stamp->marginAnchor(), number, pages, false);
+    return probe.ink();
+}
+
 } // namespace quillfern

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/drawing/Canvas.h"
+#include "platform/drawing/InkProbe.h"
 #include "stamps/IStampItem.h"
 
 #include <QImage>
@@ -31,6 +31,10 @@ class PageCompositor
     /// preview also shades the margins and outlines the area.
     void drawOnImage(QImage& image, const QRectF& area, std::int64_t number, std::int64_t pages,
                      std::int32_t highlightIndex, bool isPreview) const;
+
+    /// What the enabled stamps need of the pixels of an image they are drawn on. Changes nothing, also not
+    /// the stamps' facing-page state; arguments as for drawOnImage().
+    [[nodiscard]] Ink inkOnImage(const QRectF& area, std::int64_t number, std::int64_t pages) const;
 
     /// Kept in the interface; draws nothing.
     void drawTIFFNumber(QImage&, std::int64_t, std::int64_t, std::int32_t) const {}

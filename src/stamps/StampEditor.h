@@ -4,6 +4,7 @@
 
 namespace quillfern {
 
+class ImageStamp;
 class TextStamp;
 
 /// A window that edits one stamp.
@@ -24,6 +25,7 @@ class StampEditorFactory
     virtual ~StampEditorFactory() = default;
     /// The stamp owns the editor and outlives it.
     [[nodiscard]] virtual std::unique_ptr<StampEditor> editorFor(TextStamp& stamp) = 0;
+    [[nodiscard]] virtual std::unique_ptr<StampEditor> editorFor(ImageStamp& stamp) = 0;
 };
 
 } // namespace quillfern

@@ -106,6 +106,7 @@ struct Editors final : StampEditorFactory
         ++made;
         return std::make_unique<Editor>(shown, closed);
     }
+    std::unique_ptr<StampEditor> editorFor(ImageStamp&) override { return nullptr; }
     int made = 0, shown = 0, closed = 0;
 };
 

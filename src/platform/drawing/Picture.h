@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
+#include <QSizeF>
+#include <memory>
 
 namespace quillfern {
 
@@ -8,14 +11,27 @@ namespace quillfern {
 class Picture
 {
   public:
-    explicit Picture(QImage image) : image_(std::move(image)) {}
+    /// `jpeg` is the picture as a JPEG file holds it, when it comes from one and shows as it is stored.
+    explicit Picture(QImage image, QByteArray jpeg = {});
 
     [[nodiscard]] const QImage& image() const { return image_; }
     /// Tells pictures apart for as long as the program runs; copies of one picture share it.
     [[nodiscard]] qint64 key() const { return image_.cacheKey(); }
+    /// The JPEG that decodes to image(); empty when there is none.
+    [[nodiscard]] const QByteArray& jpeg() const { return jpeg_; }
+    [[nodiscard]] bool isGrey() const { return isGrey_; } ///< no pixel has a colour
+
+    /// The picture to draw at `size` pixels: the picture itself, or a smaller one made by averaging where
+    /// picking pixels from the whole would drop most of them. Made once for each halving.
+    [[nodiscard]] QImage imageFor(const QSizeF& size) const;
 
   private:
+    struct Halves;
+
     QImage image_;
+    QByteArray jpeg_;
+    bool isGrey_;
+    std::shared_ptr<Halves> halves_;
 };
 
 } // namespace quillfern

@@ -1,6 +1,7 @@
 #include "platform/drawing/RasterCanvas.h"
 
 #include <QGlyphRun>
+#include <cmath>
 #include <numbers>
 
 namespace quillfern {
@@ -72,7 +73,10 @@ void RasterCanvas::drawPicture(const Picture& picture, const QRectF& target, dou
     painter_.setRenderHint(QPainter::Antialiasing);
     painter_.setRenderHint(QPainter::SmoothPixmapTransform);
     painter_.setOpacity(painter_.opacity() * opacity);
-    painter_.drawImage(target, picture.image());
+    const QTransform& space = painter_.deviceTransform();
+    const QSizeF pixels(std::hypot(space.m11(), space.m12()) * target.width(),
+                        std::hypot(space.m21(), space.m22()) * target.height());
+    painter_.drawImage(target, picture.imageFor(pixels));
     painter_.restore();
 }
 

@@ -4,35 +4,62 @@
 
 #include <QtGlobal>
 #include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <limits>
 
 namespace quillfern {
 
 namespace {
 
-/// Rows of `channels` bytes a pixel with PNG's Up predictor in front of each (ISO 32000-1, 7.4.4.4).
-QByteArray predicted(const QByteArray& rows, qsizetype stride)
+/// What each of PNG's predictors expects of a byte, from the byte to the left, above and above left.
+constexpr std::array<int (*)(int left, int up, int upLeft), 5> predictors = {
+    [](int, int, int) { return 0; }, [](int left, int, int) { return left; },
+    [](int, int up, int) { return up; }, [](int left, int up, int) { return (left + up) / 2; },
+    [](int left, int up, int upLeft) {
+        const int toLeft = std::abs(up - upLeft);
+        const int toUp = std::abs(left - upLeft);
+        const int toUpLeft = std::abs(left + up - 2 * upLeft);
+        return toLeft <= toUp && toLeft <= toUpLeft ? left : toUp <= toUpLeft ? up : upLeft;
+    }};
+
+/// Rows of `channels` bytes a pixel, each as the differences from what a predictor expects, with the
+/// predictor's number in front (ISO 32000-1, 7.4.4.4). Every row takes the predictor that leaves the smallest
+/// differences.
+QByteArray predicted(const QByteArray& rows, qsizetype stride, int channels)
 {
-    QByteArray result;
     const qsizetype height = stride > 0 ? rows.size() / stride : 0;
+    QByteArray result;
     result.reserve(rows.size() + height);
+    const QByteArray nothing(stride, '\0');
+    std::array<QByteArray, predictors.size()> candidates;
     for (qsizetype y = 0; y < height; ++y) {
-        result.append('\2');
-        const char* row = rows.constData() + y * stride;
-        for (qsizetype x = 0; x < stride; ++x)
-            result.append(static_cast<char>(row[x] - (y > 0 ? row[x - stride] : 0)));
+        const auto* row = reinterpret_cast<const uchar*>(rows.constData() + y * stride);
+        const auto* above = y > 0 ? row - stride : reinterpret_cast<const uchar*>(nothing.constData());
+        std::size_t best = 0;
+        qint64 least = std::numeric_limits<qint64>::max();
+        for (std::size_t kind = 0; kind < predictors.size(); ++kind) {
+            candidates[kind].resize(stride);
+            char* out = candidates[kind].data();
+            qint64 sum = 0;
+            for (qsizetype x = 0; x < stride; ++x) {
+                const int left = x >= channels ? row[x - channels] : 0;
+                const int upLeft = x >= channels ? above[x - channels] : 0;
+                out[x] = static_cast<char>(row[x] - predictors[kind](left, above[x], upLeft));
+                sum += std::abs(static_cast<signed char>(out[x]));
+            }
+            if (sum < least) {
+                least = sum;
+                best = kind;
+            }
+        }
+        result.append(static_cast<char>(best)).append(candidates[best]);
     }
     return result;
 }
 
-QPDFObjectHandle imageStream(QPDF& document, const QByteArray& rows, int width, int height, int channels)
+void describeImage(QPDFObjectHandle& dictionary, int width, int height, int channels, const char* filter)
 {
-    const qsizetype stride = qsizetype{width} * channels;
-    QByteArray plain = qCompress(rows, 9);
-    QByteArray differences = qCompress(predicted(rows, stride), 9);
-    const bool usePredictor = differences.size() < plain.size();
-    const QByteArray packed = (usePredictor ? differences : plain).mid(4); // qCompress puts the length first
-    QPDFObjectHandle stream = document.newStream(packed.toStdString());
-    QPDFObjectHandle dictionary = stream.getDict();
     dictionary.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
     dictionary.replaceKey("/Subtype", QPDFObjectHandle::newName("/Image"));
     dictionary.replaceKey("/Width", QPDFObjectHandle::newInteger(width));
@@ -40,7 +67,19 @@ QPDFObjectHandle imageStream(QPDF& document, const QByteArray& rows, int width, 
     dictionary.replaceKey("/BitsPerComponent", QPDFObjectHandle::newInteger(8));
     dictionary.replaceKey("/ColorSpace",
                           QPDFObjectHandle::newName(channels == 1 ? "/DeviceGray" : "/DeviceRGB"));
-    dictionary.replaceKey("/Filter", QPDFObjectHandle::newName("/FlateDecode"));
+    dictionary.replaceKey("/Filter", QPDFObjectHandle::newName(filter));
+}
+
+QPDFObjectHandle imageStream(QPDF& document, const QByteArray& rows, int width, int height, int channels)
+{
+    const qsizetype stride = qsizetype{width} * channels;
+    QByteArray plain = qCompress(rows, 9);
+    QByteArray differences = qCompress(predicted(rows, stride, channels), 9);
+    const bool usePredictor = differences.size() < plain.size();
+    const QByteArray packed = (usePredictor ? differences : plain).mid(4); // qCompress puts the length first
+    QPDFObjectHandle stream = document.newStream(packed.toStdString());
+    QPDFObjectHandle dictionary = stream.getDict();
+    describeImage(dictionary, width, height, channels, "/FlateDecode");
     if (usePredictor)
         dictionary.replaceKey("/DecodeParms", QPDFObjectHandle::newDictionary(
                                                   {{"/Predictor", QPDFObjectHandle::newInteger(15)},
@@ -72,8 +111,16 @@ bool isOpaque(const QImage& image)
 
 } // namespace
 
-PdfImage makeImage(QPDF& document, const QImage& image)
+PdfImage makeImage(QPDF& document, const Picture& picture)
 {
+    const QImage& image = picture.image();
+    if (!picture.jpeg().isEmpty()) {
+        QPDFObjectHandle stream = document.newStream(picture.jpeg().toStdString());
+        QPDFObjectHandle dictionary = stream.getDict();
+        describeImage(dictionary, image.width(), image.height(),
+                      image.format() == QImage::Format_Grayscale8 ? 1 : 3, "/DCTDecode");
+        return {stream, false};
+    }
     const bool opaque = isOpaque(image);
     const int channels = image.isGrayscale() ? 1 : 3;
     // Straight, not premultiplied: the mask is applied by the viewer.

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QImage>
+#include "platform/drawing/Picture.h"
+
 #include <qpdf/QPDF.hh>
 
 namespace quillfern {
@@ -11,8 +12,9 @@ struct PdfImage
     bool hasMask = false;
 };
 
-/// Puts a picture into the document without loss: grey pictures as grey, others as RGB, deflated with
-/// whichever predictor makes it smaller, and with a soft mask only when some pixel is not opaque.
-[[nodiscard]] PdfImage makeImage(QPDF& document, const QImage& image);
+/// Puts a picture into the document without loss: one that comes from a JPEG as that JPEG; grey pictures as
+/// grey, others as RGB, deflated with predictors or without, whichever is smaller, and with a soft mask only
+/// when some pixel is not opaque.
+[[nodiscard]] PdfImage makeImage(QPDF& document, const Picture& picture);
 
 } // namespace quillfern

@@ -84,7 +84,7 @@ const PdfResource& PdfResources::picture(const Picture& picture)
 {
     const auto found = pictures_.find(picture.key());
     if (found != pictures_.end()) return found->second;
-    const PdfImage image = makeImage(document_, picture.image());
+    const PdfImage image = makeImage(document_, picture);
     usesTransparency_ = usesTransparency_ || image.hasMask;
     keptPictures_.push_back(picture);
     PdfResource resource{"/XObject", numbered("X", pictures_.size()), image.object};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+
+namespace quillfern {
+
+/// Takes `rows` rows of `width` pixels through JPEG coding at quality 100 without colour subsampling and
+/// back, in place. `channels` is 1 for grey or 3 for RGB; rows follow each other without padding. Rows are
+/// handled in blocks of eight: a page may be cut into strips of a multiple of eight rows without changing a
+/// pixel. May be called from several threads at once. Throws Failure.
+void jpegRoundTrip(uchar* pixels, int width, int rows, int channels);
+
+/// The same pixels as one JPEG of that quality. `width` is at most widestJpeg.
+[[nodiscard]] QByteArray encodeJpeg(const uchar* pixels, int width, int rows, int channels);
+
+inline constexpr int widestJpeg = 65500;
+
+} // namespace quillfern

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QImage>
+#include <cstdint>
+
+namespace quillfern {
+
+/// The largest page that is decoded, in bytes of pixels. What a header claims is held against this before any
+/// memory is taken: an A0 sheet in colour at 400 dpi fits, a hostile header does not.
+inline constexpr std::int64_t largestPageBytes = std::int64_t{1} << 30;
+
+/// Pages above this are not decoded ahead, so that a document of huge pages needs one at a time.
+inline constexpr std::int64_t largestPageAhead = std::int64_t{1} << 26;
+
+/// An uninitialised image of the given format. Throws Failure, in words for people, when the size is none, is
+/// beyond the limit or cannot be had.
+[[nodiscard]] QImage makePageImage(std::int64_t width, std::int64_t height, QImage::Format format);
+
+/// Throws the same Failure without taking memory.
+void checkPageSize(std::int64_t width, std::int64_t height, int bytesPerPixel);
+
+} // namespace quillfern

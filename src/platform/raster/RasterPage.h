@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <cstdint>
+
+namespace quillfern {
+
+/// One page of a raster document, decoded, upright, 8 bits a sample.
+struct RasterPage
+{
+    /// Grayscale8, RGB888, or RGBA8888 (the colours not multiplied by alpha); never another format.
+    QImage image;
+    bool isBilevel = false;   ///< the file holds one bit a pixel; the image is then grey, 0 and 255 only
+    bool isWhiteZero = false; ///< how a bilevel page is stored: zero bits are white
+    std::uint32_t group3Options = 0; ///< how a fax page was coded, as TIFF's T4Options
+    QByteArray colourProfile;        ///< ICC profile of the samples; empty when there is none
+
+    [[nodiscard]] bool hasAlpha() const { return image.format() == QImage::Format_RGBA8888; }
+    [[nodiscard]] bool isGrey() const { return image.format() == QImage::Format_Grayscale8; }
+    /// Bytes a pixel: 1, 3 or 4.
+    [[nodiscard]] int channels() const { return image.depth() / 8; }
+};
+
+} // namespace quillfern

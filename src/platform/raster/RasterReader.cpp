@@ -1,0 +1,25 @@
+#include "platform/raster/RasterReader.h"
+
+#include "platform/raster/ImageFileReader.h"
+#include "platform/raster/TiffFile.h"
+#include "platform/raster/TiffReader.h"
+#include "platform/system/Failure.h"
+#include "platform/system/FileAccess.h"
+
+#include <QFile>
+
+namespace quillfern {
+
+std::unique_ptr<RasterReader> RasterReader::open(const QString& path)
+{
+    auto file = std::make_unique<QFile>();
+    openRegularFile(*file, path);
+    const QByteArray start = file->peek(1024);
+    if (start.isEmpty()) throw Failure(QStringLiteral("the file is empty"));
+    if (TiffFile::isTiff(start)) return std::make_unique<TiffReader>(path);
+    if (start.contains("%PDF-"))
+        throw Failure(QStringLiteral("the file is a PDF document under another kind of name"));
+    return std::make_unique<ImageFileReader>(std::move(file));
+}
+
+} // namespace quillfern

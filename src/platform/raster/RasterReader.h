@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/raster/RasterPage.h"
+
+#include <QSizeF>
+#include <QString>
+#include <memory>
+
+namespace quillfern {
+
+/// Reads the pages of a raster file one after the other: TIFF, BMP, JPEG, PNG or GIF, told by its content,
+/// not by its name. May be handed from thread to thread, but is used by one at a time.
+class RasterReader
+{
+  public:
+    /// Throws Failure when the file cannot be read as a picture.
+    [[nodiscard]] static std::unique_ptr<RasterReader> open(const QString& path);
+
+    virtual ~RasterReader() = default;
+
+    [[nodiscard]] int pageCount() const { return pageCount_; } ///< at least 1
+    /// Width and height of the first page in points; a pixel is a point where the file states no resolution.
+    [[nodiscard]] QSizeF firstPageSize() const { return firstPageSize_; }
+
+    /// The next page. Throws Failure when it is damaged, cut off or too large, and when there is none.
+    [[nodiscard]] virtual RasterPage readPage() = 0;
+    /// Passes over the next page without decoding it, where the format allows.
+    virtual void skipPage() = 0;
+
+  protected:
+    void setPages(int count, const QSizeF& firstSize)
+    {
+        pageCount_ = count;
+        firstPageSize_ = firstSize;
+    }
+
+  private:
+    int pageCount_ = 0;
+    QSizeF firstPageSize_;
+};
+
+} // namespace quillfern

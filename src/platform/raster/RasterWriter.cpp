@@ -1,0 +1,121 @@
+#include "platform/raster/RasterWriter.h"
+
+#include "platform/raster/JpegCodec.h"
+#include "platform/raster/RasterLimits.h"
+
+#include <QThread>
+#include <algorithm>
+#include <cstring>
+
+namespace quillfern {
+
+namespace {
+
+/// What a strip holds before encoding, about: enough to compress well, little enough to stay in the cache.
+constexpr std::size_t stripBytes = std::size_t{1} << 18;
+constexpr std::uint32_t rowUnit = 8; ///< JPEG's blocks
+
+std::uint32_t rowsPerStrip(const StripFormat& format, std::uint32_t height)
+{
+    const auto rows = static_cast<std::uint32_t>(
+        std::min<std::size_t>(stripBytes / format.rowBytes() / rowUnit * rowUnit, height));
+    return std::max(rows, rowUnit);
+}
+
+/// Eight grey pixels to a byte; grey from the middle up is white.
+void packBits(const uchar* pixels, std::size_t count, bool isWhiteZero, uchar* target)
+{
+    const unsigned flip = isWhiteZero ? 0xFFU : 0U;
+    for (std::size_t x = 0; x < count; x += 8) {
+        unsigned byte = 0;
+        const std::size_t bits = std::min<std::size_t>(8, count - x);
+        for (std::size_t bit = 0; bit < bits; ++bit)
+            byte |= (pixels[x + bit] >> 7U) << (7 - bit);
+        *target++ = static_cast<uchar>(byte ^ flip);
+    }
+}
+
+QByteArray encodeRows(const QImage& image, int top, int rows, const StripFormat& format)
+{
+    const std::size_t rowBytes = format.rowBytes();
+    QByteArray bytes(static_cast<qsizetype>(rowBytes) * rows, Qt::Uninitialized);
+    auto* target = reinterpret_cast<uchar*>(bytes.data());
+    for (int y = 0; y < rows; ++y, target += rowBytes) {
+        const uchar* source = image.constScanLine(top + y);
+        if (format.isBilevel)
+            packBits(source, format.width, format.isWhiteZero, target);
+        else
+            std::memcpy(target, source, rowBytes);
+    }
+    if (!format.isBilevel && !format.isJpeg() && format.channels != 4)
+        jpegRoundTrip(reinterpret_cast<uchar*>(bytes.data()), image.width(), rows, format.channels);
+    return encodeStrip(format, std::move(bytes));
+}
+
+} // namespace
+
+RasterWriter::RasterWriter(AtomicFile& file) : output_(file), container_(output_)
+{
+    pool_.setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
+}
+
+RasterWriter::~RasterWriter()
+{
+    pool_.clear();
+    pool_.waitForDone();
+}
+
+void RasterWriter::addPage(RasterPage page, std::int32_t compression, const QSizeF& dotsPerInch)
+{
+    PageInWork work;
+    work.format.width = static_cast<std::uint32_t>(page.image.width());
+    work.format.channels = static_cast<std::uint16_t>(page.channels());
+    work.format.isBilevel = page.isBilevel;
+    work.format.isWhiteZero = page.isWhiteZero;
+    work.format.group3Options = page.group3Options;
+    work.format.compression = suitableCompression(compression, work.format);
+    work.height = static_cast<std::uint32_t>(page.image.height());
+    work.rowsPerStrip = rowsPerStrip(work.format, work.height);
+    work.dotsPerInch = dotsPerInch;
+    work.colourProfile = page.colourProfile;
+
+    const int height = page.image.height();
+    const auto step = static_cast<int>(work.rowsPerStrip);
+    const bool isHuge = page.image.sizeInBytes() > largestPageAhead;
+    for (int top = 0; top < height; top += step) {
+        // The image is shared by the strips' tasks and goes with the last of them.
+        auto task = std::make_shared<std::packaged_task<QByteArray()>>(
+            [image = page.image, top, rows = std::min(step, height - top), format = work.format] {
+                return encodeRows(image, top, rows, format);
+            });
+        work.strips.push_back(task->get_future());
+        pool_.start([task = std::move(task)]() mutable {
+            (*task)();
+            task.reset();
+        });
+    }
+    page.image = QImage();
+    inWork_.push_back(std::move(work));
+    ++pageCount_;
+    writeUpTo(isHuge ? 0 : 1);
+}
+
+void RasterWriter::writeUpTo(std::size_t pagesLeft)
+{
+    while (inWork_.size() > pagesLeft) {
+        PageInWork& work = inWork_.front();
+        container_.beginPage(work.format, work.height, work.rowsPerStrip, work.dotsPerInch,
+                             work.colourProfile);
+        for (; !work.strips.empty(); work.strips.pop_front())
+            container_.addStrip(work.strips.front().get());
+        inWork_.pop_front();
+    }
+}
+
+void RasterWriter::finish()
+{
+    writeUpTo(0);
+    container_.finish();
+}
+
+} // namespace quillfern

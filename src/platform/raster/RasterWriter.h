@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/raster/RasterPage.h"
+#include "platform/raster/TiffContainer.h"
+
+#include <QThreadPool>
+#include <deque>
+#include <future>
+
+namespace quillfern {
+
+/// Writes pages into a multi-page TIFF as they come. A page is cut into strips that are encoded on all cores
+/// and written in order; while they are, the caller prepares the next page. What is held in memory depends on
+/// the size of a page and not on how many there are.
+class RasterWriter
+{
+  public:
+    /// `file` must outlive the writer, and is not committed here.
+    explicit RasterWriter(AtomicFile& file);
+    /// Waits for strips still being encoded.
+    ~RasterWriter();
+    RasterWriter(const RasterWriter&) = delete;
+    RasterWriter& operator=(const RasterWriter&) = delete;
+
+    /// Adds a page under a TIFF compression code; one that does not suit the pixels is replaced by LZW. Pages
+    /// without alpha come out as JPEG coding at its best quality leaves them, except bilevel ones, which it
+    /// would not change. Throws Failure, here or at a later page.
+    void addPage(RasterPage page, std::int32_t compression, const QSizeF& dotsPerInch);
+    /// Writes what is left and the directories.
+    void finish();
+
+    [[nodiscard]] std::size_t pageCount() const { return pageCount_; }
+
+  private:
+    struct PageInWork
+    {
+        StripFormat format;
+        std::uint32_t height = 0;
+        std::uint32_t rowsPerStrip = 0;
+        QSizeF dotsPerInch;
+        QByteArray colourProfile;
+        std::deque<std::future<QByteArray>> strips;
+    };
+
+    void writeUpTo(std::size_t pagesLeft);
+
+    TiffFileOutput output_;
+    TiffContainer container_;
+    std::deque<PageInWork> inWork_;
+    std::size_t pageCount_ = 0;
+    QThreadPool pool_; ///< last: its threads end first
+};
+
+} // namespace quillfern

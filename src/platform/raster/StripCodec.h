@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+#include <array>
+#include <cstdint>
+
+namespace quillfern {
+
+/// How the pixels of one TIFF page are stored. Compression and photometric codes are TIFF's.
+struct StripFormat
+{
+    std::uint32_t width = 0;
+    std::uint16_t channels = 1; ///< 1, 3 or 4
+    bool isBilevel = false;     ///< one bit a pixel; channels is 1 then
+    bool isWhiteZero = false;
+    std::uint16_t compression = 1;
+    std::uint32_t group3Options = 0;
+    std::array<std::uint16_t, 2> subsampling = {1, 1}; ///< of the colours of a JPEG, across and down
+
+    [[nodiscard]] std::size_t rowBytes() const
+    {
+        return isBilevel ? (std::size_t{width} + 7) / 8 : std::size_t{width} * channels;
+    }
+    /// Rows are stored as differences of neighbouring pixels, which halves what colour and grey pages take.
+    [[nodiscard]] bool hasPredictor() const;
+    [[nodiscard]] std::uint16_t photometric() const;
+    /// The pixels are JPEG's own, so that storing them is the coding at quality 100 already.
+    [[nodiscard]] bool isJpeg() const;
+};
+
+/// The code under which pixels are stored when the document asks for `requested`: codes that cannot be
+/// written or do not suit the pixels give LZW.
+[[nodiscard]] std::uint16_t suitableCompression(std::int32_t requested, const StripFormat& format);
+
+/// Encodes whole rows (rowBytes() each, without padding) as one strip. The rows are scratched on the way. May
+/// be called from several threads at once. Throws Failure.
+[[nodiscard]] QByteArray encodeStrip(const StripFormat& format, QByteArray rows);
+
+} // namespace quillfern

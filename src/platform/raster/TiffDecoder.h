@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/raster/RasterPage.h"
+#include "platform/raster/TiffPageInfo.h"
+
+namespace quillfern {
+
+class TiffFile;
+
+/// Decodes the page of the present directory and turns it upright. Throws Failure when any of its data is
+/// missing or damaged, and, before memory is taken, when the page is too large.
+[[nodiscard]] RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info);
+
+} // namespace quillfern

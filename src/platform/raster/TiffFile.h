@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <memory>
+#include <tiffio.h>
+
+namespace quillfern {
+
+class Failure;
+
+/// An open TIFF for reading. What libtiff has to say about errors is kept here instead of printed. One handle
+/// belongs to one thread at a time.
+class TiffFile
+{
+  public:
+    /// The file at `path`, not mapped into memory: it may shrink under our hands. Throws Failure.
+    explicit TiffFile(const QString& path);
+    /// A TIFF in memory, which must outlive this object. Throws Failure.
+    explicit TiffFile(const QByteArray& bytes);
+    TiffFile(const TiffFile&) = delete;
+    TiffFile& operator=(const TiffFile&) = delete;
+
+    [[nodiscard]] TIFF* handle() const { return tiff_.get(); }
+
+    /// True when libtiff has reported an error since the last call of clearErrors().
+    [[nodiscard]] bool hasError() const { return !lastError_.isEmpty(); }
+    void clearErrors() { lastError_.clear(); }
+    /// "<doing>: <what libtiff said>".
+    [[nodiscard]] Failure failure(const QString& doing) const;
+
+    /// The value of a field; `otherwise` when the directory has none.
+    template <class T>
+    [[nodiscard]] T field(std::uint32_t tag, T otherwise) const
+    {
+        T value = otherwise;
+        return TIFFGetField(tiff_.get(), tag, &value) == 1 ? value : otherwise;
+    }
+
+    /// True for the first bytes of a classic or big TIFF of either byte order.
+    [[nodiscard]] static bool isTiff(const QByteArray& start);
+
+  private:
+    struct Closer
+    {
+        void operator()(TIFF* tiff) const { TIFFClose(tiff); }
+    };
+    struct Memory
+    {
+        const QByteArray* bytes = nullptr;
+        toff_t position = 0;
+    };
+
+    static int keepError(TIFF*, void* file, const char* module, const char* format, va_list arguments);
+    static tmsize_t readMemory(thandle_t handle, void* buffer, tmsize_t size);
+    static toff_t seekMemory(thandle_t handle, toff_t offset, int whence);
+
+    QByteArray lastError_;
+    Memory memory_;
+    std::unique_ptr<TIFF, Closer> tiff_; ///< last: closing may still report
+};
+
+} // namespace quillfern

@@ -1,0 +1,212 @@
+#include "platform/raster/TiffRows.h"
+
+#include "platform/raster/TiffFile.h"
+#include "platform/system/Failure.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace quillfern {
+
+namespace {
+
+constexpr unsigned opaque = 255;
+
+/// For every byte of eight bits, its pixels: 0 for a zero bit and 255 for a one.
+constexpr auto bitPixels = [] {
+    std::array<std::array<uchar, 8>, 256> table = {};
+    for (unsigned byte = 0; byte < table.size(); ++byte)
+        for (unsigned bit = 0; bit < 8; ++bit)
+            table[byte][bit] = (byte >> (7 - bit) & 1U) != 0 ? 255 : 0;
+    return table;
+}();
+
+void unpackBits(const uchar* source, std::size_t samples, uchar* target)
+{
+    std::size_t i = 0;
+    for (; i + 8 <= samples; i += 8)
+        std::memcpy(target + i, bitPixels[source[i / 8]].data(), 8);
+    for (; i < samples; ++i)
+        target[i] = bitPixels[source[i / 8]][i % 8];
+}
+
+/// 2 or 4 bits a sample, left unscaled.
+void unpackFew(const uchar* source, std::size_t samples, unsigned bits, uchar* target)
+{
+    const unsigned mask = (1U << bits) - 1;
+    for (std::size_t i = 0; i < samples; ++i) {
+        const std::size_t bit = i * bits;
+        target[i] = static_cast<uchar>(source[bit / 8] >> (8 - bits - bit % 8) & mask);
+    }
+}
+
+uchar multiplied(unsigned a, unsigned b)
+{
+    return static_cast<uchar>((a * b + opaque / 2) / opaque);
+}
+
+} // namespace
+
+TiffRows::TiffRows(const TiffFile& file, const TiffPageInfo& info) : info_(info)
+{
+    if (info.photometric != PHOTOMETRIC_PALETTE) return;
+    std::array<std::uint16_t*, 3> parts = {};
+    if (TIFFGetField(file.handle(), TIFFTAG_COLORMAP, &parts[0], &parts[1], &parts[2]) != 1)
+        throw Failure(QStringLiteral("the file is damaged: a page without its palette"));
+    const std::size_t size = std::size_t{1} << info.bits;
+    // Some writers fill only the low bytes.
+    const bool isWide = std::any_of(parts.begin(), parts.end(), [&](const std::uint16_t* part) {
+        return std::any_of(part, part + size, [](std::uint16_t value) { return value > opaque; });
+    });
+    for (std::size_t i = 0; i < size; ++i)
+        for (std::size_t c = 0; c < parts.size(); ++c)
+            palette_[i][c] = static_cast<uchar>(isWide ? parts[c][i] >> 8 : parts[c][i]);
+}
+
+bool TiffRows::canConvert(const TiffPageInfo& info)
+{
+    if (!info.hasIntegers || info.compression == COMPRESSION_OJPEG) return false;
+    const bool wholeBytes = info.bits == 8 || info.bits == 16;
+    const bool partBytes = info.samples == 1 && (info.bits == 1 || info.bits == 2 || info.bits == 4);
+    switch (info.photometric) {
+    case PHOTOMETRIC_MINISWHITE:
+    case PHOTOMETRIC_MINISBLACK:
+        return wholeBytes || partBytes;
+    case PHOTOMETRIC_PALETTE:
+        return info.bits == 8 || partBytes;
+    case PHOTOMETRIC_RGB:
+        return wholeBytes && info.samples >= 3;
+    case PHOTOMETRIC_YCBCR: // the JPEG codec is asked for RGB
+        return info.compression == COMPRESSION_JPEG && info.planar == PLANARCONFIG_CONTIG && info.bits == 8 &&
+               info.samples == 3;
+    case PHOTOMETRIC_SEPARATED:
+        return wholeBytes && info.samples >= 4 && info.planar == PLANARCONFIG_CONTIG;
+    default:
+        return false;
+    }
+}
+
+bool TiffRows::isGrey() const
+{
+    return info_.photometric == PHOTOMETRIC_MINISWHITE || info_.photometric == PHOTOMETRIC_MINISBLACK;
+}
+
+QImage::Format TiffRows::format() const
+{
+    if (info_.alphaSample >= 0) return QImage::Format_RGBA8888;
+    return isGrey() ? QImage::Format_Grayscale8 : QImage::Format_RGB888;
+}
+
+bool TiffRows::isVerbatim() const
+{
+    if (info_.bits != 8 || info_.planar != PLANARCONFIG_CONTIG) return false;
+    switch (info_.photometric) {
+    case PHOTOMETRIC_MINISBLACK:
+        return info_.samples == 1;
+    case PHOTOMETRIC_RGB:
+    case PHOTOMETRIC_YCBCR:
+        return info_.samples == 3 || (info_.samples == 4 && info_.alphaSample == 3);
+    default:
+        return false;
+    }
+}
+
+const uchar* TiffRows::unpack(const uchar* source, std::size_t samples)
+{
+    if (info_.bits == 8) return source;
+    unpacked_.resize(samples);
+    const bool isIndex = info_.photometric == PHOTOMETRIC_PALETTE;
+    if (info_.bits == 16) {
+        for (std::size_t i = 0; i < samples; ++i) {
+            std::uint16_t value = 0; // in the machine's byte order; rows need not be aligned
+            std::memcpy(&value, source + 2 * i, 2);
+            unpacked_[i] = static_cast<uchar>((value * 255U + 32895U) >> 16);
+        }
+    } else if (info_.bits == 1 && !isIndex) {
+        unpackBits(source, samples, unpacked_.data());
+    } else {
+        unpackFew(source, samples, info_.bits, unpacked_.data());
+        if (!isIndex) {
+            const unsigned scale = opaque / ((1U << info_.bits) - 1);
+            for (uchar& value : unpacked_)
+                value = static_cast<uchar>(value * scale);
+        }
+    }
+    return unpacked_.data();
+}
+
+void TiffRows::setColours(const uchar* samples, uchar* pixel, int step) const
+{
+    switch (info_.photometric) {
+    case PHOTOMETRIC_MINISWHITE:
+    case PHOTOMETRIC_MINISBLACK: {
+        const auto value = info_.photometric == PHOTOMETRIC_MINISWHITE
+                               ? static_cast<uchar>(opaque - samples[0])
+                               : samples[0];
+        std::fill_n(pixel, step == 1 ? 1 : 3, value);
+        break;
+    }
+    case PHOTOMETRIC_PALETTE:
+        std::copy_n(palette_[samples[0]].begin(), 3, pixel);
+        break;
+    case PHOTOMETRIC_SEPARATED:
+        for (int c = 0; c < 3; ++c)
+            pixel[c] = multiplied(opaque - samples[c], opaque - samples[3]);
+        break;
+    default:
+        std::copy_n(samples, 3, pixel);
+    }
+}
+
+void TiffRows::convert(const uchar* source, std::size_t count, uchar* target)
+{
+    const uchar* samples = unpack(source, count * info_.samples);
+    const int step = format() == QImage::Format_Grayscale8 ? 1 : info_.alphaSample >= 0 ? 4 : 3;
+    if (step == 1 && info_.samples == 1) {
+        const uchar flip = info_.photometric == PHOTOMETRIC_MINISWHITE ? opaque : 0;
+        for (std::size_t i = 0; i < count; ++i)
+            target[i] = samples[i] ^ flip;
+        return;
+    }
+    for (std::size_t i = 0; i < count; ++i, samples += info_.samples, target += step) {
+        setColours(samples, target, step);
+        if (step == 4) target[3] = samples[info_.alphaSample];
+    }
+}
+
+void TiffRows::convertPlane(int plane, const uchar* source, std::size_t count, uchar* target)
+{
+    const uchar* samples = unpack(source, count);
+    const int colours = isGrey() || info_.photometric == PHOTOMETRIC_PALETTE ? 1 : 3;
+    const auto step = static_cast<std::size_t>(format() == QImage::Format_Grayscale8 ? 1
+                                               : info_.alphaSample >= 0              ? 4
+                                                                                     : 3);
+    if (plane == info_.alphaSample) {
+        for (std::size_t i = 0; i < count; ++i)
+            target[i * step + 3] = samples[i];
+    } else if (plane < colours && colours == 3) {
+        for (std::size_t i = 0; i < count; ++i)
+            target[i * step + static_cast<std::size_t>(plane)] = samples[i];
+    } else if (plane == 0) {
+        for (std::size_t i = 0; i < count; ++i)
+            setColours(samples + i, target + i * step, static_cast<int>(step));
+    }
+}
+
+void unpremultiply(QImage& image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        uchar* pixel = image.scanLine(y);
+        for (int x = 0; x < image.width(); ++x, pixel += 4) {
+            const unsigned alpha = pixel[3];
+            if (alpha == opaque) continue;
+            for (int c = 0; c < 3; ++c)
+                pixel[c] =
+                    alpha == 0
+                        ? uchar{0}
+                        : static_cast<uchar>(std::min(opaque, (pixel[c] * opaque + alpha / 2) / alpha));
+        }
+    }
+}
+
+} // namespace quillfern

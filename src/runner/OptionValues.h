@@ -1,0 +1,39 @@
+#pragma once
+
+#include "runner/RunnerOptions.h"
+
+#include <array>
+#include <limits>
+
+namespace quillfern {
+
+/// How an option is declared and described.
+struct Option
+{
+    const char* name;
+    const char* value; ///< what the value is called in the help; null for a switch
+    const char* help;
+};
+
+/// "--option takes <expected>, not <value>", as a WrongUse.
+[[noreturn]] void wrong(const QString& option, const QString& value, const QString& expected);
+
+/// The number that an option's value holds; throws WrongUse for anything else and outside the limits.
+[[nodiscard]] std::int64_t wholeNumber(const QString& option, const QString& text, std::int64_t lowest,
+                                       std::int64_t highest);
+[[nodiscard]] double realNumber(const QString& option, const QString& text, double lowest, double highest);
+
+/// The value that belongs to a word, in any mix of case; throws WrongUse for an unknown one.
+template <std::size_t N>
+[[nodiscard]] std::int32_t word(const QString& option, const QString& text,
+                                const std::array<std::pair<const char*, int>, N>& words)
+{
+    QStringList known;
+    for (const auto& [name, value] : words) {
+        if (text.compare(QLatin1String(name), Qt::CaseInsensitive) == 0) return value;
+        known.append(QString::fromLatin1(name));
+    }
+    wrong(option, text, QStringLiteral("one of ") + known.join(QStringLiteral(", ")));
+}
+
+} // namespace quillfern

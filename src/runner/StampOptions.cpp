@@ -1,0 +1,195 @@
+#include "runner/StampOptions.h"
+
+#include "platform/system/Failure.h"
+#include "platform/system/NativePath.h"
+#include "stamps/ImageStamp.h"
+#include "stamps/TextStamp.h"
+
+#include <QRegularExpression>
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace quillfern {
+
+namespace {
+
+constexpr std::array<std::pair<const char*, int>, 9> anchors = {{{"TopLeft", TopLeft},
+                                                                 {"TopMiddle", TopMiddle},
+                                                                 {"TopRight", TopRight},
+                                                                 {"MiddleLeft", MiddleLeft},
+                                                                 {"MiddleMiddle", MiddleMiddle},
+                                                                 {"MiddleRight", MiddleRight},
+                                                                 {"BottomLeft", BottomLeft},
+                                                                 {"BottomMiddle", BottomMiddle},
+                                                                 {"BottomRight", BottomRight}}};
+constexpr std::array<std::pair<const char*, int>, 4> numberTypes = {{{"plain", PlainText},
+                                                                     {"numbers", Numbers},
+                                                                     {"roman-capital", RomanNumbersCapital},
+                                                                     {"roman-small", RomanNumbersSmall}}};
+constexpr std::array stampOptions = {
+    Option{"text", "TEMPLATE",
+           "Begin a text stamp. {0} is the page's number, {1} the total; they are filled in the order in "
+           "which they stand."},
+    Option{"anchor", "PLACE",
+           "TopLeft, TopMiddle, TopRight, MiddleLeft, MiddleMiddle, MiddleRight, BottomLeft, "
+           "BottomMiddle (the default) or BottomRight of the area inside the margins."},
+    Option{"font", "NAME", "Font family (Helvetica)."},
+    Option{"font-size", "PT", "Font size in points (12)."},
+    Option{"bold", nullptr, "The bold member of the family, if it has one."},
+    Option{"italic", nullptr, "The italic member of the family, if it has one."},
+    Option{"color", "#RRGGBB", "Text colour (#000000)."},
+    Option{"image", "FILE", "Begin a picture stamp with a BMP, JPEG, PNG or GIF file."},
+    Option{
+        "width", "PT",
+        "Width of the picture in points (its pixels). With only one of width and height the other follows."},
+    Option{"height", "PT", "Height of the picture in points (its pixels)."},
+    Option{"opacity", "N", "Opacity in percent (100)."},
+    Option{"rotation", "DEG", "Rotation in degrees, counter-clockwise; whole ones for a picture (0)."},
+    Option{"number-type", "STYLE", "plain, numbers (the default), roman-capital or roman-small."},
+    Option{"padding", "N", "Write numbers with at least N digits (1)."},
+    Option{"under", nullptr, "Draw beneath the content of PDF pages."},
+    Option{"symmetric", nullptr, "Exchange left and right on every other page."},
+};
+
+QColor color(const QString& option, const QString& text)
+{
+    static const QRegularExpression form(QStringLiteral("^#[0-9A-Fa-f]{6}$"));
+    if (!form.match(text).hasMatch()) wrong(option, text, QStringLiteral("a colour as #RRGGBB"));
+    return QColor(text);
+}
+
+constexpr std::int64_t largestSide = 1'000'000;
+
+} // namespace
+
+std::span<const Option> StampOptions::options()
+{
+    return stampOptions;
+}
+
+bool StampOptions::apply(const QString& name, const QString& value)
+{
+    return applyToAny(name, value) || applyToText(name, value) || applyToImage(name, value);
+}
+
+bool StampOptions::applyToAny(const QString& name, const QString& value)
+{
+    if (name == QLatin1String("anchor"))
+        stamp(name).setMarginAnchor(word(name, value, anchors));
+    else if (name == QLatin1String("under"))
+        stamp(name).setIsDrawUnderPDFContent(true);
+    else if (name == QLatin1String("symmetric"))
+        stamp(name).setIsSymmetry(true);
+    else
+        return false;
+    return true;
+}
+
+bool StampOptions::applyToText(const QString& name, const QString& value)
+{
+    if (name == QLatin1String("text")) {
+        begin(text_ = std::make_shared<TextStamp>());
+        text_->number.numberFormat = value;
+    } else if (name == QLatin1String("font"))
+        text(name).font.fontName = value;
+    else if (name == QLatin1String("font-size"))
+        text(name).font.fontSize = realNumber(name, value, 0.5, 5000);
+    else if (name == QLatin1String("bold"))
+        text(name).isBold = true;
+    else if (name == QLatin1String("italic"))
+        text(name).isItalic = true;
+    else if (name == QLatin1String("color"))
+        text(name).font.fontColor = color(name, value);
+    else if (name == QLatin1String("opacity") && text_)
+        text_->textOpacity = wholeNumber(name, value, 0, 100);
+    else if (name == QLatin1String("rotation") && text_)
+        text_->textRotation = realNumber(name, value, -36000, 36000);
+    else if (name == QLatin1String("number-type"))
+        text(name).number.numberType = word(name, value, numberTypes);
+    else if (name == QLatin1String("padding"))
+        text(name).number.paddingLength = wholeNumber(name, value, 0, 100);
+    else
+        return false;
+    return true;
+}
+
+bool StampOptions::applyToImage(const QString& name, const QString& value)
+{
+    if (name == QLatin1String("image"))
+        beginImage(value);
+    else if (name == QLatin1String("width"))
+        setImageSide(name, value, true);
+    else if (name == QLatin1String("height"))
+        setImageSide(name, value, false);
+    else if (name == QLatin1String("opacity"))
+        image(name).stampImageOpacity = wholeNumber(name, value, 0, 100);
+    else if (name == QLatin1String("rotation"))
+        image(name).stampImageRotation = wholeNumber(name, value, -36000, 36000);
+    else
+        return false;
+    return true;
+}
+
+void StampOptions::begin(const std::shared_ptr<IStampItem>& stamp)
+{
+    if (stamp != text_) text_.reset();
+    if (stamp != image_) image_.reset();
+    stamp->setMarginAnchor(BottomMiddle);
+    stamps_.push_back(stamp);
+}
+
+void StampOptions::beginImage(const QString& path)
+{
+    auto stamp = std::make_shared<ImageStamp>();
+    try {
+        stamp->loadPicture(absolutePath(path));
+    } catch (const Failure& failure) {
+        throw WrongUse(QStringLiteral("the picture \"%1\" cannot be used: %2").arg(path, failure.reason()));
+    }
+    image_ = std::move(stamp);
+    isWidthGiven_ = false;
+    isHeightGiven_ = false;
+    begin(image_);
+}
+
+void StampOptions::setImageSide(const QString& name, const QString& value, bool isWidth)
+{
+    ImageStamp& stamp = image(name);
+    const std::int64_t length = wholeNumber(name, value, 1, largestSide);
+    const QSizeF pixels(stamp.cacheImage()->image().size());
+    const double widthToHeight = pixels.width() / pixels.height();
+    const auto following = [length](double ratio) {
+        return std::clamp<std::int64_t>(std::llround(static_cast<double>(length) * ratio), 1, largestSide);
+    };
+    (isWidth ? stamp.stampImageWidth : stamp.stampImageHeight) = length;
+    (isWidth ? isWidthGiven_ : isHeightGiven_) = true;
+    if (!isHeightGiven_) stamp.stampImageHeight = following(1 / widthToHeight);
+    if (!isWidthGiven_) stamp.stampImageWidth = following(widthToHeight);
+}
+
+IStampItem& StampOptions::stamp(const QString& option)
+{
+    if (text_) return *text_;
+    if (image_) return *image_;
+    throw WrongUse(
+        QStringLiteral("--%1 describes a stamp; begin one with --text or --image before it").arg(option));
+}
+
+TextStamp& StampOptions::text(const QString& option)
+{
+    stamp(option);
+    if (!text_)
+        throw WrongUse(QStringLiteral("--%1 is for text stamps; the last one is a picture").arg(option));
+    return *text_;
+}
+
+ImageStamp& StampOptions::image(const QString& option)
+{
+    stamp(option);
+    if (!image_)
+        throw WrongUse(QStringLiteral("--%1 is for picture stamps; the last one is text").arg(option));
+    return *image_;
+}
+
+} // namespace quillfern

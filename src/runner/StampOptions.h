@@ -1,0 +1,45 @@
+#pragma once
+
+#include "runner/OptionValues.h"
+#include "stamps/PageCompositor.h"
+
+#include <memory>
+#include <span>
+
+namespace quillfern {
+
+class ImageStamp;
+class TextStamp;
+
+/// Builds the stamps that a command line describes: an option begins a stamp, those after it apply to it.
+class StampOptions
+{
+  public:
+    /// Adds to `stamps`, which must outlive this object.
+    explicit StampOptions(StampList& stamps) : stamps_(stamps) {}
+
+    [[nodiscard]] static std::span<const Option> options();
+
+    /// False for an option that is not about stamps. Throws WrongUse for one that is wrong here.
+    bool apply(const QString& name, const QString& value);
+
+  private:
+    void begin(const std::shared_ptr<IStampItem>& stamp);
+    bool applyToAny(const QString& name, const QString& value);
+    bool applyToText(const QString& name, const QString& value);
+    bool applyToImage(const QString& name, const QString& value);
+    void beginImage(const QString& path);
+    void setImageSide(const QString& name, const QString& value, bool isWidth);
+    IStampItem& stamp(const QString& option);
+    TextStamp& text(const QString& option);
+    ImageStamp& image(const QString& option);
+
+    StampList& stamps_;
+    // The stamp last begun; one of the two kinds.
+    std::shared_ptr<TextStamp> text_;
+    std::shared_ptr<ImageStamp> image_;
+    bool isWidthGiven_ = false;
+    bool isHeightGiven_ = false;
+};
+
+} // namespace quillfern

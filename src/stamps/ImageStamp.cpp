@@ -1,0 +1,107 @@
+#include "stamps/ImageStamp.h"
+
+#include "platform/raster/PictureBytes.h"
+#include "platform/system/Guarded.h"
+#include "stamps/Placement.h"
+
+#include <QFileInfo>
+#include <algorithm>
+
+namespace quillfern {
+
+ImageStamp::~ImageStamp()
+{
+    removehandlers();
+}
+
+void ImageStamp::setStampImage(std::optional<QByteArray> bytes)
+{
+    cacheImage_.reset();
+    stampImage_ = std::move(bytes);
+    if (stampImage_ && !stampImage_->isEmpty()) cacheImage_ = decodePicture(*stampImage_);
+}
+
+void ImageStamp::loadPicture(const QString& path)
+{
+    PictureBytes picture = readPictureFile(path);
+    setStampImage(std::move(picture.tiff));
+    stampImagePath = path;
+    stampImageWidth = picture.size.width();
+    stampImageHeight = picture.size.height();
+}
+
+void ImageStamp::draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,
+                      std::int64_t, std::int64_t, bool isHighLightStamp)
+{
+    guarded("Error in [Draw:rect:marginAnchor:pageNumber:totalPages:isHighLightStamp:] : %@", [&] {
+        if (!cacheImage_ || stampImageWidth <= 0 || stampImageHeight <= 0 || stampImageOpacity <= 0) return;
+        const QSizeF size(static_cast<double>(stampImageWidth), static_cast<double>(stampImageHeight));
+        const int angle =
+            static_cast<int>(std::clamp<std::int64_t>(stampImageRotation, -1'000'000'000, 1'000'000'000));
+        const QPointF corner =
+            guarded("Error in [getTransformedPoint:textSize:angle:rect:marginAnchor:pointIndex] : %@",
+                    QPointF(0, 0), [&] { return getTransformedPoint(size, angle, rect, marginAnchor, 0); });
+
+        canvas.save();
+        canvas.translate(offsetRect.x() + corner.x(), offsetRect.y() + corner.y());
+        canvas.rotate(-angle * radiansPerDegree);
+        const QRectF target(QPointF(0, 0), size);
+        canvas.drawPicture(*cacheImage_, target,
+                           static_cast<double>(std::min<std::int64_t>(stampImageOpacity, 100)) * 0.01);
+        if (isHighLightStamp) canvas.fillRect(target, QColor::fromRgbF(1, 0, 0, 0.5F));
+        canvas.restore();
+    });
+}
+
+QString ImageStamp::description() const
+{
+    QString name = label().value_or(QString());
+    if (name.isEmpty() && stampImagePath) name = QFileInfo(*stampImagePath).completeBaseName();
+    return QStringLiteral("Image [%1]").arg(name);
+}
+
+void ImageStamp::edit(StampEditorFactory& editors)
+{
+    guarded("Error in edit : %@", [&] {
+        if (!editor_) editor_ = editors.editorFor(*this);
+        if (editor_) editor_->showAndReset();
+    });
+}
+
+void ImageStamp::removehandlers()
+{
+    guarded("Error in (ImageStamp=>removehandlers:) : %@", [this] { closeEditor(); });
+}
+
+std::optional<Record> ImageStamp::getData() const
+{
+    return guarded<std::optional<Record>>("Error in (ImageStamp=>getData) : %@", std::nullopt, [this] {
+        RecordBuilder builder;
+        builder.add(QStringLiteral("stampImageRotation"), low32(stampImageRotation))
+            .add(QStringLiteral("stampImageOpacity"), low32(stampImageOpacity))
+            .add(QStringLiteral("stampImageHeight"), low32(stampImageHeight))
+            .add(QStringLiteral("stampImageWidth"), low32(stampImageWidth))
+            .add(QStringLiteral("stampImage"), stampImage_)
+            .add(QStringLiteral("stampImagePath"), stampImagePath);
+        addShared(builder);
+        return std::optional(builder.take());
+    });
+}
+
+void ImageStamp::setData(const Record* data)
+{
+    cacheImage_.reset();
+    guarded("Error in (ImageStamp=>setData:) : %@", [&] {
+        if (!data) return;
+        readShared(*data);
+        stampImagePath = data->text(QStringLiteral("stampImagePath"));
+        stampImage_ = data->bytes(QStringLiteral("stampImage"));
+        stampImageWidth = data->integer32(QStringLiteral("stampImageWidth"));
+        stampImageHeight = data->integer32(QStringLiteral("stampImageHeight"));
+        stampImageOpacity = data->integer32(QStringLiteral("stampImageOpacity"));
+        stampImageRotation = data->integer32(QStringLiteral("stampImageRotation"));
+        setStampImage(stampImage_);
+    });
+}
+
+} // namespace quillfern

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "stamps/StampBase.h"
+
+#include <optional>
+
+namespace quillfern {
+
+/// A stamp that puts a picture on every page. It carries the picture in itself, so that a profile does not
+/// depend on the file it came from.
+class ImageStamp final : public StampBase
+{
+  public:
+    std::optional<QString> stampImagePath = QString(); ///< where the picture came from; for people
+    std::int64_t stampImageWidth = 0;                  ///< drawn size in points; draws nothing unless above 0
+    std::int64_t stampImageHeight = 0;
+    std::int64_t stampImageOpacity = 100; ///< percent
+    std::int64_t stampImageRotation = 0;  ///< whole degrees, counter-clockwise on the page
+
+    ImageStamp() = default;
+    ~ImageStamp() override;
+
+    /// The picture's encoding (a TIFF of one page); empty or absent for a stamp without one.
+    [[nodiscard]] const std::optional<QByteArray>& stampImage() const { return stampImage_; }
+    /// Takes over another encoding and decodes it. Throws Failure for bytes that do not decode; they are
+    /// kept, and the stamp draws nothing.
+    void setStampImage(std::optional<QByteArray> bytes);
+    /// Takes the picture of a BMP, JPEG, PNG or GIF file, its path, and its size in pixels as the drawn size.
+    /// Throws Failure, with nothing changed, when the file cannot be used.
+    void loadPicture(const QString& path);
+    /// The decoded picture; present exactly when stampImage() holds bytes that decode.
+    [[nodiscard]] const std::optional<Picture>& cacheImage() const { return cacheImage_; }
+
+    void removehandlers() override;
+    void setData(const Record* data) override;
+    [[nodiscard]] std::optional<Record> getData() const override;
+    void edit(StampEditorFactory& editors) override;
+    /// See IStampItem; the numbers are ignored.
+    void draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,
+              std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) override;
+    [[nodiscard]] QString description() const override;
+
+  private:
+    std::optional<QByteArray> stampImage_ = QByteArray();
+    std::optional<Picture> cacheImage_;
+};
+
+} // namespace quillfern

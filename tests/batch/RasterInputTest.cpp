@@ -1,0 +1,394 @@
+// Every kind of raster page that has to come out right, read back with libtiff.
+
+#include "batch/RasterProcessing.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+#include <QtEndian>
+
+namespace quillfern {
+namespace {
+
+enum class Source { Colour, Grey, BlackAndWhite };
+
+struct Kind
+{
+    const char* name;
+    Source source;
+    TiffLayout layout;
+    const char* mode = "w";
+    // What comes out.
+    int compression;
+    int bits = 8;
+    int samples = 3;
+    int tolerance = 3;
+};
+
+class RasterInput : public RasterProcessing, public testing::WithParamInterface<Kind>
+{
+};
+
+TEST_P(RasterInput, ComesOutAsItWasWithAStamp)
+{
+    const Kind& kind = GetParam();
+    const QImage picture = kind.source == Source::Colour ? colourPicture()
+                           : kind.source == Source::Grey ? greyPicture()
+                                                         : blackAndWhitePicture();
+    const QString source = path(QStringLiteral("page.tif"));
+    TiffBuilder(source, kind.mode).page(picture, kind.layout);
+    addStamp();
+    const auto pages = readTiff(process(source));
+    ASSERT_EQ(pages.size(), 1U);
+    EXPECT_TRUE(showsSame(pages[0].image, picture, kind.tolerance));
+    EXPECT_TRUE(hasStamp(pages[0].image));
+    EXPECT_EQ(pages[0].compression, kind.compression);
+    EXPECT_EQ(pages[0].bits, kind.bits);
+    EXPECT_EQ(pages[0].samples, kind.samples);
+    const bool differences = kind.bits == 8 && (kind.compression == 5 || kind.compression == 8);
+    EXPECT_EQ(pages[0].predictor, differences ? 2 : 1);
+    if (kind.bits == 1) {
+        EXPECT_EQ(pages[0].photometric, kind.layout.photometric);
+    }
+}
+
+constexpr auto colour = Source::Colour;
+constexpr auto grey = Source::Grey;
+constexpr auto bilevel = Source::BlackAndWhite;
+
+const std::vector<Kind> kinds = {
+    {"Group3WhiteIsZero", bilevel, {.photometric = 0, .bits = 1, .compression = 3}, "w", 3, 1, 1, 0},
+    {"Group3BlackIsZero", bilevel, {.photometric = 1, .bits = 1, .compression = 3}, "w", 3, 1, 1, 0},
+    {"Group4WhiteIsZero", bilevel, {.photometric = 0, .bits = 1, .compression = 4}, "w", 4, 1, 1, 0},
+    {"Group4BlackIsZero", bilevel, {.photometric = 1, .bits = 1, .compression = 4}, "w", 4, 1, 1, 0},
+    {"FaxRunLength", bilevel, {.photometric = 0, .bits = 1, .compression = 2}, "w", 2, 1, 1, 0},
+    {"BilevelLzw", bilevel, {.photometric = 1, .bits = 1, .compression = 5}, "w", 5, 1, 1, 0},
+    {"Grey4", bilevel, {.photometric = 1, .bits = 4, .compression = 5}, "w", 5, 8, 1},
+    {"Grey8", grey, {.photometric = 1, .compression = 8}, "w", 8, 8, 1},
+    {"Grey8WhiteIsZero", grey, {.photometric = 0, .compression = 32773}, "w", 32773, 8, 1},
+    {"Grey16", grey, {.photometric = 1, .bits = 16, .compression = 5}, "w", 5, 8, 1},
+    {"Grey16OtherByteOrder", grey, {.photometric = 1, .bits = 16, .compression = 1}, "wb", 1, 8, 1},
+    {"Palette8", colour, {.photometric = 3, .compression = 5}, "w", 5},
+    {"Palette4", colour, {.photometric = 3, .bits = 4, .compression = 1}, "w", 1},
+    {"Rgb8", colour, {.compression = 5}, "w", 5},
+    {"Rgb16", colour, {.bits = 16, .compression = 8}, "w", 8},
+    {"Cmyk", colour, {.photometric = 5, .compression = 5}, "w", 5},
+    {"Cmyk16", colour, {.photometric = 5, .bits = 16, .compression = 5}, "w", 5},
+    {"YCbCrJpeg", colour, {.photometric = 6, .compression = 7}, "w", 7, 8, 3, 60},
+    {"Planar", colour, {.compression = 5, .planar = true}, "w", 5},
+    {"Planar16", colour, {.bits = 16, .compression = 5, .planar = true}, "w", 5},
+    {"Tiled", colour, {.compression = 5, .tiled = true}, "w", 5},
+    {"TiledPlanar", colour, {.compression = 8, .planar = true, .tiled = true}, "w", 8},
+    {"TiledBilevel",
+     bilevel,
+     {.photometric = 0, .bits = 1, .compression = 4, .tiled = true},
+     "w",
+     4,
+     1,
+     1,
+     0},
+    {"BigTiff", colour, {.compression = 5}, "w8", 5},
+    {"Orientation2", colour, {.compression = 5, .orientation = 2}, "w", 5},
+    {"Orientation3", colour, {.compression = 5, .orientation = 3}, "w", 5},
+    {"Orientation4", colour, {.compression = 5, .orientation = 4}, "w", 5},
+    {"Orientation5", colour, {.compression = 5, .orientation = 5}, "w", 5},
+    {"Orientation6", colour, {.compression = 5, .orientation = 6}, "w", 5},
+    {"Orientation7", colour, {.compression = 5, .orientation = 7}, "w", 5},
+    {"Orientation8", colour, {.compression = 5, .orientation = 8}, "w", 5},
+    {"Orientation6Bilevel",
+     bilevel,
+     {.photometric = 0, .bits = 1, .compression = 4, .orientation = 6},
+     "w",
+     4,
+     1,
+     1,
+     0},
+};
+
+INSTANTIATE_TEST_SUITE_P(, RasterInput, testing::ValuesIn(kinds),
+                         [](const auto& kind) { return std::string(kind.param.name); });
+
+class RasterFile : public RasterProcessing
+{
+  protected:
+    static QByteArray encoded(const QImage& image, const char* format)
+    {
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        EXPECT_TRUE(image.save(&buffer, format, 95));
+        return bytes;
+    }
+
+    QString write(const QString& name, const QByteArray& bytes)
+    {
+        return scratch.write(QStringLiteral("in/") + name, bytes);
+    }
+
+    /// A GIF of frames of one colour each, coded without ever growing the code table.
+    static QByteArray gif(int width, int height, const std::vector<QColor>& frames)
+    {
+        QByteArray bytes("GIF89a");
+        const auto word = [&bytes](int value) {
+            bytes.append(static_cast<char>(value & 0xFF)).append(static_cast<char>(value >> 8));
+        };
+        word(width);
+        word(height);
+        bytes.append('\xF7').append('\0').append('\0');
+        for (int i = 0; i < 256; ++i) {
+            const QColor c =
+                i < static_cast<int>(frames.size()) ? frames[static_cast<std::size_t>(i)] : Qt::black;
+            bytes.append(static_cast<char>(c.red()))
+                .append(static_cast<char>(c.green()))
+                .append(static_cast<char>(c.blue()));
+        }
+        for (std::size_t frame = 0; frame < frames.size(); ++frame) {
+            bytes.append(',');
+            word(0);
+            word(0);
+            word(width);
+            word(height);
+            bytes.append('\0').append('\x08');
+            QByteArray codes;
+            unsigned pending = 0;
+            int bits = 0;
+            const auto put = [&](unsigned code) {
+                pending |= code << bits;
+                for (bits += 9; bits >= 8; bits -= 8, pending >>= 8)
+                    codes.append(static_cast<char>(pending & 0xFF));
+            };
+            for (int i = 0; i < width * height; ++i) {
+                if (i % 100 == 0) put(256);
+                put(static_cast<unsigned>(frame));
+            }
+            put(257);
+            codes.append(static_cast<char>(pending));
+            for (qsizetype at = 0; at < codes.size(); at += 255) {
+                const QByteArray block = codes.mid(at, 255);
+                bytes.append(static_cast<char>(block.size())).append(block);
+            }
+            bytes.append('\0');
+        }
+        return bytes.append(';');
+    }
+
+    /// A JPEG with an EXIF segment that says how to turn it.
+    static QByteArray withOrientation(const QByteArray& jpeg, char orientation)
+    {
+        QByteArray exif("Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0", 25);
+        exif.append(orientation).append(QByteArray("\0\0\0\0\0\0", 6));
+        QByteArray segment("\xFF\xE1");
+        segment.append('\0').append(static_cast<char>(exif.size() + 2)).append(exif);
+        return jpeg.left(2) + segment + jpeg.mid(2);
+    }
+};
+
+TEST_F(RasterFile, OtherFormatsBecomeTiffs)
+{
+    addStamp();
+    const QImage opaque = colourPicture().convertToFormat(QImage::Format_RGB888);
+    const struct
+    {
+        const char* name;
+        QByteArray bytes;
+        int tolerance;
+    } cases[] = {
+        {"a.png", encoded(opaque, "png"), 3},          {"a.bmp", encoded(opaque, "bmp"), 3},
+        {"a.jpg", encoded(opaque, "jpg"), 120},         {"jpeg called.png", encoded(opaque, "jpg"), 120},
+        {"png called.tif", encoded(opaque, "png"), 3}, {"a.gif", gif(120, 88, {Qt::red}), 3},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const auto pages = readTiff(process(write(QString::fromLatin1(c.name), c.bytes)));
+        ASSERT_EQ(pages.size(), 1U);
+        const bool isGif = QByteArray(c.name).endsWith("gif");
+        QImage red(120, 88, QImage::Format_RGBA8888);
+        red.fill(Qt::red);
+        EXPECT_TRUE(showsSame(pages[0].image, isGif ? red : colourPicture(), c.tolerance));
+        EXPECT_TRUE(hasStamp(pages[0].image));
+        EXPECT_EQ(pages[0].compression, 1);
+        EXPECT_EQ(pages[0].samples, 3);
+    }
+}
+
+TEST_F(RasterFile, TiffUnderAnotherName)
+{
+    addStamp();
+    const QString source = path(QStringLiteral("really a tiff.jpg"));
+    TiffBuilder(source).page(colourPicture(), {.compression = 5}).page(colourPicture(), {.compression = 5});
+    EXPECT_EQ(readTiff(process(source)).size(), 2U);
+}
+
+TEST_F(RasterFile, GifFramesBecomePages)
+{
+    const auto pages =
+        readTiff(process(write(QStringLiteral("a.gif"), gif(60, 40, {Qt::red, Qt::green, Qt::blue}))));
+    ASSERT_EQ(pages.size(), 3U);
+    EXPECT_NEAR(pages[0].image.pixelColor(5, 5).red(), 255, 3);
+    EXPECT_NEAR(pages[1].image.pixelColor(5, 5).green(), 255, 3);
+    EXPECT_NEAR(pages[2].image.pixelColor(5, 5).blue(), 255, 3);
+}
+
+TEST_F(RasterFile, ExifOrientationIsApplied)
+{
+    const QImage upright = colourPicture();
+    // Orientation 6: the stored rows are the columns of the picture, from the right.
+    const QImage stored =
+        upright.transformed(QTransform().rotate(-90)).convertToFormat(QImage::Format_RGB888);
+    const auto pages =
+        readTiff(process(write(QStringLiteral("a.jpg"), withOrientation(encoded(stored, "jpg"), 6))));
+    ASSERT_EQ(pages.size(), 1U);
+    EXPECT_TRUE(showsSame(pages[0].image, upright, 120));
+}
+
+TEST_F(RasterFile, OldStyleJpeg)
+{
+    addStamp();
+    const QImage picture = colourPicture(112, 80).convertToFormat(QImage::Format_RGB888);
+    const auto pages =
+        readTiff(process(write(QStringLiteral("old.tif"), oldJpegTiff(encoded(picture, "jpg"), 112, 80))));
+    ASSERT_EQ(pages.size(), 1U);
+    EXPECT_EQ(pages[0].compression, 7);
+    EXPECT_TRUE(showsSame(pages[0].image, colourPicture(112, 80), 90));
+}
+
+TEST_F(RasterFile, AlphaIsKept)
+{
+    QImage picture = colourPicture();
+    for (int y = 0; y < 60; ++y)
+        for (int x = 0; x < 40; ++x)
+            picture.setPixelColor(x, y, QColor(200, 100, 50, 4 * y));
+    picture.setPixelColor(0, 0, QColor(0, 0, 0, 0));
+    const QString associated = path(QStringLiteral("associated.tif"));
+    TiffBuilder(associated).page(picture, {.compression = 5, .extraSample = 1});
+    const QString straight = path(QStringLiteral("straight.tif"));
+    TiffBuilder(straight).page(picture, {.bits = 16, .compression = 5, .extraSample = 2});
+    const QString planar = path(QStringLiteral("planar.tif"));
+    TiffBuilder(planar).page(picture, {.compression = 5, .planar = true, .extraSample = 2});
+    const QString png = write(QStringLiteral("a.png"), encoded(picture, "png"));
+    addStamp();
+    for (const QString& source : {associated, straight, planar, png}) {
+        SCOPED_TRACE(source.toStdString());
+        const auto pages = readTiff(process(source));
+        ASSERT_EQ(pages.size(), 1U);
+        EXPECT_EQ(pages[0].samples, 4);
+        EXPECT_EQ(pages[0].extraSample, 2);
+        EXPECT_TRUE(hasStamp(pages[0].image));
+        const bool isExact = source != associated;
+        // Colours under little opacity were rounded away before; opacity itself never is.
+        for (int y = isExact ? 1 : 16; y < stampTop; ++y) {
+            const QColor pixel = pages[0].image.pixelColor(20, y);
+            EXPECT_EQ(pixel.alpha(), 4 * y);
+            EXPECT_NEAR(pixel.red(), 200, isExact ? 0 : 4);
+            EXPECT_NEAR(pixel.green(), 100, isExact ? 0 : 4);
+        }
+    }
+}
+
+TEST_F(RasterFile, CutOffFilesFailAndLeaveNothing)
+{
+    addStamp();
+    const QImage opaque = colourPicture().convertToFormat(QImage::Format_RGB888);
+    const auto tiffOf = [&](const TiffLayout& layout, const QImage& picture) {
+        const QString whole = path(QStringLiteral("whole.tif"));
+        TiffBuilder(whole).page(picture, layout).page(picture, layout);
+        return readFile(whole);
+    };
+    const struct
+    {
+        const char* name;
+        QByteArray bytes;
+    } cases[] = {
+        {"lzw.tif", tiffOf({.compression = 5}, colourPicture())},
+        {"plain.tif", tiffOf({.compression = 1}, colourPicture())},
+        {"jpeg.tif", tiffOf({.photometric = 6, .compression = 7}, colourPicture())},
+        {"g4.tif", tiffOf({.photometric = 0, .bits = 1, .compression = 4}, blackAndWhitePicture())},
+        {"a.png", encoded(opaque, "png")},
+        {"a.jpg", encoded(opaque, "jpg")},
+        {"a.bmp", encoded(opaque, "bmp")},
+        {"a.gif", gif(60, 40, {Qt::red, Qt::green})},
+    };
+    for (const auto& c : cases) {
+        for (const double part : {0.1, 0.5, 0.8, 0.98}) {
+            SCOPED_TRACE(testing::Message() << c.name << " at " << part);
+            const auto length = static_cast<qsizetype>(static_cast<double>(c.bytes.size()) * part);
+            process(write(QString::fromLatin1(c.name), c.bytes.left(length)), false);
+            EXPECT_FALSE(problem.isEmpty());
+        }
+    }
+    EXPECT_TRUE(QDir(scratch.path(QStringLiteral("out"))).entryList(QDir::Files | QDir::Hidden).isEmpty());
+}
+
+TEST_F(RasterFile, DamagedPixelsFail)
+{
+    addStamp();
+    const QString source = path(QStringLiteral("lzw.tif"));
+    TiffBuilder(source).page(colourPicture(), {.compression = 5});
+    QByteArray bytes = readFile(source);
+    for (qsizetype i = 100; i < 160; ++i)
+        bytes[i] = static_cast<char>(i * 37);
+    process(write(QStringLiteral("lzw.tif"), bytes), false);
+    EXPECT_TRUE(problem.contains(QStringLiteral("damaged"))) << problem.toStdString();
+}
+
+/// The checksum that follows a chunk of a PNG, over its name and data.
+quint32 pngChecksum(const QByteArray& bytes)
+{
+    quint32 sum = 0xFFFFFFFFU;
+    for (const char byte : bytes) {
+        sum ^= static_cast<uchar>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            sum = (sum & 1U) != 0 ? sum >> 1 ^ 0xEDB88320U : sum >> 1;
+    }
+    return ~sum;
+}
+
+TEST_F(RasterFile, HugeClaimsAreRefusedBeforeMemoryIsTaken)
+{
+    addStamp();
+    const QString tiff = path(QStringLiteral("huge.tif"));
+    TiffBuilder(tiff).page(colourPicture(), {.compression = 5});
+    QByteArray bytes = readFile(tiff);
+    // Width and height are the first two entries of the directory.
+    const auto directory = qFromLittleEndian<quint32>(bytes.constData() + 4);
+    for (const qsizetype entry : {qsizetype{directory} + 2, qsizetype{directory} + 14}) {
+        qToLittleEndian<quint16>(4, bytes.data() + entry + 2);
+        qToLittleEndian<quint32>(100000, bytes.data() + entry + 8);
+    }
+    QByteArray png = encoded(colourPicture(), "png");
+    qToBigEndian<quint32>(100000, png.data() + 16);
+    qToBigEndian<quint32>(100000, png.data() + 20);
+    qToBigEndian<quint32>(pngChecksum(png.mid(12, 17)), png.data() + 29);
+    QByteArray bmp = encoded(colourPicture().convertToFormat(QImage::Format_RGB888), "bmp");
+    qToLittleEndian<qint32>(100000, bmp.data() + 18);
+    qToLittleEndian<qint32>(100000, bmp.data() + 22);
+    const struct
+    {
+        const char* name;
+        QByteArray bytes;
+        const char* word;
+    } cases[] = {{"huge.tif", bytes, "100000 x 100000"},
+                 {"huge.png", png, "100000 x 100000"},
+                 {"huge.bmp", bmp, "picture"}} /* the decoder itself refuses such a header */;
+    for (const auto& c : cases) {
+        process(write(QString::fromLatin1(c.name), c.bytes), false, 5);
+        EXPECT_TRUE(problem.contains(QLatin1String(c.word))) << problem.toStdString();
+    }
+}
+
+TEST_F(RasterFile, FilesThatAreNoPicturesSaySo)
+{
+    addStamp();
+    const struct
+    {
+        const char* bytes;
+        const char* word;
+    } cases[] = {
+        {"%PDF-1.7\n", "PDF"}, {"hello, world, this is text", "picture"}, {"", "empty"}, {"II*", "read"}};
+    for (const auto& c : cases) {
+        process(write(QStringLiteral("a.tif"), c.bytes), false);
+        EXPECT_TRUE(problem.contains(QLatin1String(c.word))) << problem.toStdString();
+    }
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,196 @@
+// What strips, directories and the JPEG round trip hold, checked with libtiff and with plain TurboJPEG.
+
+#include "platform/raster/JpegCodec.h"
+#include "platform/raster/TiffContainer.h"
+#include "platform/store/AtomicFile.h"
+#include "support/TiffBuilder.h"
+#include "support/Tools.h"
+
+#include <gtest/gtest.h>
+#include <random>
+#include <turbojpeg.h>
+
+namespace quillfern {
+namespace {
+
+enum class Content { Zeros, Noise, FewValues, Paper, Ramp };
+
+QByteArray rowsOf(Content content, qsizetype size, unsigned seed)
+{
+    std::mt19937 random(seed);
+    QByteArray bytes(size, '\0');
+    for (qsizetype i = 0; i < size; ++i) {
+        switch (content) {
+        case Content::Zeros:
+            break;
+        case Content::Noise:
+            bytes[i] = static_cast<char>(random());
+            break;
+        case Content::FewValues:
+            bytes[i] = static_cast<char>(random() % 3);
+            break;
+        case Content::Paper: // white with words on it
+            bytes[i] = i / 40 % 7 == 0 ? static_cast<char>(random() % 5) : '\xFF';
+            break;
+        case Content::Ramp:
+            bytes[i] = static_cast<char>(i * 3);
+            break;
+        }
+    }
+    return bytes;
+}
+
+QByteArray pixelsOf(const QImage& image, int channels)
+{
+    QByteArray bytes;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            for (int c = 0; c < channels; ++c)
+                bytes.append(static_cast<char>(image.constScanLine(y)[x * 4 + c]));
+    return bytes;
+}
+
+TEST(StripCodecTest, LibtiffReadsBackEveryStrip)
+{
+    const Scratch scratch;
+    const QString path = scratch.path(QStringLiteral("strips.tif"));
+    for (const int compression : {1, 5, 8, 32946, 32773}) {
+        for (const int channels : {1, 3, 4}) {
+            for (const Content content :
+                 {Content::Zeros, Content::Noise, Content::FewValues, Content::Paper, Content::Ramp}) {
+                // Lengths around the places where a table of codes fills up and code widths change.
+                for (const int width : {1, 2, 253, 255, 509, 511, 1020, 1023, 3838, 3841, 60000}) {
+                    SCOPED_TRACE(testing::Message() << compression << ' ' << channels << ' '
+                                                    << static_cast<int>(content) << ' ' << width);
+                    StripFormat format;
+                    format.width = static_cast<std::uint32_t>(width);
+                    format.channels = static_cast<std::uint16_t>(channels);
+                    format.compression = static_cast<std::uint16_t>(compression);
+                    const QByteArray rows =
+                        rowsOf(content, qsizetype{width} * channels, static_cast<unsigned>(width));
+                    AtomicFile file(path);
+                    TiffFileOutput output(file);
+                    TiffContainer container(output);
+                    container.beginPage(format, 1, 1, QSizeF(72, 72), {});
+                    container.addStrip(encodeStrip(format, rows));
+                    container.finish();
+                    file.commit();
+                    const auto pages = readTiff(path);
+                    ASSERT_EQ(pages.size(), 1U);
+                    ASSERT_EQ(pixelsOf(pages[0].image, channels), rows);
+                }
+            }
+        }
+    }
+}
+
+TEST(TiffContainerTest, BecomesBigOnlyWhenItMust)
+{
+    const Scratch scratch;
+    const QString path = scratch.path(QStringLiteral("pages.tif"));
+    const QByteArray profile("not really a profile");
+    for (const std::uint64_t limit : {std::uint64_t{0xFFFFFFFF}, std::uint64_t{1000}}) {
+        StripFormat format;
+        format.width = 10;
+        format.channels = 3;
+        format.compression = 5;
+        const QByteArray rows = rowsOf(Content::Noise, 300, 1);
+        AtomicFile file(path);
+        TiffFileOutput output(file);
+        TiffContainer container(output, limit);
+        for (int page = 0; page < 3; ++page) {
+            container.beginPage(format, 20, 10, QSizeF(300, 203.2), page == 1 ? profile : QByteArray());
+            container.addStrip(encodeStrip(format, rows));
+            container.addStrip(encodeStrip(format, rows));
+        }
+        container.finish();
+        file.commit();
+        EXPECT_EQ(readFile(path)[2], limit == 1000 ? 43 : 42);
+        const auto pages = readTiff(path);
+        ASSERT_EQ(pages.size(), 3U);
+        for (std::size_t i = 0; i < 3; ++i) {
+            EXPECT_EQ(pixelsOf(pages[i].image, 3), rows + rows);
+            EXPECT_FLOAT_EQ(pages[i].xResolution, 300);
+            EXPECT_FLOAT_EQ(pages[i].yResolution, 203.2F);
+            EXPECT_EQ(pages[i].hasProfile, i == 1);
+        }
+        const ToolResult info = runTool(QStringLiteral("tiffinfo"), {path});
+        EXPECT_EQ(info.exitCode, 0);
+        EXPECT_TRUE(info.err.isEmpty()) << info.err.toStdString();
+    }
+}
+
+TEST(TiffContainerTest, ThousandsOfPagesKeepTheirOrder)
+{
+    const Scratch scratch;
+    const QString path = scratch.path(QStringLiteral("many.tif"));
+    AtomicFile file(path);
+    TiffFileOutput output(file);
+    TiffContainer container(output);
+    StripFormat format;
+    format.width = 3;
+    constexpr int count = 5000;
+    for (int i = 0; i < count; ++i) {
+        container.beginPage(format, 1, 1, QSizeF(72, 72), {});
+        container.addStrip(QByteArray(1, static_cast<char>(i % 251)) +
+                           QByteArray(1, static_cast<char>(i / 251)) + "x");
+    }
+    container.finish();
+    file.commit();
+    const auto pages = readTiff(path);
+    ASSERT_EQ(pages.size(), std::size_t{count});
+    for (int i = 0; i < count; ++i) {
+        const uchar* row = pages[static_cast<std::size_t>(i)].image.constScanLine(0);
+        ASSERT_EQ(row[0] + 251 * row[4], i);
+    }
+}
+
+/// The whole picture in one go, as any program would do it.
+QByteArray plainRoundTrip(QByteArray pixels, int width, int rows, int channels)
+{
+    const tjhandle coder = tjInitCompress();
+    const tjhandle decoder = tjInitDecompress();
+    auto* data = reinterpret_cast<uchar*>(pixels.data());
+    uchar* jpeg = nullptr;
+    unsigned long size = 0;
+    const int format = channels == 1 ? TJPF_GRAY : TJPF_RGB;
+    EXPECT_EQ(tjCompress2(coder, data, width, 0, rows, format, &jpeg, &size,
+                          channels == 1 ? TJSAMP_GRAY : TJSAMP_444, 100, 0),
+              0);
+    EXPECT_EQ(tjDecompress2(decoder, jpeg, size, data, width, 0, rows, format, 0), 0);
+    tjFree(jpeg);
+    tjDestroy(coder);
+    tjDestroy(decoder);
+    return pixels;
+}
+
+TEST(JpegCodecTest, RoundTripIsThatOfTheWholePicture)
+{
+    for (const int channels : {1, 3}) {
+        for (const auto& [width, rows] :
+             {std::pair{64, 64}, {61, 37}, {7, 3}, {1, 1}, {1000, 9}, {9000, 16}}) {
+            for (const Content content : {Content::Zeros, Content::Noise, Content::Paper, Content::Ramp}) {
+                SCOPED_TRACE(testing::Message()
+                             << channels << ' ' << width << ' ' << rows << ' ' << static_cast<int>(content));
+                QByteArray pixels = rowsOf(content, qsizetype{width} * rows * channels, 7);
+                const QByteArray expected = plainRoundTrip(pixels, width, rows, channels);
+                jpegRoundTrip(reinterpret_cast<uchar*>(pixels.data()), width, rows, channels);
+                ASSERT_EQ(pixels, expected);
+            }
+        }
+    }
+}
+
+TEST(JpegCodecTest, OneShadeAllOverIsUnchangedOnlyWhenGrey)
+{
+    // What the shortcut for plain blocks rests on.
+    for (int value = 0; value < 256; ++value) {
+        const QByteArray grey(64 * 3, static_cast<char>(value));
+        ASSERT_EQ(plainRoundTrip(grey, 8, 8, 3), grey);
+        const QByteArray single(64, static_cast<char>(value));
+        ASSERT_EQ(plainRoundTrip(single, 8, 8, 1), single);
+    }
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,181 @@
+// One job over PDF and raster files with text and pictures, as it is started from the command line.
+
+#include "runner/RunnerOptions.h"
+#include "stamps/ImageStamp.h"
+#include "stamps/TextStamp.h"
+#include "support/PdfBuilder.h"
+#include "support/TiffBuilder.h"
+#include "support/Tools.h"
+
+#include <QDir>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+class MixedJob : public testing::Test
+{
+  protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("out"))));
+        qputenv("XDG_DATA_HOME", scratch.path(QStringLiteral("data")).toUtf8());
+        QImage picture(80, 40, QImage::Format_ARGB32);
+        picture.fill(QColor(200, 30, 30));
+        ASSERT_TRUE(picture.save(scratch.path(QStringLiteral("opaque.png"))));
+        picture.fill(QColor(200, 30, 30, 90));
+        ASSERT_TRUE(picture.save(scratch.path(QStringLiteral("clear.png"))));
+        ASSERT_TRUE(
+            picture.convertToFormat(QImage::Format_RGB32).save(scratch.path(QStringLiteral("photo.jpg"))));
+    }
+    ToolResult run(const QStringList& arguments) const
+    {
+        return runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
+                       arguments +
+                           QStringList{QStringLiteral("--output"), scratch.path(QStringLiteral("out"))});
+    }
+    QString at(const char* name) const { return scratch.path(QString::fromLatin1(name)); }
+
+    /// The kinds and codings of a PDF's image objects, each once.
+    QStringList imagesOf(const char* pdf) const
+    {
+        QStringList images;
+        const QByteArray list = runTool(QStringLiteral("pdfimages"), {QStringLiteral("-list"), at(pdf)}).out;
+        QStringList lines = QString::fromLatin1(list).split(u'\n', Qt::SkipEmptyParts).mid(2);
+        for (const QString& line : lines) {
+            const QStringList fields = line.simplified().split(u' ');
+            images.append(fields[2] + u' ' + fields[8] + u' ' + fields[10]);
+        }
+        images.removeDuplicates();
+        return images;
+    }
+
+    Scratch scratch;
+};
+
+TEST_F(MixedJob, NumbersContinueThroughFilesOfAllKinds)
+{
+    scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(2));
+    QImage page(200, 120, QImage::Format_RGBA8888);
+    page.fill(Qt::white);
+    ASSERT_TRUE(page.save(at("in/b.png")));
+    TiffBuilder(at("in/c.tif")).page(page, {.compression = 5}).page(page, {.compression = 5});
+    scratch.write(QStringLiteral("in/d.pdf"), numberedPdf(1));
+    const ToolResult result = run({QStringLiteral("--continuous"), QStringLiteral("--text"),
+                                   QStringLiteral("N{0}of{1}"), QStringLiteral("--image"), at("opaque.png"),
+                                   QStringLiteral("--anchor"), QStringLiteral("TopRight"), at("in")});
+    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
+    EXPECT_TRUE(pdfText(at("out/a.pdf"), 2).contains(QStringLiteral("N2of6")));
+    EXPECT_TRUE(pdfText(at("out/d.pdf"), 1).contains(QStringLiteral("N6of6")));
+    for (const char* name : {"out/b.png", "out/c.tif"}) {
+        for (const TiffPage& tiff : readTiff(at(name))) {
+            EXPECT_NEAR(tiff.image.pixelColor(160, 20).red(), 200, 3);
+            EXPECT_NEAR(tiff.image.pixelColor(100, 20).red(), 255, 3);
+        }
+    }
+    EXPECT_EQ(readTiff(at("out/c.tif")).size(), 2U);
+}
+
+TEST_F(MixedJob, APictureIsOneObjectOfADocument)
+{
+    scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(3));
+    const struct
+    {
+        const char* picture;
+        QStringList images;
+    } cases[] = {{"opaque.png", {QStringLiteral("image image")}},
+                 {"clear.png", {QStringLiteral("image image"), QStringLiteral("smask image")}},
+                 {"photo.jpg", {QStringLiteral("image jpeg")}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.picture);
+        ASSERT_EQ(run({QStringLiteral("--image"), at(c.picture), at("in/a.pdf")}).exitCode, 0);
+        QStringList kinds;
+        QStringList objects;
+        for (const QString& image : imagesOf("out/a.pdf")) {
+            kinds.append(image.section(u' ', 0, 1));
+            objects.append(image.section(u' ', 2));
+        }
+        objects.removeDuplicates();
+        EXPECT_EQ(kinds, c.images);
+        EXPECT_EQ(objects.size(), 1);
+        EXPECT_TRUE(qpdfAccepts(at("out/a.pdf")));
+        // As it looks to another program: the picture at the middle of the bottom.
+        runTool(QStringLiteral("pdftoppm"),
+                {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-png"),
+                 QStringLiteral("-singlefile"), at("out/a.pdf"), at("shown")});
+        const QImage shown(at("shown.png"));
+        ASSERT_FALSE(shown.isNull());
+        const QColor middle = shown.pixelColor(shown.width() / 2, shown.height() - 20);
+        const bool isClear = QByteArray(c.picture) == "clear.png";
+        EXPECT_NEAR(middle.red(), isClear ? 236 : 200, 4);
+        EXPECT_NEAR(middle.green(), isClear ? 176 : 30, 4);
+    }
+}
+
+TEST_F(MixedJob, PictureOptions)
+{
+    const auto stampOf = [&](const QStringList& options) {
+        Settings settings;
+        const auto parsed = parseRunnerOptions(
+            QStringList{QStringLiteral("quillfern-run"), QStringLiteral("--output"), QStringLiteral("/o"),
+                        QStringLiteral("/f.pdf"), QStringLiteral("--image"), at("opaque.png")} +
+                options,
+            settings);
+        return std::dynamic_pointer_cast<ImageStamp>(settings.number->stamps.at(0));
+    };
+    const struct
+    {
+        QStringList options;
+        int width;
+        int height;
+    } cases[] = {
+        {{}, 80, 40},
+        {{QStringLiteral("--width"), QStringLiteral("50")}, 50, 25},
+        {{QStringLiteral("--height"), QStringLiteral("10")}, 20, 10},
+        {{QStringLiteral("--width"), QStringLiteral("30"), QStringLiteral("--height"), QStringLiteral("7")},
+         30,
+         7},
+        {{QStringLiteral("--height"), QStringLiteral("7"), QStringLiteral("--width"), QStringLiteral("30")},
+         30,
+         7},
+        {{QStringLiteral("--width"), QStringLiteral("1")}, 1, 1},
+    };
+    for (const auto& c : cases) {
+        const auto stamp = stampOf(c.options);
+        EXPECT_EQ(stamp->stampImageWidth, c.width);
+        EXPECT_EQ(stamp->stampImageHeight, c.height);
+    }
+    const auto stamp =
+        stampOf({QStringLiteral("--opacity"), QStringLiteral("40"), QStringLiteral("--rotation"),
+                 QStringLiteral("-15"), QStringLiteral("--under"), QStringLiteral("--symmetric"),
+                 QStringLiteral("--anchor"), QStringLiteral("TopLeft")});
+    EXPECT_EQ(stamp->stampImageOpacity, 40);
+    EXPECT_EQ(stamp->stampImageRotation, -15);
+    EXPECT_TRUE(stamp->isDrawUnderPDFContent());
+    EXPECT_TRUE(stamp->isSymmetry());
+    EXPECT_EQ(stamp->marginAnchor(), TopLeft);
+    for (const QStringList& wrong :
+         {QStringList{QStringLiteral("--bold")},
+          {QStringLiteral("--width"), QStringLiteral("0")},
+          {QStringLiteral("--rotation"), QStringLiteral("1.5")},
+          {QStringLiteral("--text"), QStringLiteral("x"), QStringLiteral("--width"), QStringLiteral("5")},
+          {QStringLiteral("--image"), QStringLiteral("/no/such/picture.png")}})
+        EXPECT_THROW(stampOf(wrong), WrongUse);
+}
+
+TEST_F(MixedJob, ABadRasterFileIsToldOfAndTheOthersAreMade)
+{
+    QImage page(200, 120, QImage::Format_RGBA8888);
+    page.fill(Qt::white);
+    QDir().mkpath(at("in"));
+    ASSERT_TRUE(page.save(at("in/good.png")));
+    scratch.write(QStringLiteral("in/bad.png"), readFile(at("in/good.png")).left(200));
+    const ToolResult result = run({QStringLiteral("--text"), QStringLiteral("{0}"), at("in")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.contains("damaged or cut off")) << result.out.toStdString();
+    EXPECT_TRUE(QFile::exists(at("out/good.png")));
+    EXPECT_FALSE(QFile::exists(at("out/bad.png")));
+}
+
+} // namespace
+} // namespace quillfern
