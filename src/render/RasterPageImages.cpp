@@ -1,42 +1,49 @@
 #include "render/RasterPageImages.h"
 
-#include <QImageReader>
+#include "platform/raster/RasterReader.h"
+#include "platform/system/Failure.h"
+
+#include <QColorSpace>
 #include <QPainter>
 
 namespace quillfern {
 
 namespace {
 
-constexpr double metresPerPoint = 0.0254 / 72;
-
-/// A pixel is a point where the file states no resolution.
-QSizeF sizeInPoints(const QImage& image, bool statesResolution)
+/// The pixels in the colours that a screen takes them for.
+QImage forScreen(RasterPage page)
 {
-    if (!statesResolution) return image.size();
-    return {image.width() / (image.dotsPerMeterX() * metresPerPoint),
-            image.height() / (image.dotsPerMeterY() * metresPerPoint)};
+    if (page.isGrey() || page.colourProfile.isEmpty()) return page.image;
+    const QColorSpace space = QColorSpace::fromIccProfile(page.colourProfile);
+    if (!space.isValid()) return page.image;
+    page.image.setColorSpace(space);
+    return page.image.convertedToColorSpace(QColorSpace::SRgb);
 }
 
 } // namespace
 
 std::optional<PageImage> RasterPageImages::page(const PageImageRequest& request)
 {
-    QImageReader reader(request.path);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    for (int i = 0; i < request.page; ++i)
-        if (reader.read().isNull()) return std::nullopt;
-    const QImage loaded = reader.read();
-    if (loaded.isNull()) return std::nullopt;
-    const QSizeF page = sizeInPoints(loaded, loaded.dotsPerMeterX() > 0 && loaded.dotsPerMeterY() > 0);
-    const QSize size = pixelSize(page, request);
-    QImage image(size, QImage::Format_RGB32);
-    if (image.isNull()) return std::nullopt;
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    painter.drawImage(0, 0, loaded.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-    painter.end();
-    return PageImage{image, page};
+    try {
+        const auto reader = RasterReader::open(request.path);
+        if (request.page >= reader->pageCount()) return std::nullopt;
+        for (int i = 0; i < request.page; ++i)
+            reader->skipPage();
+        // Every page is shown, as it is stamped, at the first page's size.
+        const QSizeF page = reader->firstPageSize();
+        const QSize size = pixelSize(page, request);
+        const QImage pixels =
+            forScreen(reader->readPage()).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QImage image(size, QImage::Format_RGB32);
+        if (pixels.isNull() || image.isNull()) return std::nullopt;
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.drawImage(0, 0, pixels);
+        painter.end();
+        return PageImage{image, page};
+    } catch (const Failure&) {
+        return std::nullopt;
+    }
 }
 
 } // namespace quillfern

@@ -1,9 +1,11 @@
 #include "config/Numbering.h"
 #include "platform/store/PropertyList.h"
+#include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
 #include "support/Tools.h"
 
 #include <QDir>
+#include <QImage>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <limits>
@@ -78,6 +80,35 @@ TEST(Profile, GivesBackEveryFieldAndTheStampsInOrder)
     EXPECT_EQ(stamp->number, oddStamp()->number);
     EXPECT_EQ(stamp->font, oddStamp()->font);
     EXPECT_EQ(stamp->label(), oddStamp()->label());
+}
+
+TEST(Profile, CarriesPicturesWithTheirBytes)
+{
+    const Scratch scratch;
+    QImage image(20, 10, QImage::Format_ARGB32);
+    image.fill(QColor(10, 200, 30, 128));
+    ASSERT_TRUE(image.save(scratch.path(QStringLiteral("seal.png"))));
+    auto seal = std::make_shared<ImageStamp>();
+    seal->loadPicture(scratch.path(QStringLiteral("seal.png")));
+    seal->stampImageOpacity = 70;
+    seal->stampImageRotation = -30;
+    seal->stampImageWidth = 44;
+    seal->setLabel(QStringLiteral("Seal"));
+    seal->setMarginAnchor(MiddleRight);
+    Numbering saved;
+    saved.stamps = {oddStamp(), seal, oddStamp()};
+    ASSERT_TRUE(saved.save(scratch.path(name)));
+    Numbering loaded;
+    ASSERT_TRUE(loaded.load(scratch.path(name)));
+    EXPECT_EQ(*loaded.getData(), *saved.getData());
+    ASSERT_EQ(loaded.stamps.size(), 3U);
+    auto* stamp = dynamic_cast<ImageStamp*>(loaded.stamps[1].get());
+    ASSERT_NE(stamp, nullptr) << "the kinds have lost their order";
+    EXPECT_EQ(stamp->stampImageWidth, 44);
+    EXPECT_EQ(stamp->stampImageRotation, -30);
+    EXPECT_EQ(stamp->label(), QStringLiteral("Seal"));
+    EXPECT_EQ(stamp->stampImage(), seal->stampImage());
+    EXPECT_FALSE(stamp->stampImage()->isEmpty());
 }
 
 TEST(Profile, IsAnXmlPropertyListForOthers)

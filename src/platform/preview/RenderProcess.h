@@ -13,7 +13,7 @@ class RenderProcess final : public PageImageSource
     struct Limits
     {
         int milliseconds = 2000;
-        qint64 memoryBytes = qint64{1} << 30; ///< of address space
+        qint64 memoryBytes = qint64{2} << 30; ///< of address space
     };
 
     explicit RenderProcess(QString program) : RenderProcess(std::move(program), Limits()) {}

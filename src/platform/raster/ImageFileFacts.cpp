@@ -72,7 +72,7 @@ ImageFileFacts pngFacts(QIODevice& file)
         if (head.size() < 8) return facts;
         const auto length = qFromBigEndian<quint32>(head.constData());
         const QByteArray name = head.mid(4, 4);
-        if (name == "pHYs" && length == 9 && head.size() == 17 && file.read(1) == QByteArray(1, '\1'))
+        if (name == "pHYs" && length == 9 && head.size() == 17 && head[16] == 1) // per metre
             setDots(facts, qFromBigEndian<quint32>(head.constData() + 8),
                     qFromBigEndian<quint32>(head.constData() + 12), metresPerInch);
         at += 12 + qint64{length};
