@@ -30,8 +30,20 @@ class FileGatherer::Request
     Request(FileGatherer& gatherer, const QString& password)
         : gatherer_(gatherer), pipeline_(gatherer.counters_, password)
     {
-        // The URLs in the list, to refuse duplicates before anything is read of them.
-        gatherer_.mainThread_.postAndWait([this] { known_ = gatherer_.files_.urls(); });
+        std::optional<FileListOrder> order;
+        std::vector<FileItem> present;
+        gatherer_.mainThread_.postAndWait([&] {
+            known_ = gatherer_.files_.urls(); // to refuse duplicates before anything is read of them
+            order = gatherer_.files_.order();
+            if (order) present = gatherer_.files_.copies();
+            revision_ = gatherer_.files_.revision();
+        });
+        if (!order) return;
+        sorter_.emplace(*order);
+        for (const FileItem& item : present) {
+            if (!goOn()) return; // nothing is added then, and so nothing sorted
+            sorter_->add(item);
+        }
     }
 
     /// Whether to continue. Asked all the time, so this is also where found items find their way out.
@@ -66,6 +78,21 @@ class FileGatherer::Request
         return added_ > 0;
     }
 
+    /// Sorts the list as it was sorted before, if it was. The order is found here, and the window only puts
+    /// the rows in their places.
+    void sort()
+    {
+        if (!sorter_) return;
+        const std::vector<int> rows = sorter_->sorted();
+        gatherer_.mainThread_.postAndWait([&] {
+            FileList& files = gatherer_.files_;
+            if (files.revision() == revision_)
+                files.arrange(rows);
+            else if (files.order())
+                files.sort(*files.order()); // somebody else changed the list meanwhile
+        });
+    }
+
   private:
     void collect()
     {
@@ -78,8 +105,13 @@ class FileGatherer::Request
         collect();
         lastShown_ = SteadyClock::now();
         if (batch_.empty()) return;
+        if (sorter_)
+            for (const FileItem& item : batch_)
+                sorter_->add(item);
         gatherer_.mainThread_.postAndWait([this] {
+            const bool unchanged = gatherer_.files_.revision() == revision_;
             added_ += gatherer_.files_.append(std::exchange(batch_, {}));
+            if (unchanged) revision_ = gatherer_.files_.revision();
             gatherer_.observer_.filesAdded();
         });
         lastShown_ = SteadyClock::now();
@@ -91,6 +123,8 @@ class FileGatherer::Request
     std::vector<FileItem> batch_;
     SteadyClock::time_point lastShown_ = SteadyClock::now();
     int added_ = 0;
+    std::optional<FileListSorter> sorter_; ///< knows the items in the list, as long as that has `revision_`
+    std::uint64_t revision_ = 0;
 };
 
 FileGatherer::FileGatherer(FileList& files, std::atomic<bool>& isProcessing, MainThread& mainThread,
@@ -129,7 +163,7 @@ void FileGatherer::loadURLs(const Arguments& arguments, const QString& pdfOpenPa
         const bool grew = arguments.isFolders
                               ? addFolderToList(request, arguments.urls, arguments.isIncludeSubdirectories)
                               : addFilesToList(request, arguments.urls);
-        if (grew) sortAsBefore();
+        if (grew) request.sort();
     });
     guarded("Error in (loadURLs:) : %@", [&] { showIdle(timeTakenString(started, clock_.now())); });
 }
@@ -183,33 +217,6 @@ bool FileGatherer::addFilesToList(Request& request, const QList<QUrl>& urls)
         }
     });
     return request.finish();
-}
-
-void FileGatherer::sortAsBefore()
-{
-    // Finding the order takes a while in a long list, so it is done here, on copies, and the window only
-    // puts the rows in their places.
-    std::optional<FileListOrder> order;
-    std::uint64_t revision = 0;
-    std::vector<FileItem> copies;
-    mainThread_.postAndWait([&] {
-        order = files_.order();
-        if (!order) return;
-        revision = files_.revision();
-        copies = files_.copies();
-    });
-    if (!order) return;
-    std::vector<const FileItem*> items;
-    items.reserve(copies.size());
-    for (const FileItem& copy : copies)
-        items.push_back(&copy);
-    const std::vector<int> rows = order->sorted(items, [] { return true; });
-    mainThread_.postAndWait([&] {
-        if (files_.revision() == revision)
-            files_.arrange(rows);
-        else
-            files_.sort(*order);
-    });
 }
 
 } // namespace quillfern

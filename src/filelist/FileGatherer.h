@@ -42,7 +42,6 @@ class FileGatherer
     class Request;
     bool addFolderToList(Request& request, const QList<QUrl>& urls, bool includeSubdirectories);
     bool addFilesToList(Request& request, const QList<QUrl>& urls);
-    void sortAsBefore();
     void showBusy();
     void showIdle(const QString& timeTaken);
 

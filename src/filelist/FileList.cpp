@@ -183,7 +183,10 @@ void FileList::setPdfOpenPassword(int row, const QString& password)
 void FileList::sort(const FileListOrder& order)
 {
     order_ = order;
-    arrange(order.sorted(items(), [] { return true; }));
+    FileListSorter sorter(order);
+    for (const auto& item : items_)
+        sorter.add(*item);
+    arrange(sorter.sorted());
 }
 
 void FileList::arrange(const std::vector<int>& rows)

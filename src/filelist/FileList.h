@@ -90,7 +90,7 @@ class FileList
     /// The list keeps its present order until the next sort().
     void forgetOrder() { order_.reset(); }
     [[nodiscard]] const std::optional<FileListOrder>& order() const { return order_; }
-    /// Puts the row `rows[i]` at `i`; the result of FileListOrder::sorted() for the present items.
+    /// Puts the row `rows[i]` at `i`; the result of a FileListSorter for the present items.
     void arrange(const std::vector<int>& rows);
 
   private:

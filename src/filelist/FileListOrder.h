@@ -1,8 +1,9 @@
 #pragma once
 
 #include "filelist/FileItem.h"
+#include "filelist/NameOrder.h"
 
-#include <functional>
+#include <variant>
 #include <vector>
 
 namespace quillfern {
@@ -13,16 +14,32 @@ struct FileListOrder
     QString column;
     bool ascending = true;
 
-    /// The order that sorts `items`: the item at the i-th place is the one at `result[i]`. Stable in both
-    /// directions. Marks and numbers sort as such, sizes by their bytes, dates by their moments (absent ones
-    /// first), texts as NameOrder has them. A column that is none leaves everything in its place.
-    ///
-    /// Looks the dates of files up once each. Any thread, as long as nobody changes the items. When `goOn`
-    /// says no, the items stay in their order.
-    [[nodiscard]] std::vector<int> sorted(const std::vector<const FileItem*>& items,
-                                          const std::function<bool()>& goOn) const;
-
     bool operator==(const FileListOrder&) const = default;
+};
+
+/// Sorts items it is shown one by one: what they are compared by is taken then, once, and looks the dates of
+/// a file up if need be. So most of the work of sorting can be done while the items are still being found.
+/// Not for use from two threads at once.
+class FileListSorter
+{
+  public:
+    explicit FileListSorter(const FileListOrder& order);
+
+    void add(const FileItem& item);
+    /// The order: the item at the i-th place is the one added at `result[i]`. Stable in both directions.
+    /// Marks and numbers sort as such, sizes by their bytes, dates by their moments (absent ones first),
+    /// texts as NameOrder has them. A column that is none leaves everything in its place.
+    [[nodiscard]] std::vector<int> sorted() const;
+
+  private:
+    using Number = std::int64_t (*)(const FileItem&);
+    using Text = QString (FileItem::*)() const;
+
+    std::variant<Number, Text> field_;
+    bool ascending_;
+    NameOrder names_;
+    std::vector<std::int64_t> numbers_; ///< one of these two is filled
+    std::vector<QCollatorSortKey> texts_;
 };
 
 } // namespace quillfern
