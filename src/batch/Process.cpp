@@ -1,5 +1,6 @@
 #include "batch/Process.h"
 
+#include "platform/pdf/PdfDocument.h"
 #include "platform/system/FileIdentity.h"
 #include "platform/system/Guarded.h"
 #include "platform/system/TimeTaken.h"
@@ -67,6 +68,15 @@ void Process::findCollisions()
     }
 }
 
+namespace {
+
+bool isPdf(const FileItem& item)
+{
+    return item.type().toUpper() == QLatin1String("PDF");
+}
+
+} // namespace
+
 void Process::start(std::int64_t totalPages)
 {
     isCompleted_ = false;
@@ -120,6 +130,8 @@ void Process::runItem(const FileItem& item, std::size_t index, DocumentProcessor
 {
     if (item.pages() <= 0) {
         record.status = QStringLiteral("No Pages");
+        note_ = isPdf(item) ? pdfProblem(item.path())
+                            : QStringLiteral("the file is not there or holds no picture that can be read");
         return;
     }
     const Collision& collision = collisions_[index];
@@ -133,9 +145,8 @@ void Process::runItem(const FileItem& item, std::size_t index, DocumentProcessor
     write(fileInProcess_, item.name());
     if (!number.isContinuousNumbering()) totalPages = item.pages();
 
-    const bool isPdf = item.type().toUpper() == QLatin1String("PDF");
-    const bool created = isPdf ? processors.processPDF(source, target, QString(), totalPages)
-                               : processors.processTIFF(source, target, totalPages, item.compression());
+    const bool created = isPdf(item) ? processors.processPDF(source, target, QString(), totalPages)
+                                     : processors.processTIFF(source, target, totalPages, item.compression());
     if (!number.isContinuousNumbering()) number.reset();
     ++totalFileProcessed_;
     postLabel();

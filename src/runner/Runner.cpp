@@ -77,6 +77,8 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
             throw WrongUse(text.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) +
                            QStringLiteral(" (--output)"));
         }
+        if (!QFileInfo(*settings.outputFolderPath).isDir())
+            throw WrongUse(QStringLiteral("\"%1\" is no folder (--output)").arg(*settings.outputFolderPath));
         gather(options, files, stopRequested);
         if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
 
@@ -170,7 +172,12 @@ int Runner::report(const Process& process)
         out_ << message.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) << '\n';
         const QString time = process.timeTaken().trimmed();
         if (!time.isEmpty()) out_ << "Time: " << time << '\n';
-        if (process.log().logFilePath()) out_ << "Log: " << *process.log().logFilePath() << '\n';
+        const QString log = process.log().logFilePath().value_or(QString());
+        if (QFileInfo::exists(log))
+            out_ << "Log: " << log << '\n';
+        else
+            err_ << "The log could not be written: " << log << '\n';
+        err_.flush();
         out_.flush();
     }
     const bool all = outputsMissing_ == 0 && process.log().files.size() == process.outputFiles.size();

@@ -326,6 +326,53 @@ TEST_F(CarryOver, AFailureLeavesTheSourceAndNoHalfFile)
     EXPECT_FALSE(processors->lastProblem().isEmpty());
 }
 
+TEST_F(CarryOver, APageWhoseParentIsMissingKeepsWhatItInherits)
+{
+    addStamp(QStringLiteral("Stamp"), TopLeft);
+    for (const bool deep : {false, true}) {
+        PdfBuilder pdf;
+        pdf.add("<</Type/Catalog/Pages 2 0 R>>");
+        const int tree = pdf.reserve();
+        const int font = pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+        const int content = pdf.addStream(showWord("Body", 50, 60));
+        const QByteArray inherited =
+            "/MediaBox[0 0 300 400]/Resources<</Font<</F1 " + PdfBuilder::ref(font) + ">>>>";
+        int below =
+            pdf.add(QByteArray("<</Type/Page/Contents ") + PdfBuilder::ref(content) + ">>"); // no parent
+        for (int depth = 0; deep && depth < 60; ++depth)
+            below = pdf.add("<</Type/Pages/Count 1/Kids[" + PdfBuilder::ref(below) + "]>>");
+        pdf.set(tree, "<</Type/Pages/Count 1/Kids[" + PdfBuilder::ref(below) + "]" + inherited + ">>");
+        const auto page = pdfWords(process(pdf.build())).at(0);
+        EXPECT_TRUE(page.contains(QStringLiteral("Body")) && page.contains(QStringLiteral("Stamp"))) << deep;
+        EXPECT_EQ(page.width, 300) << deep;
+    }
+}
+
+TEST_F(CarryOver, ABackupIsAsPrivateAsItsSource)
+{
+    const QString source = scratch.write(QStringLiteral("in/doc.pdf"), numberedPdf(1));
+    QFile::setPermissions(source, QFile::ReadOwner | QFile::WriteOwner);
+    number.isBackupFile = true;
+    EXPECT_TRUE(makeDocumentProcessors(number, {})->processPDF(source, source, {}, 0));
+    for (const QString& path : {source, source + QStringLiteral(".bak")})
+        EXPECT_FALSE(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther)) << path.toStdString();
+}
+
+TEST_F(CarryOver, DataThatClaimToBeEndlessAreRefused)
+{
+    // Zeros, deflated twice: a few kilobytes that unfold into a gigabyte.
+    QByteArray many = qCompress(QByteArray(1 << 20, ' ').repeated(1000), 9).mid(4);
+    const QByteArray twice = qCompress(many, 9).mid(4);
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
+    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/MediaBox[0 0 9 9]/Contents 4 0 R>>");
+    pdf.addStream(twice, "/Filter[/FlateDecode/FlateDecode]");
+    addStamp(QStringLiteral("Stamp"), TopLeft);
+    const QString output = process(pdf.build(), false);
+    EXPECT_FALSE(QFileInfo::exists(output));
+}
+
 TEST_F(CarryOver, AFullDiskFailsCleanly)
 {
     // A tiny file system of its own would need rights; the limit of the file size is the same error one door

@@ -151,7 +151,8 @@ TEST_F(Job, FailuresAreToldApart)
     const Process& done = run();
     EXPECT_EQ(done.message(), QStringLiteral("Total 1 files processed successfully."));
     EXPECT_EQ(results, (QStringList{QStringLiteral("good.pdf Completed"), QStringLiteral("fails.pdf Failed"),
-                                    QStringLiteral("empty.pdf No Pages")}));
+                                    results.value(2)}));
+    EXPECT_TRUE(results.value(2).startsWith(QStringLiteral("empty.pdf No Pages "))) << "and why";
     EXPECT_EQ(done.totalFileProcessed(), 2);
     EXPECT_EQ(done.totalFileCreated(), 1);
     EXPECT_EQ(done.log().files[1].pages, 2);

@@ -193,7 +193,7 @@ TEST_F(RasterFile, OtherFormatsBecomeTiffs)
         int tolerance;
     } cases[] = {
         {"a.png", encoded(opaque, "png"), 3},          {"a.bmp", encoded(opaque, "bmp"), 3},
-        {"a.jpg", encoded(opaque, "jpg"), 120},         {"jpeg called.png", encoded(opaque, "jpg"), 120},
+        {"a.jpg", encoded(opaque, "jpg"), 120},        {"jpeg called.png", encoded(opaque, "jpg"), 120},
         {"png called.tif", encoded(opaque, "png"), 3}, {"a.gif", gif(120, 88, {Qt::red}), 3},
     };
     for (const auto& c : cases) {

@@ -42,7 +42,27 @@ TEST(ContentBalanceTest, SeesWhatIsLeftOpenAndWhatIsClosedTooOften)
         {"a finished clip", "0 0 1 1 re W n", "", {}},
         {"an inline image", "BI /W 1 ID q\x80 EIQ Q\nEI q", "Q ", {}},
         {"an inline image with binary after a false end",
-         QByteArray("BI /W 9 ID x\nEI \x01\x02 Q\nEI Q", 25), "", {24}},
+         QByteArray("BI /W 9 ID x\nEI \x01\x02 Q\nEI Q", 25),
+         "",
+         {24}},
+        {"binary text right behind an image",
+         "BI /W 2 /H 2 /BPC 8 /CS /G ID \x01\x10\xa0\xff EI Q BT (\x01\x02) Tj ET",
+         "",
+         {31}},
+        {"no white space before the end",
+         "BI /W 2 /H 2 /BPC 8 /CS /G ID abc\xff"
+         "EI q",
+         "Q ",
+         {}},
+        {"data that read as an end, of known length",
+         "BI /W 8 /H 1 /BPC 8 /CS /G ID x EI (yz EI q",
+         "Q ",
+         {}},
+        {"data with a mark of their own", "BI /W 1 /F /A85 ID 87c\nEI(Q Q)~> EI q", "Q ", {}},
+        {"an array cut off", "q BT [(Hello) 20 (Wor", ")\n] ET Q ", {}},
+        {"a dictionary cut off", "/P <</MCID [0", "]>>\n", {}},
+        {"an image cut off in its dictionary", "q BI /W 1 /H 1", "\nID \nEI\nQ ", {}},
+        {"an array of operators is none", "[ q ] 1 m S", "Q ", {}},
         {"extra ends of text and marks are harmless", "ET EMC q Q", "", {}},
     };
     for (const BalanceCase& c : cases) {
@@ -103,6 +123,11 @@ TEST(ContentBalanceTest, SurvivesAnyBytes)
         }
     }
     EXPECT_THROW(static_cast<void>(balance(QByteArray("q ").repeated(1'500'000))), Failure);
+    EXPECT_THROW(static_cast<void>(balance(QByteArray("Q ").repeated(1'500'000))), Failure);
+    // Ended in the other order: not slower for it.
+    const QByteArray crossed = QByteArray("/A BMC ").repeated(400'000) + QByteArray("BT ").repeated(400'000) +
+                               QByteArray("EMC ").repeated(400'000) + QByteArray("ET ").repeated(400'000);
+    EXPECT_TRUE(balance(crossed).sound());
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "platform/pdf/ContentBalance.h"
 
 #include "platform/pdf/ByteScan.h"
+#include "platform/pdf/ContentTokens.h"
+#include "platform/pdf/InlineImage.h"
 #include "platform/system/Failure.h"
 
 #include <algorithm>
@@ -12,25 +14,6 @@
 namespace quillfern {
 
 namespace {
-
-enum CharacterClass : unsigned char { Regular, White, Delimiter };
-
-constexpr std::array<unsigned char, 256> makeClasses()
-{
-    std::array<unsigned char, 256> classes = {};
-    for (const char c : {'\0', '\t', '\n', '\f', '\r', ' '})
-        classes[static_cast<unsigned char>(c)] = White;
-    for (const char c : {'(', ')', '<', '>', '[', ']', '{', '}', '/', '%'})
-        classes[static_cast<unsigned char>(c)] = Delimiter;
-    return classes;
-}
-
-constexpr std::array<unsigned char, 256> classes = makeClasses();
-
-unsigned char classOf(char c)
-{
-    return classes[static_cast<unsigned char>(c)];
-}
 
 constexpr std::size_t deepestNesting = 1'000'000;
 
@@ -50,7 +33,7 @@ class Scanner
     ContentBalance run()
     {
         while (advance()) {
-            if (classOf(*p_) == Delimiter)
+            if (contentClassOf(*p_) == ContentClass::Delimiter)
                 delimiter(*p_);
             else
                 token();
@@ -123,7 +106,7 @@ class Scanner
 
     void skipRegular()
     {
-        while (p_ < end_ && classOf(*p_) == Regular)
+        while (p_ < end_ && contentClassOf(*p_) == ContentClass::Regular)
             ++p_;
     }
 
@@ -163,11 +146,12 @@ class Scanner
         skipRegular();
         const auto length = p_ - start;
         // The tail of something that began like a number is no operator.
-        if (length > 3 || (start > begin_ && classOf(start[-1]) == Regular)) return;
+        if (length > 3 || (start > begin_ && contentClassOf(start[-1]) == ContentClass::Regular)) return;
         unsigned word = 0;
         for (const char* c = start; c < p_; ++c)
             word = word << 8 | static_cast<unsigned char>(*c);
         operation(word, start);
+        lastOperator_ = p_;
     }
 
     void operation(unsigned word, const char* start)
@@ -177,7 +161,10 @@ class Scanner
             push('q');
             break;
         case code("Q"):
-            if (!pop('q')) balance_.strayRestores.push_back(static_cast<std::size_t>(start - begin_));
+            if (!pop('q')) {
+                balance_.strayRestores.push_back(static_cast<std::size_t>(start - begin_));
+                checkDepth(balance_.strayRestores.size());
+            }
             break;
         case code("BT"):
             push('t');
@@ -224,6 +211,7 @@ class Scanner
 
     void push(char kind)
     {
+        places_[kindIndex(kind)].push_back(open_.size());
         open_.push_back(kind);
         checkDepth(open_.size());
     }
@@ -234,74 +222,63 @@ class Scanner
             throw Failure(QStringLiteral("the content of a page is nested too deeply"));
     }
 
+    static std::size_t kindIndex(char kind)
+    {
+        return kind == 'q' ? 0 : kind == 't' ? 1 : 2;
+    }
+
+    /// Ends the innermost of a kind, which may stand below others that were left open inside it.
     bool pop(char kind)
     {
-        // The common case first; otherwise the innermost of this kind, below others left open inside it.
-        if (!open_.empty() && open_.back() == kind) {
+        std::vector<std::size_t>& places = places_[kindIndex(kind)];
+        if (places.empty()) return false;
+        open_[places.back()] = closed;
+        places.pop_back();
+        while (!open_.empty() && open_.back() == closed)
             open_.pop_back();
-            return true;
-        }
-        const auto found = std::find(open_.rbegin(), open_.rend(), kind);
-        if (found == open_.rend()) return false;
-        open_.erase(std::next(found).base());
         return true;
     }
 
-    /// The image's data has no length; it ends at an EI between white space that is followed by something
-    /// that reads as content, not by more binary data.
     void inlineImage()
     {
-        // The dictionary up to the ID operator.
-        while (p_ < end_) {
-            if (classOf(*p_) != Regular) {
-                if (classOf(*p_) == White)
-                    ++p_;
-                else
-                    delimiter(*p_);
-                continue;
-            }
-            const char* start = p_;
-            skipRegular();
-            if (p_ - start == 2 && start[0] == 'I' && start[1] == 'D') break;
-            if (p_ - start == 2 && start[0] == 'E' && start[1] == 'I') return; // no data at all
-        }
-        const char* data = p_;
-        for (const char* c = data; c + 1 < end_; ++c) {
-            c = static_cast<const char*>(std::memchr(c, 'E', static_cast<std::size_t>(end_ - c - 1)));
-            if (!c) break;
-            if (c[1] == 'I' && c > data && classOf(c[-1]) == White && endsImage(c + 2)) {
-                p_ = c + 2;
-                return;
-            }
-        }
-        p_ = end_;
-        balance_.closing += "\nEI\n";
+        const InlineImageEnd image = endOfInlineImage(p_, end_);
+        p_ = image.after;
+        if (image.closing) balance_.closing += image.closing;
     }
 
-    bool endsImage(const char* after) const
+    /// Whoever cut content off in the middle of an array or a dictionary did so behind its last operator.
+    void closeOperands()
     {
-        if (after >= end_) return true;
-        if (classOf(*after) == Regular) return false;
-        const char* until = std::min(end_, after + 24);
-        return std::all_of(after, until, [](char c) {
-            const auto byte = static_cast<unsigned char>(c);
-            return (byte >= 0x20 && byte < 0x7F) || byte == '\n' || byte == '\r' || byte == '\t';
-        });
+        QByteArray open;
+        ContentTokens tokens(lastOperator_, end_);
+        while (const auto token = tokens.next()) {
+            if (*token == "[") open += '[';
+            if (*token == "<<") open += '<';
+            const char ended = *token == "]" ? '[' : *token == ">>" ? '<' : '\0';
+            if (ended != '\0' && open.endsWith(ended)) open.chop(1);
+        }
+        for (auto kind = open.rbegin(); kind != open.rend(); ++kind)
+            balance_.closing += *kind == '[' ? "]" : ">>";
+        checkDepth(static_cast<std::size_t>(open.size()));
     }
 
     void finish()
     {
         QByteArray& closing = balance_.closing;
+        closeOperands();
         if (!closing.isEmpty() && !closing.endsWith('\n')) closing += '\n';
         if (pathPending_) closing += "n ";
         for (auto kind = open_.rbegin(); kind != open_.rend(); ++kind)
-            closing += *kind == 'q' ? "Q " : *kind == 't' ? "ET " : "EMC ";
+            if (*kind != closed) closing += *kind == 'q' ? "Q " : *kind == 't' ? "ET " : "EMC ";
     }
 
     const char* begin_;
     const char* p_;
     const char* end_;
-    std::vector<char> open_;
+    const char* lastOperator_ = begin_;
+    static constexpr char closed = ' ';
+    std::vector<char> open_; ///< by kind, in order; those ended out of order are closed
+    std::array<std::vector<std::size_t>, 3> places_; ///< where in open_ each kind stands
     bool pathPending_ = false;
     ContentBalance balance_;
 };

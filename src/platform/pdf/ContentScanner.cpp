@@ -1,5 +1,6 @@
 #include "platform/pdf/ContentScanner.h"
 
+#include "platform/pdf/BoundedStream.h"
 #include "platform/system/Failure.h"
 
 #include <algorithm>
@@ -7,7 +8,6 @@
 #include <libdeflate.h>
 #include <memory>
 #include <qpdf/Buffer.hh>
-#include <qpdf/QPDFExc.hh>
 #include <zlib.h>
 
 namespace quillfern {
@@ -15,11 +15,12 @@ namespace quillfern {
 namespace {
 
 /// Far above what any page holds, far below what a few bytes of hostile deflate data can claim.
-constexpr std::size_t largestContent = std::size_t{1} << 30;
+constexpr std::size_t largestContent = std::size_t{1} << 29;
 
 struct Piece
 {
-    std::shared_ptr<Buffer> bytes;
+    std::shared_ptr<Buffer> bytes; ///< as the file has them
+    std::string decoded;           ///< instead, where only the document's library can decode them
     bool deflated = false;
 };
 
@@ -126,20 +127,21 @@ bool isPlainDeflate(QPDFObjectHandle dictionary)
 
 bool takePiece(QPDFObjectHandle stream, std::vector<Piece>& pieces)
 {
-    try {
-        QPDFObjectHandle dictionary = stream.getDict();
-        if (dictionary.getKey("/Filter").isNull())
-            pieces.push_back({stream.getRawStreamData(), false});
-        else if (isPlainDeflate(dictionary))
-            pieces.push_back({stream.getRawStreamData(), true});
-        else
-            pieces.push_back({stream.getStreamData(qpdf_dl_specialized), false});
-        return true;
-    } catch (const QPDFExc&) {
-        return false;
-    } catch (const std::runtime_error&) {
-        return false;
+    QPDFObjectHandle dictionary = stream.getDict();
+    const bool plain = dictionary.getKey("/Filter").isNull();
+    if (plain || isPlainDeflate(dictionary)) {
+        try {
+            pieces.push_back({stream.getRawStreamData(), {}, !plain});
+            return true;
+        } catch (const std::runtime_error&) { // QPDFExc is one
+            return false;
+        }
     }
+    BoundedStream decoded = decodeBounded(stream, largestContent / 2);
+    if (decoded.tooLarge) refuseSize();
+    if (!decoded.data) return false;
+    pieces.push_back({nullptr, std::move(*decoded.data), false});
+    return true;
 }
 
 ContentScanner::Result scanPieces(const std::vector<Piece>& pieces)
@@ -149,6 +151,8 @@ ContentScanner::Result scanPieces(const std::vector<Piece>& pieces)
     for (const Piece& piece : pieces) {
         if (piece.deflated)
             inflateInto(content, *piece.bytes);
+        else if (!piece.bytes)
+            content.append(piece.decoded.data(), piece.decoded.size());
         else
             content.append(piece.bytes->getBuffer(), piece.bytes->getSize());
         content.append("\n", 1);

@@ -13,7 +13,6 @@
 #include <deque>
 #include <optional>
 #include <qpdf/QPDF.hh>
-#include <qpdf/QPDFAcroFormDocumentHelper.hh>
 #include <qpdf/QPDFExc.hh>
 #include <set>
 
@@ -68,6 +67,7 @@ class PdfDocument::Private
         qpdf.setSuppressWarnings(true);
         qpdf.processInputSource(std::make_shared<FileInput>(path), "");
         pages = qpdf.getAllPages();
+        if (!parentsLeadUp()) qpdf.pushInheritedAttributesToPage();
         if (pages.empty()) throw Failure(QStringLiteral("the document has no pages"));
         metadata.emplace(qpdf);
         archivalPart = metadata->archivalPart();
@@ -98,6 +98,9 @@ class PdfDocument::Private
     std::set<QPDFObjGen> widgetsToDrop;
 
   private:
+    /// Whether every page's chain of /Parent leads to the root in a few steps. Where it does not, what pages
+    /// inherit is only found on the way down the tree, which is how viewers come to them.
+    bool parentsLeadUp();
     QPDFObjectHandle saveState();
 
     static constexpr std::size_t mostPending = 256;
@@ -107,6 +110,24 @@ class PdfDocument::Private
     std::map<std::pair<QPDFObjGen, std::string>, QPDFObjectHandle> sharedResources_;
     QPDFObjectHandle saveState_;
 };
+
+bool PdfDocument::Private::parentsLeadUp()
+{
+    constexpr int usualDepth = 32;
+    QPDFObjGen root = qpdf.getRoot().getKey("/Pages").getObjGen();
+    std::set<QPDFObjGen> known{root};
+    for (const QPDFObjectHandle& page : pages) {
+        std::vector<QPDFObjGen> chain;
+        QPDFObjectHandle parent = QPDFObjectHandle(page).getKey("/Parent");
+        while (known.count(parent.getObjGen()) == 0) {
+            if (!parent.isDictionary() || chain.size() > usualDepth) return false;
+            chain.push_back(parent.getObjGen());
+            parent = parent.getKey("/Parent");
+        }
+        known.insert(chain.begin(), chain.end());
+    }
+    return true;
+}
 
 QPDFObjectHandle PdfDocument::Private::saveState()
 {
@@ -178,8 +199,9 @@ void PdfDocument::Private::settleOldest()
         contents.appendItem(saveState());
     for (const QPDFObjectHandle& stream : pending.streams)
         contents.appendItem(stream);
+    // The line feed ends a comment, or an escape, that the content ends in.
     if (!pending.over.empty())
-        contents.appendItem(qpdf.newStream(wrap ? closing + "Q\n" + pending.over : pending.over));
+        contents.appendItem(qpdf.newStream(wrap ? '\n' + closing + "Q\n" + pending.over : pending.over));
     pending.page.replaceKey("/Contents", contents);
 }
 
@@ -298,31 +320,36 @@ void PdfDocument::setCreator(const QString& creator)
 
 namespace {
 
-/// Form fields whose every widget went with a blanked page go too; a form must not ask for what nobody sees.
-/// A field that is shown elsewhere as well only loses the widgets that went.
+/// `array` without the objects in `gone`.
+QPDFObjectHandle without(QPDFObjectHandle array, const std::set<QPDFObjGen>& gone)
+{
+    QPDFObjectHandle kept = QPDFObjectHandle::newArray();
+    for (const QPDFObjectHandle& item : array.getArrayAsVector())
+        if (!gone.count(item.getObjGen())) kept.appendItem(item);
+    return kept;
+}
+
+/// Form fields whose every widget went with a blanked page go too, and so do the fields that only grouped
+/// such; a form must not ask for what nobody sees. A field that is shown elsewhere as well only loses those
+/// widgets.
 void dropFormFields(QPDF& document, const std::set<QPDFObjGen>& widgets)
 {
-    QPDFAcroFormDocumentHelper form(document);
-    if (widgets.empty() || !form.hasAcroForm()) return;
-    std::set<QPDFObjGen> fields;
-    for (const QPDFObjGen& widget : widgets) {
-        QPDFObjectHandle object = document.getObject(widget);
-        if (!object.isDictionary()) continue;
-        fields.insert(widget);
-        QPDFObjectHandle parent = object.getKey("/Parent");
+    QPDFObjectHandle form = document.getRoot().getKey("/AcroForm");
+    if (widgets.empty() || !form.isDictionary()) return;
+    std::set<QPDFObjGen> gone = widgets;
+    std::vector<QPDFObjGen> queue(widgets.begin(), widgets.end());
+    while (!queue.empty()) {
+        QPDFObjectHandle parent = document.getObject(queue.back());
+        queue.pop_back();
+        parent = parent.isDictionary() ? parent.getKey("/Parent") : parent;
         if (!parent.isDictionary() || !parent.getKey("/Kids").isArray()) continue;
-        QPDFObjectHandle kept = QPDFObjectHandle::newArray();
-        for (QPDFObjectHandle kid : parent.getKey("/Kids").getArrayAsVector())
-            if (!widgets.count(kid.getObjGen())) kept.appendItem(kid);
+        const QPDFObjectHandle kept = without(parent.getKey("/Kids"), gone);
         parent.replaceKey("/Kids", kept);
-        if (kept.getArrayNItems() == 0 && parent.isIndirect()) fields.insert(parent.getObjGen());
+        if (QPDFObjectHandle(kept).getArrayNItems() == 0 && gone.insert(parent.getObjGen()).second)
+            queue.push_back(parent.getObjGen());
     }
-    QPDFObjectHandle list = document.getRoot().getKey("/AcroForm").getKey("/Fields");
-    if (!list.isArray()) return;
-    QPDFObjectHandle kept = QPDFObjectHandle::newArray();
-    for (QPDFObjectHandle field : list.getArrayAsVector())
-        if (!fields.count(field.getObjGen())) kept.appendItem(field);
-    document.getRoot().getKey("/AcroForm").replaceKey("/Fields", kept);
+    for (const char* list : {"/Fields", "/CO"})
+        if (form.getKey(list).isArray()) form.replaceKey(list, without(form.getKey(list), gone));
 }
 
 } // namespace

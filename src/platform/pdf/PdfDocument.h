@@ -65,6 +65,9 @@ class PdfDocument
 /// password, or is none.
 [[nodiscard]] int pdfPageCount(const QString& path);
 
+/// Why a PDF file has no usable pages, in words for people; empty when it has some.
+[[nodiscard]] QString pdfProblem(const QString& path);
+
 /// True when a PDF document opens from `path` and either is not encrypted or opens with `password`.
 [[nodiscard]] bool pdfOpensWith(const QString& path, const QString& password);
 

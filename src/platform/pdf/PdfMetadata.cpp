@@ -1,9 +1,9 @@
 #include "platform/pdf/PdfMetadata.h"
 
+#include "platform/pdf/BoundedStream.h"
+
 #include <QRegularExpression>
 #include <QStringDecoder>
-#include <qpdf/Buffer.hh>
-#include <qpdf/QPDFExc.hh>
 
 namespace quillfern {
 
@@ -11,12 +11,14 @@ namespace {
 
 const QString xmpNamespace = QStringLiteral("http://ns.adobe.com/xap/1.0/");
 
+/// Empty for bytes that are not what they say: such a packet is better left alone.
 QString decodePacket(const std::string& bytes)
 {
     const QByteArray raw(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    auto encoding = QStringConverter::encodingForData(raw, u'<');
+    const auto encoding = QStringConverter::encodingForData(raw, u'<');
     QStringDecoder decoder(encoding.value_or(QStringConverter::Utf8));
-    return decoder(raw);
+    const QString text = decoder(raw);
+    return decoder.hasError() ? QString() : text;
 }
 
 /// The prefix that the packet binds to a namespace; empty when it binds none.
@@ -61,13 +63,9 @@ PdfMetadata::PdfMetadata(QPDF& document)
     : document_(document), stream_(document.getRoot().getKey("/Metadata"))
 {
     if (!stream_.isStream()) return;
-    try {
-        const auto data = stream_.getStreamData(qpdf_dl_generalized);
-        packet_ =
-            decodePacket(std::string(reinterpret_cast<const char*>(data->getBuffer()), data->getSize()));
-    } catch (const QPDFExc&) {
-        packet_.clear(); // left as it is
-    }
+    constexpr std::size_t largestPacket = std::size_t{32} << 20;
+    const BoundedStream packet = decodeBounded(stream_, largestPacket);
+    if (packet.data) packet_ = decodePacket(*packet.data);
 }
 
 void PdfMetadata::storePacket()

@@ -49,6 +49,16 @@ int pdfPageCount(const QString& path)
     }
 }
 
+QString pdfProblem(const QString& path)
+{
+    try {
+        static_cast<void>(PdfDocument::open(path));
+        return {};
+    } catch (const Failure& failure) {
+        return failure.reason();
+    }
+}
+
 bool pdfOpensWith(const QString& path, const QString& password)
 {
     try {

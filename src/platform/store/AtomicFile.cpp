@@ -97,10 +97,19 @@ void AtomicFile::writeOut(const char* data, std::size_t size)
 #endif
 }
 
+void AtomicFile::takePermissionsOf(const QString& path)
+{
+    permissionsOf_ = path;
+}
+
 void AtomicFile::adoptPermissions() const
 {
     struct stat status = {};
-    if (::lstat(nativePath(targetPath_).constData(), &status) != 0 || !S_ISREG(status.st_mode)) return;
+    // A link at the target's name is replaced, so it is not looked through; a model is.
+    const bool known = permissionsOf_.isEmpty()
+                           ? ::lstat(nativePath(targetPath_).constData(), &status) == 0
+                           : ::stat(nativePath(permissionsOf_).constData(), &status) == 0;
+    if (!known || !S_ISREG(status.st_mode)) return;
     // Best effort: only root may give a file away, and a file system may know no permissions at all.
     if (::fchown(descriptor_, status.st_uid, status.st_gid) != 0) errno = 0;
     ::fchmod(descriptor_, status.st_mode & 07777);
@@ -142,6 +151,7 @@ void copyFileAtomically(const QString& source, const QString& target)
     QFile input;
     openRegularFile(input, source);
     AtomicFile output(target);
+    output.takePermissionsOf(source);
     QByteArray block(bufferSize, Qt::Uninitialized);
     for (;;) {
         const qint64 size = input.read(block.data(), block.size());

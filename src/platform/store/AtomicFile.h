@@ -28,6 +28,9 @@ class AtomicFile
     /// Flushes to the disk and moves the file into place. Throws Failure; the target is then untouched.
     void commit();
 
+    /// Gives the new file the owner and permissions of the file at `path` instead of the target's.
+    void takePermissionsOf(const QString& path);
+
     /// The descriptor, for libraries that write by themselves (seekable; nothing is buffered here when used
     /// this way only). Owned by this object.
     [[nodiscard]] int descriptor() const { return descriptor_; }
@@ -42,6 +45,7 @@ class AtomicFile
     void adoptPermissions() const;
 
     QString targetPath_;
+    QString permissionsOf_; ///< empty for the target's own
     QByteArray folder_;
     QByteArray temporaryName_; ///< empty while the file has no name
     QByteArray buffer_;
@@ -50,7 +54,8 @@ class AtomicFile
     long long started_ = 0; ///< how much of it the disk was told to begin with
 };
 
-/// Copies the file at `source` to `target` with the same care: whole or not at all. Throws Failure.
+/// Copies the file at `source` to `target` with the same care: whole or not at all, readable for those who
+/// may read the source. Throws Failure.
 void copyFileAtomically(const QString& source, const QString& target);
 
 } // namespace quillfern

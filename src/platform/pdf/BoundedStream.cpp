@@ -1,0 +1,50 @@
+#include "platform/pdf/BoundedStream.h"
+
+#include <qpdf/Pipeline.hh>
+#include <stdexcept>
+
+namespace quillfern {
+
+namespace {
+
+class BoundedSink final : public Pipeline
+{
+  public:
+    explicit BoundedSink(std::size_t largest) : Pipeline("bounded data", nullptr), largest_(largest) {}
+
+    void write(unsigned char const* bytes, size_t length) override
+    {
+        if (data.size() + length > largest_) {
+            tooLarge = true;
+            throw std::runtime_error(
+                "too much data"); // ends the decoding; the library turns it into a refusal
+        }
+        data.append(reinterpret_cast<char const*>(bytes), length);
+    }
+    void finish() override {}
+
+    std::string data;
+    bool tooLarge = false;
+
+  private:
+    std::size_t largest_;
+};
+
+} // namespace
+
+BoundedStream decodeBounded(QPDFObjectHandle stream, std::size_t largest)
+{
+    BoundedSink sink(largest);
+    BoundedStream result;
+    try {
+        bool filtered = false;
+        const bool piped = stream.pipeStreamData(&sink, &filtered, 0, qpdf_dl_specialized, true, false);
+        if (piped && filtered) result.data = std::move(sink.data);
+    } catch (const std::exception&) {
+        result.data.reset();
+    }
+    result.tooLarge = sink.tooLarge;
+    return result;
+}
+
+} // namespace quillfern
