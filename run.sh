@@ -20,5 +20,6 @@ build/release/bin/quillfern-run --output out --continuous --margins 30,24,30,24p
     --text 'Page {0} of {1}' --anchor BottomMiddle --font-size 10 --color '#1F3A5F' \
     --text 'QF-{0}' --padding 6 --anchor TopRight --font-size 9 --bold --symmetric \
     --text 'SAMPLE' --anchor MiddleMiddle --font-size 90 --rotation 45 --opacity 12 --color '#B03030' --number-type plain --under \
-    samples/*.pdf
+    --image samples/logo.png --width 64 --anchor TopLeft --opacity 85 \
+    samples/*.pdf samples/*.tif samples/*.gif samples/*.bmp samples/*.jpg samples/diagram.png
 echo "Look at the stamped copies in $(pwd)/out"

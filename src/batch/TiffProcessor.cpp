@@ -16,17 +16,6 @@ namespace quillfern {
 
 namespace {
 
-/// Grey to black and white, as the page was before something with soft edges was drawn on it.
-void makeBilevel(QImage& image)
-{
-    constexpr uchar middle = 128;
-    for (int y = 0; y < image.height(); ++y) {
-        uchar* row = image.scanLine(y);
-        std::transform(row, row + image.width(), row,
-                       [](uchar grey) { return grey < middle ? uchar{0} : uchar{255}; });
-    }
-}
-
 /// Gives the page the pixels that drawing in `ink` needs. A page of black and white becomes one of colour as
 /// soon as anything else is drawn on it, a grey page when a colour is.
 void makeRoomFor(Ink ink, RasterPage& page)
@@ -106,7 +95,6 @@ void TiffProcessor::stampPage(RasterPage& page, const PageCompositor& compositor
     const QRectF area = Margins(number_).marginRect(QSizeF(page.image.size()));
     makeRoomFor(compositor.inkOnImage(area, number_.numberCounter, total), page);
     compositor.drawOnImage(page.image, area, number_.numberCounter, total, -1, false);
-    if (page.isBilevel) makeBilevel(page.image);
     number_.numberCounter += number_.numberSteps();
 }
 

@@ -11,8 +11,10 @@ struct RasterPage
 {
     /// Grayscale8, RGB888, or RGBA8888 (the colours not multiplied by alpha); never another format.
     QImage image;
-    bool isBilevel = false;   ///< the file holds one bit a pixel; the image is then grey, 0 and 255 only
-    bool isWhiteZero = false; ///< how a bilevel page is stored: zero bits are white
+    /// The file holds one bit a pixel. The image is grey, 0 and 255 only when read; what has been drawn on it
+    /// since may have soft edges, which are written as black or white, whichever is nearer.
+    bool isBilevel = false;
+    bool isWhiteZero = false;        ///< how a bilevel page is stored: zero bits are white
     std::uint32_t group3Options = 0; ///< how a fax page was coded, as TIFF's T4Options
     QByteArray colourProfile;        ///< ICC profile of the samples; empty when there is none
 

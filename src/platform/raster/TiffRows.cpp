@@ -21,13 +21,14 @@ constexpr auto bitPixels = [] {
     return table;
 }();
 
-void unpackBits(const uchar* source, std::size_t samples, uchar* target)
+/// `flip` is 0xFF to exchange black and white.
+void unpackBits(const uchar* source, std::size_t samples, unsigned flip, uchar* target)
 {
     std::size_t i = 0;
     for (; i + 8 <= samples; i += 8)
-        std::memcpy(target + i, bitPixels[source[i / 8]].data(), 8);
+        std::memcpy(target + i, bitPixels[source[i / 8] ^ flip].data(), 8);
     for (; i < samples; ++i)
-        target[i] = bitPixels[source[i / 8]][i % 8];
+        target[i] = bitPixels[source[i / 8] ^ flip][i % 8];
 }
 
 /// 2 or 4 bits a sample, left unscaled.
@@ -123,7 +124,7 @@ const uchar* TiffRows::unpack(const uchar* source, std::size_t samples)
             unpacked_[i] = static_cast<uchar>((value * 255U + 32895U) >> 16);
         }
     } else if (info_.bits == 1 && !isIndex) {
-        unpackBits(source, samples, unpacked_.data());
+        unpackBits(source, samples, 0, unpacked_.data());
     } else {
         unpackFew(source, samples, info_.bits, unpacked_.data());
         if (!isIndex) {
@@ -160,10 +161,14 @@ void TiffRows::setColours(const uchar* samples, uchar* pixel, int step) const
 
 void TiffRows::convert(const uchar* source, std::size_t count, uchar* target)
 {
+    const uchar flip = info_.photometric == PHOTOMETRIC_MINISWHITE ? opaque : 0;
+    if (info_.bits == 1 && isGrey()) {
+        unpackBits(source, count, flip, target);
+        return;
+    }
     const uchar* samples = unpack(source, count * info_.samples);
     const int step = format() == QImage::Format_Grayscale8 ? 1 : info_.alphaSample >= 0 ? 4 : 3;
     if (step == 1 && info_.samples == 1) {
-        const uchar flip = info_.photometric == PHOTOMETRIC_MINISWHITE ? opaque : 0;
         for (std::size_t i = 0; i < count; ++i)
             target[i] = samples[i] ^ flip;
         return;
