@@ -48,7 +48,7 @@ TEST(ContentBalanceTest, SeesWhatIsLeftOpenAndWhatIsClosedTooOften)
         {"binary text right behind an image",
          "BI /W 2 /H 2 /BPC 8 /CS /G ID \x01\x10\xa0\xff EI Q BT (\x01\x02) Tj ET",
          "",
-         {31}},
+         {38}},
         {"no white space before the end",
          "BI /W 2 /H 2 /BPC 8 /CS /G ID abc\xff"
          "EI q",
@@ -59,7 +59,7 @@ TEST(ContentBalanceTest, SeesWhatIsLeftOpenAndWhatIsClosedTooOften)
          "Q ",
          {}},
         {"data with a mark of their own", "BI /W 1 /F /A85 ID 87c\nEI(Q Q)~> EI q", "Q ", {}},
-        {"an array cut off", "q BT [(Hello) 20 (Wor", ")\n] ET Q ", {}},
+        {"an array cut off", "q BT [(Hello) 20 (Wor", ")]\nET Q ", {}},
         {"a dictionary cut off", "/P <</MCID [0", "]>>\n", {}},
         {"an image cut off in its dictionary", "q BI /W 1 /H 1", "\nID \nEI\nQ ", {}},
         {"an array of operators is none", "[ q ] 1 m S", "Q ", {}},

@@ -243,7 +243,7 @@ class Scanner
     {
         const InlineImageEnd image = endOfInlineImage(p_, end_);
         p_ = image.after;
-        if (image.closing) balance_.closing += image.closing;
+        balance_.closing += QByteArray::fromStdString(image.closing);
     }
 
     /// Whoever cut content off in the middle of an array or a dictionary did so behind its last operator.

@@ -65,7 +65,7 @@ std::string_view ContentTokens::string()
             return {start, static_cast<std::size_t>(p_ - start)};
         }
     }
-    unclosed_ = ")";
+    unclosed_.assign(static_cast<std::size_t>(depth), ')');
     return {start, static_cast<std::size_t>(p_ - start)};
 }
 

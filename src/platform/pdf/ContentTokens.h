@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace quillfern {
@@ -41,8 +42,9 @@ class ContentTokens
     [[nodiscard]] bool inArray() const { return arrays_ > 0; }
     /// Passes over the rest of the open arrays.
     void skipArray();
-    /// What closes what the tokens taken left open: strings, arrays, dictionaries, in order.
-    [[nodiscard]] std::string_view unclosedString() const { return unclosed_; }
+    [[nodiscard]] int openArrays() const { return arrays_; }
+    /// What ends the string that the content ends in; empty when it ends in none.
+    [[nodiscard]] const std::string& unclosedString() const { return unclosed_; }
 
   private:
     std::string_view string();
@@ -50,7 +52,7 @@ class ContentTokens
     const char* p_;
     const char* end_;
     int arrays_ = 0;
-    std::string_view unclosed_;
+    std::string unclosed_;
 };
 
 /// True for an operator of page content (ISO 32000-1, annex A).

@@ -129,13 +129,16 @@ InlineImageEnd endOfInlineImage(const char* dictionary, const char* end)
 {
     ContentTokens tokens(dictionary, end);
     Facts facts;
-    if (!readDictionary(tokens, facts)) return {end, "\nID \nEI\n"};
+    if (!readDictionary(tokens, facts)) {
+        const std::string arrays(static_cast<std::size_t>(tokens.openArrays()), ']');
+        return {end, tokens.unclosedString() + arrays + "\nID \nEI\n"};
+    }
     // One white-space character separates the data from ID; text filters allow more.
     const char* data = std::min(tokens.position() + 1, end);
     const char* after = endByLength(facts, data, end);
     if (!after) after = endByMark(facts, data, end);
     if (!after) after = endByLooking(data, end);
-    if (after) return {after, nullptr};
+    if (after) return {after, {}};
     return {end, "\nEI\n"};
 }
 

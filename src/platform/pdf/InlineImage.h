@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace quillfern {
 
 /// Where an inline image ends (ISO 32000-1, 8.9.7). Its data has no length of its own: it follows from the
@@ -7,8 +9,8 @@ namespace quillfern {
 /// an EI that is followed by something that reads as content.
 struct InlineImageEnd
 {
-    const char* after = nullptr;   ///< behind the EI; the end of the content when it never comes
-    const char* closing = nullptr; ///< what would end an image that never ends; null for one that does
+    const char* after = nullptr; ///< behind the EI; the end of the content when it never comes
+    std::string closing;         ///< what would end an image that never ends; empty for one that does
 };
 
 /// `dictionary` is the place behind the BI operator.
