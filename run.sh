@@ -13,7 +13,6 @@ if [ "${1:-}" != --sample ] && [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -x
     exec build/release/bin/quillfern "$@"
 fi
 
-rm -rf out
 mkdir -p out
 echo "Stamping samples/ into out/:"
 build/release/bin/quillfern-run --output out --continuous --margins 30,24,30,24pt \
