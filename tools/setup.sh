@@ -31,9 +31,9 @@ ensure_packages() {
     $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
 }
 
-# build PRESET : configures when needed and builds, quietly unless something is wrong.
+# build PRESET : configures (which is quick when nothing changed, and takes up changed presets) and builds, quietly
+# unless something is wrong.
 build() {
-    [ -f "build/$1/build.ninja" ] || cmake --preset "$1" >"build-$1.log" 2>&1 || { cat "build-$1.log"; rm -f "build-$1.log"; return 1; }
-    rm -f "build-$1.log"
+    configured=$(cmake --preset "$1" 2>&1) || { echo "$configured" >&2; return 1; }
     cmake --build --preset "$1" -- --quiet
 }

@@ -2,6 +2,7 @@
 
 #include "batch/JobPlan.h"
 #include "filelist/FileListExport.h"
+#include "platform/drawing/FontCatalog.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/NativePath.h"
@@ -9,6 +10,7 @@
 #include "runner/InputGathering.h"
 #include "runner/SideOutputs.h"
 #include "runner/Worker.h"
+#include "stamps/TextStamp.h"
 
 #include <QDir>
 
@@ -46,6 +48,21 @@ void Runner::writeExport(const QString& path, const FileList& files)
     out_.flush();
 }
 
+void Runner::nameSubstitutes(const Numbering& number)
+{
+    const FontCatalog catalog;
+    for (const auto& stamp : number.stamps) {
+        const auto* text = dynamic_cast<const TextStamp*>(stamp.get());
+        // The default is an alias on most machines, and nobody asked for it by name.
+        if (!text || text->font.fontName == PDFFont().fontName) continue;
+        const QString wanted = text->font.fontName.value_or(QString());
+        const QString used = catalog.resolveFamily(wanted);
+        if (used.compare(wanted, Qt::CaseInsensitive) != 0)
+            err_ << "The font \"" << wanted << "\" is not installed; \"" << used << "\" is used instead.\n";
+    }
+    err_.flush();
+}
+
 int Runner::run(const QStringList& arguments, const std::function<bool()>& stopRequested)
 {
     try {
@@ -79,6 +96,7 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
         }
         if (!QFileInfo(*settings.outputFolderPath).isDir())
             throw WrongUse(QStringLiteral("\"%1\" is no folder (--output)").arg(*settings.outputFolderPath));
+        nameSubstitutes(*settings.number);
         gather(options, files, stopRequested);
         if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
 

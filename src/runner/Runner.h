@@ -28,6 +28,8 @@ class Runner final : public ProcessObserver
     void outputFinished(const LogFiles& output, const QString& note) override;
 
   private:
+    /// Tells of fonts that were asked for and are not there.
+    void nameSubstitutes(const Numbering& number);
     void gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested);
     void writeExport(const QString& path, const FileList& files);
     void preview(Settings& settings, const RunnerOptions& options, const FileList& files);

@@ -264,6 +264,9 @@ TEST_F(CarryOver, PageTreesThatLieAreCountedRight)
     QByteArray wrong = numberedPdf(5);
     wrong.replace("/Count 5", "/Count 9");
     EXPECT_EQ(pdfPageCount(scratch.write(QStringLiteral("count.pdf"), wrong)), 5);
+    const QByteArray plain =
+        toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), process(wrong), QStringLiteral("-")});
+    EXPECT_TRUE(plain.contains("/Count 5") && !plain.contains("/Count 9")) << "the lie is not passed on";
     wrong.replace("/Count 9", "/Count -3");
     EXPECT_EQ(pdfPageCount(scratch.write(QStringLiteral("count.pdf"), wrong)), 5);
     PdfBuilder loop;

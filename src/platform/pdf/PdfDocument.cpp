@@ -59,6 +59,25 @@ std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page)
 
 } // namespace
 
+namespace {
+
+/// Sets the counts below a node of the page tree right and returns its own. `counted` keeps a tree that leads
+/// into itself from being followed for ever.
+int correctCount(QPDFObjectHandle node, std::set<QPDFObjGen>& counted)
+{
+    if (!node.isDictionary()) return 0;
+    QPDFObjectHandle kids = node.getKey("/Kids");
+    if (!kids.isArray()) return 1;
+    if (!counted.insert(node.getObjGen()).second) return 0;
+    int sum = 0;
+    for (int i = 0; i < kids.getArrayNItems(); ++i)
+        sum += correctCount(kids.getArrayItem(i), counted);
+    node.replaceKey("/Count", QPDFObjectHandle::newInteger(sum));
+    return sum;
+}
+
+} // namespace
+
 class PdfDocument::Private
 {
   public:
@@ -68,6 +87,12 @@ class PdfDocument::Private
         qpdf.processInputSource(std::make_shared<FileInput>(path), "");
         pages = qpdf.getAllPages();
         if (!parentsLeadUp()) qpdf.pushInheritedAttributesToPage();
+        // Viewers believe the tree's count; one that is not true is not carried over.
+        QPDFObjectHandle root = qpdf.getRoot().getKey("/Pages");
+        QPDFObjectHandle count = root.getKey("/Count");
+        std::set<QPDFObjGen> counted;
+        if (!count.isInteger() || count.getIntValue() != static_cast<long long>(pages.size()))
+            correctCount(root, counted);
         if (pages.empty()) throw Failure(QStringLiteral("the document has no pages"));
         metadata.emplace(qpdf);
         archivalPart = metadata->archivalPart();
