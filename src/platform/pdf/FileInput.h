@@ -29,7 +29,7 @@ class FileInput final : public InputSource
     void unreadCh(char) override { --position_; }
 
   private:
-    static constexpr qpdf_offset_t blockSize = 128 * 1024;
+    static constexpr qpdf_offset_t blockSize = qpdf_offset_t{128} * 1024;
     /// 32 MiB: documents up to there are read once, though parsing and writing pass over them several times.
     static constexpr std::size_t mostBlocks = 256;
     struct Block

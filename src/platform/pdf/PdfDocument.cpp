@@ -113,7 +113,7 @@ class PdfDocument::Private
     void settleOldest();
     void settleAll();
     std::shared_ptr<ContentScanner::Scan> scanOf(const std::vector<QPDFObjectHandle>& streams);
-    QPDFObjectHandle resourcesWith(QPDFObjectHandle page, const PdfPageResources& added);
+    QPDFObjectHandle resourcesWith(const QPDFObjectHandle& page, const PdfPageResources& added);
 
     QPDF qpdf;
     std::vector<QPDFObjectHandle> pages;
@@ -174,7 +174,8 @@ PdfDocument::Private::scanOf(const std::vector<QPDFObjectHandle>& streams)
     return scans_.emplace(std::move(key), scanner_.scan(streams)).first->second;
 }
 
-QPDFObjectHandle PdfDocument::Private::resourcesWith(QPDFObjectHandle page, const PdfPageResources& added)
+QPDFObjectHandle PdfDocument::Private::resourcesWith(const QPDFObjectHandle& page,
+                                                     const PdfPageResources& added)
 {
     QPDFObjectHandle holder;
     QPDFObjectHandle present = inheritedAttribute(page, "/Resources", &holder);
@@ -233,7 +234,7 @@ void PdfDocument::Private::settleOldest()
 class PdfDocument::StampedPage final : public PdfPage
 {
   public:
-    StampedPage(Private& document, QPDFObjectHandle page, TextShaper& shaper)
+    StampedPage(Private& document, const QPDFObjectHandle& page, TextShaper& shaper)
         : document_(document), page_(page), box_(page), resources_(inheritedAttribute(page, "/Resources")),
           under_(*document.resources, resources_, shaper, box_.toUserSpace()),
           over_(*document.resources, resources_, shaper, box_.toUserSpace())
