@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/desktop/Alerts.h"
 #include "platform/desktop/DesktopServices.h"
+#include "platform/desktop/FilePanels.h"
 #include "platform/store/DefaultsStore.h"
 #include "platform/system/Clock.h"
 #include "platform/system/Folders.h"
@@ -60,6 +62,43 @@ class FakeDesktop final : public DesktopServices
     QStringList opened;
     QList<QStringList> revealed; ///< one entry a request
     QList<QStringList> shownProperties;
+};
+
+/// Answers each panel at once with what `answers` holds, in turn; without an answer the user closed the panel.
+class FakePanels final : public FilePanels
+{
+  public:
+    void open(QObject*, const OpenPanel& panel, std::function<void(const QStringList&)> chosen) override
+    {
+        opened.append(panel);
+        if (!answers.isEmpty()) chosen(answers.takeFirst());
+    }
+    void save(QObject*, const SavePanel& panel, std::function<void(const QString&)> chosen) override
+    {
+        saved.append(panel);
+        if (!answers.isEmpty()) chosen(answers.takeFirst().value(0));
+    }
+
+    QList<QStringList> answers;
+    QList<OpenPanel> opened;
+    QList<SavePanel> saved;
+};
+
+class FakeAlerts final : public Alerts
+{
+  public:
+    void critical(QObject*, const QString& message) override { criticals.append(message); }
+    void information(QObject*, const QString& message) override { informations.append(message); }
+    [[nodiscard]] bool confirm(QObject*, const QString& message) override
+    {
+        questions.append(message);
+        return answer;
+    }
+
+    bool answer = true; ///< to every question
+    QStringList criticals;
+    QStringList informations;
+    QStringList questions;
 };
 
 class MemoryDefaults final : public DefaultsStore

@@ -1,6 +1,12 @@
 #include "platform/drawing/FontCatalog.h"
 
+#ifdef QUILLFERN_WITH_WINDOWS
+#include <QApplication>
+using TestApplication = QApplication;
+#else
 #include <QGuiApplication>
+using TestApplication = QGuiApplication;
+#endif
 #include <QLoggingCategory>
 #include <clocale>
 #include <gtest/gtest.h>
@@ -10,7 +16,7 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) qputenv("XDG_RUNTIME_DIR", "/tmp");
     quillfern::FontCatalog::preferEmbeddableFonts();
-    QGuiApplication application(argc, argv);
+    TestApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

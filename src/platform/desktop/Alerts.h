@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace quillfern {
+
+/// What the user is told and asked. A seam, so that tests answer without a person. Every alert is titled with
+/// getAppTitle() and belongs to the window `over`. Each call returns when the user has answered. Main thread.
+class Alerts
+{
+  public:
+    virtual ~Alerts() = default;
+    virtual void critical(QObject* over, const QString& message) = 0;
+    virtual void information(QObject* over, const QString& message) = 0;
+    /// A question with the answers "Yes" (the default) and "No".
+    [[nodiscard]] virtual bool confirm(QObject* over, const QString& message) = 0;
+};
+
+} // namespace quillfern

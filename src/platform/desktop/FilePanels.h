@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+namespace quillfern {
+
+/// A panel in which the user picks what is there.
+struct OpenPanel
+{
+    QString message;
+    QStringList types;    ///< extensions, compared with case; empty for any
+    bool folders = false; ///< folders only; otherwise files only
+    bool multiple = false;
+};
+
+/// A panel in which the user says where a file is to be written.
+struct SavePanel
+{
+    QString message;
+    QString type; ///< the extension, which is added where the user leaves it out
+    QString name; ///< proposed
+};
+
+/// The file panels. A seam, so that tests choose files without a person. `over` is the window that a panel
+/// belongs to and that it blocks; a panel goes with it. Both calls return at once: `chosen` is called later,
+/// and only when the user agreed, with absolute paths (see NativePath.h). Main thread.
+class FilePanels
+{
+  public:
+    virtual ~FilePanels() = default;
+    virtual void open(QObject* over, const OpenPanel& panel,
+                      std::function<void(const QStringList&)> chosen) = 0;
+    virtual void save(QObject* over, const SavePanel& panel, std::function<void(const QString&)> chosen) = 0;
+};
+
+} // namespace quillfern

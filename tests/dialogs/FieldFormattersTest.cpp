@@ -1,0 +1,57 @@
+#include "dialogs/FieldFormatters.h"
+
+#include <QTest>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace quillfern {
+namespace {
+
+QString typed(const QValidator& formatter, const char* keys)
+{
+    QLineEdit field;
+    field.setValidator(&formatter);
+    QTest::keyClicks(&field, QString::fromUtf8(keys));
+    return field.text();
+}
+
+TEST(FieldFormatters, TakeOnlyWhatTheirFieldsAreFor)
+{
+    const CustomNumberFormatterInteger three(999);
+    EXPECT_EQ(typed(three, "12345"), QStringLiteral("123"));
+    EXPECT_EQ(typed(three, "-1a2.3"), QStringLiteral("123"));
+    const CustomNumberFormatterDecimal decimal;
+    EXPECT_EQ(typed(decimal, "-12,5.2.5e3"), QStringLiteral("125.2.53"));
+    CustomTextFieldFormatter one;
+    one.setMaximumLength(1);
+    EXPECT_EQ(typed(one, "*0"), QStringLiteral("*"));
+    const CustomTextFieldFormatter any;
+    EXPECT_EQ(typed(any, "any text"), QStringLiteral("any text"));
+}
+
+TEST(FieldFormatters, ANumberFieldKeepsTheNumberItsTextBeginsWith)
+{
+    const struct
+    {
+        const char* text;
+        std::int64_t value;
+    } rows[] = {{"12abc", 12},
+                {"", 0},
+                {"abc", 0},
+                {" 7 ", 7},
+                {"-3x", -3},
+                {"007", 7},
+                {"99999999999999999999", std::numeric_limits<std::int64_t>::max()}};
+    for (const auto& row : rows) {
+        NumberField field;
+        qint64 told = -1;
+        QObject::connect(&field, &NumberField::integerEdited, [&](qint64 value) { told = value; });
+        field.setText(QString::fromLatin1(row.text));
+        QTest::keyClick(&field, Qt::Key_Return);
+        EXPECT_EQ(told, row.value) << row.text;
+        EXPECT_EQ(field.text(), QString::number(row.value)) << row.text;
+    }
+}
+
+} // namespace
+} // namespace quillfern
