@@ -1,0 +1,185 @@
+#include "dialogs/KeyHint.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStyle>
+#include <QTest>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace quillfern {
+namespace {
+
+bool isRed(const QColor& color)
+{
+    return color.red() > 150 && color.green() < 90 && color.blue() < 90;
+}
+
+/// Where a picture is red; and whether some row of it is red all along, as an underline is.
+struct Mark
+{
+    QRect box;
+    bool isUnderlined = false;
+};
+
+Mark redMark(const QImage& image)
+{
+    Mark mark;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (isRed(image.pixelColor(x, y))) mark.box |= QRect(x, y, 1, 1);
+    for (int y = mark.box.top(); y <= mark.box.bottom(); ++y) {
+        int run = 0;
+        for (int x = mark.box.left(); x <= mark.box.right(); ++x)
+            run += isRed(image.pixelColor(x, y)) ? 1 : 0;
+        mark.isUnderlined |= run >= 5 && run == mark.box.width() && y >= mark.box.bottom() - 1;
+    }
+    return mark;
+}
+
+Mark redMark(QWidget& widget)
+{
+    widget.ensurePolished();
+    widget.resize(widget.sizeHint());
+    return redMark(widget.grab().toImage());
+}
+
+TEST(KeyHint, MarksOneLetterOfATitle)
+{
+    const struct
+    {
+        const char* text;
+        const char* key;
+        int occurrance;
+        int marked; ///< its place in the title; -1 for none
+        const char* title;
+    } rows[] = {
+        {"Convert to Copy", "c", 1, 0, "Convert to Copy"},
+        {"Add Folder", "f", 1, 4, "Add Folder"},
+        {"Import From Text File", "F", 2, 17, "Import From Text File"},
+        {"Import From Text fit", "F", 2, 7, "Import From Text fit"},
+        {"Import From Text", "t", 2, 15, "Import From Text"},
+        {"Import From Text", "T", 1, 5, "Import From Text"},
+        {"&Save && Quit", "q", 1, 7, "Save & Quit"},
+        {"Save", "x", 1, -1, "Save"},
+        {"Save", "", 1, -1, "Save"},
+        {"save", "S", 2, -1, "save"},
+    };
+    for (const auto& row : rows) {
+        QPushButton button(QString::fromUtf8(row.text));
+        QStyle* const before = button.style();
+        setButtonKeyCharacter(button, QString::fromUtf8(row.key), Qt::red, row.occurrance);
+        const Mark mark = redMark(button);
+        if (row.marked < 0) {
+            EXPECT_TRUE(mark.box.isEmpty() && button.style() == before) << row.text;
+            EXPECT_TRUE(button.shortcut().isEmpty()) << row.text;
+            continue;
+        }
+        const QString title = QString::fromUtf8(row.title);
+        const QFontMetricsF metrics(button.font());
+        const qreal letter = metrics.horizontalAdvance(title.at(row.marked));
+        const qreal left = (button.width() - metrics.horizontalAdvance(title)) / 2 +
+                           metrics.horizontalAdvance(title.left(row.marked));
+        EXPECT_NEAR(QRectF(mark.box).center().x(), left + letter / 2, 2.5) << row.text;
+        EXPECT_TRUE(mark.isUnderlined) << row.text;
+    }
+}
+
+TEST(KeyHint, WorksOnButtonsOfEveryKind)
+{
+    std::vector<std::unique_ptr<QAbstractButton>> buttons;
+    buttons.push_back(std::make_unique<QPushButton>());
+    buttons.push_back(std::make_unique<QCheckBox>());
+    buttons.push_back(std::make_unique<QRadioButton>());
+    for (const auto style : {Qt::ToolButtonTextUnderIcon, Qt::ToolButtonTextBesideIcon}) {
+        auto tool = std::make_unique<QToolButton>();
+        tool->setToolButtonStyle(style);
+        tool->setIcon(tool->style()->standardIcon(QStyle::SP_DirIcon));
+        buttons.push_back(std::move(tool));
+    }
+    for (const auto& button : buttons)
+        for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+            const char* const kind = button->metaObject()->className();
+            button->setLayoutDirection(direction);
+            button->setText(QStringLiteral("Add Folder"));
+            const int plainWidth = button->sizeHint().width();
+            setButtonKeyCharacter(*button, QStringLiteral("o"), Qt::red);
+            EXPECT_GE(button->sizeHint().width(), plainWidth) << kind;
+            EXPECT_TRUE(redMark(*button).isUnderlined) << kind;
+            button->setEnabled(false);
+            EXPECT_TRUE(redMark(*button).box.isEmpty()) << kind << " has one colour when it is disabled";
+            button->setEnabled(true);
+            QPalette palette = button->palette();
+            palette.setColor(QPalette::WindowText, Qt::red);
+            palette.setColor(QPalette::ButtonText, Qt::red);
+            setButtonKeyCharacter(*button, QStringLiteral("o"));
+            EXPECT_TRUE(redMark(*button).box.isEmpty()) << kind;
+            button->setPalette(palette);
+            EXPECT_GT(redMark(*button).box.width(), 20) << kind << " follows the palette";
+            button->setPalette(QPalette());
+        }
+}
+
+TEST(KeyHint, ATitleCutShortKeepsOnlyALetterThatIsLeft)
+{
+    QToolButton button;
+    button.setText(QStringLiteral("&Set As Default Folder"));
+    setButtonKeyCharacter(button, QStringLiteral("f"), Qt::red);
+    for (const auto& [shown, isMarked] :
+         {std::pair("&Set As De\u2026", false), std::pair("&Set A\u2026Folder", false),
+          std::pair("&Set As Def\u2026", true)}) {
+        QImage image(200, 40, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        button.style()->drawItemText(&painter, image.rect(), Qt::AlignCenter | Qt::TextShowMnemonic,
+                                     button.palette(), true, QString::fromUtf8(shown), QPalette::ButtonText);
+        EXPECT_EQ(!redMark(image).box.isEmpty(), isMarked) << shown;
+    }
+}
+
+TEST(KeyHint, AltAndTheKeyClickAlsoAfterTheTitleOrTheStyleChanges)
+{
+    QWidget window;
+    auto* const layout = new QVBoxLayout(&window);
+    auto* const button = new QPushButton(QStringLiteral("Convert"));
+    layout->addWidget(button);
+    setButtonKeyCharacter(*button, QStringLiteral("c"));
+    int clicks = 0;
+    QObject::connect(button, &QPushButton::clicked, [&] { ++clicks; });
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const auto press = [&](Qt::Key key) {
+        QApplication::processEvents();
+        QTest::keyClick(&window, key, Qt::AltModifier);
+        QTest::qWait(150); // a shortcut shows the button pressed for a moment
+        return clicks;
+    };
+    EXPECT_EQ(press(Qt::Key_C), 1);
+    button->setText(QStringLiteral("Count"));
+    EXPECT_EQ(press(Qt::Key_C), 2);
+    setButtonKeyCharacter(*button, QStringLiteral("U"));
+    EXPECT_EQ(press(Qt::Key_C), 2);
+    EXPECT_EQ(press(Qt::Key_U), 3);
+
+    const QString style = QApplication::style()->name();
+    for (const QString& next : {QStringLiteral("windows"), style}) {
+        const QStyle* const former = button->style();
+        QApplication::setStyle(next);
+        QTest::qWait(20);
+        EXPECT_NE(button->style(), former) << "a button takes up the application's style";
+        EXPECT_TRUE(button->style()->name().isEmpty()) << "and keeps its hint";
+    }
+    EXPECT_EQ(press(Qt::Key_U), 4);
+    button->setText(QStringLiteral("Go"));
+    EXPECT_EQ(press(Qt::Key_U), 4) << "the key is not in the title";
+}
+
+} // namespace
+} // namespace quillfern
