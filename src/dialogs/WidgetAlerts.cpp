@@ -1,0 +1,55 @@
+#include "dialogs/WidgetAlerts.h"
+
+#include "platform/system/Folders.h"
+
+#include <QMessageBox>
+#include <QPointer>
+
+namespace quillfern {
+
+namespace {
+
+QMessageBox::StandardButton ask(QObject* over, QMessageBox::Icon icon, QString message,
+                                QMessageBox::StandardButtons buttons, QMessageBox::StandardButton byDefault,
+                                QMessageBox::StandardButton onEscape)
+{
+    message.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
+    auto* const widget = qobject_cast<QWidget*>(over);
+    // The window may go while its alert stands, and takes the box along.
+    const QPointer box =
+        new QMessageBox(icon, getAppTitle(), message, buttons, widget ? widget->window() : nullptr);
+    box->setTextFormat(Qt::PlainText);
+    box->setWindowModality(Qt::WindowModal);
+    box->setDefaultButton(byDefault);
+    box->setEscapeButton(onEscape);
+    box->exec();
+    if (!box) return onEscape;
+    const QMessageBox::StandardButton answer = box->standardButton(box->clickedButton());
+    delete box;
+    return answer;
+}
+
+void tell(QObject* over, QMessageBox::Icon icon, const QString& message)
+{
+    ask(over, icon, message, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+} // namespace
+
+void WidgetAlerts::critical(QObject* over, const QString& message)
+{
+    tell(over, QMessageBox::Critical, message);
+}
+
+void WidgetAlerts::information(QObject* over, const QString& message)
+{
+    tell(over, QMessageBox::Information, message);
+}
+
+bool WidgetAlerts::confirm(QObject* over, const QString& message)
+{
+    return ask(over, QMessageBox::Question, message, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes,
+               QMessageBox::No) == QMessageBox::Yes;
+}
+
+} // namespace quillfern

@@ -1,0 +1,167 @@
+#include "dialogs/WidgetPanels.h"
+
+#include "platform/system/NativePath.h"
+
+#include <QAbstractItemView>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QStandardPaths>
+
+namespace quillfern {
+
+namespace {
+
+QWidget* windowOf(QObject* over)
+{
+    auto* const widget = qobject_cast<QWidget*>(over);
+    return widget ? widget->window() : nullptr;
+}
+
+/// The toolkit's folder dialog lets one folder be picked; its views can do more.
+class OpenDialog final : public QFileDialog
+{
+  public:
+    using QFileDialog::QFileDialog;
+
+    /// Before the mode is set there are no views to prepare.
+    void letPickSeveral()
+    {
+        setOption(DontUseNativeDialog);
+        setFileMode(Directory);
+        for (const char* const name : {"listView", "treeView"})
+            if (auto* const view = findChild<QAbstractItemView*>(QLatin1String(name))) {
+                view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+                view_ = view;
+            }
+    }
+
+    /// The folders that are selected in the view, unless another one is typed. The dialog itself goes by
+    /// its line of text, in which a quote in a name cannot be told from those around a name.
+    [[nodiscard]] QStringList pickedFolders() const
+    {
+        QStringList paths;
+        const auto* const line = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        if (view_ && !(line && line->isModified()))
+            for (const QModelIndex& row : view_->selectionModel()->selectedRows())
+                if (row.parent() == view_->rootIndex())
+                    paths.append(row.data(QFileSystemModel::FilePathRole).toString());
+        return paths.isEmpty() ? selectedFiles() : paths;
+    }
+
+    void accept() override
+    {
+        if (view_ && pickedFolders() != selectedFiles())
+            QDialog::accept();
+        else
+            QFileDialog::accept();
+    }
+
+  private:
+    QAbstractItemView* view_ = nullptr; ///< our own child; none where the desktop's dialog is used
+};
+
+} // namespace
+
+void WidgetPanels::open(QObject* over, const OpenPanel& panel, std::function<void(const QStringList&)> chosen)
+{
+    const QString kind =
+        panel.folders ? QStringLiteral("folders") : QStringLiteral("open ") + panel.types.join(u' ');
+    auto* const dialog = new OpenDialog(windowOf(over), panel.message);
+    prepare(*dialog, kind);
+    if (panel.folders) {
+        dialog->setFileMode(QFileDialog::Directory);
+        dialog->setOption(QFileDialog::ShowDirsOnly);
+        if (panel.multiple) dialog->letPickSeveral();
+    } else {
+        dialog->setFileMode(panel.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+        dialog->setNameFilter(nameFilter(panel.types));
+        dialog->setFilter(dialog->filter() | QDir::CaseSensitive);
+    }
+    QObject::connect(
+        dialog, &QDialog::accepted, dialog, [this, dialog, kind, panel, chosen = std::move(chosen)] {
+            QStringList paths = panel.folders ? dialog->pickedFolders() : dialog->selectedFiles();
+            if (!panel.folders && !panel.types.isEmpty())
+                paths.removeIf(
+                    [&](const QString& path) { return !panel.types.contains(pathExtension(path)); });
+            if (paths.isEmpty()) return;
+            remember(kind, paths.constLast());
+            chosen(paths);
+        });
+    dialog->open();
+}
+
+void WidgetPanels::save(QObject* over, const SavePanel& panel, std::function<void(const QString&)> chosen)
+{
+    const QString kind = QStringLiteral("save ") + panel.type;
+    auto* const dialog = new QFileDialog(windowOf(over), panel.message);
+    prepare(*dialog, kind);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setFileMode(QFileDialog::AnyFile);
+    dialog->setNameFilter(nameFilter({panel.type}));
+    dialog->setDefaultSuffix(panel.type);
+    dialog->selectFile(panel.name);
+    QObject::connect(dialog, &QDialog::accepted, dialog,
+                     [this, dialog, kind, panel, chosen = std::move(chosen)] {
+                         QString path = dialog->selectedFiles().value(0);
+                         if (path.isEmpty()) return;
+                         // The dialog takes whatever follows a point for an extension, as in "Version 1.2",
+                         // and adds none then.
+                         const QString ending = u'.' + panel.type;
+                         if (!path.endsWith(ending, Qt::CaseInsensitive)) {
+                             path += ending;
+                             if (!mayReplace(dialog->parentWidget(), path)) return;
+                         }
+                         remember(kind, path);
+                         chosen(path);
+                     });
+    dialog->open();
+}
+
+void WidgetPanels::prepare(QFileDialog& dialog, const QString& kind) const
+{
+    QString folder = lastFolders_.value(kind);
+    if (folder.isEmpty() || !QFileInfo(folder).isDir())
+        folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!QFileInfo(folder).isDir()) folder = QDir::homePath();
+    dialog.setAttribute(Qt::WA_DeleteOnClose);
+    dialog.setWindowModality(Qt::WindowModal);
+    dialog.setOption(QFileDialog::HideNameFilterDetails); // the types can be a long list
+    dialog.setDirectory(folder);
+}
+
+void WidgetPanels::remember(const QString& kind, const QString& path)
+{
+    lastFolders_.insert(kind, QFileInfo(path).absolutePath());
+}
+
+QString WidgetPanels::nameFilter(const QStringList& types)
+{
+    if (types.isEmpty()) return tr("All files") + QStringLiteral(" (*)");
+    QStringList patterns;
+    QStringList distinct;
+    for (const QString& type : types) {
+        patterns.append(QStringLiteral("*.") + type);
+        if (!distinct.contains(type, Qt::CaseInsensitive)) distinct.append(type);
+    }
+    QString name = tr("Supported files");
+    if (distinct.size() == 1) {
+        const bool isText = distinct.constFirst().compare(QLatin1String("txt"), Qt::CaseInsensitive) == 0;
+        name = isText ? tr("Text files") : tr("%1 files").arg(distinct.constFirst().toUpper());
+    }
+    return QStringLiteral("%1 (%2)").arg(name, patterns.join(u' '));
+}
+
+bool WidgetPanels::mayReplace(QWidget* over, const QString& path)
+{
+    if (!QFileInfo::exists(path)) return true;
+    return QMessageBox::warning(
+               over, QString(),
+               tr("%1 already exists.\nDo you want to replace it?").arg(QFileInfo(path).fileName()),
+               QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+}
+
+} // namespace quillfern

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/desktop/FilePanels.h"
+
+#include <QCoreApplication>
+#include <QHash>
+
+class QFileDialog;
+class QWidget;
+
+namespace quillfern {
+
+/// The file panels as dialogs of the desktop or, where it has none, of the toolkit. The message is a panel's
+/// title. Each kind of panel (what is picked, and of which types) begins in the folder that it last ended in,
+/// the first time in the user's documents. What is picked is of the panel's types, whatever the user typed.
+/// `over` is a widget of the window to block. Has to outlive the windows that its panels belong to.
+///
+/// The dialogs speak of files in texts of their own, so a name that is not UTF-8 cannot be picked.
+class WidgetPanels final : public FilePanels
+{
+    Q_DECLARE_TR_FUNCTIONS(quillfern::WidgetPanels)
+
+  public:
+    void open(QObject* over, const OpenPanel& panel, std::function<void(const QStringList&)> chosen) override;
+    void save(QObject* over, const SavePanel& panel, std::function<void(const QString&)> chosen) override;
+
+  private:
+    void prepare(QFileDialog& dialog, const QString& kind) const;
+    void remember(const QString& kind, const QString& path);
+    [[nodiscard]] static QString nameFilter(const QStringList& types);
+    [[nodiscard]] static bool mayReplace(QWidget* over, const QString& path);
+
+    QHash<QString, QString> lastFolders_; ///< by kind
+};
+
+} // namespace quillfern

@@ -1,0 +1,182 @@
+#include "dialogs/WidgetAlerts.h"
+#include "dialogs/WidgetPanels.h"
+#include "platform/system/Folders.h"
+#include "support/Tools.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+/// The panel that stands open over a window.
+QFileDialog* panelOver(const QWidget& window)
+{
+    QFileDialog* found = nullptr;
+    for (QFileDialog* const dialog : window.findChildren<QFileDialog*>())
+        if (dialog->isVisible()) found = dialog;
+    return found;
+}
+
+void typeAndAccept(QFileDialog& panel, const QString& path)
+{
+    panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
+    auto* const box = panel.findChild<QDialogButtonBox*>();
+    const bool saves = panel.acceptMode() == QFileDialog::AcceptSave;
+    QTest::mouseClick(box->button(saves ? QDialogButtonBox::Save : QDialogButtonBox::Open), Qt::LeftButton);
+    QTest::qWait(0);
+}
+
+/// Presses a key in the message box that comes next; `look` sees it before.
+void answerNextBox(Qt::Key key, std::function<void(const QMessageBox&)> look = {})
+{
+    QTimer::singleShot(50, [key, look = std::move(look)] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        if (look) look(*box);
+        QTest::keyClick(box, key);
+    });
+}
+
+TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
+{
+    const Scratch scratch;
+    const QString list = scratch.write(QStringLiteral("list.txt"), "");
+    const QString loud = scratch.write(QStringLiteral("loud.TXT"), "");
+    QWidget window;
+    WidgetPanels panels;
+    QStringList chosen;
+    const OpenPanel text{QStringLiteral("Pick:"), {QStringLiteral("txt")}, false, false};
+    const auto open = [&](const OpenPanel& panel) {
+        chosen.clear();
+        panels.open(&window, panel, [&](const QStringList& paths) { chosen = paths; });
+        return panelOver(window);
+    };
+
+    QPointer<QFileDialog> panel = open(text);
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(panel->windowTitle(), text.message);
+    EXPECT_EQ(panel->windowModality(), Qt::WindowModal);
+    EXPECT_EQ(panel->nameFilters(), QStringList{QStringLiteral("Text files (*.txt)")});
+    panel->reject();
+    QTest::qWait(0);
+    EXPECT_TRUE(panel.isNull() && chosen.isEmpty());
+
+    typeAndAccept(*open(text), loud);
+    EXPECT_TRUE(chosen.isEmpty()) << "types are compared with case";
+    typeAndAccept(*open(text), list);
+    EXPECT_EQ(chosen, QStringList{list});
+    panel = open(text);
+    EXPECT_EQ(panel->directory().absolutePath(), QFileInfo(list).absolutePath());
+    panel->reject();
+    OpenPanel several{QStringLiteral("Pick:"), {QStringLiteral("PDF"), QStringLiteral("pdf")}, false, true};
+    panel = open(several);
+    EXPECT_NE(panel->directory().absolutePath(), QFileInfo(list).absolutePath()) << "a folder for each kind";
+    EXPECT_EQ(panel->nameFilters(), QStringList{QStringLiteral("PDF files (*.PDF *.pdf)")});
+    panel->reject();
+    several.types = QStringList{QStringLiteral("txt"), QStringLiteral("TXT")};
+    typeAndAccept(*open(several), QStringLiteral("\"%1\" \"%2\"").arg(list, loud));
+    EXPECT_EQ(chosen, (QStringList{list, loud}));
+}
+
+TEST(WidgetPanels, PickSeveralFolders)
+{
+    const Scratch scratch;
+    const QStringList names = {QStringLiteral("\"a\""), QStringLiteral("b \"c"), QStringLiteral("d")};
+    for (const QString& name : names)
+        ASSERT_TRUE(QDir(scratch.path()).mkdir(name));
+    QWidget window;
+    WidgetPanels panels;
+    for (const bool isTyped : {false, true}) {
+        QStringList chosen;
+        panels.open(&window, {QStringLiteral("Pick:"), {}, true, true},
+                    [&](const QStringList& paths) { chosen = paths; });
+        QFileDialog* const panel = panelOver(window);
+        panel->setDirectory(scratch.path());
+        auto* const view = panel->findChild<QListView*>(QStringLiteral("listView"));
+        const auto row = [&](int i) { return view->model()->index(i, 0, view->rootIndex()); };
+        ASSERT_TRUE(QTest::qWaitFor([&] { return row(0).data() == names[0] && row(2).data() == names[2]; }));
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          view->visualRect(row(0)).center());
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                          view->visualRect(row(1)).center());
+        auto* const line = panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        if (isTyped) {
+            line->setText(names[2]);
+            line->setModified(true); // as keys leave it
+        }
+        QTest::mouseClick(panel->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open),
+                          Qt::LeftButton);
+        QStringList expected;
+        for (const QString& name : isTyped ? names.mid(2) : names.mid(0, 2))
+            expected.append(scratch.path(name));
+        EXPECT_EQ(chosen, expected);
+        QTest::qWait(0);
+    }
+}
+
+TEST(WidgetPanels, SaveUnderTheTypeAndAskBeforeReplacing)
+{
+    const Scratch scratch;
+    const QString there = scratch.write(QStringLiteral("there.txt"), "");
+    const QString dotted = scratch.write(QStringLiteral("version 1.2.txt"), "");
+    QWidget window;
+    WidgetPanels panels;
+    QString chosen;
+    const auto save = [&](const QString& typed) {
+        chosen.clear();
+        panels.save(&window, {QStringLiteral("Save:"), QStringLiteral("txt"), QStringLiteral("Export.txt")},
+                    [&](const QString& path) { chosen = path; });
+        QFileDialog* const panel = panelOver(window);
+        EXPECT_EQ(QFileInfo(panel->selectedFiles().value(0)).fileName(), QStringLiteral("Export.txt"));
+        typeAndAccept(*panel, typed);
+        if (panelOver(window)) panelOver(window)->reject();
+        QTest::qWait(0);
+        return chosen;
+    };
+    EXPECT_EQ(save(scratch.path(QStringLiteral("new"))), scratch.path(QStringLiteral("new.txt")));
+    EXPECT_EQ(save(scratch.path(QStringLiteral("v1.3"))), scratch.path(QStringLiteral("v1.3.txt")));
+    for (const QString& typed :
+         {there, scratch.path(QStringLiteral("there")), scratch.path(QStringLiteral("version 1.2"))}) {
+        answerNextBox(Qt::Key_Escape);
+        EXPECT_EQ(save(typed), QString()) << typed.toStdString();
+    }
+    answerNextBox(Qt::Key_Y);
+    EXPECT_EQ(save(there), there);
+}
+
+TEST(WidgetAlerts, TellAndAskInTheNameOfTheApplication)
+{
+    QWidget window;
+    WidgetAlerts alerts;
+    const auto look = [&](const QMessageBox& box) {
+        EXPECT_EQ(box.windowTitle(), getAppTitle());
+        EXPECT_EQ(box.text(), QStringLiteral("<b>one</b>\ntwo"));
+        EXPECT_EQ(box.textFormat(), Qt::PlainText);
+        EXPECT_EQ(box.windowModality(), Qt::WindowModal);
+        EXPECT_EQ(box.parentWidget(), &window);
+    };
+    const QString message = QStringLiteral("<b>one</b>\r\ntwo");
+    for (const auto& [key, answer] :
+         {std::pair(Qt::Key_Return, true), std::pair(Qt::Key_Escape, false), std::pair(Qt::Key_N, false)}) {
+        answerNextBox(key, look);
+        EXPECT_EQ(alerts.confirm(&window, message), answer) << key;
+    }
+    answerNextBox(Qt::Key_Return, look);
+    alerts.information(&window, message);
+    answerNextBox(Qt::Key_Escape, look);
+    alerts.critical(&window, message);
+}
+
+} // namespace
+} // namespace quillfern
