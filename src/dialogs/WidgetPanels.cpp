@@ -27,7 +27,7 @@ class OpenDialog final : public QFileDialog
   public:
     using QFileDialog::QFileDialog;
 
-    /// Before the mode is set there are no views to prepare.
+    /// Comes before anything else is set, because that goes to the desktop's dialog where there is one.
     void letPickSeveral()
     {
         setOption(DontUseNativeDialog);
@@ -71,13 +71,16 @@ void WidgetPanels::open(QObject* over, const OpenPanel& panel, std::function<voi
     const QString kind =
         panel.folders ? QStringLiteral("folders") : QStringLiteral("open ") + panel.types.join(u' ');
     auto* const dialog = new OpenDialog(windowOf(over), panel.message);
+    if (panel.folders && panel.multiple)
+        dialog->letPickSeveral();
+    else if (panel.folders)
+        dialog->setFileMode(QFileDialog::Directory);
+    else
+        dialog->setFileMode(panel.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     prepare(*dialog, kind);
     if (panel.folders) {
-        dialog->setFileMode(QFileDialog::Directory);
         dialog->setOption(QFileDialog::ShowDirsOnly);
-        if (panel.multiple) dialog->letPickSeveral();
     } else {
-        dialog->setFileMode(panel.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
         dialog->setNameFilter(nameFilter(panel.types));
         dialog->setFilter(dialog->filter() | QDir::CaseSensitive);
     }

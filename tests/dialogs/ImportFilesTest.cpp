@@ -1,0 +1,259 @@
+#include "dialogs/ImportFilesWindowController.h"
+#include "platform/system/NativePath.h"
+#include "support/Fakes.h"
+#include "support/Tools.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDropEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSet>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+/// The dialog, open over a window, and what a person does with it.
+class ImportFiles : public testing::Test
+{
+  protected:
+    ImportFiles()
+    {
+        dialog.setAllowedTypes(QStringLiteral("PDF,TIF"));
+        QObject::connect(&dialog, &ImportFilesWindowController::ImportFilesWindowControllerDidFinish,
+                         [this](const QList<QUrl>& urls) {
+                             ++finished;
+                             for (const QUrl& url : urls)
+                                 imported.append(localPath(url));
+                         });
+        open();
+    }
+    void open()
+    {
+        dialog.resetView();
+        dialog.open();
+    }
+    template <class T>
+    T& part(const char* name)
+    {
+        return *dialog.findChild<T*>(QLatin1String(name));
+    }
+    void click(const char* name)
+    {
+        QTest::mouseClick(&part<QAbstractButton>(name), Qt::LeftButton, {}, QPoint(12, 12));
+    }
+    void clipboard(const QString& text) { QApplication::clipboard()->setText(text); }
+    QString focus() { return dialog.focusWidget() ? dialog.focusWidget()->objectName() : QString(); }
+    /// Names of the controls that are enabled, of those that depend on the method; "!" marks one that is on.
+    QStringList state()
+    {
+        QStringList names;
+        for (const char* const name : {"importFile", "browseBtn", "importText", "pasteFromClipboardBtn"})
+            if (part<QWidget>(name).isEnabled()) names.append(QLatin1String(name));
+        for (const char* const name : {"importFromFileBtn", "importFromTextBtn"})
+            if (part<QRadioButton>(name).isChecked()) names.append(u'!' + QLatin1String(name));
+        return names;
+    }
+    QString total() { return part<QLabel>("totalFilesFound").text(); }
+
+    FakePanels panels;
+    FakeAlerts alerts;
+    QWidget window;
+    ImportFilesWindowController dialog{panels, alerts, &window};
+    int finished = 0;
+    QStringList imported;
+};
+
+TEST_F(ImportFiles, AMethodIsChosenByKeyAndByMouse)
+{
+    const QStringList file = {QStringLiteral("importFile"), QStringLiteral("browseBtn"),
+                              QStringLiteral("!importFromFileBtn")};
+    const QStringList text = {QStringLiteral("importText"), QStringLiteral("pasteFromClipboardBtn"),
+                              QStringLiteral("!importFromTextBtn")};
+    EXPECT_EQ(state(), file);
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    QTest::keyClicks(&part<QLineEdit>("importFile"), QStringLiteral("/x"));
+    QTest::keyClick(&dialog, Qt::Key_T, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state() == text; })) << "Alt+T";
+    EXPECT_EQ(part<QLineEdit>("importFile").text(), QString());
+    EXPECT_EQ(focus(), QStringLiteral("importFromTextBtn"));
+    QTest::keyClicks(&part<QPlainTextEdit>("importText"), QStringLiteral("/a.pdf"));
+    QTest::keyClick(&dialog, Qt::Key_F, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state() == file; })) << "Alt+F";
+    EXPECT_EQ(part<QPlainTextEdit>("importText").toPlainText(), QString());
+    QTest::keyClick(&part<QRadioButton>("importFromFileBtn"), Qt::Key_Down);
+    EXPECT_EQ(state(), text) << "the arrow keys";
+    dialog.importMethodChanged(7);
+    EXPECT_EQ(state(), QStringList());
+    click("importFromTextBtn");
+    EXPECT_EQ(state(), text);
+    dialog.reject();
+    open();
+    EXPECT_EQ(state(), text) << "the method stays from one opening to the next";
+}
+
+TEST_F(ImportFiles, ImportSaysWhatIsMissingAndStaysOpen)
+{
+    const Scratch scratch;
+    const QString none = QStringLiteral("No File(s) Found!");
+    const auto list = [&](const char* name, const QByteArray& lines) {
+        return scratch.write(QString::fromLatin1(name), lines);
+    };
+    const struct
+    {
+        bool isText;
+        QString entered;
+        QString alert; ///< empty for none: the files are imported
+        const char* focus;
+        QStringList paths;
+    } rows[] = {
+        {false, {}, QStringLiteral("Please select file to import!"), "browseBtn", {}},
+        {true, {}, QStringLiteral("Please paste file(s) path to import!"), "importText", {}},
+        {false, list("empty.txt", ""), none, "importBtn", {}},
+        {false, scratch.path(QStringLiteral("gone.txt")), none, "importBtn", {}},
+        {false, list("windows.txt", "/a.pdf\r\n/b.pdf\r\n"), none, "importBtn", {}},
+        {false, list("windows2.txt", "/a.pdf\r\n/b.pdf"), {}, "", {QStringLiteral("/b.pdf")}},
+        {false,
+         list("mixed.txt", "/b.PdF\n\n/d\n/a.doc\n/a.tif\n/b.PdF\n"),
+         {},
+         "",
+         {QStringLiteral("/b.PdF"), QStringLiteral("/a.tif")}},
+        {true, QStringLiteral("/a.doc\n/folder"), none, "importBtn", {}},
+        {true,
+         QStringLiteral("/gone.pdf\n/x\n/a.tif\n/gone.pdf"),
+         {},
+         "",
+         {QStringLiteral("/gone.pdf"), QStringLiteral("/a.tif")}},
+        {true, QStringLiteral("/a\u00A0b.pdf"), {}, "", {QStringLiteral("/a\u00A0b.pdf")}},
+    };
+    for (const auto& row : rows) {
+        open();
+        alerts.informations.clear();
+        imported.clear();
+        click(row.isText ? "importFromTextBtn" : "importFromFileBtn");
+        if (row.isText)
+            part<QPlainTextEdit>("importText").insertPlainText(row.entered);
+        else
+            part<QLineEdit>("importFile").setText(row.entered);
+        part<QPushButton>("importBtn").setFocus();
+        click("importBtn");
+        const std::string name = row.entered.toStdString();
+        EXPECT_EQ(alerts.informations, row.alert.isEmpty() ? QStringList() : QStringList{row.alert}) << name;
+        EXPECT_EQ(dialog.isVisible(), !row.alert.isEmpty()) << name;
+        EXPECT_EQ(imported, row.paths) << name;
+        EXPECT_EQ(total(), QStringLiteral("Total Files Found : %1").arg(row.paths.size())) << name;
+        if (!row.alert.isEmpty()) {
+            EXPECT_EQ(focus(), QString::fromLatin1(row.focus)) << name;
+        }
+    }
+}
+
+TEST_F(ImportFiles, PastingShowsWhatWasFoundAndImportCountsWhatStandsThere)
+{
+    click("importFromTextBtn");
+    clipboard(QStringLiteral("/folder\n\n/b.pdf\n/a.doc\n/a.Tif\n/b.pdf"));
+    click("pasteFromClipboardBtn");
+    auto& text = part<QPlainTextEdit>("importText");
+    EXPECT_EQ(text.toPlainText(), QStringLiteral("/b.pdf\n/a.Tif"));
+    EXPECT_EQ(total(), QStringLiteral("Total Files Found : 2"));
+    QApplication::clipboard()->clear();
+    click("pasteFromClipboardBtn");
+    EXPECT_EQ(total(), QStringLiteral("Total Files Found : 2")) << "an empty clipboard changes nothing";
+    text.moveCursor(QTextCursor::End);
+    QTest::keyClicks(&text, QStringLiteral("f"));
+    QTest::keyClick(&text, Qt::Key_Return);
+    QTest::keyClicks(&text, QStringLiteral("/c.pdf")); // "/a.Tiff" is not of an allowed type here
+    click("importBtn");
+    EXPECT_EQ(imported, (QStringList{QStringLiteral("/b.pdf"), QStringLiteral("/c.pdf")}));
+    EXPECT_EQ(finished, 1);
+    EXPECT_FALSE(dialog.isVisible());
+
+    open();
+    EXPECT_EQ(text.toPlainText(), QString());
+    EXPECT_EQ(total(), QStringLiteral("Total Files Found : 0"));
+}
+
+TEST_F(ImportFiles, BrowsingFillsTheFieldAndCancellingImportsNothing)
+{
+    const Scratch scratch;
+    const QString list = scratch.write(QStringLiteral("list.txt"), "/a.pdf");
+    click("browseBtn");
+    EXPECT_EQ(part<QLineEdit>("importFile").text(), QString()) << "the panel was closed";
+    panels.answers = {{list}};
+    click("browseBtn");
+    EXPECT_EQ(part<QLineEdit>("importFile").text(), list);
+    EXPECT_EQ(panels.opened.constLast().message, QStringLiteral("Select Text File To Import:"));
+    EXPECT_EQ(panels.opened.constLast().types, QStringList{QStringLiteral("txt")});
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    EXPECT_FALSE(dialog.isVisible());
+    open();
+    part<QLineEdit>("importFile").setText(list);
+    click("cancelBtn");
+    EXPECT_TRUE(!dialog.isVisible() && finished == 0);
+    open();
+    part<QLineEdit>("importFile").setText(list);
+    QTest::keyClick(&part<QLineEdit>("importFile"), Qt::Key_Return);
+    EXPECT_EQ(imported, QStringList{QStringLiteral("/a.pdf")}) << "Return imports";
+}
+
+TEST_F(ImportFiles, TakesWhatIsDropped)
+{
+    const auto drop = [&](const QMimeData& data) {
+        QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&dialog, &enter);
+        QDropEvent event(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&dialog, &event);
+        return enter.isAccepted();
+    };
+    QMimeData text;
+    text.setText(QStringLiteral("/a.pdf\n/x"));
+    EXPECT_TRUE(drop(text));
+    EXPECT_EQ(part<QPlainTextEdit>("importText").toPlainText(), QStringLiteral("/a.pdf"));
+    QMimeData list;
+    list.setUrls({QUrl(QStringLiteral("file:///lists/all.TXT"))});
+    drop(list);
+    EXPECT_TRUE(part<QRadioButton>("importFromFileBtn").isChecked());
+    EXPECT_EQ(part<QLineEdit>("importFile").text(), QStringLiteral("/lists/all.TXT"));
+    QMimeData files;
+    files.setUrls({QUrl(QStringLiteral("file:///c.tif")), QUrl(QStringLiteral("https://example.org/d.pdf"))});
+    drop(files);
+    EXPECT_EQ(part<QPlainTextEdit>("importText").toPlainText(), QStringLiteral("/c.tif"));
+    QMimeData nothing;
+    EXPECT_FALSE(drop(nothing));
+}
+
+TEST_F(ImportFiles, AltKeysAreDistinct)
+{
+    QSet<QString> keys;
+    const QList<QPushButton*> buttons = dialog.findChildren<QPushButton*>();
+    for (const QPushButton* const button : buttons)
+        keys.insert(button->shortcut().toString());
+    for (const QRadioButton* const button : dialog.findChildren<QRadioButton*>())
+        keys.insert(button->shortcut().toString());
+    EXPECT_EQ(keys,
+              (QSet<QString>{QStringLiteral("Alt+F"), QStringLiteral("Alt+T"), QStringLiteral("Alt+P"),
+                             QStringLiteral("Alt+I"), QStringLiteral("Alt+B"), QStringLiteral("Alt+C")}));
+}
+
+TEST_F(ImportFiles, ALongListIsPastedWhole)
+{
+    QString lines;
+    for (int i = 0; i < 100'000; ++i)
+        lines += QStringLiteral("/some/folder/of/files/document-%1.pdf\n").arg(i);
+    clipboard(lines);
+    click("importFromTextBtn");
+    click("pasteFromClipboardBtn");
+    EXPECT_EQ(total(), QStringLiteral("Total Files Found : 100000"));
+    click("importBtn");
+    EXPECT_EQ(imported.size(), 100'000);
+}
+
+} // namespace
+} // namespace quillfern
