@@ -55,7 +55,7 @@ class OpenDialog final : public QFileDialog
     void accept() override
     {
         if (view_ && pickedFolders() != selectedFiles())
-            QDialog::accept();
+            done(Accepted); // without the dialog's own reading of its line
         else
             QFileDialog::accept();
     }
