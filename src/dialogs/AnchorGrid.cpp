@@ -40,6 +40,7 @@ AnchorGrid::AnchorGrid(QWidget* parent) : QWidget(parent)
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(2);
+    grid->setSizeConstraint(QLayout::SetFixedSize);
     for (const Place& place : places) {
         auto* button = new QToolButton(this);
         button->setObjectName(QStringLiteral("margin%1Button").arg(QLatin1String(place.picture)));
@@ -52,7 +53,6 @@ AnchorGrid::AnchorGrid(QWidget* parent) : QWidget(parent)
         group_.addButton(button, place.anchor);
         grid->addWidget(button, (place.anchor - 1) / 3, (place.anchor - 1) % 3);
     }
-    setFixedSize(grid->sizeHint());
     enterAt(group_.button(TopLeft));
     connect(&group_, &QButtonGroup::buttonToggled, this, [this](QAbstractButton* button, bool pressed) {
         if (pressed) enterAt(button);

@@ -1,6 +1,7 @@
 #include "dialogs/ElidedLabel.h"
 
 #include <QPainter>
+#include <QStyle>
 
 namespace quillfern {
 
@@ -21,8 +22,11 @@ void ElidedLabel::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     const QRect room = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
     painter.setPen(palette().color(foregroundRole()));
-    painter.drawText(room, static_cast<int>(alignment()) | Qt::TextSingleLine,
-                     fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
+    // The text may be in another language than the window.
+    painter.setLayoutDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    painter.drawText(
+        room, static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())) | Qt::TextSingleLine,
+        fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
 }
 
 } // namespace quillfern

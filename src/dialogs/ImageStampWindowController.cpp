@@ -179,9 +179,10 @@ void ImageStampWindowController::removeImageAction()
 {
     if (!editedStamp()) return;
     loader_.cancel();
-    change([](ImageStamp& s) { s.removePicture(); });
+    image()->removePicture();
     showSize();
     showPicture();
+    settingsChanged();
 }
 
 void ImageStampWindowController::editingEnabledChanged()

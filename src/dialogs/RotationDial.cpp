@@ -1,5 +1,6 @@
 #include "dialogs/RotationDial.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOption>
@@ -77,6 +78,31 @@ void RotationDial::paintEvent(QPaintEvent*)
     painter.setPen(ink);
     painter.drawText(QRectF(-radius * 0.5, -radius * 0.68, radius * 0.8, radius * 0.64),
                      Qt::AlignHCenter | Qt::AlignBottom, QStringLiteral("A"));
+}
+
+/// As in any dial, but past either end it goes on at the other.
+void RotationDial::keyPressEvent(QKeyEvent* event)
+{
+    const int turn = [&] {
+        switch (event->key()) {
+        case Qt::Key_Up:
+        case Qt::Key_Right:
+            return singleStep();
+        case Qt::Key_Down:
+        case Qt::Key_Left:
+            return -singleStep();
+        case Qt::Key_PageUp:
+            return pageStep();
+        case Qt::Key_PageDown:
+            return -pageStep();
+        default:
+            return 0;
+        }
+    }();
+    if (turn == 0)
+        QDial::keyPressEvent(event);
+    else
+        setValue((value() + turn + 360) % 360);
 }
 
 void RotationDial::mousePressEvent(QMouseEvent* event)

@@ -25,6 +25,7 @@ RotationField::RotationField(QWidget* parent) : QWidget(parent)
     dial_.setAccessibleName(tr("Rotation"));
     dial_.setToolTip(tr("Drag to turn the stamp; hold Shift for steps of 15°"));
     setFocusProxy(&exact_);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 
     auto* snaps = new QHBoxLayout;
     snaps->setSpacing(4);

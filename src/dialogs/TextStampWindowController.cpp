@@ -16,6 +16,7 @@ namespace {
 constexpr double smallestFont = 1;
 constexpr double largestFont = 1000; ///< points
 constexpr int mostPadding = 99;
+constexpr int samplePixels = 16; ///< the sample shows the face, not the size
 constexpr int samplePages[] = {1, 9, 10};
 constexpr int sampleTotal = 120;
 
@@ -46,23 +47,18 @@ void TextStampWindowController::connectTextControls()
 
     connect(ui_->numberFormatTextField, &QLineEdit::textEdited, this, [this](const QString& pattern) {
         change([&](TextStamp& s) { s.number.numberFormat = pattern; });
-        showSample();
     });
     connect(ui_->insertPageButton, &QPushButton::clicked, this,
             [this] { insertSlot(QStringLiteral("{0}")); });
     connect(ui_->insertTotalButton, &QPushButton::clicked, this,
             [this] { insertSlot(QStringLiteral("{1}")); });
-    connect(ui_->numberTypePopup, &QComboBox::activated, this, [this](int type) {
-        change([&](TextStamp& s) { s.number.numberType = type; });
-        showSample();
-    });
+    connect(ui_->numberTypePopup, &QComboBox::activated, this,
+            [this](int type) { change([&](TextStamp& s) { s.number.numberType = type; }); });
     connect(ui_->paddingLengthSpinBox, &ExactSpinBox::edited, this, [this](double length) {
         change([&](TextStamp& s) { s.number.paddingLength = static_cast<std::int64_t>(length); });
-        showSample();
     });
     connect(ui_->paddingCharacterTextField, &QLineEdit::textEdited, this, [this](const QString& character) {
         change([&](TextStamp& s) { s.number.paddingCharacter = character; });
-        showSample();
     });
     ui_->textOpacityField->setSubject(tr("Opacity"), QStringLiteral("textOpacityLabel"));
     connect(ui_->textOpacityField, &OpacityField::edited, this,
@@ -143,6 +139,7 @@ void TextStampWindowController::change(const std::function<void(TextStamp&)>& ed
 {
     if (!editedStamp()) return;
     edit(*text());
+    showSample();
     settingsChanged();
 }
 
@@ -156,10 +153,13 @@ void TextStampWindowController::showSample()
 {
     if (!text()) return;
     const NumberFormat& format = text()->number;
+    const QFont face = FontCatalog().font(
+        {text()->font.fontName.value_or(QString()), text()->isBold, text()->isItalic}, samplePixels);
     const std::array<QLabel*, 3> cells = {ui_->sampleFirstLabel, ui_->sampleNinthLabel,
                                           ui_->sampleTenthLabel};
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const QString sample = numberText(format, samplePages[i], sampleTotal);
+        cells[i]->setFont(face);
         cells[i]->setText(sample);
         cells[i]->setToolTip(tr("Page %1 of %2: %3").arg(samplePages[i]).arg(sampleTotal).arg(sample));
         cells[i]->setAccessibleName(cells[i]->toolTip());
@@ -185,6 +185,7 @@ void TextStampWindowController::fontChanged(int row)
         font.isStandard = chosen.isStandard;
         settingsChanged();
         updateFontTraitsStatus();
+        showSample();
     });
 }
 
@@ -198,7 +199,7 @@ void TextStampWindowController::updateFontTraitsStatus()
         ui_->boldFontCheckbox->setEnabled(traits.bold);
         ui_->italicFontCheckbox->setEnabled(traits.italic);
         const QString substitute =
-            drawn == family ? QString() : tr("Not installed; %1 is used instead").arg(drawn);
+            drawn == family ? QString() : tr("“%1” is not installed; %2 is used.").arg(family, drawn);
         ui_->substituteLabel->setText(substitute);
         ui_->substituteLabel->setToolTip(substitute);
     });
