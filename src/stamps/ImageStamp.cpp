@@ -9,6 +9,13 @@
 
 namespace quillfern {
 
+LoadedPicture LoadedPicture::readFor(const QString& path)
+{
+    PictureBytes bytes = readPictureFile(path);
+    Picture picture = decodePicture(bytes.tiff);
+    return {path, std::move(bytes.tiff), bytes.size, std::move(picture)};
+}
+
 ImageStamp::~ImageStamp()
 {
     removehandlers();
@@ -21,13 +28,27 @@ void ImageStamp::setStampImage(std::optional<QByteArray> bytes)
     if (stampImage_ && !stampImage_->isEmpty()) cacheImage_ = decodePicture(*stampImage_);
 }
 
+void ImageStamp::take(LoadedPicture loaded)
+{
+    stampImagePath = std::move(loaded.path);
+    stampImageWidth = loaded.size.width();
+    stampImageHeight = loaded.size.height();
+    stampImage_ = std::move(loaded.tiff);
+    cacheImage_ = std::move(loaded.picture);
+}
+
 void ImageStamp::loadPicture(const QString& path)
 {
-    PictureBytes picture = readPictureFile(path);
-    setStampImage(std::move(picture.tiff));
-    stampImagePath = path;
-    stampImageWidth = picture.size.width();
-    stampImageHeight = picture.size.height();
+    take(LoadedPicture::readFor(path));
+}
+
+void ImageStamp::removePicture()
+{
+    stampImagePath = QString();
+    stampImageWidth = 0;
+    stampImageHeight = 0;
+    stampImage_ = QByteArray();
+    cacheImage_.reset();
 }
 
 void ImageStamp::draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,

@@ -1,10 +1,25 @@
 #pragma once
 
+#include "platform/drawing/Picture.h"
 #include "stamps/StampBase.h"
 
+#include <QSize>
 #include <optional>
 
 namespace quillfern {
+
+/// A picture file as a stamp takes it. Making one is slow for large pictures and may be done on any thread;
+/// handing it on is not.
+struct LoadedPicture
+{
+    QString path;
+    QByteArray tiff;
+    QSize size; ///< pixels
+    Picture picture;
+
+    /// Reads a BMP, JPEG, PNG or GIF file. Throws Failure when it cannot be used.
+    [[nodiscard]] static LoadedPicture readFor(const QString& path);
+};
 
 /// A stamp that puts a picture on every page. It carries the picture in itself, so that a profile does not
 /// depend on the file it came from.
@@ -25,9 +40,12 @@ class ImageStamp final : public StampBase
     /// Takes over another encoding and decodes it. Throws Failure for bytes that do not decode; they are
     /// kept, and the stamp draws nothing.
     void setStampImage(std::optional<QByteArray> bytes);
-    /// Takes the picture of a BMP, JPEG, PNG or GIF file, its path, and its size in pixels as the drawn size.
-    /// Throws Failure, with nothing changed, when the file cannot be used.
+    /// Takes over a picture, its path, and its size in pixels as the drawn size.
+    void take(LoadedPicture loaded);
+    /// Takes the picture of a file. Throws Failure, with nothing changed, when the file cannot be used.
     void loadPicture(const QString& path);
+    /// Forgets the picture, its path and its size.
+    void removePicture();
     /// The decoded picture; present exactly when stampImage() holds bytes that decode.
     [[nodiscard]] const std::optional<Picture>& cacheImage() const { return cacheImage_; }
 

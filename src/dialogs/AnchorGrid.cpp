@@ -1,0 +1,82 @@
+#include "dialogs/AnchorGrid.h"
+
+#include "dialogs/ThemedIcon.h"
+#include "stamps/MarginAnchor.h"
+
+#include <QGridLayout>
+#include <QToolButton>
+
+namespace quillfern {
+
+namespace {
+
+constexpr int picturePoints = 24;
+
+struct Place
+{
+    std::int32_t anchor;
+    const char* picture;
+    const char* name;
+};
+
+constexpr Place places[] = {
+    {TopLeft, "TopLeft", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Top left")},
+    {TopMiddle, "TopMiddle", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Top centre")},
+    {TopRight, "TopRight", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Top right")},
+    {MiddleLeft, "MiddleLeft", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Middle left")},
+    {MiddleMiddle, "MiddleMiddle", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Centre of the page")},
+    {MiddleRight, "MiddleRight", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Middle right")},
+    {BottomLeft, "BottomLeft", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Bottom left")},
+    {BottomMiddle, "BottomMiddle", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Bottom centre")},
+    {BottomRight, "BottomRight", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Bottom right")},
+};
+
+} // namespace
+
+AnchorGrid::AnchorGrid(QWidget* parent) : QWidget(parent)
+{
+    setLayoutDirection(Qt::LeftToRight);
+    setFocusPolicy(Qt::StrongFocus); // passed on to the button of enterAt()
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(2);
+    grid->setSizeConstraint(QLayout::SetFixedSize);
+    for (const Place& place : places) {
+        auto* button = new QToolButton(this);
+        button->setObjectName(QStringLiteral("margin%1Button").arg(QLatin1String(place.picture)));
+        button->setCheckable(true);
+        button->setAutoRaise(true); // a border only while pressed
+        button->setIcon(themedIcon(QLatin1String(place.picture)));
+        button->setIconSize(QSize(picturePoints, picturePoints));
+        button->setToolTip(tr(place.name));
+        button->setAccessibleName(tr(place.name));
+        group_.addButton(button, place.anchor);
+        grid->addWidget(button, (place.anchor - 1) / 3, (place.anchor - 1) % 3);
+    }
+    enterAt(group_.button(TopLeft));
+    connect(&group_, &QButtonGroup::buttonToggled, this, [this](QAbstractButton* button, bool pressed) {
+        if (pressed) enterAt(button);
+    });
+    connect(&group_, &QButtonGroup::idClicked, this, &AnchorGrid::anchorChosen);
+}
+
+void AnchorGrid::showAnchor(std::int32_t anchor)
+{
+    if (QAbstractButton* button = group_.button(anchor)) {
+        button->setChecked(true);
+    } else if (QAbstractButton* checked = group_.checkedButton()) {
+        group_.setExclusive(false); // an exclusive group never lets go of its last one
+        checked->setChecked(false);
+        group_.setExclusive(true);
+    }
+}
+
+/// The grid is one stop of the Tab key; the arrow keys go on from there.
+void AnchorGrid::enterAt(QAbstractButton* button)
+{
+    for (QAbstractButton* each : group_.buttons())
+        each->setFocusPolicy(each == button ? Qt::StrongFocus : Qt::ClickFocus);
+    setFocusProxy(button);
+}
+
+} // namespace quillfern

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "dialogs/PictureLoader.h"
+#include "dialogs/StampEditorWindow.h"
+#include "platform/desktop/Alerts.h"
+#include "platform/desktop/FilePanels.h"
+#include "stamps/ImageStamp.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace Ui {
+class ImageStampWindow;
+}
+
+namespace quillfern {
+
+class NumberField;
+
+/// The editor of a picture stamp; see StampEditorWindow.
+class ImageStampWindowController final : public StampEditorWindow
+{
+    Q_OBJECT
+
+  public:
+    ImageStampWindowController(ImageStamp& stamp, Numbering& number, StampHost& host, FilePanels& panels,
+                               Alerts& alerts, QWidget* parent);
+    ~ImageStampWindowController() override;
+
+    /// Lets the user choose a picture file.
+    void changeImageAction();
+    /// Reads a picture file and gives it to the stamp. The window stays live meanwhile; a picture that comes
+    /// while editing is disabled waits.
+    void loadPicture(const QString& path);
+    void removeImageAction();
+    /// Whether editing one side of the drawn size changes the other.
+    [[nodiscard]] bool isAspectRatio() const;
+    void setIsAspectRatio(bool locked);
+
+  protected:
+    [[nodiscard]] QString title() const override;
+    void showFields() override;
+    void editingEnabledChanged() override;
+
+  private:
+    [[nodiscard]] ImageStamp* image() const { return static_cast<ImageStamp*>(stamp()); }
+    void change(const std::function<void(ImageStamp&)>& edit);
+    void connectControls();
+    void connectSide(NumberField& field, std::int64_t ImageStamp::*side, NumberField& otherField,
+                     std::int64_t ImageStamp::*otherSide);
+    void take(const LoadedPicture& picture);
+    void showPicture();
+    void showSize();
+
+    std::unique_ptr<Ui::ImageStampWindow> ui_;
+    FilePanels& panels_;
+    Alerts& alerts_;
+    PictureLoader loader_;
+    std::optional<LoadedPicture> waiting_; ///< came while editing was disabled
+};
+
+} // namespace quillfern

@@ -1,0 +1,60 @@
+#include "dialogs/PictureLoader.h"
+
+#include "platform/system/Failure.h"
+
+#include <QPromise>
+#include <QThreadPool>
+#include <memory>
+#include <optional>
+#include <tuple>
+
+namespace quillfern {
+
+void PictureLoader::load(const QString& path)
+{
+    cancel();
+    watcher_ = new QFutureWatcher<LoadedPicture>(this);
+    connect(watcher_, &QFutureWatcher<LoadedPicture>::finished, this, &PictureLoader::finish);
+    const auto promise = std::make_shared<QPromise<LoadedPicture>>(); // a task has to be copyable
+    promise->start();
+    watcher_->setFuture(promise->future());
+    QThreadPool::globalInstance()->start([promise, path] {
+        try {
+            LoadedPicture loaded = LoadedPicture::readFor(path);
+            // Makes every smaller size on the way, so that the first drawing waits for none.
+            std::ignore = loaded.picture.imageFor(QSizeF(1, 1));
+            promise->addResult(std::move(loaded));
+        } catch (...) {
+            promise->setException(std::current_exception());
+        }
+        promise->finish();
+    });
+}
+
+void PictureLoader::cancel()
+{
+    if (!watcher_) return;
+    watcher_->disconnect(this);
+    watcher_->deleteLater();
+    watcher_ = nullptr;
+}
+
+void PictureLoader::finish()
+{
+    auto future = watcher_->future();
+    cancel();
+    std::optional<LoadedPicture> picture;
+    QString reason;
+    try {
+        picture.emplace(future.takeResult());
+    } catch (...) {
+        reason = reasonOfCurrentException();
+    }
+    // Whoever hears of it may end this object: nothing comes after.
+    if (picture)
+        Q_EMIT loaded(*picture);
+    else
+        Q_EMIT failed(reason);
+}
+
+} // namespace quillfern

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/drawing/Picture.h"
+
+#include <QImage>
+#include <QProgressBar>
+#include <QStringList>
+#include <QWidget>
+#include <optional>
+
+namespace quillfern {
+
+/// Shows a stamp's picture, made smaller to fit, on a checkerboard where it is transparent, and takes a
+/// picture file that is dropped on it.
+class PictureView final : public QWidget
+{
+    Q_OBJECT
+
+  public:
+    explicit PictureView(QWidget* parent = nullptr);
+
+    /// The extensions of the files that may be dropped, compared with case.
+    void setTypes(const QStringList& types) { types_ = types; }
+    void showPicture(const std::optional<Picture>& picture);
+    [[nodiscard]] const std::optional<Picture>& picture() const { return picture_; }
+    /// What stands in the place of a picture.
+    void setHint(const QString& hint);
+    /// While a file is read a bar moves; the picture there is stays in sight.
+    void setBusy(bool busy);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+  Q_SIGNALS:
+    void fileDropped(const QString& path);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+  private:
+    [[nodiscard]] QString fileOf(const QDropEvent& event) const;
+    void paintPicture(QPainter& painter);
+    void setDropping(bool dropping);
+
+    QStringList types_;
+    std::optional<Picture> picture_;
+    QImage shown_; ///< the picture at the size it is shown; null until painted
+    QString hint_;
+    QProgressBar bar_;
+    bool isDropping_ = false; ///< a file that would be taken is held over the view
+};
+
+} // namespace quillfern

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "config/Numbering.h"
+#include "dialogs/AnchorGrid.h"
+#include "dialogs/StampHost.h"
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <optional>
+
+namespace quillfern {
+
+/// What the editors of both kinds of stamps share: a window that writes every edit straight into its stamp
+/// and tells the configuration of it, adds the stamp to the list, and removes it. Neither the window nor its
+/// controls touch the stamp after invalidate(), which comes before the stamp dies. Main thread.
+class StampEditorWindow : public QDialog
+{
+    Q_OBJECT
+
+  public:
+    ~StampEditorWindow() override;
+
+    /// Shows the stamp as it is now, and brings the window to the front.
+    void showAndReset();
+    /// Shows the stamp as it is now. A field that is being typed in keeps its caret.
+    void refresh();
+    /// Offers to add a stamp that is not in the list, and to delete one that is.
+    void reset();
+    /// Lets go of the stamp and closes the window.
+    void invalidate();
+    /// While editing is disabled the window says why and changes nothing.
+    void setEditingEnabled(bool enabled);
+
+    void addStampAction();
+    /// The stamp, and with it this editor, may be gone afterwards.
+    void deleteStampAction();
+    void marginAnchorChanged(int anchor);
+    /// Shows the stamp's anchor.
+    void setMarginAnchor();
+
+  protected:
+    /// `isLabelASetting` tells whether the preview is to follow the label as well as the lists.
+    StampEditorWindow(IStampItem& stamp, Numbering& number, StampHost& host, bool isLabelASetting,
+                      QWidget* parent);
+
+    /// The controls of that name in a window's layout.
+    struct SharedControls
+    {
+        QWidget* pane; ///< everything that edits
+        QLineEdit* label;
+        QCheckBox* enabled;
+        AnchorGrid* anchors;
+        QCheckBox* symmetry;
+        QCheckBox* underContent;
+        QWidget* notice; ///< says that editing is disabled
+        QPushButton* add;
+        QPushButton* remove;
+        QPushButton* close;
+    };
+    template <class Layout>
+    static SharedControls sharedControls(const Layout& ui)
+    {
+        return {ui.editorPane,       ui.labelTextField,       ui.enabledCheckbox, ui.anchorGrid,
+                ui.symmetryCheckbox, ui.underContentCheckbox, ui.noticeLabel,     ui.addButton,
+                ui.deleteButton,     ui.closeButton};
+    }
+    /// To be called once, when the layout stands.
+    void connectShared(const SharedControls& controls);
+
+    /// Null once the stamp is let go, and while it must not be edited.
+    [[nodiscard]] IStampItem* editedStamp() const { return isEditingEnabled_ ? stamp_ : nullptr; }
+    /// Null once the stamp is let go.
+    [[nodiscard]] IStampItem* stamp() const { return stamp_; }
+    [[nodiscard]] Numbering& number() const { return number_; }
+    [[nodiscard]] bool isEditingEnabled() const { return isEditingEnabled_; }
+
+    /// To be called after every edit of something that the preview follows.
+    void settingsChanged();
+    /// To be called after any other edit.
+    void stampRenamed();
+
+    [[nodiscard]] virtual QString title() const = 0;
+    /// Shows what only this kind of stamp has. Only called while there is a stamp.
+    virtual void showFields() = 0;
+    /// The window closes, or its stamp must not be edited now: panels that it has open are to go.
+    virtual void closePanels() {}
+    virtual void editingEnabledChanged() {}
+
+    void hideEvent(QHideEvent* event) override;
+    bool event(QEvent* event) override;
+
+  private:
+    [[nodiscard]] bool isInList() const;
+    void showTitle();
+    [[nodiscard]] QString listed() const;
+    void tellListsIfListed();
+
+    IStampItem* stamp_;
+    Numbering& number_;
+    StampHost& host_;
+    bool isLabelASetting_;
+    bool isEditingEnabled_ = true;
+    SharedControls controls_ = {};
+    QString listed_;            ///< what lists showed of the stamp when they were told last
+    QPointer<QWidget> focused_; ///< where typing goes on when editing is enabled again
+};
+
+/// Gives the labels of all forms below `column` the width of the widest, so that the fields line up.
+void alignForms(const QWidget& column);
+
+/// Sets a field's text unless it is there already, which would move the caret.
+void showText(QLineEdit& field, const std::optional<QString>& text);
+
+} // namespace quillfern

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "dialogs/ColorPanel.h"
+#include "dialogs/StampEditorWindow.h"
+#include "stamps/TextStamp.h"
+
+#include <functional>
+#include <memory>
+
+namespace Ui {
+class TextStampWindow;
+}
+
+namespace quillfern {
+
+class ColorButton;
+
+/// The editor of a text stamp; see StampEditorWindow.
+class TextStampWindowController final : public StampEditorWindow
+{
+    Q_OBJECT
+
+  public:
+    /// `colors` is shared by all editors and may go before this window does.
+    TextStampWindowController(TextStamp& stamp, Numbering& number, StampHost& host, ColorPanel& colors,
+                              QWidget* parent);
+    ~TextStampWindowController() override;
+
+    /// Takes over the family in a row of the fonts menu; size and colour stay.
+    void fontChanged(int row);
+    /// Bold and italic are offered where the family has such a member. The stamp's own flags stay.
+    void updateFontTraitsStatus();
+    void textColorAction();
+    void outlineColorAction();
+    void textColorChanged(const QColor& color);
+    void outlineColorChanged(const QColor& color);
+
+  protected:
+    [[nodiscard]] QString title() const override;
+    void showFields() override;
+    void closePanels() override;
+
+  private:
+    [[nodiscard]] TextStamp* text() const { return static_cast<TextStamp*>(stamp()); }
+    void change(const std::function<void(TextStamp&)>& edit);
+    void connectTextControls();
+    void connectFontControls();
+    void insertSlot(const QString& slot);
+    void showSample();
+    void pickColor(const QString& title, const QColor& color,
+                   void (TextStampWindowController::*picked)(const QColor&));
+
+    std::unique_ptr<Ui::TextStampWindow> ui_;
+    QPointer<ColorPanel> colors_;
+};
+
+/// Whether a family has a bold and an italic member, told by the names of its members' styles.
+struct FontTraits
+{
+    bool bold = false;
+    bool italic = false;
+};
+[[nodiscard]] FontTraits traitsOf(const QStringList& styles);
+
+/// What people should know about a template that does not print what it seems to; empty for any other.
+[[nodiscard]] QString templateAdvice(const QString& pattern);
+
+} // namespace quillfern

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "config/StampListOperations.h"
+#include "dialogs/StampEditors.h"
+#include "support/Fakes.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QTest>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace quillfern {
+
+/// Editors over a configuration, whose owner keeps the stamps that are not in the list.
+class EditorFixture : public testing::Test, public StampHost, public NumberingDelegate
+{
+  protected:
+    void SetUp() override { number.setDelegate(this); }
+    void TearDown() override
+    {
+        number.stamps.clear();
+        held.clear();
+        settle();
+        for (const QWidget* window : QApplication::topLevelWidgets())
+            EXPECT_FALSE(window->inherits("quillfern::StampEditorWindow")) << "a window outlives its stamp";
+    }
+
+    void addStamp(IStampItem& stamp) override
+    {
+        ++added;
+        for (const auto& each : held)
+            if (each.get() == &stamp) StampListOperations(number).addStamp(each);
+    }
+    void removeStamp(IStampItem& stamp) override
+    {
+        ++removed;
+        StampListOperations(number).removeStamp(stamp, {});
+        held.clear(); // the stamp is gone when this returns
+    }
+    void stampRenamed(IStampItem&) override { ++renamed; }
+    void PropertyChanged(Numbering&) override { ++told; }
+
+    /// A stamp that is not in the list, or is.
+    template <class Stamp>
+    Stamp& newStamp(bool listed = false)
+    {
+        auto stamp = std::make_shared<Stamp>();
+        if (listed)
+            number.stamps.push_back(stamp);
+        else
+            held.push_back(stamp);
+        return *stamp;
+    }
+
+    /// The window that editing a stamp brings up, active.
+    template <class Window, class Stamp>
+    Window& edit(Stamp& stamp)
+    {
+        main.show();
+        main.activateWindow();
+        QCoreApplication::processEvents();
+        stamp.edit(editors);
+        QCoreApplication::processEvents();
+        const auto active = [] { return dynamic_cast<Window*>(QApplication::activeWindow()); };
+        if (!QTest::qWaitFor([&] { return active() != nullptr; }))
+            throw std::runtime_error("no editor came up");
+        told = renamed = 0;
+        return *active();
+    }
+
+    template <class Control>
+    static Control& control(const QWidget& window, const char* name)
+    {
+        auto* found = window.findChild<Control*>(QString::fromLatin1(name));
+        if (!found) throw std::runtime_error(std::string("no control ") + name);
+        return *found;
+    }
+
+    static void type(QWidget& field, const char* keys)
+    {
+        field.setFocus();
+        QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(&field, QString::fromUtf8(keys));
+    }
+    static void click(QWidget& button)
+    {
+        // A check box is wider than the part of it that can be clicked.
+        const QPoint mark(8, button.height() / 2);
+        QTest::mouseClick(&button, Qt::LeftButton, {}, qobject_cast<QCheckBox*>(&button) ? mark : QPoint());
+    }
+
+    /// Lets what was put off happen.
+    static void settle()
+    {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    /// Every control can be reached, is named and explained, and no two share a key.
+    static void expectUsable(QWidget& window);
+
+    Numbering number;
+    FakePanels panels;
+    FakeAlerts alerts;
+    QWidget main; ///< where people are when they ask for an editor
+    StampEditors editors{number, *this, panels, alerts, nullptr};
+    std::vector<std::shared_ptr<IStampItem>> held;
+    int told = 0;    ///< changes the preview follows
+    int renamed = 0; ///< changes that lists show
+    int added = 0;
+    int removed = 0;
+};
+
+} // namespace quillfern

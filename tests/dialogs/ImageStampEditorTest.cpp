@@ -1,0 +1,264 @@
+#include "dialogs/EditorFixture.h"
+#include "dialogs/FieldFormatters.h"
+#include "dialogs/ImageStampWindowController.h"
+#include "dialogs/OpacityField.h"
+#include "dialogs/PictureView.h"
+#include "dialogs/RotationField.h"
+#include "support/Tools.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QSlider>
+#include <functional>
+
+namespace quillfern {
+namespace {
+
+using Editor = ImageStampWindowController;
+
+class ImageStampEditorTest : public EditorFixture
+{
+  protected:
+    QString picture(const char* name, int width = 400, int height = 100) const
+    {
+        QImage image(width, height, QImage::Format_ARGB32);
+        image.fill(QColor(200, 0, 0, 128));
+        const QString path = scratch.path(QString::fromLatin1(name));
+        if (!image.save(path)) throw std::runtime_error("no picture was written");
+        return path;
+    }
+    static bool isBusy(const Editor& editor)
+    {
+        return control<PictureView>(editor, "stampImageView").findChild<QProgressBar*>()->isVisible();
+    }
+    static void waitUntilRead(const Editor& editor)
+    {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !isBusy(editor); }, 20'000));
+    }
+    static bool drop(PictureView& view, const QList<QUrl>& urls)
+    {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, {});
+        enter.ignore();
+        QCoreApplication::sendEvent(&view, &enter);
+        if (!enter.isAccepted()) return false;
+        QDropEvent event(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&view, &event);
+        return event.isAccepted();
+    }
+
+    Scratch scratch;
+};
+
+TEST_F(ImageStampEditorTest, APictureIsChosenKeptAsTiffAndRemoved)
+{
+    auto& stamp = newStamp<ImageStamp>();
+    auto& editor = edit<Editor>(stamp);
+    auto& remove = control<QWidget>(editor, "removeImageButton");
+    EXPECT_FALSE(remove.isEnabled());
+    EXPECT_EQ(editor.windowTitle(), QStringLiteral("Image Stamp Properties []"));
+
+    click(control<QWidget>(editor, "chooseButton")); // the user closes the panel
+    ASSERT_EQ(panels.opened.size(), 1);
+    EXPECT_EQ(panels.opened[0].message,
+              QStringLiteral("Please Select Stamp Image (Only BMP,JPG,JPEG,PNG,GIF Files):"));
+    EXPECT_EQ(panels.opened[0].types.join(u' '), QStringLiteral("bmp BMP jpg JPG jpeg JPEG png PNG gif GIF"));
+    EXPECT_FALSE(panels.opened[0].folders || panels.opened[0].multiple || isBusy(editor));
+
+    panels.answers = {{picture("seal.v2.jpg")}};
+    click(control<QWidget>(editor, "chooseButton"));
+    EXPECT_TRUE(isBusy(editor));
+    EXPECT_EQ(told, 0);
+    waitUntilRead(editor);
+    EXPECT_EQ(told, 1);
+    EXPECT_TRUE(stamp.stampImage()->startsWith("II*") || stamp.stampImage()->startsWith("MM"));
+    EXPECT_EQ(stamp.stampImagePath, scratch.path(QStringLiteral("seal.v2.jpg")));
+    EXPECT_EQ(stamp.stampImageWidth, 400);
+    EXPECT_EQ(stamp.stampImageHeight, 100);
+    EXPECT_TRUE(control<PictureView>(editor, "stampImageView").picture());
+    EXPECT_TRUE(remove.isEnabled() && editor.isAspectRatio());
+    EXPECT_EQ(editor.windowTitle(), QStringLiteral("Image Stamp Properties [seal.v2]"));
+    type(control<QLineEdit>(editor, "labelTextField"), "Seal");
+    EXPECT_EQ(editor.windowTitle(), QStringLiteral("Image Stamp Properties [Seal]"));
+    EXPECT_EQ(told, 1); // the label is not part of the preview
+    EXPECT_GT(renamed, 0);
+
+    click(remove);
+    EXPECT_TRUE(stamp.stampImage() && stamp.stampImage()->isEmpty() && stamp.stampImagePath->isEmpty());
+    EXPECT_EQ(stamp.stampImageWidth + stamp.stampImageHeight, 0);
+    EXPECT_FALSE(stamp.cacheImage());
+    EXPECT_FALSE(control<PictureView>(editor, "stampImageView").picture());
+    EXPECT_FALSE(remove.isEnabled());
+    EXPECT_EQ(told, 2);
+}
+
+TEST_F(ImageStampEditorTest, AFileThatIsNoPictureChangesNothing)
+{
+    auto& stamp = newStamp<ImageStamp>();
+    stamp.loadPicture(picture("good.png"));
+    const auto before = stamp.getData();
+    auto& editor = edit<Editor>(stamp);
+    for (const QString& path :
+         {scratch.write(QStringLiteral("bad.png"), "no picture"), scratch.path(QStringLiteral("gone.png"))}) {
+        alerts.criticals.clear();
+        editor.loadPicture(path);
+        waitUntilRead(editor);
+        EXPECT_EQ(alerts.criticals, QStringList(QStringLiteral("Unable to load selected image!")));
+        EXPECT_EQ(stamp.getData(), before);
+        EXPECT_EQ(told, 0);
+    }
+}
+
+TEST_F(ImageStampEditorTest, TakesOnlyPictureFilesThatAreDropped)
+{
+    const QUrl good = QUrl::fromLocalFile(picture("drop.PNG"));
+    const struct
+    {
+        QList<QUrl> urls;
+        bool isTaken;
+    } rows[] = {{{good}, true},
+                {{good, good}, false},
+                {{QUrl::fromLocalFile(scratch.path(QStringLiteral("a.pdf")))}, false},
+                {{QUrl::fromLocalFile(scratch.path(QStringLiteral("a.Png")))}, false},
+                {{QUrl(QStringLiteral("https://example.org/a.png"))}, false},
+                {{}, false}};
+    for (const auto& row : rows) {
+        auto& stamp = newStamp<ImageStamp>();
+        auto& editor = edit<Editor>(stamp);
+        EXPECT_EQ(drop(control<PictureView>(editor, "stampImageView"), row.urls), row.isTaken);
+        waitUntilRead(editor);
+        EXPECT_EQ(stamp.stampImageWidth, row.isTaken ? 400 : 0);
+    }
+}
+
+TEST_F(ImageStampEditorTest, TheAspectLockCutsToWholePoints)
+{
+    const char* width = "stampImageWidthTextField";
+    const char* height = "stampImageHeightTextField";
+    const struct
+    {
+        int pictureWidth, pictureHeight;
+        bool isLocked;
+        const char* field;
+        const char* keys;
+        std::int64_t expectedWidth, expectedHeight;
+    } rows[] = {
+        {400, 100, true, width, "200", 200, 50},
+        {400, 100, true, width, "203", 203, 50},
+        {400, 100, true, height, "33", 132, 33},
+        {300, 70, true, height, "10", 42, 10},
+        {400, 100, true, width, "", 400, 100}, // nothing is typed
+        {400, 100, false, width, "200", 200, 100},
+        {1, 400, true, width, "2147483647", 2147483647, 2147483647},
+        {400, 100, true, width, "9999999999", 2147483647, 536870911},
+    };
+    for (const auto& row : rows) {
+        auto& stamp = newStamp<ImageStamp>();
+        stamp.loadPicture(picture("a.png", row.pictureWidth, row.pictureHeight));
+        auto& editor = edit<Editor>(stamp);
+        EXPECT_TRUE(editor.isAspectRatio());
+        if (!row.isLocked) click(control<QWidget>(editor, "aspectRatioCheckbox"));
+        type(control<QWidget>(editor, row.field), row.keys);
+        EXPECT_EQ(stamp.stampImageWidth, row.expectedWidth) << row.keys;
+        EXPECT_EQ(stamp.stampImageHeight, row.expectedHeight) << row.keys;
+        QTest::keyClick(&control<QWidget>(editor, row.field), Qt::Key_Return);
+        EXPECT_EQ(control<NumberField>(editor, width).integerValue(), row.expectedWidth);
+        EXPECT_EQ(control<NumberField>(editor, height).integerValue(), row.expectedHeight);
+    }
+    auto& bare = newStamp<ImageStamp>(); // no picture, no proportions
+    auto& editor = edit<Editor>(bare);
+    editor.setIsAspectRatio(true);
+    type(control<QWidget>(editor, width), "20");
+    EXPECT_EQ(bare.stampImageWidth, 20);
+    EXPECT_EQ(bare.stampImageHeight, 0);
+}
+
+TEST_F(ImageStampEditorTest, TheOtherControlsWriteTheirFields)
+{
+    auto& stamp = newStamp<ImageStamp>();
+    auto& editor = edit<Editor>(stamp);
+    QTest::keyClick(control<QWidget>(editor, "imageOpacityField").findChild<QSlider*>(), Qt::Key_PageDown);
+    EXPECT_EQ(stamp.stampImageOpacity, 90);
+    EXPECT_EQ(control<QLabel>(editor, "imageOpacityLabel").text(), QStringLiteral("90%"));
+    type(control<QWidget>(editor, "rotationSpinBox"), "45.7"); // whole degrees: the point is refused
+    EXPECT_EQ(stamp.stampImageRotation, 45);
+    click(control<QWidget>(editor, "marginTopRightButton"));
+    EXPECT_EQ(stamp.marginAnchor(), TopRight);
+    EXPECT_GE(told, 3);
+}
+
+TEST_F(ImageStampEditorTest, StrangeValuesSurviveUntilTheyAreEdited)
+{
+    auto& stamp = newStamp<ImageStamp>(true);
+    ASSERT_ANY_THROW(stamp.setStampImage(QByteArray("II*damaged")));
+    stamp.stampImageWidth = 1'000'000'000;
+    stamp.stampImageHeight = -7;
+    stamp.stampImageOpacity = 250;
+    stamp.stampImageRotation = -1'000'000;
+    stamp.setMarginAnchor(-1);
+    stamp.setLabel(std::nullopt);
+    stamp.stampImagePath = std::nullopt;
+    const auto before = stamp.getData();
+    auto& editor = edit<Editor>(stamp);
+    for (int i = 0; i < 25; ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(stamp.getData(), before);
+    EXPECT_EQ(stamp.stampImageHeight, -7);
+    EXPECT_EQ(told + renamed, 0);
+    EXPECT_TRUE(control<QWidget>(editor, "removeImageButton").isEnabled());
+}
+
+TEST_F(ImageStampEditorTest, APictureBeingReadMayLoseItsWindow)
+{
+    const QString path = picture("large.png", 3000, 2000);
+    const struct
+    {
+        const char* what;
+        std::function<void(Editor&)> end;
+        std::int64_t width; ///< the stamp's afterwards; -1 when it is gone
+    } rows[] = {
+        {"read to the end", [](Editor&) {}, 3000},
+        {"window closed", [](Editor& e) { e.close(); }, 3000},
+        {"removed meanwhile", [](Editor& e) { e.removeImageAction(); }, 0},
+        {"another chosen meanwhile", [&](Editor& e) { e.loadPicture(picture("small.png", 30, 20)); }, 30},
+        {"stamp deleted", [&](Editor& e) { e.deleteStampAction(); }, -1},
+        {"list replaced", [&](Editor&) { number.stamps.clear(); }, -1},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        auto& stamp = newStamp<ImageStamp>(true);
+        auto& editor = edit<Editor>(stamp);
+        editor.loadPicture(path);
+        row.end(editor);
+        settle();
+        if (row.width < 0) continue;
+        ASSERT_TRUE(QTest::qWaitFor([&] { return stamp.stampImageWidth == row.width; }, 20'000));
+        number.stamps.clear();
+    }
+    QTest::qWait(50);
+    EXPECT_TRUE(alerts.criticals.isEmpty());
+}
+
+TEST_F(ImageStampEditorTest, APictureThatComesDuringAJobWaitsForItsEnd)
+{
+    auto& stamp = newStamp<ImageStamp>(true);
+    auto& editor = edit<Editor>(stamp);
+    editor.loadPicture(picture("a.png"));
+    editors.setEditorsEnabled(false);
+    waitUntilRead(editor);
+    EXPECT_EQ(stamp.stampImageWidth, 0);
+    editors.setEditorsEnabled(true);
+    EXPECT_EQ(stamp.stampImageWidth, 400);
+}
+
+TEST_F(ImageStampEditorTest, IsUsableFromTheKeyboardAndBySpeech)
+{
+    auto& stamp = newStamp<ImageStamp>();
+    stamp.loadPicture(picture("a.png"));
+    expectUsable(edit<Editor>(stamp));
+}
+
+} // namespace
+} // namespace quillfern

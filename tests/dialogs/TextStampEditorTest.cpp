@@ -1,0 +1,378 @@
+#include "dialogs/ColorButton.h"
+#include "dialogs/EditorFixture.h"
+#include "dialogs/FontMenu.h"
+#include "dialogs/OpacityField.h"
+#include "dialogs/RotationDial.h"
+#include "dialogs/TextStampWindowController.h"
+
+#include <QAbstractItemView>
+#include <QColorDialog>
+#include <QCompleter>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QSlider>
+#include <QToolButton>
+#include <QWindow>
+#include <cmath>
+#include <functional>
+#include <limits>
+
+namespace quillfern {
+namespace {
+
+using Editor = TextStampWindowController;
+
+class TextStampEditorTest : public EditorFixture
+{
+  protected:
+    static QColorDialog* panel()
+    {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            auto* dialog = qobject_cast<QColorDialog*>(window);
+            if (dialog && dialog->isVisible()) return dialog;
+        }
+        return nullptr;
+    }
+};
+
+TEST_F(TextStampEditorTest, EveryControlWritesItsFieldAndTells)
+{
+    const auto typing = [](const char* name, const char* keys) {
+        return [=](Editor& e) {
+            auto& field = control<QWidget>(e, name);
+            type(field, keys);
+            EXPECT_TRUE(field.hasFocus()) << name;
+        };
+    };
+    const auto clicking = [](const char* name) {
+        return [=](Editor& e) { click(control<QWidget>(e, name)); };
+    };
+    const auto choosing = [](const char* name, int steps) {
+        return [=](Editor& e) {
+            auto& menu = control<QComboBox>(e, name);
+            menu.setFocus();
+            for (int i = 0; i < steps; ++i)
+                QTest::keyClick(&menu, Qt::Key_Down);
+        };
+    };
+    const auto sliding = [](const char* field) {
+        return [=](Editor& e) {
+            QTest::keyClick(control<QWidget>(e, field).findChild<QSlider*>(), Qt::Key_PageDown);
+        };
+    };
+    const struct
+    {
+        const char* what;
+        std::function<void(Editor&)> act;
+        std::function<bool(const TextStamp&)> holds;
+        bool previewFollows;
+        bool listsShow;
+    } rows[] = {
+        {"label", typing("labelTextField", "Number"),
+         [](auto& s) { return s.label() == QStringLiteral("Number"); }, true, true},
+        {"enabled", clicking("enabledCheckbox"), [](auto& s) { return !s.isSelected(); }, true, true},
+        {"template", typing("numberFormatTextField", "p. {0}"),
+         [](auto& s) { return s.number.numberFormat == QStringLiteral("p. {0}"); }, true, true},
+        {"number style", choosing("numberTypePopup", 1),
+         [](auto& s) { return s.number.numberType == RomanNumbersCapital; }, true, true},
+        {"padding length", typing("paddingLengthSpinBox", "4"),
+         [](auto& s) { return s.number.paddingLength == 4; }, true, false},
+        {"only one padding character", typing("paddingCharacterTextField", "*#"),
+         [](auto& s) { return s.number.paddingCharacter == QStringLiteral("*"); }, true, false},
+        {"font size", typing("fontSizeSpinBox", "10.5"), [](auto& s) { return s.font.fontSize == 10.5; },
+         true, false},
+        {"underline", clicking("underlineCheckbox"), [](auto& s) { return s.isUnderline; }, true, false},
+        {"embed", clicking("embedFontCheckbox"), [](auto& s) { return s.isEmbedFont; }, true, false},
+        {"opacity slid", sliding("textOpacityField"), [](auto& s) { return s.textOpacity == 90; }, true,
+         false},
+        {"opacity typed",
+         [](Editor& e) { type(*control<OpacityField>(e, "textOpacityField").exactField(), "75"); },
+         [](auto& s) { return s.textOpacity == 75; }, true, false},
+        {"outline opacity", sliding("outlineOpacityField"), [](auto& s) { return s.outlineOpacity == 90; },
+         true, false},
+        {"outline width", typing("outlineWidthSpinBox", "3"), [](auto& s) { return s.outlineWidth == 3; },
+         true, false},
+        {"rotation typed", typing("rotationSpinBox", "45.7"), [](auto& s) { return s.textRotation == 45.7; },
+         true, false},
+        {"rotation downward", typing("rotationSpinBox", "-30"), [](auto& s) { return s.textRotation == -30; },
+         true, false},
+        {"rotation snapped", clicking("rotate90Button"), [](auto& s) { return s.textRotation == 90; }, true,
+         false},
+        {"rotation dialled up",
+         [](Editor& e) {
+             auto& dial = control<RotationDial>(e, "rotationDial");
+             QTest::mouseClick(&dial, Qt::LeftButton, {}, QPoint(dial.width() / 2 + 1, 2));
+         },
+         [](auto& s) { return s.textRotation == 90; }, true, false},
+        {"rotation by key",
+         [](Editor& e) { QTest::keyClick(&control<QWidget>(e, "rotationDial"), Qt::Key_Down); },
+         [](auto& s) { return s.textRotation == 359; }, true, false},
+        {"anchor", clicking("marginBottomMiddleButton"),
+         [](auto& s) { return s.marginAnchor() == BottomMiddle; }, true, false},
+        {"facing pages", clicking("symmetryCheckbox"), [](auto& s) { return s.isSymmetry(); }, false, true},
+        {"under content", clicking("underContentCheckbox"), [](auto& s) { return s.isDrawUnderPDFContent(); },
+         false, true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        auto& stamp = newStamp<TextStamp>();
+        auto& editor = edit<Editor>(stamp);
+        row.act(editor);
+        EXPECT_TRUE(row.holds(stamp));
+        EXPECT_EQ(told > 0, row.previewFollows);
+        EXPECT_EQ(renamed > 0, row.listsShow);
+        editor.close();
+    }
+}
+
+TEST_F(TextStampEditorTest, StrangeValuesSurviveUntilTheyAreEdited)
+{
+    auto& stamp = newStamp<TextStamp>(true);
+    stamp.textOpacity = 250;
+    stamp.outlineOpacity = -5;
+    stamp.outlineWidth = 1'000'000'000;
+    stamp.number.paddingLength = 70'000;
+    stamp.number.paddingCharacter = QStringLiteral("ab");
+    stamp.number.numberFormat = std::nullopt;
+    stamp.number.numberType = 9;
+    stamp.underlineStyle = 3;
+    stamp.isUnderline = true;
+    stamp.textRotation = 1234.5678;
+    stamp.font.fontSize = 0;
+    stamp.font.fontName = QStringLiteral("No Such Family");
+    stamp.font.fontColor = std::nullopt;
+    stamp.outlineColor = QColor(1, 2, 3, 4);
+    stamp.setMarginAnchor(12);
+    stamp.setLabel(std::nullopt);
+
+    auto& editor = edit<Editor>(stamp);
+    for (int i = 0; i < 40; ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QTest::keyClick(&editor, Qt::Key_Escape);
+    EXPECT_FALSE(editor.isVisible());
+    edit<Editor>(stamp);
+    EXPECT_EQ(told + renamed, 0);
+    EXPECT_EQ(stamp.textOpacity, 250);
+    EXPECT_EQ(stamp.outlineOpacity, -5);
+    EXPECT_EQ(stamp.outlineWidth, 1'000'000'000);
+    EXPECT_EQ(stamp.number, (NumberFormat{std::nullopt, 9, 70'000, QStringLiteral("ab")}));
+    EXPECT_EQ(stamp.underlineStyle, 3);
+    EXPECT_EQ(stamp.textRotation, 1234.5678);
+    EXPECT_EQ(stamp.font.fontSize, 0);
+    EXPECT_EQ(stamp.font.fontName, QStringLiteral("No Such Family"));
+    EXPECT_FALSE(stamp.font.fontColor);
+    EXPECT_EQ(stamp.outlineColor, QColor(1, 2, 3, 4));
+    EXPECT_EQ(stamp.marginAnchor(), 12);
+    EXPECT_FALSE(stamp.label());
+    EXPECT_EQ(control<QLabel>(editor, "textOpacityLabel").text(), QStringLiteral("250%"));
+    EXPECT_EQ(control<FontMenu>(editor, "fontsPopup").currentText(), QStringLiteral("No Such Family"));
+
+    QTest::keyClick(control<OpacityField>(editor, "textOpacityField").exactField(), Qt::Key_Down);
+    EXPECT_EQ(stamp.textOpacity, 100);
+    EXPECT_EQ(control<QLabel>(editor, "textOpacityLabel").text(), QStringLiteral("100%"));
+}
+
+TEST_F(TextStampEditorTest, TypingGoesOnWhereItIs)
+{
+    auto& stamp = newStamp<TextStamp>();
+    auto& editor = edit<Editor>(stamp);
+    auto& field = control<QLineEdit>(editor, "numberFormatTextField");
+    field.setFocus();
+    field.setCursorPosition(3);
+    QTest::keyClicks(&field, QStringLiteral(" and"));
+    click(control<QWidget>(editor, "insertTotalButton"));
+    QTest::keyClicks(&field, QStringLiteral("!"));
+    QTest::keyClick(&field, Qt::Key_Return); // presses no button
+    EXPECT_EQ(stamp.number.numberFormat, QStringLiteral("{0} and{1}! of {1}"));
+    EXPECT_EQ(field.cursorPosition(), 11);
+    EXPECT_TRUE(field.hasFocus() && editor.isVisible());
+    editors.refreshEditors();
+    EXPECT_EQ(field.cursorPosition(), 11);
+}
+
+TEST_F(TextStampEditorTest, TheTitleNamesTheStampToTheLetter)
+{
+    auto& stamp = newStamp<TextStamp>();
+    auto& editor = edit<Editor>(stamp);
+    EXPECT_EQ(editor.windowHandle()->title(),
+              QStringLiteral("Text Stamp Properties [ Numbers [{0} of {1}] ]"));
+    for (const char* pattern : {"*", "%1 %2 [*]"}) {
+        type(control<QLineEdit>(editor, "numberFormatTextField"), pattern);
+        EXPECT_EQ(editor.windowHandle()->title(), QStringLiteral("Text Stamp Properties [ Numbers [") +
+                                                      QString::fromLatin1(pattern) + QStringLiteral("] ]"));
+    }
+}
+
+TEST_F(TextStampEditorTest, TheSampleShowsWhatIsPrinted)
+{
+    const struct
+    {
+        NumberFormat format;
+        const char* sample;
+        bool isAdvised;
+    } rows[] = {
+        {{QStringLiteral("{0} of {1}"), Numbers, 3, QStringLiteral("0")},
+         "001 of 120|009 of 120|010 of 120",
+         false},
+        {{QStringLiteral("{1} of {0}"), Numbers, 1, QStringLiteral("0")},
+         "1 of 120|9 of 120|10 of 120",
+         true},
+        {{QStringLiteral("{0}"), RomanNumbersSmall, 1, QStringLiteral("0")}, "i|ix|x", false},
+        {{QStringLiteral("{1}"), Numbers, 1, QStringLiteral("0")}, "1|9|10", true},
+        {{QStringLiteral("{0}{1}{1}"), Numbers, 1, QStringLiteral("0")}, "1120|9120|10120", true},
+        {{QStringLiteral("{1} & {0}"), PlainText, 1, QStringLiteral("0")},
+         "{1} & {0}|{1} & {0}|{1} & {0}",
+         false},
+    };
+    for (const auto& row : rows) {
+        auto& stamp = newStamp<TextStamp>();
+        stamp.number = row.format;
+        auto& editor = edit<Editor>(stamp);
+        QStringList shown;
+        for (const char* name : {"sampleFirstLabel", "sampleNinthLabel", "sampleTenthLabel"})
+            shown.append(control<QLabel>(editor, name).text());
+        EXPECT_EQ(shown.join(QLatin1Char('|')), QString::fromLatin1(row.sample));
+        EXPECT_EQ(!control<QLabel>(editor, "templateAdviceLabel").text().isEmpty(), row.isAdvised)
+            << row.sample;
+    }
+}
+
+TEST_F(TextStampEditorTest, AnchorsAreChosenWithTheArrowKeysAndOneIsBordered)
+{
+    auto& stamp = newStamp<TextStamp>();
+    auto& editor = edit<Editor>(stamp);
+    const auto bordered = [&] {
+        QStringList names;
+        for (const auto* button : control<QWidget>(editor, "anchorGrid").findChildren<QToolButton*>()) {
+            EXPECT_FALSE(button->icon().isNull());
+            if (button->isChecked()) names.append(button->objectName());
+        }
+        return names.join(QLatin1Char(' '));
+    };
+    EXPECT_EQ(bordered(), QString()); // a new stamp has no anchor
+    click(control<QWidget>(editor, "marginMiddleMiddleButton"));
+    const struct
+    {
+        Qt::Key key;
+        std::int32_t anchor;
+        const char* button;
+    } rows[] = {{Qt::Key_Right, MiddleRight, "marginMiddleRightButton"},
+                {Qt::Key_Down, BottomRight, "marginBottomRightButton"},
+                {Qt::Key_Left, BottomMiddle, "marginBottomMiddleButton"},
+                {Qt::Key_Up, MiddleMiddle, "marginMiddleMiddleButton"}};
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        editor.setLayoutDirection(direction);
+        for (const auto& row : rows) {
+            QTest::keyClick(QApplication::focusWidget(), row.key);
+            EXPECT_EQ(stamp.marginAnchor(), row.anchor) << row.button;
+            EXPECT_EQ(bordered(), QString::fromLatin1(row.button));
+        }
+    }
+    stamp.setMarginAnchor(None);
+    editor.setMarginAnchor();
+    EXPECT_EQ(bordered(), QString());
+}
+
+TEST_F(TextStampEditorTest, AFamilyIsFoundByTypingAndKeepsSizeAndColour)
+{
+    ASSERT_GT(number.fonts().size(), 1U);
+    const PDFFont wanted = number.fonts().back();
+    auto& stamp = newStamp<TextStamp>();
+    stamp.font.fontSize = 31;
+    stamp.font.fontColor = QColor(Qt::red);
+    auto& editor = edit<Editor>(stamp);
+    auto& menu = control<FontMenu>(editor, "fontsPopup");
+    EXPECT_EQ(menu.count(), static_cast<int>(number.fonts().size()));
+
+    type(menu, wanted.fontName->toUpper().toUtf8().constData());
+    EXPECT_EQ(stamp.font.fontName, QStringLiteral("Helvetica")); // until it is chosen
+    menu.completer()->popup()->hide();
+    QTest::keyClick(&menu, Qt::Key_Return);
+    PDFFont expected = wanted;
+    expected.fontSize = 31;
+    expected.fontColor = QColor(Qt::red);
+    EXPECT_EQ(stamp.font, expected);
+    EXPECT_EQ(told, 1);
+    EXPECT_FALSE(number.isUpdating());
+    EXPECT_EQ(menu.currentText(), *wanted.fontName);
+
+    type(menu, "no such fam");
+    menu.completer()->popup()->hide();
+    control<QWidget>(editor, "labelTextField").setFocus();
+    EXPECT_EQ(menu.currentText(), *wanted.fontName);
+    EXPECT_EQ(stamp.font, expected);
+    editor.fontChanged(-1);
+    editor.fontChanged(menu.count());
+    EXPECT_EQ(stamp.font, expected);
+}
+
+TEST_F(TextStampEditorTest, BoldAndItalicFollowTheFamily)
+{
+    const struct
+    {
+        QStringList styles;
+        bool bold;
+        bool italic;
+    } rows[] = {{{QStringLiteral("Book"), QStringLiteral("Oblique")}, false, false},
+                {{QStringLiteral("SemiBold Italic")}, true, true},
+                {{QStringLiteral("Regular"), QStringLiteral("italic")}, false, true},
+                {{}, false, false}};
+    for (const auto& row : rows) {
+        const FontTraits traits = traitsOf(row.styles);
+        EXPECT_EQ(traits.bold, row.bold) << row.styles.join(u' ').toStdString();
+        EXPECT_EQ(traits.italic, row.italic) << row.styles.join(u' ').toStdString();
+    }
+    auto& stamp = newStamp<TextStamp>();
+    stamp.isBold = stamp.isItalic = true;
+    auto& editor = edit<Editor>(stamp);
+    for (int row = 0; row < static_cast<int>(number.fonts().size()); ++row) {
+        editor.fontChanged(row);
+        if (!QFontDatabase::hasFamily(*stamp.font.fontName)) continue; // stands for another
+        const FontTraits traits = traitsOf(QFontDatabase::styles(*stamp.font.fontName));
+        EXPECT_EQ(control<QWidget>(editor, "boldFontCheckbox").isEnabled(), traits.bold);
+        EXPECT_EQ(control<QWidget>(editor, "italicFontCheckbox").isEnabled(), traits.italic);
+        EXPECT_TRUE(stamp.isBold && stamp.isItalic);
+    }
+}
+
+TEST_F(TextStampEditorTest, OneColourPanelServesWhoeverAskedLast)
+{
+    auto& first = newStamp<TextStamp>();
+    auto& second = newStamp<TextStamp>(true);
+    auto& firstEditor = edit<Editor>(first);
+    auto& secondEditor = edit<Editor>(second);
+    click(control<QWidget>(firstEditor, "textColorButton"));
+    QColorDialog* const dialog = panel();
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(dialog->currentColor(), QColor(Qt::black));
+    EXPECT_FALSE(dialog->testOption(QColorDialog::ShowAlphaChannel));
+    told = 0;
+    dialog->setCurrentColor(QColor(Qt::red));
+    EXPECT_EQ(first.font.fontColor, QColor(255, 0, 0));
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(control<ColorButton>(firstEditor, "textColorButton").color(), QColor(255, 0, 0));
+
+    click(control<QWidget>(secondEditor, "outlineColorButton"));
+    EXPECT_EQ(panel(), dialog);
+    EXPECT_EQ(second.outlineColor, QColor(Qt::black)); // being shown a colour changes none
+    dialog->setCurrentColor(QColor(0, 0, 200));
+    EXPECT_EQ(second.outlineColor, QColor(0, 0, 200));
+    EXPECT_EQ(first.font.fontColor, QColor(255, 0, 0));
+    EXPECT_EQ(first.outlineColor, QColor(Qt::black));
+
+    firstEditor.close(); // not the one that is served
+    EXPECT_TRUE(panel());
+    number.stamps.clear();
+    EXPECT_FALSE(panel());
+    dialog->setCurrentColor(QColor(Qt::green)); // reaches nobody
+    settle();
+    dialog->setCurrentColor(QColor(Qt::white));
+}
+
+TEST_F(TextStampEditorTest, IsUsableFromTheKeyboardAndBySpeech)
+{
+    expectUsable(edit<Editor>(newStamp<TextStamp>()));
+}
+
+} // namespace
+} // namespace quillfern
