@@ -23,13 +23,13 @@ std::optional<QImage> PreviewModel::PropertyChanged(const PreviewState& state)
 
 std::int64_t PreviewModel::pageTotal(const PreviewState& state) const
 {
-    if (state.files.empty()) return samplePages;
+    if (state.filePagesList.empty()) return samplePages;
     // Of the first file, whichever is selected.
-    std::int64_t total = state.files.front().pages;
+    std::int64_t total = state.filePagesList.front();
     if (number_.isContinuousNumbering()) {
         total = 0;
-        for (const PreviewState::File& file : state.files)
-            total += file.pages;
+        for (const std::int32_t pages : state.filePagesList)
+            total += pages;
     }
     return number_.endPage() != 0 ? std::min(total, number_.endPage()) : total;
 }
@@ -40,14 +40,13 @@ QImage PreviewModel::draw(const PreviewState& state)
     const Preview::View view{state.size, state.density, highlight};
     const std::int64_t total = pageTotal(state);
     const bool isSelected =
-        state.selectedFile >= 0 && static_cast<std::size_t>(state.selectedFile) < state.files.size();
+        state.selectedFile >= 0 && static_cast<std::size_t>(state.selectedFile) < state.filePagesList.size();
     if (!number_.isLivePreview() || !isSelected) return preview_.preview2(total, view);
 
     Preview::LivePage page;
-    page.filePath = state.files[static_cast<std::size_t>(state.selectedFile)].path;
+    page.filePath = state.selectedPath;
     page.fileIndex = state.selectedFile;
-    for (const PreviewState::File& file : state.files)
-        page.filePagesList.push_back(file.pages);
+    page.filePagesList = state.filePagesList;
     page.totalPages = number_.isContinuousNumbering() ? total : 0;
     return preview_.previewLive(page, view);
 }

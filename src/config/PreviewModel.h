@@ -9,15 +9,10 @@ namespace quillfern {
 /// What of the window decides about the picture in it.
 struct PreviewState
 {
-    struct File
-    {
-        QString path;
-        std::int32_t pages = 0;
-    };
-
     bool isJobRunning = false;
-    std::vector<File> files; ///< the whole list, in order
-    int selectedFile = -1;   ///< the first selected row; -1 for none
+    std::vector<std::int32_t> filePagesList; ///< the page count of every file of the list, in order
+    int selectedFile = -1;                   ///< the first selected row; -1 for none
+    QString selectedPath;                    ///< that file's
     int selectedStamp = -1;
     QSizeF size;        ///< of the picture's place, device-independent pixels
     double density = 1; ///< device pixels in one of them

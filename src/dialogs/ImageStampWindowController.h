@@ -10,11 +10,11 @@
 #include <memory>
 #include <optional>
 
+namespace quillfern {
+
 namespace Ui {
 class ImageStampWindow;
 }
-
-namespace quillfern {
 
 class NumberField;
 

@@ -7,11 +7,11 @@
 #include <functional>
 #include <memory>
 
+namespace quillfern {
+
 namespace Ui {
 class TextStampWindow;
 }
-
-namespace quillfern {
 
 class ColorButton;
 

@@ -47,8 +47,11 @@ bool drawPreview(Numbering& number, const FileList& files, const QSize& size, co
     number.setIsLivePreview(true);
     PreviewState state;
     for (const FileItem* file : files.items())
-        state.files.push_back({localPath(file->filePath()), file->pages()});
-    state.selectedFile = files.empty() ? -1 : 0;
+        state.filePagesList.push_back(file->pages());
+    if (!files.empty()) {
+        state.selectedFile = 0;
+        state.selectedPath = files.at(0).path();
+    }
     state.size = size;
 
     RenderProcess renderer(RenderProcess::installedProgram());

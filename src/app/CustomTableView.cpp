@@ -1,0 +1,149 @@
+#include "app/CustomTableView.h"
+
+#include "filelist/FileListModel.h"
+
+#include <QAction>
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QHeaderView>
+#include <QMenu>
+
+namespace quillfern {
+
+CustomTableView::CustomTableView(QWidget* parent) : QTableView(parent)
+{
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    setDragDropMode(DragDrop);
+    setDefaultDropAction(Qt::CopyAction);
+    setDropIndicatorShown(false); // a drop adds to the list as a whole, not between rows
+    setShowGrid(false);
+    setAlternatingRowColors(true);
+    setWordWrap(false);
+    setTextElideMode(Qt::ElideMiddle);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setTabKeyNavigation(false); // or the keyboard would never get out of the table
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+    horizontalHeader()->setSectionsMovable(true);
+    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); // files stay in the order they came in
+    horizontalHeader()->setSortIndicatorClearable(true);
+}
+
+void CustomTableView::layOutColumns()
+{
+    const int letter = fontMetrics().averageCharWidth();
+    const std::pair<int, int> letters[] = {
+        {FileListModel::IsSelectedColumn, 5},   {FileListModel::NameColumn, 30},
+        {FileListModel::PagesColumn, 9},        {FileListModel::SizeColumn, 11},
+        {FileListModel::TypeColumn, 8},         {FileListModel::DateModifiedColumn, 24},
+        {FileListModel::DateCreatedColumn, 24}, {FileListModel::DateAccessedColumn, 24},
+        {FileListModel::LocationColumn, 60},
+    };
+    for (const auto& [column, count] : letters)
+        setColumnWidth(column, letter * count);
+}
+
+CustomTableView::Key CustomTableView::keyOf(const QKeyEvent& event) const
+{
+    const bool isPlain = (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    const bool isControl = (event.modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
+    switch (event.key()) {
+    case Qt::Key_Space:
+        return isPlain ? Key::Invert : Key::Other;
+    case Qt::Key_F7:
+        return isPlain && inspect_().containsMultiPageFiles ? Key::Menu : Key::Other;
+    case Qt::Key_F8:
+        return isPlain && inspect_().containsPDFFiles ? Key::Menu : Key::Other;
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace:
+        return isPlain ? Key::Remove : Key::Other;
+    case Qt::Key_Up:
+        return isControl ? Key::MoveUp : Key::Other;
+    case Qt::Key_Down:
+        return isControl ? Key::MoveDown : Key::Other;
+    default:
+        return Key::Other;
+    }
+}
+
+bool CustomTableView::event(QEvent* event)
+{
+    // The table's own keys come before the window's shortcuts.
+    if (event->type() == QEvent::ShortcutOverride && keyOf(*static_cast<QKeyEvent*>(event)) != Key::Other) {
+        event->accept();
+        return true;
+    }
+    return QTableView::event(event);
+}
+
+void CustomTableView::keyPressEvent(QKeyEvent* event)
+{
+    switch (keyOf(*event)) {
+    case Key::Invert:
+        Q_EMIT invertMarksRequested();
+        return;
+    case Key::Menu:
+        performKeyEquivalent(*event);
+        return;
+    case Key::Remove:
+        Q_EMIT removeRequested();
+        return;
+    case Key::MoveUp:
+        Q_EMIT moveUpRequested();
+        return;
+    case Key::MoveDown:
+        Q_EMIT moveDownRequested();
+        return;
+    case Key::Other:
+        QTableView::keyPressEvent(event);
+    }
+}
+
+void CustomTableView::performKeyEquivalent(const QKeyEvent& event)
+{
+    if (!contextMenu_) return;
+    const QKeySequence pressed(event.keyCombination());
+    for (QAction* action : contextMenu_->actions())
+        if (action->isEnabled() && action->shortcuts().contains(pressed)) {
+            action->trigger();
+            return;
+        }
+}
+
+void CustomTableView::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (!contextMenu_ || contextMenu_->isEmpty() || !selectionModel() || !selectionModel()->hasSelection())
+        return;
+    contextMenu_->actions().constFirst()->setEnabled(inspect_().containsPDFFiles);
+    contextMenu_->popup(event->reason() == QContextMenuEvent::Mouse
+                            ? event->globalPos()
+                            : viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
+}
+
+// Files are taken into the list, and stay where they are, whatever else the source of the drag would allow.
+
+void CustomTableView::dragEnterEvent(QDragEnterEvent* event)
+{
+    event->setDropAction(Qt::CopyAction);
+    QTableView::dragEnterEvent(event);
+}
+
+void CustomTableView::dragMoveEvent(QDragMoveEvent* event)
+{
+    event->setDropAction(Qt::CopyAction);
+    QTableView::dragMoveEvent(event);
+}
+
+void CustomTableView::dropEvent(QDropEvent* event)
+{
+    event->setDropAction(Qt::CopyAction);
+    QTableView::dropEvent(event);
+}
+
+} // namespace quillfern

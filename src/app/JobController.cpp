@@ -1,0 +1,145 @@
+#include "app/JobController.h"
+
+#include "batch/JobPlan.h"
+#include "platform/system/Guarded.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
+namespace quillfern {
+
+namespace {
+
+constexpr int stampsTab = 0;
+constexpr int outputTab = 2;
+
+} // namespace
+
+JobController::JobController(FileList& files, Settings& settings, ProcessServices services, Alerts& alerts,
+                             JobWindow& window, QWidget& parent)
+    : files_(files), settings_(settings), services_(std::move(services)), alerts_(alerts), window_(window),
+      parent_(parent)
+{
+}
+
+JobController::~JobController()
+{
+    while (!stop(1000)) {
+    }
+}
+
+bool JobController::stop(int milliseconds)
+{
+    if (!worker_) return true;
+    process_->stop();
+    // The worker may itself be waiting for this thread to run something.
+    const QDeadlineTimer deadline(milliseconds);
+    while (!worker_->wait(10)) {
+        QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
+        if (deadline.hasExpired()) return false;
+    }
+    return true;
+}
+
+void JobController::combine()
+{
+    if (isSheetShown_) return;
+    bool isBusy = false;
+    guarded("Error in (combine) : %@", [&] {
+        window_.endEditing();
+        process_ = std::make_unique<Process>(services_, settings_, *this);
+        process_->setIsCombining(true);
+        if (const auto problem = outputFolderProblem(settings_.outputFolderPath)) {
+            alerts_.critical(&parent_, *problem);
+            window_.selectSettingsTab(outputTab);
+            window_.focusOutputFolder();
+            return;
+        }
+        window_.selectSettingsTab(stampsTab);
+        isBusy = true;
+        window_.resetView(false);
+        window_.startProcess();
+        window_.resetViewForProcess(false);
+        window_.jobIsRunning(true);
+        launch(planJob(*process_, files_.copies(), settings_));
+    });
+    if (isBusy && !isSheetShown_) backToIdle(); // nothing was started
+}
+
+void JobController::launch(std::int64_t totalPages)
+{
+    if (!processViewPanel_) {
+        processViewPanel_ = std::make_unique<ProgressSheet>(&parent_);
+        connect(processViewPanel_.get(), &ProgressSheet::cancelRequested, this,
+                &JobController::cancelProcessAction);
+        connect(processViewPanel_.get(), &ProgressSheet::viewLogRequested, this,
+                &JobController::viewLogAction);
+        connect(processViewPanel_.get(), &ProgressSheet::closeRequested, this,
+                &JobController::closeProcessAction);
+    }
+    std::vector<std::int32_t> pages;
+    for (const FileItem* item : files_.items())
+        pages.push_back(item->pages());
+    processViewPanel_->follow(*process_, pages);
+    isSheetShown_ = true;
+    worker_.reset(QThread::create([process = process_.get(), totalPages] { process->start(totalPages); }));
+    connect(worker_.get(), &QThread::finished, this, &JobController::completed);
+    worker_->start();
+    processViewPanel_->open();
+}
+
+void JobController::updateTimeTakenLabel(const QString& text)
+{
+    window_.updateTimeTakenLabel(text);
+}
+
+void JobController::outputFinished(const LogFiles& record, const QString& note)
+{
+    processViewPanel_->outputFinished(record, note);
+}
+
+void JobController::completed()
+{
+    processViewPanel_->showCompleted();
+}
+
+void JobController::cancelProcessAction()
+{
+    if (!process_) return;
+    process_->stop();
+    processViewPanel_->showCancelling();
+}
+
+void JobController::viewLogAction()
+{
+    if (process_) process_->viewLog();
+}
+
+void JobController::closeProcessAction()
+{
+    if (!isSheetShown_ || !process_->isCompleted()) return;
+    processViewPanel_->hide();
+    processViewPanel_->forget();
+    isSheetShown_ = false;
+    worker_->wait();
+    worker_.reset();
+    if (settings_.isClearProcessedFiles) {
+        std::vector<int> checked;
+        for (int row = 0; row < files_.count(); ++row)
+            if (files_.at(row).isSelected()) checked.push_back(row);
+        files_.remove(checked);
+        window_.deselectFiles();
+    }
+    backToIdle();
+    process_.reset();
+}
+
+void JobController::backToIdle()
+{
+    window_.jobIsRunning(false);
+    window_.resetViewForProcess(true);
+    window_.stopProcess();
+    window_.resetView(true);
+}
+
+} // namespace quillfern

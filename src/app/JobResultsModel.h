@@ -1,0 +1,40 @@
+#pragma once
+
+#include "batch/Log.h"
+
+#include <QAbstractTableModel>
+#include <vector>
+
+namespace quillfern {
+
+/// What has become of the files of a job, one row a file, as they come. Main thread.
+class JobResultsModel final : public QAbstractTableModel
+{
+    Q_OBJECT
+
+  public:
+    enum Column { FileColumn, PagesColumn, StatusColumn, NoteColumn, ColumnCount };
+
+    using QAbstractTableModel::QAbstractTableModel;
+
+    /// `note` says in words what the status does not; often empty.
+    void append(const LogFiles& record, const QString& note);
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                      int role = Qt::DisplayRole) const override;
+
+  private:
+    struct Row
+    {
+        QString file;
+        std::int32_t pages;
+        QString status;
+        QString note;
+    };
+    std::vector<Row> rows_;
+};
+
+} // namespace quillfern

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "config/PreviewModel.h"
+#include "platform/drawing/TextShaper.h"
+#include "platform/preview/BackgroundPages.h"
+
+#include <QTimer>
+#include <QVariantAnimation>
+#include <functional>
+
+namespace quillfern {
+
+class PreviewPane;
+
+/// Keeps the preview in the window up to date. Main thread.
+class PreviewController final : public QObject
+{
+    Q_OBJECT
+
+  public:
+    /// `state` tells what of the window decides about the picture, apart from the picture's own place. The
+    /// references outlive this.
+    PreviewController(Numbering& number, PreviewPane& pane, std::unique_ptr<PageImageSource> pages,
+                      std::function<PreviewState()> state);
+
+    /// Draws the picture anew and shows it. A page that takes long is shown once it is there.
+    void render();
+    /// Gives the picture the place that its box's size makes, and then has it drawn at that size.
+    void resizePreview();
+    /// The size of the picture's place, which percentages of margins refer to.
+    [[nodiscard]] QSizeF viewSize() const;
+
+  Q_SIGNALS:
+    /// The picture's place has changed: the configuration is to be rendered.
+    void resized();
+
+  private:
+    Numbering& number_;
+    PreviewPane& pane_;
+    std::function<PreviewState()> state_;
+    BackgroundPages pages_;
+    TextShaper shaper_;
+    Preview preview_;
+    PreviewModel model_;
+    QVariantAnimation animation_;
+    QTimer afterResize_;
+};
+
+} // namespace quillfern

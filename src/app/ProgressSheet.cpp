@@ -1,0 +1,173 @@
+#include "app/ProgressSheet.h"
+
+#include "batch/Process.h"
+#include "dialogs/KeyHint.h"
+#include "platform/system/NativePath.h"
+#include "ui_ProgressSheet.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
+#include <algorithm>
+#include <numeric>
+
+namespace quillfern {
+
+namespace {
+
+constexpr int lookEveryMs = 100;
+constexpr qint64 estimateAfterMs = 1500; ///< an estimate from less would jump about
+
+} // namespace
+
+QString clockText(std::int64_t seconds)
+{
+    const QString tail = QStringLiteral("%1:%2")
+                             .arg(seconds / 60 % 60, seconds >= 3600 ? 2 : 1, 10, QLatin1Char('0'))
+                             .arg(seconds % 60, 2, 10, QLatin1Char('0'));
+    return seconds < 3600 ? tail : QStringLiteral("%1:%2").arg(seconds / 3600).arg(tail);
+}
+
+ProgressSheet::ProgressSheet(QWidget* parent) : QDialog(parent), ui_(std::make_unique<Ui::ProgressSheet>())
+{
+    ui_->setupUi(this);
+    setWindowModality(Qt::WindowModal);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowTitle(tr("Stamping Files"));
+
+    QTableView& table = *ui_->results;
+    table.setShowGrid(false);
+    table.setWordWrap(false);
+    table.setAlternatingRowColors(true);
+    table.setSelectionBehavior(QAbstractItemView::SelectRows);
+    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table.setTabKeyNavigation(false);
+    table.verticalHeader()->hide();
+    table.verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    table.horizontalHeader()->setHighlightSections(false);
+    table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+    table.horizontalHeader()->setStretchLastSection(true);
+
+    setButtonKeyCharacter(*ui_->viewLogBtn, QStringLiteral("l"), QColor());
+    setButtonKeyCharacter(*ui_->cancelProcessBtn, QStringLiteral("c"), QColor());
+    connect(ui_->cancelProcessBtn, &QPushButton::clicked, this, &ProgressSheet::cancelRequested);
+    connect(ui_->viewLogBtn, &QPushButton::clicked, this, &ProgressSheet::viewLogRequested);
+    connect(ui_->closeProcessBtn, &QPushButton::clicked, this, &ProgressSheet::closeRequested);
+    poll_.setInterval(lookEveryMs);
+    connect(&poll_, &QTimer::timeout, this, &ProgressSheet::update);
+}
+
+ProgressSheet::~ProgressSheet() = default;
+
+void ProgressSheet::follow(const Process& process, const std::vector<std::int32_t>& pages)
+{
+    process_ = &process;
+    pages_ = pages;
+    const auto sum = [](std::int64_t total, std::int32_t count) { return total + std::max(count, 0); };
+    totalPages_ = std::accumulate(pages.begin(), pages.end(), std::int64_t{0}, sum);
+    finishedPages_ = 0;
+    processedBefore_ = 0;
+    isCancelling_ = false;
+    isCompleted_ = false;
+
+    delete results_;
+    results_ = new JobResultsModel(this);
+    ui_->results->setModel(results_);
+    const int letter = fontMetrics().averageCharWidth();
+    ui_->results->setColumnWidth(JobResultsModel::FileColumn, letter * 34);
+    ui_->results->setColumnWidth(JobResultsModel::PagesColumn, letter * 9);
+    ui_->results->setColumnWidth(JobResultsModel::StatusColumn, letter * 18);
+
+    ui_->headline->setText(tr("Stamping files…"));
+    ui_->message->setText(tr("Cancel stops once the current file is done."));
+    ui_->cancelProcessBtn->setEnabled(true);
+    ui_->viewLogBtn->setEnabled(false);
+    ui_->closeProcessBtn->setEnabled(false);
+    elapsed_.start();
+    update();
+    poll_.start();
+}
+
+void ProgressSheet::outputFinished(const LogFiles& record, const QString& note)
+{
+    // New rows stay in sight for as long as nobody has scrolled away from them.
+    const QScrollBar* bar = ui_->results->verticalScrollBar();
+    const bool isAtEnd = bar->value() == bar->maximum();
+    const auto row = static_cast<std::size_t>(results_->rowCount());
+    results_->append(record, note);
+    if (isAtEnd) ui_->results->scrollToBottom();
+    if (row < pages_.size()) finishedPages_ += std::max(pages_[row], 0);
+    if (process_) processedBefore_ = process_->totalPagesProcessed();
+}
+
+std::int64_t ProgressSheet::pagesDone() const
+{
+    const auto row = static_cast<std::size_t>(results_->rowCount());
+    const std::int64_t most = row < pages_.size() ? std::max(pages_[row], 0) : 0;
+    return finishedPages_ +
+           std::clamp<std::int64_t>(process_->totalPagesProcessed() - processedBefore_, 0, most);
+}
+
+QString ProgressSheet::remainingText(std::int64_t done) const
+{
+    if (isCompleted_) return QStringLiteral("–");
+    if (elapsed_.elapsed() < estimateAfterMs || done == 0) return tr("estimating…");
+    const double perPage = static_cast<double>(elapsed_.elapsed()) / static_cast<double>(done);
+    const auto seconds =
+        static_cast<std::int64_t>(perPage * static_cast<double>(totalPages_ - done) / 1000.0);
+    return tr("about %1").arg(clockText(seconds + 1));
+}
+
+void ProgressSheet::update()
+{
+    if (!process_) return;
+    const QLocale locale;
+    const std::int64_t done = pagesDone();
+    if (!isCompleted_) {
+        const QString file = readableName(process_->outputFileInProcess());
+        const int room = std::max(ui_->fileInProcess->width(), 200);
+        ui_->fileInProcess->setText(fontMetrics().elidedText(file, Qt::ElideMiddle, room));
+        ui_->elapsed->setText(clockText(elapsed_.elapsed() / 1000));
+    }
+    ui_->filesDone->setText(
+        tr("%1 of %2").arg(locale.toString(results_->rowCount()), locale.toString(qlonglong(pages_.size()))));
+    ui_->pagesDone->setText(
+        tr("%1 of %2").arg(locale.toString(qlonglong(done)), locale.toString(qlonglong(totalPages_))));
+    ui_->remaining->setText(remainingText(done));
+    const double part = totalPages_ > 0 ? static_cast<double>(done) / static_cast<double>(totalPages_) : 1.0;
+    ui_->bar->setValue(static_cast<int>(part * ui_->bar->maximum()));
+}
+
+void ProgressSheet::showCancelling()
+{
+    isCancelling_ = true;
+    ui_->cancelProcessBtn->setEnabled(false);
+    ui_->message->setText(tr("Stopping: the current file is finished first…"));
+}
+
+void ProgressSheet::showCompleted()
+{
+    if (!process_) return;
+    isCompleted_ = true;
+    poll_.stop();
+    update();
+    ui_->headline->setText(tr("Finished"));
+    ui_->fileInProcess->clear();
+    ui_->message->setText(QString(process_->message()).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    ui_->cancelProcessBtn->setEnabled(false);
+    ui_->viewLogBtn->setEnabled(true);
+    ui_->closeProcessBtn->setEnabled(true);
+    ui_->closeProcessBtn->setFocus();
+}
+
+void ProgressSheet::forget()
+{
+    poll_.stop();
+    process_ = nullptr;
+}
+
+void ProgressSheet::reject()
+{
+    if (isCompleted_) Q_EMIT closeRequested();
+}
+
+} // namespace quillfern

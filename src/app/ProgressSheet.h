@@ -1,0 +1,73 @@
+#pragma once
+
+#include "app/JobResultsModel.h"
+
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <memory>
+#include <vector>
+
+namespace quillfern {
+
+namespace Ui {
+class ProgressSheet;
+}
+
+class Process;
+
+/// The sheet over the main window that shows a job while it runs and what came of it. It looks at the job a
+/// few times a second; it never stops or ends one by itself. Main thread.
+class ProgressSheet final : public QDialog
+{
+    Q_OBJECT
+
+  public:
+    explicit ProgressSheet(QWidget* parent);
+    ~ProgressSheet() override;
+
+    /// Shows a job from its start. `pages` are the page counts of its outputs, in order. The job outlives
+    /// what is shown of it: until forget().
+    void follow(const Process& process, const std::vector<std::int32_t>& pages);
+    /// One output is done; called in their order.
+    void outputFinished(const LogFiles& record, const QString& note);
+    /// The job has come to its end: the result is shown and the sheet can be closed.
+    void showCompleted();
+    /// The user asked the job to stop.
+    void showCancelling();
+    /// The job is about to go.
+    void forget();
+
+    [[nodiscard]] const JobResultsModel& results() const { return *results_; }
+
+  Q_SIGNALS:
+    void cancelRequested();
+    void viewLogRequested();
+    void closeRequested();
+
+  protected:
+    /// Escape and the window's own close button: a running job stays in sight.
+    void reject() override;
+
+  private:
+    void update();
+    [[nodiscard]] std::int64_t pagesDone() const;
+    [[nodiscard]] QString remainingText(std::int64_t done) const;
+
+    std::unique_ptr<Ui::ProgressSheet> ui_;
+    const Process* process_ = nullptr;
+    JobResultsModel* results_ = nullptr; ///< of the present job; owned through Qt
+    std::vector<std::int32_t> pages_;
+    std::int64_t totalPages_ = 0;
+    std::int64_t finishedPages_ = 0;   ///< of the outputs done
+    std::int64_t processedBefore_ = 0; ///< the job's own count when the present output was begun
+    QElapsedTimer elapsed_;
+    QTimer poll_;
+    bool isCancelling_ = false;
+    bool isCompleted_ = true;
+};
+
+/// A number of seconds as "0:07", "12:30" or "1:02:03".
+[[nodiscard]] QString clockText(std::int64_t seconds);
+
+} // namespace quillfern

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "app/StampsModel.h"
+#include "config/Settings.h"
+#include "config/StampListOperations.h"
+#include "dialogs/StampEditors.h"
+#include "dialogs/StampHost.h"
+#include "platform/desktop/Alerts.h"
+#include "platform/desktop/FilePanels.h"
+
+namespace quillfern {
+
+class MainWindow;
+
+/// Connects the list of stamps with the window: its table, its commands, the editors and the profiles. Main
+/// thread.
+class StampsController final : public QObject, public StampHost
+{
+    Q_OBJECT
+
+  public:
+    /// Everything outlives the controller; no check mark changes while `isLocked` says so.
+    StampsController(Numbering& number, MainWindow& window, FilePanels& panels, Alerts& alerts,
+                     std::function<bool()> isLocked);
+    ~StampsController() override;
+
+    /// Shows the stamps as they are now, with the selection as it was.
+    void reload();
+    void selectFirstStamp();
+    [[nodiscard]] std::vector<int> selection() const;
+    /// The first selected row; -1 for none.
+    [[nodiscard]] int selectedStamp() const;
+
+    /// Stops and allows editing in all windows of stamps.
+    void setEditorsEnabled(bool enabled);
+
+  Q_SIGNALS:
+    void selectionChanged();
+    /// The picture has to be drawn anew, for another reason than a change that the configuration tells of.
+    void renderRequested();
+    /// A profile has replaced the configuration.
+    void profileLoaded();
+
+  private:
+    void connectCommands();
+    void textStampAction();
+    void imageStampAction();
+    void stampDoubleAction();
+    void removeStampAction();
+    void stampSaveAction();
+    void stampLoadAction();
+    void edit(const std::shared_ptr<IStampItem>& stamp);
+    void show(const RowSelection& selection, bool takeFocus = false);
+    void updateCommands();
+    void forgetEdited(const IStampItem& stamp);
+    void closeEditors();
+
+    void addStamp(IStampItem& stamp) override;
+    void removeStamp(IStampItem& stamp) override;
+    void stampRenamed(IStampItem& stamp) override;
+
+    Numbering& number_;
+    MainWindow& window_;
+    FilePanels& panels_;
+    Alerts& alerts_;
+    StampsModel model_;
+    StampListOperations operations_;
+    StampEditors editors_;
+    StampList tempStamps_; ///< new ones, which live by their editor until they are added
+};
+
+} // namespace quillfern

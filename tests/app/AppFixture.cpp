@@ -1,0 +1,125 @@
+#include "app/AppFixture.h"
+
+#include "app/TableRows.h"
+#include "platform/system/NativePath.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QDropEvent>
+#include <QMimeData>
+
+namespace quillfern {
+
+AppTest::AppTest() : folders(scratch.path(QStringLiteral("home")))
+{
+    QDir().mkpath(outFolder());
+    QDir().mkpath(scratch.path(QStringLiteral("home")));
+}
+
+AppTest::~AppTest() = default;
+
+void AppTest::start()
+{
+    app_.reset();
+    app_ = std::make_unique<QuillfernAppDelegate>(
+        AppServices{clock, folders, defaults, mainThread, desktop, panels, alerts,
+                    qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-render"),
+                    scratch.path(QStringLiteral("help.pdf")), makeProcessors});
+    QApplication::setActiveWindow(&window());
+    QTest::qWait(1); // the window's first layout
+}
+
+void AppTest::quit()
+{
+    app_->applicationShouldTerminate();
+    EXPECT_TRUE(app_->stop(20'000));
+    app_.reset();
+}
+
+void AppTest::waitFor(const std::function<bool()>& condition, const char* what)
+{
+    EXPECT_TRUE(QTest::qWaitFor(condition, 60'000)) << what;
+}
+
+void AppTest::waitUntilIdle()
+{
+    waitFor([this] { return !app_->isProcessing(); }, "the window stays busy");
+}
+
+bool AppTest::drop(const QStringList& paths)
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString& path : paths)
+        urls.append(fileUrl(path));
+    data.setUrls(urls);
+    QWidget* viewport = ui().mainTableView->viewport();
+    const QPoint place(20, 20);
+    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(viewport, &enter);
+    QDragMoveEvent move(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(viewport, &move);
+    if (!move.isAccepted()) return false;
+    EXPECT_EQ(move.dropAction(), Qt::CopyAction) << "files must never be moved away from where they are";
+    QDropEvent dropped(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(viewport, &dropped);
+    return true;
+}
+
+void AppTest::fill(const QStringList& paths)
+{
+    const int before = files().count();
+    ASSERT_TRUE(drop(paths));
+    waitFor([&] { return files().count() > before && !app_->isProcessing(); }, "no files came");
+}
+
+QString AppTest::pdf(const char* name, int pages) const
+{
+    return scratch.write(QString::fromUtf8(name), numberedPdf(pages));
+}
+
+QStringList AppTest::names()
+{
+    QStringList list;
+    for (const FileItem* item : files().items())
+        list.append(item->name());
+    return list;
+}
+
+std::vector<int> AppTest::selectedFiles()
+{
+    return selectedRows(*ui().mainTableView);
+}
+
+void AppTest::select(const std::vector<int>& rows)
+{
+    selectRows(*ui().mainTableView, rows);
+}
+
+void AppTest::type(QLineEdit& field, const char* text)
+{
+    field.setFocus();
+    field.selectAll();
+    QTest::keyClicks(&field, QString::fromUtf8(text));
+}
+
+QDialog* AppTest::sheet()
+{
+    for (QDialog* dialog : window().findChildren<QDialog*>())
+        if (dialog->objectName() == QLatin1String("ProgressSheet") && dialog->isVisible()) return dialog;
+    return nullptr;
+}
+
+void AppTest::press(const QWidget& in, const char* button)
+{
+    auto* found = in.findChild<QAbstractButton*>(QString::fromLatin1(button));
+    ASSERT_NE(found, nullptr) << button;
+    ASSERT_TRUE(found->isEnabled()) << button;
+    // A check box is not sensitive all over its width.
+    QTest::mouseClick(found, Qt::LeftButton, {},
+                      QPoint(std::min(9, found->width() / 2), found->height() / 2));
+}
+
+} // namespace quillfern

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "app/MainWindow.h"
+#include "app/QuillfernAppDelegate.h"
+#include "support/Fakes.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+#include "ui_MainWindow.h"
+
+#include <QTest>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+
+/// The whole application in a folder of its own, driven through its real window. Only the person, the
+/// desktop and the clock are played.
+class AppTest : public testing::Test
+{
+  protected:
+    AppTest();
+    ~AppTest() override;
+
+    /// Starts it, with what an earlier start in this test has saved.
+    void start();
+    /// Leaves it as the user does.
+    void quit();
+
+    [[nodiscard]] QuillfernAppDelegate& app() { return *app_; }
+    [[nodiscard]] MainWindow& window() { return app_->window(); }
+    [[nodiscard]] Ui::MainWindow& ui() { return window().ui(); }
+    [[nodiscard]] Numbering& number() { return *app_->settings().number; }
+    [[nodiscard]] FileList& files() { return app_->files(); }
+
+    /// Waits, with the window alive, until the condition holds; fails the test when it does not come to that.
+    static void waitFor(const std::function<bool()>& condition, const char* what);
+    void waitUntilIdle();
+
+    /// Drops files and folders on the table of files. Returns whether the window takes them into
+    /// consideration.
+    bool drop(const QStringList& paths);
+    /// The same, and waits for the list.
+    void fill(const QStringList& paths);
+
+    /// A PDF file of so many pages.
+    QString pdf(const char* name, int pages) const;
+    QString outFolder() const { return scratch.path(QStringLiteral("out")); }
+    QStringList names();
+    std::vector<int> selectedFiles();
+    void select(const std::vector<int>& rows);
+    /// Types into a field what replaces its text.
+    static void type(QLineEdit& field, const char* text);
+    /// The progress sheet; null when none is to be seen.
+    QDialog* sheet();
+    /// Presses the button of this name in a window.
+    static void press(const QWidget& in, const char* button);
+
+    Scratch scratch;
+    FakeClock clock;
+    FakeFolders folders;
+    MemoryDefaults defaults;
+    EventLoopMainThread mainThread;
+    FakeDesktop desktop;
+    FakePanels panels;
+    FakeAlerts alerts;
+    DocumentProcessorsFactory makeProcessors = makeDocumentProcessors;
+
+  private:
+    std::unique_ptr<QuillfernAppDelegate> app_;
+};
+
+} // namespace quillfern

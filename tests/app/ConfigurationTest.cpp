@@ -1,0 +1,270 @@
+#include "app/AppFixture.h"
+#include "app/PreviewPane.h"
+#include "config/PreviewModel.h"
+#include "stamps/TextStamp.h"
+
+#include <QComboBox>
+
+namespace quillfern {
+namespace {
+
+class Configuration : public AppTest
+{
+  protected:
+    QImage picture() { return ui().previewPane->previewImageView->image(); }
+    std::shared_ptr<TextStamp> addStamp(const char* format)
+    {
+        auto stamp = std::make_shared<TextStamp>();
+        stamp->number.numberFormat = QString::fromUtf8(format);
+        stamp->font.fontSize = 40;
+        stamp->setMarginAnchor(MiddleMiddle);
+        number().stamps.push_back(stamp);
+        number().endUpdate(true);
+        return stamp;
+    }
+    /// Whether doing this changes the picture.
+    bool redraws(const std::function<void()>& action)
+    {
+        const QImage before = picture();
+        action();
+        return picture() != before;
+    }
+    bool live(const QColor& color)
+    {
+        const QImage image = picture();
+        return image.pixelColor(image.width() / 2, image.height() / 4) == color;
+    }
+};
+
+TEST_F(Configuration, EveryFieldReachesTheConfigurationAsItIsTyped)
+{
+    start();
+    const struct
+    {
+        QLineEdit* field;
+        const char* typed;
+        std::function<double()> value;
+        double expected;
+        const char* shown;
+    } rows[] = {
+        {ui().startPage, "12", [this] { return double(number().startPage()); }, 12, "12"},
+        {ui().endPage, "0", [this] { return double(number().endPage()); }, 0, "0"},
+        {ui().endPage, "0030", [this] { return double(number().endPage()); }, 30, "30"},
+        {ui().startNumber, "-7x", [this] { return double(number().startNumber()); }, 7, "7"},
+        {ui().numberSteps, "5", [this] { return double(number().numberSteps()); }, 5, "5"},
+        {ui().startNumber, "12345678901", [this] { return double(number().startNumber()); }, 123456789,
+         "123456789"},
+        {ui().marginTop, "12.5", [this] { return number().marginTop(); }, 12.5, "12.5"},
+        {ui().marginLeft, "1.2.3", [this] { return number().marginLeft(); }, 1.2, "1.2"},
+        {ui().marginRight, ".5", [this] { return number().marginRight(); }, 0.5, "0.5"},
+        {ui().marginBottom, "3e1", [this] { return number().marginBottom(); }, 31, "31"},
+    };
+    ui().settingTabView->setCurrentIndex(1);
+    for (const auto& row : rows) {
+        type(*row.field, row.typed);
+        EXPECT_EQ(row.value(), row.expected) << row.typed << ", while it is typed";
+        QTest::keyClick(row.field, Qt::Key_Return);
+        EXPECT_EQ(row.value(), row.expected) << row.typed;
+        EXPECT_EQ(row.field->text(), QString::fromLatin1(row.shown));
+    }
+}
+
+TEST_F(Configuration, TwoFieldsNeverStayWithoutANumber)
+{
+    start();
+    ui().settingTabView->setCurrentIndex(1);
+    type(*ui().startPage, "0");
+    EXPECT_EQ(ui().startPage->text(), QStringLiteral("1"));
+    type(*ui().numberSteps, "9");
+    QTest::keyClick(ui().numberSteps, Qt::Key_Backspace);
+    EXPECT_EQ(ui().numberSteps->text(), QStringLiteral("2"));
+    QTest::keyClicks(ui().numberSteps, QStringLiteral("3"));
+    EXPECT_EQ(number().numberSteps(), 3) << "typing goes on in place of the number that was put there";
+    type(*ui().startNumber, "0");
+    EXPECT_EQ(number().startNumber(), 0) << "the others may be zero";
+}
+
+TEST_F(Configuration, ChoicesAndResets)
+{
+    start();
+    QTest::qWait(350); // the preview has come to rest
+    ui().settingTabView->setCurrentIndex(1);
+    type(*ui().marginTop, "72");
+    const auto choose = [](QComboBox& box, int index) {
+        box.setFocus();
+        QTest::keyClick(&box, Qt::Key_Home);
+        for (int i = 0; i < index; ++i)
+            QTest::keyClick(&box, Qt::Key_Down);
+    };
+    choose(*ui().unitsPopup, 2);
+    EXPECT_EQ(number().marginUnit, Inches);
+    EXPECT_EQ(number().marginTop(), 1.0);
+    EXPECT_EQ(ui().marginTop->text(), QStringLiteral("1"));
+    choose(*ui().unitsPopup, 1);
+    EXPECT_NEAR(number().marginTop(), 25.4, 1e-9);
+
+    const double height = ui().previewPane->previewImageView->height();
+    press(window(), "isMarginInPercentage");
+    EXPECT_NEAR(number().marginTop(), 72.0 / height * 100, 1e-9) << "percent of the preview on the screen";
+    choose(*ui().unitsPopup, 0);
+    EXPECT_NEAR(number().marginTop(), 72.0 / height * 100, 1e-9) << "percentages stay when the unit changes";
+    press(window(), "isMarginInPercentage");
+    EXPECT_NEAR(number().marginTop(), 72, 1e-9);
+
+    choose(*ui().pageRange, 2);
+    EXPECT_EQ(number().pageRange(), EvenPages);
+    press(window(), "isContinuousNumbering");
+    EXPECT_TRUE(number().isContinuousNumbering());
+    type(*ui().endPage, "9");
+    press(window(), "resetMarginsButton");
+    EXPECT_EQ(number().marginTop(), 0);
+    EXPECT_EQ(ui().marginTop->text(), QStringLiteral("0"));
+    press(window(), "resetNumberCountersButton");
+    EXPECT_EQ(number().endPage(), 0);
+    EXPECT_EQ(ui().endPage->text(), QStringLiteral("0"));
+    EXPECT_EQ(number().pageRange(), EvenPages);
+}
+
+TEST_F(Configuration, ThePreviewFollowsWhatShows)
+{
+    start();
+    addStamp("{0} of {1}");
+    ui().settingTabView->setCurrentIndex(1);
+    EXPECT_TRUE(redraws([this] { type(*ui().startNumber, "8"); }));
+    EXPECT_TRUE(redraws([this] { type(*ui().marginLeft, "30"); }));
+    EXPECT_FALSE(redraws([this] { type(*ui().numberSteps, "4"); })) << "the first page shows no step";
+    EXPECT_TRUE(redraws([this] { select({}), ui().stampsTableView->selectRow(0); })) << "highlighted";
+    EXPECT_TRUE(redraws([this] { press(window(), "isHighlightStamp"); }));
+    ui().settingTabView->setCurrentIndex(0);
+    EXPECT_TRUE(redraws([this] {
+        const QRect cell = ui().stampsTableView->visualRect(ui().stampsTableView->model()->index(0, 0));
+        QTest::mouseClick(ui().stampsTableView->viewport(), Qt::LeftButton, {},
+                          cell.topLeft() + QPoint(11, cell.height() / 2));
+    })) << "switched off in the table";
+    EXPECT_FALSE(number().stamps[0]->isSelected());
+}
+
+TEST_F(Configuration, ThePreviewKeepsAPagesProportionsInItsBox)
+{
+    start();
+    for (const QSize& size : {QSize(1024, 640), QSize(1400, 900), QSize(1024, 1500)}) {
+        window().resize(size);
+        QTest::qWait(350); // the move, and the picture after it
+        const QWidget& box = *ui().previewPane->previewBox;
+        const QRect view = ui().previewPane->previewImageView->geometry();
+        EXPECT_EQ(view, previewFrame(box.size()).toAlignedRect());
+        EXPECT_TRUE(box.rect().contains(view)) << "nothing is cut off";
+        EXPECT_EQ(picture().deviceIndependentSize().toSize(), view.size());
+    }
+}
+
+TEST_F(Configuration, TheLivePreviewShowsTheSelectedFile)
+{
+    start();
+    const auto colored = [this](const char* name, const QByteArray& rgb) {
+        return scratch.write(QString::fromLatin1(name), simplePdf({{rgb + " rg 0 0 612 792 re f"}}));
+    };
+    fill({colored("red.pdf", "1 0 0"), colored("blue.pdf", "0 0 1")});
+    press(window(), "isLivePreview");
+    EXPECT_FALSE(live(Qt::red)) << "no file is selected";
+    select({0});
+    waitFor([this] { return live(Qt::red); }, "the red page");
+    select({1});
+    waitFor([this] { return live(Qt::blue); }, "the blue page");
+    press(window(), "isLivePreview");
+    EXPECT_FALSE(live(Qt::blue));
+}
+
+TEST_F(Configuration, StampsAreMovedAndRemovedInTheTable)
+{
+    start();
+    for (const char* name : {"one", "two", "three"})
+        addStamp(name);
+    const auto order = [this] {
+        QString text;
+        for (const auto& stamp : number().stamps)
+            text += stamp->description().section(u'[', 1).chopped(1) + u' ';
+        return text.trimmed();
+    };
+    QTableView& table = *ui().stampsTableView;
+    const auto selected = [&] {
+        QList<int> rows;
+        for (const QModelIndex& index : table.selectionModel()->selectedRows())
+            rows.append(index.row());
+        std::sort(rows.begin(), rows.end());
+        return rows;
+    };
+    table.selectRow(0);
+    EXPECT_FALSE(window().moveStampUp->isEnabled());
+    table.selectRow(2);
+    EXPECT_FALSE(window().moveStampDown->isEnabled());
+    press(window(), "moveStampUpButton");
+    EXPECT_EQ(order(), QStringLiteral("one three two"));
+    EXPECT_EQ(selected(), QList<int>{1});
+    QTest::keyClick(&table, Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_EQ(order(), QStringLiteral("three one two"));
+    press(window(), "moveStampDownButton");
+    EXPECT_EQ(order(), QStringLiteral("one three two"));
+    QTest::keyClick(&table, Qt::Key_Delete);
+    EXPECT_EQ(order(), QStringLiteral("one two"));
+    EXPECT_EQ(selected(), QList<int>{0});
+    QTest::keyClick(&table, Qt::Key_Delete);
+    EXPECT_EQ(order(), QStringLiteral("two"));
+    EXPECT_EQ(selected(), QList<int>()) << "the last selected row was row 0";
+    EXPECT_FALSE(window().removeStamp->isEnabled());
+}
+
+TEST_F(Configuration, ProfilesAreSavedAndLoaded)
+{
+    start();
+    addStamp("{0} saved");
+    type(*ui().startNumber, "77");
+    const QString path = scratch.path(QStringLiteral("mine.qfprofile"));
+    const QString list =
+        scratch.write(QStringLiteral("list.qfprofile"), "<plist version=\"1.0\"><array/></plist>");
+    panels.answers = {QStringList{path}, QStringList{path}, QStringList{list}};
+    window().saveStamps->trigger();
+    EXPECT_EQ(alerts.informations, QStringList{QStringLiteral("Quillfern Profile save successfully.")});
+    EXPECT_EQ(panels.saved[0].type, QStringLiteral("qfprofile"));
+    EXPECT_EQ(panels.saved[0].name, QString());
+    EXPECT_EQ(panels.saved[0].message, QStringLiteral("Quillfern Profile"));
+
+    number().stamps.clear();
+    type(*ui().startNumber, "1");
+    window().loadStamps->trigger();
+    ASSERT_EQ(number().stamps.size(), 1U);
+    EXPECT_EQ(ui().startNumber->text(), QStringLiteral("77"));
+    EXPECT_EQ(ui().stampsTableView->selectionModel()->selectedRows().size(), 1);
+    window().loadStamps->trigger();
+    EXPECT_EQ(alerts.criticals, QStringList{QStringLiteral("Unable to load Quillfern Profile!")});
+    EXPECT_EQ(number().startNumber(), 77) << "the configuration stays";
+
+    panels.answers = {QStringList{scratch.path(QStringLiteral("gone/mine.qfprofile"))}};
+    window().saveStamps->trigger();
+    EXPECT_EQ(alerts.criticals.constLast(), QStringLiteral("Unable to save Quillfern Profile!"));
+}
+
+TEST_F(Configuration, WhatAProfileHoldsBeyondTheFieldsStaysUntilEdited)
+{
+    start();
+    Record record = *number().getData();
+    record.set(QStringLiteral("startNumber"), -5);
+    record.set(QStringLiteral("pageRange"), 9);
+    record.set(QStringLiteral("marginTop"), 28.34645669291339);
+    number().setData(&record);
+    quit();
+    start();
+    ui().settingTabView->setCurrentIndex(1);
+    EXPECT_EQ(ui().startNumber->text(), QStringLiteral("-5"));
+    EXPECT_EQ(ui().marginTop->text(), QStringLiteral("28.3465"));
+    for (QLineEdit* field : {static_cast<QLineEdit*>(ui().startNumber), ui().marginTop}) {
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Return);
+    }
+    EXPECT_EQ(number().startNumber(), -5);
+    EXPECT_EQ(number().pageRange(), 9);
+    EXPECT_EQ(number().marginTop(), 28.34645669291339) << "showing it rounded does not round it";
+}
+
+} // namespace
+} // namespace quillfern

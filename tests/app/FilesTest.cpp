@@ -1,0 +1,285 @@
+#include "app/AppFixture.h"
+
+#include <QDir>
+#include <QDropEvent>
+#include <QImage>
+#include <QMenu>
+#include <QMimeData>
+
+namespace quillfern {
+namespace {
+
+class Files : public AppTest
+{
+  protected:
+    /// a.pdf to f.pdf of 1 to 6 pages, in this order.
+    void fillSix()
+    {
+        QStringList paths;
+        for (int i = 0; i < 6; ++i)
+            paths.append(pdf(qPrintable(QStringLiteral("%1.pdf").arg(QChar('a' + i))), i + 1));
+        fill(paths);
+    }
+    QString order()
+    {
+        QString letters;
+        for (const QString& name : names())
+            letters += name.at(0);
+        return letters;
+    }
+    QString marks()
+    {
+        QString text;
+        for (const FileItem* item : files().items())
+            text += item->isSelected() ? u'x' : u'-';
+        return text;
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        ui().mainTableView->setFocus();
+        QTest::keyClick(ui().mainTableView, key, modifiers);
+    }
+};
+
+TEST_F(Files, ADropOfFilesAndFoldersFillsTheList)
+{
+    start();
+    pdf("in/b.pdf", 2);
+    pdf("in/sub/c.PDF", 3);
+    scratch.write(QStringLiteral("in/notes.txt"), "no");
+    scratch.write(QStringLiteral("in/Report.Pdf"), numberedPdf(1));
+    QImage(40, 30, QImage::Format_RGB32).save(scratch.path(QStringLiteral("in/scan.png")));
+    fill({scratch.path(QStringLiteral("in")), pdf("loose.pdf", 4)});
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("b.pdf"), QStringLiteral("scan.png"),
+                                    QStringLiteral("loose.pdf")}));
+    EXPECT_FALSE(window().lableDragAndDrop->isVisible());
+    EXPECT_TRUE(ui().convertBtn->isEnabled());
+    EXPECT_TRUE(window().exportToolbarItem->isEnabled());
+    EXPECT_EQ(
+        ui().labelTotalFiles->text(),
+        QStringLiteral("3 Total file(s); Total page count of PDF files: 6  TIFF files: 0  Other files: 1"));
+    EXPECT_FALSE(ui().loadingIndicator->isAnimating());
+
+    press(window(), "inculdeSubfoldersBtn");
+    fill({scratch.path(QStringLiteral("in"))});
+    EXPECT_EQ(names().constLast(), QStringLiteral("c.PDF")) << "only the new one of the subfolder";
+    EXPECT_EQ(files().count(), 4);
+}
+
+TEST_F(Files, TheTablesOwnRowsCannotBeDroppedOnIt)
+{
+    start();
+    fillSix();
+    std::unique_ptr<QMimeData> rows(
+        ui().mainTableView->model()->mimeData({ui().mainTableView->model()->index(1, 0)}));
+    QDragMoveEvent move(QPoint(20, 20), Qt::CopyAction, rows.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(ui().mainTableView->viewport(), &move);
+    EXPECT_FALSE(move.isAccepted());
+    EXPECT_EQ(files().count(), 6);
+}
+
+TEST_F(Files, ThePanelsChooseFilesAndFolders)
+{
+    start();
+    pdf("in/b.pdf", 2);
+    panels.answers.append(QStringList{pdf("Picked.Pdf", 1)}); // the panel has tested its type
+    window().addFiles->trigger();
+    waitFor([this] { return files().count() == 1 && !app().isProcessing(); }, "the picked file");
+    panels.answers.append(QStringList{scratch.path(QStringLiteral("in"))});
+    window().addFolder->trigger();
+    waitFor([this] { return files().count() == 2 && !app().isProcessing(); }, "the folder's file");
+    window().addFiles->trigger(); // closed without a choice
+    EXPECT_EQ(panels.opened.size(), 3);
+    EXPECT_FALSE(app().isProcessing());
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("Picked.Pdf"), QStringLiteral("b.pdf")}));
+}
+
+TEST_F(Files, KeysOfTheTable)
+{
+    start();
+    fillSix();
+    select({1, 3});
+    key(Qt::Key_Space);
+    EXPECT_EQ(marks(), QStringLiteral("x-x-xx"));
+    key(Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(order(), QStringLiteral("acbedf"));
+    EXPECT_THAT(selectedFiles(), testing::ElementsAre(2, 4));
+    key(Qt::Key_Up, Qt::ControlModifier);
+    key(Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_EQ(order(), QStringLiteral("badcef"));
+    key(Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_EQ(order(), QStringLiteral("badcef")) << "row 0 is selected: the button is disabled";
+    EXPECT_FALSE(window().moveUpButton->isEnabled());
+    key(Qt::Key_Delete);
+    EXPECT_EQ(order(), QStringLiteral("acef"));
+    key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(selectedFiles().size(), 4U);
+    select({0});
+    key(Qt::Key_Backspace);
+    EXPECT_EQ(order(), QStringLiteral("cef"));
+    select({1});
+    key(Qt::Key_F7);
+    EXPECT_TRUE(number().isLivePreview());
+    key(Qt::Key_F7);
+    EXPECT_FALSE(number().isLivePreview());
+}
+
+TEST_F(Files, CommandsOnMarksAndSelection)
+{
+    start();
+    fillSix();
+    const auto check = [this](const QList<QAction*>& actions, int tag) { actions[tag - 1]->trigger(); };
+    select({0, 5});
+    check(window().checkSelection, 2);
+    EXPECT_EQ(marks(), QStringLiteral("-xxxx-"));
+    check(window().checkAll, 3);
+    EXPECT_EQ(marks(), QStringLiteral("x----x"));
+    check(window().checkAll, 1);
+    check(window().checkSelection, 3);
+    EXPECT_EQ(marks(), QStringLiteral("-xxxx-"));
+    check(window().checkAll, 2);
+    EXPECT_EQ(marks(), QStringLiteral("------"));
+    window().selectAllButton->trigger();
+    EXPECT_EQ(selectedFiles().size(), 6U);
+    window().deselectAllButton->trigger();
+    EXPECT_THAT(selectedFiles(), testing::ElementsAre(0));
+
+    alerts.answer = false;
+    window().removeAllFilesButton->trigger();
+    EXPECT_EQ(files().count(), 6);
+    alerts.answer = true;
+    window().removeAllFilesButton->trigger();
+    EXPECT_EQ(alerts.questions.constLast(), QStringLiteral("Are you sure to remove all file(s)?"));
+    EXPECT_EQ(files().count(), 0);
+    EXPECT_TRUE(window().lableDragAndDrop->isVisible());
+    EXPECT_FALSE(ui().convertBtn->isEnabled());
+}
+
+TEST_F(Files, AClickOnACheckBoxChangesTheMarkOnly)
+{
+    start();
+    fillSix();
+    const QRect cell = ui().mainTableView->visualRect(ui().mainTableView->model()->index(2, 0));
+    QTest::mouseClick(ui().mainTableView->viewport(), Qt::LeftButton, {},
+                      cell.topLeft() + QPoint(11, cell.height() / 2));
+    EXPECT_EQ(marks(), QStringLiteral("xx-xxx"));
+    EXPECT_TRUE(ui().labelTotalFiles->text().startsWith(QStringLiteral("6 Total")));
+}
+
+TEST_F(Files, ThePasswordIsForPdfFilesOnly)
+{
+    start();
+    QImage(40, 30, QImage::Format_RGB32).save(scratch.path(QStringLiteral("scan.png")));
+    fill({scratch.path(QStringLiteral("scan.png")), pdf("a.pdf", 2)});
+    window().filesContextMenu->actions().constFirst();
+    const struct
+    {
+        std::vector<int> rows;
+        bool enabled;
+    } rows[] = {{{0}, false}, {{1}, true}, {{0, 1}, true}, {{}, false}};
+    for (const auto& row : rows) {
+        select(row.rows);
+        EXPECT_EQ(window().pdfPasswordButton->isEnabled(), row.enabled) << row.rows.size();
+    }
+    const auto openDialog = [this]() -> QDialog* {
+        for (QDialog* dialog : window().findChildren<QDialog*>())
+            if (dialog->isVisible()) return dialog;
+        return nullptr;
+    };
+    select({0});
+    key(Qt::Key_F8);
+    EXPECT_EQ(openDialog(), nullptr);
+    select({0, 1});
+    key(Qt::Key_F8);
+    QDialog* dialog = openDialog();
+    ASSERT_NE(dialog, nullptr);
+    auto* field = dialog->findChild<QLineEdit*>();
+    ASSERT_NE(field, nullptr);
+    QTest::keyClicks(field, QStringLiteral("open sesame"));
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(files().at(0).pdfOpenPassword(), QString());
+    EXPECT_EQ(files().at(1).pdfOpenPassword(), QStringLiteral("open sesame"));
+    EXPECT_EQ(files().at(1).pages(), 2);
+}
+
+TEST_F(Files, TheDesktopIsAskedForTheSelectedFiles)
+{
+    start();
+    fillSix();
+    select({0, 2});
+    window().openFileButton->trigger();
+    window().openEnclosedFolderButton->trigger();
+    window().getInfoButton->trigger();
+    const QStringList paths = {scratch.path(QStringLiteral("a.pdf")), scratch.path(QStringLiteral("c.pdf"))};
+    EXPECT_EQ(desktop.opened, paths);
+    EXPECT_EQ(desktop.revealed, QList<QStringList>{paths});
+    EXPECT_EQ(desktop.shownProperties, QList<QStringList>{paths});
+}
+
+TEST_F(Files, TheListIsExported)
+{
+    start();
+    fillSix();
+    const QString target = scratch.path(QStringLiteral("list.txt"));
+    panels.answers = {QStringList{target}, QStringList{scratch.path(QStringLiteral("gone/list.txt"))}};
+    window().exportToolbarItem->trigger();
+    EXPECT_EQ(panels.saved[0].message, QStringLiteral("Export List To Tab Delimited Text File :"));
+    EXPECT_EQ(panels.saved[0].name, QStringLiteral("Export 16-Nov-2026 02-05-09 PM.txt"));
+    EXPECT_EQ(readFile(target).count('\n'), 7);
+    EXPECT_TRUE(alerts.criticals.isEmpty());
+    window().exportToolbarItem->trigger();
+    EXPECT_EQ(alerts.criticals.size(), 1) << "a list that was not written must not seem to be";
+}
+
+TEST_F(Files, ByHandMovedFilesLeaveTheOrderOfAColumn)
+{
+    start();
+    fillSix();
+    ui().mainTableView->sortByColumn(FileListModel::PagesColumn, Qt::DescendingOrder);
+    EXPECT_EQ(order(), QStringLiteral("fedcba"));
+    select({0});
+    key(Qt::Key_Down, Qt::ControlModifier);
+    fill({pdf("z.pdf", 9)});
+    EXPECT_EQ(order(), QStringLiteral("efdcbaz")) << "what was put in order by hand stays so";
+}
+
+TEST_F(Files, WhileBusyNothingElseCanBeBegun)
+{
+    start();
+    fillSix();
+    select({3});
+    app().resetView(false);
+    for (QAction* action :
+         {window().addFiles, window().addFolder, window().importFiles, window().openFileButton,
+          window().removeAllFilesButton, window().exportToolbarItem, window().convert, window().help})
+        EXPECT_FALSE(action->isEnabled()) << action->text().toStdString();
+    EXPECT_FALSE(ui().mainTableView->isEnabled());
+    EXPECT_FALSE(ui().inculdeSubfoldersBtn->isEnabled());
+    EXPECT_TRUE(window().moveUpButton->isEnabled()) << "these two follow the selection alone";
+    EXPECT_TRUE(window().moveDownButton->isEnabled());
+    EXPECT_TRUE(window().pdfPasswordButton->isEnabled());
+    app().resetView(true);
+    EXPECT_TRUE(ui().mainTableView->isEnabled());
+}
+
+TEST_F(Files, ACancelledGatheringKeepsWhatItFound)
+{
+    for (int i = 0; i < 3000; ++i)
+        scratch.write(QStringLiteral("many/%1.pdf").arg(i), QByteArray("%PDF"));
+    start();
+    ASSERT_TRUE(drop({scratch.path(QStringLiteral("many"))}));
+    waitFor([this] { return files().count() > 0; }, "the first file");
+    if (app().isProcessing()) {
+        EXPECT_TRUE(ui().loadingIndicator->isAnimating());
+        EXPECT_EQ(ui().labelTimeTaken->text(), QStringLiteral("Total Time Taken : In Process... 0/0"));
+        EXPECT_FALSE(ui().convertBtn->isEnabled());
+        press(window(), "cancelBtn");
+    }
+    waitFor([this] { return !ui().cancelBtn->isVisible(); }, "the end");
+    EXPECT_FALSE(ui().loadingIndicator->isAnimating());
+    EXPECT_TRUE(ui().convertBtn->isEnabled());
+    EXPECT_GT(files().count(), 0);
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,219 @@
+#include "app/AppFixture.h"
+#include "app/JobResultsModel.h"
+#include "stamps/TextStamp.h"
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QLabel>
+#include <QProgressBar>
+#include <QSemaphore>
+#include <QTableView>
+
+namespace quillfern {
+namespace {
+
+/// Lets each file through when the gate does.
+class GatedProcessors final : public DocumentProcessors
+{
+  public:
+    GatedProcessors(QSemaphore& gate, PageProgress progress) : gate_(gate), progress_(std::move(progress)) {}
+
+    bool processPDF(const QString&, const QString&, const QString&, std::int64_t) override
+    {
+        progress_();
+        gate_.acquire();
+        return true;
+    }
+    bool processTIFF(const QString&, const QString&, std::int64_t, std::int32_t) override { return false; }
+    [[nodiscard]] QString lastProblem() const override { return {}; }
+
+  private:
+    QSemaphore& gate_;
+    PageProgress progress_;
+};
+
+class JobInWindow : public AppTest
+{
+  protected:
+    void TearDown() override { gate.release(1000); } // nobody may wait at it for ever
+    void gated()
+    {
+        makeProcessors = [this](Numbering&, PageProgress progress) {
+            return std::make_unique<GatedProcessors>(gate, std::move(progress));
+        };
+    }
+    void stampWith(const char* format)
+    {
+        auto stamp = std::make_shared<TextStamp>();
+        stamp->number.numberFormat = QString::fromUtf8(format);
+        stamp->setMarginAnchor(BottomMiddle);
+        number().stamps.push_back(stamp);
+        number().endUpdate(true);
+    }
+    void convert()
+    {
+        ui().outputFolderPath->setText(outFolder());
+        QTest::mouseClick(ui().convertBtn, Qt::LeftButton);
+        if (sheet()) QApplication::setActiveWindow(sheet());
+    }
+    bool isEnabled(const char* button)
+    {
+        return sheet()->findChild<QAbstractButton*>(QString::fromLatin1(button))->isEnabled();
+    }
+    QString shown(const char* label)
+    {
+        return sheet()->findChild<QLabel*>(QString::fromLatin1(label))->text();
+    }
+    QStringList statuses()
+    {
+        const QAbstractItemModel& model =
+            *sheet()->findChild<QTableView*>(QStringLiteral("results"))->model();
+        QStringList list;
+        for (int row = 0; row < model.rowCount(); ++row)
+            list.append(model.index(row, JobResultsModel::StatusColumn).data().toString());
+        return list;
+    }
+    void waitForEnd()
+    {
+        waitFor([this] { return sheet() && isEnabled("closeProcessBtn"); }, "the job does not end");
+    }
+
+    QSemaphore gate;
+};
+
+TEST_F(JobInWindow, AFolderProblemIsToldAndNothingStarts)
+{
+    start();
+    fill({pdf("a.pdf", 1)});
+    const struct
+    {
+        QString folder;
+        const char* message;
+    } rows[] = {
+        {QString(), "Please select output folder!"},
+        {scratch.path(QStringLiteral("gone")),
+         "Output folder missing!\r\nPlease select valid output folder."},
+        {QStringLiteral("/proc/self"),
+         "Output folder is non-writable!\r\nPlease select valid output folder."},
+    };
+    for (const auto& row : rows) {
+        ui().settingTabView->setCurrentIndex(1);
+        ui().outputFolderPath->setText(row.folder);
+        QTest::mouseClick(ui().convertBtn, Qt::LeftButton);
+        ASSERT_FALSE(alerts.criticals.isEmpty());
+        EXPECT_EQ(alerts.criticals.constLast(), QString::fromUtf8(row.message));
+        EXPECT_EQ(ui().settingTabView->currentIndex(), 2);
+        EXPECT_EQ(window().focusWidget(), ui().outputFolderPath);
+        EXPECT_EQ(sheet(), nullptr);
+        EXPECT_FALSE(app().isProcessing());
+        EXPECT_TRUE(ui().convertBtn->isEnabled());
+    }
+}
+
+TEST_F(JobInWindow, AListIsStampedAndTheSheetTellsWhatBecameOfIt)
+{
+    start();
+    const QString broken = scratch.write(QStringLiteral("broken.pdf"), "no document");
+    fill({pdf("a.pdf", 2), broken, pdf("b.pdf", 3)});
+    stampWith("No {0} of {1}");
+    press(window(), "isContinuousNumbering");
+    ui().settingTabView->setCurrentIndex(2);
+    press(window(), "isClearProcessedFiles");
+    window().checkAll[1]->trigger();
+    ui().mainTableView->selectRow(0);
+    window().checkSelection[0]->trigger();
+    convert();
+    EXPECT_EQ(ui().settingTabView->currentIndex(), 0);
+    waitForEnd();
+    EXPECT_EQ(statuses(), (QStringList{QStringLiteral("Completed"), QStringLiteral("No Pages"),
+                                       QStringLiteral("Completed")}));
+    EXPECT_EQ(shown("message"), QStringLiteral("Total 2 files processed successfully."));
+    EXPECT_EQ(shown("filesDone"), QStringLiteral("3 of 3"));
+    EXPECT_EQ(shown("pagesDone"), QStringLiteral("5 of 5"));
+    EXPECT_EQ(sheet()->findChild<QProgressBar*>()->value(), sheet()->findChild<QProgressBar*>()->maximum());
+    EXPECT_TRUE(ui().labelTimeTaken->text().endsWith(QStringLiteral(" 2/3")));
+    EXPECT_EQ(desktop.opened, QStringList{outFolder()});
+    EXPECT_TRUE(pdfText(outFolder() + QStringLiteral("/b.pdf"), 1).contains(QStringLiteral("No 3 of 5")));
+
+    press(*sheet(), "viewLogBtn");
+    ASSERT_EQ(desktop.opened.size(), 2);
+    EXPECT_TRUE(readFile(desktop.opened.constLast()).contains("No Pages"));
+    press(*sheet(), "closeProcessBtn");
+    EXPECT_EQ(sheet(), nullptr);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("broken.pdf"), QStringLiteral("b.pdf")}))
+        << "checked files go, whatever became of them";
+    EXPECT_TRUE(ui().convertBtn->isEnabled());
+    EXPECT_FALSE(app().isProcessing());
+    EXPECT_EQ(app().job().process(), nullptr);
+
+    desktop.opened.clear();
+    ui().settingTabView->setCurrentIndex(2);
+    press(window(), "openFolderAfterConversionBtn");
+    convert();
+    waitForEnd();
+    EXPECT_TRUE(desktop.opened.isEmpty());
+    QTest::keyClick(sheet(), Qt::Key_Escape);
+    EXPECT_EQ(sheet(), nullptr) << "Escape closes the sheet of a job that has ended";
+}
+
+TEST_F(JobInWindow, WhileItRunsTheWindowIsItsAlone)
+{
+    gated();
+    start();
+    fill({pdf("a.pdf", 4), pdf("b.pdf", 4), pdf("c.pdf", 4)});
+    stampWith("{0}");
+    convert();
+    waitFor([this] { return sheet() && shown("fileInProcess") == QLatin1String("a.pdf"); }, "the first file");
+    EXPECT_TRUE(isEnabled("cancelProcessBtn"));
+    EXPECT_FALSE(isEnabled("viewLogBtn"));
+    EXPECT_FALSE(isEnabled("closeProcessBtn"));
+    EXPECT_FALSE(ui().convertBtn->isEnabled());
+    EXPECT_FALSE(window().addFiles->isEnabled());
+    EXPECT_FALSE(drop({pdf("late.pdf", 1)}));
+    waitFor([this] { return shown("pagesDone") == QLatin1String("1 of 12"); }, "the first page");
+    QTest::keyClick(sheet(), Qt::Key_Escape);
+    EXPECT_NE(sheet(), nullptr) << "a running job stays in sight";
+    const QAbstractItemModel& stamps = *ui().stampsTableView->model();
+    EXPECT_FALSE(
+        ui().stampsTableView->model()->setData(stamps.index(0, 0), Qt::Unchecked, Qt::CheckStateRole));
+
+    gate.release();
+    waitFor([this] { return shown("fileInProcess") == QLatin1String("b.pdf"); }, "the second file");
+    EXPECT_EQ(statuses(), QStringList{QStringLiteral("Completed")});
+    QTest::keyClick(sheet(), Qt::Key_C, Qt::AltModifier);
+    waitFor([this] { return !isEnabled("cancelProcessBtn"); }, "the button takes its time to go down");
+    EXPECT_TRUE(shown("message").contains(QStringLiteral("finished first")));
+    gate.release();
+    waitForEnd();
+    EXPECT_EQ(statuses().size(), 2) << "the file in work was finished";
+    EXPECT_EQ(shown("message"), QStringLiteral("Process cancelled!"));
+    QTest::keyClick(sheet(), Qt::Key_L, Qt::AltModifier);
+    waitFor([this] { return desktop.opened.size() == 2; }, "the folder and the log");
+    press(*sheet(), "closeProcessBtn");
+    EXPECT_EQ(files().count(), 3);
+}
+
+TEST_F(JobInWindow, LeavingStopsTheJobAfterTheFileInWork)
+{
+    gated();
+    start();
+    fill({pdf("a.pdf", 1), pdf("b.pdf", 1)});
+    convert();
+    waitFor([this] { return app().job().process()->totalPagesProcessed() == 1; }, "the first file");
+    app().applicationShouldTerminate();
+    EXPECT_FALSE(app().stop(50)) << "it is still in the first file";
+    gate.release();
+    EXPECT_TRUE(app().stop(20'000));
+    EXPECT_EQ(gate.available(), 0) << "one file went through";
+    EXPECT_EQ(app().job().process()->totalFileProcessed(), 1) << "the second one was not begun";
+}
+
+TEST_F(JobInWindow, ClockTexts)
+{
+    EXPECT_EQ(clockText(7), QStringLiteral("0:07"));
+    EXPECT_EQ(clockText(750), QStringLiteral("12:30"));
+    EXPECT_EQ(clockText(3723), QStringLiteral("1:02:03"));
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,168 @@
+#include "app/AppFixture.h"
+
+#include <QDir>
+#include <QHeaderView>
+#include <QShortcut>
+#include <QToolButton>
+
+namespace quillfern {
+namespace {
+
+class StartUp : public AppTest
+{
+};
+
+TEST_F(StartUp, AnEmptyWindowOffersWhatThereIsToDo)
+{
+    start();
+    EXPECT_EQ(window().windowTitle(), getAppTitle());
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_TRUE(QDir(folders.getAppPath() + QStringLiteral("/Logs")).exists());
+    EXPECT_EQ(ui().settingTabView->currentIndex(), 0);
+    EXPECT_TRUE(window().lableDragAndDrop->isVisible());
+    for (QAction* action :
+         {window().exportToolbarItem, window().openFileButton, window().getInfoButton,
+          window().openEnclosedFolderButton, window().selectAllButton, window().deselectAllButton,
+          window().removeSelectedFilesButton, window().removeAllFilesButton, window().pdfPasswordButton,
+          window().moveUpButton, window().moveDownButton, window().convert})
+        EXPECT_FALSE(action->isEnabled()) << action->text().toStdString();
+    EXPECT_FALSE(ui().convertBtn->isEnabled());
+    for (QToolButton* button : {window().importBtn, window().addFilesBtn, window().addFolderBtn})
+        EXPECT_TRUE(button->isEnabled());
+    EXPECT_EQ(
+        ui().labelTotalFiles->text(),
+        QStringLiteral("0 Total file(s); Total page count of PDF files: 0  TIFF files: 0  Other files: 0"));
+    EXPECT_EQ(ui().labelTimeTaken->text(), QStringLiteral("Total Time Taken : 0 sec(s) 0/0"));
+    EXPECT_FALSE(ui().previewPane->previewImageView->image().isNull());
+}
+
+TEST_F(StartUp, WithoutAFolderThereIsNothingToRememberOrOpen)
+{
+    start();
+    EXPECT_FALSE(app().settings().isSetCurrentAsDefaultOutputFolderPath);
+    EXPECT_FALSE(ui().setCurrentAsDefaultOutputFolderPathBtn->isEnabled());
+    EXPECT_FALSE(ui().openFolderAfterConversionBtn->isEnabled());
+
+    panels.answers.append(QStringList{outFolder()});
+    ui().settingTabView->setCurrentIndex(2);
+    press(window(), "outputFolderButton");
+    EXPECT_TRUE(panels.opened.constLast().folders);
+    EXPECT_EQ(app().settings().outputFolderPath, outFolder());
+    EXPECT_EQ(defaults.flushes, 1) << "a chosen folder is kept at once";
+    EXPECT_TRUE(ui().setCurrentAsDefaultOutputFolderPathBtn->isEnabled());
+    press(window(), "setCurrentAsDefaultOutputFolderPathBtn");
+    EXPECT_TRUE(app().settings().isSetCurrentAsDefaultOutputFolderPath);
+
+    ui().outputFolderPath->clear();
+    EXPECT_FALSE(app().settings().isSetCurrentAsDefaultOutputFolderPath);
+    EXPECT_FALSE(ui().setCurrentAsDefaultOutputFolderPathBtn->isChecked());
+    EXPECT_FALSE(ui().openFolderAfterConversionBtn->isEnabled());
+}
+
+TEST_F(StartUp, TheHintLettersPressTheirButtons)
+{
+    start();
+    const struct
+    {
+        Qt::Key key;
+        std::function<bool()> happened;
+    } rows[] = {
+        {Qt::Key_F, [this] { return panels.opened.size() == 1 && panels.opened.back().multiple; }},
+        {Qt::Key_O, [this] { return panels.opened.size() == 2 && panels.opened.back().folders; }},
+        {Qt::Key_U, [this] { return ui().inculdeSubfoldersBtn->isChecked(); }},
+    };
+    for (const auto& row : rows) {
+        app().resetView(true); // a state set anew must not cost a button its letter
+        QTest::keyClick(&window(), row.key, Qt::AltModifier);
+        EXPECT_TRUE(QTest::qWaitFor(row.happened)) << char(row.key); // a button takes its time to go down
+    }
+    EXPECT_EQ(panels.opened[0].message, QStringLiteral("Select TIFF or PDF File(s):"));
+    EXPECT_EQ(panels.opened[1].message, QStringLiteral("Select folder(s) contains TIFF or PDF File(s):"));
+    EXPECT_TRUE(panels.opened[0].types.contains(QStringLiteral("TIFF")));
+    EXPECT_EQ(defaults.flushes, 1) << "the choice of subfolders is kept at once";
+}
+
+TEST_F(StartUp, NoTwoCommandsShareAShortcut)
+{
+    start();
+    QHash<QKeySequence, QString> owners;
+    for (QAction* action : window().findChildren<QAction*>())
+        for (const QKeySequence& keys : action->shortcuts()) {
+            if (action->shortcutContext() == Qt::WidgetShortcut) continue;
+            EXPECT_FALSE(owners.contains(keys))
+                << keys.toString().toStdString() << ": " << owners.value(keys).toStdString() << ", "
+                << action->text().toStdString();
+            owners.insert(keys, action->text());
+        }
+    EXPECT_GT(owners.size(), 15);
+}
+
+TEST_F(StartUp, TheWindowComesBackAsItWasLeft)
+{
+    start();
+    window().resize(1111, 701);
+    ui().splitter->setSizes({600, 511});
+    QHeaderView* header = ui().mainTableView->horizontalHeader();
+    header->resizeSection(FileListModel::NameColumn, 222);
+    header->moveSection(header->visualIndex(FileListModel::TypeColumn), 2);
+    header->setSortIndicator(FileListModel::PagesColumn, Qt::DescendingOrder);
+    ui().stampsTableView->setColumnWidth(StampsModel::DescriptionColumn, 133);
+    type(*ui().startNumber, "41");
+    press(window(), "inculdeSubfoldersBtn");
+    QTest::qWait(1);
+    const QList<int> sizes = ui().splitter->sizes();
+    quit();
+
+    start();
+    EXPECT_EQ(window().size(), QSize(1111, 701));
+    EXPECT_EQ(ui().splitter->sizes(), sizes);
+    header = ui().mainTableView->horizontalHeader();
+    EXPECT_EQ(header->sectionSize(FileListModel::NameColumn), 222);
+    EXPECT_EQ(header->visualIndex(FileListModel::TypeColumn), 2);
+    EXPECT_EQ(header->sortIndicatorSection(), int(FileListModel::PagesColumn));
+    EXPECT_EQ(ui().stampsTableView->columnWidth(StampsModel::DescriptionColumn), 133);
+    EXPECT_TRUE(ui().inculdeSubfoldersBtn->isChecked());
+    EXPECT_EQ(number().startNumber(), 41) << "what was being typed is taken over before leaving";
+    fill({pdf("one.pdf", 1), pdf("three.pdf", 3), pdf("two.pdf", 2)});
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("three.pdf"), QStringLiteral("two.pdf"),
+                                    QStringLiteral("one.pdf")}))
+        << "files come in the order that was left";
+}
+
+TEST_F(StartUp, AWindowRecordThatIsNoneIsPassedOver)
+{
+    Record record;
+    record.set(QStringLiteral("geometry"), QByteArray("not a geometry"));
+    record.set(QStringLiteral("splitter"), 7);
+    defaults.values.insert_or_assign(QStringLiteral("WINDOW"), RecordValue(record));
+    start();
+    EXPECT_GE(window().width(), 1024);
+    defaults.values.insert_or_assign(QStringLiteral("WINDOW"), RecordValue(true));
+    start();
+    EXPECT_GE(window().height(), 640);
+}
+
+TEST_F(StartUp, HelpOpensTheManualOrSaysThatItIsMissing)
+{
+    start();
+    window().help->trigger();
+    EXPECT_EQ(desktop.opened, QStringList{scratch.path(QStringLiteral("help.pdf"))});
+    window().aboutMenuItem->trigger();
+    QDialog* about = nullptr;
+    for (QDialog* dialog : window().findChildren<QDialog*>())
+        if (dialog->isVisible()) about = dialog;
+    ASSERT_NE(about, nullptr);
+    QTest::keyClick(about, Qt::Key_Escape);
+    EXPECT_FALSE(about->isVisible());
+}
+
+TEST_F(StartUp, AHiddenWindowComesBack)
+{
+    start();
+    window().hide();
+    app().applicationShouldHandleReopen();
+    EXPECT_TRUE(window().isVisible());
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,72 @@
+#include "platform/preview/BackgroundPages.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QSemaphore>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+/// Shows a page of the request's own path as its size, "slow" ones only when they are let through.
+class GatedPages final : public PageImageSource
+{
+  public:
+    explicit GatedPages(QSemaphore& gate) : gate_(gate) {}
+
+    std::optional<PageImage> page(const PageImageRequest& request) override
+    {
+        if (request.path == QLatin1String("slow")) gate_.acquire();
+        if (request.path == QLatin1String("none")) return std::nullopt;
+        return PageImage{{}, QSizeF(request.page + 1, 1)};
+    }
+
+  private:
+    QSemaphore& gate_;
+};
+
+PageImageRequest request(const char* path, int page)
+{
+    return {QString::fromLatin1(path), page, {10, 10}, 1};
+}
+
+TEST(BackgroundPages, AnswerAtOnceWhenTheyCanAndLaterWhenTheyCannot)
+{
+    QSemaphore gate;
+    BackgroundPages pages(std::make_unique<GatedPages>(gate), 5000);
+    int readyCount = 0;
+    QObject::connect(&pages, &BackgroundPages::ready, [&] { ++readyCount; });
+
+    const auto quick = pages.page(request("quick", 2));
+    ASSERT_TRUE(quick.has_value());
+    EXPECT_EQ(quick->size.width(), 3);
+    EXPECT_FALSE(pages.page(request("none", 0)).has_value());
+    EXPECT_FALSE(pages.isPending()) << "a page that cannot be shown is an answer";
+
+    BackgroundPages impatient(std::make_unique<GatedPages>(gate), 1);
+    QObject::connect(&impatient, &BackgroundPages::ready, [&] { ++readyCount; });
+    EXPECT_FALSE(impatient.page(request("slow", 0)).has_value());
+    EXPECT_TRUE(impatient.isPending());
+    EXPECT_FALSE(impatient.page(request("slow", 1)).has_value());
+    EXPECT_FALSE(impatient.page(request("slow", 2)).has_value()) << "takes the place of the one before";
+    gate.release(2);
+    const QDeadlineTimer deadline(10'000);
+    while (readyCount == 0 && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    EXPECT_EQ(readyCount, 1) << "for the last one only";
+    EXPECT_EQ(gate.available(), 0);
+    gate.release(); // for a page asked for again
+}
+
+TEST(BackgroundPages, LeavesWithAPageInWork)
+{
+    QSemaphore gate;
+    auto pages = std::make_unique<BackgroundPages>(std::make_unique<GatedPages>(gate), 1);
+    EXPECT_FALSE(pages->page(request("slow", 0)).has_value());
+    gate.release();
+    pages.reset();
+    QCoreApplication::processEvents(); // a ready() on its way must not find a page source that is gone
+}
+
+} // namespace
+} // namespace quillfern
