@@ -190,4 +190,11 @@ RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info)
     return page;
 }
 
+double decodedTiffBytes(const TiffPageInfo& info)
+{
+    const bool isGrey = info.samples == 1 && (info.photometric == PHOTOMETRIC_MINISWHITE ||
+                                              info.photometric == PHOTOMETRIC_MINISBLACK);
+    return static_cast<double>(info.width) * info.height * (isGrey ? 1 : info.alphaSample >= 0 ? 4 : 3);
+}
+
 } // namespace quillfern
