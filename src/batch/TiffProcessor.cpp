@@ -3,6 +3,7 @@
 #include "batch/PageSelection.h"
 #include "batch/TargetPreparation.h"
 #include "config/Margins.h"
+#include "platform/raster/BilevelPixels.h"
 #include "platform/raster/PageFeed.h"
 #include "platform/raster/RasterWriter.h"
 #include "platform/store/AtomicFile.h"
@@ -93,8 +94,16 @@ bool TiffProcessor::stamp(const QString& source, const QString& target, std::int
 void TiffProcessor::stampPage(RasterPage& page, const PageCompositor& compositor, std::int64_t total)
 {
     const QRectF area = Margins(number_).marginRect(QSizeF(page.image.size()));
-    makeRoomFor(compositor.inkOnImage(area, number_.numberCounter, total), page);
-    compositor.drawOnImage(page.image, area, number_.numberCounter, total, -1, false);
+    const PageStamps stamps = compositor.place(area, number_.numberCounter, total);
+    const InkProbe probe = compositor.probe(stamps);
+    makeRoomFor(probe.ink(), page);
+    if (!page.isMono()) {
+        compositor.drawPart(page.image, {}, stamps);
+    } else if (const QRect rect = patchRect(page.image, probe.bounds()); !rect.isEmpty()) {
+        QImage patch = takePatch(page.image, rect, page.isWhiteZero);
+        compositor.drawPart(patch, rect.topLeft(), stamps);
+        putPatch(patch, rect, page.isWhiteZero, page.image);
+    }
     number_.numberCounter += number_.numberSteps();
 }
 

@@ -13,6 +13,7 @@ namespace {
 /// The pixels in the colours that a screen takes them for.
 QImage forScreen(RasterPage page)
 {
+    page.spreadBits();
     if (page.isGrey() || page.colourProfile.isEmpty()) return page.image;
     const QColorSpace space = QColorSpace::fromIccProfile(page.colourProfile);
     if (!space.isValid()) return page.image;

@@ -11,15 +11,26 @@ namespace quillfern {
 
 namespace {
 
-void drawStamp(IStampItem& stamp, Canvas& canvas, const QRectF& area, std::int64_t number, std::int64_t pages,
-               bool highlight)
+/// Anchors change from page to page, so this is to be asked once a page.
+std::int32_t nextAnchor(IStampItem& stamp)
 {
-    const std::int32_t anchor = stamp.getNextMarginAnchor(stamp.isSymmetry(), stamp.marginAnchor());
+    return stamp.getNextMarginAnchor(stamp.isSymmetry(), stamp.marginAnchor());
+}
+
+void drawStamp(IStampItem& stamp, Canvas& canvas, const QRectF& area, std::int32_t anchor,
+               std::int64_t number, std::int64_t pages, bool highlight)
+{
     canvas.beginArtifact();
     canvas.save();
     stamp.draw(canvas, area, area, anchor, number, pages, highlight);
     canvas.restore();
     canvas.endArtifact();
+}
+
+void prepare(QPainter& painter)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
 }
 
 void shadeMargins(QPainter& painter, const QSizeF& size, const QRectF& area)
@@ -51,7 +62,7 @@ void PageCompositor::drawPDFNumber(PageLayers& page, const QRectF& fillRect, std
             Canvas& canvas = under ? page.under() : page.over();
             for (const auto& stamp : stamps_)
                 if (stamp->isSelected() && stamp->isDrawUnderPDFContent() == under)
-                    drawStamp(*stamp, canvas, fillRect, number, pages, false);
+                    drawStamp(*stamp, canvas, fillRect, nextAnchor(*stamp), number, pages, false);
         }
     });
 }
@@ -64,24 +75,43 @@ void PageCompositor::drawOnImage(QImage& image, const QRectF& area, std::int64_t
         // Painters take no device-pixel ratio below 1 into account: a large page shown small.
         const double ratio = image.devicePixelRatio();
         if (ratio < 1) painter.scale(ratio, ratio);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        prepare(painter);
         if (isPreview) shadeMargins(painter, image.deviceIndependentSize(), area);
         RasterCanvas canvas(painter, shaper_);
-        std::int32_t index = 0;
-        for (const auto& stamp : stamps_) {
-            if (stamp->isSelected()) drawStamp(*stamp, canvas, area, number, pages, index == highlightIndex);
-            ++index;
-        }
+        drawAll(canvas, place(area, number, pages), highlightIndex);
     });
 }
 
-Ink PageCompositor::inkOnImage(const QRectF& area, std::int64_t number, std::int64_t pages) const
+PageStamps PageCompositor::place(const QRectF& area, std::int64_t number, std::int64_t pages) const
+{
+    PageStamps stamps{area, number, pages, std::vector<std::int32_t>(stamps_.size())};
+    for (std::size_t i = 0; i < stamps_.size(); ++i)
+        if (stamps_[i]->isSelected()) stamps.anchors[i] = nextAnchor(*stamps_[i]);
+    return stamps;
+}
+
+InkProbe PageCompositor::probe(const PageStamps& stamps) const
 {
     InkProbe probe(shaper_);
-    for (const auto& stamp : stamps_)
-        if (stamp->isSelected()) stamp->draw(probe, area, area, stamp->marginAnchor(), number, pages, false);
-    return probe.ink();
+    drawAll(probe, stamps, -1);
+    return probe;
+}
+
+void PageCompositor::drawPart(QImage& image, const QPoint& origin, const PageStamps& stamps) const
+{
+    QPainter painter(&image);
+    painter.translate(-origin);
+    prepare(painter);
+    RasterCanvas canvas(painter, shaper_);
+    drawAll(canvas, stamps, -1);
+}
+
+void PageCompositor::drawAll(Canvas& canvas, const PageStamps& stamps, std::int32_t highlightIndex) const
+{
+    for (std::size_t i = 0; i < stamps_.size(); ++i)
+        if (stamps_[i]->isSelected())
+            drawStamp(*stamps_[i], canvas, stamps.area, stamps.anchors[i], stamps.number, stamps.pages,
+                      static_cast<std::int32_t>(i) == highlightIndex);
 }
 
 } // namespace quillfern

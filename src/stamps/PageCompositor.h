@@ -12,6 +12,15 @@ namespace quillfern {
 
 using StampList = std::vector<std::shared_ptr<IStampItem>>;
 
+/// What the stamps show on one page, and at which anchor each of them does.
+struct PageStamps
+{
+    QRectF area; ///< inside the margins, in the space of the page
+    std::int64_t number = 0;
+    std::int64_t pages = 0;
+    std::vector<std::int32_t> anchors; ///< of all stamps; of no meaning for those that are not enabled
+};
+
 /// Puts the stamps of a job on one page. It is handed the stamp list and the number of the page; it changes
 /// nothing but the stamps' facing-page state, so two pages must not be composited with one list at once.
 class PageCompositor
@@ -32,14 +41,21 @@ class PageCompositor
     void drawOnImage(QImage& image, const QRectF& area, std::int64_t number, std::int64_t pages,
                      std::int32_t highlightIndex, bool isPreview) const;
 
-    /// What the enabled stamps need of the pixels of an image they are drawn on. Changes nothing, also not
-    /// the stamps' facing-page state; arguments as for drawOnImage().
-    [[nodiscard]] Ink inkOnImage(const QRectF& area, std::int64_t number, std::int64_t pages) const;
+    // The same in steps, for pages whose pixels depend on what is drawn on them.
+
+    /// Begins the next page of an output: decides on the anchors. Arguments as for drawOnImage().
+    [[nodiscard]] PageStamps place(const QRectF& area, std::int64_t number, std::int64_t pages) const;
+    /// Finds out what drawing them takes; draws nothing.
+    [[nodiscard]] InkProbe probe(const PageStamps& stamps) const;
+    /// Draws them over an image that begins at `origin` of the page, pixel for pixel.
+    void drawPart(QImage& image, const QPoint& origin, const PageStamps& stamps) const;
 
     /// Kept in the interface; draws nothing.
     void drawTIFFNumber(QImage&, std::int64_t, std::int64_t, std::int32_t) const {}
 
   private:
+    void drawAll(Canvas& canvas, const PageStamps& stamps, std::int32_t highlightIndex) const;
+
     const StampList& stamps_;
     TextShaper& shaper_;
 };

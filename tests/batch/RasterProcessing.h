@@ -41,9 +41,9 @@ inline QImage greyPicture()
     return image;
 }
 
-inline QImage blackAndWhitePicture()
+inline QImage blackAndWhitePicture(int width = 120, int height = 88)
 {
-    QImage image = colourPicture();
+    QImage image = colourPicture(width, height);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             image.setPixelColor(x, y, qGray(image.pixel(x, y)) < 200 ? Qt::black : Qt::white);

@@ -240,6 +240,75 @@ TEST_F(TiffProcessing, FaxPagesStayFaxPagesWhereTheStampsAllow)
     }
 }
 
+TEST_F(TiffProcessing, BilevelPagesAreStampedAsIfTheirPixelsWereBytes)
+{
+    // Only pages of strips that are stored upright keep their bits; a mirrored page becomes bytes.
+    const QString name = QStringLiteral("page.tif");
+    constexpr int mirrored = 2;
+    const auto stamped = [&](TiffLayout layout) {
+        layout.bits = 1;
+        const QImage page = blackAndWhitePicture(123, 91);
+        TiffBuilder(path(name)).page(page, layout).page(page, layout);
+        return readTiff(process(path(name)));
+    };
+    const struct
+    {
+        const char* name;
+        int anchor;
+        double angle;
+        int fontSize;
+        int margin;
+        bool isWhite;
+        bool isSymmetric;
+        bool isOutlined;
+    } cases[] = {
+        {"at an edge", BottomMiddle, 0, 20, 0, false, false, false},
+        {"facing pages", BottomLeft, 0, 12, 5, false, true, false},
+        {"turned", BottomRight, 33, 20, 0, false, false, false},
+        {"with a rim and lines", MiddleLeft, -90, 24, 0, false, false, true},
+        {"white", TopLeft, 0, 30, 0, true, false, false},
+        {"across the edges", TopRight, 10, 40, -20, false, true, true},
+        {"larger than the page", BottomMiddle, 5, 300, 0, false, false, false},
+        {"beside the page", TopLeft, 0, 20, 500, false, false, false},
+    };
+    for (const auto& c : cases) {
+        number.stamps.clear();
+        addStamp(c.isWhite ? Qt::white : Qt::black);
+        text()->setMarginAnchor(c.anchor);
+        text()->setIsSymmetry(c.isSymmetric);
+        text()->textRotation = c.angle;
+        text()->font.fontSize = c.fontSize;
+        text()->outlineWidth = c.isOutlined ? 20 : 0;
+        text()->isUnderline = c.isOutlined;
+        text()->underlineStyle = Double;
+        number.setMarginLeft(c.margin);
+        number.setMarginTop(c.margin);
+        const auto expected = stamped({.photometric = 1, .orientation = mirrored});
+        ASSERT_EQ(expected.size(), 2U);
+        const bool isMarked = c.margin < 500;
+        EXPECT_EQ(expected[0].image != blackAndWhitePicture(123, 91), isMarked) << c.name;
+        for (const int photometric : {0, 1}) {
+            for (const int fillOrder : {1, 2}) {
+                for (const int compression : {1, 4, 5}) {
+                    SCOPED_TRACE(testing::Message() << c.name << ", as " << photometric << ' ' << fillOrder
+                                                    << ' ' << compression);
+                    const auto pages = stamped({.photometric = photometric,
+                                                .compression = compression,
+                                                .xResolution = 204,
+                                                .yResolution = 98,
+                                                .fillOrder = fillOrder});
+                    ASSERT_EQ(pages.size(), 2U);
+                    for (std::size_t i = 0; i < 2; ++i) {
+                        EXPECT_EQ(pages[i].image, expected[i].image);
+                        EXPECT_EQ(pages[i].photometric, photometric);
+                        EXPECT_EQ(pages[i].bits, 1);
+                    }
+                }
+            }
+        }
+    }
+}
+
 TEST_F(TiffProcessing, GreyPagesTakeColourOnlyWithColouredStamps)
 {
     const QString source = path(QStringLiteral("grey.tif"));

@@ -6,6 +6,7 @@
 #include "support/TiffBuilder.h"
 #include "support/Tools.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 #include <turbojpeg.h>
@@ -78,6 +79,83 @@ TEST(StripCodecTest, LibtiffReadsBackEveryStrip)
                     const auto pages = readTiff(path);
                     ASSERT_EQ(pages.size(), 1U);
                     ASSERT_EQ(pixelsOf(pages[0].image, channels), rows);
+                }
+            }
+        }
+    }
+}
+
+/// Rows of one bit a pixel in turns of three: runs of every length that has a code of its own, runs of any
+/// length, and the row above with its changes moved a little, left out and doubled, as rows of writing are.
+QByteArray bilevelRows(int width, int count, unsigned seed)
+{
+    std::mt19937 random(seed);
+    const auto below = [&](unsigned limit) { return static_cast<int>(random() % limit); };
+    std::vector<int> changes;
+    QByteArray bytes;
+    int length = 0;
+    for (int y = 0; y < count; ++y) {
+        std::vector<int> next;
+        const unsigned longest = 1U << below(13);
+        int x = below(2) * below(longest);
+        if (y % 3 == 0) {
+            for (; x < width; x += length) {
+                if (next.size() % 2 == 0) length += length < 64 ? 1 : length < 2700 ? 64 : -length + 1;
+                next.push_back(x);
+            }
+        } else if (y % 3 == 1) {
+            for (; x < width; x += 1 + below(longest))
+                next.push_back(x);
+        } else {
+            for (const int change : changes) {
+                const int moved = change + below(9) - 4;
+                if (below(12) > 0 && moved >= 0 && (next.empty() || moved > next.back()))
+                    next.push_back(moved);
+                if (below(12) == 0 && !next.empty()) next.push_back(next.back() + 1);
+            }
+        }
+        QByteArray row((width + 7) / 8, '\0');
+        bool isOne = false;
+        for (x = 0; x < row.size() * 8; ++x) {
+            const bool changesHere =
+                x < width ? std::binary_search(next.begin(), next.end(), x) : below(2) == 0;
+            if (changesHere) isOne = !isOne; // behind the last pixel the bits are anything
+            if (isOne) row[x / 8] = static_cast<char>(row[x / 8] | 0x80 >> x % 8);
+        }
+        bytes += row;
+        changes = std::move(next);
+    }
+    return bytes;
+}
+
+TEST(StripCodecTest, LibtiffReadsBackFaxStrips)
+{
+    const Scratch scratch;
+    const QString path = scratch.path(QStringLiteral("fax.tif"));
+    constexpr int count = 90;
+    for (const int width : {1, 2, 7, 8, 63, 64, 65, 100, 511, 2480, 6000, 30000}) {
+        for (const bool isWhiteZero : {true, false}) {
+            SCOPED_TRACE(testing::Message() << width << ' ' << isWhiteZero);
+            StripFormat format;
+            format.width = static_cast<std::uint32_t>(width);
+            format.isBilevel = true;
+            format.isWhiteZero = isWhiteZero;
+            format.compression = 4;
+            const QByteArray rows = bilevelRows(width, count, static_cast<unsigned>(width));
+            AtomicFile file(path);
+            TiffFileOutput output(file);
+            TiffContainer container(output);
+            container.beginPage(format, count, count, QSizeF(72, 72), {});
+            container.addStrip(encodeStrip(format, rows));
+            container.finish();
+            file.commit();
+            const auto pages = readTiff(path);
+            ASSERT_EQ(pages.size(), 1U);
+            for (int y = 0; y < count; ++y) {
+                for (int x = 0; x < width; ++x) {
+                    const bool isOne = (rows[y * format.rowBytes() + x / 8] << x % 8 & 0x80) != 0;
+                    const int shade = pages[0].image.constScanLine(y)[x * 4];
+                    ASSERT_EQ(shade, isOne == isWhiteZero ? 0 : 255) << x << ", " << y;
                 }
             }
         }

@@ -127,6 +127,7 @@ void setFields(TIFF* tiff, const QImage& image, const TiffLayout& layout, int sa
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, layout.photometric);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, layout.compression);
     TIFFSetField(tiff, TIFFTAG_ORIENTATION, layout.orientation);
+    TIFFSetField(tiff, TIFFTAG_FILLORDER, layout.fillOrder);
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, layout.planar ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
     if (layout.extraSample >= 0) {
         const auto kind = static_cast<std::uint16_t>(layout.extraSample);

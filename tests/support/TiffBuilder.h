@@ -20,6 +20,7 @@ struct TiffLayout
     double xResolution = 0;
     double yResolution = 0;
     int resolutionUnit = 2;
+    int fillOrder = 1; ///< 2 for low bits first
 };
 
 /// Writes TIFF files with libtiff, page by page.

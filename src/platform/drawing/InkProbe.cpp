@@ -23,22 +23,48 @@ void InkProbe::use(const QColor& color)
 
 void InkProbe::fillRect(const QRectF& rect, const QColor& color)
 {
-    if (!rect.isEmpty()) use(color);
+    if (rect.isEmpty()) return;
+    use(color);
+    mark(rect);
 }
 
 void InkProbe::drawText(const ShapedText& text, const TextPaint& paint)
 {
+    const bool isFilled = paint.fill.alpha() > 0;
     if (paint.strokeWidth > 0) use(paint.stroke);
-    if (paint.fill.alpha() == 0) return;
-    use(paint.fill);
-    for (const ShapedRun& run : text.runs)
-        for (const ShapedGlyph& glyph : run.glyphs)
-            if (run.face->isPicture(glyph.glyph)) use(Ink::Colour);
+    if (isFilled) use(paint.fill);
+    QRectF outlines;
+    for (const ShapedRun& run : text.runs) {
+        for (const ShapedGlyph& glyph : run.glyphs) {
+            if (isFilled && run.face->isPicture(glyph.glyph)) use(Ink::Colour);
+            outlines |= run.face->outline(glyph.glyph).controlPointRect().translated(glyph.x, glyph.y);
+        }
+    }
+    const double size = paint.fontSize;
+    const double rim = paint.strokeWidth / 2;
+    mark(QRectF(outlines.topLeft() * size, outlines.size() * size).adjusted(-rim, -rim, rim, rim));
+    if (isFilled)
+        for (const QRectF& line : textDecorations(text, paint))
+            mark(line);
 }
 
 void InkProbe::drawPicture(const Picture& picture, const QRectF& target, double opacity)
 {
-    if (opacity > 0 && !target.isEmpty()) use(picture.isGrey() ? Ink::Grey : Ink::Colour);
+    if (opacity <= 0 || target.isEmpty()) return;
+    use(picture.isGrey() ? Ink::Grey : Ink::Colour);
+    mark(target);
+}
+
+void InkProbe::restore()
+{
+    space_ = saved_.back();
+    saved_.pop_back();
+}
+
+QRectF InkProbe::bounds() const
+{
+    constexpr double softEdge = 2; // one would do, were it not for rounding
+    return marks_.isNull() ? QRectF() : marks_.adjusted(-softEdge, -softEdge, softEdge, softEdge);
 }
 
 } // namespace quillfern

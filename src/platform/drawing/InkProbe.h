@@ -2,6 +2,9 @@
 
 #include "platform/drawing/Canvas.h"
 
+#include <QTransform>
+#include <vector>
+
 namespace quillfern {
 
 /// What drawing needs of a page's pixels, from little to much.
@@ -12,19 +15,22 @@ enum class Ink {
     Colour,
 };
 
-/// A canvas that draws nothing and finds out what colours the drawing would take.
+/// A canvas that draws nothing and finds out what colours the drawing would take, and where it would be.
 class InkProbe final : public Canvas
 {
   public:
     explicit InkProbe(TextShaper& shaper) : shaper_(shaper) {}
 
     [[nodiscard]] Ink ink() const { return ink_; }
+    /// Holds every mark, soft edges included; empty when there is none. Glyphs that are pictures are counted
+    /// as ink but not as marks.
+    [[nodiscard]] QRectF bounds() const;
 
     [[nodiscard]] TextShaper& shaper() override { return shaper_; }
-    void save() override {}
-    void restore() override {}
-    void translate(double, double) override {}
-    void rotate(double) override {}
+    void save() override { saved_.push_back(space_); }
+    void restore() override;
+    void translate(double dx, double dy) override { space_.translate(dx, dy); }
+    void rotate(double radians) override { space_.rotateRadians(radians); }
     void fillRect(const QRectF& rect, const QColor& color) override;
     void drawText(const ShapedText& text, const TextPaint& paint) override;
     void drawPicture(const Picture& picture, const QRectF& target, double opacity) override;
@@ -32,8 +38,12 @@ class InkProbe final : public Canvas
   private:
     void use(Ink ink);
     void use(const QColor& color);
+    void mark(const QRectF& rect) { marks_ |= space_.mapRect(rect); }
 
     TextShaper& shaper_;
+    QTransform space_;
+    std::vector<QTransform> saved_;
+    QRectF marks_;
     Ink ink_ = Ink::None;
 };
 

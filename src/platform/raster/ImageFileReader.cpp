@@ -99,6 +99,11 @@ QImage ImageFileReader::readImage()
     return image;
 }
 
+double ImageFileReader::nextPageBytes()
+{
+    return double{bytesPerDecodedPixel} * size_.width() * size_.height();
+}
+
 RasterPage ImageFileReader::readPage()
 {
     return pageFromImage(readImage());

@@ -22,6 +22,7 @@ class ImageFileReader final : public RasterReader
     }
 
     [[nodiscard]] RasterPage readPage() override;
+    [[nodiscard]] double nextPageBytes() override;
     /// Frames build on each other: passing over one decodes it all the same.
     void skipPage() override { static_cast<void>(readPage()); }
 

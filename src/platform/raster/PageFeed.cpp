@@ -4,31 +4,41 @@
 
 namespace quillfern {
 
-PageFeed::PageFeed(RasterReader& reader, int first, int last) : reader_(reader), first_(first), last_(last)
+PageFeed::PageFeed(RasterReader& reader, int first, int last) : first_(first), last_(last), page_(first)
 {
+    lanes_.push_back({&reader});
+    if (first < last) twin_ = reader.twin();
+    if (twin_) lanes_.push_back({twin_.get()});
+    for (Lane& lane : lanes_)
+        decodeAhead(lane, first++);
 }
 
 PageFeed::~PageFeed()
 {
-    if (ahead_.valid()) ahead_.wait();
+    for (const Lane& lane : lanes_)
+        if (lane.ahead.valid()) lane.ahead.wait();
 }
 
-void PageFeed::decodeAhead()
+void PageFeed::decodeAhead(Lane& lane, int page)
 {
-    ++position_;
-    ahead_ = std::async(std::launch::async, [this] { return reader_.readPage(); });
+    if (page > last_) return;
+    for (; lane.position < page; ++lane.position)
+        lane.reader->skipPage();
+    ++lane.position;
+    lane.ahead = std::async(std::launch::async, [reader = lane.reader]() -> std::optional<RasterPage> {
+        if (reader->nextPageBytes() > static_cast<double>(largestPageAhead)) return std::nullopt;
+        return reader->readPage();
+    });
 }
 
 std::optional<RasterPage> PageFeed::next()
 {
-    for (; position_ < first_ && position_ <= last_; ++position_)
-        reader_.skipPage();
-    if (!ahead_.valid()) {
-        if (position_ > last_) return std::nullopt;
-        decodeAhead();
-    }
-    RasterPage page = ahead_.get();
-    if (position_ <= last_ && page.image.sizeInBytes() <= largestPageAhead) decodeAhead();
+    if (page_ > last_) return std::nullopt;
+    Lane& lane = lanes_[static_cast<std::size_t>(page_ - first_) % lanes_.size()];
+    std::optional<RasterPage> page = lane.ahead.get();
+    if (!page) page = lane.reader->readPage();
+    decodeAhead(lane, page_ + static_cast<int>(lanes_.size()));
+    ++page_;
     return page;
 }
 

@@ -4,32 +4,41 @@
 
 #include <future>
 #include <optional>
+#include <vector>
 
 namespace quillfern {
 
-/// Hands out the pages of a reader from `first` to `last` (1-based), decoding the next one on a thread of its
-/// own while the caller works on the present one. Pages too large for that are decoded when they are asked
-/// for.
+/// Hands out the pages of a reader from `first` to `last` (1-based), decoding the next ones on threads of
+/// their own while the caller works on the present one: two at a time where the reader has a twin. Pages too
+/// large for that are decoded when they are asked for.
 class PageFeed
 {
   public:
+    /// `reader` must outlive the feed and stands before its first page.
     PageFeed(RasterReader& reader, int first, int last);
-    /// Waits for the page being decoded.
+    /// Waits for the pages being decoded.
     ~PageFeed();
     PageFeed(const PageFeed&) = delete;
     PageFeed& operator=(const PageFeed&) = delete;
 
-    /// The next page; nothing after the last. Throws the reader's Failure.
+    /// The next page; nothing after the last. Throws the reader's Failure, after which there are no more.
     [[nodiscard]] std::optional<RasterPage> next();
 
   private:
-    void decodeAhead();
+    struct Lane
+    {
+        RasterReader* reader;
+        int position = 1;                                  ///< of the reader
+        std::future<std::optional<RasterPage>> ahead = {}; ///< nothing for a page that is too large
+    };
 
-    RasterReader& reader_;
+    void decodeAhead(Lane& lane, int page);
+
+    std::unique_ptr<RasterReader> twin_;
     int first_;
     int last_;
-    int position_ = 1; ///< of the reader
-    std::future<RasterPage> ahead_;
+    int page_;                ///< the next to be handed out
+    std::vector<Lane> lanes_; ///< which take turns
 };
 
 } // namespace quillfern

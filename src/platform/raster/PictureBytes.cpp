@@ -68,6 +68,8 @@ Decoded decodeFirstPage(const QByteArray& bytes)
     checkPictureSize({static_cast<int>(std::min(info.width, 0x7FFFFFFFU)),
                       static_cast<int>(std::min(info.height, 0x7FFFFFFFU))});
     RasterPage page = decodeTiffPage(file, info);
+    page.spreadBits();
+    if (page.image.isNull()) throw Failure(QStringLiteral("not enough memory for a picture"));
     return {std::move(page), jpegInside(file, info)};
 }
 

@@ -3,6 +3,7 @@
 #include "platform/system/Failure.h"
 
 #include <QPixelFormat>
+#include <algorithm>
 
 namespace quillfern {
 
@@ -17,7 +18,8 @@ void checkPageSize(std::int64_t width, std::int64_t height, int bytesPerPixel)
 
 QImage makePageImage(std::int64_t width, std::int64_t height, QImage::Format format)
 {
-    checkPageSize(width, height, QImage::toPixelFormat(format).bitsPerPixel() / 8);
+    // Pixels of one bit may have to become bytes.
+    checkPageSize(width, height, std::max(1, QImage::toPixelFormat(format).bitsPerPixel() / 8));
     QImage image(static_cast<int>(width), static_cast<int>(height), format);
     if (image.isNull()) throw Failure(QStringLiteral("not enough memory for a page"));
     return image;

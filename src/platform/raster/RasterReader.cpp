@@ -16,7 +16,7 @@ std::unique_ptr<RasterReader> RasterReader::open(const QString& path)
     openRegularFile(*file, path);
     const QByteArray start = file->peek(1024);
     if (start.isEmpty()) throw Failure(QStringLiteral("the file is empty"));
-    if (TiffFile::isTiff(start)) return std::make_unique<TiffReader>(path);
+    if (TiffFile::isTiff(start)) return std::make_unique<TiffReader>(std::move(file), path);
     if (start.contains("%PDF-"))
         throw Failure(QStringLiteral("the file is a PDF document under another kind of name"));
     return std::make_unique<ImageFileReader>(std::move(file));

@@ -24,8 +24,13 @@ class RasterReader
 
     /// The next page. Throws Failure when it is damaged, cut off or too large, and when there is none.
     [[nodiscard]] virtual RasterPage readPage() = 0;
+    /// Bytes of pixels that the next page takes, as far as its header tells. Throws as readPage() does.
+    [[nodiscard]] virtual double nextPageBytes() = 0;
     /// Passes over the next page without decoding it, where the format allows.
     virtual void skipPage() = 0;
+    /// A reader of the same pages, from the first one on, for another thread at the same time; none for
+    /// formats in which a page needs those before it.
+    [[nodiscard]] virtual std::unique_ptr<RasterReader> twin() const { return nullptr; }
 
   protected:
     void setPages(int count, const QSizeF& firstSize)

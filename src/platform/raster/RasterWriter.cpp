@@ -1,10 +1,10 @@
 #include "platform/raster/RasterWriter.h"
 
+#include "platform/raster/BilevelPixels.h"
 #include "platform/raster/JpegCodec.h"
 #include "platform/raster/RasterLimits.h"
 
 #include <QThread>
-#include <QtEndian>
 #include <algorithm>
 #include <cstring>
 
@@ -23,32 +23,16 @@ std::uint32_t rowsPerStrip(const StripFormat& format, std::uint32_t height)
     return std::max(rows, rowUnit);
 }
 
-/// Eight grey pixels to a byte; grey from the middle up is white.
-void packBits(const uchar* pixels, std::size_t count, bool isWhiteZero, uchar* target)
-{
-    const unsigned flip = isWhiteZero ? 0xFFU : 0U;
-    std::size_t x = 0;
-    for (; x + 8 <= count; x += 8) {
-        // The high bit of each pixel moves to its place in the top byte; no two of the products meet.
-        const auto highBits = qFromLittleEndian<quint64>(pixels + x) >> 7U & 0x0101010101010101U;
-        *target++ = static_cast<uchar>((highBits * 0x8040201008040201U >> 56U) ^ flip);
-    }
-    if (x == count) return;
-    unsigned byte = 0;
-    for (unsigned bit = 0; x + bit < count; ++bit)
-        byte |= (pixels[x + bit] >> 7U) << (7 - bit);
-    *target = static_cast<uchar>(byte ^ flip);
-}
-
 QByteArray encodeRows(const QImage& image, int top, int rows, const StripFormat& format)
 {
     const std::size_t rowBytes = format.rowBytes();
+    const bool isPacked = format.isBilevel && image.depth() == 8;
     QByteArray bytes(static_cast<qsizetype>(rowBytes) * rows, Qt::Uninitialized);
     auto* target = reinterpret_cast<uchar*>(bytes.data());
     for (int y = 0; y < rows; ++y, target += rowBytes) {
         const uchar* source = image.constScanLine(top + y);
-        if (format.isBilevel)
-            packBits(source, format.width, format.isWhiteZero, target);
+        if (isPacked)
+            packBits(source, format.width, format.isWhiteZero ? 0xFFU : 0U, target);
         else
             std::memcpy(target, source, rowBytes);
     }

@@ -1,5 +1,6 @@
 #include "platform/raster/StripCodec.h"
 
+#include "platform/raster/FaxEncoder.h"
 #include "platform/raster/JpegCodec.h"
 #include "platform/raster/LzwEncoder.h"
 #include "platform/system/Failure.h"
@@ -102,7 +103,7 @@ void applyPredictor(const StripFormat& format, QByteArray& rows)
     }
 }
 
-/// Fax, PackBits and Deflate coding, as libtiff does it.
+/// Group 3 fax, PackBits and Deflate coding, as libtiff does it.
 QByteArray encodeWithLibrary(const StripFormat& format, QByteArray rows, int rowCount)
 {
     Scratch scratch;
@@ -175,6 +176,8 @@ QByteArray encodeStrip(const StripFormat& format, QByteArray rows)
     case COMPRESSION_JPEG:
         return encodeJpeg(reinterpret_cast<const uchar*>(rows.constData()), static_cast<int>(format.width),
                           rowCount, format.channels);
+    case COMPRESSION_CCITTFAX4:
+        return encodeGroup4(rows, format.width);
     default:
         return encodeWithLibrary(format, std::move(rows), rowCount);
     }

@@ -16,6 +16,29 @@ namespace {
 
 const QString damaged = QStringLiteral("a page is damaged or cut off");
 
+/// True for pages that stay as they are: a bit a pixel, upright.
+bool canKeepBits(const TiffFile& file, const TiffPageInfo& info)
+{
+    const bool isGrey =
+        info.photometric == PHOTOMETRIC_MINISWHITE || info.photometric == PHOTOMETRIC_MINISBLACK;
+    return info.bits == 1 && info.samples == 1 && isGrey && info.alphaSample < 0 && info.hasIntegers &&
+           info.orientation == ORIENTATION_TOPLEFT && !TIFFIsTiled(file.handle());
+}
+
+QImage decodeBits(TiffFile& file, const TiffPageInfo& info)
+{
+    QImage image = makePageImage(info.width, info.height, QImage::Format_Mono);
+    const bool isWhiteZero = info.photometric == PHOTOMETRIC_MINISWHITE;
+    image.setColorTable(isWhiteZero ? QList<QRgb>{0xFFFFFFFF, 0xFF000000}
+                                    : QList<QRgb>{0xFF000000, 0xFFFFFFFF});
+    const tmsize_t size = TIFFScanlineSize(file.handle());
+    if (size <= 0 || size > image.bytesPerLine()) throw file.failure(damaged);
+    for (std::uint32_t y = 0; y < info.height; ++y)
+        if (TIFFReadScanline(file.handle(), image.scanLine(static_cast<int>(y)), y) < 0)
+            throw file.failure(damaged);
+    return image;
+}
+
 void decodeScanlines(TiffFile& file, const TiffPageInfo& info, TiffRows& rows, QImage& image)
 {
     const tmsize_t size = TIFFScanlineSize(file.handle());
@@ -153,8 +176,10 @@ RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info)
 {
     file.clearErrors();
     RasterPage page;
-    page.image = upright(TiffRows::canConvert(info) ? decodeRows(file, info) : decodeConverted(file, info),
-                         info.orientation);
+    page.image = canKeepBits(file, info) ? decodeBits(file, info)
+                                         : upright(TiffRows::canConvert(info) ? decodeRows(file, info)
+                                                                              : decodeConverted(file, info),
+                                                   info.orientation);
     // A codec that stumbles over damage may go on with what it has; a page must be whole.
     if (file.hasError()) throw file.failure(damaged);
     page.isBilevel = info.bits == 1 && info.samples == 1 && page.isGrey();
@@ -163,6 +188,13 @@ RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info)
         page.group3Options = file.field<std::uint32_t>(TIFFTAG_GROUP3OPTIONS, 0);
     page.colourProfile = colourProfile(file, info);
     return page;
+}
+
+double decodedTiffBytes(const TiffPageInfo& info)
+{
+    const bool isGrey = info.samples == 1 && (info.photometric == PHOTOMETRIC_MINISWHITE ||
+                                              info.photometric == PHOTOMETRIC_MINISBLACK);
+    return static_cast<double>(info.width) * info.height * (isGrey ? 1 : info.alphaSample >= 0 ? 4 : 3);
 }
 
 } // namespace quillfern

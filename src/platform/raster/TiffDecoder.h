@@ -11,4 +11,10 @@ class TiffFile;
 /// missing or damaged, and, before memory is taken, when the page is too large.
 [[nodiscard]] RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info);
 
+/// Bytes of pixels that the page takes when decoded; more than there can be for a hostile header.
+[[nodiscard]] double decodedTiffBytes(const TiffPageInfo& info);
+
+/// Bytes of pixels that the page takes when decoded, at most; beyond all bounds for a hostile header.
+[[nodiscard]] double decodedTiffBytes(const TiffPageInfo& info);
+
 } // namespace quillfern

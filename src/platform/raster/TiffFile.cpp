@@ -2,11 +2,13 @@
 
 #include "platform/raster/RasterLimits.h"
 #include "platform/system/Failure.h"
+#include "platform/system/FileAccess.h"
 #include "platform/system/NativePath.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <unistd.h>
 
 namespace quillfern {
 
@@ -28,24 +30,34 @@ std::unique_ptr<TIFFOpenOptions, OptionsFree> openOptions(TIFFErrorHandlerExtR o
     return options;
 }
 
-} // namespace
-
-// 'm' leaves the file unmapped.
-TiffFile::TiffFile(const QString& path)
-    : tiff_(TIFFOpenExt(nativePath(path).constData(), "rm", openOptions(keepError, this).get()))
+std::shared_ptr<const QFile> opened(const QString& path)
 {
-    if (!tiff_) throw failure(QStringLiteral("the TIFF file cannot be read"));
+    auto file = std::make_shared<QFile>();
+    openRegularFile(*file, path);
+    return file;
 }
 
-TiffFile::TiffFile(const QByteArray& bytes)
-    : memory_{&bytes, 0},
+} // namespace
+
+TiffFile::TiffFile(const QString& path) : TiffFile(opened(path), path)
+{
+}
+
+TiffFile::TiffFile(std::shared_ptr<const QFile> file, const QString& path)
+    : TiffFile(Source{std::move(file), nullptr}, nativePath(path))
+{
+}
+
+TiffFile::TiffFile(const QByteArray& bytes) : TiffFile(Source{nullptr, &bytes}, "picture")
+{
+}
+
+// 'm' leaves the file unmapped.
+TiffFile::TiffFile(Source source, const QByteArray& name)
+    : source_(std::move(source)),
       tiff_(TIFFClientOpenExt(
-          "picture", "rm", &memory_, readMemory, [](thandle_t, void*, tmsize_t) -> tmsize_t { return 0; },
-          seekMemory, [](thandle_t) { return 0; },
-          [](thandle_t handle) {
-              return static_cast<toff_t>(static_cast<const Memory*>(handle)->bytes->size());
-          },
-          nullptr, nullptr, openOptions(keepError, this).get()))
+          name.constData(), "rm", &source_, read, [](thandle_t, void*, tmsize_t) -> tmsize_t { return 0; },
+          seek, [](thandle_t) { return 0; }, size, nullptr, nullptr, openOptions(keepError, this).get()))
 {
     if (!tiff_) throw failure(QStringLiteral("the TIFF data cannot be read"));
 }
@@ -66,23 +78,36 @@ int TiffFile::keepError(TIFF*, void* file, const char*, const char* format, va_l
     return 1; // nobody else needs to hear of it
 }
 
-tmsize_t TiffFile::readMemory(thandle_t handle, void* buffer, tmsize_t size)
+tmsize_t TiffFile::read(thandle_t handle, void* buffer, tmsize_t size)
 {
-    auto* memory = static_cast<Memory*>(handle);
-    const auto length = static_cast<toff_t>(memory->bytes->size());
-    if (memory->position >= length || size <= 0) return 0;
-    const auto count = std::min(static_cast<toff_t>(size), length - memory->position);
-    std::memcpy(buffer, memory->bytes->constData() + memory->position, count);
-    memory->position += count;
+    auto& source = *static_cast<Source*>(handle);
+    if (source.file) {
+        // Not through the file's own position, which all that read it would share.
+        const ssize_t count = ::pread(source.file->handle(), buffer, static_cast<std::size_t>(size),
+                                      static_cast<off_t>(source.position));
+        if (count > 0) source.position += static_cast<toff_t>(count);
+        return count;
+    }
+    const auto length = static_cast<toff_t>(source.bytes->size());
+    if (source.position >= length || size <= 0) return 0;
+    const auto count = std::min(static_cast<toff_t>(size), length - source.position);
+    std::memcpy(buffer, source.bytes->constData() + source.position, count);
+    source.position += count;
     return static_cast<tmsize_t>(count);
 }
 
-toff_t TiffFile::seekMemory(thandle_t handle, toff_t offset, int whence)
+toff_t TiffFile::seek(thandle_t handle, toff_t offset, int whence)
 {
-    auto* memory = static_cast<Memory*>(handle);
-    if (whence == SEEK_CUR) offset += memory->position;
-    if (whence == SEEK_END) offset += static_cast<toff_t>(memory->bytes->size());
-    return memory->position = offset;
+    auto& source = *static_cast<Source*>(handle);
+    if (whence == SEEK_CUR) offset += source.position;
+    if (whence == SEEK_END) offset += size(handle);
+    return source.position = offset;
+}
+
+toff_t TiffFile::size(thandle_t handle)
+{
+    const auto& source = *static_cast<const Source*>(handle);
+    return static_cast<toff_t>(source.file ? source.file->size() : source.bytes->size());
 }
 
 Failure TiffFile::failure(const QString& doing) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFile>
 #include <QString>
 #include <memory>
 #include <tiffio.h>
@@ -16,6 +17,9 @@ class TiffFile
   public:
     /// The file at `path`, not mapped into memory: it may shrink under our hands. Throws Failure.
     explicit TiffFile(const QString& path);
+    /// An open file, which may be read by several at once, each at a place of its own. `path` is what errors
+    /// call it. Throws Failure.
+    TiffFile(std::shared_ptr<const QFile> file, const QString& path);
     /// A TIFF in memory, which must outlive this object. Throws Failure.
     explicit TiffFile(const QByteArray& bytes);
     TiffFile(const TiffFile&) = delete;
@@ -45,18 +49,22 @@ class TiffFile
     {
         void operator()(TIFF* tiff) const { TIFFClose(tiff); }
     };
-    struct Memory
+    struct Source
     {
-        const QByteArray* bytes = nullptr;
+        std::shared_ptr<const QFile> file; ///< either this
+        const QByteArray* bytes = nullptr; ///< or that
         toff_t position = 0;
     };
 
+    TiffFile(Source source, const QByteArray& name);
+
     static int keepError(TIFF*, void* file, const char* module, const char* format, va_list arguments);
-    static tmsize_t readMemory(thandle_t handle, void* buffer, tmsize_t size);
-    static toff_t seekMemory(thandle_t handle, toff_t offset, int whence);
+    static tmsize_t read(thandle_t handle, void* buffer, tmsize_t size);
+    static toff_t seek(thandle_t handle, toff_t offset, int whence);
+    static toff_t size(thandle_t handle);
 
     QByteArray lastError_;
-    Memory memory_;
+    Source source_;
     std::unique_ptr<TIFF, Closer> tiff_; ///< last: closing may still report
 };
 

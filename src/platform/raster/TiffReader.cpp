@@ -5,17 +5,8 @@
 
 namespace quillfern {
 
-TiffReader::TiffReader(const QString& path) : file_(path)
-{
-    begin();
-}
-
-TiffReader::TiffReader(const QByteArray& bytes) : file_(bytes)
-{
-    begin();
-}
-
-void TiffReader::begin()
+TiffReader::TiffReader(std::shared_ptr<const QFile> file, const QString& path)
+    : source_(std::move(file)), path_(path), file_(source_, path)
 {
     file_.clearErrors();
     const auto count = static_cast<int>(TIFFNumberOfDirectories(file_.handle()));
@@ -24,12 +15,27 @@ void TiffReader::begin()
     setPages(count, readTiffPageInfo(file_).sizeInPoints());
 }
 
-RasterPage TiffReader::readPage()
+std::unique_ptr<RasterReader> TiffReader::twin() const
+{
+    return std::make_unique<TiffReader>(source_, path_);
+}
+
+TiffPageInfo TiffReader::info()
 {
     for (; pending_ > 0; --pending_)
         if (TIFFReadDirectory(file_.handle()) != 1)
             throw file_.failure(QStringLiteral("a page is missing or damaged"));
-    RasterPage page = decodeTiffPage(file_, readTiffPageInfo(file_));
+    return readTiffPageInfo(file_);
+}
+
+double TiffReader::nextPageBytes()
+{
+    return decodedTiffBytes(info());
+}
+
+RasterPage TiffReader::readPage()
+{
+    RasterPage page = decodeTiffPage(file_, info());
     pending_ = 1;
     return page;
 }

@@ -2,6 +2,7 @@
 
 #include "platform/raster/RasterReader.h"
 #include "platform/raster/TiffFile.h"
+#include "platform/raster/TiffPageInfo.h"
 
 namespace quillfern {
 
@@ -9,16 +10,20 @@ namespace quillfern {
 class TiffReader final : public RasterReader
 {
   public:
-    explicit TiffReader(const QString& path);
-    /// A TIFF in memory, which must outlive the reader.
-    explicit TiffReader(const QByteArray& bytes);
+    /// An open file; `path` is what errors call it. Throws Failure when it is no TIFF.
+    TiffReader(std::shared_ptr<const QFile> file, const QString& path);
 
     [[nodiscard]] RasterPage readPage() override;
+    [[nodiscard]] double nextPageBytes() override;
     void skipPage() override { ++pending_; }
+    [[nodiscard]] std::unique_ptr<RasterReader> twin() const override;
 
   private:
-    void begin();
+    /// Goes to the next page's directory.
+    [[nodiscard]] TiffPageInfo info();
 
+    std::shared_ptr<const QFile> source_;
+    QString path_;
     TiffFile file_;
     int pending_ = 0; ///< directories to go forward before the next page
 };

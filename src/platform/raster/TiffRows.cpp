@@ -1,5 +1,6 @@
 #include "platform/raster/TiffRows.h"
 
+#include "platform/raster/BilevelPixels.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
 
@@ -11,25 +12,6 @@ namespace quillfern {
 namespace {
 
 constexpr unsigned opaque = 255;
-
-/// For every byte of eight bits, its pixels: 0 for a zero bit and 255 for a one.
-constexpr auto bitPixels = [] {
-    std::array<std::array<uchar, 8>, 256> table = {};
-    for (unsigned byte = 0; byte < table.size(); ++byte)
-        for (unsigned bit = 0; bit < 8; ++bit)
-            table[byte][bit] = (byte >> (7 - bit) & 1U) != 0 ? 255 : 0;
-    return table;
-}();
-
-/// `flip` is 0xFF to exchange black and white.
-void unpackBits(const uchar* source, std::size_t samples, unsigned flip, uchar* target)
-{
-    std::size_t i = 0;
-    for (; i + 8 <= samples; i += 8)
-        std::memcpy(target + i, bitPixels[source[i / 8] ^ flip].data(), 8);
-    for (; i < samples; ++i)
-        target[i] = bitPixels[source[i / 8] ^ flip][i % 8];
-}
 
 /// 2 or 4 bits a sample, left unscaled.
 void unpackFew(const uchar* source, std::size_t samples, unsigned bits, uchar* target)
