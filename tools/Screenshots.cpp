@@ -3,7 +3,7 @@
 
 #include "app/MainWindow.h"
 #include "app/QuillfernAppDelegate.h"
-#include "dialogs/WidgetAlerts.h"
+#include "app/TableRows.h"
 #include "platform/drawing/FontCatalog.h"
 #include "support/Fakes.h"
 #include "ui_MainWindow.h"
@@ -104,6 +104,10 @@ class Photographer
     MainWindow& window() { return app_.window(); }
     Ui::MainWindow& ui() { return window().ui(); }
 
+    static void waitFor(const std::function<bool()>& condition, int milliseconds)
+    {
+        if (!QTest::qWaitFor(condition, milliseconds)) std::fprintf(stderr, "waited in vain\n");
+    }
     static void settle(int milliseconds = 450) { QTest::qWait(milliseconds); }
 
     /// What the screen shows of the window and what lies over it.
@@ -122,10 +126,10 @@ class Photographer
     void fill()
     {
         app_.openFiles({samples_});
-        QTest::qWaitFor([this] { return app_.files().count() > 8 && !app_.isProcessing(); }, 20'000);
+        waitFor([this] { return app_.files().count() > 8 && !app_.isProcessing(); }, 20'000);
         panels_.answers.append(QStringList{samples_ + QStringLiteral("/logo-and-text.qfprofile")});
         window().loadStamps->trigger();
-        ui().mainTableView->selectRow(row("report.pdf"));
+        selectRows(*ui().mainTableView, {row("report.pdf")});
         ui().isLivePreview->setChecked(true);
         settle(900);
     }
@@ -174,7 +178,7 @@ class Photographer
     {
         const char* names[] = {"editor-picture", "editor-text"};
         for (int i = 0; i < 2; ++i) {
-            ui().stampsTableView->selectRow(i);
+            selectRows(*ui().stampsTableView, {i});
             window().editStamp->trigger();
             settle();
             for (QWidget* each : QApplication::topLevelWidgets())
@@ -193,8 +197,7 @@ class Photographer
         window().convert->trigger();
         settle(2200);
         take("progress");
-        QTest::qWaitFor([this] { return app_.job().process() && app_.job().process()->isCompleted(); },
-                        30'000);
+        waitFor([this] { return app_.job().process() && app_.job().process()->isCompleted(); }, 30'000);
         take("progress-done");
         if (QDialog* sheet = dialog()) QTest::keyClick(sheet, Qt::Key_Escape);
         settle();
@@ -211,7 +214,7 @@ class Photographer
         app_.openFiles({scratch_.filePath(QStringLiteral("many"))});
         take("window-busy");
         ui().cancelBtn->click();
-        QTest::qWaitFor([this] { return !ui().cancelBtn->isVisible(); }, 20'000);
+        waitFor([this] { return !ui().cancelBtn->isVisible(); }, 20'000);
     }
 
     QString samples_;

@@ -5,6 +5,7 @@
 #include <QDialogButtonBox>
 #include <QIcon>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace quillfern {
@@ -33,6 +34,7 @@ AboutDialog::AboutDialog(QWidget* parent) : QDialog(parent)
            "their own licences.")
             .arg(QStringLiteral(QUILLFERN_VERSION), QString::fromLatin1(qVersion())));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    buttons->button(QDialogButtonBox::Close)->setIcon({}); // the style's own is dark on dark
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(28, 24, 28, 16);

@@ -1,7 +1,7 @@
 #include "app/FilesController.h"
 
+#include "app/FilesDelegate.h"
 #include "app/MainWindow.h"
-#include "app/PagesDelegate.h"
 #include "app/TableRows.h"
 #include "dialogs/ImportFilesWindowController.h"
 #include "dialogs/PDFReadPasswordWindowController.h"
@@ -36,7 +36,7 @@ void FilesController::connectTable()
     CustomTableView& table = *window_.ui().mainTableView;
     table.setModel(&model_);
     table.layOutColumns();
-    table.setItemDelegateForColumn(FileListModel::PagesColumn, new PagesDelegate(&table));
+    table.setItemDelegate(new FilesDelegate(&table));
     table.setSortingEnabled(true);
     table.setSelectionInspector([this] {
         const std::vector<int> rows = selection();

@@ -1,5 +1,6 @@
 #include "filelist/FileListModel.h"
 
+#include <QCoreApplication>
 #include <QMimeData>
 #include <QUuid>
 
@@ -89,8 +90,10 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const
 QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation != Qt::Horizontal || section < 0 || section >= ColumnCount) return {};
+    if (role == Qt::TextAlignmentRole && (section == PagesColumn || section == SizeColumn))
+        return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter)); // as their numbers are
     if (role != Qt::DisplayRole) return {};
-    return QString::fromLatin1(columns[static_cast<std::size_t>(section)].title);
+    return QCoreApplication::translate("FileListModel", columns[static_cast<std::size_t>(section)].title);
 }
 
 Qt::ItemFlags FileListModel::flags(const QModelIndex& index) const

@@ -7,7 +7,8 @@ namespace quillfern {
 PageFeed::PageFeed(RasterReader& reader, int first, int last) : first_(first), last_(last), page_(first)
 {
     lanes_.push_back({&reader});
-    if (first < last) twin_ = reader.twin();
+    if (first < last && reader.nextPageBytes() <= static_cast<double>(largestPageInPairs))
+        twin_ = reader.twin();
     if (twin_) lanes_.push_back({twin_.get()});
     for (Lane& lane : lanes_)
         decodeAhead(lane, first++);

@@ -9,8 +9,8 @@
 namespace quillfern {
 
 /// Hands out the pages of a reader from `first` to `last` (1-based), decoding the next ones on threads of
-/// their own while the caller works on the present one: two at a time where the reader has a twin. Pages too
-/// large for that are decoded when they are asked for.
+/// their own while the caller works on the present one: two at a time where the pages are small, as its first
+/// one tells, and the reader has a twin. Pages too large to be decoded ahead are decoded when asked for.
 class PageFeed
 {
   public:

@@ -1,6 +1,7 @@
-#include "app/PagesDelegate.h"
+#include "app/FilesDelegate.h"
 
 #include "dialogs/ThemedIcon.h"
+#include "filelist/FileListModel.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -12,22 +13,31 @@ namespace {
 
 bool hasNoPages(const QModelIndex& index)
 {
-    return index.data().toInt() <= 0;
+    return index.column() == FileListModel::PagesColumn && index.data().toInt() <= 0;
+}
+
+/// What does not follow the direction of the language: its parts would change places.
+bool isLeftToRight(int column)
+{
+    return column != FileListModel::NameColumn && column != FileListModel::IsSelectedColumn;
 }
 
 } // namespace
 
-void PagesDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
+void FilesDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
-    option->displayAlignment = Qt::AlignRight | Qt::AlignVCenter;
+    if (option->direction == Qt::RightToLeft && isLeftToRight(index.column()))
+        option->text = QChar(0x2066) + option->text + QChar(0x2069); // a left-to-right isolate
+    if (index.column() == FileListModel::PagesColumn)
+        option->displayAlignment = Qt::AlignRight | Qt::AlignVCenter;
     if (!hasNoPages(index)) return;
     option->features |= QStyleOptionViewItem::HasDecoration;
     option->icon = themedIcon(QStringLiteral("no-pages"));
     option->decorationSize = {16, 16};
 }
 
-bool PagesDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+bool FilesDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                               const QModelIndex& index)
 {
     if (event->type() != QEvent::ToolTip || !index.isValid() || !hasNoPages(index))

@@ -4,8 +4,9 @@
 
 namespace quillfern {
 
-/// Shows the number of pages of a file, and marks files of which none can be stamped.
-class PagesDelegate final : public QStyledItemDelegate
+/// Shows the columns of the table of files: marks files of which no page can be stamped, and keeps sizes,
+/// dates and paths readable where the writing runs from right to left.
+class FilesDelegate final : public QStyledItemDelegate
 {
     Q_OBJECT
 
