@@ -1,0 +1,56 @@
+// Starts the program as it is and ends it once its window has been painted for the first time. Prints the
+// milliseconds since the moment given as --since=<milliseconds of the monotonic clock>.
+
+#include "app/Application.h"
+#include "app/MainWindow.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QTimer>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+double now()
+{
+    using namespace std::chrono;
+    return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
+}
+
+class FirstPaint final : public QObject
+{
+  public:
+    explicit FirstPaint(double since) : since_(since) {}
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        // What is asked for while painting runs when the whole window has been painted and shown.
+        if (event->type() == QEvent::Paint && !std::exchange(isDone_, true))
+            QTimer::singleShot(0, this, [this] {
+                std::printf("%.1f\n", now() - since_);
+                std::fflush(stdout);
+                std::_Exit(0);
+            });
+        return QObject::eventFilter(watched, event);
+    }
+
+  private:
+    double since_;
+    bool isDone_ = false;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    double since = now();
+    for (int i = 1; i < argc; ++i)
+        if (std::strncmp(argv[i], "--since=", 8) == 0) since = std::atof(argv[i] + 8);
+    quillfern::Application application(argc, argv);
+    FirstPaint watch(since);
+    application.window().installEventFilter(&watch);
+    return application.exec();
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+
+namespace quillfern {
+
+class MainWindow;
+
+/// The program with a window, with everything real: the user's settings, folders and desktop. Made once, on
+/// the main thread, before anything else of Qt.
+class Application
+{
+  public:
+    /// Shows the window. Arguments that are no options name files and folders to begin with. Both arguments
+    /// have to stay as long as this.
+    Application(int& argc, char** argv);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    [[nodiscard]] MainWindow& window();
+
+    /// Runs until the user leaves; returns the program's exit status. Does not return when a job is still
+    /// busy with a file a few seconds later: nothing of that file is under its final name yet.
+    int exec();
+
+  private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace quillfern
