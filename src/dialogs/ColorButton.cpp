@@ -42,6 +42,7 @@ void ColorButton::paintEvent(QPaintEvent*)
     painter.setBrush(color);
     painter.drawRoundedRect(swatch, 2, 2);
     painter.setPen(qGray(color_.rgb()) > 140 || !isEnabled() ? Qt::black : Qt::white);
+    painter.setLayoutDirection(Qt::LeftToRight);
     painter.drawText(swatch, Qt::AlignCenter, color_.name());
 
     if (hasFocus()) {

@@ -16,10 +16,10 @@ QSize ElidedLabel::minimumSizeHint() const
     return {0, QLabel::minimumSizeHint().height()};
 }
 
-void ElidedLabel::paintEvent(QPaintEvent* event)
+void ElidedLabel::paintEvent(QPaintEvent*)
 {
-    QFrame::paintEvent(event);
     QPainter painter(this);
+    drawFrame(&painter);
     const QRect room = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
     painter.setPen(palette().color(foregroundRole()));
     // The text may be in another language than the window.

@@ -6,7 +6,8 @@
 
 namespace quillfern {
 
-OpacityField::OpacityField(QWidget* parent) : QWidget(parent), slider_(Qt::Horizontal)
+OpacityField::OpacityField(QWidget* parent)
+    : QWidget(parent), slider_(Qt::Horizontal, this), readOut_(this), exact_(this)
 {
     slider_.setRange(0, 100);
     slider_.setPageStep(10);
@@ -15,6 +16,7 @@ OpacityField::OpacityField(QWidget* parent) : QWidget(parent), slider_(Qt::Horiz
     readOut_.setTextFormat(Qt::PlainText);
     readOut_.setAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
     readOut_.setMinimumWidth(readOut_.fontMetrics().horizontalAdvance(QStringLiteral("100%")));
+    setFocusPolicy(Qt::StrongFocus); // passed on
     setFocusProxy(&slider_);
 
     auto* row = new QHBoxLayout(this);

@@ -14,7 +14,7 @@ constexpr double mostDegrees = 360;
 
 } // namespace
 
-RotationField::RotationField(QWidget* parent) : QWidget(parent)
+RotationField::RotationField(QWidget* parent) : QWidget(parent), dial_(this), exact_(this)
 {
     setDecimals(0);
     exact_.setSuffix(QStringLiteral("°"));
@@ -24,7 +24,8 @@ RotationField::RotationField(QWidget* parent) : QWidget(parent)
     dial_.setObjectName(QStringLiteral("rotationDial"));
     dial_.setAccessibleName(tr("Rotation"));
     dial_.setToolTip(tr("Drag to turn the stamp; hold Shift for steps of 15°"));
-    setFocusProxy(&exact_);
+    setFocusPolicy(Qt::StrongFocus); // passed on
+    setFocusProxy(&dial_);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 
     auto* snaps = new QHBoxLayout;
@@ -52,7 +53,6 @@ RotationField::RotationField(QWidget* parent) : QWidget(parent)
     row->setContentsMargins(0, 0, 0, 0);
     row->addWidget(&dial_);
     row->addLayout(exactly, 1);
-    setTabOrder(&dial_, &exact_);
 
     connect(&dial_, &QDial::valueChanged, this, [this](int degrees) {
         exact_.showNumber(degrees);

@@ -3,6 +3,7 @@
 #include <QFormLayout>
 #include <QHideEvent>
 #include <QLabel>
+#include <QShortcut>
 #include <algorithm>
 
 namespace quillfern {
@@ -44,6 +45,8 @@ void StampEditorWindow::connectShared(const SharedControls& controls)
     connect(controls.add, &QPushButton::clicked, this, &StampEditorWindow::addStampAction);
     connect(controls.remove, &QPushButton::clicked, this, &StampEditorWindow::deleteStampAction);
     connect(controls.close, &QPushButton::clicked, this, &StampEditorWindow::reject);
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
+            &StampEditorWindow::reject);
     // Return ends a field; it presses no button.
     for (QPushButton* button : findChildren<QPushButton*>())
         button->setAutoDefault(false);

@@ -42,6 +42,12 @@ StampEditors::StampEditors(Numbering& number, StampHost& host, FilePanels& panel
 {
 }
 
+StampEditors::~StampEditors()
+{
+    for (const auto& window : windows_)
+        delete window;
+}
+
 std::unique_ptr<StampEditor> StampEditors::editorFor(TextStamp& stamp)
 {
     return keep(new TextStampWindowController(stamp, number_, host_, colors_, parent_));

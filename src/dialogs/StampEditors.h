@@ -15,12 +15,15 @@ namespace quillfern {
 class StampEditorWindow;
 
 /// Makes the editors of stamps: one window for each stamp, any number open at once, above `parent` (which may
-/// be null). The windows belong to `parent`; their stamps close them. What is handed in must outlive the
-/// stamps that were given editors. Main thread.
+/// be null). A window goes with its stamp, with `parent`, or with this object, whichever goes first. What is
+/// handed in must outlive this object. Main thread.
 class StampEditors final : public StampEditorFactory
 {
   public:
     StampEditors(Numbering& number, StampHost& host, FilePanels& panels, Alerts& alerts, QWidget* parent);
+    ~StampEditors() override;
+    StampEditors(const StampEditors&) = delete;
+    StampEditors& operator=(const StampEditors&) = delete;
 
     [[nodiscard]] std::unique_ptr<StampEditor> editorFor(TextStamp& stamp) override;
     [[nodiscard]] std::unique_ptr<StampEditor> editorFor(ImageStamp& stamp) override;

@@ -13,6 +13,11 @@ void EditorFixture::expectUsable(QWidget& window)
 {
     EXPECT_LE(window.minimumSizeHint().width(), 1000);
     EXPECT_LE(window.minimumSizeHint().height(), 580);
+    QSet<const QWidget*> reached;
+    for (int i = 0; i < 60; ++i) {
+        reached.insert(QApplication::focusWidget());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
     QSet<QString> keys;
     for (QWidget* each : window.findChildren<QWidget*>()) {
         const auto* label = qobject_cast<QLabel*>(each);
@@ -35,6 +40,7 @@ void EditorFixture::expectUsable(QWidget& window)
         ASSERT_TRUE(accessible) << name.toStdString();
         EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty()) << name.toStdString();
         EXPECT_FALSE(each->toolTip().isEmpty()) << name.toStdString();
+        EXPECT_TRUE(reached.contains(each) || !each->isEnabled()) << name.toStdString();
     }
     EXPECT_GT(keys.size(), 10);
 }

@@ -103,15 +103,18 @@ TEST_F(StampEditorsTest, EditorsGoWithTheirStamps)
     settle();
     number.setDelegate(this);
 
-    // The windows may go first, with the one they belong to.
+    // The windows may go first, with the one they belong to or with what made them.
     auto parent = std::make_unique<QWidget>();
-    StampEditors above(number, *this, panels, alerts, parent.get());
+    auto above = std::make_unique<StampEditors>(number, *this, panels, alerts, parent.get());
     TextStamp stamp;
-    stamp.edit(above);
+    stamp.edit(*above);
     EXPECT_EQ(parent->findChildren<StampEditorWindow*>().size(), 1);
     parent.reset();
-    stamp.edit(above);
-    above.setEditorsEnabled(false);
+    stamp.edit(*above);
+    above->setEditorsEnabled(false);
+    ImageStamp other;
+    other.edit(*above);
+    above.reset();
 }
 
 TEST_F(StampEditorsTest, ShowWhatOthersChange)

@@ -371,7 +371,14 @@ TEST_F(TextStampEditorTest, OneColourPanelServesWhoeverAskedLast)
 
 TEST_F(TextStampEditorTest, IsUsableFromTheKeyboardAndBySpeech)
 {
-    expectUsable(edit<Editor>(newStamp<TextStamp>()));
+    auto& editor = edit<Editor>(newStamp<TextStamp>());
+    expectUsable(editor);
+    for (const auto& [key, name] :
+         {std::pair(Qt::Key_S, "marginTopLeftButton"), std::pair(Qt::Key_M, "fontsPopup"),
+          std::pair(Qt::Key_R, "rotationDial")}) {
+        QTest::keyClick(&editor, key, Qt::AltModifier);
+        EXPECT_EQ(QApplication::focusWidget()->objectName(), QString::fromLatin1(name));
+    }
 }
 
 } // namespace
