@@ -220,8 +220,12 @@ void ImageStampWindowController::showPicture()
 
 void ImageStampWindowController::showSize()
 {
-    ui_->stampImageWidthTextField->setIntegerValue(image()->stampImageWidth);
-    ui_->stampImageHeightTextField->setIntegerValue(image()->stampImageHeight);
+    const auto show = [](NumberField& field, std::int64_t side) {
+        // While a number is typed its text may be another than that of the value, such as none for 0.
+        if (!field.hasFocus() || field.integerValue() != side) field.setIntegerValue(side);
+    };
+    show(*ui_->stampImageWidthTextField, image()->stampImageWidth);
+    show(*ui_->stampImageHeightTextField, image()->stampImageHeight);
 }
 
 } // namespace quillfern

@@ -167,6 +167,15 @@ TEST_F(ImageStampEditorTest, TheAspectLockCutsToWholePoints)
         EXPECT_EQ(control<NumberField>(editor, width).integerValue(), row.expectedWidth);
         EXPECT_EQ(control<NumberField>(editor, height).integerValue(), row.expectedHeight);
     }
+    // Whoever has emptied the field to type another number is left alone.
+    auto& other = newStamp<ImageStamp>();
+    auto& field = control<QLineEdit>(edit<Editor>(other), width);
+    type(field, "7");
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    editors.refreshEditors();
+    QTest::keyClicks(&field, QStringLiteral("12"));
+    EXPECT_EQ(field.text(), QStringLiteral("12"));
+
     auto& bare = newStamp<ImageStamp>(); // no picture, no proportions
     auto& editor = edit<Editor>(bare);
     editor.setIsAspectRatio(true);
