@@ -24,7 +24,7 @@ void AppTest::start()
 {
     app_.reset();
     app_ = std::make_unique<QuillfernAppDelegate>(
-        AppServices{clock, folders, defaults, mainThread, desktop, panels, alerts,
+        AppServices{clock, folders, *store, mainThread, desktop, panels, alerts,
                     qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-render"),
                     scratch.path(QStringLiteral("help.pdf")), makeProcessors});
     QApplication::setActiveWindow(&window());
