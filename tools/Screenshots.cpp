@@ -129,7 +129,9 @@ class Photographer
         waitFor([this] { return app_.files().count() > 8 && !app_.isProcessing(); }, 20'000);
         panels_.answers.append(QStringList{samples_ + QStringLiteral("/logo-and-text.qfprofile")});
         window().loadStamps->trigger();
-        selectRows(*ui().mainTableView, {row("report.pdf")});
+        selectRows(*ui().mainTableView, {row("contract.pdf")});
+        selectRows(*ui().stampsTableView, {1});
+        ui().isHighlightStamp->setChecked(false);
         ui().isLivePreview->setChecked(true);
         settle(900);
     }

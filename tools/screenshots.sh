@@ -12,13 +12,15 @@ if [ "${1:-}" = --docs ]; then docs=yes; shift; fi
 folder=${1:-out/screenshots}
 
 # shellcheck disable=SC2086
-ensure_packages $packages_to_build $packages_to_test xvfb xauth
+ensure_packages $packages_to_build $packages_to_test xvfb xauth openbox
 cmake --preset dev -DQUILLFERN_TOOLS=ON >/dev/null
 cmake --build --preset dev --target quillfern-screenshots quillfern-render -- --quiet
 
 take() { # LOOK SUFFIX SCALE
-    QT_SCALE_FACTOR=$3 QT_QPA_PLATFORM=xcb xvfb-run -a -s "-screen 0 2800x1800x24" \
-        build/dev/bin/quillfern-screenshots samples "$folder" "$1" "$2"
+    # A window manager gives the windows their frames, without which a sheet is lost on its window.
+    QT_SCALE_FACTOR=$3 QT_QPA_PLATFORM=xcb xvfb-run -a -s "-screen 0 2800x1800x24" bash -c \
+        'openbox & manager=$!; sleep 1; build/dev/bin/quillfern-screenshots samples "$@"; kill $manager' \
+        take "$folder" "$1" "$2"
 }
 take light "" 1
 take dark -dark 1

@@ -16,7 +16,7 @@ namespace {
 constexpr double smallestFont = 1;
 constexpr double largestFont = 1000; ///< points
 constexpr int mostPadding = 99;
-constexpr int samplePixels = 16; ///< the sample shows the face, not the size
+constexpr int samplePixels = 15; ///< the sample shows the face, not the size
 constexpr int samplePages[] = {1, 9, 10};
 constexpr int sampleTotal = 120;
 
