@@ -48,14 +48,24 @@ NumberingForm::NumberingForm(Ui::MainWindow& ui, Numbering& number, std::functio
     ui.unitsPopup->addItem(tr("Millimetres"), Millimetres);
     ui.unitsPopup->addItem(tr("Inches"), Inches);
 
-    bindInteger(*ui.startPage, &Numbering::startPage, &Numbering::setStartPage, startPageTag);
-    bindInteger(*ui.endPage, &Numbering::endPage, &Numbering::setEndPage);
-    bindInteger(*ui.startNumber, &Numbering::startNumber, &Numbering::setStartNumber);
-    bindInteger(*ui.numberSteps, &Numbering::numberSteps, &Numbering::setNumberSteps, numberStepsTag);
-    bindMargin(*ui.marginTop, &Numbering::marginTop, &Numbering::setMarginTop);
-    bindMargin(*ui.marginLeft, &Numbering::marginLeft, &Numbering::setMarginLeft);
-    bindMargin(*ui.marginRight, &Numbering::marginRight, &Numbering::setMarginRight);
-    bindMargin(*ui.marginBottom, &Numbering::marginBottom, &Numbering::setMarginBottom);
+    Numbering* n = &number; // outlives the fields, unlike this function's own references
+    bindInteger(
+        *ui.startPage, [n] { return n->startPage(); }, [n](Integer v) { n->setStartPage(v); }, startPageTag);
+    bindInteger(
+        *ui.endPage, [n] { return n->endPage(); }, [n](Integer v) { n->setEndPage(v); });
+    bindInteger(
+        *ui.startNumber, [n] { return n->startNumber(); }, [n](Integer v) { n->setStartNumber(v); });
+    bindInteger(
+        *ui.numberSteps, [n] { return n->numberSteps(); }, [n](Integer v) { n->setNumberSteps(v); },
+        numberStepsTag);
+    bindMargin(
+        *ui.marginTop, [n] { return n->marginTop(); }, [n](double v) { n->setMarginTop(v); });
+    bindMargin(
+        *ui.marginLeft, [n] { return n->marginLeft(); }, [n](double v) { n->setMarginLeft(v); });
+    bindMargin(
+        *ui.marginRight, [n] { return n->marginRight(); }, [n](double v) { n->setMarginRight(v); });
+    bindMargin(
+        *ui.marginBottom, [n] { return n->marginBottom(); }, [n](double v) { n->setMarginBottom(v); });
 
     connect(ui.pageRange, &QComboBox::activated, this,
             [this] { number_.setPageRange(ui_.pageRange->currentData().toInt()); });
@@ -71,36 +81,36 @@ NumberingForm::NumberingForm(Ui::MainWindow& ui, Numbering& number, std::functio
     refresh();
 }
 
-void NumberingForm::bindInteger(NumberField& field, Integer (Numbering::*get)() const,
-                                void (Numbering::*set)(Integer), int guardTag)
+void NumberingForm::bindInteger(NumberField& field, std::function<Integer()> get,
+                                std::function<void(Integer)> set, int guardTag)
 {
-    field.setValidator(new CustomNumberFormatterInteger(largestNumber, &field));
-    show_.emplace_back([this, &field, get] { field.setIntegerValue((number_.*get)()); });
-    connect(&field, &QLineEdit::textEdited, this, [this, &field, set, guardTag](const QString& text) {
+    NumberField* shown = &field;
+    field.setValidator(new CustomNumberFormatterInteger(largestNumber, shown));
+    show_.emplace_back([shown, get] { shown->setIntegerValue(get()); });
+    connect(shown, &QLineEdit::textEdited, this, [shown, set, guardTag](const QString& text) {
         QString number = text;
         if (guardTag != 0) number = guardedInteger(guardTag, text);
         if (number != text) {
-            field.setText(number);
-            field.setFocus();
-            field.selectAll(); // typing goes on in place of the number that was put there
+            shown->setText(number);
+            shown->setFocus();
+            shown->selectAll(); // typing goes on in place of the number that was put there
         }
-        if (!number.isEmpty()) (number_.*set)(leadingInteger(number));
+        if (!number.isEmpty()) set(leadingInteger(number));
     });
-    connect(&field, &NumberField::integerEdited, this, [this, set](qint64 value) { (number_.*set)(value); });
+    connect(shown, &NumberField::integerEdited, this, [set](qint64 value) { set(value); });
 }
 
-void NumberingForm::bindMargin(QLineEdit& field, double (Numbering::*get)() const,
-                               void (Numbering::*set)(double))
+void NumberingForm::bindMargin(QLineEdit& field, std::function<double()> get, std::function<void(double)> set)
 {
-    field.setValidator(new CustomNumberFormatterDecimal(&field));
-    const auto show = [this, &field, get] {
-        const QString text = decimalText((number_.*get)());
-        if (field.text() != text) field.setText(text);
+    QLineEdit* shown = &field;
+    field.setValidator(new CustomNumberFormatterDecimal(shown));
+    const auto show = [shown, get] {
+        const QString text = decimalText(get());
+        if (shown->text() != text) shown->setText(text);
     };
     show_.emplace_back(show);
-    connect(&field, &QLineEdit::textEdited, this,
-            [this, set](const QString& text) { (number_.*set)(leadingDecimal(text)); });
-    connect(&field, &QLineEdit::editingFinished, this, show);
+    connect(shown, &QLineEdit::textEdited, this, [set](const QString& text) { set(leadingDecimal(text)); });
+    connect(shown, &QLineEdit::editingFinished, this, show);
 }
 
 void NumberingForm::refresh()

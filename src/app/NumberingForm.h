@@ -36,9 +36,9 @@ class NumberingForm final : public QObject
 
   private:
     using Integer = std::int64_t;
-    void bindInteger(NumberField& field, Integer (Numbering::*get)() const, void (Numbering::*set)(Integer),
+    void bindInteger(NumberField& field, std::function<Integer()> get, std::function<void(Integer)> set,
                      int guardTag = 0);
-    void bindMargin(QLineEdit& field, double (Numbering::*get)() const, void (Numbering::*set)(double));
+    void bindMargin(QLineEdit& field, std::function<double()> get, std::function<void(double)> set);
     void showMarginUnit();
 
     Ui::MainWindow& ui_;
