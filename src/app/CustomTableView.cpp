@@ -33,6 +33,10 @@ CustomTableView::CustomTableView(QWidget* parent) : QTableView(parent)
     horizontalHeader()->setSectionsMovable(true);
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); // files stay in the order they came in
     horizontalHeader()->setSortIndicatorClearable(true);
+    // Not activated(): on some desktops a single click does that, and nobody could select a row any more.
+    connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (index.column() != FileListModel::IsSelectedColumn) Q_EMIT openRequested();
+    });
 }
 
 void CustomTableView::layOutColumns()
@@ -63,6 +67,9 @@ CustomTableView::Key CustomTableView::keyOf(const QKeyEvent& event) const
     case Qt::Key_Delete:
     case Qt::Key_Backspace:
         return isPlain ? Key::Remove : Key::Other;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return isPlain ? Key::Open : Key::Other;
     case Qt::Key_Up:
         return isControl ? Key::MoveUp : Key::Other;
     case Qt::Key_Down:
@@ -93,6 +100,9 @@ void CustomTableView::keyPressEvent(QKeyEvent* event)
         return;
     case Key::Remove:
         Q_EMIT removeRequested();
+        return;
+    case Key::Open:
+        Q_EMIT openRequested();
         return;
     case Key::MoveUp:
         Q_EMIT moveUpRequested();

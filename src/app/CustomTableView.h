@@ -33,6 +33,8 @@ class CustomTableView final : public QTableView
     /// The space bar: the check marks of the selected rows are to be turned about.
     void invertMarksRequested();
     void removeRequested();
+    /// Return, or a double click beside a check box.
+    void openRequested();
     void moveUpRequested();
     void moveDownRequested();
 
@@ -45,7 +47,7 @@ class CustomTableView final : public QTableView
     void dropEvent(QDropEvent* event) override;
 
   private:
-    enum class Key { Other, Invert, Menu, Remove, MoveUp, MoveDown };
+    enum class Key { Other, Invert, Menu, Remove, Open, MoveUp, MoveDown };
     [[nodiscard]] Key keyOf(const QKeyEvent& event) const;
     void performKeyEquivalent(const QKeyEvent& event);
 

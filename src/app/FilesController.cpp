@@ -16,6 +16,12 @@
 
 namespace quillfern {
 
+namespace {
+
+constexpr int openedWithoutAsking = 10; ///< each in a window of its own
+
+} // namespace
+
 FilesController::FilesController(FileList& files, const std::atomic<bool>& isProcessing, MainWindow& window,
                                  FilesWindow& host, DesktopServices& desktop, FilePanels& panels,
                                  Alerts& alerts, const Clock& clock)
@@ -50,9 +56,7 @@ void FilesController::connectTable()
     connect(&table, &CustomTableView::removeRequested, window_.removeSelectedFilesButton, &QAction::trigger);
     connect(&table, &CustomTableView::moveUpRequested, window_.moveUpButton, &QAction::trigger);
     connect(&table, &CustomTableView::moveDownRequested, window_.moveDownButton, &QAction::trigger);
-    connect(&table, &QTableView::activated, this, [this](const QModelIndex& index) {
-        if (index.column() != FileListModel::IsSelectedColumn) window_.openFileButton->trigger();
-    });
+    connect(&table, &CustomTableView::openRequested, window_.openFileButton, &QAction::trigger);
     connect(&model_, &FileListModel::checkMarkEdited, this, [this] { host_.updateTotalLabel(); });
     connect(&model_, &FileListModel::sorted, this, &FilesController::selectionChanged);
     connect(&model_, &FileListModel::filesDropped, this, [this](const QList<QUrl>& urls) {
@@ -75,12 +79,15 @@ void FilesController::connectCommands()
     on(w.addFiles, [this] { addFiles(); });
     on(w.addFolder, [this] { addFolder(); });
     on(w.exportToolbarItem, [this] { exportAction(); });
-    on(w.openFileButton, [this] { commands_.openFiles(selection()); });
+    on(w.openFileButton, [this] { openFiles(); });
     on(w.openEnclosedFolderButton, [this] { commands_.openEnclodingFolder(selection()); });
     on(w.getInfoButton, [this] { commands_.getInfo(selection()); });
     on(w.selectAllButton, [this] { commands_.selectDeselectRemoveAll(1, selection()); });
     on(w.deselectAllButton, [this] { commands_.selectDeselectRemoveAll(2, selection()); });
-    on(w.removeAllFilesButton, [this] { commands_.selectDeselectRemoveAll(3, selection()); });
+    on(w.removeAllFilesButton, [this] {
+        commands_.selectDeselectRemoveAll(3, selection());
+        Q_EMIT selectionChanged(); // the preview was drawn while the files were just going
+    });
     on(w.removeSelectedFilesButton, [this] {
         host_.endEditing();
         commands_.removeFiles(selection());
@@ -125,6 +132,16 @@ void FilesController::moved()
     // A list that was put in order by hand is not in the order of a column any more.
     window_.ui().mainTableView->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     Q_EMIT selectionChanged();
+}
+
+void FilesController::openFiles()
+{
+    const std::vector<int> rows = selection();
+    const auto count = static_cast<int>(rows.size());
+    if (count > openedWithoutAsking &&
+        !alerts_.confirm(&window_, tr("Are you sure to open %1 files at once?").arg(count)))
+        return;
+    commands_.openFiles(rows);
 }
 
 void FilesController::addFiles()

@@ -53,6 +53,7 @@ class FilesController final : public QObject, public FileListView
   private:
     void connectCommands();
     void connectTable();
+    void openFiles();
     void addFiles();
     void addFolder();
     void openImportFilesPanel();

@@ -74,6 +74,7 @@ void JobController::launch(std::int64_t totalPages)
                 &JobController::cancelProcessAction);
         connect(processViewPanel_.get(), &ProgressSheet::viewLogRequested, this,
                 &JobController::viewLogAction);
+        connect(processViewPanel_.get(), &ProgressSheet::quitRequested, this, &JobController::leave);
         connect(processViewPanel_.get(), &ProgressSheet::closeRequested, this,
                 &JobController::closeProcessAction);
     }
@@ -108,6 +109,17 @@ void JobController::cancelProcessAction()
     if (!process_) return;
     process_->stop();
     processViewPanel_->showCancelling();
+}
+
+void JobController::leave()
+{
+    const bool isRunning = process_ && !process_->isCompleted();
+    if (isRunning &&
+        !alerts_.confirm(processViewPanel_.get(),
+                         tr("A job is running. Stop it once the current file is done, and quit?")))
+        return;
+    if (isRunning) cancelProcessAction();
+    Q_EMIT quitRequested();
 }
 
 void JobController::viewLogAction()

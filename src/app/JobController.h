@@ -56,7 +56,12 @@ class JobController final : public QObject, public ProcessObserver
 
     [[nodiscard]] const Process* process() const { return process_.get(); } ///< null when there is none
 
+  Q_SIGNALS:
+    /// The user wants to leave the program, also from a running job.
+    void quitRequested();
+
   private:
+    void leave();
     void updateTimeTakenLabel(const QString& text) override;
     void outputFinished(const LogFiles& record, const QString& note) override;
     void launch(std::int64_t totalPages);

@@ -1,7 +1,6 @@
 #include "app/JobResultsModel.h"
 
 #include "dialogs/ThemedIcon.h"
-#include "platform/system/NativePath.h"
 
 namespace quillfern {
 
@@ -16,11 +15,11 @@ QString iconName(const QString& status)
 
 } // namespace
 
-void JobResultsModel::append(const LogFiles& record, const QString& note)
+void JobResultsModel::append(const std::vector<Row>& rows)
 {
-    const int row = rowCount();
-    beginInsertRows({}, row, row);
-    rows_.push_back({readableName(record.filename), record.pages, record.status, note});
+    if (rows.empty()) return;
+    beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(rows.size()) - 1);
+    rows_.insert(rows_.end(), rows.begin(), rows.end());
     endInsertRows();
 }
 

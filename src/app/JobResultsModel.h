@@ -17,8 +17,15 @@ class JobResultsModel final : public QAbstractTableModel
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    /// `note` says in words what the status does not; often empty.
-    void append(const LogFiles& record, const QString& note);
+    struct Row
+    {
+        QString file;
+        std::int32_t pages;
+        QString status; ///< as in the log
+        QString note;   ///< says in words what the status does not; often empty
+    };
+    /// Many rows at once cost little more than one.
+    void append(const std::vector<Row>& rows);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -27,13 +34,6 @@ class JobResultsModel final : public QAbstractTableModel
                                       int role = Qt::DisplayRole) const override;
 
   private:
-    struct Row
-    {
-        QString file;
-        std::int32_t pages;
-        QString status;
-        QString note;
-    };
     std::vector<Row> rows_;
 };
 

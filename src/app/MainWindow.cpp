@@ -5,6 +5,7 @@
 
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <QPainter>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -13,6 +14,27 @@ namespace quillfern {
 namespace {
 
 constexpr int toolbarIcon = 24;
+constexpr int hintPicture = 72;
+
+/// A picture that follows the palette and the screen.
+class IconView final : public QWidget
+{
+  public:
+    IconView(QIcon icon, QWidget* parent) : QWidget(parent), icon_(std::move(icon))
+    {
+        setFixedSize(hintPicture, hintPicture);
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        icon_.paint(&painter, rect(), Qt::AlignCenter, QIcon::Disabled);
+    }
+
+  private:
+    QIcon icon_;
+};
 
 QAction* tagged(QAction* action, int tag)
 {
@@ -260,12 +282,17 @@ void MainWindow::makeMenus()
     }
     view->addSeparator();
     view->addAction(livePreview);
-    connect(livePreview, &QAction::triggered, ui_->isLivePreview, &QCheckBox::setChecked);
-    connect(view, &QMenu::aboutToShow, this,
-            [this] { livePreview->setChecked(ui_->isLivePreview->isChecked()); });
+    // The box tells what is so; the mark follows whenever a menu shows it.
+    connect(livePreview, &QAction::triggered, ui_->isLivePreview, &QCheckBox::toggle);
+    connect(view, &QMenu::aboutToShow, this, &MainWindow::showLivePreviewMark);
 
     QMenu* helpMenu = menuBar()->addMenu(tr("&Help"));
     helpMenu->addActions({help, aboutMenuItem});
+}
+
+void MainWindow::showLivePreviewMark()
+{
+    livePreview->setChecked(ui_->isLivePreview->isChecked());
 }
 
 void MainWindow::makeContextMenu()
@@ -280,6 +307,7 @@ void MainWindow::makeContextMenu()
     filesContextMenu->addActions({moveUpButton, moveDownButton});
     filesContextMenu->addSeparator();
     filesContextMenu->addAction(removeSelectedFilesButton);
+    connect(filesContextMenu, &QMenu::aboutToShow, this, &MainWindow::showLivePreviewMark);
     ui_->mainTableView->setContextMenu(filesContextMenu);
 }
 
@@ -288,10 +316,7 @@ void MainWindow::makeHint()
     QWidget* viewport = ui_->mainTableView->viewport();
     lableDragAndDrop = new QWidget(viewport);
     lableDragAndDrop->setAttribute(Qt::WA_TransparentForMouseEvents); // drops go to the table
-    auto* picture = new QLabel(lableDragAndDrop);
-    picture->setPixmap(
-        themedIcon(QStringLiteral("drop-files")).pixmap(QSize(72, 72), devicePixelRatioF(), QIcon::Disabled));
-    picture->setAlignment(Qt::AlignCenter);
+    auto* picture = new IconView(themedIcon(QStringLiteral("drop-files")), lableDragAndDrop);
     auto* text = new QLabel(tr("Drop PDF and picture files or folders here"), lableDragAndDrop);
     text->setAlignment(Qt::AlignCenter);
     text->setWordWrap(true);
@@ -305,7 +330,7 @@ void MainWindow::makeHint()
     other->setForegroundRole(QPalette::PlaceholderText);
     auto* layout = new QVBoxLayout(lableDragAndDrop);
     layout->addStretch(2);
-    layout->addWidget(picture);
+    layout->addWidget(picture, 0, Qt::AlignHCenter);
     layout->addSpacing(8);
     layout->addWidget(text);
     layout->addWidget(other);

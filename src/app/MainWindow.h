@@ -90,6 +90,7 @@ class MainWindow final : public QMainWindow
                        const QString& tip);
     void makeMenus();
     void makeContextMenu();
+    void showLivePreviewMark();
     void makeHint();
     void fitIn();
 

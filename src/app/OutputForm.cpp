@@ -1,7 +1,10 @@
 #include "app/OutputForm.h"
 
+#include "platform/system/FileFacts.h"
+#include "platform/system/NativePath.h"
 #include "ui_MainWindow.h"
 
+#include <QDir>
 #include <QSignalBlocker>
 
 namespace quillfern {
@@ -17,6 +20,7 @@ OutputForm::OutputForm(Ui::MainWindow& ui, Settings& settings, FilePanels& panel
     bind(*ui.isClearProcessedFiles, settings.isClearProcessedFiles);
     bind(*ui.isBackupFile, settings.number->isBackupFile);
     connect(ui.outputFolderPath, &QLineEdit::textChanged, this, &OutputForm::setOutputFolderPath);
+    connect(ui.outputFolderPath, &QLineEdit::editingFinished, this, &OutputForm::completeTypedFolder);
     connect(ui.pdfOpenPassword, &QLineEdit::textChanged, this,
             [this](const QString& text) { settings_.pdfOpenPassword = text; });
     connect(ui.outputFolderButton, &QPushButton::clicked, this, &OutputForm::chooseOutputFolder);
@@ -54,6 +58,18 @@ void OutputForm::setOutputFolderPath(const QString& path)
 {
     settings_.outputFolderPath = path;
     ui_.outputFolderPath->setToolTip(path.isEmpty() ? QString() : path);
+    // A field that is emptied to type another folder is not yet a folder given up.
+    if (!ui_.outputFolderPath->hasFocus()) Q_EMIT outputFolderPathChanged();
+}
+
+void OutputForm::completeTypedFolder()
+{
+    QString path = ui_.outputFolderPath->text();
+    if (fileKind(path) == FileKind::Missing) path = path.trimmed();
+    if (path == QLatin1String("~") || path.startsWith(QLatin1String("~/")))
+        path.replace(0, 1, QDir::homePath());
+    if (!path.isEmpty()) path = absolutePath(path);
+    if (path != ui_.outputFolderPath->text()) ui_.outputFolderPath->setText(path);
     Q_EMIT outputFolderPathChanged();
 }
 

@@ -32,6 +32,8 @@ class OutputForm final : public QObject
 
   private:
     void setOutputFolderPath(const QString& path);
+    /// What was typed becomes a whole path: "~" is the home folder, and blanks around it were not meant.
+    void completeTypedFolder();
 
     Ui::MainWindow& ui_;
     Settings& settings_;

@@ -7,6 +7,7 @@
 
 #include <QHeaderView>
 #include <QScrollBar>
+#include <QShortcut>
 #include <algorithm>
 #include <numeric>
 
@@ -52,6 +53,8 @@ ProgressSheet::ProgressSheet(QWidget* parent) : QDialog(parent), ui_(std::make_u
     connect(ui_->cancelProcessBtn, &QPushButton::clicked, this, &ProgressSheet::cancelRequested);
     connect(ui_->viewLogBtn, &QPushButton::clicked, this, &ProgressSheet::viewLogRequested);
     connect(ui_->closeProcessBtn, &QPushButton::clicked, this, &ProgressSheet::closeRequested);
+    auto* leave = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this); // the window's own is blocked
+    connect(leave, &QShortcut::activated, this, &ProgressSheet::quitRequested);
     poll_.setInterval(lookEveryMs);
     connect(&poll_, &QTimer::timeout, this, &ProgressSheet::update);
 }
@@ -64,6 +67,8 @@ void ProgressSheet::follow(const Process& process, const std::vector<std::int32_
     pages_ = pages;
     const auto sum = [](std::int64_t total, std::int32_t count) { return total + std::max(count, 0); };
     totalPages_ = std::accumulate(pages.begin(), pages.end(), std::int64_t{0}, sum);
+    finished_ = 0;
+    unshown_.clear();
     finishedPages_ = 0;
     processedBefore_ = 0;
     isCancelling_ = false;
@@ -89,20 +94,26 @@ void ProgressSheet::follow(const Process& process, const std::vector<std::int32_
 
 void ProgressSheet::outputFinished(const LogFiles& record, const QString& note)
 {
+    // The worker waits for this call: a row is shown with others, a few times a second.
+    if (finished_ < pages_.size()) finishedPages_ += std::max(pages_[finished_], 0);
+    ++finished_;
+    unshown_.push_back({readableName(record.filename), record.pages, record.status, note});
+    if (process_) processedBefore_ = process_->totalPagesProcessed();
+}
+
+void ProgressSheet::showResults()
+{
+    if (unshown_.empty()) return;
     // New rows stay in sight for as long as nobody has scrolled away from them.
     const QScrollBar* bar = ui_->results->verticalScrollBar();
     const bool isAtEnd = bar->value() == bar->maximum();
-    const auto row = static_cast<std::size_t>(results_->rowCount());
-    results_->append(record, note);
+    results_->append(std::exchange(unshown_, {}));
     if (isAtEnd) ui_->results->scrollToBottom();
-    if (row < pages_.size()) finishedPages_ += std::max(pages_[row], 0);
-    if (process_) processedBefore_ = process_->totalPagesProcessed();
 }
 
 std::int64_t ProgressSheet::pagesDone() const
 {
-    const auto row = static_cast<std::size_t>(results_->rowCount());
-    const std::int64_t most = row < pages_.size() ? std::max(pages_[row], 0) : 0;
+    const std::int64_t most = finished_ < pages_.size() ? std::max(pages_[finished_], 0) : 0;
     return finishedPages_ +
            std::clamp<std::int64_t>(process_->totalPagesProcessed() - processedBefore_, 0, most);
 }
@@ -120,6 +131,7 @@ QString ProgressSheet::remainingText(std::int64_t done) const
 void ProgressSheet::update()
 {
     if (!process_) return;
+    showResults();
     const QLocale locale;
     const std::int64_t done = pagesDone();
     if (!isCompleted_) {
@@ -129,7 +141,8 @@ void ProgressSheet::update()
         ui_->elapsed->setText(clockText(elapsed_.elapsed() / 1000));
     }
     ui_->filesDone->setText(
-        tr("%1 of %2").arg(locale.toString(results_->rowCount()), locale.toString(qlonglong(pages_.size()))));
+        tr("%1 of %2")
+            .arg(locale.toString(qulonglong(finished_)), locale.toString(qlonglong(pages_.size()))));
     ui_->pagesDone->setText(
         tr("%1 of %2").arg(locale.toString(qlonglong(done)), locale.toString(qlonglong(totalPages_))));
     ui_->remaining->setText(remainingText(done));

@@ -41,6 +41,7 @@ class ProgressSheet final : public QDialog
     [[nodiscard]] const JobResultsModel& results() const { return *results_; }
 
   Q_SIGNALS:
+    void quitRequested(); ///< leave the program
     void cancelRequested();
     void viewLogRequested();
     void closeRequested();
@@ -51,6 +52,7 @@ class ProgressSheet final : public QDialog
 
   private:
     void update();
+    void showResults();
     [[nodiscard]] std::int64_t pagesDone() const;
     [[nodiscard]] QString remainingText(std::int64_t done) const;
 
@@ -58,6 +60,8 @@ class ProgressSheet final : public QDialog
     const Process* process_ = nullptr;
     JobResultsModel* results_ = nullptr; ///< of the present job; owned through Qt
     std::vector<std::int32_t> pages_;
+    std::size_t finished_ = 0;                  ///< outputs done
+    std::vector<JobResultsModel::Row> unshown_; ///< of these
     std::int64_t totalPages_ = 0;
     std::int64_t finishedPages_ = 0;   ///< of the outputs done
     std::int64_t processedBefore_ = 0; ///< the job's own count when the present output was begun

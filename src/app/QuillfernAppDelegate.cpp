@@ -86,6 +86,7 @@ void QuillfernAppDelegate::awakeFromNib()
     PropertyChanged(number);
     stampsController_->selectFirstStamp();
     ui.mainTableView->setFocus();
+    settingsAtStart_ = settings_.getData();
 }
 
 void QuillfernAppDelegate::markKeyCharacters()
@@ -131,6 +132,7 @@ void QuillfernAppDelegate::connectWindow()
     connect(ui.convertBtn, &QPushButton::clicked, window_->convert, &QAction::trigger);
     connect(window_->help, &QAction::triggered, this, &QuillfernAppDelegate::helpAction);
     connect(window_->aboutMenuItem, &QAction::triggered, this, &QuillfernAppDelegate::aboutAction);
+    connect(job_.get(), &JobController::quitRequested, this, &QuillfernAppDelegate::quitRequested);
     connect(window_->quit, &QAction::triggered, this, &QuillfernAppDelegate::quitRequested);
     connect(window_.get(), &MainWindow::closeRequested, this, &QuillfernAppDelegate::quitRequested);
 }
@@ -141,6 +143,7 @@ void QuillfernAppDelegate::resetView(bool idle)
         Ui::MainWindow& ui = window_->ui();
         for (QAction* action : {window_->importFiles, window_->addFiles, window_->addFolder})
             action->setEnabled(idle);
+        if (!idle && !focusBeforeBusy_) focusBeforeBusy_ = window_->focusWidget();
         ui.inculdeSubfoldersBtn->setEnabled(idle);
         ui.mainTableView->setEnabled(idle);
         window_->setToolbarEnabled(idle);
@@ -154,8 +157,22 @@ void QuillfernAppDelegate::resetView(bool idle)
         filesController_->updateSelectionCommands();
         window_->lableDragAndDrop->setVisible(files_.empty());
         if (!idle) setConvertEnabled(false); // one thing at a time
+        if (idle) restoreFocus();
         window_->update();
     });
+}
+
+void QuillfernAppDelegate::restoreFocus()
+{
+    // A control that was disabled has lost the keyboard to the next one, where the user never went.
+    QWidget* before = std::exchange(focusBeforeBusy_, nullptr);
+    if (before && before->isEnabled() && before->isVisible()) before->setFocus();
+}
+
+void QuillfernAppDelegate::resetViewObject(bool idle)
+{
+    resetView(idle);
+    if (idle) PropertyChanged(*settings_.number); // the totals on the preview are other ones now
 }
 
 void QuillfernAppDelegate::setConvertEnabled(bool enabled)
@@ -173,17 +190,9 @@ void QuillfernAppDelegate::resetViewForProcess(bool enabled)
     });
 }
 
-void QuillfernAppDelegate::setProcessingLabelColor(QPalette::ColorGroup group)
-{
-    QLabel& label = *window_->ui().labelTimeTaken;
-    QPalette palette = label.palette();
-    palette.setColor(QPalette::WindowText, QApplication::palette().color(group, QPalette::WindowText));
-    label.setPalette(palette);
-}
-
 void QuillfernAppDelegate::startProcess()
 {
-    setProcessingLabelColor(QPalette::Disabled);
+    window_->ui().labelTimeTaken->setEnabled(false); // takes the disabled colour of whatever palette there is
     isProcessing_ = true;
     window_->ui().loadingIndicator->startAnimation();
     window_->ui().cancelBtn->show();
@@ -192,7 +201,7 @@ void QuillfernAppDelegate::startProcess()
 
 void QuillfernAppDelegate::stopProcess()
 {
-    setProcessingLabelColor(QPalette::Active);
+    window_->ui().labelTimeTaken->setEnabled(true);
     isProcessing_ = false;
     window_->ui().loadingIndicator->stopAnimation();
     window_->ui().cancelBtn->hide();
@@ -341,7 +350,11 @@ void QuillfernAppDelegate::applicationShouldTerminate()
 {
     endEditing();
     memory_.remember(*window_);
-    settings_.synchronize();
+    // Another instance may have saved its own meanwhile: who changed nothing has nothing to say.
+    if (services_.defaults.value(QStringLiteral("SETTINGS")) && settings_.getData() == settingsAtStart_)
+        guarded("Error in (Settings=>synchronize) : %@", [this] { services_.defaults.flush(); });
+    else
+        settings_.synchronize();
 }
 
 void QuillfernAppDelegate::applicationShouldHandleReopen()

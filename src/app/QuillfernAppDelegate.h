@@ -10,6 +10,7 @@
 #include "filelist/FileGatherer.h"
 #include "filelist/IncludeSubfolders.h"
 
+#include <QPointer>
 #include <memory>
 
 namespace quillfern {
@@ -81,11 +82,11 @@ class QuillfernAppDelegate final : public QObject,
     void showTotals();
     void showTimeTaken(const QString& text);
     void setConvertEnabled(bool enabled);
-    void setProcessingLabelColor(QPalette::ColorGroup group);
+    void restoreFocus();
 
     void PropertyChanged(Numbering& number) override;
 
-    void resetViewObject(bool idle) override { resetView(idle); }
+    void resetViewObject(bool idle) override;
     void startProcess() override;
     void stopProcess() override;
     void updateTimeTakenLabel(const QString& text) override { showTimeTaken(text); }
@@ -109,6 +110,8 @@ class QuillfernAppDelegate final : public QObject,
     bool isJobRunning_ = false;
     IncludeSubfolders includeSubfolders_;
     WindowMemory memory_;
+    std::optional<Record> settingsAtStart_;
+    QPointer<QWidget> focusBeforeBusy_; ///< had the keyboard when the window became busy
     std::unique_ptr<FilesController> filesController_;
     std::unique_ptr<StampsController> stampsController_;
     std::unique_ptr<PreviewController> preview_;

@@ -10,6 +10,7 @@
 
 #include <QAction>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QShortcut>
 
 namespace quillfern {
@@ -99,12 +100,22 @@ void StampsController::connectCommands()
         auto* shortcut = new QShortcut(keys, ui.stampsTableView, nullptr, nullptr, Qt::WidgetShortcut);
         connect(shortcut, &QShortcut::activated, action, &QAction::trigger);
     };
+    ui.stampsTableView->installEventFilter(this);
     key(Qt::Key_Delete, window_.removeStamp);
     key(Qt::Key_Backspace, window_.removeStamp);
     key(Qt::Key_Return, window_.editStamp);
     key(Qt::Key_Enter, window_.editStamp);
     key(QKeySequence(Qt::CTRL | Qt::Key_Up), window_.moveStampUp);
     key(QKeySequence(Qt::CTRL | Qt::Key_Down), window_.moveStampDown);
+}
+
+bool StampsController::eventFilter(QObject* watched, QEvent* event)
+{
+    // Select All means the table one is in, and this one is not the one with the window's command.
+    if (event->type() == QEvent::ShortcutOverride &&
+        static_cast<QKeyEvent*>(event)->matches(QKeySequence::SelectAll))
+        event->accept();
+    return QObject::eventFilter(watched, event);
 }
 
 std::vector<int> StampsController::selection() const
@@ -152,6 +163,8 @@ void StampsController::selectFirstStamp()
 
 void StampsController::edit(const std::shared_ptr<IStampItem>& stamp)
 {
+    // New stamps whose editors were closed without adding them were given up.
+    std::erase_if(tempStamps_, [this](const auto& each) { return !editors_.isOpen(*each); });
     tempStamps_.push_back(stamp);
     stamp->edit(editors_);
 }

@@ -41,6 +41,9 @@ class StampsController final : public QObject, public StampHost
     /// A profile has replaced the configuration.
     void profileLoaded();
 
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     void connectCommands();
     void textStampAction();

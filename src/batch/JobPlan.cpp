@@ -11,7 +11,7 @@ namespace quillfern {
 std::optional<QString> outputFolderProblem(const std::optional<QString>& path)
 {
     if (!path || path->isEmpty()) return QStringLiteral("Please select output folder!");
-    if (fileKind(*path) == FileKind::Missing)
+    if (fileKind(*path) != FileKind::Folder) // what else is there cannot hold the copies
         return QStringLiteral("Output folder missing!\r\nPlease select valid output folder.");
     // access() asks the kernel, which also knows of read-only file systems.
     if (::access(nativePath(*path).constData(), W_OK) != 0)

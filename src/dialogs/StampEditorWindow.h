@@ -31,6 +31,7 @@ class StampEditorWindow : public QDialog
     void reset();
     /// Lets go of the stamp and closes the window.
     void invalidate();
+    [[nodiscard]] bool edits(const IStampItem& stamp) const { return stamp_ == &stamp; }
     /// While editing is disabled the window says why and changes nothing.
     void setEditingEnabled(bool enabled);
 

@@ -3,6 +3,8 @@
 #include "dialogs/ImageStampWindowController.h"
 #include "dialogs/TextStampWindowController.h"
 
+#include <algorithm>
+
 namespace quillfern {
 
 namespace {
@@ -72,6 +74,13 @@ void StampEditors::setEditorsEnabled(bool enabled)
     const auto windows = windows_; // an editor may open or go meanwhile
     for (const auto& window : windows)
         if (window) window->setEditingEnabled(enabled);
+}
+
+bool StampEditors::isOpen(const IStampItem& stamp) const
+{
+    return std::any_of(windows_.begin(), windows_.end(), [&](const auto& window) {
+        return window && window->edits(stamp) && window->isVisible();
+    });
 }
 
 void StampEditors::refreshEditors()

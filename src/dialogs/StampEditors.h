@@ -30,6 +30,8 @@ class StampEditors final : public StampEditorFactory
 
     /// Disables all editors, also those opened later, while a job reads the stamps; and enables them again.
     void setEditorsEnabled(bool enabled);
+    /// Whether the stamp's editor is to be seen.
+    [[nodiscard]] bool isOpen(const IStampItem& stamp) const;
     /// Lets the open editors show what something else has changed of their stamps.
     void refreshEditors();
 

@@ -4,6 +4,7 @@
 #include "stamps/TextStamp.h"
 
 #include <QComboBox>
+#include <QDialog>
 
 namespace quillfern {
 namespace {
@@ -212,6 +213,56 @@ TEST_F(Configuration, StampsAreMovedAndRemovedInTheTable)
     EXPECT_EQ(order(), QStringLiteral("two"));
     EXPECT_EQ(selected(), QList<int>()) << "the last selected row was row 0";
     EXPECT_FALSE(window().removeStamp->isEnabled());
+}
+
+TEST_F(Configuration, NewStampsThatWereGivenUpGo)
+{
+    start();
+    for (int i = 0; i < 4; ++i) {
+        window().textStamp->trigger();
+        for (QDialog* editor : window().findChildren<QDialog*>())
+            if (editor->isVisible()) QTest::keyClick(editor, Qt::Key_Escape);
+    }
+    window().textStamp->trigger();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    int editors = 0;
+    for (const QDialog* editor : window().findChildren<QDialog*>())
+        editors += editor->objectName() == QLatin1String("TextStampWindow");
+    EXPECT_EQ(editors, 1);
+    EXPECT_TRUE(number().stamps.empty());
+}
+
+TEST_F(Configuration, ThePreviewsTotalFollowsTheList)
+{
+    start();
+    addStamp("of {0} {1}");
+    const QImage ofFour = picture(); // as with no files
+    fill({pdf("nine.pdf", 9)});
+    EXPECT_NE(picture(), ofFour);
+    window().removeAllFilesButton->trigger();
+    EXPECT_EQ(picture(), ofFour);
+}
+
+TEST_F(Configuration, F7TurnsTheLivePreviewWhateverItWas)
+{
+    start();
+    press(window(), "isLivePreview");
+    QTest::keyClick(&window(), Qt::Key_F7);
+    EXPECT_FALSE(number().isLivePreview());
+    QTest::keyClick(&window(), Qt::Key_F7);
+    EXPECT_TRUE(number().isLivePreview());
+}
+
+TEST_F(Configuration, SelectAllMeansTheTableOneIsIn)
+{
+    start();
+    addStamp("one");
+    addStamp("two");
+    fill({pdf("a.pdf", 1)});
+    ui().stampsTableView->setFocus();
+    QTest::keyClick(ui().stampsTableView, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(ui().stampsTableView->selectionModel()->selectedRows().size(), 2);
+    EXPECT_TRUE(selectedFiles().empty());
 }
 
 TEST_F(Configuration, ProfilesAreSavedAndLoaded)

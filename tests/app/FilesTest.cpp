@@ -216,6 +216,44 @@ TEST_F(Files, TheDesktopIsAskedForTheSelectedFiles)
     EXPECT_EQ(desktop.shownProperties, QList<QStringList>{paths});
 }
 
+TEST_F(Files, ReturnOpensWhatIsSelectedAndASingleClickNothing)
+{
+    start();
+    fillSix();
+    const QRect cell = ui().mainTableView->visualRect(ui().mainTableView->model()->index(2, 1));
+    QTest::mouseClick(ui().mainTableView->viewport(), Qt::LeftButton, {}, cell.center());
+    EXPECT_TRUE(desktop.opened.isEmpty());
+    QTest::mouseDClick(ui().mainTableView->viewport(), Qt::LeftButton, {}, cell.center());
+    EXPECT_EQ(desktop.opened, QStringList{scratch.path(QStringLiteral("c.pdf"))});
+    desktop.opened.clear();
+    select({0}); // the current cell is a check box
+    key(Qt::Key_Return);
+    EXPECT_EQ(desktop.opened, QStringList{scratch.path(QStringLiteral("a.pdf"))});
+
+    QStringList more;
+    for (int i = 0; i < 6; ++i)
+        more.append(pdf(qPrintable(QStringLiteral("more%1.pdf").arg(i)), 1));
+    fill(more);
+    desktop.opened.clear();
+    alerts.answer = false;
+    key(Qt::Key_A, Qt::ControlModifier);
+    key(Qt::Key_Return);
+    EXPECT_EQ(alerts.questions.size(), 1);
+    EXPECT_TRUE(desktop.opened.isEmpty()) << "a dozen windows at once have to be wanted";
+}
+
+TEST_F(Files, TheKeyboardComesBackToTheTableAfterALoad)
+{
+    start();
+    fillSix();
+    ui().mainTableView->setFocus();
+    fill({pdf("g.pdf", 1)});
+    EXPECT_EQ(window().focusWidget(), ui().mainTableView);
+    ui().startNumber->setFocus();
+    fill({pdf("h.pdf", 1)});
+    EXPECT_EQ(window().focusWidget(), ui().startNumber);
+}
+
 TEST_F(Files, TheListIsExported)
 {
     start();

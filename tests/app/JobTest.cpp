@@ -93,6 +93,8 @@ TEST_F(JobInWindow, AFolderProblemIsToldAndNothingStarts)
         {QString(), "Please select output folder!"},
         {scratch.path(QStringLiteral("gone")),
          "Output folder missing!\r\nPlease select valid output folder."},
+        {scratch.path(QStringLiteral("a.pdf")),
+         "Output folder missing!\r\nPlease select valid output folder."},
         {QStringLiteral("/proc/self"),
          "Output folder is non-writable!\r\nPlease select valid output folder."},
     };
@@ -191,6 +193,26 @@ TEST_F(JobInWindow, WhileItRunsTheWindowIsItsAlone)
     waitFor([this] { return desktop.opened.size() == 2; }, "the folder and the log");
     press(*sheet(), "closeProcessBtn");
     EXPECT_EQ(files().count(), 3);
+}
+
+TEST_F(JobInWindow, TheSheetCanBeLeftWithTheProgram)
+{
+    gated();
+    start();
+    fill({pdf("a.pdf", 1), pdf("b.pdf", 1)});
+    int quits = 0;
+    QObject::connect(&app(), &QuillfernAppDelegate::quitRequested, [&] { ++quits; });
+    convert();
+    waitFor([this] { return app().job().process()->totalPagesProcessed() == 1; }, "the first file");
+    alerts.answer = false;
+    QTest::keyClick(sheet(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(alerts.questions.size(), 1);
+    EXPECT_EQ(quits, 0);
+    EXPECT_TRUE(app().job().process()->isCombining());
+    alerts.answer = true;
+    QTest::keyClick(sheet(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(quits, 1);
+    EXPECT_FALSE(app().job().process()->isCombining());
 }
 
 TEST_F(JobInWindow, LeavingStopsTheJobAfterTheFileInWork)

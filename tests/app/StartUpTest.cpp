@@ -59,6 +59,48 @@ TEST_F(StartUp, WithoutAFolderThereIsNothingToRememberOrOpen)
     EXPECT_FALSE(ui().openFolderAfterConversionBtn->isEnabled());
 }
 
+TEST_F(StartUp, ATypedFolderBecomesAWholePath)
+{
+    start();
+    ui().settingTabView->setCurrentIndex(2);
+    const QString here = QDir::currentPath();
+    const struct
+    {
+        QString typed;
+        QString folder;
+    } rows[] = {{QStringLiteral("~/out"), QDir::homePath() + QStringLiteral("/out")},
+                {QStringLiteral("  /some/where "), QStringLiteral("/some/where")},
+                {QStringLiteral("out"), here + QStringLiteral("/out")}};
+    for (const auto& row : rows) {
+        type(*ui().outputFolderPath, qPrintable(row.typed));
+        QTest::keyClick(ui().outputFolderPath, Qt::Key_Return);
+        EXPECT_EQ(app().settings().outputFolderPath, row.folder);
+    }
+    press(window(), "setCurrentAsDefaultOutputFolderPathBtn");
+    ui().outputFolderPath->setFocus();
+    QTest::keyClick(ui().outputFolderPath, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(ui().outputFolderPath, Qt::Key_Delete);
+    QTest::keyClicks(ui().outputFolderPath, QStringLiteral("/other"));
+    QTest::keyClick(ui().outputFolderPath, Qt::Key_Return);
+    EXPECT_TRUE(app().settings().isSetCurrentAsDefaultOutputFolderPath) << "emptied only to type another";
+}
+
+TEST_F(StartUp, WhoChangedNothingSavesNothingOverAnothersSettings)
+{
+    start();
+    number().setStartNumber(5);
+    quit();
+    start();
+    {
+        Settings other(&defaults); // another instance, which saves while this one runs
+        other.number->setStartNumber(6);
+        other.synchronize();
+    }
+    quit();
+    start();
+    EXPECT_EQ(number().startNumber(), 6);
+}
+
 TEST_F(StartUp, TheHintLettersPressTheirButtons)
 {
     start();
