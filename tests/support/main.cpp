@@ -15,6 +15,8 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) qputenv("XDG_RUNTIME_DIR", "/tmp");
+    if (!qEnvironmentVariableIsSet("FONTCONFIG_FILE"))
+        qputenv("FONTCONFIG_FILE", qgetenv("QUILLFERN_SOURCE_DIR") + "/tests/support/fonts.conf");
     quillfern::FontCatalog::preferEmbeddableFonts();
     // What the invisible screen cannot do with windows is nobody's concern.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.*=false"));
