@@ -29,7 +29,7 @@ take light -2x 2
 echo "Pictures are in $folder"
 
 if [ -n "$docs" ]; then
-    for picture in window window-dark editor-text editor-picture progress; do
+    for picture in window editor-text editor-picture progress; do
         cp "$folder/$picture.png" "docs/pictures/$picture.png"
     done
     echo "docs/pictures has new ones"
