@@ -49,7 +49,6 @@ struct Application::Parts
     {
         std::setlocale(LC_NUMERIC, "C"); // Qt took the user's; libraries print numbers with it
         QApplication::setApplicationName(QStringLiteral("quillfern"));
-        QApplication::setApplicationDisplayName(getAppTitle());
         QApplication::setApplicationVersion(QStringLiteral(QUILLFERN_VERSION));
         QGuiApplication::setDesktopFileName(QStringLiteral("quillfern"));
         // Qt's own texts, such as those of its panels.
