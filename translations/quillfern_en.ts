@@ -304,6 +304,10 @@ Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo, libdeflate and libplist
 %1</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Are you sure to open %1 files at once?</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>quillfern::FilesDelegate</name>
@@ -485,6 +489,10 @@ Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo, libdeflate and libplist
         <source>Put this stamp into the list and close the window</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Position on the page</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>quillfern::ImageStampWindowController</name>
@@ -634,6 +642,13 @@ BMP, JPEG, PNG or GIF</source>
     <name>quillfern::ImportFilesWindowController</name>
     <message>
         <source>Select Text File To Import:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::JobController</name>
+    <message>
+        <source>A job is running. Stop it once the current file is done, and quit?</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1758,10 +1773,6 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Slots are filled in the order in which they stand: the first prints the page number, the second the total. “{1} of {0}” therefore prints the same as “{0} of {1}”: 1 of 120.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Text with slots for numbers</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1770,19 +1781,11 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Insert {0}, a slot for a number. Slots are filled in the order in which they stand: the first prints the page number, the second the total. “{1} of {0}” therefore prints the same as “{0} of {1}”: 1 of 120.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Insert page number</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>T&amp;otal {1}</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Insert {1}, a slot for a number. Slots are filled in the order in which they stand: the first prints the page number, the second the total. “{1} of {0}” therefore prints the same as “{0} of {1}”: 1 of 120.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2079,6 +2082,24 @@ Please check log for more information.</source>
     </message>
     <message>
         <source>Put this stamp into the list and close the window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>{0} and {1} are slots for numbers. They are filled in the order in which they stand:
+              the first with the page number, the second with the total.
+              So “{1} of {0}” prints the same as “{0} of {1}”, such as 1 of 120.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Insert {0} where the caret is</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Insert {1} where the caret is</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Position on the page</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
