@@ -25,14 +25,27 @@ namespace {
 
 constexpr int patienceMs = 3000; ///< for the file a job is in when the user leaves
 
-/// Beside the program, where it is installed or was built.
-QString helpDocument()
+/// A file or folder of ours: beside the program, where it is installed or was built. Empty when there is
+/// none.
+QString installed(const QString& ofOurs)
 {
-    const QString name = QStringLiteral("quillfern/MACQuillfern1.pdf");
+    const QString name = QStringLiteral("quillfern/") + ofOurs;
     const QDir programs(QCoreApplication::applicationDirPath());
     const QString beside = programs.filePath(QStringLiteral("../share/") + name);
     if (QFile::exists(beside)) return QDir::cleanPath(beside);
-    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, name);
+    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, name,
+                                  QStandardPaths::LocateFile | QStandardPaths::LocateDirectory);
+}
+
+/// The interface in the first of the user's languages that there is. Its own is English.
+bool loadTexts(QTranslator& texts)
+{
+    const QString folder = installed(QStringLiteral("translations"));
+    for (QString language : QLocale().uiLanguages()) {
+        if (QLocale(language).language() == QLocale::English) return false;
+        if (texts.load(QStringLiteral("quillfern_") + language.replace(u'-', u'_'), folder)) return true;
+    }
+    return false;
 }
 
 /// What has to happen before there is an application object.
@@ -55,6 +68,7 @@ struct Application::Parts
         if (translator.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
                             QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
             QCoreApplication::installTranslator(&translator);
+        if (loadTexts(texts)) QCoreApplication::installTranslator(&texts);
     }
 
     void connectAndOpen(int argc, char** argv)
@@ -76,6 +90,7 @@ struct Application::Parts
     FontsChosen fontsChosen;
     QApplication qt;
     QTranslator translator;
+    QTranslator texts;
     SystemClock clock;
     UserFolders folders;
     PlistDefaultsStore defaults{folders};
@@ -91,7 +106,7 @@ Application::Application(int& argc, char** argv) : parts_(std::make_unique<Parts
     Parts& p = *parts_;
     p.delegate = std::make_unique<QuillfernAppDelegate>(
         AppServices{p.clock, p.folders, p.defaults, p.mainThread, p.desktop, p.panels, p.alerts,
-                    RenderProcess::installedProgram(), helpDocument()});
+                    RenderProcess::installedProgram(), installed(QStringLiteral("MACQuillfern1.pdf"))});
     p.connectAndOpen(argc, argv);
 }
 

@@ -13,6 +13,15 @@ QString iconName(const QString& status)
     return QStringLiteral("failed");
 }
 
+QString shownStatus(const QString& status)
+{
+    // A job that was stopped leaves the file it was about to begin without a word.
+    if (status.isEmpty()) return JobResultsModel::tr("Cancelled");
+    if (status == QLatin1String("Completed")) return JobResultsModel::tr("Completed");
+    if (status == QLatin1String("No Pages")) return JobResultsModel::tr("No Pages");
+    return JobResultsModel::tr("Failed"); // or the reason, which the remark tells as well
+}
+
 } // namespace
 
 void JobResultsModel::append(const std::vector<Row>& rows)
@@ -47,7 +56,7 @@ QVariant JobResultsModel::data(const QModelIndex& index, int role) const
     case PagesColumn:
         return row.pages;
     case StatusColumn:
-        return row.status;
+        return shownStatus(row.status);
     case NoteColumn:
         return row.note;
     default:

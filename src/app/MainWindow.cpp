@@ -95,12 +95,12 @@ void MainWindow::makeActions()
     removeSelectedFilesButton =
         makeAction(QStringLiteral("remove"), tr("&Remove Selected Files"),
                    tr("Take the selected files off the list; the files themselves stay"), {Qt::Key_Delete});
-    removeAllFilesButton = makeAction(QStringLiteral("remove-all"), tr("Remove All Files…"),
+    removeAllFilesButton = makeAction(QStringLiteral("remove-all"), tr("Remove All &Files…"),
                                       tr("Take all files off the list; the files themselves stay"));
     pdfPasswordButton = makeAction(QStringLiteral("password"), tr("PDF Open Pass&word…"),
                                    tr("Give the selected PDF files a password"), {Qt::Key_F8});
     moveUpButton =
-        makeAction(QStringLiteral("up"), tr("Move &Up"), tr("Move the selected files up"), ctrl(Qt::Key_Up));
+        makeAction(QStringLiteral("up"), tr("M&ove Up"), tr("Move the selected files up"), ctrl(Qt::Key_Up));
     moveDownButton = makeAction(QStringLiteral("down"), tr("Move Dow&n"), tr("Move the selected files down"),
                                 ctrl(Qt::Key_Down));
     // Elsewhere these keys belong to the field or table one is in.
@@ -112,7 +112,7 @@ void MainWindow::makeActions()
                                  tr("Turn check marks about")};
     const QString icons[] = {QStringLiteral("check"), QStringLiteral("uncheck"), QStringLiteral("invert")};
     const QString ofSelection[] = {tr("&Check Selected"), tr("&Uncheck Selected"), tr("&Invert Selected")};
-    const QString ofAll[] = {tr("Check A&ll"), tr("Uncheck All"), tr("Invert All")};
+    const QString ofAll[] = {tr("Check A&ll"), tr("Unchec&k All"), tr("In&vert All")};
     for (int i = 0; i < 3; ++i) {
         checkSelection.append(tagged(makeAction(icons[i], ofSelection[i], checkTips[i]), i + 1));
         checkAll.append(tagged(makeAction({}, ofAll[i], checkTips[i]), i + 1));

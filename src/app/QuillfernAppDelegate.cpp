@@ -242,7 +242,7 @@ void QuillfernAppDelegate::updateTotalLabel()
 void QuillfernAppDelegate::showTimeTaken(const QString& text)
 {
     guarded("Error in (updateTimeTakenLabel:) : %@", [&] {
-        const QString shown = text.isEmpty() ? timeTakenLabel(QStringLiteral("0 sec(s)"), 0, 0) : text;
+        const QString shown = text.isEmpty() ? timeTakenLabel(tr("0 sec(s)"), 0, 0) : text;
         window_->ui().labelTimeTaken->setText(shown);
     });
 }

@@ -3,6 +3,7 @@
 #include "platform/system/FileFacts.h"
 #include "platform/system/NativePath.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <unistd.h>
 
@@ -10,12 +11,15 @@ namespace quillfern {
 
 std::optional<QString> outputFolderProblem(const std::optional<QString>& path)
 {
-    if (!path || path->isEmpty()) return QStringLiteral("Please select output folder!");
+    if (!path || path->isEmpty())
+        return QCoreApplication::translate("quillfern::JobPlan", "Please select output folder!");
     if (fileKind(*path) != FileKind::Folder) // what else is there cannot hold the copies
-        return QStringLiteral("Output folder missing!\r\nPlease select valid output folder.");
+        return QCoreApplication::translate("quillfern::JobPlan",
+                                           "Output folder missing!\r\nPlease select valid output folder.");
     // access() asks the kernel, which also knows of read-only file systems.
     if (::access(nativePath(*path).constData(), W_OK) != 0)
-        return QStringLiteral("Output folder is non-writable!\r\nPlease select valid output folder.");
+        return QCoreApplication::translate(
+            "quillfern::JobPlan", "Output folder is non-writable!\r\nPlease select valid output folder.");
     return std::nullopt;
 }
 

@@ -18,15 +18,16 @@ bool PdfProcessor::processPDF(const QString& source, const QString& target, cons
 {
     problem_.clear();
     if (fileKind(source) == FileKind::Missing) {
-        problem_ = QStringLiteral("the file is not there any more");
+        problem_ = Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is not there any more")).shown;
         return false;
     }
     bool done = false;
     try {
         done = stamp(source, target, totalPages);
     } catch (...) {
-        problem_ = reasonOfCurrentException();
-        logLine(failureLine("Error in [processPDF:] : %@", problem_));
+        const Reason reason = currentReason();
+        problem_ = reason.shown;
+        logLine(failureLine("Error in [processPDF:] : %@", reason.logged));
     }
     number_.cancelUpdate();
     return done;
@@ -41,7 +42,9 @@ bool PdfProcessor::stamp(const QString& source, const QString& target, std::int6
         document = PdfDocument::open(source);
     } catch (const Failure& failure) {
         // Counts as processed, and nothing is written.
-        problem_ = QStringLiteral("no output: ") + failure.reason();
+        problem_ =
+            Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "no output: %1"), {failure.reasons().shown})
+                .shown;
         logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2").arg(source, failure.reason()));
         return true;
     }

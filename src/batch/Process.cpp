@@ -3,7 +3,6 @@
 #include "platform/pdf/PdfDocument.h"
 #include "platform/system/FileIdentity.h"
 #include "platform/system/Guarded.h"
-#include "platform/system/TimeTaken.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -116,7 +115,9 @@ void Process::runOutput(std::size_t index, DocumentProcessors& processors, std::
         }
     } catch (...) {
         failed_ = true;
-        record.status = reasonOfCurrentException();
+        const Reason reason = currentReason();
+        record.status = reason.logged;
+        note_ = reason.shown;
         logLine(failureLine("Error in (Process=>start) : %@", record.status));
     }
     write(outputFileInProcess_, QString());
@@ -130,14 +131,18 @@ void Process::runItem(const FileItem& item, std::size_t index, DocumentProcessor
 {
     if (item.pages() <= 0) {
         record.status = QStringLiteral("No Pages");
-        note_ = isPdf(item) ? pdfProblem(item.path())
-                            : QStringLiteral("the file is not there or holds no picture that can be read");
+        note_ = isPdf(item)
+                    ? pdfProblem(item.path())
+                    : Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                               "the file is not there or holds no picture that can be read"))
+                          .shown;
         return;
     }
     const Collision& collision = collisions_[index];
     if (!collision.overwritesInput.isEmpty())
-        throw Failure(QStringLiteral("not written: it would overwrite another file of the list, %1")
-                          .arg(collision.overwritesInput));
+        throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure",
+                                         "not written: it would overwrite another file of the list, %1"),
+                       {collision.overwritesInput}});
     Numbering& number = *settings_.number;
     const QString source = item.path();
     const QString target = outputFiles[index].filename();
@@ -154,21 +159,23 @@ void Process::runItem(const FileItem& item, std::size_t index, DocumentProcessor
     record.status = created ? QStringLiteral("Completed") : QStringLiteral("Failed");
     note_ = processors.lastProblem();
     if (note_.isEmpty() && created && !collision.replacesCopyOf.isEmpty()) {
-        note_ = QStringLiteral("replaces the copy of %1").arg(collision.replacesCopyOf);
-        logNotice(QStringLiteral("%1 %2").arg(target, note_));
+        const Reason note(QT_TRANSLATE_NOOP("quillfern::Failure", "replaces the copy of %1"),
+                          {collision.replacesCopyOf});
+        logNotice(QStringLiteral("%1 %2").arg(target, note.logged));
+        note_ = note.shown;
     }
 }
 
 QString Process::resultMessage() const
 {
     if (failed_)
-        return getAppTitle() + QStringLiteral(" unable able to process some of the files!\r\n"
-                                              "Please check log for more information.");
-    if (!isCombining_) return QStringLiteral("Process cancelled!");
+        return tr("%1 unable able to process some of the files!\r\nPlease check log for more information.")
+            .arg(getAppTitle());
+    if (!isCombining_) return tr("Process cancelled!");
     const std::int32_t created = totalFileCreated_;
     if (static_cast<std::size_t>(created) != outputFiles.size())
-        return QStringLiteral("Total %1 files processed successfully.").arg(created);
-    return QStringLiteral("All files processed successfully.");
+        return tr("Total %1 files processed successfully.").arg(created);
+    return tr("All files processed successfully.");
 }
 
 void Process::finish()

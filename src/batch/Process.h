@@ -6,7 +6,9 @@
 #include "config/Settings.h"
 #include "platform/desktop/DesktopServices.h"
 #include "platform/system/MainThread.h"
+#include "platform/system/TimeTaken.h"
 
+#include <QCoreApplication>
 #include <atomic>
 #include <mutex>
 #include <vector>
@@ -20,7 +22,8 @@ class ProcessObserver
     virtual ~ProcessObserver() = default;
     /// The text for the label that shows the time and the files done.
     virtual void updateTimeTakenLabel(const QString& text) = 0;
-    /// One output document is done. `note` says in words for people what the status does not; often empty.
+    /// One output document is done. `note` tells people in their language why it failed, or what else there
+    /// is to know; often empty. The record's texts are those of the log.
     virtual void outputFinished(const LogFiles&, const QString& note) { static_cast<void>(note); }
 };
 
@@ -41,6 +44,8 @@ struct ProcessServices
 /// only.
 class Process
 {
+    Q_DECLARE_TR_FUNCTIONS(quillfern::Process)
+
   public:
     /// `settings` and `observer` are not owned and must outlive the job.
     Process(ProcessServices services, Settings& settings, ProcessObserver& observer);
@@ -96,7 +101,7 @@ class Process
     mutable std::mutex mutex_; ///< guards the four texts
     QString fileInProcess_;
     QString outputFileInProcess_;
-    QString timeTaken_ = QStringLiteral("In Process...");
+    QString timeTaken_ = timeTakenInProcess();
     QString message_;
 
     Log log_;

@@ -24,7 +24,8 @@ void makeRoomFor(Ink ink, RasterPage& page)
     const bool suffices = !page.isGrey() || ink <= (page.isBilevel ? Ink::BlackAndWhite : Ink::Grey);
     if (suffices) return;
     page.image.convertTo(QImage::Format_RGB888);
-    if (page.image.isNull()) throw Failure(QStringLiteral("not enough memory for a page"));
+    if (page.image.isNull())
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
     page.isBilevel = false;
     page.colourProfile.clear(); // it was one for grey
 }
@@ -42,15 +43,16 @@ bool TiffProcessor::processTIFF(const QString& source, const QString& target, st
 {
     problem_.clear();
     if (fileKind(source) == FileKind::Missing) {
-        problem_ = QStringLiteral("the file is not there any more");
+        problem_ = Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is not there any more")).shown;
         return false;
     }
     bool done = false;
     try {
         done = stamp(source, target, totalPages, compression);
     } catch (...) {
-        problem_ = reasonOfCurrentException();
-        logLine(failureLine("Error in [processTIFF:] : %@", problem_));
+        const Reason reason = currentReason();
+        problem_ = reason.shown;
+        logLine(failureLine("Error in [processTIFF:] : %@", reason.logged));
     }
     number_.cancelUpdate();
     return done;
@@ -67,7 +69,9 @@ bool TiffProcessor::stamp(const QString& source, const QString& target, std::int
     const auto first = std::clamp<std::int64_t>(number_.startPage(), 1, std::int64_t{count} + 1);
     const auto last = number_.endPage() == 0 ? count : std::min<std::int64_t>(number_.endPage(), count);
     if (first > last) {
-        problem_ = QStringLiteral("no page of the file lies in the page range");
+        problem_ =
+            Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "no page of the file lies in the page range"))
+                .shown;
         return false;
     }
 

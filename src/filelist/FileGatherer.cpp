@@ -174,7 +174,7 @@ void FileGatherer::showBusy()
         observer_.resetViewObject(false);
         isProcessing_ = true;
         observer_.startProcess();
-        observer_.updateTimeTakenLabel(timeTakenLabel(QStringLiteral("In Process..."), 0, 0));
+        observer_.updateTimeTakenLabel(timeTakenLabel(timeTakenInProcess(), 0, 0));
     });
 }
 

@@ -1,5 +1,6 @@
 #include "filelist/FileList.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 namespace quillfern {
@@ -28,7 +29,8 @@ std::vector<int> shifted(std::vector<int> rows, int by)
 
 QString totalLabelText(const FileTotals& totals)
 {
-    return QStringLiteral(
+    return QCoreApplication::translate(
+               "quillfern::FileList",
                "%1 Total file(s); Total page count of PDF files: %2  TIFF files: %3  Other files: %4")
         .arg(totals.files)
         .arg(totals.pdfPages)

@@ -2,6 +2,7 @@
 
 #include "platform/system/Guarded.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <numeric>
 
@@ -59,7 +60,9 @@ void FileListCommands::selectDeselectRemoveAll(int tag, const std::vector<int>& 
         if (tag == 1) view_.selectRows(allRows());
         if (tag == 2) view_.selectRows(files_.empty() ? std::vector<int>() : std::vector{0});
         if (tag == 3) {
-            if (!view_.confirm(QStringLiteral("Are you sure to remove all file(s)?"))) return;
+            if (!view_.confirm(QCoreApplication::translate("quillfern::FileList",
+                                                           "Are you sure to remove all file(s)?")))
+                return;
             files_.clear();
             showChange();
         }

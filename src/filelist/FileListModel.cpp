@@ -14,15 +14,16 @@ struct ColumnNames
     const char* title;
 };
 
-constexpr std::array<ColumnNames, FileListModel::ColumnCount> columns = {{{"isselected", ""},
-                                                                          {"name", "Name"},
-                                                                          {"pages", "Pages"},
-                                                                          {"sizeInKB", "Size"},
-                                                                          {"type", "Type"},
-                                                                          {"dateModified", "Modified Date"},
-                                                                          {"dateCreated", "Created Date"},
-                                                                          {"dateAccessed", "Accessed Date"},
-                                                                          {"location", "Location"}}};
+constexpr std::array<ColumnNames, FileListModel::ColumnCount> columns = {
+    {{"isselected", ""},
+     {"name", QT_TRANSLATE_NOOP("quillfern::FileListModel", "Name")},
+     {"pages", QT_TRANSLATE_NOOP("quillfern::FileListModel", "Pages")},
+     {"sizeInKB", QT_TRANSLATE_NOOP("quillfern::FileListModel", "Size")},
+     {"type", QT_TRANSLATE_NOOP("quillfern::FileListModel", "Type")},
+     {"dateModified", QT_TRANSLATE_NOOP("quillfern::FileListModel", "Modified Date")},
+     {"dateCreated", QT_TRANSLATE_NOOP("quillfern::FileListModel", "Created Date")},
+     {"dateAccessed", QT_TRANSLATE_NOOP("quillfern::FileListModel", "Accessed Date")},
+     {"location", QT_TRANSLATE_NOOP("quillfern::FileListModel", "Location")}}};
 
 QString ownMarkFormat()
 {
@@ -93,7 +94,8 @@ QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int
     if (role == Qt::TextAlignmentRole && (section == PagesColumn || section == SizeColumn))
         return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter)); // as their numbers are
     if (role != Qt::DisplayRole) return {};
-    return QCoreApplication::translate("FileListModel", columns[static_cast<std::size_t>(section)].title);
+    return QCoreApplication::translate("quillfern::FileListModel",
+                                       columns[static_cast<std::size_t>(section)].title);
 }
 
 Qt::ItemFlags FileListModel::flags(const QModelIndex& index) const

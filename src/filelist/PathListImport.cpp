@@ -1,5 +1,7 @@
 #include "filelist/PathListImport.h"
 
+#include <QCoreApplication>
+
 namespace quillfern {
 
 void PathListImport::resetView()
@@ -28,12 +30,18 @@ void PathListImport::pasteText(const QString& clipboard)
 std::optional<PathListImport::Problem> PathListImport::importAction()
 {
     if (method_ == FromFile && importFile_.isEmpty())
-        return Problem{QStringLiteral("Please select file to import!"), Problem::Focus::Browse};
+        return Problem{
+            QCoreApplication::translate("quillfern::PathListImport", "Please select file to import!"),
+            Problem::Focus::Browse};
     if (method_ == FromText && importText_.isEmpty())
-        return Problem{QStringLiteral("Please paste file(s) path to import!"), Problem::Focus::Text};
+        return Problem{
+            QCoreApplication::translate("quillfern::PathListImport", "Please paste file(s) path to import!"),
+            Problem::Focus::Text};
     if (method_ == FromFile) parser_.parseFile(importFile_);
     if (method_ == FromText) parser_.parseText(importText_);
-    if (files().isEmpty()) return Problem{QStringLiteral("No File(s) Found!"), Problem::Focus::Nowhere};
+    if (files().isEmpty())
+        return Problem{QCoreApplication::translate("quillfern::PathListImport", "No File(s) Found!"),
+                       Problem::Focus::Nowhere};
     return std::nullopt;
 }
 

@@ -4,6 +4,7 @@
 #include "platform/system/Guarded.h"
 #include "platform/system/NativePath.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QSet>
 
@@ -61,7 +62,8 @@ void PathListParser::takeLines(const QString& text)
 
 QString PathListParser::totalFilesFound() const
 {
-    return QStringLiteral("Total Files Found : %1").arg(files_.size());
+    return QCoreApplication::translate("quillfern::PathListImport", "Total Files Found : %1")
+        .arg(files_.size());
 }
 
 QString PathListParser::foundPaths() const

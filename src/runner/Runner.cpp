@@ -178,7 +178,7 @@ void Runner::outputFinished(const LogFiles& output, const QString& note)
     QTextStream& stream = quiet_ ? err_ : out_;
     stream << output.status.leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
            << (output.pages == 1 ? " page   " : " pages  ") << path;
-    if (!note.isEmpty()) stream << "  (" << note << ')';
+    if (!note.isEmpty() && note != output.status) stream << "  (" << note << ')';
     stream << '\n';
     stream.flush();
 }

@@ -4,6 +4,7 @@
 #include "platform/system/Guarded.h"
 #include "stamps/Placement.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <algorithm>
 
@@ -78,7 +79,7 @@ QString ImageStamp::description() const
 {
     QString name = label().value_or(QString());
     if (name.isEmpty() && stampImagePath) name = QFileInfo(*stampImagePath).completeBaseName();
-    return QStringLiteral("Image [%1]").arg(name);
+    return QCoreApplication::translate("quillfern::ImageStamp", "Image [%1]").arg(name);
 }
 
 void ImageStamp::edit(StampEditorFactory& editors)

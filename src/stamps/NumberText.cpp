@@ -2,6 +2,7 @@
 
 #include "platform/store/Record.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <array>
 
@@ -46,13 +47,13 @@ QString numberTypeName(std::int32_t numberType)
 {
     switch (numberType) {
     case PlainText:
-        return QStringLiteral("Plain Text");
+        return QCoreApplication::translate("quillfern::NumberText", "Plain Text");
     case Numbers:
-        return QStringLiteral("Numbers");
+        return QCoreApplication::translate("quillfern::NumberText", "Numbers");
     case RomanNumbersCapital:
-        return QStringLiteral("Roman Numbers Capital");
+        return QCoreApplication::translate("quillfern::NumberText", "Roman Numbers Capital");
     case RomanNumbersSmall:
-        return QStringLiteral("Roman Numbers Small");
+        return QCoreApplication::translate("quillfern::NumberText", "Roman Numbers Small");
     default:
         return {};
     }

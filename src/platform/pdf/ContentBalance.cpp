@@ -219,7 +219,8 @@ class Scanner
     static void checkDepth(std::size_t depth)
     {
         if (depth > deepestNesting)
-            throw Failure(QStringLiteral("the content of a page is nested too deeply"));
+            throw Failure(
+                QT_TRANSLATE_NOOP("quillfern::Failure", "the content of a page is nested too deeply"));
     }
 
     static std::size_t kindIndex(char kind)

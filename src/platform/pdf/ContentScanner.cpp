@@ -26,7 +26,8 @@ struct Piece
 
 [[noreturn]] void refuseSize()
 {
-    throw Failure(QStringLiteral("the content of a page is larger than any real page's"));
+    throw Failure(
+        QT_TRANSLATE_NOOP("quillfern::Failure", "the content of a page is larger than any real page's"));
 }
 
 /// The decoded content of a page. Its memory is kept from page to page: asking the system for fresh memory,

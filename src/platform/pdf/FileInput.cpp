@@ -48,8 +48,11 @@ const FileInput::Block& FileInput::blockAt(qpdf_offset_t offset)
         const ssize_t count = ::pread(descriptor_, block.bytes.get() + filled, block.size - filled,
                                       start + static_cast<qpdf_offset_t>(filled));
         if (count < 0 && errno == EINTR) continue;
-        if (count < 0) throw Failure::fromErrno(QStringLiteral("cannot read the file"), errno);
-        if (count == 0) throw Failure(QStringLiteral("the file became shorter while it was read"));
+        if (count < 0)
+            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read the file"), errno);
+        if (count == 0)
+            throw Failure(
+                QT_TRANSLATE_NOOP("quillfern::Failure", "the file became shorter while it was read"));
         filled += static_cast<std::size_t>(count);
     }
     block.start = start;
@@ -75,7 +78,8 @@ size_t FileInput::read(char* bytes, size_t length)
 void FileInput::seek(qpdf_offset_t offset, int whence)
 {
     const qpdf_offset_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? position_ : size_;
-    if (base + offset < 0) throw Failure(QStringLiteral("the file points before its own beginning"));
+    if (base + offset < 0)
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file points before its own beginning"));
     position_ = base + offset;
 }
 

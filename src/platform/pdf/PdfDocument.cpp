@@ -23,7 +23,7 @@ namespace {
 [[noreturn]] void refuse(const QPDFExc& exception)
 {
     if (exception.getErrorCode() == qpdf_e_password)
-        throw Failure(QStringLiteral("the document needs a password"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document needs a password"));
     throw Failure(QString::fromStdString(exception.getMessageDetail()));
 }
 
@@ -93,7 +93,8 @@ class PdfDocument::Private
         std::set<QPDFObjGen> counted;
         if (!count.isInteger() || count.getIntValue() != static_cast<long long>(pages.size()))
             correctCount(root, counted);
-        if (pages.empty()) throw Failure(QStringLiteral("the document has no pages"));
+        if (pages.empty())
+            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no pages"));
         metadata.emplace(qpdf);
         archivalPart = metadata->archivalPart();
         resources.emplace(qpdf, archivalPart > 0 && !metadata->hasRgbOutputIntent());

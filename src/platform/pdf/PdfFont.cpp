@@ -144,7 +144,7 @@ void PdfFont::finish()
     for (const auto& [glyph, text] : glyphs_)
         wanted.insert(glyph);
     const auto subset = program_.subset(wanted);
-    if (!subset) throw Failure(QStringLiteral("a font cannot be embedded"));
+    if (!subset) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "a font cannot be embedded"));
 
     const QByteArray name = subsetTag(glyphs_) + '+' + program_.postScriptName();
     auto descendant = QPDFObjectHandle::newDictionary(

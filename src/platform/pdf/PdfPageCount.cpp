@@ -55,7 +55,7 @@ QString pdfProblem(const QString& path)
         static_cast<void>(PdfDocument::open(path));
         return {};
     } catch (const Failure& failure) {
-        return failure.reason();
+        return failure.reasons().shown;
     }
 }
 

@@ -46,13 +46,13 @@ QPDFObjectHandle pageByCounts(QPDFObjectHandle node, int index)
 
 QPDFObjectHandle pageAt(QPDF& document, int index)
 {
-    if (index < 0) throw Failure(QStringLiteral("the document has no such page"));
+    if (index < 0) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no such page"));
     QPDFObjectHandle page = pageByCounts(document.getRoot().getKey("/Pages"), index);
     if (page.isDictionary()) return page;
     // The long way mends a broken tree.
     const auto& pages = document.getAllPages();
     if (static_cast<std::size_t>(index) >= pages.size())
-        throw Failure(QStringLiteral("the document has no such page"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no such page"));
     return pages[static_cast<std::size_t>(index)];
 }
 
@@ -120,7 +120,7 @@ ExtractedPage extract(const QString& path, int index)
     writer.write();
     const auto bytes = writer.getBufferSharedPointer();
     if (bytes->getSize() > std::numeric_limits<int>::max())
-        throw Failure(QStringLiteral("the page is too large to be shown"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the page is too large to be shown"));
     return {QByteArray(reinterpret_cast<const char*>(bytes->getBuffer()),
                        static_cast<qsizetype>(bytes->getSize())),
             box.displaySize()};
@@ -134,7 +134,7 @@ ExtractedPage extractPdfPage(const QString& path, int index)
         return extract(path, index);
     } catch (const QPDFExc& exception) {
         if (exception.getErrorCode() == qpdf_e_password)
-            throw Failure(QStringLiteral("the document needs a password"));
+            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document needs a password"));
         throw Failure(QString::fromStdString(exception.getMessageDetail()));
     } catch (const std::logic_error& error) {
         throw Failure(QString::fromUtf8(error.what()));

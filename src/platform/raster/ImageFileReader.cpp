@@ -63,7 +63,8 @@ RasterPage pageFromImage(QImage image)
     image.convertTo(image.hasAlphaChannel() ? QImage::Format_RGBA8888
                     : isGrey                ? QImage::Format_Grayscale8
                                             : QImage::Format_RGB888);
-    if (image.isNull()) throw Failure(QStringLiteral("not enough memory for a page"));
+    if (image.isNull())
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
     if (page.hasAlpha()) page.isBilevel = false;
     page.image = std::move(image);
     return page;
@@ -79,9 +80,10 @@ ImageFileReader::ImageFileReader(std::unique_ptr<QIODevice> device) : device_(st
     size_ = reader_.size();
     const QSize size = size_;
     if (!reader_.canRead() || !size.isValid())
-        throw Failure(QStringLiteral("the file is not a picture that can be read"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is not a picture that can be read"));
     checkPageSize(size.width(), size.height(), bytesPerDecodedPixel);
-    if (!facts.isWhole) throw Failure(QStringLiteral("the file is damaged or cut off"));
+    if (!facts.isWhole)
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged or cut off"));
     const QSizeF dots = facts.dotsPerInch;
     QSizeF points(size.width() / dots.width() * plainDotsPerInch,
                   size.height() / dots.height() * plainDotsPerInch);
@@ -95,7 +97,8 @@ QImage ImageFileReader::readImage()
     const AllocationLimit limit(size.isValid() ? std::int64_t{size.width()} * size.height() * 8 : 0);
     QImage image;
     if (!reader_.read(&image) || image.isNull())
-        throw Failure(QStringLiteral("a page is damaged or cut off: %1").arg(reader_.errorString()));
+        throw Failure(Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "a page is damaged or cut off"))
+                          .with(reader_.errorString()));
     return image;
 }
 

@@ -23,8 +23,9 @@ using Handle = std::unique_ptr<void, HandleFree>;
 
 [[noreturn]] void fail(const Handle& handle)
 {
-    throw Failure(QStringLiteral("JPEG coding failed: %1")
-                      .arg(QString::fromLatin1(handle ? tjGetErrorStr2(handle.get()) : "not enough memory")));
+    throw Failure(
+        Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "JPEG coding failed"))
+            .with(QString::fromLatin1(handle ? tjGetErrorStr2(handle.get()) : "not enough memory")));
 }
 
 int pixelFormat(int channels)

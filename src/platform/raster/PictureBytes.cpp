@@ -25,9 +25,9 @@ constexpr std::size_t stripBytes = std::size_t{1} << 18;
 void checkPictureSize(const QSize& size)
 {
     if (std::int64_t{size.width()} * size.height() > largestPictureBytes / 4)
-        throw Failure(QStringLiteral("a picture of %1 x %2 pixels is too large for a stamp")
-                          .arg(size.width())
-                          .arg(size.height()));
+        throw Failure(
+            {QT_TRANSLATE_NOOP("quillfern::Failure", "a picture of %1 x %2 pixels is too large for a stamp"),
+             {QString::number(size.width()), QString::number(size.height())}});
 }
 
 /// The JPEG that is the only strip of the present page; empty when the page is kept in another way.
@@ -69,7 +69,8 @@ Decoded decodeFirstPage(const QByteArray& bytes)
                       static_cast<int>(std::min(info.height, 0x7FFFFFFFU))});
     RasterPage page = decodeTiffPage(file, info);
     page.spreadBits();
-    if (page.image.isNull()) throw Failure(QStringLiteral("not enough memory for a picture"));
+    if (page.image.isNull())
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a picture"));
     return {std::move(page), jpegInside(file, info)};
 }
 
@@ -120,7 +121,8 @@ PictureBytes readPictureFile(const QString& path)
     QFile file;
     openRegularFile(file, path);
     if (file.size() > largestPictureFile)
-        throw Failure(QStringLiteral("the file is too large for the picture of a stamp"));
+        throw Failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "the file is too large for the picture of a stamp"));
     const Decoded decoded = decodeFirstPage(file.readAll());
     const QSize size = decoded.page.image.size();
     const auto plain = readPlainJpeg(decoded.jpeg);
@@ -134,7 +136,8 @@ Picture decodePicture(const QByteArray& bytes)
     // The forms that painting is fast with; the colours stay as they are, not multiplied by alpha.
     if (image.format() != QImage::Format_Grayscale8)
         image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
-    if (image.isNull()) throw Failure(QStringLiteral("not enough memory for a picture"));
+    if (image.isNull())
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a picture"));
     return Picture(std::move(image), std::move(decoded.jpeg));
 }
 

@@ -9,11 +9,15 @@ namespace quillfern {
 
 void checkPageSize(std::int64_t width, std::int64_t height, int bytesPerPixel)
 {
-    const QString size = QStringLiteral("%1 x %2 pixels").arg(width).arg(height);
+    const auto failure = [&](const char* text) {
+        return Failure({text, {QString::number(width), QString::number(height)}});
+    };
     if (width <= 0 || height <= 0)
-        throw Failure(QStringLiteral("the file is damaged: a page of %1").arg(size));
+        throw failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged: a page of %1 x %2 pixels"));
     if (width > largestPageBytes / bytesPerPixel / height)
-        throw Failure(QStringLiteral("a page of %1 is too large to be processed").arg(size));
+        throw failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "a page of %1 x %2 pixels is too large to be processed"));
 }
 
 QImage makePageImage(std::int64_t width, std::int64_t height, QImage::Format format)
@@ -21,7 +25,8 @@ QImage makePageImage(std::int64_t width, std::int64_t height, QImage::Format for
     // Pixels of one bit may have to become bytes.
     checkPageSize(width, height, std::max(1, QImage::toPixelFormat(format).bitsPerPixel() / 8));
     QImage image(static_cast<int>(width), static_cast<int>(height), format);
-    if (image.isNull()) throw Failure(QStringLiteral("not enough memory for a page"));
+    if (image.isNull())
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
     return image;
 }
 

@@ -15,10 +15,11 @@ std::unique_ptr<RasterReader> RasterReader::open(const QString& path)
     auto file = std::make_unique<QFile>();
     openRegularFile(*file, path);
     const QByteArray start = file->peek(1024);
-    if (start.isEmpty()) throw Failure(QStringLiteral("the file is empty"));
+    if (start.isEmpty()) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is empty"));
     if (TiffFile::isTiff(start)) return std::make_unique<TiffReader>(std::move(file), path);
     if (start.contains("%PDF-"))
-        throw Failure(QStringLiteral("the file is a PDF document under another kind of name"));
+        throw Failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "the file is a PDF document under another kind of name"));
     return std::make_unique<ImageFileReader>(std::move(file));
 }
 

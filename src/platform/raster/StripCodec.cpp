@@ -111,10 +111,11 @@ QByteArray encodeWithLibrary(const StripFormat& format, QByteArray rows, int row
     std::uint64_t size = 0;
     {
         const auto tiff = openScratch(scratch);
-        if (!tiff) throw Failure(QStringLiteral("not enough memory to encode a page"));
+        if (!tiff)
+            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory to encode a page"));
         describe(tiff.get(), format, static_cast<std::uint32_t>(rowCount));
         if (TIFFWriteEncodedStrip(tiff.get(), 0, rows.data(), rows.size()) < 0)
-            throw Failure(QStringLiteral("a page could not be encoded"));
+            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "a page could not be encoded"));
         offset = TIFFGetStrileOffset(tiff.get(), 0);
         size = TIFFGetStrileByteCount(tiff.get(), 0);
     }

@@ -59,7 +59,7 @@ TiffFile::TiffFile(Source source, const QByteArray& name)
           name.constData(), "rm", &source_, read, [](thandle_t, void*, tmsize_t) -> tmsize_t { return 0; },
           seek, [](thandle_t) { return 0; }, size, nullptr, nullptr, openOptions(keepError, this).get()))
 {
-    if (!tiff_) throw failure(QStringLiteral("the TIFF data cannot be read"));
+    if (!tiff_) throw failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the TIFF data cannot be read"));
 }
 
 bool TiffFile::isTiff(const QByteArray& start)
@@ -110,10 +110,10 @@ toff_t TiffFile::size(thandle_t handle)
     return static_cast<toff_t>(source.file ? source.file->size() : source.bytes->size());
 }
 
-Failure TiffFile::failure(const QString& doing) const
+Failure TiffFile::failure(const Reason& doing) const
 {
     const QString said = QString::fromLocal8Bit(lastError_).trimmed();
-    return Failure(said.isEmpty() ? doing : QStringLiteral("%1: %2").arg(doing, said));
+    return Failure(said.isEmpty() ? doing : doing.with(said));
 }
 
 } // namespace quillfern

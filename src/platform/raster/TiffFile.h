@@ -9,6 +9,7 @@
 namespace quillfern {
 
 class Failure;
+struct Reason;
 
 /// An open TIFF for reading. What libtiff has to say about errors is kept here instead of printed. One handle
 /// belongs to one thread at a time.
@@ -31,7 +32,7 @@ class TiffFile
     [[nodiscard]] bool hasError() const { return !lastError_.isEmpty(); }
     void clearErrors() { lastError_.clear(); }
     /// "<doing>: <what libtiff said>".
-    [[nodiscard]] Failure failure(const QString& doing) const;
+    [[nodiscard]] Failure failure(const Reason& doing) const;
 
     /// The value of a field; `otherwise` when the directory has none.
     template <class T>

@@ -70,7 +70,7 @@ TiffPageInfo readTiffPageInfo(const TiffFile& file)
                                                                                    : PHOTOMETRIC_MINISBLACK);
     info.dotsPerInch = dotsPerInch(file);
     if (info.width == 0 || info.height == 0 || info.samples == 0)
-        throw Failure(QStringLiteral("the file is damaged: a page without a size"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged: a page without a size"));
     return info;
 }
 

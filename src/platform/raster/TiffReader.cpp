@@ -11,7 +11,8 @@ TiffReader::TiffReader(std::shared_ptr<const QFile> file, const QString& path)
     file_.clearErrors();
     const auto count = static_cast<int>(TIFFNumberOfDirectories(file_.handle()));
     // A chain of directories that breaks off would pass for a shorter document.
-    if (file_.hasError() || count < 1) throw file_.failure(QStringLiteral("the file is damaged or cut off"));
+    if (file_.hasError() || count < 1)
+        throw file_.failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged or cut off"));
     setPages(count, readTiffPageInfo(file_).sizeInPoints());
 }
 
@@ -24,7 +25,7 @@ TiffPageInfo TiffReader::info()
 {
     for (; pending_ > 0; --pending_)
         if (TIFFReadDirectory(file_.handle()) != 1)
-            throw file_.failure(QStringLiteral("a page is missing or damaged"));
+            throw file_.failure(QT_TRANSLATE_NOOP("quillfern::Failure", "a page is missing or damaged"));
     return readTiffPageInfo(file_);
 }
 

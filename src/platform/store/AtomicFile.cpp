@@ -18,6 +18,11 @@ namespace quillfern {
 
 namespace {
 
+Reason cannotWrite(const QString& path)
+{
+    return {QT_TRANSLATE_NOOP("quillfern::Failure", "cannot write %1"), {path}};
+}
+
 constexpr qsizetype bufferSize = 1 << 20;
 
 QByteArray temporaryNameIn(const QByteArray& folder)
@@ -32,7 +37,7 @@ AtomicFile::AtomicFile(QString targetPath)
     : targetPath_(std::move(targetPath)), folder_(nativePath(QFileInfo(targetPath_).absolutePath()))
 {
     if (QFileInfo(targetPath_).fileName().isEmpty())
-        throw Failure(QStringLiteral("a file needs a name: %1").arg(targetPath_));
+        throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "a file needs a name: %1"), {targetPath_}});
 #ifdef O_TMPFILE
     descriptor_ = ::open(folder_.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
 #endif
@@ -50,7 +55,7 @@ void AtomicFile::openNamed()
     if (descriptor_ < 0) {
         const int error = errno;
         temporaryName_.clear();
-        throw Failure::fromErrno(QStringLiteral("cannot write %1").arg(targetPath_), error);
+        throw Failure::fromErrno(cannotWrite(targetPath_), error);
     }
 }
 
@@ -81,7 +86,7 @@ void AtomicFile::writeOut(const char* data, std::size_t size)
         const ssize_t written = ::write(descriptor_, data, size);
         if (written < 0) {
             if (errno == EINTR) continue;
-            throw Failure::fromErrno(QStringLiteral("cannot write %1").arg(targetPath_), errno);
+            throw Failure::fromErrno(cannotWrite(targetPath_), errno);
         }
         data += written;
         size -= static_cast<std::size_t>(written);
@@ -117,7 +122,7 @@ void AtomicFile::adoptPermissions() const
 
 void AtomicFile::commit()
 {
-    const QString doing = QStringLiteral("cannot write %1").arg(targetPath_);
+    const Reason doing = cannotWrite(targetPath_);
     flushBuffer();
     adoptPermissions();
     // Without this a power cut after the rename could leave an empty file where a whole one stood.
@@ -155,7 +160,9 @@ void copyFileAtomically(const QString& source, const QString& target)
     QByteArray block(bufferSize, Qt::Uninitialized);
     for (;;) {
         const qint64 size = input.read(block.data(), block.size());
-        if (size < 0) throw Failure(QStringLiteral("cannot read %1: %2").arg(source, input.errorString()));
+        if (size < 0)
+            throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1: %2"),
+                           {source, input.errorString()}});
         if (size == 0) break;
         output.write(block.constData(), static_cast<std::size_t>(size));
     }

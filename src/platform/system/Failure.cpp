@@ -5,28 +5,58 @@
 
 namespace quillfern {
 
-Failure::Failure(QString reason) : reason_(std::move(reason)), utf8_(reason_.toUtf8())
+namespace {
+
+QString filled(QString text, const QStringList& parts)
+{
+    if (parts.size() == 1) return text.arg(parts[0]);
+    if (parts.size() == 2) return text.arg(parts[0], parts[1]); // at once: a part may hold a "%2" itself
+    return text;
+}
+
+} // namespace
+
+Reason::Reason(const char* text, const QStringList& parts)
+    : logged(filled(QString::fromUtf8(text), parts)),
+      shown(filled(QCoreApplication::translate("quillfern::Failure", text), parts))
 {
 }
 
-Failure Failure::fromErrno(const QString& doing, int errorNumber)
+Reason Reason::with(const QString& said) const
 {
-    return Failure(doing + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errorNumber)));
+    Reason both = *this;
+    both.logged += QStringLiteral(": ") + said;
+    both.shown += QStringLiteral(": ") + said;
+    return both;
 }
 
-QString reasonOfCurrentException()
+Failure::Failure(Reason reason) : reason_(std::move(reason)), utf8_(reason_.logged.toUtf8())
+{
+}
+
+Failure Failure::fromErrno(const Reason& doing, int errorNumber)
+{
+    return Failure(doing.with(QString::fromLocal8Bit(std::strerror(errorNumber))));
+}
+
+Reason currentReason()
 {
     try {
         throw;
     } catch (const Failure& failure) {
-        return failure.reason();
+        return failure.reasons();
     } catch (const std::bad_alloc&) {
-        return QStringLiteral("not enough memory");
+        return QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory");
     } catch (const std::exception& exception) {
         return QString::fromUtf8(exception.what());
     } catch (...) {
-        return QStringLiteral("unknown failure");
+        return QT_TRANSLATE_NOOP("quillfern::Failure", "unknown failure");
     }
+}
+
+QString reasonOfCurrentException()
+{
+    return currentReason().logged;
 }
 
 } // namespace quillfern

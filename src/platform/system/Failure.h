@@ -1,29 +1,52 @@
 #pragma once
 
+#include <QCoreApplication> // QT_TRANSLATE_NOOP, with which texts for a Reason are marked
 #include <QString>
 #include <exception>
 
 namespace quillfern {
+
+/// Why something failed, as the logs have it and as windows show it. Made from one of our own texts, which is
+/// in English in the logs and in the user's language in a window, or from what a library or the system says.
+struct Reason
+{
+    /// `text` is a literal, marked with QT_TRANSLATE_NOOP("quillfern::Failure", "…"); the parts stand in
+    /// place of its "%1" and "%2".
+    Reason(const char* text, const QStringList& parts = {});
+    /// What others say, in whatever language.
+    Reason(const QString& said) : logged(said), shown(said) {}
+
+    /// "<this>: <said>"
+    [[nodiscard]] Reason with(const QString& said) const;
+
+    QString logged;
+    QString shown;
+};
 
 /// The one exception type that crosses an adapter's border. Third-party exceptions and error codes are
 /// translated into it where they arise; its reason is a sentence fit for a log line or a person's eyes.
 class Failure : public std::exception
 {
   public:
-    explicit Failure(QString reason);
+    explicit Failure(Reason reason);
 
-    [[nodiscard]] const QString& reason() const { return reason_; }
+    /// For logs and other files: never in another language.
+    [[nodiscard]] const QString& reason() const { return reason_.logged; }
+    /// For windows as well.
+    [[nodiscard]] const Reason& reasons() const { return reason_; }
     [[nodiscard]] const char* what() const noexcept override { return utf8_.constData(); }
 
     /// "<doing>: <text of the errno value>", for a system call that failed.
-    static Failure fromErrno(const QString& doing, int errorNumber);
+    static Failure fromErrno(const Reason& doing, int errorNumber);
 
   private:
-    QString reason_;
+    Reason reason_;
     QByteArray utf8_;
 };
 
 /// The reason of the exception now being handled, whatever its type. Call inside a catch block only.
+[[nodiscard]] Reason currentReason();
+/// The same, for logs.
 [[nodiscard]] QString reasonOfCurrentException();
 
 } // namespace quillfern

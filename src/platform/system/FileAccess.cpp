@@ -27,13 +27,14 @@ bool removeFile(const QString& path)
 
 int openRegularFile(const QString& path)
 {
-    const QString doing = QStringLiteral("cannot read %1").arg(readableName(path));
+    const QString name = readableName(path);
     const int descriptor = ::open(nativePath(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0) throw Failure::fromErrno(doing, errno);
+    if (descriptor < 0)
+        throw Failure::fromErrno({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1"), {name}}, errno);
     struct stat status = {};
     if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) return descriptor;
     ::close(descriptor);
-    throw Failure(doing + QStringLiteral(": not a regular file"));
+    throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1: not a regular file"), {name}});
 }
 
 void openRegularFile(QFile& file, const QString& path)
@@ -41,7 +42,8 @@ void openRegularFile(QFile& file, const QString& path)
     const int descriptor = openRegularFile(path);
     if (file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) return;
     ::close(descriptor);
-    throw Failure(QStringLiteral("cannot read %1: %2").arg(readableName(path), file.errorString()));
+    throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1: %2"),
+                   {readableName(path), file.errorString()}});
 }
 
 } // namespace quillfern

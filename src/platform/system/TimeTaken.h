@@ -6,8 +6,12 @@
 namespace quillfern {
 
 /// The time between two moments as hours, minutes and seconds, each with a trailing blank and only when it is
-/// not zero. Empty when either moment is missing or less than a second lies between them.
+/// not zero; in the language of the user. Empty when either moment is missing or less than a second lies
+/// between them.
 [[nodiscard]] QString timeTakenString(const QDateTime& start, const QDateTime& end);
+
+/// What stands in place of a time while something is still at work.
+[[nodiscard]] QString timeTakenInProcess();
 
 /// The label that tells how a job stands.
 [[nodiscard]] QString timeTakenLabel(const QString& timeTaken, int processed, int outputs);

@@ -1,0 +1,277 @@
+#include "app/AppFixture.h"
+#include "app/TableRows.h"
+#include "app/WindowLooks.h"
+#include "platform/drawing/FontCatalog.h"
+#include "stamps/ImageStamp.h"
+#include "stamps/TextStamp.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QLabel>
+#include <QLayout>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QTranslator>
+
+namespace quillfern {
+namespace {
+
+/// A language whose letters are all another script's: what is still in Latin letters was not translated.
+class WideLetters final : public QTranslator
+{
+  public:
+    [[nodiscard]] bool isEmpty() const override { return false; }
+    [[nodiscard]] QString translate(const char*, const char* source, const char*, int) const override
+    {
+        QString text = QString::fromUtf8(source);
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            const bool isPlace = i > 0 && text[i - 1] == u'%'; // "%n", "%L1"
+            if (!isPlace && isLatin(text[i])) text[i] = QChar(text[i].unicode() - u'A' + 0xFF21);
+        }
+        return text;
+    }
+    static bool isLatin(QChar c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
+};
+
+class Look : public AppTest
+{
+  protected:
+    void TearDown() override
+    {
+        QApplication::setLayoutDirection(Qt::LeftToRight);
+        QApplication::setFont(font_);
+    }
+
+    /// Every window with its controls as people meet them, told by name.
+    void forEachWindow(const std::function<void(const char* name, QWidget& window)>& look)
+    {
+        ui().settingTabView->setCurrentIndex(0);
+        look("empty window", window());
+        fill({pdf("1.pdf", 2), pdf("2.pdf", 3), scratch.write(QStringLiteral("3.png"), "no picture")});
+        addStamps();
+        select({0});
+        for (int tab = 0; tab < 3; ++tab) {
+            ui().settingTabView->setCurrentIndex(tab);
+            QTest::qWait(1);
+            const char* names[] = {"window, stamps", "window, pages", "window, output"};
+            look(names[tab], window());
+        }
+        ui().settingTabView->setCurrentIndex(0);
+        const std::pair<const char*, QAction*> dialogs[] = {{"import", window().importFiles},
+                                                            {"password", window().pdfPasswordButton},
+                                                            {"about", window().aboutMenuItem}};
+        for (const auto& [name, action] : dialogs)
+            lookAtNew(name, look, [action = action] { action->trigger(); });
+        for (int row : {0, 1}) {
+            selectRows(*ui().stampsTableView, {row});
+            lookAtNew(row == 0 ? "text editor" : "picture editor", look,
+                      [this] { window().editStamp->trigger(); });
+        }
+        ui().outputFolderPath->setText(outFolder());
+        lookAtNew("progress", look, [this] {
+            window().convert->trigger();
+            waitFor([this] { return app().job().process()->isCompleted() && sheetIsDone(); }, "no end");
+        });
+    }
+
+    void scaleFont(double factor)
+    {
+        QFont larger = font_;
+        larger.setPointSizeF(larger.pointSizeF() * factor);
+        QApplication::setFont(larger);
+    }
+
+    static std::string where(const char* window, const QWidget& widget)
+    {
+        return std::string(window) + ": " + nameOf(widget);
+    }
+
+    /// The control that follows a label in its layout and has no words of its own; null when there is none.
+    static const QWidget* fieldBeside(const QLabel& label)
+    {
+        if (!label.isVisible() || !label.text().contains(QRegularExpression(QStringLiteral("\\p{L}"))))
+            return nullptr;
+        for (const QLayout* layout : label.window()->findChildren<QLayout*>()) {
+            const int at = layout->indexOf(&label);
+            const QLayoutItem* next = at < 0 ? nullptr : layout->itemAt(at + 1);
+            const QWidget* field = next ? next->widget() : nullptr;
+            if (field && (field->focusPolicy() & Qt::TabFocus) &&
+                !qobject_cast<const QAbstractButton*>(field))
+                return field;
+        }
+        return nullptr;
+    }
+
+  private:
+    void addStamps()
+    {
+        auto text = std::make_shared<TextStamp>();
+        text->number.numberFormat = QStringLiteral("{0}/{1}");
+        number().stamps.push_back(text);
+        number().stamps.push_back(std::make_shared<ImageStamp>());
+        number().stamps[0]->setLabel(QStringLiteral("7"));
+        number().endUpdate(true);
+    }
+    bool sheetIsDone()
+    {
+        auto* close =
+            sheet() ? sheet()->findChild<QAbstractButton*>(QStringLiteral("closeProcessBtn")) : nullptr;
+        return close && close->isEnabled();
+    }
+    void lookAtNew(const char* name, const std::function<void(const char*, QWidget&)>& look,
+                   const std::function<void()>& open)
+    {
+        open();
+        QTest::qWait(20);
+        QPointer<QWidget> shown;
+        for (QWidget* each : QApplication::topLevelWidgets())
+            if (each != &window() && each->isVisible() && qobject_cast<QDialog*>(each)) shown = each;
+        ASSERT_TRUE(shown) << name;
+        QApplication::setActiveWindow(shown);
+        look(name, *shown);
+        QTest::keyClick(shown, Qt::Key_Escape);
+        QTest::qWait(1);
+        EXPECT_FALSE(shown && shown->isVisible()) << name; // some are deleted then
+        QApplication::setActiveWindow(&window());
+    }
+
+    const QFont font_ = QApplication::font();
+};
+
+TEST_F(Look, EveryTextCanBeTranslated)
+{
+    WideLetters language;
+    QCoreApplication::installTranslator(&language);
+    start();
+    // Names of people's own things and of programs, and keys.
+    static const QRegularExpression known(
+        QStringLiteral("Quillfern|[123]\\.(pdf|png)|\\b(pdf|png)\\b|"
+                       "Qt|Helvetica|\\bPDF\\b|\\b\\d+ KB|\\d\\d-\\p{L}+-\\d{4} \\d+:\\d\\d [AP]M|"
+                       "(Ctrl\\+|Shift\\+|Alt\\+)*\\b([A-Z]|F\\d+|Del|Up|Down|Ins|Home|End)\\b"));
+    const QString substitute = FontCatalog().resolveFamily(QStringLiteral("Helvetica"));
+    const auto check = [&](const std::string& of, const QString& text) {
+        QString rest = text;
+        rest.remove(scratch.path()).remove(known).remove(substitute);
+        EXPECT_TRUE(std::none_of(rest.begin(), rest.end(), WideLetters::isLatin))
+            << of << ": " << text.toStdString();
+    };
+    forEachWindow([&](const char* name, QWidget& top) {
+        for (QWidget* each : visibleWidgets(top))
+            for (const QString& text : textsOf(*each))
+                check(where(name, *each), text);
+        for (const QAction* action : top.findChildren<QAction*>())
+            for (const QString& text :
+                 {action->text(), action->toolTip(), action->statusTip(), action->iconText()})
+                check(name, text);
+    });
+    window().removeAllFilesButton->trigger();
+    ui().outputFolderPath->clear();
+    window().addFiles->trigger();
+    window().addFolder->trigger();
+    window().loadStamps->trigger();
+    window().saveStamps->trigger();
+    for (const OpenPanel& panel : panels.opened)
+        check("panel", panel.message);
+    for (const SavePanel& panel : panels.saved)
+        check("panel", panel.message);
+    for (const QString& text : alerts.criticals + alerts.informations + alerts.questions)
+        check("alert", text);
+    EXPECT_FALSE(alerts.questions.isEmpty());
+    const QDir logs(folders.getAppPath() + QStringLiteral("/Logs"));
+    for (const QString& name : logs.entryList(QDir::Files)) {
+        const QByteArray log = readFile(logs.filePath(name));
+        EXPECT_TRUE(log.contains("\"Completed\"") && log.contains("\"No Pages\"")) << log.toStdString();
+    }
+    EXPECT_EQ(logs.entryList(QDir::Files).size(), 1);
+    QCoreApplication::removeTranslator(&language);
+}
+
+TEST_F(Look, TheKeyboardReachesEveryControlAndTellsWhatItIs)
+{
+    start();
+    forEachWindow([&](const char* name, QWidget& top) {
+        const std::vector<QWidget*> round = tabRound(top);
+        for (QWidget* stop : tabStops(top)) {
+            EXPECT_EQ(std::count(round.begin(), round.end(), stop), 1) << where(name, *stop);
+            QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(stop);
+            EXPECT_TRUE(accessible && !accessible->text(QAccessible::Name).isEmpty()) << where(name, *stop);
+            EXPECT_FALSE(stop->toolTip().isEmpty() && !qobject_cast<QTabBar*>(stop)) << where(name, *stop);
+        }
+        for (std::size_t i = 1; i < round.size(); ++i)
+            EXPECT_TRUE(round[i]->parentWidget() != round[i - 1]->parentWidget() ||
+                        isAfter(*round[i], *round[i - 1]))
+                << where(name, *round[i]) << " comes after " << nameOf(*round[i - 1]);
+        for (QLabel* label : top.findChildren<QLabel*>())
+            EXPECT_TRUE(label->buddy() || !fieldBeside(*label)) << where(name, *label);
+    });
+}
+
+TEST_F(Look, NothingIsCutOffInTheSmallestWindow)
+{
+    const struct
+    {
+        const char* name;
+        Qt::LayoutDirection direction;
+        double font;
+    } rows[] = {
+        {"plain", Qt::LeftToRight, 1},
+        {"right to left", Qt::RightToLeft, 1},
+        {"larger letters", Qt::LeftToRight, 1.2},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        QApplication::setLayoutDirection(row.direction);
+        scaleFont(row.font);
+        start();
+        forEachWindow([&](const char* name, QWidget& top) {
+            if (&top == &window()) top.resize(1024, 640);
+            QTest::qWait(250); // the preview moves to its place
+            EXPECT_LE(top.width(), 1024) << name;
+            EXPECT_LE(top.height(), top.parent() ? 600 : 640) << name; // a dialog has a title bar
+            for (const std::string& problem : cutOff(top))
+                ADD_FAILURE() << name << ": " << problem;
+        });
+        defaults.values.clear();
+    }
+}
+
+TEST_F(Look, EveryCommandIsInAMenuUnderALetterOfItsOwn)
+{
+    start();
+    std::set<QAction*> inMenus;
+    const std::function<void(const QString&, const QList<QAction*>&, QSet<QString>)> walk =
+        [&](const QString& name, const QList<QAction*>& actions, QSet<QString> taken) {
+            for (QAction* action : actions) {
+                inMenus.insert(action);
+                const QString letter = QKeySequence::mnemonic(action->text()).toString();
+                EXPECT_TRUE(letter.isEmpty() || !taken.contains(letter))
+                    << name.toStdString() << ": " << action->text().toStdString();
+                taken.insert(letter);
+                if (action->menu()) walk(action->text(), action->menu()->actions(), {});
+            }
+        };
+    QSet<QString> buttons; // the letters that press buttons of the window
+    for (const QAbstractButton* button : window().findChildren<QAbstractButton*>())
+        if (!button->shortcut().isEmpty()) buttons.insert(button->shortcut().toString());
+    EXPECT_EQ(buttons.size(), 7);
+    walk(QStringLiteral("menu bar"), window().menuBar()->actions(), buttons);
+    for (QMenu* menu : window().findChildren<QMenu*>())
+        if (!inMenus.contains(menu->menuAction())) {
+            const std::set<QAction*> before = inMenus;
+            walk(menu->title(), menu->actions(), {});
+            inMenus = before; // these are short cuts to what the menu bar has
+        }
+    for (QAction* action : window().findChildren<QAction*>()) {
+        const bool isCommand = !action->isSeparator() && !action->menu() && !action->text().isEmpty() &&
+                               qobject_cast<QMainWindow*>(action->parent());
+        EXPECT_TRUE(!isCommand || inMenus.contains(action)) << action->text().toStdString();
+    }
+}
+
+} // namespace
+} // namespace quillfern

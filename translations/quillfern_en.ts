@@ -1,0 +1,2200 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="en">
+<context>
+    <name>quillfern::AboutDialog</name>
+    <message>
+        <source>About %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Version %1
+
+Stamps page numbers, text and pictures onto PDF and picture files.
+
+Licensed under the Apache License, Version 2.0.
+Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo, libdeflate and libplist, under their own licences.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close this window</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::AnchorGrid</name>
+    <message>
+        <source>Top left</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Top centre</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Top right</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Middle left</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Centre of the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Middle right</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom left</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom centre</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom right</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::Failure</name>
+    <message>
+        <source>the file is not there any more</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no output: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is not there or holds no picture that can be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not written: it would overwrite another file of the list, %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>replaces the copy of %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not enough memory for a page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no page of the file lies in the page range</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the content of a page is nested too deeply</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the content of a page is larger than any real page&apos;s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot read the file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file became shorter while it was read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file points before its own beginning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the document needs a password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the document has no pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a font cannot be embedded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the document has no such page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the page is too large to be shown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is not a picture that can be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is damaged or cut off</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a page is damaged or cut off</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>JPEG coding failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a picture of %1 x %2 pixels is too large for a stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not enough memory for a picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is too large for the picture of a stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is damaged: a page of %1 x %2 pixels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a page of %1 x %2 pixels is too large to be processed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is a PDF document under another kind of name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not enough memory to encode a page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a page could not be encoded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot write the pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the tiles of a page are too large to be processed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a kind of page that cannot be processed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the TIFF data cannot be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is damaged: a page without a size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a page is missing or damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is damaged: a page without its palette</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot write %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a file needs a name: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot read %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not enough memory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>unknown failure</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot read %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot read %1: not a regular file</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::FileList</name>
+    <message>
+        <source>%1 Total file(s); Total page count of PDF files: %2  TIFF files: %3  Other files: %4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Are you sure to remove all file(s)?</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::FileListModel</name>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Modified Date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Created Date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Accessed Date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Location</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::FilesController</name>
+    <message>
+        <source>Select TIFF or PDF File(s):</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select folder(s) contains TIFF or PDF File(s):</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export List To Tab Delimited Text File :</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The list could not be written to
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Are you sure to open %1 files at once?</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::FilesDelegate</name>
+    <message>
+        <source>No pages can be read: the file needs a password, is damaged or is not there any more. It will be passed over.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::ImageStamp</name>
+    <message>
+        <source>Image [%1]</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::ImageStampWindow</name>
+    <message>
+        <source>Image Stamp Properties</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drop a picture file here</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Choose Picture…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose a BMP, JPEG, PNG or GIF file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Re&amp;move Picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Leave this stamp without a picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Label:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A name for the list of stamps; it is not printed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Label</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shown in the list, not printed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Use this stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only stamps in use are printed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Width:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Printed width in points (72 to the inch)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Width in points</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>points</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Height:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Printed height in points (72 to the inch)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Height in points</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Keep proportions</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Width and height follow each other in the proportions of the picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Placement</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Po&amp;sition on the page:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Rotation:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Facing pages: change sides on every page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On successive pages the stamp stands on the left and on the right in turn</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Behind the page&apos;s own content (PDF)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On PDF pages the stamp is printed beneath text and pictures of the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Appearance</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Opacit&amp;y:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete Stam&amp;p</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take this stamp out of the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Locked while a job is running.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Editing is locked while a job is running</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clos&amp;e</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close this window; the stamp keeps every change</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Add Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Put this stamp into the list and close the window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Position on the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::ImageStampWindowController</name>
+    <message>
+        <source>Opacity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unable to load selected image!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Image Stamp Properties [%1]</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please Select Stamp Image (Only BMP,JPG,JPEG,PNG,GIF Files):</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reading the picture…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The picture of this stamp cannot be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drop a picture here, or choose one.
+BMP, JPEG, PNG or GIF</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <comment>file name, size</comment>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::ImportFiles</name>
+    <message>
+        <source>Import Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import From Text File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take the paths of the files to add from a text file, one path a line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import from a text file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The text file that lists the paths</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text file to import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Path of a text file with one path a line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Browse…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose the text file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browse for the text file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import From Pasted Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take the paths of the files to add from the text below, one path a line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import from pasted text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The paths of the files to add, one a line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paths to import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paths of files, one a line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paste From Clipboard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Replace the text with the supported files among the paths on the clipboard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paste from clipboard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>How many supported files the list named when it was last read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close without adding files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add the files to the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::ImportFilesWindowController</name>
+    <message>
+        <source>Select Text File To Import:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::JobController</name>
+    <message>
+        <source>A job is running. Stop it once the current file is done, and quit?</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::JobPlan</name>
+    <message>
+        <source>Please select output folder!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Output folder missing!<byte value="xd"/>
+Please select valid output folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Output folder is non-writable!<byte value="xd"/>
+Please select valid output folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::JobResultsModel</name>
+    <message>
+        <source>Cancelled</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Completed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No Pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remark</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::MainWindow</name>
+    <message>
+        <source>The files to stamp, in the order in which they are numbered</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Totals</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Include Subfolders</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Also take the files in the subfolders of folders that are added or dropped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Highlight Selected Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shade the stamp that is selected below</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Live Preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the first page of the selected file instead of a blank page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The stamps in the order in which they are drawn</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change the selected stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove Stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove the selected stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Stamps Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw the selected stamps earlier</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Stamps Down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw the selected stamps later, above others</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make a new stamp with numbers or text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Picture Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make a new stamp with a picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Load…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Replace all stamps, numbering and margins by those of a saved profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Load Profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save all stamps, numbering and margins as a profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save Profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages and Numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>First page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The first page of each document that is stamped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Last page (0: end)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Last page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The last page of each document that is stamped; 0 for the last one there is</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Which pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Which pages between the first and the last are stamped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start at</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>First number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The number on the first stamped page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>How much the number grows from one stamped page to the next</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Number through all files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Let the numbers run on from one file to the next instead of starting again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages and numbers back to: all pages, from 1 in steps of 1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset Pages and Numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Margins</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Top</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Top margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Top margin of the page, in the unit beside or in percent; 0 for none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Left margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Left margin of the page, in the unit beside or in percent; 0 for none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Right margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Right margin of the page, in the unit beside or in percent; 0 for none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom margin of the page, in the unit beside or in percent; 0 for none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unit of the margins</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The unit of the four margins; lengths are converted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Percent of the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Margins are percentages of the page&apos;s width and height. In PDF files they count as lengths in the unit above</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No margins</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset Margins</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Output</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Output folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Where the stamped copies go, under the names of their files. With a file&apos;s own folder the file itself is stamped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No folder chosen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose the output folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose Output Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remember as Default Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Use this folder the next time Quillfern is started</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open Folder When Done</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the output folder once the files are stamped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove Checked Files from the List When Done</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>When the progress window is closed, take the checked files off the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keep a Backup When a File Is Stamped in Place</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copies the file beside itself under its name with &quot;bak&quot; appended first</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password for PDF files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Given to each PDF file that is added to the list. Kept in the settings as plain text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Working</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stop looking for files and keep those found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Convert</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write a stamped copy of every file of the list into the output folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Import List of Paths…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add the files that a list of paths names</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add &amp;Files…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add PDF and picture files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add F&amp;older…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add the files of folders</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Export List…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save the list as tab-delimited text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open File&amp;s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the selected files with their applications</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show in File &amp;Manager</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the selected files in the file manager</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File &amp;Properties</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the file manager&apos;s properties of the selected files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select all files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Deselect All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select the first file only</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Remove Selected Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take the selected files off the list; the files themselves stay</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove All &amp;Files…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take all files off the list; the files themselves stay</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PDF Open Pass&amp;word…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Give the selected PDF files a password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>M&amp;ove Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move the selected files up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Dow&amp;n</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move the selected files down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Put check marks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take check marks away</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Turn check marks about</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Check Selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Uncheck Selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Invert Selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check A&amp;ll</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unchec&amp;k All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>In&amp;vert All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Live Preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the first page of the selected file in the preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Convert</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write a stamped copy of every file of the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save the settings and leave</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New &amp;Text Stamp…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New &amp;Picture Stamp…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Edit Stamp…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Remove Stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Stamps &amp;Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Stamps &amp;Down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Load Profile…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Save Profile…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Quillfern &amp;Help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the manual</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;About Quillfern</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Which version this is</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reveal</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Info</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check marks and selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take files off the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fi&amp;le</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drop PDF and picture files or folders here</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>or use Add Files, Add Folder and Import above</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::NumberText</name>
+    <message>
+        <source>Plain Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Roman Numbers Capital</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Roman Numbers Small</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::NumberingForm</name>
+    <message>
+        <source>All pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Odd pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Even pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Millimetres</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inches</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::OpacityField</name>
+    <message>
+        <source>0% cannot be seen, 100% lets nothing through</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 in percent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The exact opacity in percent</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::OutputForm</name>
+    <message>
+        <source>Select output folder:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::PDFReadPassword</name>
+    <message>
+        <source>PDF Open Password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Password that opens the selected PDF files:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Each selected PDF file is opened with this password and its pages are counted again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Show password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the password as it is typed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close and leave the files as they are</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Apply</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Give the selected PDF files this password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::PathListImport</name>
+    <message>
+        <source>Please select file to import!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please paste file(s) path to import!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No File(s) Found!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total Files Found : %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::PictureView</name>
+    <message>
+        <source>Reading the picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::PreviewImageView</name>
+    <message>
+        <source>Preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What a page will look like with its stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Loading the page…</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::Process</name>
+    <message>
+        <source>%1 unable able to process some of the files!<byte value="xd"/>
+Please check log for more information.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Process cancelled!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total %1 files processed successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files processed successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::ProgressSheet</name>
+    <message>
+        <source>State</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Current file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Elapsed:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Elapsed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaining:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaining</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What has become of each file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Results</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>View Log</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the log of this job</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stop once the current file is done; the files done so far stay</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close this window and go back to the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamping Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamping files…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel stops once the current file is done.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>estimating…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>about %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stopping: the current file is finished first…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Finished</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::QuillfernAppDelegate</name>
+    <message>
+        <source>0 sec(s)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The help document is not installed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::RotationField</name>
+    <message>
+        <source>Rotation in degrees</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The exact rotation in degrees, counter-clockwise</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rotation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drag to turn the stamp; hold Shift for steps of 15°</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1°</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rotate to %1 degrees</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::StampsController</name>
+    <message>
+        <source>%1 Profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 Profile save successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unable to save %1 Profile!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unable to load %1 Profile!</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::StampsModel</name>
+    <message>
+        <source>Whether the stamp is used</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Label</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::TextStampWindow</name>
+    <message>
+        <source>Text Stamp Properties</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text and Numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Template:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text with slots for numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pa&amp;ge number {0}</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Insert page number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>T&amp;otal {1}</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Insert total</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Number style:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>How the numbers are written; plain text prints the text as it stands</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Number style</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Plain Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Roman Numbers Capital</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Roman Numbers Small</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pad &amp;with:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Numbers are filled up on the left to this many characters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Padded length</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>characters, using</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The character that fills up, such as 0</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Padding character</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sample:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Font fa&amp;mily:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type any part of a name to find a family</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Font family</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Si&amp;ze:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Size in points</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Font size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> pt</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Colour:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose the colour of the text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text colour</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Bold</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Use the bold member of the family</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bold</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Italic</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Use the italic member of the family</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Italic</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Embed font</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Kept with the stamp. Fonts are embedded in PDF files in any case</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Un&amp;derline:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw a line under or through the text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Underline</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Which line is drawn</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Style of the line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Single</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Double</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Strikethrough</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Label:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A name for the list of stamps; it is not printed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Label</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shown in the list, not printed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Use this stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only stamps in use are printed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Placement</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Po&amp;sition on the page:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Rotation:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Facing pages: change sides on every page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On successive pages the stamp stands on the left and on the right in turn</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Behind the page&apos;s own content (PDF)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On PDF pages the stamp is printed beneath text and pictures of the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Appearance</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Opacit&amp;y:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Outline widt&amp;h:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Width of the outline in percent of the font size; 0 draws none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Width of the outline</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colour:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose the colour of the outline</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Outline colour</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Outline opacity:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete Stam&amp;p</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take this stamp out of the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Locked while a job is running.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Editing is locked while a job is running</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clos&amp;e</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close this window; the stamp keeps every change</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Add Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Put this stamp into the list and close the window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>{0} and {1} are slots for numbers. They are filled in the order in which they stand:
+              the first with the page number, the second with the total.
+              So “{1} of {0}” prints the same as “{0} of {1}”, such as 1 of 120.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Insert {0} where the caret is</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Insert {1} where the caret is</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Position on the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::TextStampWindowController</name>
+    <message>
+        <source>Opacity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Opacity of the outline</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text Stamp Properties [ %1 ]</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Page %1 of %2: %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>“%1” is not installed; %2 is used.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text Colour</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Outline Colour</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only the first two slots are filled; the others stay empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>{1} stands alone and so prints the page number, not the total.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The first slot prints the page number, whichever it is.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The second slot prints the total, whichever it is.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::TimeTaken</name>
+    <message>
+        <source>%1 hr(s) </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 min(s) </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 sec(s) </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>In Process...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total Time Taken : %1 %2/%3</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::WidgetPanels</name>
+    <message>
+        <source>All files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Supported files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 already exists.
+Do you want to replace it?</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+</TS>
