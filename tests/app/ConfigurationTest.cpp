@@ -235,6 +235,7 @@ TEST_F(Configuration, NewStampsThatWereGivenUpGo)
 TEST_F(Configuration, ThePreviewsTotalFollowsTheList)
 {
     start();
+    QTest::qWait(350); // the preview has come to rest
     addStamp("of {0} {1}");
     const QImage ofFour = picture(); // as with no files
     fill({pdf("nine.pdf", 9)});
