@@ -350,9 +350,6 @@ void MainWindow::fitIn()
     ui_->imageStampButton->setIcon(imageStamp->icon());
     ui_->convertBtn->setIcon(convert->icon());
     ui_->outputFolderButton->setIcon(themedIcon(QStringLiteral("browse")));
-    QSizePolicy policy = ui_->cancelBtn->sizePolicy();
-    policy.setRetainSizeWhenHidden(true); // nothing is to jump when it comes and goes
-    ui_->cancelBtn->setSizePolicy(policy);
     ui_->splitter->setStretchFactor(0, 1);
     ui_->splitter->setStretchFactor(1, 0);
 }
