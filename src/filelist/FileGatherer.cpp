@@ -86,9 +86,10 @@ class FileGatherer::Request
         const std::vector<int> rows = sorter_->sorted();
         gatherer_.mainThread_.postAndWait([&] {
             FileList& files = gatherer_.files_;
+            if (!files.order()) return; // somebody has moved files by hand meanwhile
             if (files.revision() == revision_)
                 files.arrange(rows);
-            else if (files.order())
+            else
                 files.sort(*files.order()); // somebody else changed the list meanwhile
         });
     }

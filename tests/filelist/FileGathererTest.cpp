@@ -151,6 +151,23 @@ TEST_F(Gathering, TheSameFolderTwiceAddsNothingAndSortsNothing)
     EXPECT_EQ(namesOf(files_), words("b.pdf aa.pdf a.pdf")) << "what was sorted is sorted again";
 }
 
+TEST_F(Gathering, AnOrderGivenUpMeanwhileIsNotRestored)
+{
+    scratch_.write(QStringLiteral("b.pdf"), numberedPdf(1));
+    gather({scratch_.path()});
+    for (const bool isMoved : {false, true}) {
+        files_.sort({QStringLiteral("name"), true});
+        const QString name = isMoved ? QStringLiteral("a0.pdf") : QStringLiteral("a1.pdf");
+        scratch_.write(name, numberedPdf(1));
+        onAdded_ = [&] {
+            if (isMoved) files_.moveUp({1});
+            files_.forgetOrder();
+        };
+        gather({scratch_.path(name)}, false);
+        EXPECT_EQ(files_.at(files_.count() - 1).name(), name);
+    }
+}
+
 TEST_F(Gathering, FilesAreShownWhileOthersAreStillSought)
 {
     constexpr int count = 300;
