@@ -78,6 +78,20 @@ TEST_F(Files, TheTablesOwnRowsCannotBeDroppedOnIt)
     EXPECT_EQ(files().count(), 6);
 }
 
+TEST_F(Files, NothingCanBeDroppedBehindADialog)
+{
+    start();
+    fillSix();
+    const QString more = pdf("more.pdf", 1);
+    select({0});
+    window().pdfPasswordButton->trigger();
+    ASSERT_NE(QApplication::activeModalWidget(), nullptr);
+    EXPECT_FALSE(drop({more}));
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(drop({more}));
+    waitFor([this] { return files().count() == 7 && !app().isProcessing(); }, "the file");
+}
+
 TEST_F(Files, ThePanelsChooseFilesAndFolders)
 {
     start();
