@@ -12,6 +12,7 @@
 #include "ui_MainWindow.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QToolButton>
 
 namespace quillfern {
@@ -367,8 +368,10 @@ void QuillfernAppDelegate::applicationShouldHandleReopen()
 
 bool QuillfernAppDelegate::stop(int milliseconds)
 {
-    isProcessing_ = false;
-    return job_->stop(milliseconds);
+    const QDeadlineTimer deadline(milliseconds);
+    const bool isGathered = gatherer_->stop(milliseconds);
+    const bool isJobDone = job_->stop(static_cast<int>(deadline.remainingTime())); // asked in any case
+    return isGathered && isJobDone;
 }
 
 } // namespace quillfern

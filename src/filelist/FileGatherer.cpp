@@ -9,6 +9,7 @@
 #include "platform/system/TimeTaken.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 
 namespace quillfern {
 
@@ -50,7 +51,7 @@ class FileGatherer::Request
     bool goOn()
     {
         if (SteadyClock::now() - lastShown_ > showEvery) show();
-        return gatherer_.isProcessing_;
+        return gatherer_.isProcessing_ && !gatherer_.isStopping_;
     }
 
     void candidate(const QString& path)
@@ -136,16 +137,28 @@ FileGatherer::FileGatherer(FileList& files, std::atomic<bool>& isProcessing, Mai
 
 FileGatherer::~FileGatherer()
 {
+    while (!stop(1000)) {
+    }
+}
+
+bool FileGatherer::stop(int milliseconds)
+{
+    isStopping_ = true;
     if (isRunning_) isProcessing_ = false;
+    const QDeadlineTimer deadline(milliseconds);
     // A thread may itself be waiting for this one to run something.
     for (const auto& thread : threads_)
-        while (!thread->wait(10))
+        while (!thread->wait(10)) {
             QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
+            if (deadline.hasExpired()) return false;
+        }
+    // Requests leave files in work behind, and one on a dead network mount may never end.
+    return counters_.waitForDone(static_cast<int>(deadline.remainingTime()));
 }
 
 bool FileGatherer::start(const Arguments& request, std::optional<QString>& pdfOpenPassword)
 {
-    if (isRunning_) return false;
+    if (isRunning_ || isStopping_) return false;
     isRunning_ = true;
     if (!pdfOpenPassword) pdfOpenPassword = QString();
     std::erase_if(threads_, [](const auto& thread) { return thread->isFinished(); });
@@ -172,6 +185,7 @@ void FileGatherer::loadURLs(const Arguments& arguments, const QString& pdfOpenPa
 void FileGatherer::showBusy()
 {
     mainThread_.postAndWait([this] {
+        if (isStopping_) return; // asked to before it had properly begun
         observer_.resetViewObject(false);
         isProcessing_ = true;
         observer_.startProcess();

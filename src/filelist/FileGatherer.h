@@ -26,14 +26,18 @@ class FileGatherer
     /// The references outlive the gatherer. `isProcessing` is true while a request runs, and is set by it.
     FileGatherer(FileList& files, std::atomic<bool>& isProcessing, MainThread& mainThread, const Clock& clock,
                  GatherObserver& observer);
-    /// Stops a request that still runs and waits for it. Main thread.
+    /// Stops what still runs and waits for it, however long that takes. Main thread.
     ~FileGatherer();
     FileGatherer(const FileGatherer&) = delete;
     FileGatherer& operator=(const FileGatherer&) = delete;
 
-    /// Begins a request on a new thread; false when one is still running. New items get a copy of the
-    /// password, which is made the empty text when it is absent. Main thread.
+    /// Begins a request on a new thread; false when one is still running, or after stop(). New items get a
+    /// copy of the password, which is made the empty text when it is absent. Main thread.
     bool start(const Arguments& request, std::optional<QString>& pdfOpenPassword);
+
+    /// Asks a request that runs to stop, for good: no other begins after this. Waits so long for it and for
+    /// the files still being counted; true when nothing runs any more. Main thread.
+    bool stop(int milliseconds);
 
     /// The whole request on the calling thread; start() runs this.
     void loadURLs(const Arguments& request, const QString& pdfOpenPassword);
@@ -50,8 +54,9 @@ class FileGatherer
     MainThread& mainThread_;
     const Clock& clock_;
     GatherObserver& observer_;
-    QThreadPool counters_;   ///< waits for its last files when it goes
+    QThreadPool counters_;
     bool isRunning_ = false; ///< main thread
+    std::atomic<bool> isStopping_ = false;
     /// The last one, and those before it that had not quite ended when the next was started.
     std::vector<std::unique_ptr<QThread>> threads_;
 };

@@ -314,6 +314,17 @@ TEST_F(Files, WhileBusyNothingElseCanBeBegun)
     EXPECT_TRUE(ui().mainTableView->isEnabled());
 }
 
+TEST_F(Files, LeavingRightAfterADropGathersNothing)
+{
+    for (int i = 0; i < 500; ++i)
+        scratch.write(QStringLiteral("many/%1.pdf").arg(i), QByteArray("%PDF"));
+    start();
+    ASSERT_TRUE(drop({scratch.path(QStringLiteral("many"))}));
+    EXPECT_FALSE(app().stop(0)) << "the gathering still has to hear of it";
+    EXPECT_TRUE(app().stop(60'000));
+    EXPECT_EQ(files().count(), 0);
+}
+
 TEST_F(Files, ACancelledGatheringKeepsWhatItFound)
 {
     for (int i = 0; i < 3000; ++i)

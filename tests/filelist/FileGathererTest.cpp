@@ -214,16 +214,32 @@ TEST_F(Gathering, OneRequestAtATimeAndTheNextOneAtOnce)
     EXPECT_EQ(namesOf(files_), words("1.pdf 2.pdf"));
 }
 
+TEST_F(Gathering, AStopEndsItWhetherItHasBegunOrNot)
+{
+    makeSlowFiles(300);
+    const Arguments request{{fileUrl(scratch_.path())}, true, true};
+    for (const bool hasBegun : {false, true}) {
+        FileGatherer other(files_, isProcessing_, mainThread_, clock_, *this);
+        ASSERT_TRUE(other.start(request, password_));
+        if (hasBegun) serve([&] { return !files_.empty(); });
+        EXPECT_FALSE(other.stop(0)) << "it has to tell the window first";
+        EXPECT_TRUE(other.stop(60'000));
+        EXPECT_EQ(!files_.empty(), hasBegun);
+        EXPECT_LT(files_.count(), 250);
+        EXPECT_FALSE(isProcessing_);
+        EXPECT_FALSE(other.start(request, password_));
+    }
+}
+
 TEST_F(Gathering, GoingAwayWhileItRunsIsSafe)
 {
-    for (int i = 0; i < 200; ++i)
-        scratch_.write(QStringLiteral("f%1.pdf").arg(i), numberedPdf(20));
+    makeSlowFiles(300);
     {
         FileGatherer other(files_, isProcessing_, mainThread_, clock_, *this);
         ASSERT_TRUE(other.start({{fileUrl(scratch_.path())}, true, true}, password_));
     }
     EXPECT_FALSE(isProcessing_);
-    EXPECT_TRUE(notes_.contains(QStringLiteral("stop")));
+    EXPECT_TRUE(files_.empty()) << "it had not begun";
 }
 
 } // namespace
