@@ -297,6 +297,11 @@ void QuillfernAppDelegate::load(const QList<QUrl>& urls, bool isFolders)
     gatherer_->start(request, settings_.pdfOpenPassword);
 }
 
+void QuillfernAppDelegate::applyPassword(const QList<QUrl>& urls, const QString& password)
+{
+    if (!isJobRunning_) gatherer_->startPasswords(urls, password);
+}
+
 void QuillfernAppDelegate::openFiles(const QStringList& paths)
 {
     QList<QUrl> urls;

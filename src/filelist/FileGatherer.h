@@ -9,6 +9,8 @@
 #include <QThread>
 #include <QThreadPool>
 #include <atomic>
+#include <deque>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -16,7 +18,7 @@ namespace quillfern {
 
 /// Turns URLs of files and folders into items of the list, on a thread of its own: the walk finds files one
 /// by one, all cores count pages, and the items reach the list on the main thread in the order in which they
-/// were found, a few at a time.
+/// were found, a few at a time. Files of the list that are given a password are counted anew in the same way.
 ///
 /// One request at a time. Setting `isProcessing` to false stops it at once; what is in the list by then
 /// stays. Nothing else may change the list while a request runs.
@@ -35,6 +37,11 @@ class FileGatherer
     /// copy of the password, which is made the empty text when it is absent. Main thread.
     bool start(const Arguments& request, std::optional<QString>& pdfOpenPassword);
 
+    /// Gives the items of these URLs a password and counts their pages anew, on a new thread. It waits its
+    /// turn while another request runs. Items that a cancel leaves out keep the password they have. Main
+    /// thread.
+    void startPasswords(const QList<QUrl>& urls, const QString& password);
+
     /// Asks a request that runs to stop, for good: no other begins after this. Waits so long for it and for
     /// the files still being counted; true when nothing runs any more. Main thread.
     bool stop(int milliseconds);
@@ -46,6 +53,12 @@ class FileGatherer
     class Request;
     bool addFolderToList(Request& request, const QList<QUrl>& urls, bool includeSubdirectories);
     bool addFilesToList(Request& request, const QList<QUrl>& urls);
+    void applyPassword(const QList<QUrl>& urls, const QString& password);
+    void launch(std::function<void()> request);
+    void launchNext();
+    /// Runs a request between busy and idle.
+    void perform(const char* failure, const std::function<void()>& request);
+    [[nodiscard]] bool isWanted() const { return isProcessing_ && !isStopping_; }
     void showBusy();
     void showIdle(const QString& timeTaken);
 
@@ -57,6 +70,7 @@ class FileGatherer
     QThreadPool counters_;
     bool isRunning_ = false; ///< main thread
     std::atomic<bool> isStopping_ = false;
+    std::deque<std::function<void()>> waiting_; ///< main thread
     /// The last one, and those before it that had not quite ended when the next was started.
     std::vector<std::unique_ptr<QThread>> threads_;
 };

@@ -210,10 +210,14 @@ TEST_F(Files, ThePasswordIsForPdfFilesOnly)
     auto* field = dialog->findChild<QLineEdit*>();
     ASSERT_NE(field, nullptr);
     QTest::keyClicks(field, QStringLiteral("open sesame"));
+    pdf("a.pdf", 3);
     QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(files().at(1).pages(), 2) << "counting is not for the window's own thread";
+    waitFor([this] { return files().at(1).pages() == 3 && !app().isProcessing(); }, "the count");
     EXPECT_EQ(files().at(0).pdfOpenPassword(), QString());
     EXPECT_EQ(files().at(1).pdfOpenPassword(), QStringLiteral("open sesame"));
-    EXPECT_EQ(files().at(1).pages(), 2);
+    EXPECT_TRUE(ui().labelTotalFiles->text().contains(QStringLiteral("PDF files: 3")));
+    EXPECT_TRUE(ui().mainTableView->isEnabled());
 }
 
 TEST_F(Files, TheDesktopIsAskedForTheSelectedFiles)
