@@ -20,8 +20,8 @@ class Application
 
     [[nodiscard]] MainWindow& window();
 
-    /// Runs until the user leaves; returns the program's exit status. Does not return when a job is still
-    /// busy with a file a few seconds later: nothing of that file is under its final name yet.
+    /// Runs until the user leaves; returns the program's exit status. Does not return when a file is still in
+    /// work a few seconds later, be it read for the list or stamped: nothing of it is under its final name.
     int exec();
 
   private:

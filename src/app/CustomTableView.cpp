@@ -3,6 +3,7 @@
 #include "filelist/FileListModel.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QHeaderView>
@@ -138,20 +139,31 @@ void CustomTableView::contextMenuEvent(QContextMenuEvent* event)
 
 // Files are taken into the list, and stay where they are, whatever else the source of the drag would allow.
 
+bool CustomTableView::refuses(QDropEvent& event) const
+{
+    // The system delivers drops to a window that is blocked by a sheet all the same.
+    if (isEnabled() && !QApplication::activeModalWidget()) return false;
+    event.ignore();
+    return true;
+}
+
 void CustomTableView::dragEnterEvent(QDragEnterEvent* event)
 {
+    if (refuses(*event)) return;
     event->setDropAction(Qt::CopyAction);
     QTableView::dragEnterEvent(event);
 }
 
 void CustomTableView::dragMoveEvent(QDragMoveEvent* event)
 {
+    if (refuses(*event)) return;
     event->setDropAction(Qt::CopyAction);
     QTableView::dragMoveEvent(event);
 }
 
 void CustomTableView::dropEvent(QDropEvent* event)
 {
+    if (refuses(*event)) return;
     event->setDropAction(Qt::CopyAction);
     QTableView::dropEvent(event);
 }

@@ -49,6 +49,8 @@ class CustomTableView final : public QTableView
   private:
     enum class Key { Other, Invert, Menu, Remove, Open, MoveUp, MoveDown };
     [[nodiscard]] Key keyOf(const QKeyEvent& event) const;
+    /// Ignores a drag or drop that comes while something else has the window.
+    bool refuses(QDropEvent& event) const;
     void performKeyEquivalent(const QKeyEvent& event);
 
     QMenu* contextMenu_ = nullptr;

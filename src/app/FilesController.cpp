@@ -197,12 +197,10 @@ void FilesController::openPDFReadPasswordPanel()
     guarded("Error in (openPDFReadPasswordPanel) : %@", [this] {
         if (!pdfReadPasswordPanel_) {
             pdfReadPasswordPanel_ = std::make_unique<PDFReadPasswordWindowController>(&window_);
-            connect(pdfReadPasswordPanel_.get(),
-                    &PDFReadPasswordWindowController::PDFReadPasswordWindowControllerDidFinish, this,
-                    [this](const QString& password) {
-                        commands_.updatePDFReadPassword(password, selection());
-                        host_.updateTotalLabel(); // the pages were counted anew
-                    });
+            connect(
+                pdfReadPasswordPanel_.get(),
+                &PDFReadPasswordWindowController::PDFReadPasswordWindowControllerDidFinish, this,
+                [this](const QString& password) { commands_.updatePDFReadPassword(password, selection()); });
         }
         pdfReadPasswordPanel_->open();
     });
@@ -245,6 +243,11 @@ void FilesController::selectMovedRows(const std::vector<int>& rows, int scrollTo
     table.setFocus();
     selectRows(rows);
     table.scrollTo(model_.index(scrollTo, 0));
+}
+
+void FilesController::applyPassword(const QList<QUrl>& urls, const QString& password)
+{
+    host_.applyPassword(urls, password);
 }
 
 } // namespace quillfern

@@ -12,6 +12,7 @@
 #include "ui_MainWindow.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QToolButton>
 
 namespace quillfern {
@@ -296,6 +297,11 @@ void QuillfernAppDelegate::load(const QList<QUrl>& urls, bool isFolders)
     gatherer_->start(request, settings_.pdfOpenPassword);
 }
 
+void QuillfernAppDelegate::applyPassword(const QList<QUrl>& urls, const QString& password)
+{
+    if (!isJobRunning_) gatherer_->startPasswords(urls, password);
+}
+
 void QuillfernAppDelegate::openFiles(const QStringList& paths)
 {
     QList<QUrl> urls;
@@ -367,8 +373,10 @@ void QuillfernAppDelegate::applicationShouldHandleReopen()
 
 bool QuillfernAppDelegate::stop(int milliseconds)
 {
-    isProcessing_ = false;
-    return job_->stop(milliseconds);
+    const QDeadlineTimer deadline(milliseconds);
+    const bool isGathered = gatherer_->stop(milliseconds);
+    const bool isJobDone = job_->stop(static_cast<int>(deadline.remainingTime())); // asked in any case
+    return isGathered && isJobDone;
 }
 
 } // namespace quillfern

@@ -95,6 +95,7 @@ class QuillfernAppDelegate final : public QObject,
     void endEditing() override;
     void updateTotalLabel() override;
     void load(const QList<QUrl>& urls, bool isFolders) override;
+    void applyPassword(const QList<QUrl>& urls, const QString& password) override;
 
     void resetViewForProcess(bool enabled) override;
     void selectSettingsTab(int tab) override;

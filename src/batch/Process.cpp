@@ -46,13 +46,15 @@ void Process::findCollisions()
 {
     collisions_.assign(outputFiles.size(), {});
     std::unordered_map<FileIdentity, QString> inputs;
-    for (const OutputFile& output : outputFiles)
+    for (const OutputFile& output : outputFiles) {
+        if (!isCombining_) return; // a cancel need not wait until thousands of files were looked at
         for (const FileItem& item : output.fileItems()) {
             const QString path = item.path();
             if (const auto identity = fileIdentity(path)) inputs.emplace(*identity, path);
         }
+    }
     QHash<QString, QString> writers;
-    for (std::size_t i = 0; i < outputFiles.size(); ++i) {
+    for (std::size_t i = 0; i < outputFiles.size() && isCombining_; ++i) {
         const OutputFile& output = outputFiles[i];
         if (output.fileItems().empty()) continue;
         const QString own = output.fileItems().back().path();

@@ -2,24 +2,21 @@
 
 #include "filelist/AllowedFileTypes.h"
 #include "filelist/FolderWalk.h"
-#include "filelist/ItemPipeline.h"
+#include "filelist/ItemFeed.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/Guarded.h"
 #include "platform/system/NativePath.h"
 #include "platform/system/TimeTaken.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 
 namespace quillfern {
 
 namespace {
 
-using namespace std::chrono_literals;
-using SteadyClock = std::chrono::steady_clock;
-
-constexpr auto showEvery = 50ms;         ///< how long found items may wait to be seen
-constexpr auto waitAtMost = 20ms;        ///< between two looks at the stop signal
-constexpr std::size_t mostPending = 512; ///< files found and not yet counted: bounds memory, feeds the cores
+constexpr auto loadFailure = "Error in (loadURLs:) : %@";
+constexpr auto passwordFailure = "Error in (updatePDFReadPassword:) : %@";
 
 } // namespace
 
@@ -28,7 +25,10 @@ class FileGatherer::Request
 {
   public:
     Request(FileGatherer& gatherer, const QString& password)
-        : gatherer_(gatherer), pipeline_(gatherer.counters_, password)
+        : gatherer_(gatherer),
+          feed_(
+              gatherer.counters_, password, loadFailure, [&gatherer] { return gatherer.isWanted(); },
+              [this](std::vector<FileItem> items) { show(std::move(items)); })
     {
         std::optional<FileListOrder> order;
         std::vector<FileItem> present;
@@ -46,35 +46,20 @@ class FileGatherer::Request
         }
     }
 
-    /// Whether to continue. Asked all the time, so this is also where found items find their way out.
-    bool goOn()
-    {
-        if (SteadyClock::now() - lastShown_ > showEvery) show();
-        return gatherer_.isProcessing_;
-    }
+    bool goOn() { return feed_.goOn(); }
 
     void candidate(const QString& path)
     {
         const QUrl url = fileUrl(path);
         const qsizetype before = known_.size();
         known_.insert(url);
-        if (known_.size() == before) return;
-        while (pipeline_.pending() >= mostPending) {
-            if (!goOn()) return;
-            pipeline_.waitForNext(waitAtMost);
-            collect();
-        }
-        pipeline_.add(url);
+        if (known_.size() > before) feed_.add(url);
     }
 
     /// Waits for the files that are still being counted. Returns whether anything was added.
     bool finish()
     {
-        while (goOn() && pipeline_.pending() > 0) {
-            pipeline_.waitForNext(waitAtMost);
-            collect();
-        }
-        show();
+        feed_.finish();
         return added_ > 0;
     }
 
@@ -86,42 +71,31 @@ class FileGatherer::Request
         const std::vector<int> rows = sorter_->sorted();
         gatherer_.mainThread_.postAndWait([&] {
             FileList& files = gatherer_.files_;
+            if (!files.order()) return; // somebody has moved files by hand meanwhile
             if (files.revision() == revision_)
                 files.arrange(rows);
-            else if (files.order())
+            else
                 files.sort(*files.order()); // somebody else changed the list meanwhile
         });
     }
 
   private:
-    void collect()
+    void show(std::vector<FileItem> items)
     {
-        for (FileItem& item : pipeline_.takeReady())
-            batch_.push_back(std::move(item));
-    }
-
-    void show()
-    {
-        collect();
-        lastShown_ = SteadyClock::now();
-        if (batch_.empty()) return;
         if (sorter_)
-            for (const FileItem& item : batch_)
+            for (const FileItem& item : items)
                 sorter_->add(item);
-        gatherer_.mainThread_.postAndWait([this] {
+        gatherer_.mainThread_.postAndWait([&] {
             const bool unchanged = gatherer_.files_.revision() == revision_;
-            added_ += gatherer_.files_.append(std::exchange(batch_, {}));
+            added_ += gatherer_.files_.append(std::move(items));
             if (unchanged) revision_ = gatherer_.files_.revision();
             gatherer_.observer_.filesAdded();
         });
-        lastShown_ = SteadyClock::now();
     }
 
     FileGatherer& gatherer_;
-    ItemPipeline pipeline_;
+    ItemFeed feed_;
     QSet<QUrl> known_;
-    std::vector<FileItem> batch_;
-    SteadyClock::time_point lastShown_ = SteadyClock::now();
     int added_ = 0;
     std::optional<FileListSorter> sorter_; ///< knows the items in the list, as long as that has `revision_`
     std::uint64_t revision_ = 0;
@@ -135,42 +109,96 @@ FileGatherer::FileGatherer(FileList& files, std::atomic<bool>& isProcessing, Mai
 
 FileGatherer::~FileGatherer()
 {
+    while (!stop(1000)) {
+    }
+}
+
+bool FileGatherer::stop(int milliseconds)
+{
+    isStopping_ = true;
     if (isRunning_) isProcessing_ = false;
+    const QDeadlineTimer deadline(milliseconds);
     // A thread may itself be waiting for this one to run something.
     for (const auto& thread : threads_)
-        while (!thread->wait(10))
+        while (!thread->wait(10)) {
             QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
+            if (deadline.hasExpired()) return false;
+        }
+    // Requests leave files in work behind, and one on a dead network mount may never end.
+    return counters_.waitForDone(static_cast<int>(deadline.remainingTime()));
 }
 
 bool FileGatherer::start(const Arguments& request, std::optional<QString>& pdfOpenPassword)
 {
-    if (isRunning_) return false;
-    isRunning_ = true;
+    if (isRunning_ || isStopping_) return false;
     if (!pdfOpenPassword) pdfOpenPassword = QString();
-    std::erase_if(threads_, [](const auto& thread) { return thread->isFinished(); });
-    threads_.emplace_back(
-        QThread::create([this, request, password = *pdfOpenPassword] { loadURLs(request, password); }));
-    threads_.back()->start();
+    launch([this, request, password = *pdfOpenPassword] { loadURLs(request, password); });
     return true;
+}
+
+void FileGatherer::startPasswords(const QList<QUrl>& urls, const QString& password)
+{
+    waiting_.push_back([this, urls, password] { applyPassword(urls, password); });
+    launchNext();
+}
+
+void FileGatherer::launchNext()
+{
+    if (isRunning_ || isStopping_ || waiting_.empty()) return;
+    launch(std::move(waiting_.front()));
+    waiting_.pop_front();
+}
+
+void FileGatherer::launch(std::function<void()> request)
+{
+    isRunning_ = true;
+    std::erase_if(threads_, [](const auto& thread) { return thread->isFinished(); });
+    threads_.emplace_back(QThread::create(std::move(request)));
+    threads_.back()->start();
 }
 
 void FileGatherer::loadURLs(const Arguments& arguments, const QString& pdfOpenPassword)
 {
-    const QDateTime started = clock_.now();
-    guarded("Error in (loadURLs:) : %@", [&] {
-        showBusy();
+    perform(loadFailure, [&] {
         Request request(*this, pdfOpenPassword);
         const bool grew = arguments.isFolders
                               ? addFolderToList(request, arguments.urls, arguments.isIncludeSubdirectories)
                               : addFilesToList(request, arguments.urls);
         if (grew) request.sort();
     });
-    guarded("Error in (loadURLs:) : %@", [&] { showIdle(timeTakenString(started, clock_.now())); });
+}
+
+void FileGatherer::applyPassword(const QList<QUrl>& urls, const QString& password)
+{
+    perform(passwordFailure, [&] {
+        int row = 0;
+        ItemFeed feed(
+            counters_, password, passwordFailure, [this] { return isWanted(); },
+            [&](const std::vector<FileItem>& counted) {
+                mainThread_.postAndWait([&] { row = files_.takeCounts(counted, row); });
+            });
+        for (const QUrl& url : urls) {
+            if (!feed.goOn()) break;
+            feed.add(url);
+        }
+        feed.finish();
+    });
+}
+
+void FileGatherer::perform(const char* failure, const std::function<void()>& request)
+{
+    const QDateTime started = clock_.now();
+    guarded(failure, [&] {
+        showBusy();
+        request();
+    });
+    guarded(failure, [&] { showIdle(timeTakenString(started, clock_.now())); });
 }
 
 void FileGatherer::showBusy()
 {
     mainThread_.postAndWait([this] {
+        if (isStopping_) return; // asked to before it had properly begun
         observer_.resetViewObject(false);
         isProcessing_ = true;
         observer_.startProcess();
@@ -186,6 +214,7 @@ void FileGatherer::showIdle(const QString& timeTaken)
         observer_.stopProcess();
         observer_.resetViewObject(true);
         observer_.updateTimeTakenLabel(timeTakenLabel(timeTaken, 0, 0));
+        launchNext();
     });
 }
 

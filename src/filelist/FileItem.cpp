@@ -66,6 +66,13 @@ void FileItem::setPdfOpenPassword(const std::optional<QString>& password)
     pages_ = getTiffPageCount(filePath_, pdfOpenPassword_, compression_);
 }
 
+void FileItem::takeCount(const FileItem& counted)
+{
+    pdfOpenPassword_ = counted.pdfOpenPassword_;
+    compression_ = counted.compression_;
+    pages_ = counted.pages_;
+}
+
 QString FileItem::path() const
 {
     return localPath(filePath_);

@@ -46,6 +46,8 @@ class FileItem
     [[nodiscard]] const QString& pdfOpenPassword() const { return pdfOpenPassword_; }
     /// Stores the password (an absent one as the empty text) and counts the pages.
     void setPdfOpenPassword(const std::optional<QString>& password);
+    /// Takes over password, pages and compression of an equal item that has been counted elsewhere.
+    void takeCount(const FileItem& counted);
 
     [[nodiscard]] QString name() const;
     [[nodiscard]] QString location() const;  ///< the folder

@@ -173,13 +173,20 @@ void FileList::setIsSelected(const std::vector<int>& rows, std::optional<bool> s
     tell([&](FileListObserver& o) { o.checkMarksChanged(rows.front(), rows.back()); });
 }
 
-void FileList::setPdfOpenPassword(int row, const QString& password)
+int FileList::takeCounts(const std::vector<FileItem>& counted, int from)
 {
-    FileItem& item = *items_[static_cast<std::size_t>(row)];
-    tally(item, -1);
-    item.setPdfOpenPassword(password);
-    tally(item, 1);
-    tell([&](FileListObserver& o) { o.rowChanged(row); });
+    for (const FileItem& result : counted) {
+        if (!urls_.contains(result.filePath())) continue;
+        do {
+            from = from < count() ? from + 1 : 1; // goes round once at most: the item is there
+        } while (!(at(from - 1) == result));
+        FileItem& item = *items_[static_cast<std::size_t>(from - 1)];
+        tally(item, -1);
+        item.takeCount(result);
+        tally(item, 1);
+        tell([&](FileListObserver& o) { o.rowChanged(from - 1); });
+    }
+    return from;
 }
 
 void FileList::sort(const FileListOrder& order)

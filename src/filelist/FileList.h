@@ -82,8 +82,10 @@ class FileList
     void setIsSelected(int row, bool selected);
     /// Sets the marks of the rows, or turns each about when no value is given.
     void setIsSelected(const std::vector<int>& rows, std::optional<bool> selected);
-    /// Gives a row's file its password, which counts its pages anew.
-    void setPdfOpenPassword(int row, const QString& password);
+    /// Lets the items that are equal to these take over password, pages and compression; those that have no
+    /// equal are left out. They are looked for from row `from` on and then from the top: quick when they come
+    /// in list order. Returns the row after the last one found, where to look for those after these.
+    int takeCounts(const std::vector<FileItem>& counted, int from);
 
     /// Sorts, stably, by a column of FileItem::displayField(), and remembers the order.
     void sort(const FileListOrder& order);

@@ -127,8 +127,10 @@ void FileListCommands::updatePDFReadPassword(const std::optional<QString>& passw
 {
     if (!password) return;
     guarded("Error in (updatePDFReadPassword:) : %@", [&] {
+        QList<QUrl> urls;
         for (const int row : rows)
-            if (files_.at(row).fileType() == FileType::Pdf) files_.setPdfOpenPassword(row, *password);
+            if (files_.at(row).fileType() == FileType::Pdf) urls.append(files_.at(row).filePath());
+        if (!urls.isEmpty()) view_.applyPassword(urls, *password);
     });
 }
 

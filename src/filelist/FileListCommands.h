@@ -20,6 +20,8 @@ class FileListView
     virtual void selectRows(const std::vector<int>& rows) = 0;
     /// The same, and takes the keyboard and scrolls to `scrollTo`.
     virtual void selectMovedRows(const std::vector<int>& rows, int scrollTo) = 0;
+    /// Gives these files of the list a password and has their pages counted anew, in the background.
+    virtual void applyPassword(const QList<QUrl>& urls, const QString& password) = 0;
 };
 
 /// The commands on the file list. Rows are those selected in the table, ascending, each once. No command
@@ -53,7 +55,7 @@ class FileListCommands
     void openEnclodingFolder(const std::vector<int>& rows);
     void getInfo(const std::vector<int>& rows);
 
-    /// Gives the PDF files among the rows a password; nothing happens without one.
+    /// Has the PDF files among the rows given a password; nothing happens without one.
     void updatePDFReadPassword(const std::optional<QString>& password, const std::vector<int>& rows);
 
     [[nodiscard]] bool containsPDFFiles(const std::vector<int>& rows) const;

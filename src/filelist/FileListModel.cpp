@@ -117,11 +117,11 @@ bool FileListModel::setData(const QModelIndex& index, const QVariant& value, int
 
 void FileListModel::sort(int column, Qt::SortOrder order)
 {
-    if (isProcessing_) return;
     if (column < 0 || column >= ColumnCount) {
-        files_.forgetOrder();
+        files_.forgetOrder(); // changes no row; rows may be moved by hand while files are still coming in
         return;
     }
+    if (isProcessing_) return;
     files_.sort({columnIdentifier(column), order == Qt::AscendingOrder});
     Q_EMIT sorted();
 }

@@ -43,7 +43,7 @@ class FileListModel final : public QAbstractTableModel, private FileListObserver
                                       int role = Qt::DisplayRole) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
-    /// Column -1 keeps the present order.
+    /// Column -1 keeps the present order, at any time.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
     [[nodiscard]] QStringList mimeTypes() const override;

@@ -29,8 +29,8 @@ struct ItemPipeline::State
     [[nodiscard]] bool nextIsReady() const { return !slots.empty() && slots.front()->isReady; }
 };
 
-ItemPipeline::ItemPipeline(QThreadPool& pool, QString password)
-    : pool_(pool), password_(std::move(password)), state_(std::make_shared<State>())
+ItemPipeline::ItemPipeline(QThreadPool& pool, QString password, const char* failure)
+    : pool_(pool), password_(std::move(password)), failure_(failure), state_(std::make_shared<State>())
 {
 }
 
@@ -47,10 +47,10 @@ void ItemPipeline::add(const QUrl& url)
         const std::lock_guard lock(state_->mutex);
         state_->slots.push_back(slot);
     }
-    pool_.start([state = state_, slot, url, password = password_] {
+    pool_.start([state = state_, slot, url, password = password_, failure = failure_] {
         if (state->abandoned()) return;
         std::optional<FileItem> item;
-        guarded("Error in (loadURLs:) : %@", [&] {
+        guarded(failure, [&] {
             item = FileItem::initWithURL(url);
             if (item) item->setPdfOpenPassword(password);
         });

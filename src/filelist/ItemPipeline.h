@@ -15,8 +15,9 @@ namespace quillfern {
 class ItemPipeline
 {
   public:
-    /// `password` is every new item's. The pool is not owned and outlives the pipeline.
-    ItemPipeline(QThreadPool& pool, QString password);
+    /// `password` is every new item's. `failure` is the pattern of the line for the system log about a file
+    /// that fails, a literal. The pool is not owned and outlives the pipeline.
+    ItemPipeline(QThreadPool& pool, QString password, const char* failure);
     ~ItemPipeline();
     ItemPipeline(const ItemPipeline&) = delete;
     ItemPipeline& operator=(const ItemPipeline&) = delete;
@@ -33,6 +34,7 @@ class ItemPipeline
     struct State;
     QThreadPool& pool_;
     QString password_;
+    const char* failure_;
     std::shared_ptr<State> state_; ///< shared with the tasks in the pool
 };
 

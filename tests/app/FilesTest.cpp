@@ -78,6 +78,20 @@ TEST_F(Files, TheTablesOwnRowsCannotBeDroppedOnIt)
     EXPECT_EQ(files().count(), 6);
 }
 
+TEST_F(Files, NothingCanBeDroppedBehindADialog)
+{
+    start();
+    fillSix();
+    const QString more = pdf("more.pdf", 1);
+    select({0});
+    window().pdfPasswordButton->trigger();
+    ASSERT_NE(QApplication::activeModalWidget(), nullptr);
+    EXPECT_FALSE(drop({more}));
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(drop({more}));
+    waitFor([this] { return files().count() == 7 && !app().isProcessing(); }, "the file");
+}
+
 TEST_F(Files, ThePanelsChooseFilesAndFolders)
 {
     start();
@@ -196,10 +210,14 @@ TEST_F(Files, ThePasswordIsForPdfFilesOnly)
     auto* field = dialog->findChild<QLineEdit*>();
     ASSERT_NE(field, nullptr);
     QTest::keyClicks(field, QStringLiteral("open sesame"));
+    pdf("a.pdf", 3);
     QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(files().at(1).pages(), 2) << "counting is not for the window's own thread";
+    waitFor([this] { return files().at(1).pages() == 3 && !app().isProcessing(); }, "the count");
     EXPECT_EQ(files().at(0).pdfOpenPassword(), QString());
     EXPECT_EQ(files().at(1).pdfOpenPassword(), QStringLiteral("open sesame"));
-    EXPECT_EQ(files().at(1).pages(), 2);
+    EXPECT_TRUE(ui().labelTotalFiles->text().contains(QStringLiteral("PDF files: 3")));
+    EXPECT_TRUE(ui().mainTableView->isEnabled());
 }
 
 TEST_F(Files, TheDesktopIsAskedForTheSelectedFiles)
@@ -298,6 +316,17 @@ TEST_F(Files, WhileBusyNothingElseCanBeBegun)
     EXPECT_TRUE(window().pdfPasswordButton->isEnabled());
     app().resetView(true);
     EXPECT_TRUE(ui().mainTableView->isEnabled());
+}
+
+TEST_F(Files, LeavingRightAfterADropGathersNothing)
+{
+    for (int i = 0; i < 500; ++i)
+        scratch.write(QStringLiteral("many/%1.pdf").arg(i), QByteArray("%PDF"));
+    start();
+    ASSERT_TRUE(drop({scratch.path(QStringLiteral("many"))}));
+    EXPECT_FALSE(app().stop(0)) << "the gathering still has to hear of it";
+    EXPECT_TRUE(app().stop(60'000));
+    EXPECT_EQ(files().count(), 0);
 }
 
 TEST_F(Files, ACancelledGatheringKeepsWhatItFound)

@@ -56,6 +56,20 @@ class Gathering : public testing::Test, public GatherObserver
         EXPECT_EQ(notes_.size(), 6) << "it did not end";
         EXPECT_FALSE(isProcessing_);
     }
+    QList<QUrl> allUrls() const
+    {
+        QList<QUrl> urls;
+        for (const FileItem* item : files_.items())
+            urls.append(item->filePath());
+        return urls;
+    }
+    int withPassword() const
+    {
+        int count = 0;
+        for (const FileItem* item : files_.items())
+            count += item->pdfOpenPassword().isEmpty() ? 0 : 1;
+        return count;
+    }
     /// f0.pdf and so on, each without its cross-reference table, which has to be rebuilt.
     void makeSlowFiles(int count) const
     {
@@ -151,6 +165,23 @@ TEST_F(Gathering, TheSameFolderTwiceAddsNothingAndSortsNothing)
     EXPECT_EQ(namesOf(files_), words("b.pdf aa.pdf a.pdf")) << "what was sorted is sorted again";
 }
 
+TEST_F(Gathering, AnOrderGivenUpMeanwhileIsNotRestored)
+{
+    scratch_.write(QStringLiteral("b.pdf"), numberedPdf(1));
+    gather({scratch_.path()});
+    for (const bool isMoved : {false, true}) {
+        files_.sort({QStringLiteral("name"), true});
+        const QString name = isMoved ? QStringLiteral("a0.pdf") : QStringLiteral("a1.pdf");
+        scratch_.write(name, numberedPdf(1));
+        onAdded_ = [&] {
+            if (isMoved) files_.moveUp({1});
+            files_.forgetOrder();
+        };
+        gather({scratch_.path(name)}, false);
+        EXPECT_EQ(files_.at(files_.count() - 1).name(), name);
+    }
+}
+
 TEST_F(Gathering, FilesAreShownWhileOthersAreStillSought)
 {
     constexpr int count = 300;
@@ -197,16 +228,69 @@ TEST_F(Gathering, OneRequestAtATimeAndTheNextOneAtOnce)
     EXPECT_EQ(namesOf(files_), words("1.pdf 2.pdf"));
 }
 
+TEST_F(Gathering, APasswordIsForTheNamedFilesAndCountsThemAnew)
+{
+    for (const char* name : {"a.pdf", "b.pdf", "c.pdf", "d.pdf"})
+        scratch_.write(QString::fromLatin1(name), numberedPdf(1));
+    gather({scratch_.path()});
+    scratch_.write(QStringLiteral("c.pdf"), numberedPdf(5));
+    const QList<QUrl> urls = allUrls();
+    notes_.clear();
+    gatherer_.startPasswords({urls[0], urls[2], urls[3]}, QStringLiteral("secret"));
+    gatherer_.startPasswords({urls[3]}, QStringLiteral("other")); // waits for its turn
+    EXPECT_EQ(withPassword(), 0) << "not on this thread";
+    files_.moveUp({1, 2, 3});
+    files_.remove({3});
+    serve([&] { return notes_.size() == 12; });
+    EXPECT_EQ(notes_.mid(6, 5), notes_.mid(0, 5)) << "busy and idle again";
+    ASSERT_EQ(namesOf(files_), words("b.pdf c.pdf d.pdf"));
+    for (const auto& [row, pages, password] : {std::tuple(0, 1, ""), {1, 5, "secret"}, {2, 1, "other"}}) {
+        EXPECT_EQ(files_.at(row).pages(), pages) << row;
+        EXPECT_EQ(files_.at(row).pdfOpenPassword(), QString::fromLatin1(password)) << row;
+    }
+    EXPECT_EQ(files_.totals().pdfPages, 7);
+}
+
+TEST_F(Gathering, ACancelLeavesTheOtherFilesTheirPasswords)
+{
+    makeSlowFiles(300);
+    gather({scratch_.path()});
+    gatherer_.startPasswords(allUrls(), QStringLiteral("secret"));
+    serve([&] { return withPassword() > 0; });
+    isProcessing_ = false;
+    serve([&] { return notes_.size() == 12; });
+    const int reached = withPassword();
+    EXPECT_LT(reached, 250);
+    for (int row = 0; row < files_.count(); ++row)
+        EXPECT_EQ(files_.at(row).pdfOpenPassword().isEmpty(), row >= reached) << row;
+}
+
+TEST_F(Gathering, AStopEndsItWhetherItHasBegunOrNot)
+{
+    makeSlowFiles(300);
+    const Arguments request{{fileUrl(scratch_.path())}, true, true};
+    for (const bool hasBegun : {false, true}) {
+        FileGatherer other(files_, isProcessing_, mainThread_, clock_, *this);
+        ASSERT_TRUE(other.start(request, password_));
+        if (hasBegun) serve([&] { return !files_.empty(); });
+        EXPECT_FALSE(other.stop(0)) << "it has to tell the window first";
+        EXPECT_TRUE(other.stop(60'000));
+        EXPECT_EQ(!files_.empty(), hasBegun);
+        EXPECT_LT(files_.count(), 250);
+        EXPECT_FALSE(isProcessing_);
+        EXPECT_FALSE(other.start(request, password_));
+    }
+}
+
 TEST_F(Gathering, GoingAwayWhileItRunsIsSafe)
 {
-    for (int i = 0; i < 200; ++i)
-        scratch_.write(QStringLiteral("f%1.pdf").arg(i), numberedPdf(20));
+    makeSlowFiles(300);
     {
         FileGatherer other(files_, isProcessing_, mainThread_, clock_, *this);
         ASSERT_TRUE(other.start({{fileUrl(scratch_.path())}, true, true}, password_));
     }
     EXPECT_FALSE(isProcessing_);
-    EXPECT_TRUE(notes_.contains(QStringLiteral("stop")));
+    EXPECT_TRUE(files_.empty()) << "it had not begun";
 }
 
 } // namespace

@@ -80,6 +80,10 @@ TEST_F(Model, DoesNotSortWhileBusyAndKeepsTheOrderWithoutAColumn)
     model_.sort(-1);
     EXPECT_EQ(namesOf(files_), words("a.pdf b.pdf"));
     EXPECT_FALSE(files_.order().has_value());
+    files_.sort({QStringLiteral("name"), true});
+    isProcessing_ = true;
+    model_.sort(-1);
+    EXPECT_FALSE(files_.order().has_value()) << "or a running request would sort moved rows back";
 }
 
 TEST_F(Model, OffersWholeRowsToOtherProgramsInListOrder)

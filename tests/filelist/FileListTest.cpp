@@ -105,7 +105,12 @@ TEST(FileList, TotalsFollowEveryChange)
 
     // A file that has changed is counted anew with its password.
     scratch.write(QStringLiteral("b.pdf"), numberedPdf(30));
-    files.setPdfOpenPassword(1, QStringLiteral("secret"));
+    std::vector<FileItem> counted = {itemAt(files.at(1).path()), itemAt(QStringLiteral("/nowhere/x.pdf")),
+                                     itemAt(files.at(0).path())};
+    counted[0].setPdfOpenPassword(QStringLiteral("secret"));
+    files.setIsSelected(1, false);
+    EXPECT_EQ(files.takeCounts(counted, 5), 1) << "found all round";
+    EXPECT_FALSE(files.at(1).isSelected());
     EXPECT_EQ(files.totals(), (FileTotals{6, 36, 2, 1}));
     EXPECT_EQ(files.at(1).pdfOpenPassword(), QStringLiteral("secret"));
     files.setIsSelected(0, false);
