@@ -1,5 +1,5 @@
 // Starts the program as it is and ends it once its window has been painted for the first time. Prints the
-// milliseconds since the moment given as --since=<milliseconds of the monotonic clock>.
+// milliseconds since the moment that BENCH_SINCE gives in milliseconds of the monotonic clock.
 
 #include "app/Application.h"
 #include "app/MainWindow.h"
@@ -10,7 +10,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace {
 
@@ -46,11 +45,11 @@ class FirstPaint final : public QObject
 
 int main(int argc, char** argv)
 {
-    double since = now();
-    for (int i = 1; i < argc; ++i)
-        if (std::strncmp(argv[i], "--since=", 8) == 0) since = std::atof(argv[i] + 8);
+    const double started = now();
+    bool isGiven = false;
+    const double since = qEnvironmentVariable("BENCH_SINCE").toDouble(&isGiven);
     quillfern::Application application(argc, argv);
-    FirstPaint watch(since);
-    application.window().installEventFilter(&watch);
+    FirstPaint watch(isGiven ? since : started);
+    if (application.window()) application.window()->installEventFilter(&watch);
     return application.exec();
 }

@@ -1,10 +1,12 @@
 #include "app/Application.h"
 
+#include "app/CommandLine.h"
 #include "app/MainWindow.h"
 #include "app/QuillfernAppDelegate.h"
 #include "dialogs/WidgetAlerts.h"
 #include "dialogs/WidgetPanels.h"
 #include "platform/desktop/FreedesktopServices.h"
+#include "platform/desktop/SingleInstance.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/preview/RenderProcess.h"
 #include "platform/store/PlistDefaultsStore.h"
@@ -17,6 +19,7 @@
 #include <QStandardPaths>
 #include <QTranslator>
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 
 namespace quillfern {
@@ -24,6 +27,13 @@ namespace quillfern {
 namespace {
 
 constexpr int patienceMs = 3000; ///< for the file a job is in when the user leaves
+constexpr int commandNotFollowed = 2;
+
+void print(std::FILE* stream, const QString& text)
+{
+    std::fputs(readableName(text).toLocal8Bit().constData(), stream);
+    std::fflush(stream);
+}
 
 /// A file or folder of ours: beside the program, where it is installed or was built. Empty when there is
 /// none.
@@ -49,9 +59,37 @@ bool loadTexts(QTranslator& texts)
 }
 
 /// What has to happen before there is an application object.
-struct FontsChosen
+struct BeforeQt
 {
-    FontsChosen() { FontCatalog::preferEmbeddableFonts(); }
+    BeforeQt() : activationToken(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"))
+    {
+        FontCatalog::preferEmbeddableFonts();
+    }
+
+    QString activationToken; ///< the desktop's leave to take the keyboard; Qt may use it up
+};
+
+/// Lets the next window that is activated take the keyboard. Elsewhere the window manager decides by itself.
+void useActivationToken(const QString& token)
+{
+    if (!token.isEmpty() && QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+}
+
+/// What an instance with a window consists of. It reads the settings when it is made: not before an earlier
+/// instance has left, and has saved them.
+struct Program
+{
+    SystemClock clock;
+    UserFolders folders;
+    PlistDefaultsStore defaults{folders};
+    EventLoopMainThread mainThread;
+    FreedesktopServices desktop;
+    WidgetPanels panels;
+    WidgetAlerts alerts;
+    QuillfernAppDelegate delegate{{clock, folders, defaults, mainThread, desktop, panels, alerts,
+                                   RenderProcess::installedProgram(),
+                                   installed(QStringLiteral("MACQuillfern1.pdf"))}};
 };
 
 } // namespace
@@ -71,56 +109,78 @@ struct Application::Parts
         if (loadTexts(texts)) QCoreApplication::installTranslator(&texts);
     }
 
-    void connectAndOpen(int argc, char** argv)
+    /// Whether another instance has taken the files. Comes once, before the window.
+    bool handOver(const QStringList& files)
     {
-        QObject::connect(delegate.get(), &QuillfernAppDelegate::quitRequested, &qt, [this] {
-            delegate->applicationShouldTerminate();
-            delegate->window().hide();
+        instance = std::make_unique<SingleInstance>(QDBusConnection::sessionBus(),
+                                                    QStringLiteral("org.orvane.quillfern"));
+        if (instance->isFirst()) return false;
+        QStringList paths;
+        for (const QString& file : files)
+            paths.append(absolutePath(file));
+        return instance->handOver(paths, beforeQt.activationToken);
+    }
+
+    void showWindow(const QStringList& files)
+    {
+        program = std::make_unique<Program>();
+        QuillfernAppDelegate& delegate = program->delegate;
+        QObject::connect(instance.get(), &SingleInstance::opened, &delegate,
+                         [&delegate](const QStringList& paths, const QString& token) {
+                             useActivationToken(token);
+                             delegate.startedAgain(paths);
+                         });
+        QObject::connect(&delegate, &QuillfernAppDelegate::quitRequested, &qt, [this, &delegate] {
+            delegate.applicationShouldTerminate();
+            instance->leave(); // only now: the next one finds these settings
+            delegate.window().hide();
             QCoreApplication::quit();
         });
         // The session ends: there may be no time for more than this.
-        QObject::connect(&qt, &QGuiApplication::commitDataRequest, delegate.get(),
+        QObject::connect(&qt, &QGuiApplication::commitDataRequest, &delegate,
                          &QuillfernAppDelegate::applicationShouldTerminate, Qt::DirectConnection);
-        QStringList paths; // the application's own arguments would lose names that are not UTF-8
-        for (int i = 1; i < argc; ++i)
-            if (argv[i][0] != '-') paths.append(pathText(QByteArray(argv[i])));
-        if (!paths.isEmpty()) delegate->openFiles(paths);
+        if (!files.isEmpty()) delegate.openFiles(files);
     }
 
-    FontsChosen fontsChosen;
+    BeforeQt beforeQt;
     QApplication qt;
     QTranslator translator;
     QTranslator texts;
-    SystemClock clock;
-    UserFolders folders;
-    PlistDefaultsStore defaults{folders};
-    EventLoopMainThread mainThread;
-    FreedesktopServices desktop;
-    WidgetPanels panels;
-    WidgetAlerts alerts;
-    std::unique_ptr<QuillfernAppDelegate> delegate;
+    std::unique_ptr<SingleInstance> instance;
+    std::unique_ptr<Program> program;
 };
 
-Application::Application(int& argc, char** argv) : parts_(std::make_unique<Parts>(argc, argv))
+Application::Application(int& argc, char** argv)
 {
+    CommandLine line = readCommandLine(argc, argv); // no screen is needed to answer a question
+    if (line.showHelp || line.showVersion) {
+        print(stdout,
+              line.showHelp ? commandLineHelp() : QStringLiteral("quillfern " QUILLFERN_VERSION "\n"));
+        return;
+    }
+    parts_ = std::make_unique<Parts>(argc, argv);
     Parts& p = *parts_;
-    p.delegate = std::make_unique<QuillfernAppDelegate>(
-        AppServices{p.clock, p.folders, p.defaults, p.mainThread, p.desktop, p.panels, p.alerts,
-                    RenderProcess::installedProgram(), installed(QStringLiteral("MACQuillfern1.pdf"))});
-    p.connectAndOpen(argc, argv);
+    line = readCommandLine(argc, argv); // Qt has taken its own options out
+    if (!line.problem.isEmpty()) {
+        print(stderr, QStringLiteral("quillfern: %1\nTry quillfern --help.\n").arg(line.problem));
+        status_ = commandNotFollowed;
+        return;
+    }
+    if (!p.handOver(line.files)) p.showWindow(line.files);
 }
 
 Application::~Application() = default;
 
-MainWindow& Application::window()
+MainWindow* Application::window()
 {
-    return parts_->delegate->window();
+    return parts_ && parts_->program ? &parts_->program->delegate.window() : nullptr;
 }
 
 int Application::exec()
 {
+    if (!window()) return status_;
     const int status = QCoreApplication::exec();
-    if (!parts_->delegate->stop(patienceMs)) std::_Exit(status);
+    if (!parts_->program->delegate.stop(patienceMs)) std::_Exit(status);
     return status;
 }
 

@@ -7,7 +7,6 @@
 #include "platform/preview/PageImageCache.h"
 #include "platform/preview/RenderProcess.h"
 #include "platform/system/Guarded.h"
-#include "platform/system/NativePath.h"
 #include "platform/system/TimeTaken.h"
 #include "ui_MainWindow.h"
 
@@ -74,6 +73,8 @@ void QuillfernAppDelegate::awakeFromNib()
                                            services_.alerts, *this, *window_);
     gatherer_ =
         std::make_unique<FileGatherer>(files_, isProcessing_, services_.mainThread, services_.clock, *this);
+    openQueue_ = std::make_unique<OpenQueue>(
+        *window_, [this](const QList<QUrl>& urls) { return startLoading(urls, true); });
     markKeyCharacters();
     selectSettingsTab(0);
     ui.inculdeSubfoldersBtn->setChecked(includeSubfolders_.inculdeSubfolders());
@@ -158,7 +159,10 @@ void QuillfernAppDelegate::resetView(bool idle)
         filesController_->updateSelectionCommands();
         window_->lableDragAndDrop->setVisible(files_.empty());
         if (!idle) setConvertEnabled(false); // one thing at a time
-        if (idle) restoreFocus();
+        if (idle) {
+            restoreFocus();
+            openQueue_->retryLater();
+        }
         window_->update();
     });
 }
@@ -292,9 +296,14 @@ void QuillfernAppDelegate::viewFrameChanged()
 
 void QuillfernAppDelegate::load(const QList<QUrl>& urls, bool isFolders)
 {
-    if (urls.isEmpty() || isProcessing_) return;
+    startLoading(urls, isFolders);
+}
+
+bool QuillfernAppDelegate::startLoading(const QList<QUrl>& urls, bool isFolders)
+{
+    if (urls.isEmpty() || isProcessing_) return false;
     const Arguments request{urls, isFolders, window_->ui().inculdeSubfoldersBtn->isChecked()};
-    gatherer_->start(request, settings_.pdfOpenPassword);
+    return gatherer_->start(request, settings_.pdfOpenPassword);
 }
 
 void QuillfernAppDelegate::applyPassword(const QList<QUrl>& urls, const QString& password)
@@ -304,10 +313,7 @@ void QuillfernAppDelegate::applyPassword(const QList<QUrl>& urls, const QString&
 
 void QuillfernAppDelegate::openFiles(const QStringList& paths)
 {
-    QList<QUrl> urls;
-    for (const QString& path : paths)
-        urls.append(fileUrl(absolutePath(path)));
-    load(urls, true);
+    openQueue_->add(paths);
 }
 
 void QuillfernAppDelegate::endEditing()
@@ -366,9 +372,21 @@ void QuillfernAppDelegate::applicationShouldTerminate()
 void QuillfernAppDelegate::applicationShouldHandleReopen()
 {
     if (window_->isVisible() && !window_->isMinimized()) return;
-    window_->showNormal();
+    window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
+    window_->show();
     window_->raise();
     window_->activateWindow();
+}
+
+void QuillfernAppDelegate::startedAgain(const QStringList& paths)
+{
+    applicationShouldHandleReopen();
+    // It may be behind the windows of other programs; a sheet takes the keyboard instead of its window.
+    QWidget* const front = QApplication::activeModalWidget();
+    window_->raise();
+    if (front) front->raise();
+    (front ? front : window_.get())->activateWindow();
+    openFiles(paths);
 }
 
 bool QuillfernAppDelegate::stop(int milliseconds)

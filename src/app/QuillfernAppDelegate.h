@@ -3,6 +3,7 @@
 #include "app/FilesController.h"
 #include "app/JobController.h"
 #include "app/NumberingForm.h"
+#include "app/OpenQueue.h"
 #include "app/OutputForm.h"
 #include "app/PreviewController.h"
 #include "app/StampsController.h"
@@ -52,8 +53,12 @@ class QuillfernAppDelegate final : public QObject,
     void applicationShouldTerminate();
     /// Brings the window to the front unless it is to be seen.
     void applicationShouldHandleReopen();
-    /// Adds files and folders, as a command line names them.
+    /// Adds files and folders, as a command line names them; later when the window is busy now, or a sheet
+    /// lies over it.
     void openFiles(const QStringList& paths);
+    /// The program was started once more, with these files and folders: the window comes to the front and
+    /// takes them.
+    void startedAgain(const QStringList& paths);
     /// Asks what is running to stop and waits so long for it. True when nothing runs any more.
     bool stop(int milliseconds);
 
@@ -96,6 +101,7 @@ class QuillfernAppDelegate final : public QObject,
     void updateTotalLabel() override;
     void load(const QList<QUrl>& urls, bool isFolders) override;
     void applyPassword(const QList<QUrl>& urls, const QString& password) override;
+    bool startLoading(const QList<QUrl>& urls, bool isFolders);
 
     void resetViewForProcess(bool enabled) override;
     void selectSettingsTab(int tab) override;
@@ -119,6 +125,7 @@ class QuillfernAppDelegate final : public QObject,
     std::unique_ptr<NumberingForm> numberingForm_;
     std::unique_ptr<OutputForm> outputForm_;
     std::unique_ptr<JobController> job_;
+    std::unique_ptr<OpenQueue> openQueue_;
     std::unique_ptr<FileGatherer> gatherer_; ///< last: it has to stop before anything else goes
 };
 

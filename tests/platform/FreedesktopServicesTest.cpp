@@ -1,12 +1,12 @@
 #include "platform/desktop/FreedesktopServices.h"
 
 #include "platform/system/NativePath.h"
+#include "support/PrivateBus.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QThread>
 #include <gtest/gtest.h>
 
@@ -32,42 +32,21 @@ class FakeFileManager final : public QDBusVirtualObject
     bool refuses = false;
 };
 
-/// A session bus of the test's own.
 class Desktop : public testing::Test
 {
   protected:
-    void SetUp() override
-    {
-        bus_.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                                   QStringLiteral("--print-address")});
-        ASSERT_TRUE(bus_.waitForStarted());
-        ASSERT_TRUE(bus_.waitForReadyRead());
-        const QString address = QString::fromUtf8(bus_.readLine()).trimmed();
-        ours_.emplace(QDBusConnection::connectToBus(address, QStringLiteral("ours")));
-        theirs_.emplace(QDBusConnection::connectToBus(address, QStringLiteral("theirs")));
-        ASSERT_TRUE(ours_->isConnected() && theirs_->isConnected());
-    }
-
-    void TearDown() override
-    {
-        ours_.reset();
-        theirs_.reset();
-        QDBusConnection::disconnectFromBus(QStringLiteral("ours"));
-        QDBusConnection::disconnectFromBus(QStringLiteral("theirs"));
-        bus_.terminate();
-        bus_.waitForFinished();
-    }
+    void SetUp() override { ASSERT_TRUE(ours_.isConnected() && theirs_.isConnected()); }
 
     void startFileManager()
     {
         ASSERT_TRUE(
-            theirs_->registerVirtualObject(QStringLiteral("/org/freedesktop/FileManager1"), &manager_));
-        ASSERT_TRUE(theirs_->registerService(QStringLiteral("org.freedesktop.FileManager1")));
+            theirs_.registerVirtualObject(QStringLiteral("/org/freedesktop/FileManager1"), &manager_));
+        ASSERT_TRUE(theirs_.registerService(QStringLiteral("org.freedesktop.FileManager1")));
     }
 
     FreedesktopServices services()
     {
-        return {*ours_, [this](const QUrl& url) {
+        return {ours_, [this](const QUrl& url) {
                     EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
                     opened_.append(QString::fromLatin1(url.toEncoded()));
                 }};
@@ -82,9 +61,9 @@ class Desktop : public testing::Test
             QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
     }
 
-    QProcess bus_;
-    std::optional<QDBusConnection> ours_;
-    std::optional<QDBusConnection> theirs_;
+    PrivateBus bus_;
+    QDBusConnection ours_ = bus_.connect("ours");
+    QDBusConnection theirs_ = bus_.connect("theirs");
     FakeFileManager manager_;
     QStringList opened_;
 };

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QStringList>
+
+namespace quillfern {
+
+/// What the command line of the program with a window asks for.
+struct CommandLine
+{
+    QStringList files; ///< files and folders to begin with, as they were named
+    bool showHelp = false;
+    bool showVersion = false;
+    QString problem; ///< why it cannot be followed; empty when it can
+};
+
+/// Reads the command line, whatever the bytes of its names are. Qt's own options are a problem until the
+/// application object has taken them out.
+[[nodiscard]] CommandLine readCommandLine(int argc, char** argv);
+
+[[nodiscard]] QString commandLineHelp();
+
+} // namespace quillfern

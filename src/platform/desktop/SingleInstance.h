@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QStringList>
+
+namespace quillfern {
+
+/// Makes the program run once in a desktop session: the first instance takes the program's name on the
+/// session bus and answers as org.freedesktop.Application does; a later one hands over what it was asked to
+/// open. Every wait for somebody else ends after `patienceMs`. Where there is no bus, or nobody answers on
+/// it, nothing is handed over and each instance runs by itself. Belongs to one thread, which serves events in
+/// the first instance.
+class SingleInstance final : public QObject
+{
+    Q_OBJECT
+
+  public:
+    /// Takes the name unless another instance has it. What is asked for from then on arrives as signals once
+    /// events are served.
+    SingleInstance(QDBusConnection bus, QString service, int patienceMs = 2000);
+    /// Leaves.
+    ~SingleInstance() override;
+
+    [[nodiscard]] bool isFirst() const { return isFirst_; }
+
+    /// Asks the first instance to come to the front and to open files and folders, given by their absolute
+    /// paths (see NativePath.h). `activationToken` allows it to take the keyboard; it may be empty. True once
+    /// the first instance has answered. Otherwise this one is next in line for the name.
+    [[nodiscard]] bool handOver(const QStringList& absolutePaths, const QString& activationToken = QString());
+
+    /// Gives the name back and refuses requests that are still on their way: whoever sent them then runs by
+    /// itself. For an instance that is about to end.
+    void leave();
+
+  Q_SIGNALS:
+    /// Another instance was started with these files and folders, possibly none. All paths are absolute.
+    void opened(const QStringList& paths, const QString& activationToken);
+
+  private:
+    class Interface;
+    bool takeName();
+    void queueForName();
+    [[nodiscard]] bool send(const QStringList& uris, const QString& activationToken);
+    [[nodiscard]] QString objectPath() const;
+
+    QDBusConnection bus_;
+    QString service_;
+    int patienceMs_;
+    bool isFirst_ = false;
+    bool hasLeft_ = false;
+};
+
+} // namespace quillfern

@@ -1,0 +1,162 @@
+#include "app/AppFixture.h"
+#include "support/PrivateBus.h"
+
+#include <QDBusConnectionInterface>
+#include <QDir>
+#include <QProcess>
+
+namespace quillfern {
+namespace {
+
+class SecondStart : public AppTest
+{
+  protected:
+    QDialog* openDialog()
+    {
+        for (QDialog* dialog : window().findChildren<QDialog*>())
+            if (dialog->isVisible()) return dialog;
+        return nullptr;
+    }
+    void waitForFiles(const QStringList& expected)
+    {
+        waitFor([&] { return names() == expected && !app().isProcessing(); }, "the files handed over");
+    }
+};
+
+TEST_F(SecondStart, AnIdleWindowTakesTheFilesAndIsShown)
+{
+    start();
+    window().hide();
+    app().startedAgain({pdf("a.pdf", 1), pdf("b.pdf", 2)});
+    EXPECT_TRUE(window().isVisible());
+    waitForFiles({QStringLiteral("a.pdf"), QStringLiteral("b.pdf")});
+    app().startedAgain({}); // only to be seen
+    EXPECT_FALSE(app().isProcessing());
+}
+
+TEST_F(SecondStart, FilesWaitForTheEndOfAGathering)
+{
+    start();
+    const QStringList first{pdf("a.pdf", 1)};
+    ASSERT_TRUE(drop(first));
+    // The first is not even shown as begun, then it is at work, then it is cancelled: none of it loses a
+    // file.
+    app().startedAgain({pdf("b.pdf", 1)});
+    app().startedAgain({pdf("c.pdf", 1), pdf("d.pdf", 1)});
+    waitFor([this] { return app().isProcessing(); }, "the gathering");
+    app().startedAgain({pdf("e.pdf", 1)});
+    press(window(), "cancelBtn");
+    app().startedAgain({pdf("f.pdf", 1)});
+    waitFor([this] { return names().contains(QStringLiteral("f.pdf")) && !app().isProcessing(); },
+            "the last");
+    for (const char* name : {"b.pdf", "c.pdf", "d.pdf", "e.pdf"})
+        EXPECT_TRUE(names().contains(QLatin1String(name))) << name;
+}
+
+TEST_F(SecondStart, FilesWaitUntilTheSheetIsClosed)
+{
+    start();
+    fill({pdf("a.pdf", 1)});
+    select({0});
+    window().pdfPasswordButton->trigger();
+    QDialog* dialog = openDialog();
+    ASSERT_NE(dialog, nullptr);
+    app().startedAgain({pdf("b.pdf", 1)});
+    QTest::qWait(20);
+    EXPECT_EQ(files().count(), 1) << "the selection the password is for stays as it is";
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    waitForFiles({QStringLiteral("a.pdf"), QStringLiteral("b.pdf")});
+
+    ui().outputFolderPath->setText(outFolder());
+    QTest::mouseClick(ui().convertBtn, Qt::LeftButton);
+    ASSERT_NE(sheet(), nullptr);
+    app().startedAgain({pdf("c.pdf", 1)});
+    waitFor([this] { return app().job().process()->isCompleted(); }, "the job");
+    QTest::qWait(20);
+    EXPECT_EQ(files().count(), 2) << "the sheet shows the list as it was";
+    waitFor(
+        [this] {
+            return sheet()->findChild<QAbstractButton*>(QStringLiteral("closeProcessBtn"))->isEnabled();
+        },
+        "the sheet's end");
+    press(*sheet(), "closeProcessBtn");
+    waitFor([this] { return names().contains(QStringLiteral("c.pdf")); }, "the late file");
+}
+
+/// The program itself, in a home and on a bus of its own.
+class Program : public testing::Test
+{
+  protected:
+    void prepare(QProcess& process, const QStringList& arguments) const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* name :
+             {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
+            environment.insert(QString::fromLatin1(name), scratch_.path(QString()));
+        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus_.address());
+        process.setProcessEnvironment(environment);
+        process.setProgram(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern"));
+        process.setArguments(arguments);
+    }
+
+    Scratch scratch_;
+    PrivateBus bus_;
+};
+
+TEST_F(Program, AnswersItsCommandLine)
+{
+    const struct
+    {
+        QStringList arguments;
+        int status;
+        const char* printed;
+        const char* platform;
+    } rows[] = {
+        {{QStringLiteral("--help")}, 0, "[FILE|FOLDER...]", "no such screen"},
+        {{QStringLiteral("--version")}, 0, "quillfern " QUILLFERN_VERSION "\n", "no such screen"},
+        {{QStringLiteral("-style"), QStringLiteral("fusion"), QStringLiteral("-v")}, 0, "quillfern ", ""},
+        {{QStringLiteral("-platform"), QStringLiteral("offscreen"), QStringLiteral("--frob")},
+         2,
+         "quillfern: Unknown option 'frob'.\nTry quillfern --help.\n",
+         ""},
+    };
+    for (const auto& row : rows) {
+        QProcess process;
+        prepare(process, row.arguments);
+        if (*row.platform) {
+            QProcessEnvironment environment = process.processEnvironment();
+            environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QLatin1String(row.platform));
+            process.setProcessEnvironment(environment);
+        }
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start();
+        ASSERT_TRUE(process.waitForFinished());
+        const QByteArray text = process.readAll();
+        EXPECT_EQ(process.exitCode(), row.status) << text.constData();
+        EXPECT_TRUE(text.contains(row.printed)) << text.constData();
+    }
+}
+
+TEST_F(Program, ASecondStartEndsAndTheFirstRunsOn)
+{
+    const QDBusConnection bus = bus_.connect("watcher");
+    ASSERT_TRUE(bus.isConnected());
+    QProcess first;
+    prepare(first, {});
+    first.start();
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return bus.interface()->isServiceRegistered(QStringLiteral("org.orvane.quillfern")).value(); },
+        30'000));
+    QProcess second;
+    prepare(second, {QStringLiteral("--"), QStringLiteral("-dash.pdf")});
+    second.start();
+    ASSERT_TRUE(second.waitForFinished());
+    EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(second.exitCode(), 0) << second.readAllStandardError().constData();
+    EXPECT_EQ(first.state(), QProcess::Running);
+    first.kill();
+    EXPECT_TRUE(first.waitForFinished());
+}
+
+} // namespace
+} // namespace quillfern
