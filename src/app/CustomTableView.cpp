@@ -1,5 +1,6 @@
 #include "app/CustomTableView.h"
 
+#include "app/TableRows.h"
 #include "filelist/FileListModel.h"
 
 #include <QAction>
@@ -13,24 +14,14 @@ namespace quillfern {
 
 CustomTableView::CustomTableView(QWidget* parent) : QTableView(parent)
 {
-    setSelectionBehavior(SelectRows);
-    setSelectionMode(ExtendedSelection);
+    setUpTable(*this);
     setDragEnabled(true);
     setAcceptDrops(true);
     setDragDropMode(DragDrop);
     setDefaultDropAction(Qt::CopyAction);
     setDropIndicatorShown(false); // a drop adds to the list as a whole, not between rows
-    setShowGrid(false);
-    setAlternatingRowColors(true);
-    setWordWrap(false);
     setTextElideMode(Qt::ElideMiddle);
     setHorizontalScrollMode(ScrollPerPixel);
-    setTabKeyNavigation(false); // or the keyboard would never get out of the table
-    verticalHeader()->hide();
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
-    horizontalHeader()->setHighlightSections(false);
-    horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     horizontalHeader()->setSectionsMovable(true);
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); // files stay in the order they came in
     horizontalHeader()->setSortIndicatorClearable(true);

@@ -1,5 +1,6 @@
 #include "app/ProgressSheet.h"
 
+#include "app/TableRows.h"
 #include "batch/Process.h"
 #include "dialogs/KeyHint.h"
 #include "platform/system/NativePath.h"
@@ -36,16 +37,7 @@ ProgressSheet::ProgressSheet(QWidget* parent) : QDialog(parent), ui_(std::make_u
     setWindowTitle(tr("Stamping Files"));
 
     QTableView& table = *ui_->results;
-    table.setShowGrid(false);
-    table.setWordWrap(false);
-    table.setAlternatingRowColors(true);
-    table.setSelectionBehavior(QAbstractItemView::SelectRows);
-    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table.setTabKeyNavigation(false);
-    table.verticalHeader()->hide();
-    table.verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
-    table.horizontalHeader()->setHighlightSections(false);
-    table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+    setUpTable(table);
     table.horizontalHeader()->setStretchLastSection(true);
 
     setButtonKeyCharacter(*ui_->viewLogBtn, QStringLiteral("l"), QColor());

@@ -31,18 +31,8 @@ StampsController::StampsController(Numbering& number, MainWindow& window, FilePa
 {
     QTableView& table = *window.ui().stampsTableView;
     table.setModel(&model_);
-    table.setSelectionBehavior(QAbstractItemView::SelectRows);
-    table.setSelectionMode(QAbstractItemView::ExtendedSelection);
-    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table.setTabKeyNavigation(false);
-    table.setShowGrid(false);
-    table.setWordWrap(false);
-    table.setAlternatingRowColors(true);
-    table.verticalHeader()->hide();
-    table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + 8);
+    setUpTable(table);
     QHeaderView& header = *table.horizontalHeader();
-    header.setHighlightSections(false);
-    header.setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     header.setStretchLastSection(true);
     header.setMinimumSectionSize(24);
     table.setColumnWidth(StampsModel::IsSelectedColumn, 28);

@@ -1,9 +1,31 @@
 #include "app/TableRows.h"
 
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <algorithm>
 
 namespace quillfern {
+
+namespace {
+
+constexpr int rowPadding = 8; ///< above and below a row's text, together
+
+} // namespace
+
+void setUpTable(QTableView& table)
+{
+    table.setSelectionBehavior(QAbstractItemView::SelectRows);
+    table.setSelectionMode(QAbstractItemView::ExtendedSelection);
+    table.setTabKeyNavigation(false); // or the keyboard would never get out of the table
+    table.setShowGrid(false);
+    table.setAlternatingRowColors(true);
+    table.setWordWrap(false);
+    table.verticalHeader()->hide();
+    table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + rowPadding);
+    table.horizontalHeader()->setHighlightSections(false);
+    table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+}
 
 std::vector<int> selectedRows(const QAbstractItemView& view)
 {
