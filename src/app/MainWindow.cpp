@@ -346,10 +346,13 @@ void MainWindow::fitIn()
     use(ui_->removeStampButton, removeStamp);
     use(ui_->moveStampUpButton, moveStampUp);
     use(ui_->moveStampDownButton, moveStampDown);
-    ui_->textStampButton->setIcon(textStamp->icon());
-    ui_->imageStampButton->setIcon(imageStamp->icon());
-    ui_->convertBtn->setIcon(convert->icon());
-    ui_->outputFolderButton->setIcon(themedIcon(QStringLiteral("browse")));
+    // From right to left, Qt 6.4 pushes a title beside a picture against the button's border.
+    if (!isRightToLeft()) {
+        ui_->textStampButton->setIcon(textStamp->icon());
+        ui_->imageStampButton->setIcon(imageStamp->icon());
+        ui_->convertBtn->setIcon(convert->icon());
+        ui_->outputFolderButton->setIcon(themedIcon(QStringLiteral("browse")));
+    }
     ui_->splitter->setStretchFactor(0, 1);
     ui_->splitter->setStretchFactor(1, 0);
 }
