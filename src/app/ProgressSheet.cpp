@@ -38,6 +38,7 @@ ProgressSheet::ProgressSheet(QWidget* parent) : QDialog(parent), ui_(std::make_u
 
     QTableView& table = *ui_->results;
     setUpTable(table);
+    table.setTextElideMode(Qt::ElideMiddle); // a remark begins with what failed and ends with why
     table.horizontalHeader()->setStretchLastSection(true);
 
     setButtonKeyCharacter(*ui_->viewLogBtn, QStringLiteral("l"), QColor());
