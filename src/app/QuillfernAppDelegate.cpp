@@ -88,7 +88,6 @@ void QuillfernAppDelegate::awakeFromNib()
     PropertyChanged(number);
     stampsController_->selectFirstStamp();
     ui.mainTableView->setFocus();
-    settingsAtStart_ = settings_.getData();
 }
 
 void QuillfernAppDelegate::markKeyCharacters()
@@ -362,11 +361,7 @@ void QuillfernAppDelegate::applicationShouldTerminate()
 {
     endEditing();
     memory_.remember(*window_);
-    // Another instance may have saved its own meanwhile: who changed nothing has nothing to say.
-    if (services_.defaults.value(QStringLiteral("SETTINGS")) && settings_.getData() == settingsAtStart_)
-        guarded("Error in (Settings=>synchronize) : %@", [this] { services_.defaults.flush(); });
-    else
-        settings_.synchronize();
+    settings_.synchronize();
 }
 
 void QuillfernAppDelegate::applicationShouldHandleReopen()

@@ -117,7 +117,6 @@ class QuillfernAppDelegate final : public QObject,
     bool isJobRunning_ = false;
     IncludeSubfolders includeSubfolders_;
     WindowMemory memory_;
-    std::optional<Record> settingsAtStart_;
     QPointer<QWidget> focusBeforeBusy_; ///< had the keyboard when the window became busy
     std::unique_ptr<FilesController> filesController_;
     std::unique_ptr<StampsController> stampsController_;

@@ -85,20 +85,20 @@ TEST_F(StartUp, ATypedFolderBecomesAWholePath)
     EXPECT_TRUE(app().settings().isSetCurrentAsDefaultOutputFolderPath) << "emptied only to type another";
 }
 
-TEST_F(StartUp, WhoChangedNothingSavesNothingOverAnothersSettings)
+TEST_F(StartUp, WhatWasChangedBackIsSavedAsWell)
 {
     start();
-    number().setStartNumber(5);
     quit();
     start();
-    {
-        Settings other(&defaults); // another instance, which saves while this one runs
-        other.number->setStartNumber(6);
-        other.synchronize();
-    }
+    panels.answers = {QStringList{outFolder()}, QStringList{outFolder()}};
+    ui().settingTabView->setCurrentIndex(2);
+    press(window(), "outputFolderButton");
+    press(window(), "setCurrentAsDefaultOutputFolderPathBtn");
+    press(window(), "outputFolderButton"); // saves everything at once
+    ui().outputFolderPath->clear();
     quit();
     start();
-    EXPECT_EQ(number().startNumber(), 6);
+    EXPECT_EQ(ui().outputFolderPath->text(), QString());
 }
 
 TEST_F(StartUp, TheHintLettersPressTheirButtons)
