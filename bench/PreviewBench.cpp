@@ -6,8 +6,8 @@
 #include "platform/drawing/FontCatalog.h"
 #include "platform/drawing/TextShaper.h"
 #include "platform/pdf/PdfDocument.h"
-#include "platform/preview/PageImageCache.h"
-#include "platform/preview/RenderProcess.h"
+#include "platform/pageimages/PageImageCache.h"
+#include "platform/pageimages/RenderProcess.h"
 #include "stamps/TextStamp.h"
 
 #include <QElapsedTimer>

@@ -8,7 +8,7 @@
 #include "platform/desktop/FreedesktopServices.h"
 #include "platform/desktop/SingleInstance.h"
 #include "platform/drawing/FontCatalog.h"
-#include "platform/preview/RenderProcess.h"
+#include "platform/pageimages/RenderProcess.h"
 #include "platform/store/PlistDefaultsStore.h"
 #include "platform/system/NativePath.h"
 

@@ -2,7 +2,7 @@
 
 #include "config/PreviewModel.h"
 #include "platform/drawing/TextShaper.h"
-#include "platform/preview/BackgroundPages.h"
+#include "platform/pageimages/BackgroundPages.h"
 
 #include <QTimer>
 #include <QVariantAnimation>

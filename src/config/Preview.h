@@ -1,7 +1,7 @@
 #pragma once
 
 #include "config/Numbering.h"
-#include "platform/preview/PageImage.h"
+#include "platform/pageimages/PageImage.h"
 
 #include <QImage>
 

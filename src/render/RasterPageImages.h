@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/preview/PageImage.h"
+#include "platform/pageimages/PageImage.h"
 
 namespace quillfern {
 

@@ -1,4 +1,4 @@
-#include "platform/preview/RenderReply.h"
+#include "platform/pageimages/RenderReply.h"
 #include "platform/system/NativePath.h"
 #include "render/PdfPageImages.h"
 #include "render/RasterPageImages.h"

@@ -2,7 +2,7 @@
 
 #include "config/PreviewModel.h"
 #include "platform/drawing/TextShaper.h"
-#include "platform/preview/RenderProcess.h"
+#include "platform/pageimages/RenderProcess.h"
 #include "platform/store/AtomicFile.h"
 #include "platform/store/PropertyList.h"
 #include "platform/system/Failure.h"

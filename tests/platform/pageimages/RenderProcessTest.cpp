@@ -1,6 +1,6 @@
-#include "platform/preview/RenderProcess.h"
+#include "platform/pageimages/RenderProcess.h"
 
-#include "platform/preview/PageImageCache.h"
+#include "platform/pageimages/PageImageCache.h"
 #include "platform/system/NativePath.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"

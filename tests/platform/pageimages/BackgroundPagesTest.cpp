@@ -1,4 +1,4 @@
-#include "platform/preview/BackgroundPages.h"
+#include "platform/pageimages/BackgroundPages.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

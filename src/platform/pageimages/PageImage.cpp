@@ -1,4 +1,4 @@
-#include "platform/preview/PageImage.h"
+#include "platform/pageimages/PageImage.h"
 
 #include <algorithm>
 #include <cmath>

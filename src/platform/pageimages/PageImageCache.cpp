@@ -1,4 +1,4 @@
-#include "platform/preview/PageImageCache.h"
+#include "platform/pageimages/PageImageCache.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "platform/preview/RenderProcess.h"
+#include "platform/pageimages/RenderProcess.h"
 
-#include "platform/preview/RenderReply.h"
+#include "platform/pageimages/RenderReply.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/LogLine.h"
 #include "platform/system/NativePath.h"

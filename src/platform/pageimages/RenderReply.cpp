@@ -1,4 +1,4 @@
-#include "platform/preview/RenderReply.h"
+#include "platform/pageimages/RenderReply.h"
 
 #include <cmath>
 #include <cstring>
