@@ -2,12 +2,13 @@
 //     bench_preview FILE.pdf [RUNS]
 // Prints medians in milliseconds. bench/preview.py makes a long document and runs this.
 
+#include "config/Numbering.h"
 #include "config/Preview.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/drawing/TextShaper.h"
-#include "platform/pdf/PdfDocument.h"
 #include "platform/pageimages/PageImageCache.h"
 #include "platform/pageimages/RenderProcess.h"
+#include "platform/pdf/PdfDocument.h"
 #include "stamps/TextStamp.h"
 
 #include <QElapsedTimer>
@@ -73,8 +74,9 @@ int main(int argc, char** argv)
     TextShaper shaper;
     RenderProcess renderer(RenderProcess::installedProgram());
     PageImageCache cache(renderer);
-    Preview cached(number, shaper, cache);
-    Preview fresh(number, shaper, renderer);
+    const JobConfiguration job = number.configuration();
+    Preview cached(shaper, cache);
+    Preview fresh(shaper, renderer);
     const auto live = [&](int page) { return Preview::LivePage{path, 0, page, {pages}, 0}; };
     const QSizeF box(600, 850);
     const auto poppler = [&](int page) {
@@ -100,11 +102,11 @@ int main(int argc, char** argv)
         const QString screen = density > 1 ? QStringLiteral(" (screen of density 2)") : QString();
         print(QStringLiteral("sample page") + screen, median(runs, [&](int run) {
                   number.setStartNumber(run + 2); // another text every time, as when someone types
-                  return !cached.preview2(4, view).isNull();
+                  return !cached.preview2(job, 4, view).isNull();
               }));
         print(QStringLiteral("live page from the cache") + screen, median(runs, [&](int run) {
                   number.setStartNumber(run + 2);
-                  return !cached.previewLive(live(1), view).isNull();
+                  return !cached.previewLive(job, live(1), view).isNull();
               }));
     }
     for (const int page : {1, pages}) {
@@ -112,7 +114,7 @@ int main(int argc, char** argv)
         if (!renderer.page({path, page - 1, box, 1})) qFatal("the page cannot be shown");
         print(QStringLiteral("live page %1, first time").arg(page), median(runs, [&](int) {
                   // The sample page, which would stand in for a page that failed, is as wide as the view.
-                  return fresh.previewLive(live(page), view).devicePixelRatio() != 1.0;
+                  return fresh.previewLive(job, live(page), view).devicePixelRatio() != 1.0;
               }));
         print(QStringLiteral("pdftoppm, page %1").arg(page),
               median(runs, [&](int) { return poppler(page); }));

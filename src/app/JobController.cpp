@@ -1,6 +1,6 @@
 #include "app/JobController.h"
 
-#include "batch/JobPlan.h"
+#include "batch/Job.h"
 #include "platform/system/Guarded.h"
 
 #include <QCoreApplication>
@@ -47,10 +47,10 @@ void JobController::combine()
     bool isBusy = false;
     guarded("Error in (combine) : %@", [&] {
         window_.endEditing();
-        process_ = std::make_unique<Process>(services_, settings_, *this);
-        process_->setIsCombining(true);
-        if (const auto problem = outputFolderProblem(settings_.outputFolderPath)) {
-            alerts_.critical(&parent_, *problem);
+        try {
+            requireOutputFolder(settings_.outputFolderPath);
+        } catch (const Failure& failure) {
+            alerts_.critical(&parent_, failure.reasons().shown);
             window_.selectSettingsTab(outputTab);
             window_.focusOutputFolder();
             return;
@@ -61,13 +61,14 @@ void JobController::combine()
         window_.startProcess();
         window_.resetViewForProcess(false);
         window_.jobIsRunning(true);
-        launch(planJob(*process_, files_.copies(), settings_));
+        launch(planJob(files_.copies(), settings_));
     });
     if (isBusy && !isSheetShown_) backToIdle(); // nothing was started
 }
 
-void JobController::launch(std::int64_t totalPages)
+void JobController::launch(Job job)
 {
+    process_ = std::make_unique<Process>(services_, std::move(job), *this);
     if (!processViewPanel_) {
         processViewPanel_ = std::make_unique<ProgressSheet>(&parent_);
         connect(processViewPanel_.get(), &ProgressSheet::cancelRequested, this,
@@ -83,7 +84,7 @@ void JobController::launch(std::int64_t totalPages)
         pages.push_back(item->pages());
     processViewPanel_->follow(*process_, pages);
     isSheetShown_ = true;
-    worker_.reset(QThread::create([process = process_.get(), totalPages] { process->start(totalPages); }));
+    worker_.reset(QThread::create([process = process_.get()] { process->start(); }));
     connect(worker_.get(), &QThread::finished, this, &JobController::completed);
     worker_->start();
     processViewPanel_->open();
@@ -94,9 +95,9 @@ void JobController::updateTimeTakenLabel(const QString& text)
     window_.updateTimeTakenLabel(text);
 }
 
-void JobController::outputFinished(const LogFiles& record, const QString& note)
+void JobController::outputFinished(const LogFiles& record)
 {
-    processViewPanel_->outputFinished(record, note);
+    processViewPanel_->outputFinished(record);
 }
 
 void JobController::completed()

@@ -63,8 +63,8 @@ class JobController final : public QObject, public ProcessObserver
   private:
     void leave();
     void updateTimeTakenLabel(const QString& text) override;
-    void outputFinished(const LogFiles& record, const QString& note) override;
-    void launch(std::int64_t totalPages);
+    void outputFinished(const LogFiles& record) override;
+    void launch(Job job);
     void completed();
     void backToIdle();
 

@@ -6,20 +6,32 @@ namespace quillfern {
 
 namespace {
 
-QString iconName(const QString& status)
+QString iconName(FileStatus status)
 {
-    if (status == QLatin1String("Completed")) return QStringLiteral("done");
-    if (status == QLatin1String("No Pages")) return QStringLiteral("no-pages");
-    return QStringLiteral("failed");
+    switch (status) {
+    case FileStatus::Created:
+    case FileStatus::CreatedNothing:
+        return QStringLiteral("done");
+    case FileStatus::NoPages:
+        return QStringLiteral("no-pages");
+    default:
+        return QStringLiteral("failed");
+    }
 }
 
-QString shownStatus(const QString& status)
+QString shownStatus(FileStatus status)
 {
-    // A job that was stopped leaves the file it was about to begin without a word.
-    if (status.isEmpty()) return JobResultsModel::tr("Cancelled");
-    if (status == QLatin1String("Completed")) return JobResultsModel::tr("Completed");
-    if (status == QLatin1String("No Pages")) return JobResultsModel::tr("No Pages");
-    return JobResultsModel::tr("Failed"); // or the reason, which the remark tells as well
+    switch (status) {
+    case FileStatus::Created:
+    case FileStatus::CreatedNothing:
+        return JobResultsModel::tr("Completed");
+    case FileStatus::NoPages:
+        return JobResultsModel::tr("No Pages");
+    case FileStatus::Cancelled:
+        return JobResultsModel::tr("Cancelled");
+    default:
+        return JobResultsModel::tr("Failed"); // the remark says why
+    }
 }
 
 } // namespace
@@ -46,7 +58,8 @@ QVariant JobResultsModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid()) return {};
     const Row& row = rows_[static_cast<std::size_t>(index.row())];
-    if (role == Qt::DecorationRole && index.column() == StatusColumn) return themedIcon(iconName(row.status));
+    if (role == Qt::DecorationRole && index.column() == StatusColumn)
+        return themedIcon(iconName(row.outcome.status));
     if (role == Qt::TextAlignmentRole && index.column() == PagesColumn)
         return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter));
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
@@ -56,9 +69,9 @@ QVariant JobResultsModel::data(const QModelIndex& index, int role) const
     case PagesColumn:
         return row.pages;
     case StatusColumn:
-        return shownStatus(row.status);
+        return shownStatus(row.outcome.status);
     case NoteColumn:
-        return row.note;
+        return row.outcome.remark ? row.outcome.remark->shown : QString();
     default:
         return {};
     }

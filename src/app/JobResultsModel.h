@@ -21,8 +21,7 @@ class JobResultsModel final : public QAbstractTableModel
     {
         QString file;
         std::int32_t pages;
-        QString status; ///< as in the log
-        QString note;   ///< says in words what the status does not; often empty
+        FileOutcome outcome;
     };
     /// Many rows at once cost little more than one.
     void append(const std::vector<Row>& rows);

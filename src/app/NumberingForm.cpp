@@ -122,11 +122,11 @@ void NumberingForm::refresh()
     for (const auto& show : show_)
         show();
     ui_.pageRange->setCurrentIndex(ui_.pageRange->findData(number_.pageRange())); // none for an odd value
-    ui_.unitsPopup->setCurrentIndex(ui_.unitsPopup->findData(number_.marginUnit));
+    ui_.unitsPopup->setCurrentIndex(ui_.unitsPopup->findData(number_.marginUnit()));
     ui_.isContinuousNumbering->setChecked(number_.isContinuousNumbering());
     ui_.isHighlightStamp->setChecked(number_.isHighlightStamp());
     ui_.isLivePreview->setChecked(number_.isLivePreview());
-    ui_.isMarginInPercentage->setChecked(number_.isMarginInPercentage);
+    ui_.isMarginInPercentage->setChecked(number_.isMarginInPercentage());
 }
 
 void NumberingForm::unitChanged()
@@ -140,7 +140,7 @@ void NumberingForm::unitChanged()
 void NumberingForm::isMarginPercentageChanged(bool inPercentage)
 {
     guarded("Error in [isMarginPercentageChanged:] : %@", [&] {
-        number_.isMarginInPercentage = inPercentage;
+        number_.setIsMarginInPercentage(inPercentage);
         margins_.isMarginPercentageChanged(previewSize_());
         refresh();
     });

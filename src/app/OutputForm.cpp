@@ -18,7 +18,8 @@ OutputForm::OutputForm(Ui::MainWindow& ui, Settings& settings, FilePanels& panel
     bind(*ui.setCurrentAsDefaultOutputFolderPathBtn, settings.isSetCurrentAsDefaultOutputFolderPath);
     bind(*ui.openFolderAfterConversionBtn, settings.isOpenFolderAfterConversion);
     bind(*ui.isClearProcessedFiles, settings.isClearProcessedFiles);
-    bind(*ui.isBackupFile, settings.number->isBackupFile);
+    connect(ui.isBackupFile, &QCheckBox::toggled, this,
+            [this](bool on) { settings_.number->setIsBackupFile(on); });
     connect(ui.outputFolderPath, &QLineEdit::textChanged, this, &OutputForm::setOutputFolderPath);
     connect(ui.outputFolderPath, &QLineEdit::editingFinished, this, &OutputForm::completeTypedFolder);
     connect(ui.pdfOpenPassword, &QLineEdit::textChanged, this,
@@ -36,7 +37,7 @@ void OutputForm::refresh()
     show(*ui_.setCurrentAsDefaultOutputFolderPathBtn, settings_.isSetCurrentAsDefaultOutputFolderPath);
     show(*ui_.openFolderAfterConversionBtn, settings_.isOpenFolderAfterConversion);
     show(*ui_.isClearProcessedFiles, settings_.isClearProcessedFiles);
-    show(*ui_.isBackupFile, settings_.number->isBackupFile);
+    show(*ui_.isBackupFile, settings_.number->isBackupFile());
     const auto showText = [](QLineEdit& field, const std::optional<QString>& text) {
         const QSignalBlocker blocker(field);
         if (field.text() != text.value_or(QString())) field.setText(text.value_or(QString()));

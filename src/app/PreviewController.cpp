@@ -15,7 +15,7 @@ PreviewController::PreviewController(Numbering& number, PreviewPane& pane,
                                      std::unique_ptr<PageImageSource> pages,
                                      std::function<PreviewState()> state)
     : number_(number), pane_(pane), state_(std::move(state)), pages_(std::move(pages)),
-      preview_(number, shaper_, pages_), model_(number, preview_)
+      preview_(shaper_, pages_), model_(preview_)
 {
     connect(&pages_, &BackgroundPages::ready, this, &PreviewController::render);
     animation_.setDuration(moveMs);
@@ -40,7 +40,7 @@ void PreviewController::render()
     state.size = viewSize();
     state.density = pane_.devicePixelRatioF();
     if (state.size.width() < 1 || state.size.height() < 1) return;
-    const std::optional<QImage> image = model_.PropertyChanged(state);
+    const std::optional<QImage> image = model_.PropertyChanged(number_.configuration(), state);
     if (!image) return;
     const bool isPageAsked = number_.isLivePreview() && state.selectedFile >= 0;
     const bool isWaiting = isPageAsked && pages_.isPending();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/Numbering.h"
 #include "config/PreviewModel.h"
 #include "platform/drawing/TextShaper.h"
 #include "platform/pageimages/BackgroundPages.h"

@@ -85,12 +85,12 @@ void ProgressSheet::follow(const Process& process, const std::vector<std::int32_
     poll_.start();
 }
 
-void ProgressSheet::outputFinished(const LogFiles& record, const QString& note)
+void ProgressSheet::outputFinished(const LogFiles& record)
 {
     // The worker waits for this call: a row is shown with others, a few times a second.
     if (finished_ < pages_.size()) finishedPages_ += std::max(pages_[finished_], 0);
     ++finished_;
-    unshown_.push_back({readableName(record.filename), record.pages, record.status, note});
+    unshown_.push_back({readableName(record.filename), record.pages, record.outcome});
     if (process_) processedBefore_ = process_->totalPagesProcessed();
 }
 

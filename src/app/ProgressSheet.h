@@ -30,7 +30,7 @@ class ProgressSheet final : public QDialog
     /// what is shown of it: until forget().
     void follow(const Process& process, const std::vector<std::int32_t>& pages);
     /// One output is done; called in their order.
-    void outputFinished(const LogFiles& record, const QString& note);
+    void outputFinished(const LogFiles& record);
     /// The job has come to its end: the result is shown and the sheet can be closed.
     void showCompleted();
     /// The user asked the job to stop.

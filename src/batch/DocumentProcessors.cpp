@@ -2,7 +2,6 @@
 
 #include "batch/PdfProcessor.h"
 #include "batch/TiffProcessor.h"
-#include "config/Numbering.h"
 #include "platform/drawing/TextShaper.h"
 #include "platform/pdf/PdfWriter.h"
 
@@ -13,28 +12,22 @@ namespace {
 class StampingProcessors final : public DocumentProcessors
 {
   public:
-    StampingProcessors(Numbering& number, const PageProgress& progress)
-        : pdf_(number, shaper_, writer_, progress), tiff_(number, shaper_, progress)
+    explicit StampingProcessors(const JobConfiguration& job)
+        : pdf_(job, shaper_, writer_), tiff_(job, shaper_)
     {
     }
 
-    bool processPDF(const QString& source, const QString& target, const QString& password,
-                    std::int64_t totalPages) override
+    FileOutcome processPDF(const QString& source, const QString& target, const QString& password,
+                           JobRun& run) override
     {
-        const bool done = pdf_.processPDF(source, target, password, totalPages);
-        problem_ = pdf_.lastProblem();
-        return done;
+        return pdf_.processPDF(source, target, password, run);
     }
 
-    bool processTIFF(const QString& source, const QString& target, std::int64_t totalPages,
-                     std::int32_t compression) override
+    FileOutcome processTIFF(const QString& source, const QString& target, JobRun& run,
+                            std::int32_t compression) override
     {
-        const bool done = tiff_.processTIFF(source, target, totalPages, compression);
-        problem_ = tiff_.lastProblem();
-        return done;
+        return tiff_.processTIFF(source, target, run, compression);
     }
-
-    [[nodiscard]] QString lastProblem() const override { return problem_; }
 
   private:
     // One shaper for the whole run: a template is laid out once, not once a document.
@@ -42,14 +35,13 @@ class StampingProcessors final : public DocumentProcessors
     RewritingPdfWriter writer_;
     PdfProcessor pdf_;
     TiffProcessor tiff_;
-    QString problem_;
 };
 
 } // namespace
 
-std::unique_ptr<DocumentProcessors> makeDocumentProcessors(Numbering& number, PageProgress progress)
+std::unique_ptr<DocumentProcessors> makeDocumentProcessors(const JobConfiguration& job)
 {
-    return std::make_unique<StampingProcessors>(number, progress);
+    return std::make_unique<StampingProcessors>(job);
 }
 
 } // namespace quillfern

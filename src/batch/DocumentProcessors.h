@@ -1,5 +1,9 @@
 #pragma once
 
+#include "batch/FileOutcome.h"
+#include "batch/JobRun.h"
+#include "config/JobConfiguration.h"
+
 #include <QString>
 #include <cstdint>
 #include <functional>
@@ -7,36 +11,27 @@
 
 namespace quillfern {
 
-class Numbering;
-
-/// The two ways from one source document to one stamped output document. Made and used on the job's worker
-/// thread. Both advance the configuration's running number and nothing else of it.
+/// The two ways from one source document to one stamped output document. Made and used on one thread. Both
+/// advance the run that they are handed and change nothing else of the job.
 class DocumentProcessors
 {
   public:
     virtual ~DocumentProcessors() = default;
 
-    /// Stamps a PDF file. True when the source existed and nothing failed on the way; so also for a file that
-    /// cannot be opened as a PDF, which gives no output.
-    virtual bool processPDF(const QString& source, const QString& target, const QString& password,
-                            std::int64_t totalPages) = 0;
-    /// Stamps any other file into a multi-page TIFF. True only when the output was written.
-    virtual bool processTIFF(const QString& source, const QString& target, std::int64_t totalPages,
-                             std::int32_t compression) = 0;
-
-    /// Why the last document failed, or gave no output, in words for people; empty when it went well.
-    [[nodiscard]] virtual QString lastProblem() const = 0;
+    /// Stamps a PDF file. A file that cannot be opened as a PDF creates nothing and has not failed.
+    [[nodiscard]] virtual FileOutcome processPDF(const QString& source, const QString& target,
+                                                 const QString& password, JobRun& run) = 0;
+    /// Stamps any other file into a multi-page TIFF. `compression` is the TIFF code for the output; on pages
+    /// that it does not suit LZW takes its place.
+    [[nodiscard]] virtual FileOutcome processTIFF(const QString& source, const QString& target, JobRun& run,
+                                                  std::int32_t compression) = 0;
 };
 
-/// Called after every page of a document, on the worker thread.
-using PageProgress = std::function<void()>;
-
-/// Makes the processors for one run; called on its worker thread.
+/// Makes the processors of a job; called on the thread that is to use them. The configuration outlives them.
 using DocumentProcessorsFactory =
-    std::function<std::unique_ptr<DocumentProcessors>(Numbering& number, PageProgress progress)>;
+    std::function<std::unique_ptr<DocumentProcessors>(const JobConfiguration& job)>;
 
 /// The real ones.
-[[nodiscard]] std::unique_ptr<DocumentProcessors> makeDocumentProcessors(Numbering& number,
-                                                                         PageProgress progress);
+[[nodiscard]] std::unique_ptr<DocumentProcessors> makeDocumentProcessors(const JobConfiguration& job);
 
 } // namespace quillfern

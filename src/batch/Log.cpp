@@ -29,6 +29,24 @@ QString xmlText(QString text)
 
 } // namespace
 
+QString statusWord(const FileOutcome& outcome)
+{
+    switch (outcome.status) {
+    case FileStatus::Created:
+    case FileStatus::CreatedNothing:
+        return QStringLiteral("Completed");
+    case FileStatus::NoPages:
+        return QStringLiteral("No Pages");
+    case FileStatus::Failed:
+        return QStringLiteral("Failed");
+    case FileStatus::Refused:
+        return outcome.remark ? outcome.remark->logged : QString();
+    case FileStatus::Cancelled:
+        return {};
+    }
+    return {};
+}
+
 Log::Log(const Clock& clock, const Folders& folders)
     : startTime(clock.now()), endTime(startTime), folders_(folders)
 {
@@ -51,7 +69,7 @@ QByteArray Log::document(const QLocale& locale) const
         xml.writeStartElement(QStringLiteral("Files"));
         attribute("FileName", output.filename);
         attribute("TargetPath", output.targetPath);
-        attribute("Status", output.status);
+        attribute("Status", statusWord(output.outcome));
         attribute("Pages", QString::number(output.pages));
         for (const LogFile& page : output.logFiles) {
             xml.writeEmptyElement(QStringLiteral("File"));

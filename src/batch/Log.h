@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/FileOutcome.h"
 #include "platform/system/Clock.h"
 #include "platform/system/Folders.h"
 
@@ -26,10 +27,14 @@ struct LogFiles
 {
     QString filename;   ///< the output's file name
     QString targetPath; ///< the folder it is in
-    QString status;     ///< "Completed", "Failed", "No Pages" or the reason of a failure
-    std::int32_t pages = 0;
+    FileOutcome outcome;
+    std::int32_t pages = 0; ///< of the source, as the list counted them
     std::vector<LogFile> logFiles;
 };
+
+/// The word for an outcome in the log: "Completed", "Failed", "No Pages", the reason of a file that was
+/// refused, or nothing for one that was not begun. English.
+[[nodiscard]] QString statusWord(const FileOutcome& outcome);
 
 /// What a job produced. Filled and saved by the job's worker; the path may be read when the job has
 /// completed.

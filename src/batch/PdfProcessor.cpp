@@ -1,81 +1,65 @@
 #include "batch/PdfProcessor.h"
 
-#include "batch/PageSelection.h"
+#include "batch/DocumentInWork.h"
 #include "batch/TargetPreparation.h"
-#include "config/Margins.h"
+#include "config/PageArea.h"
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
-#include "platform/system/FileFacts.h"
 #include "platform/system/Folders.h"
-#include "platform/system/Guarded.h"
+#include "platform/system/LogLine.h"
 #include "stamps/PageCompositor.h"
 
 namespace quillfern {
 
-bool PdfProcessor::processPDF(const QString& source, const QString& target, const QString&,
-                              std::int64_t totalPages)
+FileOutcome PdfProcessor::processPDF(const QString& source, const QString& target, const QString&,
+                                     JobRun& run)
 {
-    problem_.clear();
-    if (fileKind(source) == FileKind::Missing) {
-        problem_ = Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is not there any more")).shown;
-        return false;
-    }
-    bool done = false;
-    try {
-        done = stamp(source, target, totalPages);
-    } catch (...) {
-        const Reason reason = currentReason();
-        problem_ = reason.shown;
-        logLine(failureLine("Error in [processPDF:] : %@", reason.logged));
-    }
-    number_.cancelUpdate();
-    return done;
+    return processDocument("Error in [processPDF:] : %@", source, run,
+                           [&] { return stamp(source, target, run); });
 }
 
-bool PdfProcessor::stamp(const QString& source, const QString& target, std::int64_t totalPages)
+FileOutcome PdfProcessor::stamp(const QString& source, const QString& target, JobRun& run)
 {
-    const QString path = prepareTarget(source, target, number_.isBackupFile);
-    number_.beginUpdate();
+    const QString path = prepareTarget(source, target, job_.isBackupFile);
     std::unique_ptr<PdfDocument> document;
     try {
         document = PdfDocument::open(source);
     } catch (const Failure& failure) {
         // Counts as processed, and nothing is written.
-        problem_ =
-            Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "no output: %1"), {failure.reasons().shown})
-                .shown;
         logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2").arg(source, failure.reason()));
-        return true;
+        return FileOutcome::without(
+            FileStatus::CreatedNothing,
+            Reason::quoting(QT_TRANSLATE_NOOP("quillfern::Failure", "no output: %1"), failure.reasons()));
     }
     document->setCreator(getAppTitle());
-    document->keepFirstPages(stampPages(*document, totalPages));
+    const int pages = stampPages(*document, run);
+    document->keepFirstPages(pages);
     AtomicFile file(path);
     document->save(writer_, file);
     file.commit();
-    return true;
+    return {FileStatus::Created, std::nullopt, pages, run.numbers()};
 }
 
-int PdfProcessor::stampPages(PdfDocument& document, std::int64_t totalPages)
+int PdfProcessor::stampPages(PdfDocument& document, JobRun& run)
 {
-    const PageCompositor compositor(number_.stamps, shaper_);
-    const Margins margins(number_);
+    const PageCompositor compositor(job_.stamps, shaper_);
     const int count = document.pageCount();
-    const std::int64_t total = totalPages > 0 ? totalPages : count;
+    const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
     for (int i = 1; i <= count; ++i) {
-        if (!number_.isUpdating()) return i - 1; // told to stop: the pages done so far make the document
-        if (isInPageRange(number_, i)) {
-            if (hasChosenParity(number_, i)) {
+        if (!run.isUpdating()) return i - 1; // the pages done so far make the document
+        if (isInPageRange(job_, i)) {
+            if (hasChosenParity(job_, i)) {
                 const auto page = document.stampPage(i - 1, shaper_);
-                const QRectF area = margins.lengthRect(document.pageSize(i - 1));
-                compositor.drawPDFNumber(*page, area, number_.numberCounter, total);
+                const QRectF area = lengthRect(job_, document.pageSize(i - 1));
+                compositor.drawPDFNumber(*page, area, run.stamps(), total);
                 page->finish();
-                number_.numberCounter += number_.numberSteps();
+                run.numberUsed();
             } else {
                 document.blankPage(i - 1);
             }
         }
-        if (progress_) progress_();
+        run.pageDone();
     }
     return count;
 }

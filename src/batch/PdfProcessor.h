@@ -1,6 +1,9 @@
 #pragma once
 
-#include "batch/DocumentProcessors.h"
+#include "batch/FileOutcome.h"
+#include "batch/JobRun.h"
+
+#include <QString>
 
 namespace quillfern {
 
@@ -9,31 +12,27 @@ class PdfWriter;
 class TextShaper;
 
 /// Stamps one PDF file: pages outside the range stay as they are, pages inside it are stamped or, where the
-/// parity is not the chosen one, left blank. Used on the job's worker thread.
+/// parity is not the chosen one, left blank. Used on the shaper's thread.
 class PdfProcessor
 {
   public:
-    PdfProcessor(Numbering& number, TextShaper& shaper, const PdfWriter& writer, PageProgress progress)
-        : number_(number), shaper_(shaper), writer_(writer), progress_(std::move(progress))
+    /// All are borrowed and must outlive the processor.
+    PdfProcessor(const JobConfiguration& job, TextShaper& shaper, const PdfWriter& writer)
+        : job_(job), shaper_(shaper), writer_(writer)
     {
     }
 
-    /// See DocumentProcessors. `password` is not used: a file that needs one is not opened. A total of 0 or
-    /// less stands for the document's own page count.
-    bool processPDF(const QString& source, const QString& target, const QString& password,
-                    std::int64_t totalPages);
-
-    [[nodiscard]] const QString& lastProblem() const { return problem_; }
+    /// See DocumentProcessors. `password` is not used: a file that needs one is not opened.
+    [[nodiscard]] FileOutcome processPDF(const QString& source, const QString& target,
+                                         const QString& password, JobRun& run);
 
   private:
-    bool stamp(const QString& source, const QString& target, std::int64_t totalPages);
-    int stampPages(PdfDocument& document, std::int64_t totalPages);
+    FileOutcome stamp(const QString& source, const QString& target, JobRun& run);
+    int stampPages(PdfDocument& document, JobRun& run);
 
-    Numbering& number_;
+    const JobConfiguration& job_;
     TextShaper& shaper_;
     const PdfWriter& writer_;
-    PageProgress progress_;
-    QString problem_;
 };
 
 } // namespace quillfern

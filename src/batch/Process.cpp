@@ -10,8 +10,8 @@
 
 namespace quillfern {
 
-Process::Process(ProcessServices services, Settings& settings, ProcessObserver& observer)
-    : services_(std::move(services)), settings_(settings), observer_(observer),
+Process::Process(ProcessServices services, Job job, ProcessObserver& observer)
+    : services_(std::move(services)), job_(std::move(job)), observer_(observer),
       log_(services_.clock, services_.folders)
 {
 }
@@ -38,15 +38,15 @@ void Process::viewLog()
 void Process::postLabel()
 {
     const QString text =
-        timeTakenLabel(timeTaken(), totalFileProcessed_, static_cast<int>(outputFiles.size()));
+        timeTakenLabel(timeTaken(), totalFileProcessed_, static_cast<int>(outputFiles().size()));
     services_.mainThread.postAndWait([&] { observer_.updateTimeTakenLabel(text); });
 }
 
 void Process::findCollisions()
 {
-    collisions_.assign(outputFiles.size(), {});
+    collisions_.assign(outputFiles().size(), {});
     std::unordered_map<FileIdentity, QString> inputs;
-    for (const OutputFile& output : outputFiles) {
+    for (const OutputFile& output : outputFiles()) {
         if (!isCombining_) return; // a cancel need not wait until thousands of files were looked at
         for (const FileItem& item : output.fileItems()) {
             const QString path = item.path();
@@ -54,8 +54,8 @@ void Process::findCollisions()
         }
     }
     QHash<QString, QString> writers;
-    for (std::size_t i = 0; i < outputFiles.size() && isCombining_; ++i) {
-        const OutputFile& output = outputFiles[i];
+    for (std::size_t i = 0; i < outputFiles().size() && isCombining_; ++i) {
+        const OutputFile& output = outputFiles()[i];
         if (output.fileItems().empty()) continue;
         const QString own = output.fileItems().back().path();
         const auto present = fileIdentity(output.filename());
@@ -78,7 +78,7 @@ bool isPdf(const FileItem& item)
 
 } // namespace
 
-void Process::start(std::int64_t totalPages)
+void Process::start()
 {
     isCompleted_ = false;
     failed_ = false;
@@ -86,9 +86,11 @@ void Process::start(std::int64_t totalPages)
     write(message_, QString());
     try {
         findCollisions();
-        const auto processors =
-            services_.makeProcessors(*settings_.number, [this] { ++totalPagesProcessed_; });
-        runOutputs(*processors, totalPages);
+        const auto processors = services_.makeProcessors(job_.configuration);
+        JobRun run(job_.configuration, [this] { ++totalPagesProcessed_; });
+        if (job_.configuration.isContinuousNumbering) run.totalPages = job_.totalPages;
+        for (std::size_t i = 0; i < outputFiles().size() && isCombining_; ++i)
+            runOutput(i, *processors, run);
     } catch (...) {
         logLine(failureLine("Error in (Process=>start) : %@", reasonOfCurrentException()));
         failed_ = true;
@@ -96,76 +98,66 @@ void Process::start(std::int64_t totalPages)
     finish();
 }
 
-void Process::runOutputs(DocumentProcessors& processors, std::int64_t listPages)
+void Process::runOutput(std::size_t index, DocumentProcessors& processors, JobRun& run)
 {
-    std::int64_t totalPages = settings_.number->isContinuousNumbering() ? listPages : 0;
-    for (std::size_t i = 0; i < outputFiles.size() && isCombining_; ++i)
-        runOutput(i, processors, totalPages);
-}
-
-void Process::runOutput(std::size_t index, DocumentProcessors& processors, std::int64_t& totalPages)
-{
-    const QFileInfo target(outputFiles[index].filename());
+    const QFileInfo target(outputFiles()[index].filename());
     log_.files.push_back({target.fileName(), target.path(), {}, 0, {}});
     LogFiles& record = log_.files.back();
     write(outputFileInProcess_, target.fileName());
-    note_.clear();
     try {
-        for (const FileItem& item : outputFiles[index].fileItems()) {
+        for (const FileItem& item : outputFiles()[index].fileItems()) {
             if (!isCombining_) break;
-            runItem(item, index, processors, record, totalPages);
+            if (item.pages() > 0) record.pages = item.pages();
+            record.outcome = runItem(item, index, processors, run);
         }
     } catch (...) {
         failed_ = true;
-        const Reason reason = currentReason();
-        record.status = reason.logged;
-        note_ = reason.shown;
-        logLine(failureLine("Error in (Process=>start) : %@", record.status));
+        record.outcome = FileOutcome::without(FileStatus::Refused, currentReason());
+        logLine(failureLine("Error in (Process=>start) : %@", record.outcome.remark->logged));
     }
     write(outputFileInProcess_, QString());
-    const LogFiles copy = record;
-    const QString note = note_;
-    services_.mainThread.postAndWait([&] { observer_.outputFinished(copy, note); });
+    services_.mainThread.postAndWait([&] { observer_.outputFinished(record); });
 }
 
-void Process::runItem(const FileItem& item, std::size_t index, DocumentProcessors& processors,
-                      LogFiles& record, std::int64_t& totalPages)
+namespace {
+
+/// None when the file can be read by now.
+std::optional<Reason> reasonForNoPages(const FileItem& item)
 {
-    if (item.pages() <= 0) {
-        record.status = QStringLiteral("No Pages");
-        note_ = isPdf(item)
-                    ? pdfProblem(item.path())
-                    : Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
-                                               "the file is not there or holds no picture that can be read"))
-                          .shown;
-        return;
-    }
+    if (isPdf(item)) return pdfProblem(item.path());
+    return Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                    "the file is not there or holds no picture that can be read"));
+}
+
+} // namespace
+
+FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentProcessors& processors,
+                             JobRun& run)
+{
+    if (item.pages() <= 0) return {FileStatus::NoPages, reasonForNoPages(item), 0, std::nullopt};
     const Collision& collision = collisions_[index];
     if (!collision.overwritesInput.isEmpty())
         throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure",
                                          "not written: it would overwrite another file of the list, %1"),
                        {collision.overwritesInput}});
-    Numbering& number = *settings_.number;
+    const bool isContinuous = job_.configuration.isContinuousNumbering;
     const QString source = item.path();
-    const QString target = outputFiles[index].filename();
-    record.pages = item.pages();
+    const QString target = outputFiles()[index].filename();
     write(fileInProcess_, item.name());
-    if (!number.isContinuousNumbering()) totalPages = item.pages();
+    if (!isContinuous) run.totalPages = item.pages();
 
-    const bool created = isPdf(item) ? processors.processPDF(source, target, QString(), totalPages)
-                                     : processors.processTIFF(source, target, totalPages, item.compression());
-    if (!number.isContinuousNumbering()) number.reset();
+    FileOutcome outcome = isPdf(item) ? processors.processPDF(source, target, QString(), run)
+                                      : processors.processTIFF(source, target, run, item.compression());
+    if (!isContinuous) run.reset();
     ++totalFileProcessed_;
     postLabel();
-    if (created) ++totalFileCreated_;
-    record.status = created ? QStringLiteral("Completed") : QStringLiteral("Failed");
-    note_ = processors.lastProblem();
-    if (note_.isEmpty() && created && !collision.replacesCopyOf.isEmpty()) {
-        const Reason note(QT_TRANSLATE_NOOP("quillfern::Failure", "replaces the copy of %1"),
-                          {collision.replacesCopyOf});
-        logNotice(QStringLiteral("%1 %2").arg(target, note.logged));
-        note_ = note.shown;
+    if (outcome.countsAsCreated()) ++totalFileCreated_;
+    if (outcome.status == FileStatus::Created && !outcome.remark && !collision.replacesCopyOf.isEmpty()) {
+        outcome.remark = Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "replaces the copy of %1"),
+                                {collision.replacesCopyOf});
+        logNotice(QStringLiteral("%1 %2").arg(target, outcome.remark->logged));
     }
+    return outcome;
 }
 
 QString Process::resultMessage() const
@@ -175,7 +167,7 @@ QString Process::resultMessage() const
             .arg(getAppTitle());
     if (!isCombining_) return tr("Process cancelled!");
     const std::int32_t created = totalFileCreated_;
-    if (static_cast<std::size_t>(created) != outputFiles.size())
+    if (static_cast<std::size_t>(created) != outputFiles().size())
         return tr("Total %1 files processed successfully.").arg(created);
     return tr("All files processed successfully.");
 }
@@ -190,8 +182,7 @@ void Process::finish()
     write(outputFileInProcess_, QString());
     isCombining_ = false;
     postLabel();
-    if (settings_.isOpenFolderAfterConversion && totalFileCreated_ > 0)
-        services_.desktop.open(settings_.outputFolderPath.value_or(QString()));
+    if (job_.isOpenFolderAfterConversion && totalFileCreated_ > 0) services_.desktop.open(job_.outputFolder);
     isCompleted_ = true;
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "batch/DocumentProcessors.h"
+#include "batch/Job.h"
 #include "batch/Log.h"
-#include "batch/OutputFile.h"
-#include "config/Settings.h"
 #include "platform/desktop/DesktopServices.h"
 #include "platform/system/MainThread.h"
 #include "platform/system/TimeTaken.h"
@@ -22,9 +21,8 @@ class ProcessObserver
     virtual ~ProcessObserver() = default;
     /// The text for the label that shows the time and the files done.
     virtual void updateTimeTakenLabel(const QString& text) = 0;
-    /// One output document is done. `note` tells people in their language why it failed, or what else there
-    /// is to know; often empty. The record's texts are those of the log.
-    virtual void outputFinished(const LogFiles&, const QString& note) { static_cast<void>(note); }
+    /// One output document is done, or was left out.
+    virtual void outputFinished(const LogFiles& output) = 0;
 };
 
 /// What a job needs of the outside world; everything outlives the job.
@@ -47,23 +45,26 @@ class Process
     Q_DECLARE_TR_FUNCTIONS(quillfern::Process)
 
   public:
-    /// `settings` and `observer` are not owned and must outlive the job.
-    Process(ProcessServices services, Settings& settings, ProcessObserver& observer);
+    /// `observer` is not owned and must outlive the process.
+    Process(ProcessServices services, Job job, ProcessObserver& observer);
 
-    std::vector<OutputFile> outputFiles; ///< filled before start()
+    /// The planned outputs, in order; they never change.
+    [[nodiscard]] const std::vector<OutputFile>& outputFiles() const { return job_.outputFiles; }
+    [[nodiscard]] const Job& job() const { return job_; }
 
-    /// Runs the whole job on the calling thread. `totalPages` is the page count of the whole list.
-    void start(std::int64_t totalPages);
+    /// Runs the whole job on the calling thread.
+    void start();
     /// Asks the job to stop; it finishes the file it is in.
     void stop() { isCombining_ = false; }
     /// Opens the log with its default application; does nothing before there is one.
     void viewLog();
 
     [[nodiscard]] bool isCombining() const { return isCombining_; } ///< keep running
-    void setIsCombining(bool running) { isCombining_ = running; }
     [[nodiscard]] bool isCompleted() const { return isCompleted_; } ///< message and time are final
-    [[nodiscard]] std::int32_t totalFileSelected() const { return totalFileSelected_; }
-    void setTotalFileSelected(std::int32_t count) { totalFileSelected_ = count; }
+    [[nodiscard]] std::int32_t totalFileSelected() const
+    {
+        return static_cast<std::int32_t>(job_.outputFiles.size());
+    }
     [[nodiscard]] std::int32_t totalFileProcessed() const { return totalFileProcessed_; }
     [[nodiscard]] std::int32_t totalFileCreated() const { return totalFileCreated_; }
     [[nodiscard]] std::int64_t totalPagesProcessed() const { return totalPagesProcessed_; }
@@ -75,10 +76,9 @@ class Process
     [[nodiscard]] const Log& log() const { return log_; }
 
   private:
-    void runOutputs(DocumentProcessors& processors, std::int64_t totalPages);
-    void runOutput(std::size_t index, DocumentProcessors& processors, std::int64_t& totalPages);
-    void runItem(const FileItem& item, std::size_t index, DocumentProcessors& processors, LogFiles& record,
-                 std::int64_t& totalPages);
+    void runOutput(std::size_t index, DocumentProcessors& processors, JobRun& run);
+    [[nodiscard]] FileOutcome runItem(const FileItem& item, std::size_t index, DocumentProcessors& processors,
+                                      JobRun& run);
     void finish();
     void postLabel();
     void findCollisions();
@@ -88,12 +88,11 @@ class Process
     void write(QString& field, const QString& value);
 
     ProcessServices services_;
-    Settings& settings_;
+    const Job job_;
     ProcessObserver& observer_;
 
-    std::atomic<bool> isCombining_ = false;
+    std::atomic<bool> isCombining_ = true;
     std::atomic<bool> isCompleted_ = false;
-    std::atomic<std::int32_t> totalFileSelected_ = 1;
     std::atomic<std::int32_t> totalFileProcessed_ = 0;
     std::atomic<std::int32_t> totalFileCreated_ = 0;
     std::atomic<std::int64_t> totalPagesProcessed_ = 0;
@@ -106,7 +105,6 @@ class Process
 
     Log log_;
     bool failed_ = false; ///< an exception was caught
-    QString note_;        ///< about the output in process
 
     /// Which other document of the job stands in the way of an output.
     struct Collision

@@ -1,14 +1,13 @@
 #include "batch/TiffProcessor.h"
 
-#include "batch/PageSelection.h"
+#include "batch/DocumentInWork.h"
 #include "batch/TargetPreparation.h"
-#include "config/Margins.h"
+#include "config/PageArea.h"
 #include "platform/raster/BilevelPixels.h"
 #include "platform/raster/PageFeed.h"
 #include "platform/raster/RasterWriter.h"
 #include "platform/store/AtomicFile.h"
-#include "platform/system/FileFacts.h"
-#include "platform/system/Guarded.h"
+#include "platform/system/Failure.h"
 #include "stamps/PageCompositor.h"
 
 #include <algorithm>
@@ -38,67 +37,54 @@ QSizeF dotsPerInch(const QImage& image, const QSizeF& points)
 
 } // namespace
 
-bool TiffProcessor::processTIFF(const QString& source, const QString& target, std::int64_t totalPages,
-                                std::int32_t compression)
+FileOutcome TiffProcessor::processTIFF(const QString& source, const QString& target, JobRun& run,
+                                       std::int32_t compression)
 {
-    problem_.clear();
-    if (fileKind(source) == FileKind::Missing) {
-        problem_ = Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is not there any more")).shown;
-        return false;
-    }
-    bool done = false;
-    try {
-        done = stamp(source, target, totalPages, compression);
-    } catch (...) {
-        const Reason reason = currentReason();
-        problem_ = reason.shown;
-        logLine(failureLine("Error in [processTIFF:] : %@", reason.logged));
-    }
-    number_.cancelUpdate();
-    return done;
+    return processDocument("Error in [processTIFF:] : %@", source, run,
+                           [&] { return stamp(source, target, run, compression); });
 }
 
-bool TiffProcessor::stamp(const QString& source, const QString& target, std::int64_t totalPages,
-                          std::int32_t compression)
+FileOutcome TiffProcessor::stamp(const QString& source, const QString& target, JobRun& run,
+                                 std::int32_t compression)
 {
-    const QString path = prepareTarget(source, target, number_.isBackupFile);
-    number_.beginUpdate();
+    const QString path = prepareTarget(source, target, job_.isBackupFile);
     const auto reader = RasterReader::open(source);
     const int count = reader->pageCount();
-    const std::int64_t total = totalPages > 0 ? totalPages : count;
-    const auto first = std::clamp<std::int64_t>(number_.startPage(), 1, std::int64_t{count} + 1);
-    const auto last = number_.endPage() == 0 ? count : std::min<std::int64_t>(number_.endPage(), count);
-    if (first > last) {
-        problem_ =
-            Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "no page of the file lies in the page range"))
-                .shown;
-        return false;
-    }
+    const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
+    const auto first = std::clamp<std::int64_t>(job_.startPage, 1, std::int64_t{count} + 1);
+    const auto last = job_.endPage == 0 ? count : std::min<std::int64_t>(job_.endPage, count);
+    if (first > last)
+        return FileOutcome::without(
+            FileStatus::Failed,
+            QT_TRANSLATE_NOOP("quillfern::Failure", "no page of the file lies in the page range"));
 
-    const PageCompositor compositor(number_.stamps, shaper_);
+    const PageCompositor compositor(job_.stamps, shaper_);
     AtomicFile file(path);
     RasterWriter writer(file);
     PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last));
-    for (int i = 1; i <= count && number_.isUpdating(); ++i) {
+    for (int i = 1; i <= count && run.isUpdating(); ++i) {
         if (i >= first && i <= last) {
             std::optional<RasterPage> page = pages.next();
             if (!page) break;
-            if (hasChosenParity(number_, i)) stampPage(*page, compositor, total);
+            if (hasChosenParity(job_, i)) stampPage(*page, compositor, total, run);
             const QSizeF dots = dotsPerInch(page->image, reader->firstPageSize());
             writer.addPage(std::move(*page), compression, dots);
         }
-        if (progress_) progress_();
+        run.pageDone();
     }
-    if (writer.pageCount() == 0) return false;
+    if (writer.pageCount() == 0)
+        return FileOutcome::without(FileStatus::Failed,
+                                    QT_TRANSLATE_NOOP("quillfern::Failure", "no page was written"));
     writer.finish();
     file.commit();
-    return true;
+    return {FileStatus::Created, std::nullopt, static_cast<std::int32_t>(writer.pageCount()), run.numbers()};
 }
 
-void TiffProcessor::stampPage(RasterPage& page, const PageCompositor& compositor, std::int64_t total)
+void TiffProcessor::stampPage(RasterPage& page, const PageCompositor& compositor, std::int64_t total,
+                              JobRun& run)
 {
-    const QRectF area = Margins(number_).marginRect(QSizeF(page.image.size()));
-    const PageStamps stamps = compositor.place(area, number_.numberCounter, total);
+    const QRectF area = marginRect(job_, QSizeF(page.image.size()));
+    const PageStamps stamps = compositor.place(area, run.stamps(), total);
     const InkProbe probe = compositor.probe(stamps);
     makeRoomFor(probe.ink(), page);
     if (!page.isMono()) {
@@ -108,7 +94,7 @@ void TiffProcessor::stampPage(RasterPage& page, const PageCompositor& compositor
         compositor.drawPart(patch, rect.topLeft(), stamps);
         putPatch(patch, rect, page.isWhiteZero, page.image);
     }
-    number_.numberCounter += number_.numberSteps();
+    run.numberUsed();
 }
 
 } // namespace quillfern

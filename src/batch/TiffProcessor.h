@@ -1,7 +1,11 @@
 #pragma once
 
-#include "batch/DocumentProcessors.h"
+#include "batch/FileOutcome.h"
+#include "batch/JobRun.h"
 #include "platform/raster/RasterPage.h"
+
+#include <QString>
+#include <cstdint>
 
 namespace quillfern {
 
@@ -9,31 +13,23 @@ class PageCompositor;
 class TextShaper;
 
 /// Stamps one raster file into a multi-page TIFF that holds the pages of the range; those of the chosen
-/// parity carry stamps. A pixel of a page is one unit of the stamps' space. Used on the job's worker thread.
+/// parity carry stamps. A pixel of a page is one unit of the stamps' space. Used on the shaper's thread.
 class TiffProcessor
 {
   public:
-    TiffProcessor(Numbering& number, TextShaper& shaper, PageProgress progress)
-        : number_(number), shaper_(shaper), progress_(std::move(progress))
-    {
-    }
+    /// Both are borrowed and must outlive the processor.
+    TiffProcessor(const JobConfiguration& job, TextShaper& shaper) : job_(job), shaper_(shaper) {}
 
-    /// See DocumentProcessors. A total of 0 or less stands for the file's own page count. `compression` is
-    /// the TIFF code for the output; on pages that it does not suit LZW takes its place.
-    bool processTIFF(const QString& source, const QString& target, std::int64_t totalPages,
-                     std::int32_t compression);
-
-    [[nodiscard]] const QString& lastProblem() const { return problem_; }
+    /// See DocumentProcessors.
+    [[nodiscard]] FileOutcome processTIFF(const QString& source, const QString& target, JobRun& run,
+                                          std::int32_t compression);
 
   private:
-    bool stamp(const QString& source, const QString& target, std::int64_t totalPages,
-               std::int32_t compression);
-    void stampPage(RasterPage& page, const PageCompositor& compositor, std::int64_t total);
+    FileOutcome stamp(const QString& source, const QString& target, JobRun& run, std::int32_t compression);
+    void stampPage(RasterPage& page, const PageCompositor& compositor, std::int64_t total, JobRun& run);
 
-    Numbering& number_;
+    const JobConfiguration& job_;
     TextShaper& shaper_;
-    PageProgress progress_;
-    QString problem_;
 };
 
 } // namespace quillfern

@@ -1,20 +1,9 @@
 #include "config/Margins.h"
 
+#include "config/PageArea.h"
 #include "platform/system/Guarded.h"
 
 namespace quillfern {
-
-double Margins::convertToPointUnit(double value) const
-{
-    switch (number_.marginUnit) {
-    case Millimetres:
-        return value * pointsPerInch / millimetresPerInch;
-    case Inches:
-        return value * pointsPerInch;
-    default:
-        return value;
-    }
-}
 
 namespace {
 
@@ -42,51 +31,26 @@ void Margins::convertEach(Convert convert)
 
 void Margins::convertPoints(std::int32_t previousUnit)
 {
-    convertEach([&](double value, bool) { return converted(value, previousUnit, number_.marginUnit); });
+    convertEach([&](double value, bool) { return converted(value, previousUnit, number_.marginUnit()); });
 }
 
 void Margins::convertPointsToPercentage(const QSizeF& size)
 {
-    const bool toPercentage = number_.isMarginInPercentage;
+    const bool toPercentage = number_.isMarginInPercentage();
     convertEach([&](double value, bool horizontal) {
         const double dimension = horizontal ? size.width() : size.height();
-        return toPercentage ? convertToPointUnit(value) / dimension * wholePercent
+        return toPercentage ? convertToPointUnit(number_.fields(), value) / dimension * wholePercent
                             : value * dimension / wholePercent;
     });
     if (!toPercentage) convertPoints(Points);
 }
 
-double Margins::inset(double margin, double dimension, bool inPercentage) const
-{
-    if (!(margin > 0)) return 0;
-    return inPercentage ? margin / wholePercent * dimension : convertToPointUnit(margin);
-}
-
-QRectF Margins::rect(const QSizeF& size, bool inPercentage) const
-{
-    const double left = inset(number_.marginLeft(), size.width(), inPercentage);
-    const double top = inset(number_.marginTop(), size.height(), inPercentage);
-    const double right = size.width() - inset(number_.marginRight(), size.width(), inPercentage);
-    const double bottom = size.height() - inset(number_.marginBottom(), size.height(), inPercentage);
-    return {left, top, right - left, bottom - top};
-}
-
-QRectF Margins::marginRect(const QSizeF& size) const
-{
-    return rect(size, number_.isMarginInPercentage);
-}
-
-QRectF Margins::lengthRect(const QSizeF& size) const
-{
-    return rect(size, false);
-}
-
 void Margins::unitChanged(std::int32_t unit)
 {
     guarded("Error in [unitChanged:] : %@", [&] {
-        const std::int32_t previous = number_.marginUnit;
-        number_.marginUnit = unit;
-        if (number_.isMarginInPercentage) return;
+        const std::int32_t previous = number_.marginUnit();
+        number_.setMarginUnit(unit);
+        if (number_.isMarginInPercentage()) return;
         number_.beginUpdate();
         convertPoints(previous);
         number_.endUpdate(false);

@@ -37,13 +37,11 @@ const std::set<std::string>& Numbering::keyPathsForValuesAffectingIsSettingsChan
     return keys;
 }
 
-void Numbering::reset()
+JobConfiguration Numbering::configuration() const
 {
-    guarded("Error in (Numbering=>reset) : %@", [this] {
-        numberCounter = startNumber_;
-        for (const auto& stamp : stamps)
-            stamp->reset();
-    });
+    JobConfiguration copy = fields_;
+    copy.stamps = valuesOf(stamps);
+    return copy;
 }
 
 const std::vector<PDFFont>& Numbering::getPDFFonts()

@@ -1,9 +1,8 @@
 #pragma once
 
+#include "config/JobConfiguration.h"
 #include "stamps/PDFFont.h"
-#include "stamps/PageCompositor.h"
 
-#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -23,26 +22,12 @@ class NumberingDelegate
     virtual void PropertyChanged(Numbering& number) = 0;
 };
 
-/// Which pages inside the page range are stamped. The values are stored in profiles; any other stamps none.
-enum PageRange : std::int32_t {
-    AllPages = 0,
-    OddPages = 1,
-    EvenPages = 2,
-};
-
-/// The unit of the margins. The values are stored in profiles; any other counts as points.
-enum MarginUnit : std::int32_t {
-    Points = 0,
-    Millimetres = 1,
-    Inches = 2,
-};
-
-/// Everything the user has set up for a job: the ordered stamps, the pages, the numbers, the margins and the
-/// preview's switches.
+/// The job configuration while the user edits it: it owns the stamps and the fields of JobConfiguration, and
+/// notifies whoever shows them.
 ///
-/// Every change of a field in the dependency set tells the delegate at once, unless an update bracket is
-/// open; endUpdate(true) then tells it once. Setting a field to the value it has changes nothing. The
-/// configuration is edited on the main thread; while a job runs its worker reads it, and nobody edits it.
+/// Every change of a field in the dependency set notifies the delegate at once, unless an update bracket is
+/// open; endUpdate(true) then notifies it once. Setting a field to the value it has changes nothing. Main
+/// thread; jobs and previews work on a copy, which configuration() makes.
 class Numbering
 {
   public:
@@ -57,52 +42,60 @@ class Numbering
     /// Not owned; may be null.
     void setDelegate(NumberingDelegate* delegate) { delegate_ = delegate; }
 
-    [[nodiscard]] bool isLivePreview() const { return isLivePreview_; }
-    void setIsLivePreview(bool value) { change(isLivePreview_, value); }
-    [[nodiscard]] bool isHighlightStamp() const { return isHighlightStamp_; }
-    void setIsHighlightStamp(bool value) { change(isHighlightStamp_, value); }
-    [[nodiscard]] std::int64_t startPage() const { return startPage_; } ///< 1-based
-    void setStartPage(std::int64_t value) { change(startPage_, value); }
-    [[nodiscard]] std::int64_t endPage() const { return endPage_; } ///< 1-based; 0 is the last page
-    void setEndPage(std::int64_t value) { change(endPage_, value); }
-    [[nodiscard]] std::int64_t startNumber() const { return startNumber_; }
-    void setStartNumber(std::int64_t value) { change(startNumber_, value); }
-    [[nodiscard]] std::int64_t numberSteps() const { return numberSteps_; }
-    void setNumberSteps(std::int64_t value) { change(numberSteps_, value); }
-    [[nodiscard]] std::int32_t pageRange() const { return pageRange_; } ///< a PageRange
-    void setPageRange(std::int32_t value) { change(pageRange_, value); }
-    /// The margins, in marginUnit(), or in percent of the page's width or height. Zero or less is no margin.
-    [[nodiscard]] double marginLeft() const { return marginLeft_; }
-    void setMarginLeft(double value) { change(marginLeft_, value); }
-    [[nodiscard]] double marginTop() const { return marginTop_; }
-    void setMarginTop(double value) { change(marginTop_, value); }
-    [[nodiscard]] double marginRight() const { return marginRight_; }
-    void setMarginRight(double value) { change(marginRight_, value); }
-    [[nodiscard]] double marginBottom() const { return marginBottom_; }
-    void setMarginBottom(double value) { change(marginBottom_, value); }
-    [[nodiscard]] bool isContinuousNumbering() const { return isContinuousNumbering_; }
-    void setIsContinuousNumbering(bool value) { change(isContinuousNumbering_, value); }
-    [[nodiscard]] bool hasLabel() const { return hasLabel_; } ///< kept and saved only
-    void setHasLabel(bool value) { change(hasLabel_, value); }
-    [[nodiscard]] const std::optional<QString>& labelPrefix() const
-    {
-        return labelPrefix_;
-    } ///< kept and saved only
-    void setLabelPrefix(std::optional<QString> value) { change(labelPrefix_, std::move(value)); }
+    /// A copy of all fields and stamps as they are now.
+    [[nodiscard]] JobConfiguration configuration() const;
 
-    // Fields outside the dependency set: changing them tells nobody.
-    std::int32_t marginUnit = Points;
-    bool isMarginInPercentage = false;
-    bool isSymmetryPage = false;                     ///< kept and saved only
-    bool isBackupFile = false;                       ///< keep a copy of a file that is processed in place
-    std::optional<QString> outputFolder = QString(); ///< kept and saved only
+    /// The fields alone, without the stamps.
+    [[nodiscard]] const JobConfiguration& fields() const { return fields_; }
+
+    // Each field; JobConfiguration says what they mean.
+    [[nodiscard]] bool isLivePreview() const { return fields_.isLivePreview; }
+    void setIsLivePreview(bool value) { change(fields_.isLivePreview, value); }
+    [[nodiscard]] bool isHighlightStamp() const { return fields_.isHighlightStamp; }
+    void setIsHighlightStamp(bool value) { change(fields_.isHighlightStamp, value); }
+    [[nodiscard]] std::int64_t startPage() const { return fields_.startPage; }
+    void setStartPage(std::int64_t value) { change(fields_.startPage, value); }
+    [[nodiscard]] std::int64_t endPage() const { return fields_.endPage; }
+    void setEndPage(std::int64_t value) { change(fields_.endPage, value); }
+    [[nodiscard]] std::int64_t startNumber() const { return fields_.startNumber; }
+    void setStartNumber(std::int64_t value) { change(fields_.startNumber, value); }
+    [[nodiscard]] std::int64_t numberSteps() const { return fields_.numberSteps; }
+    void setNumberSteps(std::int64_t value) { change(fields_.numberSteps, value); }
+    [[nodiscard]] std::int32_t pageRange() const { return fields_.pageRange; }
+    void setPageRange(std::int32_t value) { change(fields_.pageRange, value); }
+    [[nodiscard]] double marginLeft() const { return fields_.marginLeft; }
+    void setMarginLeft(double value) { change(fields_.marginLeft, value); }
+    [[nodiscard]] double marginTop() const { return fields_.marginTop; }
+    void setMarginTop(double value) { change(fields_.marginTop, value); }
+    [[nodiscard]] double marginRight() const { return fields_.marginRight; }
+    void setMarginRight(double value) { change(fields_.marginRight, value); }
+    [[nodiscard]] double marginBottom() const { return fields_.marginBottom; }
+    void setMarginBottom(double value) { change(fields_.marginBottom, value); }
+    [[nodiscard]] bool isContinuousNumbering() const { return fields_.isContinuousNumbering; }
+    void setIsContinuousNumbering(bool value) { change(fields_.isContinuousNumbering, value); }
+    [[nodiscard]] bool hasLabel() const { return fields_.hasLabel; }
+    void setHasLabel(bool value) { change(fields_.hasLabel, value); }
+    [[nodiscard]] const std::optional<QString>& labelPrefix() const { return fields_.labelPrefix; }
+    void setLabelPrefix(std::optional<QString> value) { change(fields_.labelPrefix, std::move(value)); }
+
+    // Fields outside the dependency set: changing them notifies nobody.
+    [[nodiscard]] std::int32_t marginUnit() const { return fields_.marginUnit; }
+    void setMarginUnit(std::int32_t value) { fields_.marginUnit = value; }
+    [[nodiscard]] bool isMarginInPercentage() const { return fields_.isMarginInPercentage; }
+    void setIsMarginInPercentage(bool value) { fields_.isMarginInPercentage = value; }
+    [[nodiscard]] bool isSymmetryPage() const { return fields_.isSymmetryPage; }
+    void setIsSymmetryPage(bool value) { fields_.isSymmetryPage = value; }
+    [[nodiscard]] bool isBackupFile() const { return fields_.isBackupFile; }
+    void setIsBackupFile(bool value) { fields_.isBackupFile = value; }
+    [[nodiscard]] const std::optional<QString>& outputFolder() const { return fields_.outputFolder; }
+    void setOutputFolder(std::optional<QString> value) { fields_.outputFolder = std::move(value); }
 
     /// Opens the update bracket. Brackets do not nest.
     void beginUpdate() { isUpdating_ = true; }
     /// Closes the bracket; with `notify` the delegate is told once.
     void endUpdate(bool notify);
     void cancelUpdate() { isUpdating_ = false; }
-    /// True inside a bracket, and while a document is being processed. Readable from any thread.
+    /// True inside a bracket.
     [[nodiscard]] bool isUpdating() const { return isUpdating_; }
 
     /// The names of the fields whose change tells the delegate.
@@ -123,11 +116,6 @@ class Numbering
     /// cannot be read or is no property-list dictionary.
     bool load(const QString& path);
 
-    /// The number printed on the page being drawn.
-    std::int64_t numberCounter = 1;
-    /// Takes the running number and every stamp back to the start of a run.
-    void reset();
-
     /// One entry for every installed font family, as the font menu offers them.
     [[nodiscard]] const std::vector<PDFFont>& fonts() const { return fonts_; }
     /// Reads the installed families anew.
@@ -143,24 +131,10 @@ class Numbering
     }
     void settingsChanged();
 
-    bool isLivePreview_ = false;
-    bool isHighlightStamp_ = true;
-    std::int64_t startPage_ = 1;
-    std::int64_t endPage_ = 0;
-    std::int64_t startNumber_ = 1;
-    std::int64_t numberSteps_ = 1;
-    std::int32_t pageRange_ = AllPages;
-    double marginLeft_ = 0;
-    double marginTop_ = 0;
-    double marginRight_ = 0;
-    double marginBottom_ = 0;
-    bool isContinuousNumbering_ = false;
-    bool hasLabel_ = false;
-    std::optional<QString> labelPrefix_ = QString();
-
+    JobConfiguration fields_; ///< without stamps: those that are being edited are in `stamps`
     DefaultsStore* defaults_;
     NumberingDelegate* delegate_ = nullptr;
-    std::atomic<bool> isUpdating_ = false;
+    bool isUpdating_ = false;
     std::vector<PDFFont> fonts_;
 };
 

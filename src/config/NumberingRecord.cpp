@@ -1,7 +1,6 @@
 #include "config/Numbering.h"
-#include "platform/store/AtomicFile.h"
+#include "config/Profile.h"
 #include "platform/store/DefaultsStore.h"
-#include "platform/store/PropertyList.h"
 #include "platform/system/Guarded.h"
 #include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
@@ -29,25 +28,25 @@ std::optional<Record> Numbering::getData() const
             if (record) stampRecords.emplace_back(std::move(*record));
         }
         return std::optional(RecordBuilder()
-                                 .add(QStringLiteral("endPage"), low32(endPage_))
-                                 .add(QStringLiteral("hasLabel"), hasLabel_)
-                                 .add(QStringLiteral("isBackupFile"), isBackupFile)
-                                 .add(QStringLiteral("isContinuousNumbering"), isContinuousNumbering_)
-                                 .add(QStringLiteral("isMarginInPercentage"), isMarginInPercentage)
-                                 .add(QStringLiteral("isSymmetryPage"), isSymmetryPage)
-                                 .add(QStringLiteral("labelPrefix"), labelPrefix_)
-                                 .add(QStringLiteral("marginLeft"), marginLeft_)
-                                 .add(QStringLiteral("marginTop"), marginTop_)
-                                 .add(QStringLiteral("marginRight"), marginRight_)
-                                 .add(QStringLiteral("marginBottom"), marginBottom_)
-                                 .add(QStringLiteral("marginUnit"), marginUnit)
-                                 .add(QStringLiteral("numberSteps"), low32(numberSteps_))
-                                 .add(QStringLiteral("outputFolder"), outputFolder)
-                                 .add(QStringLiteral("pageRange"), pageRange_)
-                                 .add(QStringLiteral("startNumber"), low32(startNumber_))
-                                 .add(QStringLiteral("startPage"), low32(startPage_))
-                                 .add(QStringLiteral("isHighlightStamp"), isHighlightStamp_)
-                                 .add(QStringLiteral("isLivePreview"), isLivePreview_)
+                                 .add(QStringLiteral("endPage"), low32(fields_.endPage))
+                                 .add(QStringLiteral("hasLabel"), fields_.hasLabel)
+                                 .add(QStringLiteral("isBackupFile"), fields_.isBackupFile)
+                                 .add(QStringLiteral("isContinuousNumbering"), fields_.isContinuousNumbering)
+                                 .add(QStringLiteral("isMarginInPercentage"), fields_.isMarginInPercentage)
+                                 .add(QStringLiteral("isSymmetryPage"), fields_.isSymmetryPage)
+                                 .add(QStringLiteral("labelPrefix"), fields_.labelPrefix)
+                                 .add(QStringLiteral("marginLeft"), fields_.marginLeft)
+                                 .add(QStringLiteral("marginTop"), fields_.marginTop)
+                                 .add(QStringLiteral("marginRight"), fields_.marginRight)
+                                 .add(QStringLiteral("marginBottom"), fields_.marginBottom)
+                                 .add(QStringLiteral("marginUnit"), fields_.marginUnit)
+                                 .add(QStringLiteral("numberSteps"), low32(fields_.numberSteps))
+                                 .add(QStringLiteral("outputFolder"), fields_.outputFolder)
+                                 .add(QStringLiteral("pageRange"), fields_.pageRange)
+                                 .add(QStringLiteral("startNumber"), low32(fields_.startNumber))
+                                 .add(QStringLiteral("startPage"), low32(fields_.startPage))
+                                 .add(QStringLiteral("isHighlightStamp"), fields_.isHighlightStamp)
+                                 .add(QStringLiteral("isLivePreview"), fields_.isLivePreview)
                                  .add(QStringLiteral("Stamps"), std::move(stampRecords))
                                  .take());
     });
@@ -58,25 +57,25 @@ bool Numbering::setData(const Record* data)
     beginUpdate();
     const bool applied = guarded("Error in (Numbering=>setData:) : %@", false, [&] {
         if (!data) return false;
-        endPage_ = data->integer32(QStringLiteral("endPage"));
-        hasLabel_ = data->boolean(QStringLiteral("hasLabel"));
-        isBackupFile = data->boolean(QStringLiteral("isBackupFile"));
-        isContinuousNumbering_ = data->boolean(QStringLiteral("isContinuousNumbering"));
-        isMarginInPercentage = data->boolean(QStringLiteral("isMarginInPercentage"));
-        isSymmetryPage = data->boolean(QStringLiteral("isSymmetryPage"));
-        marginLeft_ = data->real(QStringLiteral("marginLeft"));
-        marginTop_ = data->real(QStringLiteral("marginTop"));
-        marginRight_ = data->real(QStringLiteral("marginRight"));
-        marginBottom_ = data->real(QStringLiteral("marginBottom"));
-        marginUnit = data->integer32(QStringLiteral("marginUnit"));
-        numberSteps_ = data->integer32(QStringLiteral("numberSteps"));
-        pageRange_ = data->integer32(QStringLiteral("pageRange"));
-        startNumber_ = data->integer32(QStringLiteral("startNumber"));
-        startPage_ = data->integer32(QStringLiteral("startPage"));
-        isHighlightStamp_ = data->boolean(QStringLiteral("isHighlightStamp"));
-        isLivePreview_ = data->boolean(QStringLiteral("isLivePreview"));
-        labelPrefix_ = data->text(QStringLiteral("labelPrefix"));
-        outputFolder = data->text(QStringLiteral("outputFolder"));
+        fields_.endPage = data->integer32(QStringLiteral("endPage"));
+        fields_.hasLabel = data->boolean(QStringLiteral("hasLabel"));
+        fields_.isBackupFile = data->boolean(QStringLiteral("isBackupFile"));
+        fields_.isContinuousNumbering = data->boolean(QStringLiteral("isContinuousNumbering"));
+        fields_.isMarginInPercentage = data->boolean(QStringLiteral("isMarginInPercentage"));
+        fields_.isSymmetryPage = data->boolean(QStringLiteral("isSymmetryPage"));
+        fields_.marginLeft = data->real(QStringLiteral("marginLeft"));
+        fields_.marginTop = data->real(QStringLiteral("marginTop"));
+        fields_.marginRight = data->real(QStringLiteral("marginRight"));
+        fields_.marginBottom = data->real(QStringLiteral("marginBottom"));
+        fields_.marginUnit = data->integer32(QStringLiteral("marginUnit"));
+        fields_.numberSteps = data->integer32(QStringLiteral("numberSteps"));
+        fields_.pageRange = data->integer32(QStringLiteral("pageRange"));
+        fields_.startNumber = data->integer32(QStringLiteral("startNumber"));
+        fields_.startPage = data->integer32(QStringLiteral("startPage"));
+        fields_.isHighlightStamp = data->boolean(QStringLiteral("isHighlightStamp"));
+        fields_.isLivePreview = data->boolean(QStringLiteral("isLivePreview"));
+        fields_.labelPrefix = data->text(QStringLiteral("labelPrefix"));
+        fields_.outputFolder = data->text(QStringLiteral("outputFolder"));
         stamps.clear();
         const auto* stampRecords = data->list(QStringLiteral("Stamps"));
         if (!stampRecords) return true;
@@ -106,9 +105,7 @@ void Numbering::synchronize()
 bool Numbering::save(const QString& path) const
 {
     return guarded("Error in [save:] : %@", false, [&] {
-        const auto record = getData();
-        if (!record) return false;
-        AtomicFile::writeWhole(path, writePropertyList(*record));
+        saveProfile(*this, path);
         return true;
     });
 }
@@ -116,8 +113,8 @@ bool Numbering::save(const QString& path) const
 bool Numbering::load(const QString& path)
 {
     return guarded("Error in [load:] : %@", false, [&] {
-        const Record record = readPropertyListFile(path);
-        return setData(&record);
+        loadProfile(*this, path);
+        return true;
     });
 }
 

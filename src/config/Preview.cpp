@@ -1,19 +1,20 @@
 #include "config/Preview.h"
 
-#include "config/Margins.h"
+#include "config/PageArea.h"
 #include "platform/drawing/RasterCanvas.h"
 #include "stamps/AreaOutline.h"
+#include "stamps/PageCompositor.h"
 
 #include <QPainter>
 #include <algorithm>
 
 namespace quillfern {
 
-bool isPreviewStampedPage(const Numbering& number, std::int64_t index)
+bool isPreviewStampedPage(const JobConfiguration& job, std::int64_t index)
 {
-    if (index < number.startPage() - 1) return false;
-    if (number.endPage() != 0 && index > number.endPage()) return false;
-    switch (number.pageRange()) {
+    if (index < job.startPage - 1) return false;
+    if (job.endPage != 0 && index > job.endPage) return false;
+    switch (job.pageRange) {
     case AllPages:
         return true;
     case OddPages:
@@ -25,12 +26,12 @@ bool isPreviewStampedPage(const Numbering& number, std::int64_t index)
     }
 }
 
-std::int64_t previewStampedPages(const Numbering& number, std::int64_t before)
+std::int64_t previewStampedPages(const JobConfiguration& job, std::int64_t before)
 {
-    const std::int64_t first = std::max<std::int64_t>(0, number.startPage() - 1);
-    const std::int64_t end = number.endPage() == 0 ? before : std::min(before, number.endPage() + 1);
+    const std::int64_t first = std::max<std::int64_t>(0, job.startPage - 1);
+    const std::int64_t end = job.endPage == 0 ? before : std::min(before, job.endPage + 1);
     if (end <= first) return 0;
-    switch (number.pageRange()) {
+    switch (job.pageRange) {
     case AllPages:
         return end - first;
     case OddPages:
@@ -42,11 +43,10 @@ std::int64_t previewStampedPages(const Numbering& number, std::int64_t before)
     }
 }
 
-QImage Preview::preview2(std::int64_t totalPages, const View& view)
+QImage Preview::preview2(const JobConfiguration& job, std::int64_t totalPages, const View& view)
 {
     if (!isShowable({{}, 0, view.size, view.density})) return {};
-    number_.reset();
-    const QRectF area = Margins(number_).marginRect(view.size);
+    const QRectF area = marginRect(job, view.size);
     QImage image(wholePixels(view.size * view.density), QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) return {};
     image.setDevicePixelRatio(view.density);
@@ -59,10 +59,10 @@ QImage Preview::preview2(std::int64_t totalPages, const View& view)
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     RasterCanvas canvas(painter, shaper_);
     std::int32_t index = 0;
-    for (const auto& stamp : number_.stamps) {
+    for (const auto& stamp : job.stamps) {
         if (stamp->isSelected()) {
             canvas.save();
-            stamp->draw(canvas, area, area, stamp->marginAnchor(), number_.numberCounter, totalPages,
+            stamp->draw(canvas, area, stamp->marginAnchor(), job.startNumber, totalPages,
                         index == view.highlightIndex);
             canvas.restore();
         }
@@ -71,7 +71,7 @@ QImage Preview::preview2(std::int64_t totalPages, const View& view)
     return image;
 }
 
-QImage Preview::previewLive(const LivePage& page, const View& view)
+QImage Preview::previewLive(const JobConfiguration& job, const LivePage& page, const View& view)
 {
     const auto files = static_cast<std::int64_t>(page.filePagesList.size());
     const bool isInList =
@@ -79,25 +79,24 @@ QImage Preview::previewLive(const LivePage& page, const View& view)
     std::optional<PageImage> shown;
     if (isInList)
         shown = pages_.page({*page.filePath, static_cast<int>(page.pageIndex - 1), view.size, view.density});
-    if (!shown) return preview2(page.totalPages, view);
+    if (!shown) return preview2(job, page.totalPages, view);
 
-    number_.reset();
     const auto pagesOf = [&](std::int64_t file) {
         return std::int64_t{page.filePagesList[static_cast<std::size_t>(file)]};
     };
     const std::int64_t index = page.pageIndex - 1;
-    const bool isStamped = index < pagesOf(page.fileIndex) && isPreviewStampedPage(number_, index);
+    const bool isStamped = index < pagesOf(page.fileIndex) && isPreviewStampedPage(job, index);
     if (!isStamped) return shown->image;
-    std::int64_t before = previewStampedPages(number_, index);
-    if (number_.isContinuousNumbering())
+    std::int64_t before = previewStampedPages(job, index);
+    if (job.isContinuousNumbering)
         for (std::int64_t file = 0; file < page.fileIndex; ++file)
-            before += previewStampedPages(number_, pagesOf(file));
-    number_.numberCounter += before * number_.numberSteps();
+            before += previewStampedPages(job, pagesOf(file));
+    StampRun run(job.startNumber);
+    run.numberCounter += before * job.numberSteps;
 
     const std::int64_t total = page.totalPages >= 1 ? page.totalPages : pagesOf(page.fileIndex);
-    const PageCompositor compositor(number_.stamps, shaper_);
-    compositor.drawOnImage(shown->image, Margins(number_).marginRect(shown->size), number_.numberCounter,
-                           total, view.highlightIndex, true);
+    const PageCompositor compositor(job.stamps, shaper_);
+    compositor.drawOnImage(shown->image, marginRect(job, shown->size), run, total, view.highlightIndex, true);
     return shown->image;
 }
 

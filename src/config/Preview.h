@@ -1,22 +1,26 @@
 #pragma once
 
-#include "config/Numbering.h"
+#include "config/JobConfiguration.h"
 #include "platform/pageimages/PageImage.h"
 
 #include <QImage>
+#include <QSizeF>
+#include <cstdint>
+#include <optional>
+#include <vector>
 
 namespace quillfern {
 
+class TextShaper;
+
 /// Draws what the stamps will look like, with the compositor and the canvas that the job draws raster pages
-/// with. Uses the configuration's running number, so never while a job runs. Main thread.
+/// with. Has no effect on any job: every picture is numbered in a run of its own. Belongs to the shaper's
+/// thread.
 class Preview
 {
   public:
-    /// Everything is borrowed and must outlive the preview.
-    Preview(Numbering& number, TextShaper& shaper, PageImageSource& pages)
-        : number_(number), shaper_(shaper), pages_(pages)
-    {
-    }
+    /// Both are borrowed and must outlive the preview.
+    Preview(TextShaper& shaper, PageImageSource& pages) : shaper_(shaper), pages_(pages) {}
 
     /// How large the picture may be, and what of it is to stand out.
     struct View
@@ -38,23 +42,22 @@ class Preview
 
     /// A blank page of the view's size with the area inside the margins and every stamp. A null image for a
     /// view without room or beyond what a screen can have.
-    [[nodiscard]] QImage preview2(std::int64_t totalPages, const View& view);
+    [[nodiscard]] QImage preview2(const JobConfiguration& job, std::int64_t totalPages, const View& view);
 
     /// A page of a file with its stamps, numbered as the job would number it, at the page's own size in
     /// points with as many pixels as the view can show; the blank page when the file cannot be shown. A page
     /// that the job would not stamp is shown without stamps.
-    [[nodiscard]] QImage previewLive(const LivePage& page, const View& view);
+    [[nodiscard]] QImage previewLive(const JobConfiguration& job, const LivePage& page, const View& view);
 
   private:
-    Numbering& number_;
     TextShaper& shaper_;
     PageImageSource& pages_;
 };
 
 /// How many of the pages from the first to the 0-based index `before` (not counted itself) the preview takes
-/// for stamped. Its rule counts pages from 0 for the parity and takes one page more than endPage().
-[[nodiscard]] std::int64_t previewStampedPages(const Numbering& number, std::int64_t before);
+/// for stamped. Its rule counts pages from 0 for the parity and takes one page more than endPage.
+[[nodiscard]] std::int64_t previewStampedPages(const JobConfiguration& job, std::int64_t before);
 /// True when it takes the page with this 0-based index for stamped.
-[[nodiscard]] bool isPreviewStampedPage(const Numbering& number, std::int64_t index);
+[[nodiscard]] bool isPreviewStampedPage(const JobConfiguration& job, std::int64_t index);
 
 } // namespace quillfern

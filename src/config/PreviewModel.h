@@ -3,6 +3,10 @@
 #include "config/Preview.h"
 
 #include <QRectF>
+#include <QString>
+#include <cstdint>
+#include <optional>
+#include <vector>
 
 namespace quillfern {
 
@@ -22,18 +26,17 @@ struct PreviewState
 class PreviewModel
 {
   public:
-    /// Both are borrowed and must outlive the model.
-    PreviewModel(Numbering& number, Preview& preview) : number_(number), preview_(preview) {}
+    /// The preview is borrowed and must outlive the model.
+    explicit PreviewModel(Preview& preview) : preview_(preview) {}
 
-    /// The picture for this state of the window. Nothing while a job runs or after a failure: what is shown
-    /// then stays.
-    [[nodiscard]] std::optional<QImage> PropertyChanged(const PreviewState& state);
+    /// The picture of this job for this state of the window. Nothing while a job runs or after a failure:
+    /// what is shown then stays.
+    [[nodiscard]] std::optional<QImage> PropertyChanged(const JobConfiguration& job,
+                                                        const PreviewState& state);
 
   private:
-    [[nodiscard]] std::int64_t pageTotal(const PreviewState& state) const;
-    QImage draw(const PreviewState& state);
+    QImage draw(const JobConfiguration& job, const PreviewState& state);
 
-    Numbering& number_;
     Preview& preview_;
 };
 

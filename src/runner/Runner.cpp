@@ -1,6 +1,7 @@
 #include "runner/Runner.h"
 
-#include "batch/JobPlan.h"
+#include "batch/Job.h"
+#include "config/Profile.h"
 #include "filelist/FileListExport.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/system/Failure.h"
@@ -89,8 +90,10 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
         }
         if (!options.asksForJob()) return AllCreated;
         settings.outputFolderPath = QDir::cleanPath(absolutePath(*settings.outputFolderPath));
-        if (const auto problem = outputFolderProblem(settings.outputFolderPath)) {
-            QString text = *problem;
+        try {
+            requireOutputFolder(settings.outputFolderPath);
+        } catch (const Failure& failure) {
+            QString text = failure.reason();
             throw WrongUse(text.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) +
                            QStringLiteral(" (--output)"));
         }
@@ -101,9 +104,8 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
         if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
 
         services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
-        Process process(services_, settings, *this);
-        listPages_ = planJob(process, files.copies(), settings);
-        runJob(process, listPages_, stopRequested);
+        Process process(services_, planJob(files.copies(), settings), *this);
+        runJob(process, stopRequested);
         return report(process);
     } catch (const WrongUse& wrongUse) {
         err_ << "quillfern-run: " << wrongUse.reason() << "\nTry quillfern-run --help.\n";
@@ -118,17 +120,17 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
 
 void Runner::preview(Settings& settings, const RunnerOptions& options, const FileList& files)
 {
-    if (drawPreview(*settings.number, files, options.previewSize, options.preview)) return;
+    if (drawPreview(settings.number->configuration(), files, options.previewSize, options.preview)) return;
     err_ << readableName(localPath(files.at(0).filePath()))
          << " cannot be shown; the preview is of a blank page\n";
     err_.flush();
 }
 
-void Runner::runJob(Process& process, std::int64_t totalPages, const std::function<bool()>& stopRequested)
+void Runner::runJob(Process& process, const std::function<bool()>& stopRequested)
 {
     bool stopping = false;
     started_ = services_.clock.now();
-    runOnWorker([&] { process.start(totalPages); },
+    runOnWorker([&] { process.start(); },
                 [&] {
                     if (!stopping && stopRequested()) {
                         stopping = true;
@@ -150,7 +152,7 @@ void Runner::showProgressLine(const Process& process)
                 .arg(process.totalFileProcessed())
                 .arg(process.totalFileSelected())
                 .arg(process.totalPagesProcessed())
-                .arg(listPages_)
+                .arg(process.job().totalPages)
                 .arg(timeTakenString(started_, services_.clock.now()), file);
     err_.flush();
     progressShown_ = true;
@@ -168,17 +170,19 @@ void Runner::updateTimeTakenLabel(const QString&)
 {
 }
 
-void Runner::outputFinished(const LogFiles& output, const QString& note)
+void Runner::outputFinished(const LogFiles& output)
 {
     const QString path = QDir(output.targetPath).filePath(output.filename);
-    const bool created = output.status == QLatin1String("Completed") && fileKind(path) == FileKind::Regular;
+    const FileOutcome& outcome = output.outcome;
+    const bool created = outcome.status == FileStatus::Created;
     if (!created) ++outputsMissing_;
     if (quiet_ && created) return;
     clearProgressLine();
     QTextStream& stream = quiet_ ? err_ : out_;
-    stream << output.status.leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
+    stream << statusWord(outcome).leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
            << (output.pages == 1 ? " page   " : " pages  ") << path;
-    if (!note.isEmpty() && note != output.status) stream << "  (" << note << ')';
+    if (outcome.remark && outcome.status != FileStatus::Refused)
+        stream << "  (" << outcome.remark->shown << ')';
     stream << '\n';
     stream.flush();
 }
@@ -198,7 +202,7 @@ int Runner::report(const Process& process)
         err_.flush();
         out_.flush();
     }
-    const bool all = outputsMissing_ == 0 && process.log().files.size() == process.outputFiles.size();
+    const bool all = outputsMissing_ == 0 && process.log().files.size() == process.outputFiles().size();
     return all ? AllCreated : SomeNotCreated;
 }
 

@@ -25,7 +25,7 @@ class Runner final : public ProcessObserver
     int run(const QStringList& arguments, const std::function<bool()>& stopRequested);
 
     void updateTimeTakenLabel(const QString& text) override;
-    void outputFinished(const LogFiles& output, const QString& note) override;
+    void outputFinished(const LogFiles& output) override;
 
   private:
     /// Tells of fonts that were asked for and are not there.
@@ -33,7 +33,7 @@ class Runner final : public ProcessObserver
     void gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested);
     void writeExport(const QString& path, const FileList& files);
     void preview(Settings& settings, const RunnerOptions& options, const FileList& files);
-    void runJob(Process& process, std::int64_t totalPages, const std::function<bool()>& stopRequested);
+    void runJob(Process& process, const std::function<bool()>& stopRequested);
     void showProgressLine(const Process& process);
     void clearProgressLine();
     int report(const Process& process);
@@ -45,7 +45,6 @@ class Runner final : public ProcessObserver
     bool quiet_ = false;
     bool progressShown_ = false;
     int outputsMissing_ = 0;
-    std::int64_t listPages_ = 0;
     QDateTime started_;
 };
 

@@ -1,7 +1,7 @@
 #include "runner/RunnerOptions.h"
 
-#include "config/Margins.h"
-#include "platform/store/PropertyList.h"
+#include "config/PageArea.h"
+#include "config/Profile.h"
 #include "platform/system/Failure.h"
 #include "runner/OptionValues.h"
 #include "runner/StampOptions.h"
@@ -47,13 +47,13 @@ void readMargins(Numbering& number, const QString& text)
         std::all_of(unitNames.begin(), unitNames.end(), [&](const QString& u) { return u == common; });
     if (!oneUnit) {
         for (std::size_t i = 0; i < 4; ++i) {
-            number.marginUnit = word(QStringLiteral("margins"), unitNames[i], units);
-            values[i] = Margins(number).convertToPointUnit(values[i]);
+            number.setMarginUnit(word(QStringLiteral("margins"), unitNames[i], units));
+            values[i] = convertToPointUnit(number.fields(), values[i]);
         }
         common = QStringLiteral("pt");
     }
-    number.marginUnit = word(QStringLiteral("margins"), common, units);
-    number.isMarginInPercentage = false;
+    number.setMarginUnit(word(QStringLiteral("margins"), common, units));
+    number.setIsMarginInPercentage(false);
     number.setMarginLeft(values[0]);
     number.setMarginTop(values[1]);
     number.setMarginRight(values[2]);
@@ -157,8 +157,7 @@ class Reader
             throw WrongUse(
                 QStringLiteral("--profile replaces the stamps and options given before it; name it first"));
         try {
-            const Record record = readPropertyListFile(path);
-            number_.setData(&record);
+            quillfern::loadProfile(number_, path);
         } catch (const Failure& failure) {
             throw WrongUse(
                 QStringLiteral("the profile \"%1\" cannot be used: %2").arg(path, failure.reason()));
@@ -184,9 +183,9 @@ class Reader
         else if (name == QLatin1String("margins"))
             readMargins(number_, value);
         else if (name == QLatin1String("backup"))
-            number_.isBackupFile = true;
+            number_.setIsBackupFile(true);
         else if (name == QLatin1String("no-backup"))
-            number_.isBackupFile = false;
+            number_.setIsBackupFile(false);
         else
             return false;
         return true;

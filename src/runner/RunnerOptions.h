@@ -1,6 +1,7 @@
 #pragma once
 
 #include "config/Settings.h"
+#include "platform/system/Failure.h"
 
 #include <QSize>
 #include <QStringList>
@@ -29,19 +30,6 @@ struct RunnerOptions
         const bool onlySaves = !saveProfile.isEmpty() && !namesFiles();
         return preview.isEmpty() && !onlySaves && !onlyExport;
     }
-};
-
-/// A command line that cannot be followed; the reason is one sentence for the person who typed it.
-class WrongUse : public std::exception
-{
-  public:
-    explicit WrongUse(const QString& reason) : reason_(reason), utf8_(reason.toUtf8()) {}
-    [[nodiscard]] const QString& reason() const { return reason_; }
-    [[nodiscard]] const char* what() const noexcept override { return utf8_.constData(); }
-
-  private:
-    QString reason_;
-    QByteArray utf8_;
 };
 
 /// Reads a command line (program name first) into the settings of a job. Options that describe a stamp apply

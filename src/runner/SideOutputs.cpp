@@ -4,7 +4,6 @@
 #include "platform/drawing/TextShaper.h"
 #include "platform/pageimages/RenderProcess.h"
 #include "platform/store/AtomicFile.h"
-#include "platform/store/PropertyList.h"
 #include "platform/system/Failure.h"
 #include "platform/system/NativePath.h"
 
@@ -35,16 +34,9 @@ class WitnessedPages final : public PageImageSource
 
 } // namespace
 
-void saveProfile(const Numbering& number, const QString& path)
+bool drawPreview(JobConfiguration job, const FileList& files, const QSize& size, const QString& path)
 {
-    const auto record = number.getData();
-    if (!record) throw Failure(QStringLiteral("the configuration cannot be saved"));
-    AtomicFile::writeWhole(path, writePropertyList(*record));
-}
-
-bool drawPreview(Numbering& number, const FileList& files, const QSize& size, const QString& path)
-{
-    number.setIsLivePreview(true);
+    job.isLivePreview = true;
     PreviewState state;
     for (const FileItem* file : files.items())
         state.filePagesList.push_back(file->pages());
@@ -57,8 +49,8 @@ bool drawPreview(Numbering& number, const FileList& files, const QSize& size, co
     RenderProcess renderer(RenderProcess::installedProgram());
     WitnessedPages pages(renderer);
     TextShaper shaper;
-    Preview preview(number, shaper, pages);
-    const auto image = PreviewModel(number, preview).PropertyChanged(state);
+    Preview preview(shaper, pages);
+    const auto image = PreviewModel(preview).PropertyChanged(job, state);
     if (!image || image->isNull()) throw Failure(QStringLiteral("the preview cannot be drawn"));
     QByteArray png;
     QBuffer buffer(&png);

@@ -16,8 +16,8 @@ class StampEditorFactory;
 
 /// What the stamp list, the compositor and the editors know of a stamp, whatever its kind.
 ///
-/// Stamps take no lock; drawing changes only the facing-page state, so one stamp must not be drawn by two
-/// runs at once.
+/// A stamp is edited on the main thread. Drawing changes nothing of a stamp, so that several threads may draw
+/// a stamp that nobody edits; what changes from page to page is kept in a StampRun.
 class IStampItem
 {
   public:
@@ -42,19 +42,16 @@ class IStampItem
     /// The record form; its entries end before the first absent value. Nothing on a failure.
     [[nodiscard]] virtual std::optional<Record> getData() const = 0;
 
-    /// The anchor for the page now being drawn; to be asked once a page. With `isSymmetric` it alternates
-    /// from the given anchor, counted since reset().
-    virtual std::int32_t getNextMarginAnchor(bool isSymmetric, std::int32_t anchor) = 0;
+    /// A stamp of its own with the same settings, without an editor.
+    [[nodiscard]] virtual std::unique_ptr<IStampItem> clone() const = 0;
+
     /// Shows the stamp's editor, which `editors` makes on first use.
     virtual void edit(StampEditorFactory& editors) = 0;
-    /// Forgets which page was drawn last; every run begins with it.
-    virtual void reset() = 0;
 
-    /// Draws the stamp. `rect` is the area inside the margins and `offsetRect` the one whose origin the
-    /// position is relative to (points, y down); `marginAnchor` comes from getNextMarginAnchor(). A failure
-    /// is logged and leaves the page without the stamp.
-    virtual void draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,
-                      std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) = 0;
+    /// Draws the stamp inside `rect`, the area inside the margins (points, y down). `marginAnchor` comes from
+    /// StampRun::getNextMarginAnchor(). A failure is logged and leaves the page without the stamp.
+    virtual void draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
+                      std::int64_t totalPages, bool isHighLightStamp) const = 0;
 
     /// One line that tells the stamp from others in a list.
     [[nodiscard]] virtual QString description() const = 0;

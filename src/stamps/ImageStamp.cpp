@@ -52,8 +52,13 @@ void ImageStamp::removePicture()
     cacheImage_.reset();
 }
 
-void ImageStamp::draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,
-                      std::int64_t, std::int64_t, bool isHighLightStamp)
+std::unique_ptr<IStampItem> ImageStamp::clone() const
+{
+    return std::make_unique<ImageStamp>(*this);
+}
+
+void ImageStamp::draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t,
+                      std::int64_t, bool isHighLightStamp) const
 {
     guarded("Error in [Draw:rect:marginAnchor:pageNumber:totalPages:isHighLightStamp:] : %@", [&] {
         if (!cacheImage_ || stampImageWidth <= 0 || stampImageHeight <= 0 || stampImageOpacity <= 0) return;
@@ -65,7 +70,7 @@ void ImageStamp::draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRe
                     QPointF(0, 0), [&] { return getTransformedPoint(size, angle, rect, marginAnchor, 0); });
 
         canvas.save();
-        canvas.translate(offsetRect.x() + corner.x(), offsetRect.y() + corner.y());
+        canvas.translate(rect.x() + corner.x(), rect.y() + corner.y());
         canvas.rotate(-angle * radiansPerDegree);
         const QRectF target(QPointF(0, 0), size);
         canvas.drawPicture(*cacheImage_, target,

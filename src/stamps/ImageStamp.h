@@ -54,8 +54,9 @@ class ImageStamp final : public StampBase
     [[nodiscard]] std::optional<Record> getData() const override;
     void edit(StampEditorFactory& editors) override;
     /// See IStampItem; the numbers are ignored.
-    void draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,
-              std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) override;
+    [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
+    void draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
+              std::int64_t totalPages, bool isHighLightStamp) const override;
     [[nodiscard]] QString description() const override;
 
   private:

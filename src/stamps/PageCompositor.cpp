@@ -11,18 +11,12 @@ namespace quillfern {
 
 namespace {
 
-/// Anchors change from page to page, so this is to be asked once a page.
-std::int32_t nextAnchor(IStampItem& stamp)
-{
-    return stamp.getNextMarginAnchor(stamp.isSymmetry(), stamp.marginAnchor());
-}
-
-void drawStamp(IStampItem& stamp, Canvas& canvas, const QRectF& area, std::int32_t anchor,
+void drawStamp(const IStampItem& stamp, Canvas& canvas, const QRectF& area, std::int32_t anchor,
                std::int64_t number, std::int64_t pages, bool highlight)
 {
     canvas.beginArtifact();
     canvas.save();
-    stamp.draw(canvas, area, area, anchor, number, pages, highlight);
+    stamp.draw(canvas, area, anchor, number, pages, highlight);
     canvas.restore();
     canvas.endArtifact();
 }
@@ -54,20 +48,21 @@ void shadeMargins(QPainter& painter, const QSizeF& size, const QRectF& area)
 
 } // namespace
 
-void PageCompositor::drawPDFNumber(PageLayers& page, const QRectF& fillRect, std::int64_t number,
+void PageCompositor::drawPDFNumber(PageLayers& page, const QRectF& fillRect, StampRun& run,
                                    std::int64_t pages) const
 {
     guarded("Error in [drawPDFNumber:] : %@", [&] {
+        const PageStamps placed = place(fillRect, run, pages);
         for (const bool under : {true, false}) {
             Canvas& canvas = under ? page.under() : page.over();
-            for (const auto& stamp : stamps_)
-                if (stamp->isSelected() && stamp->isDrawUnderPDFContent() == under)
-                    drawStamp(*stamp, canvas, fillRect, nextAnchor(*stamp), number, pages, false);
+            for (std::size_t i = 0; i < stamps_.size(); ++i)
+                if (stamps_[i]->isSelected() && stamps_[i]->isDrawUnderPDFContent() == under)
+                    drawStamp(*stamps_[i], canvas, fillRect, placed.anchors[i], placed.number, pages, false);
         }
     });
 }
 
-void PageCompositor::drawOnImage(QImage& image, const QRectF& area, std::int64_t number, std::int64_t pages,
+void PageCompositor::drawOnImage(QImage& image, const QRectF& area, StampRun& run, std::int64_t pages,
                                  std::int32_t highlightIndex, bool isPreview) const
 {
     guarded("Error in (Numbering=>drawOnImage:pageNumber:pages:highlightIndex:isPreview:) : %@", [&] {
@@ -78,15 +73,18 @@ void PageCompositor::drawOnImage(QImage& image, const QRectF& area, std::int64_t
         prepare(painter);
         if (isPreview) shadeMargins(painter, image.deviceIndependentSize(), area);
         RasterCanvas canvas(painter, shaper_);
-        drawAll(canvas, place(area, number, pages), highlightIndex);
+        drawAll(canvas, place(area, run, pages), highlightIndex);
     });
 }
 
-PageStamps PageCompositor::place(const QRectF& area, std::int64_t number, std::int64_t pages) const
+PageStamps PageCompositor::place(const QRectF& area, StampRun& run, std::int64_t pages) const
 {
-    PageStamps stamps{area, number, pages, std::vector<std::int32_t>(stamps_.size())};
-    for (std::size_t i = 0; i < stamps_.size(); ++i)
-        if (stamps_[i]->isSelected()) stamps.anchors[i] = nextAnchor(*stamps_[i]);
+    PageStamps stamps{area, run.numberCounter, pages, std::vector<std::int32_t>(stamps_.size())};
+    for (std::size_t i = 0; i < stamps_.size(); ++i) {
+        const IStampItem& stamp = *stamps_[i];
+        if (stamp.isSelected())
+            stamps.anchors[i] = run.getNextMarginAnchor(i, stamp.isSymmetry(), stamp.marginAnchor());
+    }
     return stamps;
 }
 

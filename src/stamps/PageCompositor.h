@@ -1,16 +1,15 @@
 #pragma once
 
 #include "platform/drawing/InkProbe.h"
-#include "stamps/IStampItem.h"
+#include "stamps/StampList.h"
+#include "stamps/StampRun.h"
 
 #include <QImage>
 #include <QRectF>
-#include <memory>
+#include <cstdint>
 #include <vector>
 
 namespace quillfern {
-
-using StampList = std::vector<std::shared_ptr<IStampItem>>;
 
 /// What the stamps show on one page, and at which anchor each of them does.
 struct PageStamps
@@ -21,30 +20,29 @@ struct PageStamps
     std::vector<std::int32_t> anchors; ///< of all stamps; of no meaning for those that are not enabled
 };
 
-/// Puts the stamps of a job on one page. It is handed the stamp list and the number of the page; it changes
-/// nothing but the stamps' facing-page state, so two pages must not be composited with one list at once.
+/// Puts stamps on one page. What changes from page to page is in the run that the caller hands in; two pages
+/// must not be composited with one run at once. Belongs to one thread, as its shaper does.
 class PageCompositor
 {
   public:
-    PageCompositor(const StampList& stamps, TextShaper& shaper) : stamps_(stamps), shaper_(shaper) {}
+    /// Both are borrowed and must outlive the compositor.
+    PageCompositor(const StampValues& stamps, TextShaper& shaper) : stamps_(stamps), shaper_(shaper) {}
 
     /// Draws every enabled stamp on a PDF page, those marked so beneath its content and the others above it,
-    /// in list order. `fillRect` is the area inside the margins, `number` the running number, `pages` the
-    /// total.
-    void drawPDFNumber(PageLayers& page, const QRectF& fillRect, std::int64_t number,
-                       std::int64_t pages) const;
+    /// in list order, with the run's number. `fillRect` is the area inside the margins, `pages` the total.
+    void drawPDFNumber(PageLayers& page, const QRectF& fillRect, StampRun& run, std::int64_t pages) const;
 
     /// Draws every enabled stamp over an image, in list order. `area` is the area inside the margins in the
     /// space of the image, whose size in that space is its size in device-independent pixels.
     /// `highlightIndex` counts all stamps, enabled or not; a value that matches none highlights none. A
     /// preview also shades the margins and outlines the area.
-    void drawOnImage(QImage& image, const QRectF& area, std::int64_t number, std::int64_t pages,
+    void drawOnImage(QImage& image, const QRectF& area, StampRun& run, std::int64_t pages,
                      std::int32_t highlightIndex, bool isPreview) const;
 
     // The same in steps, for pages whose pixels depend on what is drawn on them.
 
     /// Begins the next page of an output: decides on the anchors. Arguments as for drawOnImage().
-    [[nodiscard]] PageStamps place(const QRectF& area, std::int64_t number, std::int64_t pages) const;
+    [[nodiscard]] PageStamps place(const QRectF& area, StampRun& run, std::int64_t pages) const;
     /// Finds out what drawing them takes; draws nothing.
     [[nodiscard]] InkProbe probe(const PageStamps& stamps) const;
     /// Draws them over an image that begins at `origin` of the page, pixel for pixel.
@@ -56,7 +54,7 @@ class PageCompositor
   private:
     void drawAll(Canvas& canvas, const PageStamps& stamps, std::int32_t highlightIndex) const;
 
-    const StampList& stamps_;
+    const StampValues& stamps_;
     TextShaper& shaper_;
 };
 

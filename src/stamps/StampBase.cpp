@@ -1,16 +1,14 @@
 #include "stamps/StampBase.h"
 
-#include "stamps/Placement.h"
-
 namespace quillfern {
 
 StampBase::~StampBase() = default;
 
-std::int32_t StampBase::getNextMarginAnchor(bool isSymmetric, std::int32_t anchor)
+StampBase::StampBase(const StampBase& other)
+    : IStampItem(other), isSelected_(other.isSelected_), label_(other.label_),
+      marginAnchor_(other.marginAnchor_), isDrawUnderPDFContent_(other.isDrawUnderPDFContent_),
+      isSymmetry_(other.isSymmetry_)
 {
-    if (!isSymmetric) return anchor;
-    lastMarginAnchor_ = lastMarginAnchor_ == None ? anchor : mirroredAnchor(lastMarginAnchor_);
-    return lastMarginAnchor_;
 }
 
 void StampBase::closeEditor()

@@ -5,7 +5,7 @@
 
 namespace quillfern {
 
-/// What both kinds of stamps share: the fields of IStampItem, the facing-page state and the editor.
+/// What both kinds of stamps share: the fields of IStampItem and the editor.
 class StampBase : public IStampItem
 {
   public:
@@ -22,11 +22,10 @@ class StampBase : public IStampItem
     void setIsSymmetry(bool symmetric) override { isSymmetry_ = symmetric; }
     [[nodiscard]] bool isSymmetry() const override { return isSymmetry_; }
 
-    std::int32_t getNextMarginAnchor(bool isSymmetric, std::int32_t anchor) override;
-    void reset() override { lastMarginAnchor_ = None; }
-
   protected:
     StampBase() = default;
+    /// Copies the fields; the editor stays with the original.
+    StampBase(const StampBase& other);
 
     /// Invalidates and forgets the editor.
     void closeEditor();
@@ -43,7 +42,6 @@ class StampBase : public IStampItem
     std::int32_t marginAnchor_ = None;
     bool isDrawUnderPDFContent_ = false;
     bool isSymmetry_ = false;
-    std::int32_t lastMarginAnchor_ = None; ///< None until a page was drawn in this run
 };
 
 } // namespace quillfern

@@ -53,8 +53,13 @@ TextPaint TextStamp::paint() const
     return paint;
 }
 
-void TextStamp::draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,
-                     std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp)
+std::unique_ptr<IStampItem> TextStamp::clone() const
+{
+    return std::make_unique<TextStamp>(*this);
+}
+
+void TextStamp::draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
+                     std::int64_t totalPages, bool isHighLightStamp) const
 {
     guarded("Error in [Draw:rect:marginAnchor:pageNumber:totalPages:isHighLightStamp:] : %@", [&] {
         if (!isVisible()) return;
@@ -68,7 +73,7 @@ void TextStamp::draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRec
             [&] { return getTransformedPoint(size, wholeDegrees(textRotation), rect, marginAnchor, 0); });
 
         canvas.save();
-        canvas.translate(offsetRect.x() + corner.x(), offsetRect.y() + corner.y());
+        canvas.translate(rect.x() + corner.x(), rect.y() + corner.y());
         canvas.rotate(-(std::isfinite(textRotation) ? textRotation : 0) * radiansPerDegree);
         canvas.drawText(*shaped, paint());
         if (isHighLightStamp) canvas.fillRect(QRectF(QPointF(0, 0), size), QColor::fromRgbF(1, 0, 0, 0.5F));

@@ -37,8 +37,9 @@ class TextStamp final : public StampBase
     void setData(const Record* data) override;
     [[nodiscard]] std::optional<Record> getData() const override;
     void edit(StampEditorFactory& editors) override;
-    void draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t marginAnchor,
-              std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) override;
+    [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
+    void draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
+              std::int64_t totalPages, bool isHighLightStamp) const override;
     [[nodiscard]] QString description() const override;
 
   private:

@@ -98,7 +98,7 @@ TEST_F(Configuration, ChoicesAndResets)
             QTest::keyClick(&box, Qt::Key_Down);
     };
     choose(*ui().unitsPopup, 2);
-    EXPECT_EQ(number().marginUnit, Inches);
+    EXPECT_EQ(number().marginUnit(), Inches);
     EXPECT_EQ(number().marginTop(), 1.0);
     EXPECT_EQ(ui().marginTop->text(), QStringLiteral("1"));
     choose(*ui().unitsPopup, 1);

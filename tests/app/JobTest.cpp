@@ -16,20 +16,20 @@ namespace {
 class GatedProcessors final : public DocumentProcessors
 {
   public:
-    GatedProcessors(QSemaphore& gate, PageProgress progress) : gate_(gate), progress_(std::move(progress)) {}
+    explicit GatedProcessors(QSemaphore& gate) : gate_(gate) {}
 
-    bool processPDF(const QString&, const QString&, const QString&, std::int64_t) override
+    FileOutcome processPDF(const QString&, const QString&, const QString&, JobRun& run) override
     {
-        progress_();
+        run.pageDone();
         gate_.acquire();
-        return true;
+        FileOutcome outcome;
+        outcome.status = FileStatus::Created;
+        return outcome;
     }
-    bool processTIFF(const QString&, const QString&, std::int64_t, std::int32_t) override { return false; }
-    [[nodiscard]] QString lastProblem() const override { return {}; }
+    FileOutcome processTIFF(const QString&, const QString&, JobRun&, std::int32_t) override { return {}; }
 
   private:
     QSemaphore& gate_;
-    PageProgress progress_;
 };
 
 class JobInWindow : public AppTest
@@ -38,9 +38,7 @@ class JobInWindow : public AppTest
     void TearDown() override { gate.release(1000); } // nobody may wait at it for ever
     void gated()
     {
-        makeProcessors = [this](Numbering&, PageProgress progress) {
-            return std::make_unique<GatedProcessors>(gate, std::move(progress));
-        };
+        makeProcessors = [this](const JobConfiguration&) { return std::make_unique<GatedProcessors>(gate); };
     }
     void stampWith(const char* format)
     {

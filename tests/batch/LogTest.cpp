@@ -43,10 +43,16 @@ TEST_F(LogFileTest, HasOneElementAnOutputInOrder)
     Log log(clock, folders);
     log.startTime = QDateTime(QDate(2026, 11, 15), QTime(23, 59, 58));
     log.endTime = QDateTime(QDate(2026, 11, 16), QTime(0, 5, 9));
-    log.files.push_back(
-        {QStringLiteral("a.pdf"), QStringLiteral("/out"), QStringLiteral("Completed"), 12, {}});
-    log.files.push_back(
-        {QStringLiteral("<b> & \"c\"\n\x01.pdf"), QStringLiteral("/out"), QStringLiteral("No Pages"), 0, {}});
+    log.files.push_back({QStringLiteral("a.pdf"),
+                         QStringLiteral("/out"),
+                         FileOutcome{FileStatus::CreatedNothing, std::nullopt, 0, std::nullopt},
+                         12,
+                         {}});
+    log.files.push_back({QStringLiteral("<b> & \"c\"\n\x01.pdf"),
+                         QStringLiteral("/out"),
+                         FileOutcome{FileStatus::NoPages, std::nullopt, 0, std::nullopt},
+                         0,
+                         {}});
     log.files[0].logFiles.push_back({QStringLiteral("in.pdf"), 3, 4, QStringLiteral("Completed")});
     ASSERT_TRUE(log.save(english));
     EXPECT_EQ(*log.logFilePath(), scratch.path(QStringLiteral("Orvane/Quillfern1/Logs/161126000509.log")));

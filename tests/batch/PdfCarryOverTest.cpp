@@ -296,10 +296,9 @@ TEST_F(CarryOver, InPlaceIsToldByTheFileAndNotByItsPath)
     for (const InPlaceCase& c : cases) {
         const QString source = scratch.write(QStringLiteral("in/doc.pdf"), pdf);
         const QString backup = scratch.write(QStringLiteral("in/doc.pdf.bak"), "an older backup");
-        number.isBackupFile = c.backup;
-        number.reset();
+        number.setIsBackupFile(c.backup);
         const QString target = scratch.path(QString::fromLatin1(c.folder)) + QStringLiteral("/doc.pdf");
-        EXPECT_TRUE(makeDocumentProcessors(number, {})->processPDF(source, target, {}, 0)) << c.what;
+        EXPECT_EQ(stamp(source, target).status, FileStatus::Created) << c.what;
         EXPECT_TRUE(pdfText(source, 2).contains(QStringLiteral("Stamp"))) << c.what;
         EXPECT_TRUE(pdfText(source, 2).contains(QStringLiteral("Body2"))) << c.what;
         EXPECT_EQ(readFile(backup), c.backup ? pdf : QByteArray("an older backup")) << c.what;
@@ -311,22 +310,19 @@ TEST_F(CarryOver, InPlaceIsToldByTheFileAndNotByItsPath)
 TEST_F(CarryOver, AFailureLeavesTheSourceAndNoHalfFile)
 {
     addStamp(QStringLiteral("Stamp"), TopLeft);
-    number.isBackupFile = true;
+    number.setIsBackupFile(true);
     const QByteArray pdf = numberedPdf(2);
     const QString source = scratch.write(QStringLiteral("in/doc.pdf"), pdf);
     // The backup's name is taken by a folder with something in it: no backup, so no processing in place
     // either.
     scratch.write(QStringLiteral("in/doc.pdf.bak/kept.txt"), "kept");
-    EXPECT_FALSE(makeDocumentProcessors(number, {})->processPDF(source, source, {}, 0));
+    EXPECT_EQ(stamp(source, source).status, FileStatus::Failed);
     EXPECT_EQ(readFile(source), pdf);
-    EXPECT_FALSE(number.isUpdating());
-    EXPECT_FALSE(makeDocumentProcessors(number, {})
-                     ->processPDF(scratch.path(QStringLiteral("gone.pdf")), source, {}, 0));
+    EXPECT_EQ(stamp(scratch.path(QStringLiteral("gone.pdf")), source).status, FileStatus::Failed);
     EXPECT_EQ(readFile(source), pdf);
-    const auto processors = makeDocumentProcessors(number, {});
-    EXPECT_FALSE(
-        processors->processPDF(source, scratch.path(QStringLiteral("no/such/folder/doc.pdf")), {}, 0));
-    EXPECT_FALSE(processors->lastProblem().isEmpty());
+    const FileOutcome outcome = stamp(source, scratch.path(QStringLiteral("no/such/folder/doc.pdf")));
+    EXPECT_EQ(outcome.status, FileStatus::Failed);
+    EXPECT_TRUE(outcome.remark);
 }
 
 TEST_F(CarryOver, APageWhoseParentIsMissingKeepsWhatItInherits)
@@ -355,8 +351,8 @@ TEST_F(CarryOver, ABackupIsAsPrivateAsItsSource)
 {
     const QString source = scratch.write(QStringLiteral("in/doc.pdf"), numberedPdf(1));
     QFile::setPermissions(source, QFile::ReadOwner | QFile::WriteOwner);
-    number.isBackupFile = true;
-    EXPECT_TRUE(makeDocumentProcessors(number, {})->processPDF(source, source, {}, 0));
+    number.setIsBackupFile(true);
+    EXPECT_EQ(stamp(source, source).status, FileStatus::Created);
     for (const QString& path : {source, source + QStringLiteral(".bak")})
         EXPECT_FALSE(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther)) << path.toStdString();
 }

@@ -28,9 +28,15 @@ class PdfProcessing : public testing::Test
         const QString source = scratch.write(QStringLiteral("in/doc.pdf"), pdf);
         QDir().mkpath(scratch.path(QStringLiteral("out")));
         const QString target = scratch.path(QStringLiteral("out/doc.pdf"));
-        number.reset();
-        EXPECT_EQ(makeDocumentProcessors(number, {})->processPDF(source, target, {}, 0), expected);
+        EXPECT_EQ(stamp(source, target).countsAsCreated(), expected);
         return target;
+    }
+
+    FileOutcome stamp(const QString& source, const QString& target) const
+    {
+        const JobConfiguration job = number.configuration();
+        JobRun run(job);
+        return makeDocumentProcessors(job)->processPDF(source, target, {}, run);
     }
 
     void addStamp(const QString& text, std::int32_t anchor = TopLeft)

@@ -1,6 +1,5 @@
 #include "batch/Process.h"
 
-#include "batch/JobPlan.h"
 #include "platform/system/Failure.h"
 #include "stamps/TextStamp.h"
 #include "support/Fakes.h"
@@ -23,41 +22,41 @@ struct Script
 {
     std::vector<std::string> calls;
     std::function<bool(const QString& name)> act = [](const QString&) { return true; };
-    QString problem;
 };
 
 class ScriptedProcessors final : public DocumentProcessors
 {
   public:
-    ScriptedProcessors(Script& script, Numbering& number) : script_(script), number_(number) {}
+    explicit ScriptedProcessors(Script& script) : script_(script) {}
 
-    bool processPDF(const QString& source, const QString&, const QString& password,
-                    std::int64_t total) override
+    FileOutcome processPDF(const QString& source, const QString&, const QString& password,
+                           JobRun& run) override
     {
         EXPECT_TRUE(password.isEmpty());
-        return note("pdf", source, total);
+        return note("pdf", source, run);
     }
-    bool processTIFF(const QString& source, const QString&, std::int64_t total, std::int32_t) override
+    FileOutcome processTIFF(const QString& source, const QString&, JobRun& run, std::int32_t) override
     {
-        return note("tiff", source, total);
+        return note("tiff", source, run);
     }
-    [[nodiscard]] QString lastProblem() const override { return script_.problem; }
 
   private:
-    bool note(const std::string& way, const QString& source, std::int64_t total)
+    FileOutcome note(const std::string& way, const QString& source, JobRun& run)
     {
         const QString name = QFileInfo(source).fileName();
-        script_.calls.push_back(way + ' ' + name.toStdString() + " total " + std::to_string(total) +
-                                " from " + std::to_string(number_.numberCounter));
-        number_.numberCounter += 10;
-        return script_.act(name);
+        script_.calls.push_back(way + ' ' + name.toStdString() + " total " + std::to_string(run.totalPages) +
+                                " from " + std::to_string(run.numberCounter()));
+        for (int page = 0; page < 10; ++page)
+            run.numberUsed();
+        FileOutcome outcome;
+        outcome.status = script_.act(name) ? FileStatus::Created : FileStatus::Failed;
+        return outcome;
     }
 
     Script& script_;
-    Numbering& number_;
 };
 
-class Job : public testing::Test, public ProcessObserver
+class JobTest : public testing::Test, public ProcessObserver
 {
   protected:
     void SetUp() override
@@ -82,24 +81,25 @@ class Job : public testing::Test, public ProcessObserver
     {
         ProcessServices result{clock, folders, thread, desktop};
         if (scripted)
-            result.makeProcessors = [this](Numbering& number, PageProgress) {
-                return std::make_unique<ScriptedProcessors>(script, number);
+            result.makeProcessors = [this](const JobConfiguration&) {
+                return std::make_unique<ScriptedProcessors>(script);
             };
         return result;
     }
 
     Process& run(bool scripted = true)
     {
-        process = std::make_unique<Process>(services(scripted), settings, *this);
-        const std::int64_t pages = planJob(*process, files, settings);
-        process->start(pages);
+        process = std::make_unique<Process>(services(scripted), planJob(files, settings), *this);
+        process->start();
         return *process;
     }
 
     void updateTimeTakenLabel(const QString& text) override { labels.append(text); }
-    void outputFinished(const LogFiles& output, const QString& note) override
+    void outputFinished(const LogFiles& output) override
     {
-        results.append(output.filename + u' ' + output.status + (note.isEmpty() ? QString() : u' ' + note));
+        const auto& remark = output.outcome.remark;
+        results.append(output.filename + u' ' + statusWord(output.outcome) +
+                       (remark ? u' ' + remark->shown : QString()));
     }
 
     Scratch scratch;
@@ -115,7 +115,7 @@ class Job : public testing::Test, public ProcessObserver
     std::unique_ptr<Process> process;
 };
 
-TEST_F(Job, HandsEveryFileToItsProcessorAndCountsPagesPerFile)
+TEST_F(JobTest, HandsEveryFileToItsProcessorAndCountsPagesPerFile)
 {
     add(QStringLiteral("a.pdf"), 3);
     add(QStringLiteral("b.PdF"), 2);
@@ -132,7 +132,7 @@ TEST_F(Job, HandsEveryFileToItsProcessorAndCountsPagesPerFile)
     EXPECT_EQ(labels.back(), QStringLiteral("Total Time Taken :  3/3")) << "under a second";
 }
 
-TEST_F(Job, ContinuousNumberingCountsTheWholeListAndRunsOn)
+TEST_F(JobTest, ContinuousNumberingCountsTheWholeListAndRunsOn)
 {
     add(QStringLiteral("a.pdf"), 3);
     add(QStringLiteral("b.pdf"), 2);
@@ -142,7 +142,7 @@ TEST_F(Job, ContinuousNumberingCountsTheWholeListAndRunsOn)
               (std::vector<std::string>{"pdf a.pdf total 5 from 1", "pdf b.pdf total 5 from 11"}));
 }
 
-TEST_F(Job, FailuresAreToldApart)
+TEST_F(JobTest, FailuresAreToldApart)
 {
     add(QStringLiteral("good.pdf"), 1);
     add(QStringLiteral("fails.pdf"), 2);
@@ -160,7 +160,7 @@ TEST_F(Job, FailuresAreToldApart)
     EXPECT_EQ(done.log().files[2].targetPath, scratch.path(QStringLiteral("out")));
 }
 
-TEST_F(Job, AnExceptionBecomesTheStatusAndTheJobGoesOn)
+TEST_F(JobTest, AnExceptionBecomesTheStatusAndTheJobGoesOn)
 {
     add(QStringLiteral("bad.pdf"), 1);
     add(QStringLiteral("good.pdf"), 1);
@@ -176,7 +176,7 @@ TEST_F(Job, AnExceptionBecomesTheStatusAndTheJobGoesOn)
     EXPECT_TRUE(readFile(*done.log().logFilePath()).contains("the moon is full"));
 }
 
-TEST_F(Job, CancellingFinishesTheFileAndWritesTheLog)
+TEST_F(JobTest, CancellingFinishesTheFileAndWritesTheLog)
 {
     for (const char* name : {"a.pdf", "b.pdf", "c.pdf"})
         add(QString::fromLatin1(name), 1);
@@ -190,7 +190,7 @@ TEST_F(Job, CancellingFinishesTheFileAndWritesTheLog)
     EXPECT_EQ(readFile(*done.log().logFilePath()).count("Completed"), 2);
 }
 
-TEST_F(Job, OpensTheFolderOnlyWhenSomethingWasCreated)
+TEST_F(JobTest, OpensTheFolderOnlyWhenSomethingWasCreated)
 {
     settings.isOpenFolderAfterConversion = true;
     add(QStringLiteral("a.pdf"), 1);
@@ -204,21 +204,29 @@ TEST_F(Job, OpensTheFolderOnlyWhenSomethingWasCreated)
     EXPECT_EQ(desktop.opened.back(), *done.log().logFilePath());
 }
 
-TEST_F(Job, TheOutputFolderIsCheckedFirst)
+TEST_F(JobTest, TheOutputFolderIsCheckedFirst)
 {
     const QString readOnly = scratch.path(QStringLiteral("locked"));
     ASSERT_TRUE(QDir().mkpath(readOnly));
     ::chmod(QFile::encodeName(readOnly).constData(), 0555);
-    EXPECT_EQ(outputFolderProblem(std::nullopt), QStringLiteral("Please select output folder!"));
-    EXPECT_EQ(outputFolderProblem(QString()), QStringLiteral("Please select output folder!"));
-    EXPECT_EQ(outputFolderProblem(scratch.path(QStringLiteral("gone"))),
+    const auto problem = [](const std::optional<QString>& path) {
+        try {
+            requireOutputFolder(path);
+            return QString();
+        } catch (const Failure& failure) {
+            return failure.reason();
+        }
+    };
+    EXPECT_EQ(problem(std::nullopt), QStringLiteral("Please select output folder!"));
+    EXPECT_EQ(problem(QString()), QStringLiteral("Please select output folder!"));
+    EXPECT_EQ(problem(scratch.path(QStringLiteral("gone"))),
               QStringLiteral("Output folder missing!\r\nPlease select valid output folder."));
-    EXPECT_EQ(outputFolderProblem(QStringLiteral("/proc/self")), // read-only for everybody, root too
+    EXPECT_EQ(problem(QStringLiteral("/proc/self")), // read-only for everybody, root too
               QStringLiteral("Output folder is non-writable!\r\nPlease select valid output folder."));
-    EXPECT_EQ(outputFolderProblem(settings.outputFolderPath), std::nullopt);
+    EXPECT_EQ(problem(settings.outputFolderPath), QString());
 }
 
-TEST_F(Job, TwoInputsOfOneNameOverwriteEachOtherAndSaySo)
+TEST_F(JobTest, TwoInputsOfOneNameOverwriteEachOtherAndSaySo)
 {
     settings.number->stamps.push_back(std::make_shared<TextStamp>());
     add(QStringLiteral("one/doc.pdf"), 1);
@@ -230,7 +238,7 @@ TEST_F(Job, TwoInputsOfOneNameOverwriteEachOtherAndSaySo)
     EXPECT_EQ(pdfWords(scratch.path(QStringLiteral("out/doc.pdf"))).size(), 2U);
 }
 
-TEST_F(Job, AnotherFileOfTheListIsNeverOverwritten)
+TEST_F(JobTest, AnotherFileOfTheListIsNeverOverwritten)
 {
     settings.number->stamps.push_back(std::make_shared<TextStamp>());
     for (const bool sourceFirst : {true, false}) {
@@ -251,14 +259,13 @@ TEST_F(Job, AnotherFileOfTheListIsNeverOverwritten)
     }
 }
 
-TEST_F(Job, RunsOnAWorkerWhileOthersRead)
+TEST_F(JobTest, RunsOnAWorkerWhileOthersRead)
 {
     settings.number->stamps.push_back(std::make_shared<TextStamp>());
     for (int i = 0; i < 8; ++i)
         add(QStringLiteral("doc%1.pdf").arg(i), 20);
-    process = std::make_unique<Process>(services(false), settings, *this);
-    const std::int64_t pages = planJob(*process, files, settings);
-    std::thread worker([&] { process->start(pages); });
+    process = std::make_unique<Process>(services(false), planJob(files, settings), *this);
+    std::thread worker([&] { process->start(); });
     std::set<std::string> seen;
     while (!process->isCompleted())
         seen.insert(process->outputFileInProcess().toStdString() + process->timeTaken().toStdString() +
@@ -267,6 +274,53 @@ TEST_F(Job, RunsOnAWorkerWhileOthersRead)
     EXPECT_FALSE(seen.empty());
     EXPECT_EQ(process->totalFileCreated(), 8);
     EXPECT_EQ(process->totalPagesProcessed(), 160);
+}
+
+/// Stamps the documents of one job and gives what their pages show.
+QStringList stampedWords(const Scratch& scratch, const QString& name, std::int64_t startNumber)
+{
+    const int pages = 60;
+    const QString source = scratch.write(name + QStringLiteral("/in.pdf"), numberedPdf(pages));
+    Numbering number;
+    number.setStartNumber(startNumber);
+    for (const bool isFacing : {false, true}) {
+        auto stamp = std::make_shared<TextStamp>();
+        stamp->number.numberFormat = name + (isFacing ? QStringLiteral("-side") : QStringLiteral("-{0}/{1}"));
+        stamp->setMarginAnchor(isFacing ? BottomLeft : TopMiddle);
+        stamp->setIsSymmetry(isFacing);
+        number.stamps.push_back(stamp);
+    }
+    const JobConfiguration job = number.configuration();
+    const auto processors = makeDocumentProcessors(job);
+    JobRun run(job);
+    QStringList shown;
+    for (int round = 0; round < 3; ++round) {
+        const QString target = scratch.path(name + QStringLiteral("/out%1.pdf").arg(round));
+        EXPECT_EQ(processors->processPDF(source, target, {}, run).status, FileStatus::Created);
+        for (const PdfTextPage& page : pdfWords(target))
+            for (const PdfWord& word : page.words)
+                if (word.text.startsWith(name))
+                    shown.append(word.text + (word.box.center().x() < page.width / 2 ? u'<' : u'>'));
+    }
+    return shown;
+}
+
+TEST(TwoJobs, RunAtOnceWithoutTouchingEachOther)
+{
+    const Scratch scratch;
+    const QStringList alone = stampedWords(scratch, QStringLiteral("alone"), 1000);
+    ASSERT_EQ(alone.size(), 360);
+    EXPECT_TRUE(alone.constLast().startsWith(QLatin1String("alone-side"))) << alone.constLast().toStdString();
+    QStringList first;
+    QStringList second;
+    std::thread other([&] { second = stampedWords(scratch, QStringLiteral("other"), 1000); });
+    first = stampedWords(scratch, QStringLiteral("first"), 1);
+    other.join();
+    EXPECT_EQ(QStringList(second).replaceInStrings(QStringLiteral("other"), QStringLiteral("alone")), alone);
+    EXPECT_EQ(first.size(), alone.size());
+    EXPECT_TRUE(first.contains(QStringLiteral("first-180/60>")) ||
+                first.contains(QStringLiteral("first-180/60<")))
+        << "the number ran on through its own three documents";
 }
 
 TEST(OutputFileTest, TakesBothFieldsOrNone)

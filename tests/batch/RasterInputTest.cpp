@@ -312,7 +312,7 @@ TEST_F(RasterFile, CutOffFilesFailAndLeaveNothing)
             SCOPED_TRACE(testing::Message() << c.name << " at " << part);
             const auto length = static_cast<qsizetype>(static_cast<double>(c.bytes.size()) * part);
             process(write(QString::fromLatin1(c.name), c.bytes.left(length)), false);
-            EXPECT_FALSE(problem.isEmpty());
+            EXPECT_FALSE(problem().isEmpty());
         }
     }
     EXPECT_TRUE(QDir(scratch.path(QStringLiteral("out"))).entryList(QDir::Files | QDir::Hidden).isEmpty());
@@ -327,7 +327,7 @@ TEST_F(RasterFile, DamagedPixelsFail)
     for (qsizetype i = 100; i < 160; ++i)
         bytes[i] = static_cast<char>(i * 37);
     process(write(QStringLiteral("lzw.tif"), bytes), false);
-    EXPECT_TRUE(problem.contains(QStringLiteral("damaged"))) << problem.toStdString();
+    EXPECT_TRUE(problem().contains(QStringLiteral("damaged"))) << problem().toStdString();
 }
 
 /// The checksum that follows a chunk of a PNG, over its name and data.
@@ -371,7 +371,7 @@ TEST_F(RasterFile, HugeClaimsAreRefusedBeforeMemoryIsTaken)
                  {"huge.bmp", bmp, "picture"}} /* the decoder itself refuses such a header */;
     for (const auto& c : cases) {
         process(write(QString::fromLatin1(c.name), c.bytes), false, 5);
-        EXPECT_TRUE(problem.contains(QLatin1String(c.word))) << problem.toStdString();
+        EXPECT_TRUE(problem().contains(QLatin1String(c.word))) << problem().toStdString();
     }
 }
 
@@ -386,7 +386,7 @@ TEST_F(RasterFile, FilesThatAreNoPicturesSaySo)
         {"%PDF-1.7\n", "PDF"}, {"hello, world, this is text", "picture"}, {"", "empty"}, {"II*", "read"}};
     for (const auto& c : cases) {
         process(write(QStringLiteral("a.tif"), c.bytes), false);
-        EXPECT_TRUE(problem.contains(QLatin1String(c.word))) << problem.toStdString();
+        EXPECT_TRUE(problem().contains(QLatin1String(c.word))) << problem().toStdString();
     }
 }
 

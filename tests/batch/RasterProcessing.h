@@ -79,13 +79,20 @@ class RasterProcessing : public testing::Test
     {
         QDir().mkpath(scratch.path(QStringLiteral("out")));
         const QString target = scratch.path(QStringLiteral("out/") + QFileInfo(source).fileName());
-        number.reset();
-        const auto processors = makeDocumentProcessors(number, {});
         if (compression < 0) compression = inspectImageFile(source).compression;
-        EXPECT_EQ(processors->processTIFF(source, target, 0, compression), expected);
-        problem = processors->lastProblem();
+        stamp(source, target, compression);
+        EXPECT_EQ(outcome.status == FileStatus::Created, expected);
         EXPECT_EQ(QFile::exists(target), expected);
         return target;
+    }
+
+    const FileOutcome& stamp(const QString& source, const QString& target, int compression)
+    {
+        const JobConfiguration job = number.configuration();
+        JobRun run(job);
+        outcome = makeDocumentProcessors(job)->processTIFF(source, target, run, compression);
+        nextNumber = run.numberCounter();
+        return outcome;
     }
 
     /// True when both show the same outside the stamp.
@@ -117,8 +124,11 @@ class RasterProcessing : public testing::Test
     }
 
     Scratch scratch;
+    [[nodiscard]] QString problem() const { return outcome.remark ? outcome.remark->shown : QString(); }
+
     Numbering number;
-    QString problem;
+    FileOutcome outcome; ///< of the last document
+    std::int64_t nextNumber = 0;
 };
 
 } // namespace quillfern

@@ -71,8 +71,7 @@ TEST_F(TiffProcessing, RangeAndParity)
             EXPECT_NEAR(shadeOf(pages[i]), 255 - c.pages[i] * 3, 1);
             EXPECT_EQ(hasStamp(pages[i].image), c.stamped[i]);
         }
-        EXPECT_EQ(number.numberCounter, c.nextNumber);
-        EXPECT_FALSE(number.isUpdating());
+        EXPECT_EQ(nextNumber, c.nextNumber);
     }
 }
 
@@ -82,7 +81,7 @@ TEST_F(TiffProcessing, RangeWithoutPagesWritesNothing)
     number.setStartPage(7);
     const QString source = shades(6);
     process(source, false);
-    EXPECT_TRUE(problem.contains(QStringLiteral("page range"))) << problem.toStdString();
+    EXPECT_TRUE(problem().contains(QStringLiteral("page range"))) << problem().toStdString();
     number.setStartPage(3);
     number.setEndPage(2);
     process(source, false);
@@ -95,7 +94,7 @@ TEST_F(TiffProcessing, SeveralHundredPages)
     ASSERT_EQ(pages.size(), 400U);
     for (const TiffPage& page : pages)
         EXPECT_EQ(page.compression, 4);
-    EXPECT_EQ(number.numberCounter, 401);
+    EXPECT_EQ(nextNumber, 401);
 }
 
 TEST_F(TiffProcessing, TotalIsTheFilesOwnWhenNoneIsGiven)
@@ -194,9 +193,8 @@ TEST_F(TiffProcessing, CompressionCodes)
     addStamp();
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.source.toStdString() << " as " << c.asked);
-        number.reset();
         const QString target = scratch.path(QStringLiteral("copy.tif"));
-        ASSERT_TRUE(makeDocumentProcessors(number, {})->processTIFF(c.source, target, 0, c.asked));
+        ASSERT_EQ(stamp(c.source, target, c.asked).status, FileStatus::Created);
         const auto pages = readTiff(target);
         ASSERT_EQ(pages.size(), 1U);
         EXPECT_EQ(pages[0].compression, c.written);
@@ -328,8 +326,8 @@ TEST_F(TiffProcessing, InPlaceKeepsABackupWhenAsked)
     addStamp();
     const QString source = shades(2);
     const QByteArray before = readFile(source);
-    number.isBackupFile = true;
-    ASSERT_TRUE(makeDocumentProcessors(number, {})->processTIFF(source, source, 0, 5));
+    number.setIsBackupFile(true);
+    ASSERT_EQ(stamp(source, source, 5).status, FileStatus::Created);
     EXPECT_EQ(readFile(source + QStringLiteral(".bak")), before);
     const auto pages = readTiff(source);
     ASSERT_EQ(pages.size(), 2U);
@@ -343,11 +341,10 @@ TEST_F(TiffProcessing, InPlaceFailureHarmsNothing)
     QByteArray bytes = readFile(source);
     bytes.truncate(bytes.size() - 40);
     scratch.write(QStringLiteral("in/shades.tif"), bytes);
-    const auto processors = makeDocumentProcessors(number, {});
-    EXPECT_FALSE(processors->processTIFF(source, source, 0, 5));
+    EXPECT_EQ(stamp(source, source, 5).status, FileStatus::Failed);
     EXPECT_EQ(readFile(source), bytes);
-    EXPECT_FALSE(processors->processTIFF(scratch.path(QStringLiteral("gone.tif")), source, 0, 5));
-    EXPECT_FALSE(processors->lastProblem().isEmpty());
+    EXPECT_EQ(stamp(scratch.path(QStringLiteral("gone.tif")), source, 5).status, FileStatus::Failed);
+    EXPECT_FALSE(problem().isEmpty());
     EXPECT_EQ(readFile(source), bytes);
 }
 
@@ -357,10 +354,14 @@ TEST_F(TiffProcessing, StopsAfterThePageInWork)
     const QString source = shades(6);
     const QString target = scratch.path(QStringLiteral("part.tif"));
     int done = 0;
-    const auto processors = makeDocumentProcessors(number, [&] {
-        if (++done == 2) number.cancelUpdate();
+    const JobConfiguration job = number.configuration();
+    JobRun run(job, [&] {
+        if (++done == 2) run.cancelUpdate();
     });
-    EXPECT_TRUE(processors->processTIFF(source, target, 0, 5));
+    const FileOutcome part = makeDocumentProcessors(job)->processTIFF(source, target, run, 5);
+    EXPECT_EQ(part.status, FileStatus::Created);
+    EXPECT_EQ(part.pages, 2);
+    EXPECT_EQ(part.numbers, (NumbersUsed{1, 2}));
     EXPECT_EQ(readTiff(target).size(), 2U);
 }
 

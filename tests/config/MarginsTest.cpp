@@ -1,5 +1,7 @@
 #include "config/Margins.h"
 
+#include "config/PageArea.h"
+
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -41,64 +43,65 @@ TEST(Margins, AreConvertedBetweenUnits)
     };
     for (const Case& c : cases) {
         Numbering number;
-        number.marginUnit = c.from;
+        number.setMarginUnit(c.from);
         setMargins(number, c.value, c.value, c.value, c.value);
         Margins(number).unitChanged(c.to);
         EXPECT_DOUBLE_EQ(number.marginTop(), c.expected) << c.from << " to " << c.to;
         EXPECT_EQ(number.marginTop(), number.marginLeft());
         EXPECT_EQ(number.marginTop(), number.marginRight());
         EXPECT_EQ(number.marginTop(), number.marginBottom());
-        EXPECT_EQ(number.marginUnit, c.to);
+        EXPECT_EQ(number.marginUnit(), c.to);
     }
 }
 
 TEST(Margins, OfZeroOrLessAreNeverConvertedAndCountAsNone)
 {
     Numbering number;
-    number.marginUnit = Millimetres;
+    number.setMarginUnit(Millimetres);
     setMargins(number, -5, 0, 10, -1);
     Margins margins(number);
     margins.unitChanged(Points);
     EXPECT_EQ(number.marginLeft(), -5);
     EXPECT_EQ(number.marginBottom(), -1);
-    EXPECT_EQ(margins.marginRect({200, 100}), QRectF(0, 0, 200 - number.marginRight(), 100));
+    EXPECT_EQ(marginRect(number.fields(), {200, 100}), QRectF(0, 0, 200 - number.marginRight(), 100));
 }
 
 TEST(Margins, RectangleInUnitsAndPercent)
 {
     Numbering number;
     Margins margins(number);
-    number.marginUnit = Inches;
+    number.setMarginUnit(Inches);
     setMargins(number, 1, 0.5, 2, 0.25);
-    EXPECT_EQ(margins.marginRect({600, 800}), QRectF(72, 36, 600 - 72 - 144, 800 - 36 - 18));
-    number.marginUnit = Points;
-    number.isMarginInPercentage = true;
+    EXPECT_EQ(marginRect(number.fields(), {600, 800}), QRectF(72, 36, 600 - 72 - 144, 800 - 36 - 18));
+    number.setMarginUnit(Points);
+    number.setIsMarginInPercentage(true);
     setMargins(number, 0, 25, 10, 0);
-    EXPECT_EQ(margins.marginRect({600, 800}), QRectF(0, 200, 540, 600));
-    EXPECT_EQ(margins.lengthRect({600, 800}), QRectF(0, 25, 590, 775))
+    EXPECT_EQ(marginRect(number.fields(), {600, 800}), QRectF(0, 200, 540, 600));
+    EXPECT_EQ(lengthRect(number.fields(), {600, 800}), QRectF(0, 25, 590, 775))
         << "documents take the number as a length";
     setMargins(number, 50, 0, 60, 0);
-    EXPECT_NEAR(margins.marginRect({100, 100}).width(), -10, 1e-9) << "a negative area is used as it is";
+    EXPECT_NEAR(marginRect(number.fields(), {100, 100}).width(), -10, 1e-9)
+        << "a negative area is used as it is";
 }
 
 TEST(Margins, PercentagesGoThereAndBack)
 {
     Numbering number;
-    number.marginUnit = Millimetres;
+    number.setMarginUnit(Millimetres);
     setMargins(number, 10, 20, 0, 5);
     Margins margins(number);
-    number.isMarginInPercentage = true;
+    number.setIsMarginInPercentage(true);
     margins.isMarginPercentageChanged({300, 400});
     EXPECT_NEAR(number.marginLeft(), 10 * 72 / 25.4 / 300 * 100, 1e-12);
     EXPECT_NEAR(number.marginTop(), 20 * 72 / 25.4 / 400 * 100, 1e-12);
     margins.unitChanged(Inches);
     EXPECT_NEAR(number.marginLeft(), 10 * 72 / 25.4 / 300 * 100, 1e-12) << "percentages know no unit";
-    number.isMarginInPercentage = false;
+    number.setIsMarginInPercentage(false);
     margins.isMarginPercentageChanged({300, 400});
     EXPECT_NEAR(number.marginLeft(), 10 / 25.4, 1e-12) << "back in the unit that is chosen now";
     EXPECT_EQ(number.marginRight(), 0);
 
-    number.isMarginInPercentage = true;
+    number.setIsMarginInPercentage(true);
     margins.isMarginPercentageChanged({0, 400});
     EXPECT_TRUE(std::isinf(number.marginLeft()));
 }
@@ -111,14 +114,14 @@ TEST(Margins, OnlyTheResetTellsTheDelegateAndOnlyOnce)
     number.setDelegate(&counter);
     Margins margins(number);
     margins.unitChanged(Millimetres);
-    number.isMarginInPercentage = true;
+    number.setIsMarginInPercentage(true);
     margins.isMarginPercentageChanged({100, 100});
     EXPECT_EQ(counter.count, 0);
     margins.resetMargins();
     EXPECT_EQ(counter.count, 1);
-    EXPECT_EQ(margins.marginRect({10, 10}), QRectF(0, 0, 10, 10));
-    EXPECT_EQ(number.marginUnit, Millimetres);
-    EXPECT_TRUE(number.isMarginInPercentage);
+    EXPECT_EQ(marginRect(number.fields(), {10, 10}), QRectF(0, 0, 10, 10));
+    EXPECT_EQ(number.marginUnit(), Millimetres);
+    EXPECT_TRUE(number.isMarginInPercentage());
     margins.resetMargins();
     EXPECT_EQ(counter.count, 1);
 }

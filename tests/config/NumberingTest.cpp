@@ -24,7 +24,7 @@ TEST(NumberingTest, StartsFromItsDefaults)
     EXPECT_EQ(number.startNumber(), 1);
     EXPECT_EQ(number.numberSteps(), 1);
     EXPECT_EQ(number.pageRange(), AllPages);
-    EXPECT_EQ(number.marginUnit, Points);
+    EXPECT_EQ(number.marginUnit(), Points);
     EXPECT_TRUE(number.isHighlightStamp());
     EXPECT_FALSE(number.isLivePreview());
     EXPECT_TRUE(number.stamps.empty());
@@ -63,9 +63,9 @@ TEST(NumberingTest, WatchedFieldsTellTheDelegateOnceAndOthersNever)
     }
     EXPECT_EQ(Numbering::keyPathsForValuesAffectingIsSettingsChanged(), names);
     counter.count = 0;
-    number.marginUnit = Inches;
-    number.isMarginInPercentage = true;
-    number.isBackupFile = true;
+    number.setMarginUnit(Inches);
+    number.setIsMarginInPercentage(true);
+    number.setIsBackupFile(true);
     number.stamps.push_back(std::make_shared<TextStamp>());
     EXPECT_EQ(counter.count, 0);
 }
@@ -93,17 +93,22 @@ TEST(NumberingTest, BracketsHoldBackAndTellOnce)
     EXPECT_EQ(counter.count, 2);
 }
 
-TEST(NumberingTest, ResetTakesTheCounterAndTheStampsBack)
+TEST(NumberingTest, AConfigurationKeepsWhatItWasMadeOf)
 {
     Numbering number;
     auto stamp = std::make_shared<TextStamp>();
+    stamp->number.numberFormat = QStringLiteral("before");
     number.stamps.push_back(stamp);
-    stamp->getNextMarginAnchor(true, BottomLeft);
     number.setStartNumber(41);
-    number.numberCounter = 99;
-    number.reset();
-    EXPECT_EQ(number.numberCounter, 41);
-    EXPECT_EQ(stamp->getNextMarginAnchor(true, BottomLeft), BottomLeft);
+    const JobConfiguration job = number.configuration();
+    stamp->number.numberFormat = QStringLiteral("after");
+    stamp->setIsSelected(false);
+    number.stamps.clear();
+    number.setStartNumber(1);
+    EXPECT_EQ(job.startNumber, 41);
+    ASSERT_EQ(job.stamps.size(), 1U);
+    EXPECT_TRUE(job.stamps[0]->isSelected());
+    EXPECT_EQ(job.stamps[0]->description(), QStringLiteral("Numbers [before]"));
 }
 
 TEST(NumberingTest, TheRecordGoesRoundInItsOrder)
@@ -112,7 +117,7 @@ TEST(NumberingTest, TheRecordGoesRoundInItsOrder)
     number.setStartPage(2);
     number.setEndPage((std::int64_t{1} << 32) + 7); // cut to 32 bits
     number.setMarginTop(1.5);
-    number.marginUnit = Millimetres;
+    number.setMarginUnit(Millimetres);
     number.setIsLivePreview(true);
     auto stamp = std::make_shared<TextStamp>();
     stamp->number.numberFormat = QStringLiteral("Seite {0} 🌿");

@@ -1,5 +1,6 @@
 #include "config/PreviewModel.h"
 
+#include "config/Numbering.h"
 #include "platform/drawing/TextShaper.h"
 #include "stamps/StampBase.h"
 
@@ -26,15 +27,16 @@ class SpyStamp final : public StampBase
     std::optional<Record> getData() const override { return Record(); }
     void edit(StampEditorFactory&) override {}
     QString description() const override { return {}; }
-    void draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t anchor,
-              std::int64_t page, std::int64_t total, bool isHighlighted) override
+    std::unique_ptr<IStampItem> clone() const override { return std::make_unique<SpyStamp>(*this); }
+    void draw(Canvas& canvas, const QRectF& rect, std::int32_t anchor, std::int64_t page, std::int64_t total,
+              bool isHighlighted) const override
     {
-        EXPECT_EQ(rect, offsetRect);
-        calls.push_back({page, total, isHighlighted, rect, anchor});
+        calls->push_back({page, total, isHighlighted, rect, anchor});
         canvas.fillRect(QRectF(rect.center(), QSizeF(10, 10)), Qt::red);
     }
 
-    std::vector<Call> calls;
+    /// Of the stamp and of all its copies.
+    std::shared_ptr<std::vector<Call>> calls = std::make_shared<std::vector<Call>>();
 };
 
 /// Pages of 300 by 400 points, light blue; files that say "bad" cannot be shown.
@@ -75,18 +77,18 @@ class PreviewTest : public testing::Test
     /// The one call of the spy for the picture of the present state.
     SpyStamp::Call drawn()
     {
-        spy->calls.clear();
-        picture = model.PropertyChanged(state).value_or(QImage());
-        EXPECT_EQ(spy->calls.size(), 1U);
-        return spy->calls.empty() ? SpyStamp::Call{} : spy->calls.front();
+        spy->calls->clear();
+        picture = model.PropertyChanged(number.configuration(), state).value_or(QImage());
+        EXPECT_EQ(spy->calls->size(), 1U);
+        return spy->calls->empty() ? SpyStamp::Call{} : spy->calls->front();
     }
 
     TextShaper shaper;
     PlainPages pages;
     Numbering number;
     std::shared_ptr<SpyStamp> spy = std::make_shared<SpyStamp>();
-    Preview preview{number, shaper, pages};
-    PreviewModel model{number, preview};
+    Preview preview{shaper, pages};
+    PreviewModel model{preview};
     PreviewState state;
     QImage picture;
 };
@@ -123,7 +125,7 @@ TEST_F(PreviewTest, SamplePageShowsTheAreaInsideTheMargins)
 
 TEST_F(PreviewTest, MarginsInPercentAreOfThePicture)
 {
-    number.isMarginInPercentage = true;
+    number.setIsMarginInPercentage(true);
     number.setMarginLeft(50);
     number.setMarginBottom(10);
     EXPECT_EQ(drawn().area, QRectF(30, 0, 30, 76.5));
@@ -206,10 +208,10 @@ TEST_F(PreviewTest, PagesTheJobWouldPassOverShowNoStamps)
                           Case{1, EvenPages, true}, Case{1, 7, false}}) {
         number.setStartPage(c.startPage);
         number.setPageRange(c.range);
-        spy->calls.clear();
-        const auto image = model.PropertyChanged(state);
+        spy->calls->clear();
+        const auto image = model.PropertyChanged(number.configuration(), state);
         ASSERT_TRUE(image);
-        EXPECT_EQ(spy->calls.size(), c.stamped ? 1U : 0U) << c.startPage << ' ' << c.range;
+        EXPECT_EQ(spy->calls->size(), c.stamped ? 1U : 0U) << c.startPage << ' ' << c.range;
         EXPECT_EQ(image->pixel(5, 5), PlainPages::paper) << "the page itself is shown either way";
     }
 }
@@ -243,11 +245,11 @@ TEST_F(PreviewTest, WhatCannotBeShownGivesTheSamplePage)
         {QStringLiteral("a"), 0, 0, {3}, 3}, {QStringLiteral("bad"), 0, 1, {3}, 3},
     };
     for (const Preview::LivePage& page : none) {
-        spy->calls.clear();
-        EXPECT_EQ(preview.previewLive(page, view).size(), QSize(60, 85));
-        ASSERT_EQ(spy->calls.size(), 1U);
-        EXPECT_EQ(spy->calls[0].total, 3);
-        EXPECT_EQ(spy->calls[0].area.size(), QSizeF(60, 85));
+        spy->calls->clear();
+        EXPECT_EQ(preview.previewLive(number.configuration(), page, view).size(), QSize(60, 85));
+        ASSERT_EQ(spy->calls->size(), 1U);
+        EXPECT_EQ(spy->calls->at(0).total, 3);
+        EXPECT_EQ(spy->calls->at(0).area.size(), QSizeF(60, 85));
     }
     setFiles({5});
     selectFile(-1); // no selection
@@ -275,29 +277,27 @@ TEST_F(PreviewTest, TheSelectedStampStandsOut)
               Case{true, -1, false, false}, Case{false, 2, false, false}}) {
             number.setIsHighlightStamp(c.isOn);
             state.selectedStamp = c.row;
-            third->calls.clear();
+            third->calls->clear();
             EXPECT_EQ(drawn().isHighlighted, c.first) << c.row;
-            ASSERT_EQ(third->calls.size(), 1U);
-            EXPECT_EQ(third->calls[0].isHighlighted, c.last) << c.row;
+            ASSERT_EQ(third->calls->size(), 1U);
+            EXPECT_EQ(third->calls->at(0).isHighlighted, c.last) << c.row;
         }
     }
-    EXPECT_TRUE(disabled->calls.empty());
+    EXPECT_TRUE(disabled->calls->empty());
 }
 
 TEST_F(PreviewTest, NothingIsDrawnWhileAJobRuns)
 {
-    number.numberCounter = 77;
     state.isJobRunning = true;
-    EXPECT_FALSE(model.PropertyChanged(state));
-    EXPECT_TRUE(spy->calls.empty());
-    EXPECT_EQ(number.numberCounter, 77) << "the running number is the job's";
+    EXPECT_FALSE(model.PropertyChanged(number.configuration(), state));
+    EXPECT_TRUE(spy->calls->empty());
 }
 
 TEST_F(PreviewTest, ViewsWithoutRoomGiveNoPicture)
 {
     for (const QSizeF& size : {QSizeF(0, 0), QSizeF(-5, 10), QSizeF(1e9, 1e9), QSizeF(10, 0.5)}) {
         state.size = size;
-        const auto image = model.PropertyChanged(state);
+        const auto image = model.PropertyChanged(number.configuration(), state);
         ASSERT_TRUE(image);
         EXPECT_TRUE(image->isNull());
     }
@@ -315,8 +315,8 @@ TEST(PreviewRule, CountsPagesAsItWalksThem)
                     number.setPageRange(range);
                     std::int64_t walked = 0;
                     for (std::int64_t index = 0; index < before; ++index)
-                        walked += isPreviewStampedPage(number, index) ? 1 : 0;
-                    EXPECT_EQ(previewStampedPages(number, before), walked)
+                        walked += isPreviewStampedPage(number.fields(), index) ? 1 : 0;
+                    EXPECT_EQ(previewStampedPages(number.fields(), before), walked)
                         << startPage << '-' << endPage << ' ' << range << ' ' << before;
                 }
 }

@@ -56,9 +56,11 @@ void fill(Numbering& number)
     number.setIsHighlightStamp(false);
     number.setIsLivePreview(true);
     number.setLabelPrefix(QStringLiteral("pre\tfix"));
-    number.marginUnit = Inches;
-    number.isMarginInPercentage = number.isSymmetryPage = number.isBackupFile = true;
-    number.outputFolder = QStringLiteral("/some/where");
+    number.setMarginUnit(Inches);
+    number.setIsMarginInPercentage(true);
+    number.setIsSymmetryPage(true);
+    number.setIsBackupFile(true);
+    number.setOutputFolder(QStringLiteral("/some/where"));
     number.stamps = {std::make_shared<TextStamp>(), oddStamp()};
 }
 

@@ -1,6 +1,6 @@
 #include "runner/Runner.h"
 
-#include "config/Margins.h"
+#include "config/PageArea.h"
 #include "stamps/TextStamp.h"
 #include "support/Fakes.h"
 #include "support/PdfBuilder.h"
@@ -81,8 +81,8 @@ TEST_F(ProfileOptions, WhatIsSavedIsWhatIsRead)
     EXPECT_EQ(number.numberSteps(), 3);
     EXPECT_EQ(number.pageRange(), OddPages);
     EXPECT_TRUE(number.isContinuousNumbering());
-    EXPECT_TRUE(number.isBackupFile);
-    EXPECT_EQ(number.marginUnit, Millimetres);
+    EXPECT_TRUE(number.isBackupFile());
+    EXPECT_EQ(number.marginUnit(), Millimetres);
     EXPECT_EQ(number.marginTop(), 10);
     ASSERT_EQ(number.stamps.size(), 1U);
     EXPECT_EQ(dynamic_cast<TextStamp&>(*number.stamps[0]).number.numberFormat, QStringLiteral("Saved{0}"));
@@ -98,8 +98,8 @@ TEST_F(ProfileOptions, OptionsAfterAProfileOverrideIt)
     EXPECT_EQ(number.startPage(), 1);
     EXPECT_EQ(number.pageRange(), AllPages);
     EXPECT_FALSE(number.isContinuousNumbering());
-    EXPECT_FALSE(number.isBackupFile);
-    EXPECT_EQ(number.marginUnit, Points);
+    EXPECT_FALSE(number.isBackupFile());
+    EXPECT_EQ(number.marginUnit(), Points);
     EXPECT_EQ(number.marginRight(), 3);
     EXPECT_EQ(number.startNumber(), 5) << "what was not overridden stays";
     ASSERT_EQ(number.stamps.size(), 2U);
@@ -111,11 +111,11 @@ TEST_F(ProfileOptions, OptionsAfterAProfileOverrideIt)
 TEST_F(ProfileOptions, GivenMarginsAreLengthsWhateverTheProfileHad)
 {
     Numbering percent;
-    percent.isMarginInPercentage = true;
+    percent.setIsMarginInPercentage(true);
     percent.setMarginLeft(50);
     ASSERT_TRUE(percent.save(scratch.path(QStringLiteral("percent"))));
     const Settings settings = parsed(words("--profile DIR/percent --text A --margins 36,36,36,36pt"));
-    EXPECT_EQ(Margins(*settings.number).marginRect({612, 792}), QRectF(36, 36, 540, 720));
+    EXPECT_EQ(marginRect(settings.number->fields(), {612, 792}), QRectF(36, 36, 540, 720));
 }
 
 TEST_F(ProfileOptions, CommandLinesThatCannotBeFollowed)

@@ -202,7 +202,7 @@ TEST(RunnerOptionsTest, OptionsDescribeTheStampLastBegun)
     EXPECT_EQ(second.number.numberType, RomanNumbersSmall);
     EXPECT_EQ(settings.number->numberSteps(), -2);
     // Units mixed: all in points then; those without one take the last one's.
-    EXPECT_EQ(settings.number->marginUnit, Points);
+    EXPECT_EQ(settings.number->marginUnit(), Points);
     EXPECT_DOUBLE_EQ(settings.number->marginTop(), 180);
     EXPECT_DOUBLE_EQ(settings.number->marginRight(), 3 * 72 / 25.4);
 }

@@ -35,7 +35,7 @@ class ImageStampTest : public testing::Test
         QPainter painter(&page);
         RasterCanvas canvas(painter, shaper);
         const QRectF area(0, 0, 200, 100);
-        stamp.draw(canvas, area, area, anchor, 1, 1, highlight);
+        stamp.draw(canvas, area, anchor, 1, 1, highlight);
         painter.end();
         return page;
     }

@@ -1,6 +1,6 @@
 #include "stamps/Placement.h"
 
-#include "stamps/TextStamp.h"
+#include "stamps/StampRun.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -102,24 +102,25 @@ TEST(FacingPages, AlternateFromTheAnchorUntilReset)
         {BottomLeft, {7, 9, 7, 9}},   {BottomRight, {9, 7, 9, 7}}, {TopMiddle, {2, 2, 2, 2}},
         {MiddleMiddle, {5, 5, 5, 5}}, {BottomMiddle, {8, 8, 8, 8}}};
     for (const auto& [anchor, expected] : cases) {
-        TextStamp stamp;
-        for (int run = 0; run < 2; ++run) {
+        StampRun run(1);
+        for (int document = 0; document < 2; ++document) {
             for (const std::int32_t next : expected)
-                EXPECT_EQ(stamp.getNextMarginAnchor(true, anchor), next);
-            stamp.getNextMarginAnchor(true,
-                                      anchor); // an odd number of pages, so that only reset() brings it back
-            stamp.reset();
+                EXPECT_EQ(run.getNextMarginAnchor(2, true, anchor), next);
+            // An odd number of pages, so that only reset() brings the first side back.
+            EXPECT_EQ(run.getNextMarginAnchor(2, true, anchor), expected[0]);
+            EXPECT_EQ(run.getNextMarginAnchor(0, true, BottomRight), BottomRight) << "a stamp of its own";
+            run.reset();
         }
     }
 }
 
 TEST(FacingPages, WithoutSymmetryNothingIsRemembered)
 {
-    TextStamp stamp;
-    EXPECT_EQ(stamp.getNextMarginAnchor(false, BottomLeft), BottomLeft);
-    EXPECT_EQ(stamp.getNextMarginAnchor(true, TopRight), TopRight)
+    StampRun run(1);
+    EXPECT_EQ(run.getNextMarginAnchor(0, false, BottomLeft), BottomLeft);
+    EXPECT_EQ(run.getNextMarginAnchor(0, true, TopRight), TopRight)
         << "the first symmetric page is the anchor's own";
-    EXPECT_EQ(stamp.getNextMarginAnchor(true, BottomLeft), TopLeft)
+    EXPECT_EQ(run.getNextMarginAnchor(0, true, BottomLeft), TopLeft)
         << "a new anchor counts after the reset only";
 }
 

@@ -157,7 +157,8 @@ class Drawing : public testing::Test
     {
         QImage image(400, 300, QImage::Format_RGB32);
         image.fill(Qt::white);
-        PageCompositor(stamps, shaper).drawOnImage(image, area, 3, 10, highlight, preview);
+        const StampValues values = valuesOf(stamps);
+        PageCompositor(values, shaper).drawOnImage(image, area, run, 10, highlight, preview);
         return image;
     }
     TextStamp& add(const QString& text, std::int32_t anchor)
@@ -172,6 +173,7 @@ class Drawing : public testing::Test
     }
 
     StampList stamps;
+    StampRun run{3};
     TextShaper shaper;
     QRectF area{40, 30, 320, 240};
 };

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
+#include "platform/system/Failure.h"
 
 #include <QSizeF>
 #include <QString>
 #include <memory>
+#include <optional>
 
 namespace quillfern {
 
@@ -65,8 +67,8 @@ class PdfDocument
 /// password, or is none.
 [[nodiscard]] int pdfPageCount(const QString& path);
 
-/// Why a PDF file has no usable pages, in words for people; empty when it has some.
-[[nodiscard]] QString pdfProblem(const QString& path);
+/// Why a PDF file has no usable pages, in words for people; nothing when it has some.
+[[nodiscard]] std::optional<Reason> pdfProblem(const QString& path);
 
 /// True when a PDF document opens from `path` and either is not encrypted or opens with `password`.
 [[nodiscard]] bool pdfOpensWith(const QString& path, const QString& password);

@@ -49,13 +49,13 @@ int pdfPageCount(const QString& path)
     }
 }
 
-QString pdfProblem(const QString& path)
+std::optional<Reason> pdfProblem(const QString& path)
 {
     try {
         static_cast<void>(PdfDocument::open(path));
-        return {};
+        return std::nullopt;
     } catch (const Failure& failure) {
-        return failure.reasons().shown;
+        return failure.reasons();
     }
 }
 

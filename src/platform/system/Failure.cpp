@@ -22,6 +22,13 @@ Reason::Reason(const char* text, const QStringList& parts)
 {
 }
 
+Reason Reason::quoting(const char* text, const Reason& part)
+{
+    Reason reason(text, {part.logged});
+    reason.shown = filled(QCoreApplication::translate("quillfern::Failure", text), {part.shown});
+    return reason;
+}
+
 Reason Reason::with(const QString& said) const
 {
     Reason both = *this;

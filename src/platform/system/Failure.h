@@ -16,6 +16,9 @@ struct Reason
     /// What others say, in whatever language.
     Reason(const QString& said) : logged(said), shown(said) {}
 
+    /// `text`, as above, with another reason in place of its "%1".
+    [[nodiscard]] static Reason quoting(const char* text, const Reason& part);
+
     /// "<this>: <said>"
     [[nodiscard]] Reason with(const QString& said) const;
 
@@ -42,6 +45,14 @@ class Failure : public std::exception
   private:
     Reason reason_;
     QByteArray utf8_;
+};
+
+/// A command or a command line that cannot be followed as it is; nothing was done. The reason is one sentence
+/// for the person who gave it.
+class WrongUse final : public Failure
+{
+  public:
+    using Failure::Failure;
 };
 
 /// The reason of the exception now being handled, whatever its type. Call inside a catch block only.

@@ -1,0 +1,27 @@
+#include "batch/DocumentInWork.h"
+
+#include "platform/system/FileFacts.h"
+#include "platform/system/LogLine.h"
+
+namespace quillfern {
+
+FileOutcome processDocument(const char* pattern, const QString& source, JobRun& run,
+                            const std::function<FileOutcome()>& stamp)
+{
+    if (fileKind(source) == FileKind::Missing)
+        return FileOutcome::without(
+            FileStatus::Failed, QT_TRANSLATE_NOOP("quillfern::Failure", "the file is not there any more"));
+    FileOutcome outcome;
+    run.beginUpdate();
+    try {
+        outcome = stamp();
+    } catch (...) {
+        const Reason reason = currentReason();
+        logLine(failureLine(pattern, reason.logged));
+        outcome = FileOutcome::without(FileStatus::Failed, reason);
+    }
+    run.cancelUpdate();
+    return outcome;
+}
+
+} // namespace quillfern

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "batch/FileOutcome.h"
+#include "batch/JobRun.h"
+
+#include <QString>
+#include <functional>
+
+namespace quillfern {
+
+/// What both processors do around their work on one document: a source that is gone fails before anything is
+/// touched; while `stamp` works the run is updating; what it throws becomes a failed outcome and one line of
+/// the system log, made from `pattern` with the reason in place of "%@".
+[[nodiscard]] FileOutcome processDocument(const char* pattern, const QString& source, JobRun& run,
+                                          const std::function<FileOutcome()>& stamp);
+
+} // namespace quillfern

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/system/Failure.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace quillfern {
+
+/// What has become of one file of a job.
+enum class FileStatus {
+    Created,        ///< the copy was written
+    CreatedNothing, ///< the file turned out not to be a document; counts as processed, and there is no copy
+    NoPages,        ///< the list knows of no page in the file; it was not handed to a processor
+    Failed,         ///< its processor failed; there is no copy
+    Refused, ///< something outside its processor failed, or would have harmed another file; there is no copy
+    Cancelled, ///< the job was stopped before the file was begun
+};
+
+/// The numbers on the stamped pages of one file.
+struct NumbersUsed
+{
+    std::int64_t first = 0;
+    std::int64_t last = 0;
+
+    bool operator==(const NumbersUsed&) const = default;
+};
+
+/// What has become of one file of a job, with all that a log, a list of results or an index says about it.
+struct FileOutcome
+{
+    FileStatus status = FileStatus::Cancelled;
+    std::optional<Reason> remark;       ///< why there is no copy, or what else there is to know of the copy
+    std::int32_t pages = 0;             ///< of the copy
+    std::optional<NumbersUsed> numbers; ///< none when no page was stamped
+
+    [[nodiscard]] static FileOutcome without(FileStatus status, Reason remark)
+    {
+        return {status, std::move(remark), 0, std::nullopt};
+    }
+    /// Whether the file counts among those that the job created.
+    [[nodiscard]] bool countsAsCreated() const
+    {
+        return status == FileStatus::Created || status == FileStatus::CreatedNothing;
+    }
+};
+
+} // namespace quillfern

@@ -1,0 +1,28 @@
+#include "batch/JobRun.h"
+
+namespace quillfern {
+
+JobRun::JobRun(const JobConfiguration& job, PageProgress progress)
+    : stamps_(job.startNumber), numberSteps_(job.numberSteps), progress_(std::move(progress))
+{
+}
+
+void JobRun::numberUsed()
+{
+    if (!numbers_) numbers_ = NumbersUsed{stamps_.numberCounter, stamps_.numberCounter};
+    numbers_->last = stamps_.numberCounter;
+    stamps_.numberCounter += numberSteps_;
+}
+
+void JobRun::pageDone() const
+{
+    if (progress_) progress_();
+}
+
+void JobRun::beginUpdate()
+{
+    numbers_.reset();
+    isUpdating_ = true;
+}
+
+} // namespace quillfern

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "batch/FileOutcome.h"
+#include "config/JobConfiguration.h"
+#include "stamps/StampRun.h"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace quillfern {
+
+/// Called after every page of a document, on the thread that works on it.
+using PageProgress = std::function<void()>;
+
+/// What changes while a job's documents are stamped, one after the other. The configuration itself never
+/// changes, so two runs can go on at once, each on a thread of its own.
+class JobRun
+{
+  public:
+    /// Begins at the configuration's start number.
+    explicit JobRun(const JobConfiguration& job, PageProgress progress = {});
+
+    /// Printed as the total; 0 or less stands for the page count of the document in work.
+    std::int64_t totalPages = 0;
+
+    [[nodiscard]] StampRun& stamps() { return stamps_; }
+    [[nodiscard]] std::int64_t numberCounter() const { return stamps_.numberCounter; }
+    /// The page at hand was stamped: takes the running number a step further.
+    void numberUsed();
+    /// The page at hand is done, stamped or not.
+    void pageDone() const;
+    /// Back to the start number, as before the first document.
+    void reset() { stamps_.reset(); }
+
+    /// A document is begun.
+    void beginUpdate();
+    /// The document ends, or is to end after the page at hand. From any thread.
+    void cancelUpdate() { isUpdating_ = false; }
+    /// Whether to go on with the document's next page.
+    [[nodiscard]] bool isUpdating() const { return isUpdating_; }
+
+    /// The numbers used since beginUpdate().
+    [[nodiscard]] const std::optional<NumbersUsed>& numbers() const { return numbers_; }
+
+  private:
+    StampRun stamps_;
+    std::int64_t numberSteps_;
+    std::atomic<bool> isUpdating_ = false;
+    std::optional<NumbersUsed> numbers_;
+    PageProgress progress_;
+};
+
+} // namespace quillfern

@@ -1,0 +1,23 @@
+#include "config/Profile.h"
+
+#include "config/Numbering.h"
+#include "platform/store/AtomicFile.h"
+#include "platform/store/PropertyList.h"
+#include "platform/system/Failure.h"
+
+namespace quillfern {
+
+void saveProfile(const Numbering& number, const QString& path)
+{
+    const auto record = number.getData();
+    if (!record) throw Failure(QStringLiteral("the configuration cannot be saved"));
+    AtomicFile::writeWhole(path, writePropertyList(*record));
+}
+
+void loadProfile(Numbering& number, const QString& path)
+{
+    const Record record = readPropertyListFile(path);
+    if (!number.setData(&record)) throw Failure(QStringLiteral("the profile cannot be applied"));
+}
+
+} // namespace quillfern

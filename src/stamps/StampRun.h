@@ -1,0 +1,35 @@
+#pragma once
+
+#include "stamps/MarginAnchor.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace quillfern {
+
+/// What changes from page to page while stamps are drawn: the running number, and the side on which each
+/// stamp stands that alternates on facing pages. Every job and every preview has a run of its own, so that
+/// neither changes the other's numbers. One thread at a time.
+class StampRun
+{
+  public:
+    /// Begins at the start number and on the side that each stamp was given.
+    explicit StampRun(std::int64_t startNumber) : numberCounter(startNumber), startNumber_(startNumber) {}
+
+    /// The number printed on the page being drawn. Whoever draws the pages adds the step after each.
+    std::int64_t numberCounter;
+
+    /// The anchor of the stamp at `index` of the list on the page now being drawn; to be asked once a stamp
+    /// and page. With `isSymmetric` the anchor alternates from the given one, counted since the last reset().
+    [[nodiscard]] std::int32_t getNextMarginAnchor(std::size_t index, bool isSymmetric, std::int32_t anchor);
+
+    /// Back to the start number and to the side each stamp begins on.
+    void reset();
+
+  private:
+    std::int64_t startNumber_;
+    std::vector<std::int32_t> lastMarginAnchors_; ///< by stamp; None until a page was drawn in this run
+};
+
+} // namespace quillfern
