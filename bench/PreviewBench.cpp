@@ -5,7 +5,7 @@
 #include "config/Preview.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/drawing/TextShaper.h"
-#include "platform/pdf/PdfDocument.h"
+#include "platform/pdf/PdfPageCount.h"
 #include "platform/preview/PageImageCache.h"
 #include "platform/preview/RenderProcess.h"
 #include "stamps/TextStamp.h"

@@ -1,6 +1,6 @@
 #include "filelist/FileItem.h"
 
-#include "platform/pdf/PdfDocument.h"
+#include "platform/pdf/PdfPageCount.h"
 #include "platform/raster/ImageInspector.h"
 #include "platform/system/DateText.h"
 #include "platform/system/FileFacts.h"

@@ -1,6 +1,6 @@
 #include "platform/raster/ImageInspector.h"
 
-#include "platform/pdf/PdfDocument.h"
+#include "platform/pdf/PdfPageCount.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
