@@ -81,7 +81,7 @@ class RasterProcessing : public testing::Test
         const QString target = scratch.path(QStringLiteral("out/") + QFileInfo(source).fileName());
         number.reset();
         const auto processors = makeDocumentProcessors(number, {});
-        if (compression < 0) compression = inspectImageFile(source).compression;
+        if (compression < 0) compression = inspectImageFile(source).value_or(ImageFacts{}).compression;
         EXPECT_EQ(processors->processTIFF(source, target, 0, compression), expected);
         problem = processors->lastProblem();
         EXPECT_EQ(QFile::exists(target), expected);
