@@ -28,7 +28,7 @@ constexpr unsigned code(const char* word)
 class Scanner
 {
   public:
-    Scanner(const char* data, std::size_t size) : begin_(data), p_(data), end_(data + size) {}
+    Scanner(const char* data, std::size_t size) : begin_(data), p_(data), end_(data + size), images_(end_) {}
 
     ContentBalance run()
     {
@@ -237,8 +237,9 @@ class Scanner
 
     void inlineImage()
     {
-        const InlineImageEnd image = endOfInlineImage(p_, end_);
+        const InlineImageEnd image = images_.endOf(p_);
         p_ = image.after;
+        checkDepth(image.closing.size());
         balance_.closing += QByteArray::fromStdString(image.closing);
     }
 
@@ -272,6 +273,7 @@ class Scanner
     const char* p_;
     const char* end_;
     const char* lastOperator_ = begin_;
+    InlineImages images_;
     static constexpr char closed = ' ';
     std::vector<char> open_; ///< by kind, in order; those ended out of order are closed
     std::array<std::vector<std::size_t>, 3> places_; ///< where in open_ each kind stands
