@@ -67,7 +67,7 @@ TEST(InlineImagesTest, SizesBeyondAllReasonSayNothingOfTheData)
     }
 }
 
-/// Reading each of these contents in more than a few passes would not end within hours.
+/// To read the rest of one of these contents for every image in it takes longer than a test may last.
 TEST(InlineImagesTest, ReadsAnyContentInOnePass)
 {
     constexpr qsizetype size = 32 << 20;
