@@ -30,17 +30,18 @@ QByteArray written(const QString& text, const Writing& writing)
 /// bytes, both kinds of line ends, processing instructions, properties that nobody knows, padding.
 QString packet(const QString& rdf)
 {
-    return QString::fromUtf8("<?xpacket begin='\xEF\xBB\xBF' id='W5M0MpCehiHzreSzNTczkc9d'?>\r\n"
-                             "<?adobe-xap-filters esc=\"CRLF\"?><!-- 🌿 <a> & -\u00A0>ä -->\n"
-                             "<x:xmpmeta xmlns:x='adobe:ns:meta/' x:xmptk='é 🌿 &#x1F33F;'>\r\n"
-                             "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'\n"
-                             " xmlns:xmp = \"http://ns.adobe.com/xap/1.0/\""
-                             " xmlns:pdfaid='http://www.aiim.org/pdfa/ns/id/'>\r"
-                             "<rdf:Description rdf:about='' xmlns:o='urn:odd'>"
-                             "<o:t>CreatorTool=\"x\" &lt;xmp:CreatorTool> 漢🌿 <![CDATA[</rdf:RDF>]]></o:t>"
-                             "<o:CreatorTool>theirs</o:CreatorTool>"
-                             "<o:s rdf:parseType='Resource'><xmp:CreatorTool>inner</xmp:CreatorTool></o:s>"
-                             "</rdf:Description>") +
+    return QString::fromUtf8(
+               "<?xpacket begin='\xEF\xBB\xBF' id='W5M0MpCehiHzreSzNTczkc9d'?>\r\n"
+               "<?adobe-xap-filters esc=\"CR\r\nLF\"?><!-- 🌿\r\n\r <a> & -\u00A0>ä -->\n"
+               "<x:xmpmeta xmlns:x='adobe:ns:meta/' x:xmptk='é 🌿 &#x1F33F;'>\r\n"
+               "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'\n"
+               " xmlns:xmp = \"http://ns.adobe.com/xap/1.0/\""
+               " xmlns:pdfaid='http://www.aiim.org/pdfa/ns/id/'>\r"
+               "<rdf:Description rdf:about='' xmlns:o='urn:odd'>"
+               "<o:t>CreatorTool=\"x\" &lt;xmp:CreatorTool> 漢🌿 <![CDATA[</rdf:RDF>\r\n\r]]></o:t>"
+               "<o:CreatorTool>theirs</o:CreatorTool>"
+               "<o:s rdf:parseType='Resource'><xmp:CreatorTool>inner</xmp:CreatorTool></o:s>"
+               "</rdf:Description>") +
            rdf + QStringLiteral("</rdf:RDF ></x:xmpmeta>\n  \r\n ") + QString(100, u' ') +
            QStringLiteral("\n<?xpacket end=\"w\"?>");
 }

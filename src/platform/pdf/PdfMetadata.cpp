@@ -11,7 +11,8 @@ PdfMetadata::PdfMetadata(QPDF& document)
     constexpr std::size_t largestPacket = std::size_t{32} << 20;
     const BoundedStream packet = decodeBounded(stream_, largestPacket);
     if (!packet.data) return;
-    packet_.emplace(QByteArray(packet.data->data(), static_cast<qsizetype>(packet.data->size())));
+    packet_.emplace(
+        QByteArray::fromRawData(packet.data->data(), static_cast<qsizetype>(packet.data->size())));
     if (!packet_->isUnderstood()) packet_.reset();
 }
 

@@ -44,6 +44,7 @@ class XmpPacket
         bool hasRdfPrefix = false;    ///< there, rdf: is bound to RDF
     };
 
+    /// The bytes are decoded here and need not outlive the call.
     explicit XmpPacket(const QByteArray& bytes);
 
     [[nodiscard]] bool isUnderstood() const { return understood_; }
