@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <qpdf/Buffer.hh>
+#include <qpdf/QPDFWriter.hh>
 
 namespace quillfern {
 namespace {
@@ -48,6 +49,17 @@ class WithMetadata
     [[nodiscard]] bool isFiltered()
     {
         return !document.getObjectByID(4, 0).getDict().getKey("/Filter").isNull();
+    }
+    /// The document as it is saved, streams as they are.
+    QByteArray written()
+    {
+        QPDFWriter writer(document);
+        writer.setOutputMemory();
+        writer.setStreamDataMode(qpdf_s_preserve);
+        writer.write();
+        const auto buffer = writer.getBufferSharedPointer();
+        return {reinterpret_cast<const char*>(buffer->getBuffer()),
+                static_cast<qsizetype>(buffer->getSize())};
     }
     QString creator()
     {
@@ -108,6 +120,7 @@ TEST(PdfMetadataTest, LeavesWhatItCannotReadAsItIs)
         metadata.withdrawArchivalClaim();
         EXPECT_TRUE(with.raw() == bytes) << what;
         EXPECT_EQ(with.isFiltered(), !entries.isEmpty()) << what;
+        EXPECT_TRUE(with.written().contains("stream\n" + bytes + "endstream")) << what;
         EXPECT_EQ(with.creator(), QString::fromUtf8("Ä \"(q)")) << what;
     }
 }

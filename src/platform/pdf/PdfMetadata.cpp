@@ -10,10 +10,13 @@ PdfMetadata::PdfMetadata(QPDF& document)
     if (!stream_.isStream()) return;
     constexpr std::size_t largestPacket = std::size_t{32} << 20;
     const BoundedStream packet = decodeBounded(stream_, largestPacket);
-    if (!packet.data) return;
-    packet_.emplace(
-        QByteArray::fromRawData(packet.data->data(), static_cast<qsizetype>(packet.data->size())));
-    if (!packet_->isUnderstood()) packet_.reset();
+    if (packet.data)
+        packet_.emplace(
+            QByteArray::fromRawData(packet.data->data(), static_cast<qsizetype>(packet.data->size())));
+    if (packet_ && packet_->isUnderstood()) return;
+    packet_.reset();
+    // The library would write metadata unfiltered, however large they become.
+    stream_.setFilterOnWrite(false);
 }
 
 void PdfMetadata::storePacket()
