@@ -6,9 +6,15 @@
 #include "config/Preview.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/drawing/TextShaper.h"
+<<<<<<< HEAD
 #include "platform/pageimages/PageImageCache.h"
 #include "platform/pageimages/RenderProcess.h"
 #include "platform/pdf/PdfDocument.h"
+=======
+#include "platform/pdf/PdfPageCount.h"
+#include "platform/preview/PageImageCache.h"
+#include "platform/preview/RenderProcess.h"
+>>>>>>> h3
 #include "stamps/TextStamp.h"
 
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 #include "batch/Process.h"
 
-#include "platform/pdf/PdfDocument.h"
+#include "platform/pdf/PdfPageCount.h"
 #include "platform/system/FileIdentity.h"
 #include "platform/system/Guarded.h"
 

@@ -1,7 +1,7 @@
 #include "filelist/FileItem.h"
 
-#include "platform/pdf/PdfDocument.h"
-#include "platform/raster/ImageInspector.h"
+#include "filelist/PageCount.h"
+#include "platform/pdf/PdfPageCount.h"
 #include "platform/system/DateText.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/NativePath.h"
@@ -15,9 +15,9 @@ namespace quillfern {
 std::int32_t getTiffPageCount(const QUrl& url, const QString&, std::int32_t& compression)
 {
     if (!url.isLocalFile()) return 0;
-    const ImageFacts facts = inspectImageFile(localPath(url));
-    if (facts.pages > 0) compression = facts.compression;
-    return facts.pages;
+    const PageCount count = countPages(localPath(url));
+    if (count.pages > 0) compression = count.compression;
+    return count.pages;
 }
 
 bool verifyPDF(const std::optional<QUrl>& url, const std::optional<QString>& password)

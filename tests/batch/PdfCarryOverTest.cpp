@@ -1,7 +1,7 @@
 // What a document is besides its pages' marks has to survive stamping, and bad files have to lose nothing.
 
 #include "batch/PdfProcessing.h"
-#include "platform/pdf/PdfDocument.h"
+#include "platform/pdf/PdfPageCount.h"
 #include "support/PdfBuilder.h"
 
 #include <QFileInfo>

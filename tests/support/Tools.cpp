@@ -59,6 +59,16 @@ QByteArray readFile(const QString& path)
     return file.readAll();
 }
 
+qint64 bytesRead()
+{
+    QFile io(QStringLiteral("/proc/self/io"));
+    EXPECT_TRUE(io.open(QIODevice::ReadOnly));
+    for (const QByteArray& line : io.readAll().split('\n'))
+        if (line.startsWith("rchar: ")) return line.mid(7).toLongLong();
+    ADD_FAILURE() << "the system does not count";
+    return 0;
+}
+
 QRectF PdfTextPage::boxOf(const QString& text) const
 {
     for (const PdfWord& word : words)

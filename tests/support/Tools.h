@@ -38,6 +38,9 @@ class Scratch
 
 [[nodiscard]] QByteArray readFile(const QString& path);
 
+/// What this process has read so far, as the system counts it.
+[[nodiscard]] qint64 bytesRead();
+
 /// A word on a page as pdftotext sees it: points, origin at the top left of the page as shown, y down.
 struct PdfWord
 {

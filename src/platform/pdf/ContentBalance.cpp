@@ -28,7 +28,7 @@ constexpr unsigned code(const char* word)
 class Scanner
 {
   public:
-    Scanner(const char* data, std::size_t size) : begin_(data), p_(data), end_(data + size) {}
+    Scanner(const char* data, std::size_t size) : begin_(data), p_(data), end_(data + size), images_(end_) {}
 
     ContentBalance run()
     {
@@ -46,12 +46,11 @@ class Scanner
     /// Goes to the next byte that is neither filler nor part of a string; false at the end.
     bool advance()
     {
-#ifdef QUILLFERN_CHUNKED_SCAN
         bool inside = false; // of a string, at the chunk's first byte
-        while (end_ - p_ >= ContentChunk::size) {
-            const ContentChunk chunk(p_);
+        while (end_ - p_ >= ContentMasks::size) {
+            const ContentMasks chunk = ByteScan::masks(p_);
             const std::uint64_t strings =
-                ContentChunk::between(chunk.open | chunk.close) ^ (inside ? ~std::uint64_t{0} : 0);
+                betweenMarks(chunk.open | chunk.close) ^ (inside ? ~std::uint64_t{0} : 0);
             // Nested or stray parentheses and escapes end the easy part.
             const std::uint64_t hard =
                 (chunk.open & ~strings) | (chunk.close & strings) | (chunk.backslash & strings);
@@ -68,12 +67,11 @@ class Scanner
                 inside = false;
                 continue;
             }
-            inside = strings >> (ContentChunk::size - 1) != 0;
-            p_ += ContentChunk::size;
+            inside = strings >> (ContentMasks::size - 1) != 0;
+            p_ += ContentMasks::size;
         }
         if (inside) finishString(1);
-#endif
-        p_ = skipFiller(p_, end_);
+        p_ = ByteScan::skipFiller(p_, end_);
         return p_ < end_;
     }
 
@@ -113,7 +111,7 @@ class Scanner
     /// From a string's opening parenthesis (depth 0), or from inside it, to behind its end.
     void finishString(int depth)
     {
-        while ((p_ = findStringMark(p_, end_)) < end_) {
+        while ((p_ = ByteScan::findStringMark(p_, end_)) < end_) {
             if (*p_ == '\\') {
                 if (p_ + 1 == end_) break;
                 p_ += 2;
@@ -223,10 +221,7 @@ class Scanner
                 QT_TRANSLATE_NOOP("quillfern::Failure", "the content of a page is nested too deeply"));
     }
 
-    static std::size_t kindIndex(char kind)
-    {
-        return kind == 'q' ? 0 : kind == 't' ? 1 : 2;
-    }
+    static std::size_t kindIndex(char kind) { return kind == 'q' ? 0 : kind == 't' ? 1 : 2; }
 
     /// Ends the innermost of a kind, which may stand below others that were left open inside it.
     bool pop(char kind)
@@ -242,8 +237,9 @@ class Scanner
 
     void inlineImage()
     {
-        const InlineImageEnd image = endOfInlineImage(p_, end_);
+        const InlineImageEnd image = images_.endOf(p_);
         p_ = image.after;
+        checkDepth(image.closing.size());
         balance_.closing += QByteArray::fromStdString(image.closing);
     }
 
@@ -277,6 +273,7 @@ class Scanner
     const char* p_;
     const char* end_;
     const char* lastOperator_ = begin_;
+    InlineImages images_;
     static constexpr char closed = ' ';
     std::vector<char> open_; ///< by kind, in order; those ended out of order are closed
     std::array<std::vector<std::size_t>, 3> places_; ///< where in open_ each kind stands

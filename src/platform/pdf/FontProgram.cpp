@@ -56,6 +56,8 @@ hb_blob_t* tableBlob(hb_face_t*, hb_tag_t tag, void* user)
         char name[5] = {};
         hb_tag_to_string(tag, name);
         found = tables.given.emplace(tag, tables.face.table(name)).first;
+        // The library reads one entry beyond a plain charset, which may be the last thing in its table.
+        if (tag == HB_TAG('C', 'F', 'F', ' ') && !found->second.isEmpty()) found->second.append(2, '\0');
     }
     const QByteArray& bytes = found->second;
     if (bytes.isEmpty()) return hb_blob_get_empty();

@@ -3,6 +3,7 @@
 #include "platform/pdf/ContentTokens.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -65,43 +66,50 @@ bool readDictionary(ContentTokens& tokens, Facts& facts)
     return false;
 }
 
-/// The place behind an EI that stands at `p` after any white space; null when none does.
+/// The place behind the EI that stands at `p`; null when none does.
 const char* endOperatorAt(const char* p, const char* end)
 {
-    while (p < end && contentClassOf(*p) == ContentClass::White)
-        ++p;
     if (end - p < 2 || p[0] != 'E' || p[1] != 'I') return nullptr;
     return p + 2 == end || contentClassOf(p[2]) != ContentClass::Regular ? p + 2 : nullptr;
 }
 
+/// The same for an EI with a little white space before it, as writers put it behind the data.
+const char* endOperatorNear(const char* p, const char* end)
+{
+    constexpr std::ptrdiff_t mostWhite = 64;
+    const char* limit = p + std::min(mostWhite, end - p);
+    while (p < limit && contentClassOf(*p) == ContentClass::White)
+        ++p;
+    return endOperatorAt(p, end);
+}
+
 const char* endByLength(const Facts& facts, const char* data, const char* end)
 {
+    constexpr std::int64_t mostBits = 16;
     if (!facts.filter.empty() || facts.width <= 0 || facts.height <= 0 || facts.bits <= 0 ||
-        facts.channels <= 0)
+        facts.bits > mostBits || facts.channels <= 0)
         return nullptr;
     const std::int64_t row = (facts.width * facts.channels * facts.bits + 7) / 8;
     if (row > (end - data) / facts.height) return nullptr;
-    return endOperatorAt(data + row * facts.height, end);
+    return endOperatorNear(data + row * facts.height, end);
 }
 
-const char* endByMark(const Facts& facts, const char* data, const char* end)
+bool isControl(char c)
 {
-    std::string_view mark;
-    if (facts.filter == "A85" || facts.filter == "ASCII85Decode") mark = "~>";
-    if (facts.filter == "AHx" || facts.filter == "ASCIIHexDecode") mark = ">";
-    if (mark.empty()) return nullptr;
-    const std::string_view rest(data, static_cast<std::size_t>(end - data));
-    const std::size_t found = rest.find(mark);
-    return found == std::string_view::npos ? nullptr : endOperatorAt(data + found + mark.size(), end);
+    return static_cast<unsigned char>(c) < ' ' && contentClassOf(c) != ContentClass::White;
 }
 
-/// True when what follows reads as content up to its first operator.
+/// True when what follows reads as content up to its first operator. Of a string or comment that goes on
+/// and on only the beginning is read, and it counts when it is text.
 bool readsAsContent(const char* p, const char* end)
 {
     constexpr int mostOperands = 40;
-    ContentTokens tokens(p, end);
+    constexpr std::ptrdiff_t mostBytes = 256;
+    const char* limit = p + std::min(mostBytes, end - p);
+    ContentTokens tokens(p, limit);
     for (int i = 0; i < mostOperands; ++i) {
         const auto token = tokens.next();
+        if (tokens.position() == limit && limit < end) return std::none_of(p, limit, isControl);
         if (!token) return true;
         if (isContentOperator(*token)) return true;
         if (!isContentOperand(*token)) return false;
@@ -109,37 +117,66 @@ bool readsAsContent(const char* p, const char* end)
     return false;
 }
 
-const char* endByLooking(const char* data, const char* end)
+/// The next EI from `p` on that `accept` takes, given its place and the place behind it.
+template <class Accept>
+const char* nextEndOperator(const char* p, const char* end, Accept accept)
 {
-    const char* plausible = nullptr;
-    const std::string_view rest(data, static_cast<std::size_t>(end - data));
+    const std::string_view rest(p, static_cast<std::size_t>(end - p));
     for (std::size_t at = rest.find("EI"); at != std::string_view::npos; at = rest.find("EI", at + 1)) {
-        const char* after = endOperatorAt(data + at, end);
-        if (!after) continue;
-        if (readsAsContent(after, end)) return after;
-        const bool standsAlone = at == 0 || contentClassOf(rest[at - 1]) == ContentClass::White;
-        if (!plausible && standsAlone) plausible = after;
+        const char* after = endOperatorAt(p + at, end);
+        if (after && accept(p + at, after)) return p + at;
     }
-    return plausible;
+    return nullptr;
 }
 
 } // namespace
 
-InlineImageEnd endOfInlineImage(const char* dictionary, const char* end)
+const char* InlineImages::endByMark(Next& next, const char* mark, const char* data)
 {
-    ContentTokens tokens(dictionary, end);
+    if (!next.at || next.at < data) {
+        const std::string_view text(mark);
+        const std::string_view rest(data, static_cast<std::size_t>(end_ - data));
+        const std::size_t found = rest.find(text);
+        if (found == std::string_view::npos)
+            next = {end_, nullptr};
+        else
+            next = {data + found, endOperatorNear(data + found + text.size(), end_)};
+    }
+    return next.after;
+}
+
+const char* InlineImages::endByLooking(const char* data)
+{
+    if (!operator_.at || operator_.at < data) {
+        const char* found = nextEndOperator(
+            data, end_, [this](const char*, const char* after) { return readsAsContent(after, end_); });
+        operator_ = found ? Next{found, found + 2} : Next{end_, nullptr};
+    }
+    if (operator_.after) return operator_.after;
+    const char* plausible = nextEndOperator(data, end_, [data](const char* at, const char*) {
+        return at == data || contentClassOf(at[-1]) == ContentClass::White;
+    });
+    return plausible ? plausible + 2 : nullptr;
+}
+
+InlineImageEnd InlineImages::endOf(const char* dictionary)
+{
+    ContentTokens tokens(dictionary, end_);
     Facts facts;
     if (!readDictionary(tokens, facts)) {
         const std::string arrays(static_cast<std::size_t>(tokens.openArrays()), ']');
-        return {end, tokens.unclosedString() + arrays + "\nID \nEI\n"};
+        return {end_, tokens.unclosedString() + arrays + "\nID \nEI\n"};
     }
     // One white-space character separates the data from ID; text filters allow more.
-    const char* data = std::min(tokens.position() + 1, end);
-    const char* after = endByLength(facts, data, end);
-    if (!after) after = endByMark(facts, data, end);
-    if (!after) after = endByLooking(data, end);
+    const char* data = std::min(tokens.position() + 1, end_);
+    const char* after = endByLength(facts, data, end_);
+    if (!after && (facts.filter == "A85" || facts.filter == "ASCII85Decode"))
+        after = endByMark(text85_, "~>", data);
+    if (!after && (facts.filter == "AHx" || facts.filter == "ASCIIHexDecode"))
+        after = endByMark(textHex_, ">", data);
+    if (!after) after = endByLooking(data);
     if (after) return {after, {}};
-    return {end, "\nEI\n"};
+    return {end_, "\nEI\n"};
 }
 
 } // namespace quillfern

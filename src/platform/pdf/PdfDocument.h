@@ -1,12 +1,10 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
-#include "platform/system/Failure.h"
 
 #include <QSizeF>
 #include <QString>
 #include <memory>
-#include <optional>
 
 namespace quillfern {
 
@@ -62,15 +60,5 @@ class PdfDocument
     explicit PdfDocument(std::unique_ptr<Private> data);
     std::unique_ptr<Private> d;
 };
-
-/// The number of pages of a PDF file, from its trailer and page tree alone; 0 when it cannot be read, needs a
-/// password, or is none.
-[[nodiscard]] int pdfPageCount(const QString& path);
-
-/// Why a PDF file has no usable pages, in words for people; nothing when it has some.
-[[nodiscard]] std::optional<Reason> pdfProblem(const QString& path);
-
-/// True when a PDF document opens from `path` and either is not encrypted or opens with `password`.
-[[nodiscard]] bool pdfOpensWith(const QString& path, const QString& password);
 
 } // namespace quillfern

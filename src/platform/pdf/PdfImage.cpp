@@ -1,6 +1,6 @@
 #include "platform/pdf/PdfImage.h"
 
-#include "platform/pdf/PdfFont.h"
+#include "platform/pdf/EmbeddedFont.h"
 
 #include <QtGlobal>
 #include <algorithm>

@@ -1,12 +1,15 @@
 #pragma once
 
+#include "platform/pdf/XmpPacket.h"
+
 #include <QString>
+#include <optional>
 #include <qpdf/QPDF.hh>
 
 namespace quillfern {
 
 /// What a document says about itself: the information dictionary and the XMP packet of its catalogue.
-/// The packet is edited as text, so that everything else in it stays as its author wrote it.
+/// A packet that cannot be understood, or is larger than any real one, stays as it is and claims nothing.
 class PdfMetadata
 {
   public:
@@ -25,11 +28,8 @@ class PdfMetadata
     void storePacket();
 
     QPDF& document_;
-    QPDFObjectHandle stream_; ///< null without XMP
-    QString packet_;
+    QPDFObjectHandle stream_;         ///< null without XMP
+    std::optional<XmpPacket> packet_; ///< one that is understood
 };
-
-/// `packet` with its CreatorTool saying `creator`, wherever and however it is written there.
-[[nodiscard]] QString withCreatorTool(QString packet, const QString& creator);
 
 } // namespace quillfern

@@ -1,3 +1,5 @@
+#include "platform/pdf/PdfPageCount.h"
+
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/PdfDocument.h"
 #include "platform/system/Failure.h"

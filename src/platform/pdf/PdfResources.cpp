@@ -57,7 +57,7 @@ PdfResources::Font* PdfResources::font(const std::shared_ptr<const FontFace>& fa
     const auto found = fonts_.find(face.get());
     if (found != fonts_.end()) return found->second.get();
     std::unique_ptr<Font> entry;
-    auto font = std::make_unique<PdfFont>(document_, face);
+    auto font = std::make_unique<EmbeddedFont>(document_, face);
     if (font->embeddable() && font->canSubset()) {
         entry = std::make_unique<Font>();
         entry->resource = {"/Font", numbered("F", fonts_.size()), font->object()};

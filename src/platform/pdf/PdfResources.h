@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/drawing/Picture.h"
-#include "platform/pdf/PdfFont.h"
+#include "platform/pdf/EmbeddedFont.h"
 
 #include <map>
 #include <memory>
@@ -40,7 +40,7 @@ class PdfResources
     struct Font
     {
         PdfResource resource;
-        std::unique_ptr<PdfFont> font;
+        std::unique_ptr<EmbeddedFont> font;
     };
     /// The font for a face, or null when it cannot be embedded and has to be drawn as outlines.
     [[nodiscard]] Font* font(const std::shared_ptr<const FontFace>& face);

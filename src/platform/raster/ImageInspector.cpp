@@ -1,10 +1,8 @@
 #include "platform/raster/ImageInspector.h"
 
-#include "platform/pdf/PdfDocument.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
-#include "platform/system/NativePath.h"
 
 #include <QFile>
 #include <QImageReader>
@@ -27,30 +25,25 @@ ImageFacts inspectTiff(const QString& path)
     }
 }
 
-ImageFacts inspectOther(QFile& file)
+std::optional<ImageFacts> inspectOther(QFile& file)
 {
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
-    if (!reader.canRead() || !reader.size().isValid()) return {};
-    return {std::max(1, reader.imageCount()), 1};
+    if (!reader.canRead() || !reader.size().isValid()) return std::nullopt;
+    return ImageFacts{std::max(1, reader.imageCount()), 1};
 }
 
 } // namespace
 
-ImageFacts inspectImageFile(const QString& path)
+std::optional<ImageFacts> inspectImageFile(const QString& path)
 {
     QFile file;
     try {
         openRegularFile(file, path);
     } catch (const Failure&) {
-        return {};
+        return std::nullopt;
     }
-    const QByteArray start = file.peek(1024);
-    if (start.contains("%PDF-")) return {pdfPageCount(path), 1};
-    if (TiffFile::isTiff(start)) return inspectTiff(path);
-    const ImageFacts facts = inspectOther(file);
-    // A PDF may start with anything, as long as its trailer is found.
-    return facts.pages > 0 ? facts : ImageFacts{pdfPageCount(path), 1};
+    return TiffFile::isTiff(file.peek(16)) ? inspectTiff(path) : inspectOther(file);
 }
 
 } // namespace quillfern

@@ -2,18 +2,20 @@
 
 #include <QString>
 #include <cstdint>
+#include <optional>
 
 namespace quillfern {
 
-/// What a file's headers tell about the pages in it.
+/// What a raster file's headers say about the pictures in it.
 struct ImageFacts
 {
-    std::int32_t pages = 0;       ///< 0 when the file cannot be read
+    std::int32_t pages = 0;       ///< 0 for a TIFF whose directories cannot be read
     std::int32_t compression = 1; ///< the TIFF compression code of the first image; 1 for other formats
 };
 
-/// Looks at a PDF or raster file of any supported format, told by its content, not by its name. Reads the
-/// trailer and page tree of a PDF, the directories of a TIFF, the headers of others; never pixels.
-[[nodiscard]] ImageFacts inspectImageFile(const QString& path);
+/// Looks at a raster file of any supported format, told by its content, not by its name. Reads the
+/// directories of a TIFF, the headers of others; never pixels. Nothing for a file that is none or cannot be
+/// read.
+[[nodiscard]] std::optional<ImageFacts> inspectImageFile(const QString& path);
 
 } // namespace quillfern

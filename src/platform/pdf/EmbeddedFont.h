@@ -10,10 +10,10 @@ namespace quillfern {
 
 /// One face in one document: a composite font (Type 0, Identity-H) whose subset is written when all its
 /// glyphs are known, with widths and a map back to text (ISO 32000-1, 9.7 and 9.10.3).
-class PdfFont
+class EmbeddedFont
 {
   public:
-    PdfFont(QPDF& document, std::shared_ptr<const FontFace> face);
+    EmbeddedFont(QPDF& document, std::shared_ptr<const FontFace> face);
 
     [[nodiscard]] bool embeddable() const { return program_.embeddable(); }
     /// The font dictionary, an indirect object; complete after finish().

@@ -1,4 +1,4 @@
-#include "platform/pdf/PdfFont.h"
+#include "platform/pdf/EmbeddedFont.h"
 
 #include "platform/system/Failure.h"
 
@@ -42,20 +42,20 @@ QPDFObjectHandle deflatedStream(QPDF& document, const QByteArray& bytes)
     return stream;
 }
 
-PdfFont::PdfFont(QPDF& document, std::shared_ptr<const FontFace> face)
+EmbeddedFont::EmbeddedFont(QPDF& document, std::shared_ptr<const FontFace> face)
     : document_(document), program_(std::move(face)),
       object_(document.makeIndirectObject(QPDFObjectHandle::newDictionary()))
 {
 }
 
-bool PdfFont::use(std::uint32_t glyph, const QString& text)
+bool EmbeddedFont::use(std::uint32_t glyph, const QString& text)
 {
     const auto [entry, added] = glyphs_.try_emplace(glyph, text);
     if (!added && entry->second.isEmpty()) entry->second = text;
     return entry->second == text;
 }
 
-QPDFObjectHandle PdfFont::widths() const
+QPDFObjectHandle EmbeddedFont::widths() const
 {
     // Runs of successive codes: first code [w w w ...].
     std::map<unsigned, double> byCode;
@@ -76,7 +76,7 @@ QPDFObjectHandle PdfFont::widths() const
     return all;
 }
 
-QByteArray PdfFont::toUnicodeMap() const
+QByteArray EmbeddedFont::toUnicodeMap() const
 {
     QByteArrayList lines;
     for (const auto& [glyph, text] : glyphs_) {
@@ -98,7 +98,7 @@ QByteArray PdfFont::toUnicodeMap() const
     return map + "endcmap\nCMapName currentdict /CMap defineresource pop\nend\nend\n";
 }
 
-QPDFObjectHandle PdfFont::descriptor(const QByteArray& name, const FontProgram::Subset& subset)
+QPDFObjectHandle EmbeddedFont::descriptor(const QByteArray& name, const FontProgram::Subset& subset)
 {
     const FontMetrics& metrics = program_.metrics();
     QPDFObjectHandle box = QPDFObjectHandle::newArray();
@@ -138,7 +138,7 @@ QPDFObjectHandle PdfFont::descriptor(const QByteArray& name, const FontProgram::
     return document_.makeIndirectObject(dictionary);
 }
 
-void PdfFont::finish()
+void EmbeddedFont::finish()
 {
     std::set<std::uint32_t> wanted{0};
     for (const auto& [glyph, text] : glyphs_)

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+
+namespace quillfern {
+
+/// What the list shows of a file's content.
+struct PageCount
+{
+    std::int32_t pages = 0;       ///< 0 when the file cannot be read
+    std::int32_t compression = 1; ///< the TIFF compression code of the first picture; 1 for other formats
+};
+
+/// Counts the pages of a PDF or raster file of any supported format, told by its content, not by its name.
+/// Reads the trailer and page tree of a PDF, the directories of a TIFF, the headers of others; never pixels.
+[[nodiscard]] PageCount countPages(const QString& path);
+
+} // namespace quillfern

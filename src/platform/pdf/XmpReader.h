@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/pdf/XmpPacket.h"
+
+#include <optional>
+
+namespace quillfern {
+
+/// Reads a packet's decoded text; the ranges of the result lie in it. Nothing when it cannot be understood.
+[[nodiscard]] std::optional<XmpPacket::Content> readXmp(const QString& text);
+
+} // namespace quillfern

@@ -1,0 +1,77 @@
+#include "filelist/PageCount.h"
+
+#include "platform/system/NativePath.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <QFile>
+#include <QImage>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace quillfern {
+namespace {
+
+/// A PDF file of one page with a hole of `gap` bytes before its cross-reference table.
+QString pdfWithHole(const Scratch& scratch, qint64 gap)
+{
+    PdfBuilder builder;
+    builder.add("<</Type/Catalog/Pages 2 0 R>>");
+    builder.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
+    builder.add("<</Type/Page/Parent 2 0 R/MediaBox[0 0 99 99]>>");
+    const QByteArray whole = builder.build();
+    const qsizetype table = whole.indexOf("\nxref") + 1;
+    QFile file(scratch.write(QStringLiteral("hole.pdf"), whole.left(table)));
+    EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+    file.seek(table + gap);
+    const QByteArray rest = whole.mid(table, whole.indexOf("startxref") - table);
+    file.write(rest + "startxref\n" + QByteArray::number(table + gap) + "\n%%EOF\n");
+    return file.fileName();
+}
+
+TEST(PageCountTest, CountsAPdfWithoutReadingItWhole)
+{
+    const Scratch scratch;
+    constexpr qint64 large = 600LL << 20;
+    const QString path = pdfWithHole(scratch, large);
+    ASSERT_GE(QFile(path).size(), large);
+    const qint64 before = bytesRead();
+    EXPECT_EQ(countPages(path).pages, 1);
+    EXPECT_LT(bytesRead() - before, 4 << 20);
+}
+
+TEST(PageCountTest, TheContentDecidesUnderAnyName)
+{
+    const Scratch scratch;
+    EXPECT_EQ(countPages(scratch.write(QStringLiteral("three.png"), numberedPdf(3))).pages, 3);
+    EXPECT_EQ(
+        countPages(scratch.write(QStringLiteral("late.tif"), QByteArray(3000, ' ') + numberedPdf(2))).pages,
+        2);
+    const QString picture = scratch.path(QStringLiteral("picture.pdf"));
+    ASSERT_TRUE(QImage(20, 10, QImage::Format_RGB32).save(picture, "png"));
+    EXPECT_EQ(countPages(picture).pages, 1);
+    const QString fax =
+        qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/samples/letter-fax.tif");
+    const QString named = scratch.write(QStringLiteral("fax.pdf"), readFile(fax));
+    EXPECT_EQ(countPages(named).pages, 3);
+    EXPECT_EQ(countPages(named).compression, 4);
+}
+
+TEST(PageCountTest, WhatIsNoDocumentHasNoPages)
+{
+    const Scratch scratch;
+    const QString pipe = scratch.path(QStringLiteral("pipe.pdf"));
+    ASSERT_EQ(::mkfifo(nativePath(pipe).constData(), 0600), 0); // opening it would wait for a writer
+    for (const QString& path :
+         {pipe, scratch.path(QStringLiteral("missing.pdf")), scratch.path(), QString(),
+          scratch.write(QStringLiteral("empty.tif"), {}),
+          scratch.write(QStringLiteral("text.pdf"), "not a PDF"),
+          scratch.write(QStringLiteral("header.tif"), QByteArray("II*\0\xFF\xFF\xFF\x7F", 8)),
+          scratch.write(QStringLiteral("cut.pdf"), numberedPdf(3).left(30))}) {
+        EXPECT_EQ(countPages(path).pages, 0) << path.toStdString();
+        EXPECT_EQ(countPages(path).compression, 1) << path.toStdString();
+    }
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,168 @@
+// Text set in every kind of font program, read back by another program than the one that wrote it.
+
+#include "platform/pdf/EmbeddedFont.h"
+
+#include "platform/pdf/FontBuilder.h"
+#include "platform/drawing/TextShaper.h"
+#include "platform/pdf/PdfDocument.h"
+#include "platform/pdf/PdfWriter.h"
+#include "platform/store/AtomicFile.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <QFontDatabase>
+#include <QImage>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+constexpr double fontSize = 50;
+
+/// Boxes of their own heights for A to E, in a CID-keyed font whose CIDs are not its glyph numbers, or in one
+/// of names; for as long as the object lives it is one of the machine's fonts.
+class BoxFont
+{
+  public:
+    explicit BoxFont(bool cidKeyed)
+        : spec{cidKeyed ? QStringLiteral("Quill Keyed Boxes") : QStringLiteral("Quill Named Boxes"), false,
+               false}
+    {
+        CffPlan cff;
+        cff.cidKeyed = cidKeyed;
+        cff.charset = "\1" + bytes16(cidKeyed ? 1000 : 34) + '\4';
+        OpenTypePlan plan;
+        plan.family = spec.family.toLatin1();
+        plan.postScriptName = QByteArray(plan.family).replace(" ", "");
+        for (int glyph = 0; glyph <= 5; ++glyph) {
+            cff.glyphs.append({300 + 100 * glyph, heightOf(glyph)});
+            plan.advances.append(300 + 100 * glyph);
+            if (glyph > 0) plan.characters[static_cast<char16_t>(u'A' + glyph - 1)] = glyph;
+        }
+        plan.cff = cffTable(cff);
+        id_ = QFontDatabase::addApplicationFontFromData(openTypeFont(plan));
+        EXPECT_GE(id_, 0);
+    }
+    ~BoxFont() { QFontDatabase::removeApplicationFont(id_); }
+    BoxFont(const BoxFont&) = delete;
+    BoxFont& operator=(const BoxFont&) = delete;
+
+    static int heightOf(int glyph) { return glyph == 0 ? 50 : 100 + 120 * glyph; }
+
+    FontSpec spec;
+
+  private:
+    int id_ = -1;
+};
+
+/// A page of 600 by 200 points that shows `text` from 50, 50 on; returns the path and the text's own width.
+std::pair<QString, double> stamped(const Scratch& scratch, const QString& text, const FontSpec& font)
+{
+    const QString source =
+        scratch.write(QStringLiteral("in.pdf"), simplePdf({{{}, "/MediaBox[0 0 600 200]"}}));
+    const QString target = scratch.path(QStringLiteral("out.pdf"));
+    TextShaper shaper;
+    const auto shaped = shaper.shape(text, font);
+    EXPECT_EQ(shaped->runs.size(), 1U) << "drawn in the font that was asked for";
+    const auto document = PdfDocument::open(source);
+    const auto page = document->stampPage(0, shaper);
+    page->over().translate(50, 50);
+    TextPaint paint;
+    paint.fontSize = fontSize;
+    page->over().drawText(*shaped, paint);
+    page->finish();
+    AtomicFile file(target);
+    document->save(RewritingPdfWriter(), file);
+    file.commit();
+    EXPECT_TRUE(qpdfAccepts(target));
+    return {target, shaped->width * fontSize};
+}
+
+QByteArray fontsOf(const QString& pdf)
+{
+    return runTool(QStringLiteral("pdffonts"), {pdf}).out.simplified();
+}
+
+TEST(EmbeddedFontTest, TextInEveryKindOfFontIsFoundAndAsWideAsItWas)
+{
+    const Scratch scratch;
+    const BoxFont keyed(true);
+    const BoxFont named(false);
+    const std::vector<std::tuple<FontSpec, QString, const char*>> cases = {
+        {{QStringLiteral("Liberation Sans"), false, false}, QStringLiteral("Wi\u00E9l2024"), "CID TrueType"},
+        {{QStringLiteral("Cantarell"), false, false}, QStringLiteral("Wi\u00E9l2024"), "CID Type 0C"},
+        {{QStringLiteral("Cantarell"), true, false}, QStringLiteral("Wi\u00E9l2024"), "CID Type 0C"},
+        {keyed.spec, QStringLiteral("ADBEC"), "CID Type 0C"},
+        {named.spec, QStringLiteral("ADBEC"), "CID Type 0C"},
+    };
+    for (const auto& [font, text, kind] : cases) {
+        SCOPED_TRACE(font.family.toStdString());
+        const auto [path, width] = stamped(scratch, text, font);
+        EXPECT_GT(width, 50);
+        // name, kind, encoding; embedded, a subset, with a map to text
+        EXPECT_TRUE(fontsOf(path).contains(QByteArray(kind) + " Identity-H yes yes yes"))
+            << fontsOf(path).toStdString();
+        const auto pages = pdfWords(path);
+        ASSERT_EQ(pages.size(), 1U);
+        const QRectF box = pages[0].boxOf(text);
+        EXPECT_NEAR(box.left(), 50, 0.1);
+        EXPECT_NEAR(box.width(), width, 0.1);
+    }
+}
+
+/// The columns of a picture that hold ink, each with the height of the ink in it.
+std::vector<int> inkHeights(const QImage& image)
+{
+    std::vector<int> heights;
+    for (int x = 0; x < image.width(); ++x) {
+        int height = 0;
+        for (int y = 0; y < image.height(); ++y)
+            height += qGray(image.pixel(x, y)) < 128 ? 1 : 0;
+        heights.push_back(height);
+    }
+    return heights;
+}
+
+TEST(EmbeddedFontTest, EveryCodeShowsItsOwnGlyph)
+{
+    const Scratch scratch;
+    for (const bool cidKeyed : {true, false}) {
+        const BoxFont font(cidKeyed);
+        const auto [path, width] = stamped(scratch, QStringLiteral("CAEB"), font.spec);
+        const QString picture = scratch.path(QStringLiteral("page"));
+        runTool(QStringLiteral("pdftoppm"),
+                {QStringLiteral("-r"), QStringLiteral("144"), QStringLiteral("-png"),
+                 QStringLiteral("-singlefile"), path, picture});
+        const auto heights = inkHeights(QImage(picture + QStringLiteral(".png")));
+        ASSERT_EQ(heights.size(), 1200U);
+        double pen = 50;
+        for (const int glyph : {3, 1, 5, 2}) {
+            const double advance = (300 + 100 * glyph) / 1000.0 * fontSize;
+            const auto middle = static_cast<std::size_t>((pen + advance / 2) * 2);
+            EXPECT_NEAR(heights[middle], BoxFont::heightOf(glyph) / 1000.0 * fontSize * 2, 2)
+                << "glyph " << glyph << (cidKeyed ? " of a CID-keyed font" : "");
+            pen += advance;
+        }
+        EXPECT_NEAR(pen - 50, width, 0.01);
+    }
+}
+
+TEST(EmbeddedFontTest, AGlyphStandsForOneTextInTheWholeDocument)
+{
+    QPDF document;
+    document.emptyPDF();
+    TextShaper shaper;
+    const auto face = shaper.shape(QStringLiteral("a"), {QStringLiteral("Liberation Sans"), false, false})
+                          ->runs.front()
+                          .face;
+    EmbeddedFont font(document, face);
+    EXPECT_TRUE(font.use(5, QString()));
+    EXPECT_TRUE(font.use(5, QStringLiteral("a"))) << "a glyph that stood for nothing can still be named";
+    EXPECT_TRUE(font.use(5, QStringLiteral("a")));
+    EXPECT_FALSE(font.use(5, QStringLiteral("b")));
+    EXPECT_FALSE(font.use(5, QString()));
+    EXPECT_TRUE(font.use(6, QStringLiteral("b")));
+}
+
+} // namespace
+} // namespace quillfern

@@ -1,0 +1,246 @@
+#include "platform/pdf/XmpPacket.h"
+
+#include <QStringConverter>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+/// The ways in which a packet's bytes are written, with and without a byte order mark.
+struct Writing
+{
+    const char* name;
+    QStringConverter::Encoding encoding;
+    bool marked;
+};
+constexpr Writing writings[] = {{"UTF-8", QStringConverter::Utf8, false},
+                                {"UTF-8 with a mark", QStringConverter::Utf8, true},
+                                {"UTF-16, little end first", QStringConverter::Utf16LE, true},
+                                {"UTF-16, big end first", QStringConverter::Utf16BE, true},
+                                {"UTF-16 without a mark", QStringConverter::Utf16BE, false},
+                                {"UTF-32", QStringConverter::Utf32LE, true}};
+
+QByteArray written(const QString& text, const Writing& writing)
+{
+    QStringEncoder encoder(writing.encoding);
+    return encoder((writing.marked ? QString(QChar::ByteOrderMark) : QString()) + text);
+}
+
+/// A packet as other programs write them, with `rdf` inside of rdf:RDF: characters of two, three and four
+/// bytes, both kinds of line ends, processing instructions, properties that nobody knows, padding.
+QString packet(const QString& rdf)
+{
+    return QString::fromUtf8(
+               "<?xpacket begin='\xEF\xBB\xBF' id='W5M0MpCehiHzreSzNTczkc9d'?>\r\n"
+               "<?adobe-xap-filters esc=\"CR\r\nLF\"?><!-- 🌿\r\n\r <a> & -\u00A0>ä -->\n"
+               "<x:xmpmeta xmlns:x='adobe:ns:meta/' x:xmptk='é 🌿 &#x1F33F;'>\r\n"
+               "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'\n"
+               " xmlns:xmp = \"http://ns.adobe.com/xap/1.0/\""
+               " xmlns:pdfaid='http://www.aiim.org/pdfa/ns/id/'>\r"
+               "<rdf:Description rdf:about='' xmlns:o='urn:odd'>"
+               "<o:t>CreatorTool=\"x\" &lt;xmp:CreatorTool> 漢🌿 <![CDATA[</rdf:RDF>\r\n\r]]></o:t>"
+               "<o:CreatorTool>theirs</o:CreatorTool>"
+               "<o:s rdf:parseType='Resource'><xmp:CreatorTool>inner</xmp:CreatorTool></o:s>"
+               "</rdf:Description>") +
+           rdf + QStringLiteral("</rdf:RDF ></x:xmpmeta>\n  \r\n ") + QString(100, u' ') +
+           QStringLiteral("\n<?xpacket end=\"w\"?>");
+}
+
+QString description(const QString& attributes, const QString& content)
+{
+    return QStringLiteral("<rdf:Description rdf:about=''%1>%2</rdf:Description>").arg(attributes, content);
+}
+
+struct EditCase
+{
+    const char* what;
+    QString before;
+    QString after;
+};
+
+/// Applies `change` to every case in every encoding; all bytes must be those of the text after.
+template <class Change>
+void expectEdits(const std::vector<EditCase>& cases, Change change)
+{
+    for (const EditCase& c : cases)
+        for (const Writing& writing : writings) {
+            XmpPacket xmp(written(c.before, writing));
+            ASSERT_TRUE(xmp.isUnderstood()) << c.what << ", " << writing.name;
+            EXPECT_EQ(xmp.bytes(), written(c.before, writing)) << c.what << ", " << writing.name;
+            EXPECT_EQ(change(xmp), c.before != c.after) << c.what << ", " << writing.name;
+            EXPECT_EQ(xmp.bytes(), written(c.after, writing)) << c.what << ", " << writing.name;
+        }
+}
+
+TEST(XmpPacketTest, NamesTheCreatorWhereverItStands)
+{
+    const auto s = [](const char* text) { return QString::fromUtf8(text); };
+    const auto element = [&](const char* content) { return packet(description({}, s(content))); };
+    const auto attribute = [&](const char* written) { return packet(description(s(written), s("<o/>"))); };
+    const QString rdf = s("<RDF xmlns='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>%1</RDF>");
+    const std::vector<EditCase> cases = {
+        {"an element", element("<xmp:CreatorTool>Old ä</xmp:CreatorTool>"),
+         element("<xmp:CreatorTool>A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool>")},
+        {"between blanks and line ends",
+         element("\r\n<xmp:CreatorTool\n >\r\nO&amp;&#65;\r</xmp:CreatorTool >\r"),
+         element("\r\n<xmp:CreatorTool\n >A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool >\r")},
+        {"behind a declaration of some encoding",
+         s("<?xml version='1.0' encoding='UTF-16'?>") + element("<xmp:CreatorTool>x</xmp:CreatorTool>"),
+         s("<?xml version='1.0' encoding='UTF-16'?>") +
+             element("<xmp:CreatorTool>A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool>")},
+        {"an empty element", element("<xmp:CreatorTool />"),
+         element("<xmp:CreatorTool >A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool>")},
+        {"an empty pair of tags", element("<xmp:CreatorTool></xmp:CreatorTool>"),
+         element("<xmp:CreatorTool>A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool>")},
+        {"with a language", element("<xmp:CreatorTool xml:lang='en/'>x</xmp:CreatorTool>"),
+         element("<xmp:CreatorTool xml:lang='en/'>A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool>")},
+        {"another prefix", element("<q:CreatorTool xmlns:q='http://ns.adobe.com/xap/1.0/'>x</q:CreatorTool>"),
+         element("<q:CreatorTool xmlns:q='http://ns.adobe.com/xap/1.0/'>A &lt;b&gt; &amp; \\1 'c'"
+                 "</q:CreatorTool>")},
+        {"no prefix", element("<CreatorTool xmlns='http://ns.adobe.com/xap/1.0/'>x</CreatorTool>"),
+         element(
+             "<CreatorTool xmlns='http://ns.adobe.com/xap/1.0/'>A &lt;b&gt; &amp; \\1 'c'</CreatorTool>")},
+        {"a section", element("<xmp:CreatorTool><![CDATA[a</xmp:CreatorTool>]]></xmp:CreatorTool>"),
+         element("<xmp:CreatorTool>A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool>")},
+        {"text around comments",
+         element("<xmp:CreatorTool>a<!-- > c -->b<![CDATA[<]]><?p i?></xmp:CreatorTool>"),
+         element("<xmp:CreatorTool>A &lt;b&gt; &amp; \\1 'c'<!-- > c --><?p i?></xmp:CreatorTool>")},
+        {"an attribute", attribute(" xmp:CreatorTool = \"it's > old\" o='1'"),
+         attribute(" xmp:CreatorTool = \"A &lt;b&gt; &amp; \\1 &#39;c&#39;\" o='1'")},
+        {"an attribute in single quotes", attribute(" o='xmp:CreatorTool=\"no\"'\nxmp:CreatorTool='a\"=b'"),
+         attribute(" o='xmp:CreatorTool=\"no\"'\nxmp:CreatorTool='A &lt;b&gt; &amp; \\1 &#39;c&#39;'")},
+        {"twice", packet(description(s(" xmp:CreatorTool='a'"), s("<xmp:CreatorTool>b</xmp:CreatorTool>"))),
+         packet(description(s(" xmp:CreatorTool='A &lt;b&gt; &amp; \\1 &#39;c&#39;'"),
+                            s("<xmp:CreatorTool>A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool>")))},
+        {"a structure in its place", element("<xmp:CreatorTool><rdf:Bag/></xmp:CreatorTool>"),
+         element("<xmp:CreatorTool><rdf:Bag/></xmp:CreatorTool>")},
+        {"a reference in its place", element("<xmp:CreatorTool rdf:resource='urn:x'/>"),
+         element("<xmp:CreatorTool rdf:resource='urn:x'/>")},
+        {"nowhere", packet({}),
+         packet(
+             s("<rdf:Description rdf:about=\"\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\"><xmp:CreatorTool>"
+               "A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool></rdf:Description>\n"))},
+        {"nowhere, with RDF as the default namespace", rdf.arg(QString()),
+         rdf.arg(s("<rdf:Description xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\" "
+                   "rdf:about=\"\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\"><xmp:CreatorTool>"
+                   "A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool></rdf:Description>\n"))},
+    };
+    expectEdits(cases, [](XmpPacket& xmp) { return xmp.setCreatorTool(QStringLiteral("A <b> & \\1 'c'")); });
+}
+
+TEST(XmpPacketTest, WithdrawsTheArchivalClaimAndNothingElse)
+{
+    const auto with = [](const char* attributes, const char* content) {
+        return packet(description(QString::fromUtf8(attributes), QString::fromUtf8(content)));
+    };
+    const std::vector<EditCase> cases = {
+        {"elements",
+         with("",
+              "a<pdfaid:part>2</pdfaid:part>\r\n<pdfaid:conformance\n>B<!-- c --></pdfaid:conformance >b"),
+         with("", "a\r\nb")},
+        {"attributes", with(" pdfaid:part='2'\n\tpdfaid:conformance = \"U\" o=' pdfaid:part=\"2\"'", "<o/>"),
+         with(" o=' pdfaid:part=\"2\"'", "<o/>")},
+        {"both, with an amendment and a revision",
+         with(" pdfaid:rev='2020'",
+              "<pdfaid:amd>2005</pdfaid:amd><pdfaid:part/><pdfaid:other>x</pdfaid:other>"),
+         with("", "<pdfaid:other>x</pdfaid:other>")},
+        {"another prefix", with(" xmlns:a='http://www.aiim.org/pdfa/ns/id/' a:part='1'", "<a:conformance/>"),
+         with(" xmlns:a='http://www.aiim.org/pdfa/ns/id/'", "")},
+        {"none", with(" xmlns:o='urn:o'", "<o:part>1</o:part>"),
+         with(" xmlns:o='urn:o'", "<o:part>1</o:part>")},
+    };
+    expectEdits(cases, [](XmpPacket& xmp) { return xmp.withdrawArchivalClaim(); });
+}
+
+TEST(XmpPacketTest, ReadsTheArchivalPart)
+{
+    const std::vector<std::tuple<QString, QString, int>> cases = {
+        {QString(), QStringLiteral("<pdfaid:part>1</pdfaid:part>"), 1},
+        {QString(), QStringLiteral("<pdfaid:part>\n 2\n</pdfaid:part>"), 2},
+        {QString(), QStringLiteral("<pdfaid:part><![CDATA[3]]></pdfaid:part>"), 3},
+        {QString(), QStringLiteral("<pdfaid:part>&#52;</pdfaid:part>"), 4},
+        {QStringLiteral(" pdfaid:part = '3'"), QString(), 3},
+        {QString(), QStringLiteral("<pdfaid:part></pdfaid:part>"), 0},
+        {QString(), QStringLiteral("<pdfaid:part>x</pdfaid:part>"), 0},
+        {QString(), QStringLiteral("<!--<pdfaid:part>1</pdfaid:part>-->"), 0},
+        {QString(), QStringLiteral("<o:a><pdfaid:part>1</pdfaid:part></o:a>"), 0},
+        {QString(), QStringLiteral("&lt;pdfaid:part>1&lt;/pdfaid:part>"), 0},
+    };
+    for (const auto& [attributes, content, part] : cases)
+        for (const Writing& writing : writings) {
+            const QString rdf = description(attributes + QStringLiteral(" xmlns:o='urn:o'"), content);
+            EXPECT_EQ(XmpPacket(written(packet(rdf), writing)).archivalPart(), part)
+                << content.toStdString() << ", " << writing.name;
+        }
+}
+
+/// Cut at every place and with every byte changed in turn: what is then understood says only what stands
+/// there, and what is not is left alone.
+TEST(XmpPacketTest, SurvivesDamage)
+{
+    const QString text = packet(description(QStringLiteral(" pdfaid:part='2'"),
+                                            QStringLiteral("<xmp:CreatorTool>Old</xmp:CreatorTool>")));
+    const qsizetype end = text.lastIndexOf(QStringLiteral("</x:xmpmeta>")) + 12;
+    for (qsizetype length = 0; length < end; ++length)
+        EXPECT_FALSE(XmpPacket(text.left(length).toUtf8()).isUnderstood()) << length;
+    EXPECT_TRUE(XmpPacket(text.left(end).toUtf8()).isUnderstood()) << "a packet without its padding";
+    const QByteArray bytes = text.toUtf8();
+    for (const char damage : {'<', '>', '&', '"', '\'', '/', '\0', '\xFF', '\xC3'})
+        for (qsizetype at = 0; at < bytes.size(); ++at) {
+            QByteArray damaged = bytes;
+            damaged[at] = damage;
+            XmpPacket xmp(damaged);
+            if (!xmp.isUnderstood()) continue;
+            ASSERT_EQ(xmp.bytes(), damaged) << at;
+            if (!xmp.setCreatorTool(QStringLiteral("New"))) continue;
+            // The edit is a whole one: the packet can be read again, and says it once.
+            ASSERT_TRUE(xmp.isUnderstood()) << damaged.toStdString();
+            ASSERT_TRUE(xmp.bytes().contains("CreatorTool>New</")) << damaged.toStdString();
+        }
+    EXPECT_TRUE(XmpPacket(bytes + QByteArray(50, '\0')).isUnderstood()) << "zeros that fill up the stream";
+}
+
+TEST(XmpPacketTest, LeavesAloneWhatItCannotRead)
+{
+    const auto inside = [](const QString& rdf) { return packet(rdf).toUtf8(); };
+    const QByteArray good = inside({});
+    QString manyAttributes;
+    QString manyNamespaces;
+    QString deep;
+    for (int i = 0; i < 100'000; ++i) {
+        manyAttributes += QStringLiteral(" a%1=''").arg(i);
+        if (i < 400) manyNamespaces += QStringLiteral(" xmlns:a%1='u'").arg(i);
+        deep += QStringLiteral("<a>");
+    }
+    QByteArray bomb = "<!DOCTYPE x [<!ENTITY a0 \"aaaaaaaaaa\">";
+    for (int i = 1; i < 12; ++i) {
+        const QByteArray last = "&a" + QByteArray::number(i - 1) + ';';
+        bomb += "<!ENTITY a" + QByteArray::number(i) + " \"" + last.repeated(10) + "\">";
+    }
+    const std::vector<std::pair<const char*, QByteArray>> cases = {
+        {"nothing", {}},
+        {"no markup", "CreatorTool"},
+        {"entities that grow", bomb + "]><x>&a11;</x>"},
+        {"a type declared outside", "<!DOCTYPE x SYSTEM 'file:///etc/passwd'>" + good},
+        {"an entity that nobody declares", inside(QStringLiteral("&x;"))},
+        {"a prefix that nobody binds", inside(QStringLiteral("<u:a/>"))},
+        {"a tag too many", inside(QStringLiteral("</rdf:Description>"))},
+        {"bytes of another encoding", inside(QStringLiteral("@")).replace('@', '\xE4')},
+        {"an overlong character", inside(QStringLiteral("@")).replace("@", "\xC0\xBC")},
+        {"half a character at the end", written(packet({}), writings[2]) + 'x'},
+        {"attributes without end", inside(QStringLiteral("<a%1/>").arg(manyAttributes))},
+        {"namespaces without end", inside(QStringLiteral("<a%1/>").arg(manyNamespaces))},
+        {"elements without end", inside(deep)},
+        {"a comment without end", good + "<!--"},
+    };
+    for (const auto& [what, bytes] : cases) {
+        XmpPacket xmp(bytes);
+        EXPECT_FALSE(xmp.isUnderstood()) << what;
+        EXPECT_EQ(xmp.archivalPart(), 0) << what;
+        EXPECT_FALSE(xmp.withdrawArchivalClaim()) << what;
+        EXPECT_FALSE(xmp.setCreatorTool(QStringLiteral("x"))) << what;
+    }
+}
+
+} // namespace
+} // namespace quillfern
