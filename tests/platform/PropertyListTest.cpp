@@ -84,6 +84,7 @@ TEST(PropertyList, WritesTheSameBytesForEver)
         {0.0001, "<real>0.0001</real>"},
         {0.00001, "<real>1.0000000000000001e-05</real>"},
         {28.34645669291339, "<real>28.346456692913389</real>"},
+        {148801145796586.625, "<real>148801145796586.62</real>"},
         {1e16, "<real>10000000000000000</real>"},
         {1e17, "<real>1e+17</real>"},
         {std::numeric_limits<double>::max(), "<real>1.7976931348623157e+308</real>"},

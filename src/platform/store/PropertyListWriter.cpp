@@ -2,6 +2,8 @@
 #include "platform/system/Failure.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 
 namespace quillfern {
@@ -32,7 +34,12 @@ QByteArray numberText(double value)
 {
     if (std::isnan(value)) return "nan";
     if (std::isinf(value)) return value < 0 ? "-infinity" : "+infinity";
-    return value == 0 ? "0.0" : QByteArray::number(value, 'g', 17);
+    if (value == 0) return "0.0";
+    // Seventeen digits, of two equally near the even one: QByteArray::number() takes the larger.
+    std::array<char, 32> text{};
+    const char* end =
+        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 17).ptr;
+    return {text.data(), end - text.data()};
 }
 
 /// Writes the XML form. QXmlStreamWriter would write a quotation mark as an entity, and no profile that is
