@@ -13,7 +13,7 @@
 Stamps page numbers, text and pictures onto PDF and picture files.
 
 Licensed under the Apache License, Version 2.0.
-Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo, libdeflate and libplist, under their own licences.</source>
+Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under their own licences.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

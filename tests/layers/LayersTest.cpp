@@ -1,5 +1,5 @@
-// Reads the includes of every source file: a floor may include only itself and the floors below it, and
-// headers of libraries other than Qt and the standard library belong to the adapters alone.
+// Reads the includes of every source file: a room may include only itself and the rooms below it, and the
+// headers of a library other than Qt and the standard library only where the library belongs.
 
 #include <QDirIterator>
 #include <QFile>
@@ -10,82 +10,140 @@
 
 namespace {
 
-const QMap<QString, QStringList> below = {
-    {QStringLiteral("platform"), {}},
-    {QStringLiteral("stamps"), {QStringLiteral("platform")}},
-    {QStringLiteral("filelist"), {QStringLiteral("platform")}},
-    {QStringLiteral("config"), {QStringLiteral("stamps")}},
-    {QStringLiteral("batch"), {QStringLiteral("config"), QStringLiteral("filelist")}},
-    {QStringLiteral("dialogs"), {QStringLiteral("config"), QStringLiteral("filelist")}},
-    {QStringLiteral("app"), {QStringLiteral("dialogs"), QStringLiteral("batch")}},
-    {QStringLiteral("runner"), {QStringLiteral("batch")}},
-    {QStringLiteral("render"), {QStringLiteral("platform")}},
+/// The rooms right below each room; what those may include is allowed as well.
+const QMap<QString, QStringList>& roomsBelow()
+{
+    static const QMap<QString, QStringList> below = [] {
+        const std::vector<std::pair<const char*, const char*>> rows = {
+            {"platform/system", ""},
+            {"platform/store", "platform/system"},
+            {"platform/drawing", "platform/system"},
+            {"platform/desktop", "platform/system"},
+            {"platform/pdf", "platform/store platform/drawing"},
+            {"platform/raster", "platform/store platform/drawing"},
+            {"platform/pageimages", "platform/system"},
+            {"stamps", "platform/raster"},
+            {"filelist", "platform/pdf platform/raster platform/desktop"},
+            {"config", "stamps platform/pageimages"},
+            {"batch", "config filelist"},
+            {"dialogs", "config filelist"},
+            {"app", "dialogs batch"},
+            {"runner", "batch"},
+            {"render", "platform/pageimages platform/pdf platform/raster"},
+        };
+        QMap<QString, QStringList> map;
+        for (const auto& [room, rooms] : rows)
+            map.insert(QString::fromLatin1(room), QString::fromLatin1(rooms).split(u' ', Qt::SkipEmptyParts));
+        return map;
+    }();
+    return below;
+}
+
+/// Libraries by what their headers begin with, and the one room that may include them. `unistd.h` and the
+/// like are the operating system's: of the platform, the batch (which asks it about folders) and programs of
+/// one file.
+const std::vector<std::pair<const char*, const char*>> libraries = {
+    {"qpdf/", "platform/pdf"},           {"hb", "platform/pdf"},      {"libdeflate.h", "platform/pdf"},
+    {"zlib.h", "platform/pdf"},          {"tiff", "platform/raster"}, {"turbojpeg.h", "platform/raster"},
+    {"fontconfig/", "platform/drawing"},
 };
 
-void reach(const QString& room, QSet<QString>& rooms)
+QSet<QString> reachable(const QString& room)
 {
-    rooms.insert(room);
-    for (const QString& next : below.value(room))
-        reach(next, rooms);
+    QSet<QString> rooms = {room};
+    for (const QString& next : roomsBelow().value(room))
+        rooms.unite(reachable(next));
+    return rooms;
+}
+
+/// The room that a path below src/ lies in; empty for none.
+QString roomOf(const QString& path)
+{
+    const int parts = path.startsWith(QLatin1String("platform/")) ? 1 : 0;
+    const QString room = path.section(u'/', 0, parts);
+    return roomsBelow().contains(room) ? room : QString();
 }
 
 struct Include
 {
     QString file;
-    QString room;
     QString target;
-    bool quoted;
 };
 
-QList<Include> allIncludes()
+const QList<Include>& allIncludes()
 {
-    static const QRegularExpression line(QStringLiteral("^\\s*#\\s*include\\s*([\"<])([^\">]+)[\">]"),
-                                         QRegularExpression::MultilineOption);
-    QList<Include> includes;
-    const QString root = qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/src/");
-    QDirIterator files(root, {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        QFile file(files.next());
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        const QString name = file.fileName().mid(root.size());
-        for (const auto& match : line.globalMatch(QString::fromUtf8(file.readAll())))
-            includes.append({name, name.section(u'/', 0, 0), match.captured(2),
-                             match.captured(1) == QLatin1String("\"")});
-    }
-    return includes;
+    static const QList<Include> all = [] {
+        static const QRegularExpression line(QStringLiteral("^\\s*#\\s*include\\s*[\"<]([^\">]+)[\">]"),
+                                             QRegularExpression::MultilineOption);
+        QList<Include> includes;
+        const QString root = qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/src/");
+        QDirIterator files(root, {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+            const QString name = file.fileName().mid(root.size());
+            for (const auto& match : line.globalMatch(QString::fromUtf8(file.readAll())))
+                includes.append({name, match.captured(1)});
+        }
+        return includes;
+    }();
+    return all;
 }
 
-/// Qt's headers begin with Q, the standard library's have no folder and no extension; the system's own are
-/// few.
+std::string describe(const Include& include)
+{
+    return (include.file + QStringLiteral(" includes ") + include.target).toStdString();
+}
+
+/// Qt's headers begin with Q, the standard library's have no folder and no extension; a form's header is made
+/// from it.
 bool isQtOrStandard(const QString& header)
 {
-    static const QRegularExpression plain(QStringLiteral("^(Q[A-Za-z]+(/Q[A-Za-z]+)?|[a-z_]+)$"));
-    static const QSet<QString> system = {QStringLiteral("unistd.h"), QStringLiteral("fcntl.h"),
-                                         QStringLiteral("signal.h"), QStringLiteral("sys/resource.h")};
-    return plain.match(header).hasMatch() || system.contains(header);
+    static const QRegularExpression plain(
+        QStringLiteral("^(Q[A-Za-z]+(/Q[A-Za-z0-9]+)?|[a-z_]+|ui_[A-Za-z]+\\.h)$"));
+    return plain.match(header).hasMatch();
+}
+
+bool isOperatingSystem(const QString& header)
+{
+    static const QRegularExpression posix(
+        QStringLiteral("^(unistd|fcntl|signal|dirent|sys/[a-z]+|emmintrin)\\.h$"));
+    return posix.match(header).hasMatch();
+}
+
+TEST(Layers, EverySourceFileIsInARoom)
+{
+    ASSERT_GT(allIncludes().size(), 500) << "the sources were not found";
+    for (const Include& include : allIncludes())
+        EXPECT_FALSE(roomOf(include.file).isEmpty()) << include.file.toStdString();
 }
 
 TEST(Layers, NoIncludeRunsUpwardOrSideways)
 {
-    const QList<Include> includes = allIncludes();
-    ASSERT_GT(includes.size(), 100) << "the sources were not found";
-    for (const Include& include : includes) {
-        const QString target = include.target.section(u'/', 0, 0);
-        if (!include.quoted || !below.contains(target)) continue;
-        QSet<QString> rooms;
-        reach(include.room, rooms);
-        EXPECT_TRUE(rooms.contains(target))
-            << include.file.toStdString() << " includes " << include.target.toStdString();
+    for (const Include& include : allIncludes()) {
+        const QString target = roomOf(include.target);
+        if (target.isEmpty()) continue;
+        EXPECT_TRUE(reachable(roomOf(include.file)).contains(target)) << describe(include);
     }
 }
 
-TEST(Layers, OnlyAdaptersIncludeOtherLibraries)
+TEST(Layers, ALibraryIsIncludedInItsRoomOnly)
 {
     for (const Include& include : allIncludes()) {
-        if (include.quoted || include.room == QLatin1String("platform")) continue;
-        EXPECT_TRUE(isQtOrStandard(include.target))
-            << include.file.toStdString() << " includes " << include.target.toStdString();
+        if (!roomOf(include.target).isEmpty() || isQtOrStandard(include.target)) continue;
+        const QString room = roomOf(include.file);
+        if (isOperatingSystem(include.target)) {
+            static const QSet<QString> windows = {QStringLiteral("app"), QStringLiteral("dialogs"),
+                                                  QStringLiteral("config"), QStringLiteral("stamps")};
+            EXPECT_FALSE(windows.contains(room)) << describe(include);
+            continue;
+        }
+        const auto library = std::find_if(libraries.begin(), libraries.end(), [&](const auto& each) {
+            return include.target.startsWith(QLatin1String(each.first));
+        });
+        ASSERT_NE(library, libraries.end()) << describe(include) << ", which belongs to no room";
+        EXPECT_EQ(room.toStdString(), library->second) << describe(include);
     }
 }
 
@@ -95,11 +153,9 @@ TEST(Layers, CoreKnowsNoWidgets)
     static const QRegularExpression widgets(
         QStringLiteral("^(QtWidgets/.*|Q\\w*(Widget|Dialog|Window|MessageBox|View))$"));
     for (const Include& include : allIncludes()) {
-        if (windowed.contains(include.room) || include.quoted ||
-            include.target == QLatin1String("QStringView"))
+        if (windowed.contains(roomOf(include.file)) || include.target == QLatin1String("QStringView"))
             continue;
-        EXPECT_FALSE(widgets.match(include.target).hasMatch())
-            << include.file.toStdString() << " includes " << include.target.toStdString();
+        EXPECT_FALSE(widgets.match(include.target).hasMatch()) << describe(include);
     }
 }
 

@@ -1,6 +1,5 @@
 #include "platform/store/Record.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -29,19 +28,19 @@ const T* findAs(const Record& record, const QString& key)
 
 void Record::set(const QString& key, RecordValue value)
 {
-    const auto found =
-        std::find_if(entries_.begin(), entries_.end(), [&](const Entry& e) { return e.first == key; });
-    if (found != entries_.end())
-        found->second = std::move(value);
-    else
-        entries_.emplace_back(key, std::move(value));
+    const auto found = places_.constFind(key);
+    if (found != places_.constEnd()) {
+        entries_[*found].second = std::move(value);
+        return;
+    }
+    places_.insert(key, entries_.size());
+    entries_.emplace_back(key, std::move(value));
 }
 
 const RecordValue* Record::find(const QString& key) const
 {
-    const auto found =
-        std::find_if(entries_.begin(), entries_.end(), [&](const Entry& e) { return e.first == key; });
-    return found == entries_.end() ? nullptr : &found->second;
+    const auto found = places_.constFind(key);
+    return found == places_.constEnd() ? nullptr : &entries_[*found].second;
 }
 
 bool Record::boolean(const QString& key) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QString>
 #include <cstdint>
 #include <optional>
@@ -43,6 +44,7 @@ class Record
 
   private:
     std::vector<Entry> entries_;
+    QHash<QString, std::size_t> places_; ///< of the keys among the entries
 };
 
 /// One value of a record: a boolean, an integer, a real number, a text, bytes, a record or a list of values.
