@@ -65,8 +65,9 @@ int main(int argc, char** argv)
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() < 2) qFatal("bench_preview FILE.pdf [RUNS]");
     const QString path = QFileInfo(arguments[1]).absoluteFilePath();
+    const FilePath file = FilePath::fromText(path);
     const int runs = arguments.size() > 2 ? arguments[2].toInt() : 21;
-    const int pages = pdfPageCount(path);
+    const int pages = pdfPageCount(file);
 
     Numbering number;
     addFiveStamps(number);
@@ -75,7 +76,7 @@ int main(int argc, char** argv)
     PageImageCache cache(renderer);
     Preview cached(number, shaper, cache);
     Preview fresh(number, shaper, renderer);
-    const auto live = [&](int page) { return Preview::LivePage{path, 0, page, {pages}, 0}; };
+    const auto live = [&](int page) { return Preview::LivePage{file, 0, page, {pages}, 0}; };
     const QSizeF box(600, 850);
     const auto poppler = [&](int page) {
         QProcess process;
@@ -109,7 +110,7 @@ int main(int argc, char** argv)
     }
     for (const int page : {1, pages}) {
         const Preview::View view{box, 1, 0};
-        if (!renderer.page({path, page - 1, box, 1})) qFatal("the page cannot be shown");
+        if (!renderer.page({file, page - 1, box, 1})) qFatal("the page cannot be shown");
         print(QStringLiteral("live page %1, first time").arg(page), median(runs, [&](int) {
                   // The sample page, which would stand in for a page that failed, is as wide as the view.
                   return fresh.previewLive(live(page), view).devicePixelRatio() != 1.0;

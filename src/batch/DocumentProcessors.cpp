@@ -18,7 +18,7 @@ class StampingProcessors final : public DocumentProcessors
     {
     }
 
-    bool processPDF(const QString& source, const QString& target, const QString& password,
+    bool processPDF(const FilePath& source, const FilePath& target, const QString& password,
                     std::int64_t totalPages) override
     {
         const bool done = pdf_.processPDF(source, target, password, totalPages);
@@ -26,7 +26,7 @@ class StampingProcessors final : public DocumentProcessors
         return done;
     }
 
-    bool processTIFF(const QString& source, const QString& target, std::int64_t totalPages,
+    bool processTIFF(const FilePath& source, const FilePath& target, std::int64_t totalPages,
                      std::int32_t compression) override
     {
         const bool done = tiff_.processTIFF(source, target, totalPages, compression);

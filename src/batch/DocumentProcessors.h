@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QString>
+#include "platform/system/FilePath.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -18,10 +19,10 @@ class DocumentProcessors
 
     /// Stamps a PDF file. True when the source existed and nothing failed on the way; so also for a file that
     /// cannot be opened as a PDF, which gives no output.
-    virtual bool processPDF(const QString& source, const QString& target, const QString& password,
+    virtual bool processPDF(const FilePath& source, const FilePath& target, const QString& password,
                             std::int64_t totalPages) = 0;
     /// Stamps any other file into a multi-page TIFF. True only when the output was written.
-    virtual bool processTIFF(const QString& source, const QString& target, std::int64_t totalPages,
+    virtual bool processTIFF(const FilePath& source, const FilePath& target, std::int64_t totalPages,
                              std::int32_t compression) = 0;
 
     /// Why the last document failed, or gave no output, in words for people; empty when it went well.

@@ -1,11 +1,9 @@
 #include "batch/JobPlan.h"
 
+#include "platform/system/FileAccess.h"
 #include "platform/system/FileFacts.h"
-#include "platform/system/NativePath.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <unistd.h>
 
 namespace quillfern {
 
@@ -13,11 +11,11 @@ std::optional<QString> outputFolderProblem(const std::optional<QString>& path)
 {
     if (!path || path->isEmpty())
         return QCoreApplication::translate("quillfern::JobPlan", "Please select output folder!");
-    if (fileKind(*path) != FileKind::Folder) // what else is there cannot hold the copies
+    const FilePath folder = FilePath::fromText(*path);
+    if (fileKind(folder) != FileKind::Folder) // what else is there cannot hold the copies
         return QCoreApplication::translate("quillfern::JobPlan",
                                            "Output folder missing!\r\nPlease select valid output folder.");
-    // access() asks the kernel, which also knows of read-only file systems.
-    if (::access(nativePath(*path).constData(), W_OK) != 0)
+    if (!mayWriteInto(folder))
         return QCoreApplication::translate(
             "quillfern::JobPlan", "Output folder is non-writable!\r\nPlease select valid output folder.");
     return std::nullopt;
@@ -25,12 +23,12 @@ std::optional<QString> outputFolderProblem(const std::optional<QString>& path)
 
 std::int64_t planJob(Process& process, const std::vector<FileItem>& files, Settings& settings)
 {
-    const QDir folder(settings.outputFolderPath.value_or(QString()));
+    const FilePath folder = FilePath::fromText(settings.outputFolderPath.value_or(QString()));
     std::int64_t totalPages = 0;
     process.setIsCombining(true);
     for (const FileItem& item : files) {
         OutputFile output;
-        output.initWithData(folder.filePath(item.name()), std::vector{item});
+        output.initWithData(folder.child(item.name()), std::vector{item});
         process.outputFiles.push_back(std::move(output));
         totalPages += item.pages();
     }

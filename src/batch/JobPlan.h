@@ -6,7 +6,8 @@
 
 namespace quillfern {
 
-/// What is wrong with an output folder, in words for an alert; nothing when a job can write there.
+/// What is wrong with an output folder, in words for an alert; nothing when a job can write there. The path
+/// is a text as settings hold it.
 [[nodiscard]] std::optional<QString> outputFolderProblem(const std::optional<QString>& path);
 
 /// Plans a job over the whole list, checked or not: one output of the same name in the settings' output

@@ -13,7 +13,7 @@
 
 namespace quillfern {
 
-bool PdfProcessor::processPDF(const QString& source, const QString& target, const QString&,
+bool PdfProcessor::processPDF(const FilePath& source, const FilePath& target, const QString&,
                               std::int64_t totalPages)
 {
     problem_.clear();
@@ -33,9 +33,9 @@ bool PdfProcessor::processPDF(const QString& source, const QString& target, cons
     return done;
 }
 
-bool PdfProcessor::stamp(const QString& source, const QString& target, std::int64_t totalPages)
+bool PdfProcessor::stamp(const FilePath& source, const FilePath& target, std::int64_t totalPages)
 {
-    const QString path = prepareTarget(source, target, number_.isBackupFile);
+    const FilePath path = prepareTarget(source, target, number_.isBackupFile);
     number_.beginUpdate();
     std::unique_ptr<PdfDocument> document;
     try {
@@ -45,7 +45,8 @@ bool PdfProcessor::stamp(const QString& source, const QString& target, std::int6
         problem_ =
             Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "no output: %1"), {failure.reasons().shown})
                 .shown;
-        logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2").arg(source, failure.reason()));
+        logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2")
+                    .arg(source.readable(), failure.reason()));
         return true;
     }
     document->setCreator(getAppTitle());

@@ -20,13 +20,13 @@ class PdfProcessor
 
     /// See DocumentProcessors. `password` is not used: a file that needs one is not opened. A total of 0 or
     /// less stands for the document's own page count.
-    bool processPDF(const QString& source, const QString& target, const QString& password,
+    bool processPDF(const FilePath& source, const FilePath& target, const QString& password,
                     std::int64_t totalPages);
 
     [[nodiscard]] const QString& lastProblem() const { return problem_; }
 
   private:
-    bool stamp(const QString& source, const QString& target, std::int64_t totalPages);
+    bool stamp(const FilePath& source, const FilePath& target, std::int64_t totalPages);
     int stampPages(PdfDocument& document, std::int64_t totalPages);
 
     Numbering& number_;

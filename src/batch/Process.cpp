@@ -4,8 +4,7 @@
 #include "platform/system/FileIdentity.h"
 #include "platform/system/Guarded.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <QHash>
 #include <unordered_map>
 
 namespace quillfern {
@@ -45,27 +44,26 @@ void Process::postLabel()
 void Process::findCollisions()
 {
     collisions_.assign(outputFiles.size(), {});
-    std::unordered_map<FileIdentity, QString> inputs;
+    std::unordered_map<FileIdentity, FilePath> inputs;
     for (const OutputFile& output : outputFiles) {
         if (!isCombining_) return; // a cancel need not wait until thousands of files were looked at
         for (const FileItem& item : output.fileItems()) {
-            const QString path = item.path();
+            const FilePath& path = item.filePath();
             if (const auto identity = fileIdentity(path)) inputs.emplace(*identity, path);
         }
     }
-    QHash<QString, QString> writers;
+    QHash<FilePath, FilePath> writers;
     for (std::size_t i = 0; i < outputFiles.size() && isCombining_; ++i) {
         const OutputFile& output = outputFiles[i];
         if (output.fileItems().empty()) continue;
-        const QString own = output.fileItems().back().path();
+        const FilePath own = output.fileItems().back().filePath();
         const auto present = fileIdentity(output.filename());
         const auto input = present ? inputs.find(*present) : inputs.end();
         if (input != inputs.end() && !isSameFile(output.filename(), own))
             collisions_[i].overwritesInput = input->second;
         if (!collisions_[i].overwritesInput.isEmpty()) continue; // will not be written
-        const QString key = QDir::cleanPath(output.filename());
-        collisions_[i].replacesCopyOf = writers.value(key);
-        writers.insert(key, own);
+        collisions_[i].replacesCopyOf = writers.value(output.filename());
+        writers.insert(output.filename(), own);
     }
 }
 
@@ -105,10 +103,10 @@ void Process::runOutputs(DocumentProcessors& processors, std::int64_t listPages)
 
 void Process::runOutput(std::size_t index, DocumentProcessors& processors, std::int64_t& totalPages)
 {
-    const QFileInfo target(outputFiles[index].filename());
-    log_.files.push_back({target.fileName(), target.path(), {}, 0, {}});
+    const FilePath& target = outputFiles[index].filename();
+    log_.files.push_back({target.name(), target.parent().text(), {}, 0, {}});
     LogFiles& record = log_.files.back();
-    write(outputFileInProcess_, target.fileName());
+    write(outputFileInProcess_, target.name());
     note_.clear();
     try {
         for (const FileItem& item : outputFiles[index].fileItems()) {
@@ -134,7 +132,7 @@ void Process::runItem(const FileItem& item, std::size_t index, DocumentProcessor
     if (item.pages() <= 0) {
         record.status = QStringLiteral("No Pages");
         note_ = isPdf(item)
-                    ? pdfProblem(item.path())
+                    ? pdfProblem(item.filePath())
                     : Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
                                                "the file is not there or holds no picture that can be read"))
                           .shown;
@@ -144,10 +142,10 @@ void Process::runItem(const FileItem& item, std::size_t index, DocumentProcessor
     if (!collision.overwritesInput.isEmpty())
         throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure",
                                          "not written: it would overwrite another file of the list, %1"),
-                       {collision.overwritesInput}});
+                       {collision.overwritesInput.readable()}});
     Numbering& number = *settings_.number;
-    const QString source = item.path();
-    const QString target = outputFiles[index].filename();
+    const FilePath& source = item.filePath();
+    const FilePath& target = outputFiles[index].filename();
     record.pages = item.pages();
     write(fileInProcess_, item.name());
     if (!number.isContinuousNumbering()) totalPages = item.pages();
@@ -162,8 +160,8 @@ void Process::runItem(const FileItem& item, std::size_t index, DocumentProcessor
     note_ = processors.lastProblem();
     if (note_.isEmpty() && created && !collision.replacesCopyOf.isEmpty()) {
         const Reason note(QT_TRANSLATE_NOOP("quillfern::Failure", "replaces the copy of %1"),
-                          {collision.replacesCopyOf});
-        logNotice(QStringLiteral("%1 %2").arg(target, note.logged));
+                          {collision.replacesCopyOf.readable()});
+        logNotice(QStringLiteral("%1 %2").arg(target.readable(), note.logged));
         note_ = note.shown;
     }
 }
@@ -191,7 +189,7 @@ void Process::finish()
     isCombining_ = false;
     postLabel();
     if (settings_.isOpenFolderAfterConversion && totalFileCreated_ > 0)
-        services_.desktop.open(settings_.outputFolderPath.value_or(QString()));
+        services_.desktop.open(FilePath::fromText(settings_.outputFolderPath.value_or(QString())));
     isCompleted_ = true;
 }
 

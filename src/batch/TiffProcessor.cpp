@@ -38,7 +38,7 @@ QSizeF dotsPerInch(const QImage& image, const QSizeF& points)
 
 } // namespace
 
-bool TiffProcessor::processTIFF(const QString& source, const QString& target, std::int64_t totalPages,
+bool TiffProcessor::processTIFF(const FilePath& source, const FilePath& target, std::int64_t totalPages,
                                 std::int32_t compression)
 {
     problem_.clear();
@@ -58,10 +58,10 @@ bool TiffProcessor::processTIFF(const QString& source, const QString& target, st
     return done;
 }
 
-bool TiffProcessor::stamp(const QString& source, const QString& target, std::int64_t totalPages,
+bool TiffProcessor::stamp(const FilePath& source, const FilePath& target, std::int64_t totalPages,
                           std::int32_t compression)
 {
-    const QString path = prepareTarget(source, target, number_.isBackupFile);
+    const FilePath path = prepareTarget(source, target, number_.isBackupFile);
     number_.beginUpdate();
     const auto reader = RasterReader::open(source);
     const int count = reader->pageCount();

@@ -20,13 +20,13 @@ class TiffProcessor
 
     /// See DocumentProcessors. A total of 0 or less stands for the file's own page count. `compression` is
     /// the TIFF code for the output; on pages that it does not suit LZW takes its place.
-    bool processTIFF(const QString& source, const QString& target, std::int64_t totalPages,
+    bool processTIFF(const FilePath& source, const FilePath& target, std::int64_t totalPages,
                      std::int32_t compression);
 
     [[nodiscard]] const QString& lastProblem() const { return problem_; }
 
   private:
-    bool stamp(const QString& source, const QString& target, std::int64_t totalPages,
+    bool stamp(const FilePath& source, const FilePath& target, std::int64_t totalPages,
                std::int32_t compression);
     void stampPage(RasterPage& page, const PageCompositor& compositor, std::int64_t total);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
 #include "stamps/PDFFont.h"
 #include "stamps/PageCompositor.h"
 
@@ -118,10 +119,10 @@ class Numbering
     void synchronize();
     /// Writes the record into a profile file, an XML property list; a file that is there is replaced only
     /// once the new one is whole. Returns whether it worked.
-    bool save(const QString& path) const;
+    bool save(const FilePath& path) const;
     /// Reads a profile file and applies it with setData(). Returns false, with nothing changed, when the file
     /// cannot be read or is no property-list dictionary.
-    bool load(const QString& path);
+    bool load(const FilePath& path);
 
     /// The number printed on the page being drawn.
     std::int64_t numberCounter = 1;

@@ -103,7 +103,7 @@ void Numbering::synchronize()
     });
 }
 
-bool Numbering::save(const QString& path) const
+bool Numbering::save(const FilePath& path) const
 {
     return guarded("Error in [save:] : %@", false, [&] {
         const auto record = getData();
@@ -113,7 +113,7 @@ bool Numbering::save(const QString& path) const
     });
 }
 
-bool Numbering::load(const QString& path)
+bool Numbering::load(const FilePath& path)
 {
     return guarded("Error in [load:] : %@", false, [&] {
         const Record record = readPropertyListFile(path);

@@ -6,7 +6,6 @@
 #include "platform/store/AtomicFile.h"
 #include "platform/store/PropertyList.h"
 #include "platform/system/Failure.h"
-#include "platform/system/NativePath.h"
 
 #include <QBuffer>
 
@@ -35,14 +34,14 @@ class WitnessedPages final : public PageImageSource
 
 } // namespace
 
-void saveProfile(const Numbering& number, const QString& path)
+void saveProfile(const Numbering& number, const FilePath& path)
 {
     const auto record = number.getData();
     if (!record) throw Failure(QStringLiteral("the configuration cannot be saved"));
     AtomicFile::writeWhole(path, writePropertyList(*record));
 }
 
-bool drawPreview(Numbering& number, const FileList& files, const QSize& size, const QString& path)
+bool drawPreview(Numbering& number, const FileList& files, const QSize& size, const FilePath& path)
 {
     number.setIsLivePreview(true);
     PreviewState state;
@@ -50,7 +49,7 @@ bool drawPreview(Numbering& number, const FileList& files, const QSize& size, co
         state.filePagesList.push_back(file->pages());
     if (!files.empty()) {
         state.selectedFile = 0;
-        state.selectedPath = files.at(0).path();
+        state.selectedPath = files.at(0).filePath();
     }
     state.size = size;
 

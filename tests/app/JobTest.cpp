@@ -18,13 +18,13 @@ class GatedProcessors final : public DocumentProcessors
   public:
     GatedProcessors(QSemaphore& gate, PageProgress progress) : gate_(gate), progress_(std::move(progress)) {}
 
-    bool processPDF(const QString&, const QString&, const QString&, std::int64_t) override
+    bool processPDF(const FilePath&, const FilePath&, const QString&, std::int64_t) override
     {
         progress_();
         gate_.acquire();
         return true;
     }
-    bool processTIFF(const QString&, const QString&, std::int64_t, std::int32_t) override { return false; }
+    bool processTIFF(const FilePath&, const FilePath&, std::int64_t, std::int32_t) override { return false; }
     [[nodiscard]] QString lastProblem() const override { return {}; }
 
   private:

@@ -227,9 +227,9 @@ TEST_F(CarryOver, RestrictionsStayAndPasswordsAreNotPassed)
     runTool(QStringLiteral("qpdf"),
             {QStringLiteral("--encrypt"), QStringLiteral("user"), QStringLiteral("owner"),
              QStringLiteral("256"), QStringLiteral("--"), source, locked});
-    EXPECT_EQ(pdfPageCount(locked), 0);
-    EXPECT_TRUE(pdfOpensWith(locked, QStringLiteral("user")));
-    EXPECT_FALSE(pdfOpensWith(locked, QStringLiteral("wrong")));
+    EXPECT_EQ(pdfPageCount(asPath(locked)), 0);
+    EXPECT_TRUE(pdfOpensWith(asPath(locked), QStringLiteral("user")));
+    EXPECT_FALSE(pdfOpensWith(asPath(locked), QStringLiteral("wrong")));
     const QString output = process(readFile(locked)); // reports success, as for any file that does not open
     EXPECT_FALSE(QFileInfo::exists(output));
 }
@@ -263,17 +263,17 @@ TEST_F(CarryOver, PageTreesThatLieAreCountedRight)
 {
     QByteArray wrong = numberedPdf(5);
     wrong.replace("/Count 5", "/Count 9");
-    EXPECT_EQ(pdfPageCount(scratch.write(QStringLiteral("count.pdf"), wrong)), 5);
+    EXPECT_EQ(pdfPageCount(asPath(scratch.write(QStringLiteral("count.pdf"), wrong))), 5);
     const QByteArray plain =
         toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), process(wrong), QStringLiteral("-")});
     EXPECT_TRUE(plain.contains("/Count 5") && !plain.contains("/Count 9")) << "the lie is not passed on";
     wrong.replace("/Count 9", "/Count -3");
-    EXPECT_EQ(pdfPageCount(scratch.write(QStringLiteral("count.pdf"), wrong)), 5);
+    EXPECT_EQ(pdfPageCount(asPath(scratch.write(QStringLiteral("count.pdf"), wrong))), 5);
     PdfBuilder loop;
     loop.add("<</Type/Catalog/Pages 2 0 R>>");
     loop.add("<</Type/Pages/Count 2/Kids[3 0 R 2 0 R]/MediaBox[0 0 9 9]>>");
     loop.add("<</Type/Page/Parent 2 0 R>>");
-    EXPECT_LE(pdfPageCount(scratch.write(QStringLiteral("loop.pdf"), loop.build())), 2);
+    EXPECT_LE(pdfPageCount(asPath(scratch.write(QStringLiteral("loop.pdf"), loop.build()))), 2);
 }
 
 struct InPlaceCase
@@ -299,7 +299,8 @@ TEST_F(CarryOver, InPlaceIsToldByTheFileAndNotByItsPath)
         number.isBackupFile = c.backup;
         number.reset();
         const QString target = scratch.path(QString::fromLatin1(c.folder)) + QStringLiteral("/doc.pdf");
-        EXPECT_TRUE(makeDocumentProcessors(number, {})->processPDF(source, target, {}, 0)) << c.what;
+        EXPECT_TRUE(makeDocumentProcessors(number, {})->processPDF(asPath(source), asPath(target), {}, 0))
+            << c.what;
         EXPECT_TRUE(pdfText(source, 2).contains(QStringLiteral("Stamp"))) << c.what;
         EXPECT_TRUE(pdfText(source, 2).contains(QStringLiteral("Body2"))) << c.what;
         EXPECT_EQ(readFile(backup), c.backup ? pdf : QByteArray("an older backup")) << c.what;
@@ -317,15 +318,15 @@ TEST_F(CarryOver, AFailureLeavesTheSourceAndNoHalfFile)
     // The backup's name is taken by a folder with something in it: no backup, so no processing in place
     // either.
     scratch.write(QStringLiteral("in/doc.pdf.bak/kept.txt"), "kept");
-    EXPECT_FALSE(makeDocumentProcessors(number, {})->processPDF(source, source, {}, 0));
+    EXPECT_FALSE(makeDocumentProcessors(number, {})->processPDF(asPath(source), asPath(source), {}, 0));
     EXPECT_EQ(readFile(source), pdf);
     EXPECT_FALSE(number.isUpdating());
     EXPECT_FALSE(makeDocumentProcessors(number, {})
-                     ->processPDF(scratch.path(QStringLiteral("gone.pdf")), source, {}, 0));
+                     ->processPDF(asPath(scratch.path(QStringLiteral("gone.pdf"))), asPath(source), {}, 0));
     EXPECT_EQ(readFile(source), pdf);
     const auto processors = makeDocumentProcessors(number, {});
-    EXPECT_FALSE(
-        processors->processPDF(source, scratch.path(QStringLiteral("no/such/folder/doc.pdf")), {}, 0));
+    EXPECT_FALSE(processors->processPDF(
+        asPath(source), asPath(scratch.path(QStringLiteral("no/such/folder/doc.pdf"))), {}, 0));
     EXPECT_FALSE(processors->lastProblem().isEmpty());
 }
 
@@ -356,7 +357,7 @@ TEST_F(CarryOver, ABackupIsAsPrivateAsItsSource)
     const QString source = scratch.write(QStringLiteral("in/doc.pdf"), numberedPdf(1));
     QFile::setPermissions(source, QFile::ReadOwner | QFile::WriteOwner);
     number.isBackupFile = true;
-    EXPECT_TRUE(makeDocumentProcessors(number, {})->processPDF(source, source, {}, 0));
+    EXPECT_TRUE(makeDocumentProcessors(number, {})->processPDF(asPath(source), asPath(source), {}, 0));
     for (const QString& path : {source, source + QStringLiteral(".bak")})
         EXPECT_FALSE(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther)) << path.toStdString();
 }

@@ -29,7 +29,8 @@ class PdfProcessing : public testing::Test
         QDir().mkpath(scratch.path(QStringLiteral("out")));
         const QString target = scratch.path(QStringLiteral("out/doc.pdf"));
         number.reset();
-        EXPECT_EQ(makeDocumentProcessors(number, {})->processPDF(source, target, {}, 0), expected);
+        EXPECT_EQ(makeDocumentProcessors(number, {})->processPDF(asPath(source), asPath(target), {}, 0),
+                  expected);
         return target;
     }
 

@@ -31,22 +31,21 @@ class ScriptedProcessors final : public DocumentProcessors
   public:
     ScriptedProcessors(Script& script, Numbering& number) : script_(script), number_(number) {}
 
-    bool processPDF(const QString& source, const QString&, const QString& password,
+    bool processPDF(const FilePath& source, const FilePath&, const QString& password,
                     std::int64_t total) override
     {
         EXPECT_TRUE(password.isEmpty());
-        return note("pdf", source, total);
+        return note("pdf", source.name(), total);
     }
-    bool processTIFF(const QString& source, const QString&, std::int64_t total, std::int32_t) override
+    bool processTIFF(const FilePath& source, const FilePath&, std::int64_t total, std::int32_t) override
     {
-        return note("tiff", source, total);
+        return note("tiff", source.name(), total);
     }
     [[nodiscard]] QString lastProblem() const override { return script_.problem; }
 
   private:
-    bool note(const std::string& way, const QString& source, std::int64_t total)
+    bool note(const std::string& way, const QString& name, std::int64_t total)
     {
-        const QString name = QFileInfo(source).fileName();
         script_.calls.push_back(way + ' ' + name.toStdString() + " total " + std::to_string(total) +
                                 " from " + std::to_string(number_.numberCounter));
         number_.numberCounter += 10;
@@ -71,7 +70,7 @@ class Job : public testing::Test, public ProcessObserver
     void add(const QString& path, int pages)
     {
         scratch.write(path, pages > 0 ? numberedPdf(pages) : QByteArray("not a document"));
-        auto item = FileItem::initWithURL(QUrl::fromLocalFile(scratch.path(path)));
+        auto item = FileItem::initWithURL(asPath(scratch.path(path)));
         ASSERT_TRUE(item);
         item->setPdfOpenPassword(std::nullopt);
         EXPECT_EQ(item->pages(), pages) << path.toStdString();
@@ -173,7 +172,7 @@ TEST_F(Job, AnExceptionBecomesTheStatusAndTheJobGoesOn)
                                     QStringLiteral("good.pdf Completed")}));
     EXPECT_EQ(done.message(), QStringLiteral("Quillfern unable able to process some of the files!\r\n"
                                              "Please check log for more information."));
-    EXPECT_TRUE(readFile(*done.log().logFilePath()).contains("the moon is full"));
+    EXPECT_TRUE(readFile(done.log().logFilePath()->text()).contains("the moon is full"));
 }
 
 TEST_F(Job, CancellingFinishesTheFileAndWritesTheLog)
@@ -187,7 +186,7 @@ TEST_F(Job, CancellingFinishesTheFileAndWritesTheLog)
     const Process& done = run();
     EXPECT_EQ(results.size(), 2);
     EXPECT_EQ(done.message(), QStringLiteral("Process cancelled!"));
-    EXPECT_EQ(readFile(*done.log().logFilePath()).count("Completed"), 2);
+    EXPECT_EQ(readFile(done.log().logFilePath()->text()).count("Completed"), 2);
 }
 
 TEST_F(Job, OpensTheFolderOnlyWhenSomethingWasCreated)
@@ -201,7 +200,7 @@ TEST_F(Job, OpensTheFolderOnlyWhenSomethingWasCreated)
     Process& done = run();
     EXPECT_EQ(desktop.opened, QStringList{scratch.path(QStringLiteral("out"))});
     done.viewLog();
-    EXPECT_EQ(desktop.opened.back(), *done.log().logFilePath());
+    EXPECT_EQ(desktop.opened.back(), done.log().logFilePath()->text());
 }
 
 TEST_F(Job, TheOutputFolderIsCheckedFirst)
@@ -272,11 +271,11 @@ TEST_F(Job, RunsOnAWorkerWhileOthersRead)
 TEST(OutputFileTest, TakesBothFieldsOrNone)
 {
     OutputFile output;
-    output.initWithData(QStringLiteral("/out/a.pdf"), std::nullopt);
+    output.initWithData(asPath(QStringLiteral("/out/a.pdf")), std::nullopt);
     output.initWithData(std::nullopt, std::vector<FileItem>{});
     EXPECT_TRUE(output.filename().isEmpty());
-    output.initWithData(QStringLiteral("/out/a.pdf"), std::vector<FileItem>{});
-    EXPECT_EQ(output.filename(), QStringLiteral("/out/a.pdf"));
+    output.initWithData(asPath(QStringLiteral("/out/a.pdf")), std::vector<FileItem>{});
+    EXPECT_EQ(output.filename(), asPath(QStringLiteral("/out/a.pdf")));
 }
 
 } // namespace

@@ -81,8 +81,8 @@ class RasterProcessing : public testing::Test
         const QString target = scratch.path(QStringLiteral("out/") + QFileInfo(source).fileName());
         number.reset();
         const auto processors = makeDocumentProcessors(number, {});
-        if (compression < 0) compression = inspectImageFile(source).compression;
-        EXPECT_EQ(processors->processTIFF(source, target, 0, compression), expected);
+        if (compression < 0) compression = inspectImageFile(asPath(source)).compression;
+        EXPECT_EQ(processors->processTIFF(asPath(source), asPath(target), 0, compression), expected);
         problem = processors->lastProblem();
         EXPECT_EQ(QFile::exists(target), expected);
         return target;

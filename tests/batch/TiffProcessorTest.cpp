@@ -196,7 +196,8 @@ TEST_F(TiffProcessing, CompressionCodes)
         SCOPED_TRACE(testing::Message() << c.source.toStdString() << " as " << c.asked);
         number.reset();
         const QString target = scratch.path(QStringLiteral("copy.tif"));
-        ASSERT_TRUE(makeDocumentProcessors(number, {})->processTIFF(c.source, target, 0, c.asked));
+        ASSERT_TRUE(
+            makeDocumentProcessors(number, {})->processTIFF(asPath(c.source), asPath(target), 0, c.asked));
         const auto pages = readTiff(target);
         ASSERT_EQ(pages.size(), 1U);
         EXPECT_EQ(pages[0].compression, c.written);
@@ -227,7 +228,7 @@ TEST_F(TiffProcessing, FaxPagesStayFaxPagesWhereTheStampsAllow)
         if (kind == Disabled) text()->setIsSelected(false);
         if (kind == Picture) {
             auto picture = std::make_shared<ImageStamp>();
-            picture->loadPicture(logo);
+            picture->loadPicture(asPath(logo));
             picture->setMarginAnchor(BottomRight);
             number.stamps = {picture};
         }
@@ -329,7 +330,7 @@ TEST_F(TiffProcessing, InPlaceKeepsABackupWhenAsked)
     const QString source = shades(2);
     const QByteArray before = readFile(source);
     number.isBackupFile = true;
-    ASSERT_TRUE(makeDocumentProcessors(number, {})->processTIFF(source, source, 0, 5));
+    ASSERT_TRUE(makeDocumentProcessors(number, {})->processTIFF(asPath(source), asPath(source), 0, 5));
     EXPECT_EQ(readFile(source + QStringLiteral(".bak")), before);
     const auto pages = readTiff(source);
     ASSERT_EQ(pages.size(), 2U);
@@ -344,9 +345,10 @@ TEST_F(TiffProcessing, InPlaceFailureHarmsNothing)
     bytes.truncate(bytes.size() - 40);
     scratch.write(QStringLiteral("in/shades.tif"), bytes);
     const auto processors = makeDocumentProcessors(number, {});
-    EXPECT_FALSE(processors->processTIFF(source, source, 0, 5));
+    EXPECT_FALSE(processors->processTIFF(asPath(source), asPath(source), 0, 5));
     EXPECT_EQ(readFile(source), bytes);
-    EXPECT_FALSE(processors->processTIFF(scratch.path(QStringLiteral("gone.tif")), source, 0, 5));
+    EXPECT_FALSE(
+        processors->processTIFF(asPath(scratch.path(QStringLiteral("gone.tif"))), asPath(source), 0, 5));
     EXPECT_FALSE(processors->lastProblem().isEmpty());
     EXPECT_EQ(readFile(source), bytes);
 }
@@ -360,7 +362,7 @@ TEST_F(TiffProcessing, StopsAfterThePageInWork)
     const auto processors = makeDocumentProcessors(number, [&] {
         if (++done == 2) number.cancelUpdate();
     });
-    EXPECT_TRUE(processors->processTIFF(source, target, 0, 5));
+    EXPECT_TRUE(processors->processTIFF(asPath(source), asPath(target), 0, 5));
     EXPECT_EQ(readTiff(target).size(), 2U);
 }
 

@@ -37,22 +37,31 @@ struct Include
     bool quoted;
 };
 
-QList<Include> allIncludes()
+/// The texts of all sources, by their names below src/.
+QMap<QString, QString> allSources()
 {
-    static const QRegularExpression line(QStringLiteral("^\\s*#\\s*include\\s*([\"<])([^\">]+)[\">]"),
-                                         QRegularExpression::MultilineOption);
-    QList<Include> includes;
+    QMap<QString, QString> sources;
     const QString root = qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/src/");
     QDirIterator files(root, {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
         QFile file(files.next());
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        const QString name = file.fileName().mid(root.size());
-        for (const auto& match : line.globalMatch(QString::fromUtf8(file.readAll())))
-            includes.append({name, name.section(u'/', 0, 0), match.captured(2),
-                             match.captured(1) == QLatin1String("\"")});
+        sources.insert(file.fileName().mid(root.size()), QString::fromUtf8(file.readAll()));
     }
+    return sources;
+}
+
+QList<Include> allIncludes()
+{
+    static const QRegularExpression line(QStringLiteral("^\\s*#\\s*include\\s*([\"<])([^\">]+)[\">]"),
+                                         QRegularExpression::MultilineOption);
+    QList<Include> includes;
+    const QMap<QString, QString> sources = allSources();
+    for (auto source = sources.begin(); source != sources.end(); ++source)
+        for (const auto& match : line.globalMatch(source.value()))
+            includes.append({source.key(), source.key().section(u'/', 0, 0), match.captured(2),
+                             match.captured(1) == QLatin1String("\"")});
     return includes;
 }
 
@@ -101,6 +110,29 @@ TEST(Layers, CoreKnowsNoWidgets)
         EXPECT_FALSE(widgets.match(include.target).hasMatch())
             << include.file.toStdString() << " includes " << include.target.toStdString();
     }
+}
+
+// Qt's classes for files by name lose names that are not UTF-8. FilePath and what takes one do not.
+TEST(Layers, FilesAreReachedByTheirPathsOnly)
+{
+    static const QSet<QString> allowed = {
+        QStringLiteral("platform/system/FileAccess.cpp"), // a QFile over a descriptor
+        QStringLiteral("dialogs/ThemedIcon.cpp"),         // resources inside the program
+        QStringLiteral("dialogs/WidgetPanels.cpp"),       // a filter of the toolkit's dialog
+    };
+    static const QRegularExpression comment(QStringLiteral("//[^\n]*"));
+    static const QRegularExpression byName(
+        QStringLiteral("\\b(QFile|QFileInfo|QDir|QDirIterator|QSaveFile|QTemporaryFile|QLockFile)\\b"));
+    QSet<QString> found;
+    const QMap<QString, QString> sources = allSources();
+    for (auto source = sources.begin(); source != sources.end(); ++source) {
+        const auto match = byName.match(QString(source.value()).remove(comment));
+        if (!match.hasMatch()) continue;
+        found.insert(source.key());
+        EXPECT_TRUE(allowed.contains(source.key()))
+            << source.key().toStdString() << " uses " << match.captured().toStdString();
+    }
+    EXPECT_EQ(found, allowed) << "what needs no exception has none";
 }
 
 } // namespace

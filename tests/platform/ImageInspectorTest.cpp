@@ -83,7 +83,7 @@ TEST(ImageInspector, CountsPagesWithoutReadingTheFile)
     for (const auto& [path, pages, compression] : cases) {
         ASSERT_GE(QFile(path).size(), large);
         const qint64 before = bytesRead();
-        const ImageFacts facts = inspectImageFile(path);
+        const ImageFacts facts = inspectImageFile(asPath(path));
         const qint64 read = bytesRead() - before;
         EXPECT_EQ(facts.pages, pages) << path.toStdString();
         EXPECT_EQ(facts.compression, compression) << path.toStdString();
@@ -103,11 +103,11 @@ TEST(ImageInspector, TheContentDecidesUnderAnyName)
             const QByteArray target = nativePath(scratch.path()) + '/' + name;
             ::unlink(target.constData());
             ASSERT_EQ(::link(nativePath(path).constData(), target.constData()), 0);
-            EXPECT_EQ(inspectImageFile(pathText(target)).pages, 1) << format << ' ' << name;
+            EXPECT_EQ(inspectImageFile(asPath(pathText(target))).pages, 1) << format << ' ' << name;
         }
     }
     const QString pdf = scratch.write(QStringLiteral("three.png"), numberedPdf(3));
-    EXPECT_EQ(inspectImageFile(pdf).pages, 3);
+    EXPECT_EQ(inspectImageFile(asPath(pdf)).pages, 3);
 }
 
 TEST(ImageInspector, WhatIsNoDocumentHasNoPages)
@@ -121,8 +121,8 @@ TEST(ImageInspector, WhatIsNoDocumentHasNoPages)
           scratch.write(QStringLiteral("text.pdf"), "not a PDF"),
           scratch.write(QStringLiteral("header.tif"), QByteArray("II*\0\xFF\xFF\xFF\x7F", 8)),
           scratch.write(QStringLiteral("cut.pdf"), numberedPdf(3).left(30))}) {
-        EXPECT_EQ(inspectImageFile(path).pages, 0) << path.toStdString();
-        EXPECT_EQ(inspectImageFile(path).compression, 1) << path.toStdString();
+        EXPECT_EQ(inspectImageFile(asPath(path)).pages, 0) << path.toStdString();
+        EXPECT_EQ(inspectImageFile(asPath(path)).compression, 1) << path.toStdString();
     }
 }
 

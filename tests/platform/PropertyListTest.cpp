@@ -106,7 +106,7 @@ TEST(PropertyList, ReadsTheBinaryFormOfOthers)
     expected.set(QStringLiteral("t"), QStringLiteral("\u00e9\U0001F600"));
     expected.set(QStringLiteral("d"), QByteArray("\0x", 2));
     expected.set(QStringLiteral("l"), RecordValue::List{true, inner});
-    EXPECT_EQ(readPropertyListFile(path), expected);
+    EXPECT_EQ(readPropertyListFile(asPath(path)), expected);
 }
 
 TEST(PropertyList, LeavesOutWhatXmlCannotHold)
@@ -275,7 +275,7 @@ TEST(PropertyList, RefusesFilesThatCannotBeOne)
                                      {scratch.path(QStringLiteral("missing")), "cannot read"}};
     for (const Case& c : cases) {
         try {
-            static_cast<void>(readPropertyListFile(c.path));
+            static_cast<void>(readPropertyListFile(asPath(c.path)));
             ADD_FAILURE() << c.path.toStdString() << " was read";
         } catch (const Failure& failure) {
             EXPECT_THAT(failure.what(), HasSubstr(c.reason));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
+#include "platform/system/FilePath.h"
 
 #include <QSizeF>
 #include <QString>
@@ -30,7 +31,7 @@ class PdfDocument
   public:
     /// Opens a file that needs no password to be read; repairs what can be repaired. Throws Failure when it
     /// is no PDF file, needs a password, or is damaged beyond repair.
-    [[nodiscard]] static std::unique_ptr<PdfDocument> open(const QString& path);
+    [[nodiscard]] static std::unique_ptr<PdfDocument> open(const FilePath& path);
     ~PdfDocument();
     PdfDocument(const PdfDocument&) = delete;
     PdfDocument& operator=(const PdfDocument&) = delete;
@@ -63,12 +64,12 @@ class PdfDocument
 
 /// The number of pages of a PDF file, from its trailer and page tree alone; 0 when it cannot be read, needs a
 /// password, or is none.
-[[nodiscard]] int pdfPageCount(const QString& path);
+[[nodiscard]] int pdfPageCount(const FilePath& path);
 
 /// Why a PDF file has no usable pages, in words for people; empty when it has some.
-[[nodiscard]] QString pdfProblem(const QString& path);
+[[nodiscard]] QString pdfProblem(const FilePath& path);
 
 /// True when a PDF document opens from `path` and either is not encrypted or opens with `password`.
-[[nodiscard]] bool pdfOpensWith(const QString& path, const QString& password);
+[[nodiscard]] bool pdfOpensWith(const FilePath& path, const QString& password);
 
 } // namespace quillfern

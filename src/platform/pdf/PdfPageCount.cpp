@@ -8,7 +8,7 @@ namespace quillfern {
 
 namespace {
 
-std::unique_ptr<QPDF> openQuietly(const QString& path, const QByteArray& password)
+std::unique_ptr<QPDF> openQuietly(const FilePath& path, const QByteArray& password)
 {
     auto document = std::make_unique<QPDF>();
     document->setSuppressWarnings(true);
@@ -38,7 +38,7 @@ int statedCount(QPDFObjectHandle root)
 
 } // namespace
 
-int pdfPageCount(const QString& path)
+int pdfPageCount(const FilePath& path)
 {
     try {
         const auto document = openQuietly(path, {});
@@ -49,7 +49,7 @@ int pdfPageCount(const QString& path)
     }
 }
 
-QString pdfProblem(const QString& path)
+QString pdfProblem(const FilePath& path)
 {
     try {
         static_cast<void>(PdfDocument::open(path));
@@ -59,7 +59,7 @@ QString pdfProblem(const QString& path)
     }
 }
 
-bool pdfOpensWith(const QString& path, const QString& password)
+bool pdfOpensWith(const FilePath& path, const QString& password)
 {
     try {
         openQuietly(path, password.toUtf8());

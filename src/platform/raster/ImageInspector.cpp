@@ -4,9 +4,7 @@
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
-#include "platform/system/NativePath.h"
 
-#include <QFile>
 #include <QImageReader>
 #include <algorithm>
 
@@ -14,7 +12,7 @@ namespace quillfern {
 
 namespace {
 
-ImageFacts inspectTiff(const QString& path)
+ImageFacts inspectTiff(const FilePath& path)
 {
     try {
         const TiffFile file(path);
@@ -27,7 +25,7 @@ ImageFacts inspectTiff(const QString& path)
     }
 }
 
-ImageFacts inspectOther(QFile& file)
+ImageFacts inspectOther(QIODevice& file)
 {
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
@@ -37,18 +35,18 @@ ImageFacts inspectOther(QFile& file)
 
 } // namespace
 
-ImageFacts inspectImageFile(const QString& path)
+ImageFacts inspectImageFile(const FilePath& path)
 {
-    QFile file;
+    std::unique_ptr<QIODevice> file;
     try {
-        openRegularFile(file, path);
+        file = readRegularFile(path);
     } catch (const Failure&) {
         return {};
     }
-    const QByteArray start = file.peek(1024);
+    const QByteArray start = file->peek(1024);
     if (start.contains("%PDF-")) return {pdfPageCount(path), 1};
     if (TiffFile::isTiff(start)) return inspectTiff(path);
-    const ImageFacts facts = inspectOther(file);
+    const ImageFacts facts = inspectOther(*file);
     // A PDF may start with anything, as long as its trailer is found.
     return facts.pages > 0 ? facts : ImageFacts{pdfPageCount(path), 1};
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QString>
 #include <cstdint>
 
@@ -14,6 +16,6 @@ struct ImageFacts
 
 /// Looks at a PDF or raster file of any supported format, told by its content, not by its name. Reads the
 /// trailer and page tree of a PDF, the directories of a TIFF, the headers of others; never pixels.
-[[nodiscard]] ImageFacts inspectImageFile(const QString& path);
+[[nodiscard]] ImageFacts inspectImageFile(const FilePath& path);
 
 } // namespace quillfern
