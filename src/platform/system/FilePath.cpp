@@ -2,6 +2,7 @@
 
 #include "platform/system/NativePath.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
