@@ -46,7 +46,10 @@ class SlowProcessors final : public DocumentProcessors
   public:
     explicit SlowProcessors(PageProgress progress) : progress_(std::move(progress)) {}
 
-    bool processPDF(const FilePath&, const FilePath&, const QString&, std::int64_t) override { return work(); }
+    bool processPDF(const FilePath&, const FilePath&, const QString&, std::int64_t) override
+    {
+        return work();
+    }
     bool processTIFF(const FilePath&, const FilePath&, std::int64_t, std::int32_t) override { return work(); }
     [[nodiscard]] QString lastProblem() const override { return {}; }
 
