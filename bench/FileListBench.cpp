@@ -9,7 +9,6 @@
 #include "filelist/FileListCommands.h"
 #include "filelist/FileListExport.h"
 #include "filelist/FileListModel.h"
-#include "platform/system/NativePath.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -169,7 +168,7 @@ class Window final : public GatherObserver
         sinceBeat_.start();
         heartbeat_.start(1);
         std::optional<QString> password;
-        gatherer_.start({{fileUrl(folder)}, true, true}, password);
+        gatherer_.start({{FilePath::fromText(folder)}, true, true}, password);
         while (!isDone_)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         heartbeat_.stop();

@@ -10,11 +10,11 @@
 #include "platform/pageimages/PageImageCache.h"
 #include "platform/pageimages/RenderProcess.h"
 #include "platform/pdf/PdfDocument.h"
-=======
+    =======
+#include "platform/pageimages/PageImageCache.h"
+#include "platform/pageimages/RenderProcess.h"
 #include "platform/pdf/PdfPageCount.h"
-#include "platform/preview/PageImageCache.h"
-#include "platform/preview/RenderProcess.h"
->>>>>>> h3
+    >>>>>>> h3
 #include "stamps/TextStamp.h"
 
 #include <QElapsedTimer>
@@ -25,42 +25,43 @@
 #include <algorithm>
 #include <functional>
 
-namespace {
-
-using namespace quillfern;
-
-double median(int runs, const std::function<bool(int)>& work)
+    namespace
 {
-    std::vector<double> times;
-    for (int run = -1; run < runs; ++run) { // the first warms up
-        QElapsedTimer timer;
-        timer.start();
-        if (!work(run)) qFatal("a run failed; no figure would mean anything");
-        if (run >= 0) times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+
+    using namespace quillfern;
+
+    double median(int runs, const std::function<bool(int)>& work)
+    {
+        std::vector<double> times;
+        for (int run = -1; run < runs; ++run) { // the first warms up
+            QElapsedTimer timer;
+            timer.start();
+            if (!work(run)) qFatal("a run failed; no figure would mean anything");
+            if (run >= 0) times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+        }
+        std::nth_element(times.begin(), times.begin() + runs / 2, times.end());
+        return times[static_cast<std::size_t>(runs / 2)];
     }
-    std::nth_element(times.begin(), times.begin() + runs / 2, times.end());
-    return times[static_cast<std::size_t>(runs / 2)];
-}
 
-/// A page's usual furniture: numbers, a reference, a date, and a large translucent word across it.
-void addFiveStamps(Numbering& number)
-{
-    const auto add = [&](const char* text, std::int32_t anchor, double size) {
-        auto stamp = std::make_shared<TextStamp>();
-        stamp->number.numberFormat = QString::fromLatin1(text);
-        stamp->setMarginAnchor(anchor);
-        stamp->font.fontSize = size;
-        number.stamps.push_back(stamp);
-        return stamp;
-    };
-    add("Page {0} of {1}", BottomMiddle, 12);
-    add("REF-{0}", TopRight, 10)->number.paddingLength = 6;
-    add("Confidential", TopLeft, 10)->isBold = true;
-    add("16 November 2026", BottomLeft, 9)->isItalic = true;
-    const auto draft = add("DRAFT", MiddleMiddle, 120);
-    draft->textOpacity = 25;
-    draft->textRotation = 55;
-}
+    /// A page's usual furniture: numbers, a reference, a date, and a large translucent word across it.
+    void addFiveStamps(Numbering & number)
+    {
+        const auto add = [&](const char* text, std::int32_t anchor, double size) {
+            auto stamp = std::make_shared<TextStamp>();
+            stamp->number.numberFormat = QString::fromLatin1(text);
+            stamp->setMarginAnchor(anchor);
+            stamp->font.fontSize = size;
+            number.stamps.push_back(stamp);
+            return stamp;
+        };
+        add("Page {0} of {1}", BottomMiddle, 12);
+        add("REF-{0}", TopRight, 10)->number.paddingLength = 6;
+        add("Confidential", TopLeft, 10)->isBold = true;
+        add("16 November 2026", BottomLeft, 9)->isItalic = true;
+        const auto draft = add("DRAFT", MiddleMiddle, 120);
+        draft->textOpacity = 25;
+        draft->textRotation = 55;
+    }
 
 } // namespace
 
@@ -73,7 +74,8 @@ int main(int argc, char** argv)
     if (arguments.size() < 2) qFatal("bench_preview FILE.pdf [RUNS]");
     const QString path = QFileInfo(arguments[1]).absoluteFilePath();
     const int runs = arguments.size() > 2 ? arguments[2].toInt() : 21;
-    const int pages = pdfPageCount(path);
+    const FilePath file = FilePath::fromText(path);
+    const int pages = pdfPageCount(file);
 
     Numbering number;
     addFiveStamps(number);
@@ -83,7 +85,7 @@ int main(int argc, char** argv)
     const JobConfiguration job = number.configuration();
     Preview cached(shaper, cache);
     Preview fresh(shaper, renderer);
-    const auto live = [&](int page) { return Preview::LivePage{path, 0, page, {pages}, 0}; };
+    const auto live = [&](int page) { return Preview::LivePage{file, 0, page, {pages}, 0}; };
     const QSizeF box(600, 850);
     const auto poppler = [&](int page) {
         QProcess process;
@@ -117,7 +119,7 @@ int main(int argc, char** argv)
     }
     for (const int page : {1, pages}) {
         const Preview::View view{box, 1, 0};
-        if (!renderer.page({path, page - 1, box, 1})) qFatal("the page cannot be shown");
+        if (!renderer.page({file, page - 1, box, 1})) qFatal("the page cannot be shown");
         print(QStringLiteral("live page %1, first time").arg(page), median(runs, [&](int) {
                   // The sample page, which would stand in for a page that failed, is as wide as the view.
                   return fresh.previewLive(job, live(page), view).devicePixelRatio() != 1.0;

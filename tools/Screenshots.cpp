@@ -46,8 +46,11 @@ class SlowProcessors final : public DocumentProcessors
   public:
     explicit SlowProcessors(PageProgress progress) : progress_(std::move(progress)) {}
 
-    bool processPDF(const QString&, const QString&, const QString&, std::int64_t) override { return work(); }
-    bool processTIFF(const QString&, const QString&, std::int64_t, std::int32_t) override { return work(); }
+    bool processPDF(const FilePath&, const FilePath&, const QString&, std::int64_t) override
+    {
+        return work();
+    }
+    bool processTIFF(const FilePath&, const FilePath&, std::int64_t, std::int32_t) override { return work(); }
     [[nodiscard]] QString lastProblem() const override { return {}; }
 
   private:
@@ -67,7 +70,7 @@ class Photographer
         : samples_(std::move(samples)), folder_(std::move(folder)), suffix_(std::move(suffix)),
           folders_(scratch_.path()),
           app_(AppServices{
-              clock_, folders_, defaults_, mainThread_, desktop_, panels_, alerts_, program(), QString(),
+              clock_, folders_, defaults_, mainThread_, desktop_, panels_, alerts_, program(), FilePath(),
               [](Numbering&, PageProgress progress) { return std::make_unique<SlowProcessors>(progress); }})
     {
         QDir(scratch_.path()).mkpath(QStringLiteral("Stamped"));
@@ -125,7 +128,7 @@ class Photographer
 
     void fill()
     {
-        app_.openFiles({samples_});
+        app_.openFiles(asPaths({samples_}));
         waitFor([this] { return app_.files().count() > 8 && !app_.isProcessing(); }, 20'000);
         panels_.answers.append(QStringList{samples_ + QStringLiteral("/logo-and-text.qfprofile")});
         window().loadStamps->trigger();
@@ -213,7 +216,7 @@ class Photographer
             QFile::link(
                 samples_ + QStringLiteral("/contract.pdf"),
                 scratch_.filePath(QStringLiteral("many/exhibit-%1.pdf").arg(i, 5, 10, QLatin1Char('0'))));
-        app_.openFiles({scratch_.filePath(QStringLiteral("many"))});
+        app_.openFiles(asPaths({scratch_.filePath(QStringLiteral("many"))}));
         take("window-busy");
         ui().cancelBtn->click();
         waitFor([this] { return !ui().cancelBtn->isVisible(); }, 20'000);

@@ -10,11 +10,10 @@
 #include "platform/drawing/FontCatalog.h"
 #include "platform/pageimages/RenderProcess.h"
 #include "platform/store/PlistDefaultsStore.h"
+#include "platform/system/FileFacts.h"
 #include "platform/system/NativePath.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFile>
 #include <QLibraryInfo>
 #include <QStandardPaths>
 #include <QTranslator>
@@ -37,20 +36,21 @@ void print(std::FILE* stream, const QString& text)
 
 /// A file or folder of ours: beside the program, where it is installed or was built. Empty when there is
 /// none.
-QString installed(const QString& ofOurs)
+FilePath installed(const QString& ofOurs)
 {
     const QString name = QStringLiteral("quillfern/") + ofOurs;
-    const QDir programs(QCoreApplication::applicationDirPath());
-    const QString beside = programs.filePath(QStringLiteral("../share/") + name);
-    if (QFile::exists(beside)) return QDir::cleanPath(beside);
-    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, name,
-                                  QStandardPaths::LocateFile | QStandardPaths::LocateDirectory);
+    const FilePath programs = FilePath::fromText(QCoreApplication::applicationDirPath());
+    const FilePath beside = programs.child(QStringLiteral("../share/") + name);
+    if (fileKind(beside) != FileKind::Missing) return beside;
+    return FilePath::fromText(
+        QStandardPaths::locate(QStandardPaths::GenericDataLocation, name,
+                               QStandardPaths::LocateFile | QStandardPaths::LocateDirectory));
 }
 
 /// The interface in the first of the user's languages that there is. Its own is English.
 bool loadTexts(QTranslator& texts)
 {
-    const QString folder = installed(QStringLiteral("translations"));
+    const QString folder = installed(QStringLiteral("translations")).text();
     for (QString language : QLocale().uiLanguages()) {
         if (QLocale(language).language() == QLocale::English) return false;
         if (texts.load(QStringLiteral("quillfern_") + language.replace(u'-', u'_'), folder)) return true;
@@ -110,23 +110,20 @@ struct Application::Parts
     }
 
     /// Whether another instance has taken the files. Comes once, before the window.
-    bool handOver(const QStringList& files)
+    bool handOver(const QList<FilePath>& files)
     {
         instance = std::make_unique<SingleInstance>(QDBusConnection::sessionBus(),
                                                     QStringLiteral("org.orvane.quillfern"));
         if (instance->isFirst()) return false;
-        QStringList paths;
-        for (const QString& file : files)
-            paths.append(absolutePath(file));
-        return instance->handOver(paths, beforeQt.activationToken);
+        return instance->handOver(files, beforeQt.activationToken);
     }
 
-    void showWindow(const QStringList& files)
+    void showWindow(const QList<FilePath>& files)
     {
         program = std::make_unique<Program>();
         QuillfernAppDelegate& delegate = program->delegate;
         QObject::connect(instance.get(), &SingleInstance::opened, &delegate,
-                         [&delegate](const QStringList& paths, const QString& token) {
+                         [&delegate](const QList<FilePath>& paths, const QString& token) {
                              useActivationToken(token);
                              delegate.startedAgain(paths);
                          });

@@ -18,7 +18,8 @@ CommandLine readCommandLine(int argc, char** argv)
     parser.addOptions({help, version});
     CommandLine line;
     if (!parser.parse(arguments)) line.problem = parser.errorText();
-    line.files = parser.positionalArguments();
+    for (const QString& file : parser.positionalArguments())
+        line.files.append(FilePath::fromText(file));
     line.showHelp = parser.isSet(help);
     line.showVersion = parser.isSet(version);
     return line;

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <QStringList>
+#include "platform/system/FilePath.h"
 
 namespace quillfern {
 
 /// What the command line of the program with a window asks for.
 struct CommandLine
 {
-    QStringList files; ///< files and folders to begin with, as they were named
+    QList<FilePath> files; ///< files and folders to begin with
     bool showHelp = false;
     bool showVersion = false;
     QString problem; ///< why it cannot be followed; empty when it can

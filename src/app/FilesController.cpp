@@ -8,7 +8,6 @@
 #include "filelist/AllowedFileTypes.h"
 #include "filelist/FileListExport.h"
 #include "platform/system/Guarded.h"
-#include "platform/system/NativePath.h"
 #include "ui_MainWindow.h"
 
 #include <QAction>
@@ -59,10 +58,10 @@ void FilesController::connectTable()
     connect(&table, &CustomTableView::openRequested, window_.openFileButton, &QAction::trigger);
     connect(&model_, &FileListModel::checkMarkEdited, this, [this] { host_.updateTotalLabel(); });
     connect(&model_, &FileListModel::sorted, this, &FilesController::selectionChanged);
-    connect(&model_, &FileListModel::filesDropped, this, [this](const QList<QUrl>& urls) {
+    connect(&model_, &FileListModel::filesDropped, this, [this](const QList<FilePath>& paths) {
         window_.lableDragAndDrop->hide();
         host_.endEditing();
-        host_.load(urls, true);
+        host_.load(paths, true);
     });
 }
 
@@ -151,12 +150,7 @@ void FilesController::addFiles()
     panel.message = tr("Select TIFF or PDF File(s):");
     panel.types = allowedFileTypes();
     panel.multiple = true;
-    panels_.open(&window_, panel, [this](const QStringList& paths) {
-        QList<QUrl> urls;
-        for (const QString& path : paths)
-            urls.append(fileUrl(path));
-        host_.load(urls, false);
-    });
+    panels_.open(&window_, panel, [this](const QList<FilePath>& paths) { host_.load(paths, false); });
 }
 
 void FilesController::addFolder()
@@ -166,12 +160,7 @@ void FilesController::addFolder()
     panel.message = tr("Select folder(s) contains TIFF or PDF File(s):");
     panel.folders = true;
     panel.multiple = true;
-    panels_.open(&window_, panel, [this](const QStringList& paths) {
-        QList<QUrl> urls;
-        for (const QString& path : paths)
-            urls.append(fileUrl(path));
-        host_.load(urls, true);
-    });
+    panels_.open(&window_, panel, [this](const QList<FilePath>& paths) { host_.load(paths, true); });
 }
 
 void FilesController::openImportFilesPanel()
@@ -182,8 +171,8 @@ void FilesController::openImportFilesPanel()
             importFilesPanel_->setAllowedTypes(allowedFileTypes().join(u','));
             connect(importFilesPanel_.get(),
                     &ImportFilesWindowController::ImportFilesWindowControllerDidFinish, this,
-                    [this](const QList<QUrl>& urls) {
-                        if (!urls.isEmpty()) host_.load(urls, false);
+                    [this](const QList<FilePath>& paths) {
+                        if (!paths.isEmpty()) host_.load(paths, false);
                     });
         }
         importFilesPanel_->resetView();
@@ -211,9 +200,9 @@ void FilesController::exportAction()
     host_.endEditing();
     const SavePanel panel{tr("Export List To Tab Delimited Text File :"), QStringLiteral("txt"),
                           exportFileName(clock_)};
-    panels_.save(&window_, panel, [this](const QString& path) {
+    panels_.save(&window_, panel, [this](const FilePath& path) {
         if (!exportList(files_, path))
-            alerts_.critical(&window_, tr("The list could not be written to\n%1").arg(path));
+            alerts_.critical(&window_, tr("The list could not be written to\n%1").arg(path.readable()));
     });
 }
 
@@ -245,9 +234,9 @@ void FilesController::selectMovedRows(const std::vector<int>& rows, int scrollTo
     table.scrollTo(model_.index(scrollTo, 0));
 }
 
-void FilesController::applyPassword(const QList<QUrl>& urls, const QString& password)
+void FilesController::applyPassword(const QList<FilePath>& paths, const QString& password)
 {
-    host_.applyPassword(urls, password);
+    host_.applyPassword(paths, password);
 }
 
 } // namespace quillfern

@@ -23,9 +23,9 @@ class FilesWindow
     virtual void resetView(bool idle) = 0;
     virtual void updateTotalLabel() = 0;
     /// Files and folders were chosen.
-    virtual void load(const QList<QUrl>& urls, bool isFolders) = 0;
+    virtual void load(const QList<FilePath>& paths, bool isFolders) = 0;
     /// See FileListView.
-    virtual void applyPassword(const QList<QUrl>& urls, const QString& password) = 0;
+    virtual void applyPassword(const QList<FilePath>& paths, const QString& password) = 0;
 };
 
 /// Connects the commands on the file list with the window: panels, dialogs, the table's keys, drops. Main
@@ -68,7 +68,7 @@ class FilesController final : public QObject, public FileListView
     bool confirm(const QString& message) override;
     void selectRows(const std::vector<int>& rows) override;
     void selectMovedRows(const std::vector<int>& rows, int scrollTo) override;
-    void applyPassword(const QList<QUrl>& urls, const QString& password) override;
+    void applyPassword(const QList<FilePath>& paths, const QString& password) override;
 
     FileList& files_;
     MainWindow& window_;

@@ -1,7 +1,5 @@
 #include "app/OpenQueue.h"
 
-#include "platform/system/NativePath.h"
-
 #include <QApplication>
 #include <QEvent>
 #include <QWidget>
@@ -13,10 +11,9 @@ OpenQueue::OpenQueue(QWidget& window, Load load) : load_(std::move(load))
     window.installEventFilter(this);
 }
 
-void OpenQueue::add(const QStringList& paths)
+void OpenQueue::add(const QList<FilePath>& paths)
 {
-    for (const QString& path : paths)
-        waiting_.append(fileUrl(absolutePath(path)));
+    waiting_.append(paths);
     retry();
 }
 

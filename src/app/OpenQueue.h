@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QObject>
-#include <QStringList>
-#include <QUrl>
 #include <functional>
 
 class QWidget;
@@ -15,13 +15,13 @@ class OpenQueue final : public QObject
 {
   public:
     /// Begins to load; false when that is not possible now.
-    using Load = std::function<bool(const QList<QUrl>&)>;
+    using Load = std::function<bool(const QList<FilePath>&)>;
 
     /// Looks out for the end of a sheet by itself. `window` outlives this.
     OpenQueue(QWidget& window, Load load);
 
-    /// Files and folders, at once when that is possible. Paths are seen from the current folder.
-    void add(const QStringList& paths);
+    /// Files and folders, at once when that is possible.
+    void add(const QList<FilePath>& paths);
     /// Tries again, after what is going on now.
     void retryLater();
 
@@ -31,7 +31,7 @@ class OpenQueue final : public QObject
     void retry();
 
     Load load_;
-    QList<QUrl> waiting_;
+    QList<FilePath> waiting_;
 };
 
 } // namespace quillfern

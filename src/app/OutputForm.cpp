@@ -1,10 +1,10 @@
 #include "app/OutputForm.h"
 
 #include "platform/system/FileFacts.h"
+#include "platform/system/Folders.h"
 #include "platform/system/NativePath.h"
 #include "ui_MainWindow.h"
 
-#include <QDir>
 #include <QSignalBlocker>
 
 namespace quillfern {
@@ -58,7 +58,7 @@ void OutputForm::updateFolderOptions()
 void OutputForm::setOutputFolderPath(const QString& path)
 {
     settings_.outputFolderPath = path;
-    ui_.outputFolderPath->setToolTip(path.isEmpty() ? QString() : path);
+    ui_.outputFolderPath->setToolTip(readableName(path));
     // A field that is emptied to type another folder is not yet a folder given up.
     if (!ui_.outputFolderPath->hasFocus()) Q_EMIT outputFolderPathChanged();
 }
@@ -66,10 +66,10 @@ void OutputForm::setOutputFolderPath(const QString& path)
 void OutputForm::completeTypedFolder()
 {
     QString path = ui_.outputFolderPath->text();
-    if (fileKind(path) == FileKind::Missing) path = path.trimmed();
+    if (fileKind(FilePath::fromText(path)) == FileKind::Missing) path = path.trimmed();
     if (path == QLatin1String("~") || path.startsWith(QLatin1String("~/")))
-        path.replace(0, 1, QDir::homePath());
-    if (!path.isEmpty()) path = absolutePath(path);
+        path.replace(0, 1, homeFolder().text());
+    if (!path.isEmpty()) path = FilePath::fromText(path).text();
     if (path != ui_.outputFolderPath->text()) ui_.outputFolderPath->setText(path);
     Q_EMIT outputFolderPathChanged();
 }
@@ -79,9 +79,9 @@ void OutputForm::chooseOutputFolder()
     OpenPanel panel;
     panel.message = tr("Select output folder:");
     panel.folders = true;
-    panels_.open(&window_, panel, [this](const QStringList& paths) {
+    panels_.open(&window_, panel, [this](const QList<FilePath>& paths) {
         if (paths.isEmpty()) return;
-        ui_.outputFolderPath->setText(paths.constFirst());
+        ui_.outputFolderPath->setText(paths.constFirst().text());
         settings_.synchronize();
     });
 }

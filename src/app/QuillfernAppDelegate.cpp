@@ -74,7 +74,7 @@ void QuillfernAppDelegate::awakeFromNib()
     gatherer_ =
         std::make_unique<FileGatherer>(files_, isProcessing_, services_.mainThread, services_.clock, *this);
     openQueue_ = std::make_unique<OpenQueue>(
-        *window_, [this](const QList<QUrl>& urls) { return startLoading(urls, true); });
+        *window_, [this](const QList<FilePath>& paths) { return startLoading(paths, true); });
     markKeyCharacters();
     selectSettingsTab(0);
     ui.inculdeSubfoldersBtn->setChecked(includeSubfolders_.inculdeSubfolders());
@@ -273,7 +273,7 @@ PreviewState QuillfernAppDelegate::previewState() const
     const std::vector<int> rows = filesController_->selection();
     if (!rows.empty()) {
         state.selectedFile = rows.front();
-        state.selectedPath = files_.at(rows.front()).path();
+        state.selectedPath = files_.at(rows.front()).filePath();
     }
     state.selectedStamp = stampsController_->selectedStamp();
     return state;
@@ -293,24 +293,24 @@ void QuillfernAppDelegate::viewFrameChanged()
     guarded("Error in [viewFrameChanged:] : %@", [this] { preview_->resizePreview(); });
 }
 
-void QuillfernAppDelegate::load(const QList<QUrl>& urls, bool isFolders)
+void QuillfernAppDelegate::load(const QList<FilePath>& paths, bool isFolders)
 {
-    startLoading(urls, isFolders);
+    startLoading(paths, isFolders);
 }
 
-bool QuillfernAppDelegate::startLoading(const QList<QUrl>& urls, bool isFolders)
+bool QuillfernAppDelegate::startLoading(const QList<FilePath>& paths, bool isFolders)
 {
-    if (urls.isEmpty() || isProcessing_) return false;
-    const Arguments request{urls, isFolders, window_->ui().inculdeSubfoldersBtn->isChecked()};
+    if (paths.isEmpty() || isProcessing_) return false;
+    const Arguments request{paths, isFolders, window_->ui().inculdeSubfoldersBtn->isChecked()};
     return gatherer_->start(request, settings_.pdfOpenPassword);
 }
 
-void QuillfernAppDelegate::applyPassword(const QList<QUrl>& urls, const QString& password)
+void QuillfernAppDelegate::applyPassword(const QList<FilePath>& paths, const QString& password)
 {
-    if (!isJobRunning_) gatherer_->startPasswords(urls, password);
+    if (!isJobRunning_) gatherer_->startPasswords(paths, password);
 }
 
-void QuillfernAppDelegate::openFiles(const QStringList& paths)
+void QuillfernAppDelegate::openFiles(const QList<FilePath>& paths)
 {
     openQueue_->add(paths);
 }
@@ -373,7 +373,7 @@ void QuillfernAppDelegate::applicationShouldHandleReopen()
     window_->activateWindow();
 }
 
-void QuillfernAppDelegate::startedAgain(const QStringList& paths)
+void QuillfernAppDelegate::startedAgain(const QList<FilePath>& paths)
 {
     applicationShouldHandleReopen();
     // It may be behind the windows of other programs; a sheet takes the keyboard instead of its window.

@@ -29,7 +29,7 @@ struct AppServices
     FilePanels& panels;
     Alerts& alerts;
     QString renderProgram; ///< quillfern-render
-    QString helpDocument;  ///< empty when it is not installed
+    FilePath helpDocument; ///< empty when it is not installed
     DocumentProcessorsFactory makeProcessors = makeDocumentProcessors;
 };
 
@@ -55,10 +55,10 @@ class QuillfernAppDelegate final : public QObject,
     void applicationShouldHandleReopen();
     /// Adds files and folders, as a command line names them; later when the window is busy now, or a sheet
     /// lies over it.
-    void openFiles(const QStringList& paths);
+    void openFiles(const QList<FilePath>& paths);
     /// The program was started once more, with these files and folders: the window comes to the front and
     /// takes them.
-    void startedAgain(const QStringList& paths);
+    void startedAgain(const QList<FilePath>& paths);
     /// Asks what is running to stop and waits so long for it. True when nothing runs any more.
     bool stop(int milliseconds);
 
@@ -99,9 +99,9 @@ class QuillfernAppDelegate final : public QObject,
 
     void endEditing() override;
     void updateTotalLabel() override;
-    void load(const QList<QUrl>& urls, bool isFolders) override;
-    void applyPassword(const QList<QUrl>& urls, const QString& password) override;
-    bool startLoading(const QList<QUrl>& urls, bool isFolders);
+    void load(const QList<FilePath>& paths, bool isFolders) override;
+    void applyPassword(const QList<FilePath>& paths, const QString& password) override;
+    bool startLoading(const QList<FilePath>& paths, bool isFolders);
 
     void resetViewForProcess(bool enabled) override;
     void selectSettingsTab(int tab) override;

@@ -236,7 +236,7 @@ void StampsController::stampSaveAction()
 {
     const SavePanel panel{tr("%1 Profile").arg(getAppTitle()), profileType(), QString()};
     guarded("Error in [stampSaveAction:] : %@", [&] {
-        panels_.save(&window_, panel, [this](const QString& path) {
+        panels_.save(&window_, panel, [this](const FilePath& path) {
             if (number_.save(path))
                 alerts_.information(&window_, tr("%1 Profile save successfully.").arg(getAppTitle()));
             else
@@ -251,7 +251,7 @@ void StampsController::stampLoadAction()
     panel.message = tr("%1 Profile").arg(getAppTitle());
     panel.types = QStringList{profileType()};
     guarded("Error in [stampLoadAction:] : %@", [&] {
-        panels_.open(&window_, panel, [this](const QStringList& paths) {
+        panels_.open(&window_, panel, [this](const QList<FilePath>& paths) {
             const StampList before = number_.stamps;
             if (!number_.load(paths.value(0))) {
                 alerts_.critical(&window_, tr("Unable to load %1 Profile!").arg(getAppTitle()));

@@ -5,7 +5,7 @@
 
 namespace quillfern {
 
-FileOutcome processDocument(const char* pattern, const QString& source, JobRun& run,
+FileOutcome processDocument(const char* pattern, const FilePath& source, JobRun& run,
                             const std::function<FileOutcome()>& stamp)
 {
     if (fileKind(source) == FileKind::Missing)

@@ -2,8 +2,8 @@
 
 #include "batch/FileOutcome.h"
 #include "batch/JobRun.h"
+#include "platform/system/FilePath.h"
 
-#include <QString>
 #include <functional>
 
 namespace quillfern {
@@ -11,7 +11,7 @@ namespace quillfern {
 /// What both processors do around their work on one document: a source that is gone fails before anything is
 /// touched; while `stamp` works the run is updating; what it throws becomes a failed outcome and one line of
 /// the system log, made from `pattern` with the reason in place of "%@".
-[[nodiscard]] FileOutcome processDocument(const char* pattern, const QString& source, JobRun& run,
+[[nodiscard]] FileOutcome processDocument(const char* pattern, const FilePath& source, JobRun& run,
                                           const std::function<FileOutcome()>& stamp);
 
 } // namespace quillfern

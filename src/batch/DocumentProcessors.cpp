@@ -17,13 +17,13 @@ class StampingProcessors final : public DocumentProcessors
     {
     }
 
-    FileOutcome processPDF(const QString& source, const QString& target, const QString& password,
+    FileOutcome processPDF(const FilePath& source, const FilePath& target, const QString& password,
                            JobRun& run) override
     {
         return pdf_.processPDF(source, target, password, run);
     }
 
-    FileOutcome processTIFF(const QString& source, const QString& target, JobRun& run,
+    FileOutcome processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
                             std::int32_t compression) override
     {
         return tiff_.processTIFF(source, target, run, compression);

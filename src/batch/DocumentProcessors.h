@@ -3,6 +3,7 @@
 #include "batch/FileOutcome.h"
 #include "batch/JobRun.h"
 #include "config/JobConfiguration.h"
+#include "platform/system/FilePath.h"
 
 #include <QString>
 #include <cstdint>
@@ -19,11 +20,11 @@ class DocumentProcessors
     virtual ~DocumentProcessors() = default;
 
     /// Stamps a PDF file. A file that cannot be opened as a PDF creates nothing and has not failed.
-    [[nodiscard]] virtual FileOutcome processPDF(const QString& source, const QString& target,
+    [[nodiscard]] virtual FileOutcome processPDF(const FilePath& source, const FilePath& target,
                                                  const QString& password, JobRun& run) = 0;
     /// Stamps any other file into a multi-page TIFF. `compression` is the TIFF code for the output; on pages
     /// that it does not suit LZW takes its place.
-    [[nodiscard]] virtual FileOutcome processTIFF(const QString& source, const QString& target, JobRun& run,
+    [[nodiscard]] virtual FileOutcome processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
                                                   std::int32_t compression) = 0;
 };
 

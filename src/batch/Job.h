@@ -3,6 +3,7 @@
 #include "batch/OutputFile.h"
 #include "config/JobConfiguration.h"
 #include "config/Settings.h"
+#include "platform/system/FilePath.h"
 
 #include <QString>
 #include <cstdint>
@@ -18,11 +19,12 @@ struct Job
     JobConfiguration configuration;
     std::vector<OutputFile> outputFiles; ///< in list order
     std::int64_t totalPages = 0;         ///< of the whole list
-    QString outputFolder;
+    FilePath outputFolder;
     bool isOpenFolderAfterConversion = false;
 };
 
-/// Throws Failure with the words for an alert when a job cannot write into this output folder.
+/// Throws Failure with the words for an alert when a job cannot write into this output folder, a text as
+/// settings hold it.
 void requireOutputFolder(const std::optional<QString>& path);
 
 /// Plans a job over the whole list, checked or not: one output of the same name in the settings' output

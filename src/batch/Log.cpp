@@ -4,7 +4,6 @@
 #include "platform/system/DateText.h"
 #include "platform/system/Guarded.h"
 
-#include <QDir>
 #include <QXmlStreamWriter>
 
 namespace quillfern {
@@ -90,7 +89,7 @@ bool Log::save(const QLocale& locale)
     return guarded("Error in (Log=>save) : %@", false, [&] {
         const QByteArray bytes = document(locale);
         const QString name = dateText(endTime, QStringLiteral("ddMMyyHHmmss")) + QStringLiteral(".log");
-        logFilePath_ = QDir(folders_.getAppPath()).filePath(QStringLiteral("Logs/") + name);
+        logFilePath_ = folders_.getAppPath().child(QStringLiteral("Logs/") + name);
         try {
             AtomicFile::writeWhole(*logFilePath_, bytes);
         } catch (const Failure&) {

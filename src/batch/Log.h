@@ -22,7 +22,7 @@ struct LogFile
     QString status;
 };
 
-/// One output document in the log.
+/// One output document in the log; names and paths are in the text form of NativePath.h.
 struct LogFiles
 {
     QString filename;   ///< the output's file name
@@ -49,7 +49,7 @@ class Log
     std::vector<LogFiles> files;
 
     /// Where save() put the log; nothing before.
-    [[nodiscard]] const std::optional<QString>& logFilePath() const { return logFilePath_; }
+    [[nodiscard]] const std::optional<FilePath>& logFilePath() const { return logFilePath_; }
 
     /// Writes the log as an XML file named from the end time into the folder "Logs" of the application's
     /// folder. Returns false only when it came to no path at all: a file that could not be written goes to
@@ -60,7 +60,7 @@ class Log
     [[nodiscard]] QByteArray document(const QLocale& locale) const;
 
     const Folders& folders_;
-    std::optional<QString> logFilePath_;
+    std::optional<FilePath> logFilePath_;
 };
 
 } // namespace quillfern

@@ -12,7 +12,7 @@ class OutputFile
 {
   public:
     /// Sets both fields, but only when both arguments are present.
-    void initWithData(const std::optional<QString>& filename,
+    void initWithData(const std::optional<FilePath>& filename,
                       const std::optional<std::vector<FileItem>>& items)
     {
         if (!filename || !items) return;
@@ -20,11 +20,11 @@ class OutputFile
         fileItems_ = *items;
     }
 
-    [[nodiscard]] const QString& filename() const { return filename_; } ///< full path
+    [[nodiscard]] const FilePath& filename() const { return filename_; }
     [[nodiscard]] const std::vector<FileItem>& fileItems() const { return fileItems_; }
 
   private:
-    QString filename_;
+    FilePath filename_;
     std::vector<FileItem> fileItems_;
 };
 

@@ -12,22 +12,23 @@
 
 namespace quillfern {
 
-FileOutcome PdfProcessor::processPDF(const QString& source, const QString& target, const QString&,
+FileOutcome PdfProcessor::processPDF(const FilePath& source, const FilePath& target, const QString&,
                                      JobRun& run)
 {
     return processDocument("Error in [processPDF:] : %@", source, run,
                            [&] { return stamp(source, target, run); });
 }
 
-FileOutcome PdfProcessor::stamp(const QString& source, const QString& target, JobRun& run)
+FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run)
 {
-    const QString path = prepareTarget(source, target, job_.isBackupFile);
+    const FilePath path = prepareTarget(source, target, job_.isBackupFile);
     std::unique_ptr<PdfDocument> document;
     try {
         document = PdfDocument::open(source);
     } catch (const Failure& failure) {
         // Counts as processed, and nothing is written.
-        logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2").arg(source, failure.reason()));
+        logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2")
+                    .arg(source.readable(), failure.reason()));
         return FileOutcome::without(
             FileStatus::CreatedNothing,
             Reason::quoting(QT_TRANSLATE_NOOP("quillfern::Failure", "no output: %1"), failure.reasons()));

@@ -2,6 +2,7 @@
 
 #include "batch/FileOutcome.h"
 #include "batch/JobRun.h"
+#include "platform/system/FilePath.h"
 
 #include <QString>
 
@@ -23,11 +24,11 @@ class PdfProcessor
     }
 
     /// See DocumentProcessors. `password` is not used: a file that needs one is not opened.
-    [[nodiscard]] FileOutcome processPDF(const QString& source, const QString& target,
+    [[nodiscard]] FileOutcome processPDF(const FilePath& source, const FilePath& target,
                                          const QString& password, JobRun& run);
 
   private:
-    FileOutcome stamp(const QString& source, const QString& target, JobRun& run);
+    FileOutcome stamp(const FilePath& source, const FilePath& target, JobRun& run);
     int stampPages(PdfDocument& document, JobRun& run);
 
     const JobConfiguration& job_;

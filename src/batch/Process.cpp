@@ -4,8 +4,7 @@
 #include "platform/system/FileIdentity.h"
 #include "platform/system/Guarded.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <QHash>
 #include <unordered_map>
 
 namespace quillfern {
@@ -45,27 +44,26 @@ void Process::postLabel()
 void Process::findCollisions()
 {
     collisions_.assign(outputFiles().size(), {});
-    std::unordered_map<FileIdentity, QString> inputs;
+    std::unordered_map<FileIdentity, FilePath> inputs;
     for (const OutputFile& output : outputFiles()) {
         if (!isCombining_) return; // a cancel need not wait until thousands of files were looked at
         for (const FileItem& item : output.fileItems()) {
-            const QString path = item.path();
+            const FilePath& path = item.filePath();
             if (const auto identity = fileIdentity(path)) inputs.emplace(*identity, path);
         }
     }
-    QHash<QString, QString> writers;
+    QHash<FilePath, FilePath> writers;
     for (std::size_t i = 0; i < outputFiles().size() && isCombining_; ++i) {
         const OutputFile& output = outputFiles()[i];
         if (output.fileItems().empty()) continue;
-        const QString own = output.fileItems().back().path();
+        const FilePath own = output.fileItems().back().filePath();
         const auto present = fileIdentity(output.filename());
         const auto input = present ? inputs.find(*present) : inputs.end();
         if (input != inputs.end() && !isSameFile(output.filename(), own))
             collisions_[i].overwritesInput = input->second;
         if (!collisions_[i].overwritesInput.isEmpty()) continue; // will not be written
-        const QString key = QDir::cleanPath(output.filename());
-        collisions_[i].replacesCopyOf = writers.value(key);
-        writers.insert(key, own);
+        collisions_[i].replacesCopyOf = writers.value(output.filename());
+        writers.insert(output.filename(), own);
     }
 }
 
@@ -100,10 +98,10 @@ void Process::start()
 
 void Process::runOutput(std::size_t index, DocumentProcessors& processors, JobRun& run)
 {
-    const QFileInfo target(outputFiles()[index].filename());
-    log_.files.push_back({target.fileName(), target.path(), {}, 0, {}});
+    const FilePath& target = outputFiles()[index].filename();
+    log_.files.push_back({target.name(), target.parent().text(), {}, 0, {}});
     LogFiles& record = log_.files.back();
-    write(outputFileInProcess_, target.fileName());
+    write(outputFileInProcess_, target.name());
     try {
         for (const FileItem& item : outputFiles()[index].fileItems()) {
             if (!isCombining_) break;
@@ -124,7 +122,7 @@ namespace {
 /// None when the file can be read by now.
 std::optional<Reason> reasonForNoPages(const FileItem& item)
 {
-    if (isPdf(item)) return pdfProblem(item.path());
+    if (isPdf(item)) return pdfProblem(item.filePath());
     return Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
                                     "the file is not there or holds no picture that can be read"));
 }
@@ -139,10 +137,10 @@ FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentPr
     if (!collision.overwritesInput.isEmpty())
         throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure",
                                          "not written: it would overwrite another file of the list, %1"),
-                       {collision.overwritesInput}});
+                       {collision.overwritesInput.readable()}});
     const bool isContinuous = job_.configuration.isContinuousNumbering;
-    const QString source = item.path();
-    const QString target = outputFiles()[index].filename();
+    const FilePath& source = item.filePath();
+    const FilePath& target = outputFiles()[index].filename();
     write(fileInProcess_, item.name());
     if (!isContinuous) run.totalPages = item.pages();
 
@@ -154,8 +152,8 @@ FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentPr
     if (outcome.countsAsCreated()) ++totalFileCreated_;
     if (outcome.status == FileStatus::Created && !outcome.remark && !collision.replacesCopyOf.isEmpty()) {
         outcome.remark = Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "replaces the copy of %1"),
-                                {collision.replacesCopyOf});
-        logNotice(QStringLiteral("%1 %2").arg(target, outcome.remark->logged));
+                                {collision.replacesCopyOf.readable()});
+        logNotice(QStringLiteral("%1 %2").arg(target.readable(), outcome.remark->logged));
     }
     return outcome;
 }

@@ -109,8 +109,8 @@ class Process
     /// Which other document of the job stands in the way of an output.
     struct Collision
     {
-        QString overwritesInput; ///< the path of another input at the output's place; never harmed
-        QString replacesCopyOf;  ///< the path of an earlier input whose copy has the same name
+        FilePath overwritesInput; ///< another input at the output's place; never harmed
+        FilePath replacesCopyOf;  ///< an earlier input whose copy has the same name
     };
     std::vector<Collision> collisions_;
 };

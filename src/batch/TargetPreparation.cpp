@@ -6,13 +6,14 @@
 
 namespace quillfern {
 
-QString prepareTarget(const QString& source, const QString& target, bool isBackupFile)
+FilePath prepareTarget(const FilePath& source, const FilePath& target, bool isBackupFile)
 {
     if (!isSameFile(source, target)) {
         removeFile(target);
         return target;
     }
-    if (isBackupFile) copyFileAtomically(source, source + QStringLiteral(".bak"));
+    if (isBackupFile)
+        copyFileAtomically(source, source.parent().child(source.name() + QStringLiteral(".bak")));
     return resolvedPath(target);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "platform/system/FilePath.h"
 
 namespace quillfern {
 
@@ -12,6 +12,6 @@ namespace quillfern {
 /// cannot be made throws Failure: the only copy is not overwritten then.
 ///
 /// Returns the path to write to: in place, the file itself behind any link.
-[[nodiscard]] QString prepareTarget(const QString& source, const QString& target, bool isBackupFile);
+[[nodiscard]] FilePath prepareTarget(const FilePath& source, const FilePath& target, bool isBackupFile);
 
 } // namespace quillfern

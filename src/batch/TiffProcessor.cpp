@@ -37,17 +37,17 @@ QSizeF dotsPerInch(const QImage& image, const QSizeF& points)
 
 } // namespace
 
-FileOutcome TiffProcessor::processTIFF(const QString& source, const QString& target, JobRun& run,
+FileOutcome TiffProcessor::processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
                                        std::int32_t compression)
 {
     return processDocument("Error in [processTIFF:] : %@", source, run,
                            [&] { return stamp(source, target, run, compression); });
 }
 
-FileOutcome TiffProcessor::stamp(const QString& source, const QString& target, JobRun& run,
+FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run,
                                  std::int32_t compression)
 {
-    const QString path = prepareTarget(source, target, job_.isBackupFile);
+    const FilePath path = prepareTarget(source, target, job_.isBackupFile);
     const auto reader = RasterReader::open(source);
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;

@@ -3,6 +3,7 @@
 #include "batch/FileOutcome.h"
 #include "batch/JobRun.h"
 #include "platform/raster/RasterPage.h"
+#include "platform/system/FilePath.h"
 
 #include <QString>
 #include <cstdint>
@@ -21,11 +22,11 @@ class TiffProcessor
     TiffProcessor(const JobConfiguration& job, TextShaper& shaper) : job_(job), shaper_(shaper) {}
 
     /// See DocumentProcessors.
-    [[nodiscard]] FileOutcome processTIFF(const QString& source, const QString& target, JobRun& run,
+    [[nodiscard]] FileOutcome processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
                                           std::int32_t compression);
 
   private:
-    FileOutcome stamp(const QString& source, const QString& target, JobRun& run, std::int32_t compression);
+    FileOutcome stamp(const FilePath& source, const FilePath& target, JobRun& run, std::int32_t compression);
     void stampPage(RasterPage& page, const PageCompositor& compositor, std::int64_t total, JobRun& run);
 
     const JobConfiguration& job_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "config/JobConfiguration.h"
+#include "platform/system/FilePath.h"
 #include "stamps/PDFFont.h"
 
 #include <cstdint>
@@ -111,10 +112,10 @@ class Numbering
     void synchronize();
     /// Writes the record into a profile file, an XML property list; a file that is there is replaced only
     /// once the new one is whole. Returns whether it worked.
-    bool save(const QString& path) const;
+    bool save(const FilePath& path) const;
     /// Reads a profile file and applies it with setData(). Returns false, with nothing changed, when the file
     /// cannot be read or is no property-list dictionary.
-    bool load(const QString& path);
+    bool load(const FilePath& path);
 
     /// One entry for every installed font family, as the font menu offers them.
     [[nodiscard]] const std::vector<PDFFont>& fonts() const { return fonts_; }

@@ -102,7 +102,7 @@ void Numbering::synchronize()
     });
 }
 
-bool Numbering::save(const QString& path) const
+bool Numbering::save(const FilePath& path) const
 {
     return guarded("Error in [save:] : %@", false, [&] {
         saveProfile(*this, path);
@@ -110,7 +110,7 @@ bool Numbering::save(const QString& path) const
     });
 }
 
-bool Numbering::load(const QString& path)
+bool Numbering::load(const FilePath& path)
 {
     return guarded("Error in [load:] : %@", false, [&] {
         loadProfile(*this, path);

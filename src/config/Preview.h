@@ -33,7 +33,7 @@ class Preview
     /// A page of a file of the list, and the list as far as the numbers on it need it.
     struct LivePage
     {
-        std::optional<QString> filePath;
+        std::optional<FilePath> filePath;
         std::int64_t fileIndex = -1;
         std::int64_t pageIndex = 1;              ///< from 1
         std::vector<std::int32_t> filePagesList; ///< the page count of every file, in list order

@@ -16,7 +16,7 @@ struct PreviewState
     bool isJobRunning = false;
     std::vector<std::int32_t> filePagesList; ///< the page count of every file of the list, in order
     int selectedFile = -1;                   ///< the first selected row; -1 for none
-    QString selectedPath;                    ///< that file's
+    FilePath selectedPath;                   ///< that file's
     int selectedStamp = -1;
     QSizeF size;        ///< of the picture's place, device-independent pixels
     double density = 1; ///< device pixels in one of them

@@ -7,14 +7,14 @@
 
 namespace quillfern {
 
-void saveProfile(const Numbering& number, const QString& path)
+void saveProfile(const Numbering& number, const FilePath& path)
 {
     const auto record = number.getData();
     if (!record) throw Failure(QStringLiteral("the configuration cannot be saved"));
     AtomicFile::writeWhole(path, writePropertyList(*record));
 }
 
-void loadProfile(Numbering& number, const QString& path)
+void loadProfile(Numbering& number, const FilePath& path)
 {
     const Record record = readPropertyListFile(path);
     if (!number.setData(&record)) throw Failure(QStringLiteral("the profile cannot be applied"));

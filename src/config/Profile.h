@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "platform/system/FilePath.h"
 
 namespace quillfern {
 
@@ -8,10 +8,10 @@ class Numbering;
 
 /// Writes the configuration into a profile file, an XML property list; a file that is there is replaced only
 /// once the new one is whole. Throws Failure.
-void saveProfile(const Numbering& number, const QString& path);
+void saveProfile(const Numbering& number, const FilePath& path);
 
 /// Reads a profile file and applies it. Throws Failure, with nothing changed, when the file cannot be read or
 /// is no property-list dictionary.
-void loadProfile(Numbering& number, const QString& path);
+void loadProfile(Numbering& number, const FilePath& path);
 
 } // namespace quillfern

@@ -5,7 +5,6 @@
 #include "platform/system/NativePath.h"
 #include "ui_ImageStampWindow.h"
 
-#include <QFileInfo>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -116,7 +115,7 @@ QString ImageStampWindowController::title() const
 {
     QString name = image()->label().value_or(QString());
     if (name.isEmpty() && image()->stampImagePath)
-        name = readableName(QFileInfo(*image()->stampImagePath).completeBaseName());
+        name = readableName(FilePath::fromText(*image()->stampImagePath).stem());
     return tr("Image Stamp Properties [%1]").arg(name);
 }
 
@@ -151,12 +150,12 @@ void ImageStampWindowController::changeImageAction()
     OpenPanel panel;
     panel.message = tr("Please Select Stamp Image (Only BMP,JPG,JPEG,PNG,GIF Files):");
     panel.types = pictureTypes();
-    panels_.open(this, panel, [window = QPointer(this)](const QStringList& paths) {
+    panels_.open(this, panel, [window = QPointer(this)](const QList<FilePath>& paths) {
         if (window && !paths.isEmpty()) window->loadPicture(paths.front());
     });
 }
 
-void ImageStampWindowController::loadPicture(const QString& path)
+void ImageStampWindowController::loadPicture(const FilePath& path)
 {
     if (!stamp()) return;
     waiting_.reset();
@@ -209,7 +208,8 @@ void ImageStampWindowController::showPicture()
     if (loader_.isLoading()) {
         facts = tr("Reading the picture…");
     } else if (picture) {
-        const QString file = readableName(QFileInfo(image()->stampImagePath.value_or(QString())).fileName());
+        const QString file =
+            readableName(FilePath::fromText(image()->stampImagePath.value_or(QString())).name());
         const QSize whole = picture->image().size();
         facts = tr("%1 × %2 pixels").arg(whole.width()).arg(whole.height());
         if (!file.isEmpty()) facts = tr("%1, %2", "file name, size").arg(file, facts);

@@ -32,7 +32,7 @@ class ImageStampWindowController final : public StampEditorWindow
     void changeImageAction();
     /// Reads a picture file and gives it to the stamp. The window stays live meanwhile; a picture that comes
     /// while editing is disabled waits.
-    void loadPicture(const QString& path);
+    void loadPicture(const FilePath& path);
     void removeImageAction();
     /// Whether editing one side of the drawn size changes the other.
     [[nodiscard]] bool isAspectRatio() const;

@@ -3,7 +3,6 @@
 #include "dialogs/KeyHint.h"
 #include "platform/desktop/Alerts.h"
 #include "platform/desktop/FilePanels.h"
-#include "platform/system/NativePath.h"
 #include "ui_ImportFiles.h"
 
 #include <QClipboard>
@@ -103,8 +102,8 @@ void ImportFilesWindowController::importMethodChanged(int tag)
 void ImportFilesWindowController::browseImportFileAction()
 {
     panels_.open(this, {tr("Select Text File To Import:"), {QStringLiteral("txt")}, false, false},
-                 [this](const QStringList& paths) {
-                     if (!paths.isEmpty()) ui_->importFile->setText(paths.constLast());
+                 [this](const QList<FilePath>& paths) {
+                     if (!paths.isEmpty()) ui_->importFile->setText(paths.constLast().text());
                  });
 }
 
@@ -173,15 +172,16 @@ void ImportFilesWindowController::dropEvent(QDropEvent* event)
         paste(dropped.text());
         return;
     }
-    QStringList paths;
-    for (const QUrl& url : dropped.urls())
-        paths.append(localPath(url));
-    if (paths.size() == 1 && pathExtension(paths.constFirst()).compare(u"txt", Qt::CaseInsensitive) == 0) {
+    const QList<FilePath> paths = filePaths(dropped.urls());
+    if (paths.size() == 1 && paths.constFirst().extension().compare(u"txt", Qt::CaseInsensitive) == 0) {
         importMethodChanged(PathListImport::FromFile);
-        ui_->importFile->setText(paths.constFirst());
+        ui_->importFile->setText(paths.constFirst().text());
     } else {
         importMethodChanged(PathListImport::FromText);
-        paste(paths.join(u'\n'));
+        QStringList lines;
+        for (const FilePath& path : paths)
+            lines.append(path.text());
+        paste(lines.join(u'\n'));
     }
 }
 

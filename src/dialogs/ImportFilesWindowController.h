@@ -43,7 +43,7 @@ class ImportFilesWindowController final : public QDialog
 
   Q_SIGNALS:
     /// The user has imported these files; there is at least one. The dialog closes afterwards.
-    void ImportFilesWindowControllerDidFinish(const QList<QUrl>& files);
+    void ImportFilesWindowControllerDidFinish(const QList<FilePath>& files);
 
   protected:
     void dragEnterEvent(QDragEnterEvent* event) override;

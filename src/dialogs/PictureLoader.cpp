@@ -10,7 +10,7 @@
 
 namespace quillfern {
 
-void PictureLoader::load(const QString& path)
+void PictureLoader::load(const FilePath& path)
 {
     cancel();
     watcher_ = new QFutureWatcher<LoadedPicture>(this);

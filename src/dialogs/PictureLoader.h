@@ -16,7 +16,7 @@ class PictureLoader final : public QObject
   public:
     using QObject::QObject;
 
-    void load(const QString& path);
+    void load(const FilePath& path);
     void cancel();
     [[nodiscard]] bool isLoading() const { return watcher_ != nullptr; }
 

@@ -1,7 +1,5 @@
 #include "dialogs/PictureView.h"
 
-#include "platform/system/NativePath.h"
-
 #include <QDragEnterEvent>
 #include <QMimeData>
 #include <QPainter>
@@ -136,7 +134,7 @@ void PictureView::dragLeaveEvent(QDragLeaveEvent*)
 void PictureView::dropEvent(QDropEvent* event)
 {
     setDropping(false);
-    const QString path = fileOf(*event);
+    const FilePath path = fileOf(*event);
     if (path.isEmpty()) return;
     event->setDropAction(Qt::CopyAction);
     event->accept();
@@ -144,12 +142,12 @@ void PictureView::dropEvent(QDropEvent* event)
 }
 
 /// The one file that is dropped; empty when it is not exactly one of the right kind.
-QString PictureView::fileOf(const QDropEvent& event) const
+FilePath PictureView::fileOf(const QDropEvent& event) const
 {
     const QList<QUrl> urls = event.mimeData()->urls();
     if (urls.size() != 1) return {};
-    const QString path = localPath(urls.front());
-    return types_.contains(pathExtension(path)) ? path : QString();
+    FilePath path = FilePath::fromUrl(urls.front());
+    return types_.contains(path.extension()) ? path : FilePath();
 }
 
 void PictureView::setDropping(bool dropping)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/drawing/Picture.h"
+#include "platform/system/FilePath.h"
 
 #include <QImage>
 #include <QProgressBar>
@@ -32,7 +33,7 @@ class PictureView final : public QWidget
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   Q_SIGNALS:
-    void fileDropped(const QString& path);
+    void fileDropped(const FilePath& path);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -42,7 +43,7 @@ class PictureView final : public QWidget
     void dropEvent(QDropEvent* event) override;
 
   private:
-    [[nodiscard]] QString fileOf(const QDropEvent& event) const;
+    [[nodiscard]] FilePath fileOf(const QDropEvent& event) const;
     void paintPicture(QPainter& painter);
     void setDropping(bool dropping);
 

@@ -1,11 +1,12 @@
 #include "dialogs/WidgetPanels.h"
 
+#include "platform/system/FileFacts.h"
+#include "platform/system/Folders.h"
 #include "platform/system/NativePath.h"
 
 #include <QAbstractItemView>
 #include <QDir>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QFileSystemModel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -66,7 +67,8 @@ class OpenDialog final : public QFileDialog
 
 } // namespace
 
-void WidgetPanels::open(QObject* over, const OpenPanel& panel, std::function<void(const QStringList&)> chosen)
+void WidgetPanels::open(QObject* over, const OpenPanel& panel,
+                        std::function<void(const QList<FilePath>&)> chosen)
 {
     const QString kind =
         panel.folders ? QStringLiteral("folders") : QStringLiteral("open ") + panel.types.join(u' ');
@@ -86,10 +88,11 @@ void WidgetPanels::open(QObject* over, const OpenPanel& panel, std::function<voi
     }
     QObject::connect(
         dialog, &QDialog::accepted, dialog, [this, dialog, kind, panel, chosen = std::move(chosen)] {
-            QStringList paths = panel.folders ? dialog->pickedFolders() : dialog->selectedFiles();
+            QList<FilePath> paths;
+            for (const QString& text : panel.folders ? dialog->pickedFolders() : dialog->selectedFiles())
+                paths.append(FilePath::fromText(text));
             if (!panel.folders && !panel.types.isEmpty())
-                paths.removeIf(
-                    [&](const QString& path) { return !panel.types.contains(pathExtension(path)); });
+                paths.removeIf([&](const FilePath& path) { return !panel.types.contains(path.extension()); });
             if (paths.isEmpty()) return;
             remember(kind, paths.constLast());
             chosen(paths);
@@ -97,7 +100,7 @@ void WidgetPanels::open(QObject* over, const OpenPanel& panel, std::function<voi
     dialog->open();
 }
 
-void WidgetPanels::save(QObject* over, const SavePanel& panel, std::function<void(const QString&)> chosen)
+void WidgetPanels::save(QObject* over, const SavePanel& panel, std::function<void(const FilePath&)> chosen)
 {
     const QString kind = QStringLiteral("save ") + panel.type;
     auto* const dialog = new QFileDialog(windowOf(over), panel.message);
@@ -109,13 +112,13 @@ void WidgetPanels::save(QObject* over, const SavePanel& panel, std::function<voi
     dialog->selectFile(panel.name);
     QObject::connect(dialog, &QDialog::accepted, dialog,
                      [this, dialog, kind, panel, chosen = std::move(chosen)] {
-                         QString path = dialog->selectedFiles().value(0);
+                         FilePath path = FilePath::fromText(dialog->selectedFiles().value(0));
                          if (path.isEmpty()) return;
                          // The dialog takes whatever follows a point for an extension, as in "Version 1.2",
                          // and adds none then.
                          const QString ending = u'.' + panel.type;
-                         if (!path.endsWith(ending, Qt::CaseInsensitive)) {
-                             path += ending;
+                         if (!path.name().endsWith(ending, Qt::CaseInsensitive)) {
+                             path = path.parent().child(path.name() + ending);
                              if (!mayReplace(dialog->parentWidget(), path)) return;
                          }
                          remember(kind, path);
@@ -126,19 +129,19 @@ void WidgetPanels::save(QObject* over, const SavePanel& panel, std::function<voi
 
 void WidgetPanels::prepare(QFileDialog& dialog, const QString& kind) const
 {
-    QString folder = lastFolders_.value(kind);
-    if (folder.isEmpty() || !QFileInfo(folder).isDir())
-        folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (!QFileInfo(folder).isDir()) folder = QDir::homePath();
+    FilePath folder = lastFolders_.value(kind);
+    if (fileKind(folder) != FileKind::Folder)
+        folder = FilePath::fromText(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    if (fileKind(folder) != FileKind::Folder) folder = homeFolder();
     dialog.setAttribute(Qt::WA_DeleteOnClose);
     dialog.setWindowModality(Qt::WindowModal);
     dialog.setOption(QFileDialog::HideNameFilterDetails); // the types can be a long list
-    dialog.setDirectory(folder);
+    dialog.setDirectory(folder.text());
 }
 
-void WidgetPanels::remember(const QString& kind, const QString& path)
+void WidgetPanels::remember(const QString& kind, const FilePath& path)
 {
-    lastFolders_.insert(kind, QFileInfo(path).absolutePath());
+    lastFolders_.insert(kind, path.parent());
 }
 
 QString WidgetPanels::nameFilter(const QStringList& types)
@@ -158,12 +161,12 @@ QString WidgetPanels::nameFilter(const QStringList& types)
     return QStringLiteral("%1 (%2)").arg(name, patterns.join(u' '));
 }
 
-bool WidgetPanels::mayReplace(QWidget* over, const QString& path)
+bool WidgetPanels::mayReplace(QWidget* over, const FilePath& path)
 {
-    if (!QFileInfo::exists(path)) return true;
+    if (fileKind(path) == FileKind::Missing) return true;
     return QMessageBox::warning(
                over, QString(),
-               tr("%1 already exists.\nDo you want to replace it?").arg(QFileInfo(path).fileName()),
+               tr("%1 already exists.\nDo you want to replace it?").arg(readableName(path.name())),
                QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
 }
 

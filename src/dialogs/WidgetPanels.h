@@ -21,16 +21,17 @@ class WidgetPanels final : public FilePanels
     Q_DECLARE_TR_FUNCTIONS(quillfern::WidgetPanels)
 
   public:
-    void open(QObject* over, const OpenPanel& panel, std::function<void(const QStringList&)> chosen) override;
-    void save(QObject* over, const SavePanel& panel, std::function<void(const QString&)> chosen) override;
+    void open(QObject* over, const OpenPanel& panel,
+              std::function<void(const QList<FilePath>&)> chosen) override;
+    void save(QObject* over, const SavePanel& panel, std::function<void(const FilePath&)> chosen) override;
 
   private:
     void prepare(QFileDialog& dialog, const QString& kind) const;
-    void remember(const QString& kind, const QString& path);
+    void remember(const QString& kind, const FilePath& path);
     [[nodiscard]] static QString nameFilter(const QStringList& types);
-    [[nodiscard]] static bool mayReplace(QWidget* over, const QString& path);
+    [[nodiscard]] static bool mayReplace(QWidget* over, const FilePath& path);
 
-    QHash<QString, QString> lastFolders_; ///< by kind
+    QHash<QString, FilePath> lastFolders_; ///< by kind
 };
 
 } // namespace quillfern

@@ -1,6 +1,6 @@
 #include "filelist/AllowedFileTypes.h"
 
-#include "platform/system/NativePath.h"
+#include "platform/system/FilePath.h"
 
 namespace quillfern {
 
@@ -11,9 +11,9 @@ const QStringList& allowedFileTypes()
     return types;
 }
 
-bool hasAllowedType(const QString& path)
+bool hasAllowedType(const QString& name)
 {
-    return allowedFileTypes().contains(pathExtension(path));
+    return allowedFileTypes().contains(FilePath::extensionOf(name));
 }
 
 } // namespace quillfern

@@ -9,7 +9,7 @@ namespace quillfern {
 /// only.
 [[nodiscard]] const QStringList& allowedFileTypes();
 
-/// True when the file's extension is one of allowedFileTypes(), compared with case.
-[[nodiscard]] bool hasAllowedType(const QString& path);
+/// True when the extension of a file's name is one of allowedFileTypes(), compared with case.
+[[nodiscard]] bool hasAllowedType(const QString& name);
 
 } // namespace quillfern

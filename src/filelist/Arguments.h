@@ -1,15 +1,14 @@
 #pragma once
 
-#include <QList>
-#include <QUrl>
+#include "platform/system/FilePath.h"
 
 namespace quillfern {
 
 /// One request to gather files.
 struct Arguments
 {
-    QList<QUrl> urls;
-    bool isFolders = false; ///< walk folders and test extensions; otherwise take every URL as a file
+    QList<FilePath> urls;   ///< those of files and folders; others are left out where URLs come in
+    bool isFolders = false; ///< walk folders and test extensions; otherwise take every one as a file
     bool isIncludeSubdirectories = false;
 };
 

@@ -5,7 +5,6 @@
 #include "filelist/ItemFeed.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/Guarded.h"
-#include "platform/system/NativePath.h"
 #include "platform/system/TimeTaken.h"
 
 #include <QCoreApplication>
@@ -33,7 +32,7 @@ class FileGatherer::Request
         std::optional<FileListOrder> order;
         std::vector<FileItem> present;
         gatherer_.mainThread_.postAndWait([&] {
-            known_ = gatherer_.files_.urls(); // to refuse duplicates before anything is read of them
+            known_ = gatherer_.files_.paths(); // to refuse duplicates before anything is read of them
             order = gatherer_.files_.order();
             if (order) present = gatherer_.files_.copies();
             revision_ = gatherer_.files_.revision();
@@ -48,12 +47,11 @@ class FileGatherer::Request
 
     bool goOn() { return feed_.goOn(); }
 
-    void candidate(const QString& path)
+    void candidate(const FilePath& path)
     {
-        const QUrl url = fileUrl(path);
         const qsizetype before = known_.size();
-        known_.insert(url);
-        if (known_.size() > before) feed_.add(url);
+        known_.insert(path);
+        if (known_.size() > before) feed_.add(path);
     }
 
     /// Waits for the files that are still being counted. Returns whether anything was added.
@@ -95,7 +93,7 @@ class FileGatherer::Request
 
     FileGatherer& gatherer_;
     ItemFeed feed_;
-    QSet<QUrl> known_;
+    QSet<FilePath> known_;
     int added_ = 0;
     std::optional<FileListSorter> sorter_; ///< knows the items in the list, as long as that has `revision_`
     std::uint64_t revision_ = 0;
@@ -136,9 +134,9 @@ bool FileGatherer::start(const Arguments& request, std::optional<QString>& pdfOp
     return true;
 }
 
-void FileGatherer::startPasswords(const QList<QUrl>& urls, const QString& password)
+void FileGatherer::startPasswords(const QList<FilePath>& paths, const QString& password)
 {
-    waiting_.push_back([this, urls, password] { applyPassword(urls, password); });
+    waiting_.push_back([this, paths, password] { applyPassword(paths, password); });
     launchNext();
 }
 
@@ -168,7 +166,7 @@ void FileGatherer::loadURLs(const Arguments& arguments, const QString& pdfOpenPa
     });
 }
 
-void FileGatherer::applyPassword(const QList<QUrl>& urls, const QString& password)
+void FileGatherer::applyPassword(const QList<FilePath>& paths, const QString& password)
 {
     perform(passwordFailure, [&] {
         int row = 0;
@@ -177,9 +175,9 @@ void FileGatherer::applyPassword(const QList<QUrl>& urls, const QString& passwor
             [&](const std::vector<FileItem>& counted) {
                 mainThread_.postAndWait([&] { row = files_.takeCounts(counted, row); });
             });
-        for (const QUrl& url : urls) {
+        for (const FilePath& path : paths) {
             if (!feed.goOn()) break;
-            feed.add(url);
+            feed.add(path);
         }
         feed.finish();
     });
@@ -218,30 +216,28 @@ void FileGatherer::showIdle(const QString& timeTaken)
     });
 }
 
-bool FileGatherer::addFolderToList(Request& request, const QList<QUrl>& urls, bool includeSubdirectories)
+bool FileGatherer::addFolderToList(Request& request, const QList<FilePath>& paths, bool includeSubdirectories)
 {
     guarded("Error in (addFolderToList:) : %@", [&] {
-        FolderWalk walk([&](const QString& path) { request.candidate(path); },
+        FolderWalk walk([&](const FilePath& path) { request.candidate(path); },
                         [&] { return request.goOn(); });
-        for (const QUrl& url : urls) {
+        for (const FilePath& path : paths) {
             if (!request.goOn()) break;
-            const QString path = localPath(url);
             if (path.isEmpty()) continue;
             if (fileKind(path) == FileKind::Folder)
                 walk.walk(path, includeSubdirectories);
-            else if (hasAllowedType(path))
+            else if (hasAllowedType(path.name()))
                 request.candidate(path);
         }
     });
     return request.finish();
 }
 
-bool FileGatherer::addFilesToList(Request& request, const QList<QUrl>& urls)
+bool FileGatherer::addFilesToList(Request& request, const QList<FilePath>& paths)
 {
     guarded("Error in (addFilesToList:) : %@", [&] {
-        for (const QUrl& url : urls) {
+        for (const FilePath& path : paths) {
             if (!request.goOn()) break;
-            const QString path = localPath(url);
             if (!path.isEmpty()) request.candidate(path);
         }
     });

@@ -16,7 +16,7 @@
 
 namespace quillfern {
 
-/// Turns URLs of files and folders into items of the list, on a thread of its own: the walk finds files one
+/// Turns paths of files and folders into items of the list, on a thread of its own: the walk finds files one
 /// by one, all cores count pages, and the items reach the list on the main thread in the order in which they
 /// were found, a few at a time. Files of the list that are given a password are counted anew in the same way.
 ///
@@ -37,10 +37,10 @@ class FileGatherer
     /// copy of the password, which is made the empty text when it is absent. Main thread.
     bool start(const Arguments& request, std::optional<QString>& pdfOpenPassword);
 
-    /// Gives the items of these URLs a password and counts their pages anew, on a new thread. It waits its
+    /// Gives the items of these paths a password and counts their pages anew, on a new thread. It waits its
     /// turn while another request runs. Items that a cancel leaves out keep the password they have. Main
     /// thread.
-    void startPasswords(const QList<QUrl>& urls, const QString& password);
+    void startPasswords(const QList<FilePath>& paths, const QString& password);
 
     /// Asks a request that runs to stop, for good: no other begins after this. Waits so long for it and for
     /// the files still being counted; true when nothing runs any more. Main thread.
@@ -51,9 +51,9 @@ class FileGatherer
 
   private:
     class Request;
-    bool addFolderToList(Request& request, const QList<QUrl>& urls, bool includeSubdirectories);
-    bool addFilesToList(Request& request, const QList<QUrl>& urls);
-    void applyPassword(const QList<QUrl>& urls, const QString& password);
+    bool addFolderToList(Request& request, const QList<FilePath>& paths, bool includeSubdirectories);
+    bool addFilesToList(Request& request, const QList<FilePath>& paths);
+    void applyPassword(const QList<FilePath>& paths, const QString& password);
     void launch(std::function<void()> request);
     void launchNext();
     /// Runs a request between busy and idle.

@@ -6,23 +6,21 @@
 #include "platform/system/FileFacts.h"
 #include "platform/system/NativePath.h"
 
-#include <QFileInfo>
 #include <array>
 #include <cmath>
 
 namespace quillfern {
 
-std::int32_t getTiffPageCount(const QUrl& url, const QString&, std::int32_t& compression)
+std::int32_t getTiffPageCount(const FilePath& path, const QString&, std::int32_t& compression)
 {
-    if (!url.isLocalFile()) return 0;
-    const PageCount count = countPages(localPath(url));
+    const PageCount count = countPages(path);
     if (count.pages > 0) compression = count.compression;
     return count.pages;
 }
 
-bool verifyPDF(const std::optional<QUrl>& url, const std::optional<QString>& password)
+bool verifyPDF(const FilePath& path, const std::optional<QString>& password)
 {
-    return url && password && pdfOpensWith(localPath(*url), *password);
+    return !path.isEmpty() && password && pdfOpensWith(path, *password);
 }
 
 QString sizeText(std::int32_t bytes)
@@ -43,19 +41,18 @@ QString sizeText(std::int32_t bytes)
     return QStringLiteral("%1 %2").arg(number, QString::fromLatin1(units[step]));
 }
 
-std::optional<FileItem> FileItem::initWithURL(const QUrl& url)
+std::optional<FileItem> FileItem::initWithURL(const FilePath& path)
 {
-    const QString path = localPath(url);
     if (path.isEmpty()) return std::nullopt;
     FileItem item;
-    item.setFilePath(fileUrl(path)); // one file, one spelling: equal items are told by their URLs
+    item.setFilePath(path);
     return item;
 }
 
-void FileItem::setFilePath(const QUrl& url)
+void FileItem::setFilePath(const FilePath& path)
 {
-    filePath_ = url;
-    const auto allocated = allocatedSize(path());
+    filePath_ = path;
+    const auto allocated = allocatedSize(path);
     if (allocated) size_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(*allocated));
 }
 
@@ -73,27 +70,6 @@ void FileItem::takeCount(const FileItem& counted)
     pages_ = counted.pages_;
 }
 
-QString FileItem::path() const
-{
-    return localPath(filePath_);
-}
-
-QString FileItem::name() const
-{
-    return QFileInfo(path()).fileName();
-}
-
-QString FileItem::location() const
-{
-    const QString whole = path();
-    return whole.isEmpty() ? QString() : QFileInfo(whole).path();
-}
-
-QString FileItem::type() const
-{
-    return pathExtension(path());
-}
-
 FileType FileItem::fileType() const
 {
     const QString extension = type().toUpper();
@@ -104,17 +80,17 @@ FileType FileItem::fileType() const
 
 QDateTime FileItem::dateModified() const
 {
-    return fileTimes(path()).modified.toLocalTime();
+    return fileTimes(filePath_).modified.toLocalTime();
 }
 
 QDateTime FileItem::dateCreated() const
 {
-    return fileTimes(path()).created.toLocalTime();
+    return fileTimes(filePath_).created.toLocalTime();
 }
 
 QDateTime FileItem::dateAccessed() const
 {
-    return fileTimes(path()).accessed.toLocalTime();
+    return fileTimes(filePath_).accessed.toLocalTime();
 }
 
 QVariant FileItem::displayField(const QString& identifier, const QLocale& locale) const

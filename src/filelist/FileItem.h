@@ -1,9 +1,10 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QDateTime>
 #include <QLocale>
 #include <QString>
-#include <QUrl>
 #include <QVariant>
 #include <cstdint>
 #include <optional>
@@ -12,11 +13,11 @@ namespace quillfern {
 
 /// The number of pages of a file and its TIFF compression code. `compression` keeps its value where the file
 /// states none. The password is accepted and not used: counting never unlocks a document.
-[[nodiscard]] std::int32_t getTiffPageCount(const QUrl& url, const QString& password,
+[[nodiscard]] std::int32_t getTiffPageCount(const FilePath& path, const QString& password,
                                             std::int32_t& compression);
 
-/// True when a PDF document opens from `url` and either is not encrypted or unlocks with `password`.
-[[nodiscard]] bool verifyPDF(const std::optional<QUrl>& url, const std::optional<QString>& password);
+/// True when a PDF document opens from `path` and either is not encrypted or unlocks with `password`.
+[[nodiscard]] bool verifyPDF(const FilePath& path, const std::optional<QString>& password);
 
 /// What the totals and the commands tell apart.
 enum class FileType { Pdf, Tiff, Other };
@@ -28,17 +29,15 @@ enum class FileType { Pdf, Tiff, Other };
 class FileItem
 {
   public:
-    /// A checked item for a file URL; nothing for any other URL. Its pages are counted by
-    /// setPdfOpenPassword().
-    [[nodiscard]] static std::optional<FileItem> initWithURL(const QUrl& url);
+    /// A checked item for a file; nothing for an empty path, which is what a URL of anything else gives. Its
+    /// pages are counted by setPdfOpenPassword().
+    [[nodiscard]] static std::optional<FileItem> initWithURL(const FilePath& path);
 
     [[nodiscard]] bool isSelected() const { return isSelected_; } ///< the check mark
     void setIsSelected(bool selected) { isSelected_ = selected; }
-    [[nodiscard]] const QUrl& filePath() const { return filePath_; }
-    /// The same as a path, in the form that NativePath.h describes.
-    [[nodiscard]] QString path() const;
+    [[nodiscard]] const FilePath& filePath() const { return filePath_; }
     /// Also takes the file's size on disk; the size stays as it was when the file cannot be looked at.
-    void setFilePath(const QUrl& url);
+    void setFilePath(const FilePath& path);
     [[nodiscard]] std::int32_t pages() const { return pages_; }
     [[nodiscard]] std::int32_t compression() const { return compression_; } ///< TIFF code of the first image
     /// Allocated on disk, in bytes, cut to 32 bits.
@@ -49,9 +48,11 @@ class FileItem
     /// Takes over password, pages and compression of an equal item that has been counted elsewhere.
     void takeCount(const FileItem& counted);
 
-    [[nodiscard]] QString name() const;
-    [[nodiscard]] QString location() const;  ///< the folder
-    [[nodiscard]] QString type() const;      ///< the extension as it is written
+    // In the text form of NativePath.h.
+    [[nodiscard]] QString name() const { return filePath_.name(); }
+    [[nodiscard]] QString location() const { return filePath_.parent().text(); } ///< the folder
+    [[nodiscard]] QString type() const { return filePath_.extension(); }         ///< as it is written
+
     [[nodiscard]] FileType fileType() const; ///< told by the extension, in any mix of case
     [[nodiscard]] QString sizeInKB() const { return sizeText(size_); }
     // Read from the file system at every call; invalid when they cannot be.
@@ -63,14 +64,14 @@ class FileItem
     /// one.
     [[nodiscard]] QVariant displayField(const QString& identifier, const QLocale& locale = QLocale()) const;
 
-    /// Items are equal when their URLs are.
+    /// Items are equal when their paths are.
     bool operator==(const FileItem& other) const { return filePath_ == other.filePath_; }
 
   private:
     FileItem() = default;
 
     bool isSelected_ = true;
-    QUrl filePath_;
+    FilePath filePath_;
     std::int32_t pages_ = 0;
     std::int32_t compression_ = 1;
     std::int32_t size_ = 0;

@@ -69,9 +69,9 @@ int FileList::append(std::vector<FileItem> batch)
 {
     Items fresh;
     for (FileItem& item : batch) {
-        const qsizetype before = urls_.size();
-        urls_.insert(item.filePath());
-        if (urls_.size() > before) fresh.push_back(std::make_unique<FileItem>(std::move(item)));
+        const qsizetype before = paths_.size();
+        paths_.insert(item.filePath());
+        if (paths_.size() > before) fresh.push_back(std::make_unique<FileItem>(std::move(item)));
     }
     if (fresh.empty()) return 0;
     const int added = static_cast<int>(fresh.size());
@@ -93,7 +93,7 @@ void FileList::removeRange(int first, int last)
     const auto end = items_.begin() + last + 1;
     for (auto it = begin; it != end; ++it) {
         tally(**it, -1);
-        urls_.remove((*it)->filePath());
+        paths_.remove((*it)->filePath());
     }
     items_.erase(begin, end);
     tell([](FileListObserver& o) { o.removed(); });
@@ -176,7 +176,7 @@ void FileList::setIsSelected(const std::vector<int>& rows, std::optional<bool> s
 int FileList::takeCounts(const std::vector<FileItem>& counted, int from)
 {
     for (const FileItem& result : counted) {
-        if (!urls_.contains(result.filePath())) continue;
+        if (!paths_.contains(result.filePath())) continue;
         do {
             from = from < count() ? from + 1 : 1; // goes round once at most: the item is there
         } while (!(at(from - 1) == result));

@@ -59,8 +59,8 @@ class FileList
     [[nodiscard]] bool empty() const { return items_.empty(); }
     [[nodiscard]] const FileItem& at(int row) const { return *items_[static_cast<std::size_t>(row)]; }
     [[nodiscard]] const FileTotals& totals() const { return totals_; }
-    /// The URLs of all items; a copy costs nothing.
-    [[nodiscard]] const QSet<QUrl>& urls() const { return urls_; }
+    /// The paths of all items; a copy costs nothing.
+    [[nodiscard]] const QSet<FilePath>& paths() const { return paths_; }
     /// Another number after every change of which items there are and in what order.
     [[nodiscard]] std::uint64_t revision() const { return revision_; }
     /// As they are now; they are valid until the next change.
@@ -107,7 +107,7 @@ class FileList
     }
 
     Items items_;
-    QSet<QUrl> urls_;
+    QSet<FilePath> paths_;
     FileTotals totals_;
     std::uint64_t revision_ = 0;
     std::optional<FileListOrder> order_;

@@ -15,11 +15,11 @@ std::vector<int> FileListCommands::allRows() const
     return rows;
 }
 
-QStringList FileListCommands::paths(const std::vector<int>& rows) const
+QList<FilePath> FileListCommands::paths(const std::vector<int>& rows) const
 {
-    QStringList list;
+    QList<FilePath> list;
     for (const int row : rows)
-        list.append(files_.at(row).path());
+        list.append(files_.at(row).filePath());
     return list;
 }
 
@@ -107,7 +107,7 @@ bool FileListCommands::canMoveDown(const std::vector<int>& rows) const
 void FileListCommands::openFiles(const std::vector<int>& rows)
 {
     guarded("Error in (openFiles) : %@", [&] {
-        for (const QString& path : paths(rows))
+        for (const FilePath& path : paths(rows))
             desktop_.open(path);
     });
 }
@@ -127,10 +127,10 @@ void FileListCommands::updatePDFReadPassword(const std::optional<QString>& passw
 {
     if (!password) return;
     guarded("Error in (updatePDFReadPassword:) : %@", [&] {
-        QList<QUrl> urls;
+        QList<FilePath> pdfs;
         for (const int row : rows)
-            if (files_.at(row).fileType() == FileType::Pdf) urls.append(files_.at(row).filePath());
-        if (!urls.isEmpty()) view_.applyPassword(urls, *password);
+            if (files_.at(row).fileType() == FileType::Pdf) pdfs.append(files_.at(row).filePath());
+        if (!pdfs.isEmpty()) view_.applyPassword(pdfs, *password);
     });
 }
 

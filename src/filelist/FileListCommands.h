@@ -21,7 +21,7 @@ class FileListView
     /// The same, and takes the keyboard and scrolls to `scrollTo`.
     virtual void selectMovedRows(const std::vector<int>& rows, int scrollTo) = 0;
     /// Gives these files of the list a password and has their pages counted anew, in the background.
-    virtual void applyPassword(const QList<QUrl>& urls, const QString& password) = 0;
+    virtual void applyPassword(const QList<FilePath>& paths, const QString& password) = 0;
 };
 
 /// The commands on the file list. Rows are those selected in the table, ascending, each once. No command
@@ -66,7 +66,7 @@ class FileListCommands
     void mark(int tag, const std::vector<int>& rows);
     void showChange();
     [[nodiscard]] std::vector<int> allRows() const;
-    [[nodiscard]] QStringList paths(const std::vector<int>& rows) const;
+    [[nodiscard]] QList<FilePath> paths(const std::vector<int>& rows) const;
 
     FileList& files_;
     FileListView& view_;

@@ -18,7 +18,7 @@ QString dateField(const QDateTime& moment)
 
 QString line(const FileItem& item)
 {
-    const FileTimes times = fileTimes(item.path());
+    const FileTimes times = fileTimes(item.filePath());
     const QStringList fields = {readableName(item.name()), QString::number(item.pages()),
                                 item.sizeInKB(),           readableName(item.type()),
                                 dateField(times.modified), dateField(times.accessed),
@@ -36,7 +36,7 @@ QByteArray exportedList(const FileList& files)
     return text;
 }
 
-bool exportList(const FileList& files, const QString& path)
+bool exportList(const FileList& files, const FilePath& path)
 {
     return guarded("Error in (export) : %@", false, [&] {
         AtomicFile::writeWhole(path, exportedList(files));

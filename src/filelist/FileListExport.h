@@ -12,7 +12,7 @@ class Clock;
 
 /// Writes exportedList() whole to a file. A failure is told of in the system log, and leaves what was there.
 /// Returns whether it was written.
-bool exportList(const FileList& files, const QString& path);
+bool exportList(const FileList& files, const FilePath& path);
 
 /// The name proposed for an export made now.
 [[nodiscard]] QString exportFileName(const Clock& clock);

@@ -30,13 +30,6 @@ QString ownMarkFormat()
     return QStringLiteral("application/x-quillfern-rows");
 }
 
-QList<QUrl> fileUrls(const QMimeData& data)
-{
-    QList<QUrl> urls = data.urls();
-    urls.removeIf([](const QUrl& url) { return !url.isLocalFile(); });
-    return urls;
-}
-
 } // namespace
 
 QString FileListModel::columnIdentifier(int column)
@@ -141,7 +134,7 @@ QMimeData* FileListModel::mimeData(const QModelIndexList& indexes) const
     if (rows.empty()) return nullptr;
     QList<QUrl> urls;
     for (const int row : rows)
-        urls.append(files_.at(row).filePath());
+        urls.append(files_.at(row).filePath().url());
     auto* data = new QMimeData; // the caller owns it
     data->setUrls(urls);
     data->setData(ownMarkFormat(), ownMark_);
@@ -159,8 +152,8 @@ bool FileListModel::dropMimeData(const QMimeData* data, Qt::DropAction action, i
                                  const QModelIndex& parent)
 {
     if (!canDropMimeData(data, action, row, column, parent)) return false;
-    const QList<QUrl> urls = fileUrls(*data);
-    if (!urls.isEmpty()) Q_EMIT filesDropped(urls);
+    const QList<FilePath> paths = filePaths(data->urls());
+    if (!paths.isEmpty()) Q_EMIT filesDropped(paths);
     return false;
 }
 

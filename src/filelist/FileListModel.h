@@ -61,7 +61,7 @@ class FileListModel final : public QAbstractTableModel, private FileListObserver
 
   Q_SIGNALS:
     /// Files and folders were dropped from elsewhere.
-    void filesDropped(const QList<QUrl>& urls);
+    void filesDropped(const QList<FilePath>& paths);
     /// A check box was clicked, so that whoever shows totals can follow.
     void checkMarkEdited();
     /// The user has sorted by a column.

@@ -40,11 +40,11 @@ std::variant<std::int64_t (*)(const FileItem&), QString (FileItem::*)() const> f
     if (field == QLatin1String("PAGES")) return [](const FileItem& i) { return std::int64_t{i.pages()}; };
     if (field == QLatin1String("SIZEINKB")) return [](const FileItem& i) { return std::int64_t{i.size()}; };
     if (field == QLatin1String("DATEMODIFIED"))
-        return [](const FileItem& i) { return moment(fileTimes(i.path()).modified); };
+        return [](const FileItem& i) { return moment(fileTimes(i.filePath()).modified); };
     if (field == QLatin1String("DATECREATED"))
-        return [](const FileItem& i) { return moment(fileTimes(i.path()).created); };
+        return [](const FileItem& i) { return moment(fileTimes(i.filePath()).created); };
     if (field == QLatin1String("DATEACCESSED"))
-        return [](const FileItem& i) { return moment(fileTimes(i.path()).accessed); };
+        return [](const FileItem& i) { return moment(fileTimes(i.filePath()).accessed); };
     return [](const FileItem&) { return std::int64_t{0}; };
 }
 

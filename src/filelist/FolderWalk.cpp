@@ -1,7 +1,6 @@
 #include "filelist/FolderWalk.h"
 
 #include "filelist/AllowedFileTypes.h"
-#include "platform/system/NativePath.h"
 
 #include <QSet>
 #include <algorithm>
@@ -21,7 +20,7 @@ bool isPackage(const QString& folderName)
                 .split(u' ');
         return QSet<QString>(list.begin(), list.end());
     }();
-    return suffixes.contains(pathExtension(folderName).toLower());
+    return suffixes.contains(FilePath::extensionOf(folderName).toLower());
 }
 
 } // namespace
@@ -51,9 +50,8 @@ std::vector<QString> FolderWalk::sorted(std::vector<QString> names) const
     return names;
 }
 
-void FolderWalk::walk(const QString& folder, bool includeSubfolders)
+void FolderWalk::walk(const FilePath& folder, bool includeSubfolders)
 {
-    const QString prefix = folder.endsWith(u'/') ? folder : folder + u'/';
     std::vector<QString> files;
     std::vector<QString> folders;
     for (FolderEntry& entry : folderEntries(folder, goOn_)) {
@@ -64,12 +62,12 @@ void FolderWalk::walk(const QString& folder, bool includeSubfolders)
     }
     for (const QString& name : sorted(std::move(files))) {
         if (!goOn_()) return;
-        visit_(prefix + name);
+        visit_(folder.child(name));
     }
     // The system names no path longer than a few thousand bytes, which bounds the depth.
     for (const QString& name : sorted(std::move(folders))) {
         if (!goOn_()) return;
-        walk(prefix + name, true);
+        walk(folder.child(name), true);
     }
 }
 

@@ -3,7 +3,6 @@
 #include "filelist/NameOrder.h"
 #include "platform/system/FolderEntries.h"
 
-#include <QString>
 #include <functional>
 
 namespace quillfern {
@@ -19,17 +18,17 @@ class FolderWalk
   public:
     /// `visit` gets the path of each file as it is found. `goOn` is asked often and ends the walk when it
     /// says no. Both are called on the walking thread.
-    FolderWalk(std::function<void(const QString&)> visit, std::function<bool()> goOn)
+    FolderWalk(std::function<void(const FilePath&)> visit, std::function<bool()> goOn)
         : visit_(std::move(visit)), goOn_(std::move(goOn))
     {
     }
 
-    void walk(const QString& folder, bool includeSubfolders);
+    void walk(const FilePath& folder, bool includeSubfolders);
 
   private:
     [[nodiscard]] std::vector<QString> sorted(std::vector<QString> names) const;
 
-    std::function<void(const QString&)> visit_;
+    std::function<void(const FilePath&)> visit_;
     std::function<bool()> goOn_;
     NameOrder order_;
 };

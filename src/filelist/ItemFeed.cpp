@@ -25,13 +25,13 @@ bool ItemFeed::goOn()
     return wanted_();
 }
 
-void ItemFeed::add(const QUrl& url)
+void ItemFeed::add(const FilePath& path)
 {
     while (pipeline_.pending() >= mostPending) {
         if (!goOn()) return;
         wait();
     }
-    pipeline_.add(url);
+    pipeline_.add(path);
 }
 
 void ItemFeed::finish()

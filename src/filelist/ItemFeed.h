@@ -6,7 +6,7 @@
 
 namespace quillfern {
 
-/// Sends URLs through an ItemPipeline and hands on what comes out of it a few items at a time, as often as a
+/// Sends paths through an ItemPipeline and hands on what comes out of it a few items at a time, as often as a
 /// person likes to see something happen. Used by one thread, on which both functions are called as well.
 class ItemFeed
 {
@@ -20,7 +20,7 @@ class ItemFeed
     /// Whether to continue. To be asked all the time: this is also where items find their way out.
     bool goOn();
     /// Waits for a place when too many files are in work.
-    void add(const QUrl& url);
+    void add(const FilePath& path);
     /// Waits for the files that are still being counted, and delivers the last items.
     void finish();
 

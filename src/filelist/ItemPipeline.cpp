@@ -40,18 +40,18 @@ ItemPipeline::~ItemPipeline()
     state_->isAbandoned = true;
 }
 
-void ItemPipeline::add(const QUrl& url)
+void ItemPipeline::add(const FilePath& path)
 {
     const auto slot = std::make_shared<State::Slot>();
     {
         const std::lock_guard lock(state_->mutex);
         state_->slots.push_back(slot);
     }
-    pool_.start([state = state_, slot, url, password = password_, failure = failure_] {
+    pool_.start([state = state_, slot, path, password = password_, failure = failure_] {
         if (state->abandoned()) return;
         std::optional<FileItem> item;
         guarded(failure, [&] {
-            item = FileItem::initWithURL(url);
+            item = FileItem::initWithURL(path);
             if (item) item->setPdfOpenPassword(password);
         });
         const std::lock_guard lock(state->mutex);

@@ -9,8 +9,8 @@
 
 namespace quillfern {
 
-/// Makes items of URLs, which means reading each file's page count, on the threads of a pool, and gives them
-/// back in the order in which the URLs came. Used by one thread. Leaving waits for nobody: files not yet
+/// Makes items of paths, which means reading each file's page count, on the threads of a pool, and gives them
+/// back in the order in which the paths came. Used by one thread. Leaving waits for nobody: files not yet
 /// begun are dropped, and what is in work ends unheard.
 class ItemPipeline
 {
@@ -22,12 +22,12 @@ class ItemPipeline
     ItemPipeline(const ItemPipeline&) = delete;
     ItemPipeline& operator=(const ItemPipeline&) = delete;
 
-    void add(const QUrl& url);
-    /// URLs added and items not yet taken.
+    void add(const FilePath& path);
+    /// Paths added and items not yet taken.
     [[nodiscard]] std::size_t pending() const;
     /// Waits until the next item in order is ready, or for so long.
     void waitForNext(std::chrono::milliseconds atMost) const;
-    /// The items that are ready and have none before them that is not. A URL that names no file gives none.
+    /// The items that are ready and have none before them that is not. An empty path gives none.
     [[nodiscard]] std::vector<FileItem> takeReady();
 
   private:

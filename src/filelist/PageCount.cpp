@@ -5,28 +5,26 @@
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 
-#include <QFile>
+#include <QIODevice>
 
 namespace quillfern {
 
 namespace {
 
 /// The first bytes of a regular file; nothing of one that cannot be read.
-QByteArray startOf(const QString& path)
+QByteArray startOf(const FilePath& path)
 {
     constexpr qint64 size = 1024;
-    QFile file;
     try {
-        openRegularFile(file, path);
+        return readRegularFile(path)->read(size);
     } catch (const Failure&) {
         return {};
     }
-    return file.read(size);
 }
 
 } // namespace
 
-PageCount countPages(const QString& path)
+PageCount countPages(const FilePath& path)
 {
     const QByteArray start = startOf(path);
     if (start.isEmpty()) return {};

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QString>
+#include "platform/system/FilePath.h"
+
 #include <cstdint>
 
 namespace quillfern {
@@ -14,6 +15,6 @@ struct PageCount
 
 /// Counts the pages of a PDF or raster file of any supported format, told by its content, not by its name.
 /// Reads the trailer and page tree of a PDF, the directories of a TIFF, the headers of others; never pixels.
-[[nodiscard]] PageCount countPages(const QString& path);
+[[nodiscard]] PageCount countPages(const FilePath& path);
 
 } // namespace quillfern

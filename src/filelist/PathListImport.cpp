@@ -37,7 +37,7 @@ std::optional<PathListImport::Problem> PathListImport::importAction()
         return Problem{
             QCoreApplication::translate("quillfern::PathListImport", "Please paste file(s) path to import!"),
             Problem::Focus::Text};
-    if (method_ == FromFile) parser_.parseFile(importFile_);
+    if (method_ == FromFile) parser_.parseFile(FilePath::fromText(importFile_));
     if (method_ == FromText) parser_.parseText(importText_);
     if (files().isEmpty())
         return Problem{QCoreApplication::translate("quillfern::PathListImport", "No File(s) Found!"),

@@ -40,7 +40,7 @@ class PathListImport
     /// Reads the list anew by the chosen method. Nothing in the way means that files() are to be loaded.
     [[nodiscard]] std::optional<Problem> importAction();
 
-    [[nodiscard]] const QList<QUrl>& files() const { return parser_.files(); }
+    [[nodiscard]] const QList<FilePath>& files() const { return parser_.files(); }
     [[nodiscard]] QString totalFilesFound() const { return parser_.totalFilesFound(); }
 
   private:

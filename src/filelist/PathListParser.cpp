@@ -5,7 +5,6 @@
 #include "platform/system/NativePath.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QSet>
 
 namespace quillfern {
@@ -14,15 +13,14 @@ namespace {
 
 constexpr qint64 largestList = 256 << 20; // two million paths of a hundred bytes, and then some
 
-QString readList(const QString& path)
+QString readList(const FilePath& path)
 {
-    QFile file;
-    openRegularFile(file, path);
-    if (file.size() > largestList)
-        throw Failure(QStringLiteral("%1 is too large for a list of paths").arg(readableName(path)));
-    QByteArray bytes = file.read(largestList);
-    if (file.error() != QFileDevice::NoError)
-        throw Failure(QStringLiteral("cannot read %1: %2").arg(readableName(path), file.errorString()));
+    const auto file = readRegularFile(path);
+    if (file->size() > largestList)
+        throw Failure(QStringLiteral("%1 is too large for a list of paths").arg(path.readable()));
+    QByteArray bytes = file->read(largestList);
+    if (file->error() != QFileDevice::NoError)
+        throw Failure(QStringLiteral("cannot read %1: %2").arg(path.readable(), file->errorString()));
     if (bytes.startsWith("\xEF\xBB\xBF"))
         bytes.remove(0, 3); // says how the text is encoded, not what it says
     return pathText(bytes);
@@ -36,7 +34,7 @@ void PathListParser::parseText(const std::optional<QString>& text)
     guarded("Error in (parseText:) : %@", [&] { takeLines(text.value_or(QString())); });
 }
 
-bool PathListParser::parseFile(const QString& path)
+bool PathListParser::parseFile(const FilePath& path)
 {
     std::optional<QString> text;
     guarded("Error in (parseFile:) : %@", [&] { text = readList(path); });
@@ -48,15 +46,14 @@ void PathListParser::takeLines(const QString& text)
 {
     const QStringList types = allowedTypes_.split(u',');
     const QSet<QString> allowed(types.begin(), types.end());
-    QSet<QUrl> seen;
+    QSet<FilePath> seen;
     for (const QStringView line : QStringView(text).split(u'\n')) {
-        const QString path = line.toString();
-        const QString extension = pathExtension(path).toUpper();
-        if (extension.isEmpty() || !allowed.contains(extension) || path.contains(QChar(u'\0'))) continue;
-        const QUrl url = fileUrl(absolutePath(path));
+        const FilePath path = FilePath::fromText(line.toString());
+        const QString extension = path.extension().toUpper();
+        if (extension.isEmpty() || !allowed.contains(extension)) continue;
         const qsizetype before = seen.size();
-        seen.insert(url);
-        if (seen.size() > before) files_.append(url);
+        seen.insert(path);
+        if (seen.size() > before) files_.append(path);
     }
 }
 
@@ -69,8 +66,8 @@ QString PathListParser::totalFilesFound() const
 QString PathListParser::foundPaths() const
 {
     QStringList paths;
-    for (const QUrl& url : files_)
-        paths.append(localPath(url));
+    for (const FilePath& path : files_)
+        paths.append(path.text());
     return paths.join(u'\n');
 }
 

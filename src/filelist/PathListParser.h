@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QList>
-#include <QString>
-#include <QUrl>
+#include "platform/system/FilePath.h"
+
 #include <optional>
 
 namespace quillfern {
@@ -20,21 +19,21 @@ class PathListParser
     /// The same for the text, in UTF-8, of a file. Bytes of a line that are not UTF-8 belong to its path. A
     /// file that cannot be read, or is too large to be a list of paths, is told of in the system log and
     /// counts as no text; so it returns whether there was one.
-    bool parseFile(const QString& path);
+    bool parseFile(const FilePath& path);
     void clear() { files_.clear(); }
 
     /// What was found, in order, each once.
-    [[nodiscard]] const QList<QUrl>& files() const { return files_; }
+    [[nodiscard]] const QList<FilePath>& files() const { return files_; }
     /// The text for the label that counts them.
     [[nodiscard]] QString totalFilesFound() const;
-    /// Their paths, one a line.
+    /// Their paths in the text form of NativePath.h, one a line.
     [[nodiscard]] QString foundPaths() const;
 
   private:
     void takeLines(const QString& text);
 
     QString allowedTypes_;
-    QList<QUrl> files_;
+    QList<FilePath> files_;
 };
 
 } // namespace quillfern

@@ -1,5 +1,4 @@
 #include "platform/pageimages/RenderReply.h"
-#include "platform/system/NativePath.h"
 #include "render/PdfPageImages.h"
 #include "render/RasterPageImages.h"
 
@@ -22,7 +21,7 @@ int main(int argc, char** argv)
         std::fputs("quillfern-render FILE-URL PAGE WIDTH HEIGHT DENSITY: for Quillfern's own use\n", stderr);
         return 2;
     }
-    const PageImageRequest request{localPath(QUrl::fromEncoded(arguments[1].toLatin1())),
+    const PageImageRequest request{FilePath::fromUrl(QUrl::fromEncoded(arguments[1].toLatin1())),
                                    arguments[2].toInt(),
                                    {arguments[3].toDouble(), arguments[4].toDouble()},
                                    arguments[5].toDouble()};
@@ -30,7 +29,7 @@ int main(int argc, char** argv)
 
     PdfPageImages pdf;
     RasterPageImages raster;
-    const bool isPdf = pathExtension(request.path).toUpper() == QLatin1String("PDF");
+    const bool isPdf = request.path.extension().toUpper() == QLatin1String("PDF");
     PageImageSource& source = isPdf ? static_cast<PageImageSource&>(pdf) : raster;
     const auto page = source.page(request);
     if (!page) return 1;

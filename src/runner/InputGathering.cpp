@@ -6,24 +6,22 @@
 #include "platform/system/NativePath.h"
 #include "runner/Worker.h"
 
-#include <QDir>
-
 namespace quillfern {
 
 namespace {
 
-/// One more URL, in the last request where that is of the same kind.
-void addTo(std::vector<Arguments>& requests, const QUrl& url, bool isFolder, bool subfolders)
+/// One more path, in the last request where that is of the same kind.
+void addTo(std::vector<Arguments>& requests, const FilePath& path, bool isFolder, bool subfolders)
 {
     if (requests.empty() || requests.back().isFolders != isFolder)
         requests.push_back({{}, isFolder, subfolders});
-    requests.back().urls.append(url);
+    requests.back().urls.append(path);
 }
 
-QList<QUrl> filesOfList(const QString& list)
+QList<FilePath> filesOfList(const QString& list)
 {
     PathListParser parser(allowedFileTypes().join(u','));
-    if (!parser.parseFile(absolutePath(list)))
+    if (!parser.parseFile(FilePath::fromText(list)))
         throw WrongUse(QStringLiteral("the list \"%1\" cannot be read").arg(readableName(list)));
     if (parser.files().isEmpty())
         throw WrongUse(QStringLiteral("the list \"%1\" names no PDF, TIFF, BMP, JPEG, PNG or GIF file")
@@ -37,18 +35,18 @@ std::vector<Arguments> requestsFor(const RunnerOptions& options)
 {
     std::vector<Arguments> requests;
     for (const QString& input : options.inputs) {
-        const QString path = QDir::cleanPath(absolutePath(input));
+        const FilePath path = FilePath::fromText(input);
         const FileKind kind = fileKind(path);
         const QString name = readableName(input);
         if (kind == FileKind::Missing)
             throw WrongUse(QStringLiteral("there is no file or folder \"%1\"").arg(name));
-        if (kind != FileKind::Folder && !allowedFileTypes().contains(pathExtension(path).toLower()))
+        if (kind != FileKind::Folder && !allowedFileTypes().contains(path.extension().toLower()))
             throw WrongUse(QStringLiteral("\"%1\" is not a PDF, TIFF, BMP, JPEG, PNG or GIF file").arg(name));
-        addTo(requests, fileUrl(path), kind == FileKind::Folder, options.subfolders);
+        addTo(requests, path, kind == FileKind::Folder, options.subfolders);
     }
     for (const QString& list : options.lists)
-        for (const QUrl& url : filesOfList(list))
-            addTo(requests, url, false, false);
+        for (const FilePath& path : filesOfList(list))
+            addTo(requests, path, false, false);
     return requests;
 }
 

@@ -13,8 +13,6 @@
 #include "runner/Worker.h"
 #include "stamps/TextStamp.h"
 
-#include <QDir>
-
 namespace quillfern {
 
 Runner::Runner(ProcessServices services, QTextStream& out, QTextStream& err, bool showProgress)
@@ -39,13 +37,13 @@ void Runner::gather(const RunnerOptions& options, FileList& files, const std::fu
     if (files.empty()) throw WrongUse(QStringLiteral("the folders named hold no files to stamp"));
 }
 
-void Runner::writeExport(const QString& path, const FileList& files)
+void Runner::writeExport(const FilePath& path, const FileList& files)
 {
-    const QString target = QDir::cleanPath(absolutePath(path));
-    if (!exportList(files, target))
-        throw WrongUse(QStringLiteral("the list cannot be written to \"%1\" (--export)").arg(path));
+    if (!exportList(files, path))
+        throw WrongUse(
+            QStringLiteral("the list cannot be written to \"%1\" (--export)").arg(path.readable()));
     if (quiet_) return;
-    out_ << totalLabelText(files.totals()) << "\nList: " << readableName(target) << '\n';
+    out_ << totalLabelText(files.totals()) << "\nList: " << path.readable() << '\n';
     out_.flush();
 }
 
@@ -89,7 +87,7 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
             preview(settings, options, files);
         }
         if (!options.asksForJob()) return AllCreated;
-        settings.outputFolderPath = QDir::cleanPath(absolutePath(*settings.outputFolderPath));
+        settings.outputFolderPath = FilePath::fromText(*settings.outputFolderPath).text();
         try {
             requireOutputFolder(settings.outputFolderPath);
         } catch (const Failure& failure) {
@@ -97,8 +95,6 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
             throw WrongUse(text.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) +
                            QStringLiteral(" (--output)"));
         }
-        if (!QFileInfo(*settings.outputFolderPath).isDir())
-            throw WrongUse(QStringLiteral("\"%1\" is no folder (--output)").arg(*settings.outputFolderPath));
         nameSubstitutes(*settings.number);
         gather(options, files, stopRequested);
         if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
@@ -121,8 +117,7 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
 void Runner::preview(Settings& settings, const RunnerOptions& options, const FileList& files)
 {
     if (drawPreview(settings.number->configuration(), files, options.previewSize, options.preview)) return;
-    err_ << readableName(localPath(files.at(0).filePath()))
-         << " cannot be shown; the preview is of a blank page\n";
+    err_ << files.at(0).filePath().readable() << " cannot be shown; the preview is of a blank page\n";
     err_.flush();
 }
 
@@ -146,7 +141,7 @@ void Runner::runJob(Process& process, const std::function<bool()>& stopRequested
 
 void Runner::showProgressLine(const Process& process)
 {
-    const QString file = process.fileInProcess();
+    const QString file = readableName(process.fileInProcess());
     err_ << "\r\x1b[K"
          << QStringLiteral("%1 of %2 files, %3 of %4 pages, %5%6")
                 .arg(process.totalFileProcessed())
@@ -172,7 +167,7 @@ void Runner::updateTimeTakenLabel(const QString&)
 
 void Runner::outputFinished(const LogFiles& output)
 {
-    const QString path = QDir(output.targetPath).filePath(output.filename);
+    const FilePath path = FilePath::fromText(output.targetPath).child(output.filename);
     const FileOutcome& outcome = output.outcome;
     const bool created = outcome.status == FileStatus::Created;
     if (!created) ++outputsMissing_;
@@ -180,7 +175,7 @@ void Runner::outputFinished(const LogFiles& output)
     clearProgressLine();
     QTextStream& stream = quiet_ ? err_ : out_;
     stream << statusWord(outcome).leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
-           << (output.pages == 1 ? " page   " : " pages  ") << path;
+           << (output.pages == 1 ? " page   " : " pages  ") << path.readable();
     if (outcome.remark && outcome.status != FileStatus::Refused)
         stream << "  (" << outcome.remark->shown << ')';
     stream << '\n';
@@ -194,11 +189,11 @@ int Runner::report(const Process& process)
         out_ << message.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) << '\n';
         const QString time = process.timeTaken().trimmed();
         if (!time.isEmpty()) out_ << "Time: " << time << '\n';
-        const QString log = process.log().logFilePath().value_or(QString());
-        if (QFileInfo::exists(log))
-            out_ << "Log: " << log << '\n';
+        const FilePath log = process.log().logFilePath().value_or(FilePath());
+        if (fileKind(log) != FileKind::Missing)
+            out_ << "Log: " << log.readable() << '\n';
         else
-            err_ << "The log could not be written: " << log << '\n';
+            err_ << "The log could not be written: " << log.readable() << '\n';
         err_.flush();
         out_.flush();
     }

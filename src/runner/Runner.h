@@ -31,7 +31,7 @@ class Runner final : public ProcessObserver
     /// Tells of fonts that were asked for and are not there.
     void nameSubstitutes(const Numbering& number);
     void gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested);
-    void writeExport(const QString& path, const FileList& files);
+    void writeExport(const FilePath& path, const FileList& files);
     void preview(Settings& settings, const RunnerOptions& options, const FileList& files);
     void runJob(Process& process, const std::function<bool()>& stopRequested);
     void showProgressLine(const Process& process);

@@ -3,6 +3,7 @@
 #include "config/PageArea.h"
 #include "config/Profile.h"
 #include "platform/system/Failure.h"
+#include "platform/system/NativePath.h"
 #include "runner/OptionValues.h"
 #include "runner/StampOptions.h"
 
@@ -125,7 +126,7 @@ class Reader
         else if (name == QLatin1String("list"))
             options.lists.append(value);
         else if (name == QLatin1String("export"))
-            options.exportFile = value;
+            options.exportFile = FilePath::fromText(value);
         else if (name == QLatin1String("quiet"))
             options.quiet = true;
         else if (name == QLatin1String("help"))
@@ -137,10 +138,10 @@ class Reader
         return true;
     }
 
-    static QString fileName(const QString& option, const QString& value)
+    static FilePath fileName(const QString& option, const QString& value)
     {
         if (value.isEmpty()) wrong(option, value, QStringLiteral("the name of a file"));
-        return value;
+        return FilePath::fromText(value);
     }
 
     static QSize pixelSize(const QString& option, const QString& value)
@@ -157,10 +158,10 @@ class Reader
             throw WrongUse(
                 QStringLiteral("--profile replaces the stamps and options given before it; name it first"));
         try {
-            quillfern::loadProfile(number_, path);
+            quillfern::loadProfile(number_, FilePath::fromText(path));
         } catch (const Failure& failure) {
-            throw WrongUse(
-                QStringLiteral("the profile \"%1\" cannot be used: %2").arg(path, failure.reason()));
+            throw WrongUse(QStringLiteral("the profile \"%1\" cannot be used: %2")
+                               .arg(readableName(path), failure.reason()));
         }
     }
 

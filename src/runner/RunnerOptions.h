@@ -2,6 +2,7 @@
 
 #include "config/Settings.h"
 #include "platform/system/Failure.h"
+#include "platform/system/FilePath.h"
 
 #include <QSize>
 #include <QStringList>
@@ -13,10 +14,10 @@ struct RunnerOptions
 {
     QStringList inputs;      ///< files and folders, as given
     QStringList lists;       ///< text files of paths; what they name comes after the inputs
-    QString exportFile;      ///< where the list of files is written; empty for nowhere
+    FilePath exportFile;     ///< where the list of files is written; empty for nowhere
     bool onlyExport = false; ///< there is nothing to stamp with and nowhere to put it, and no need to
-    QString saveProfile;     ///< file to write the configuration to; empty for none
-    QString preview;         ///< file to draw a preview into; empty for none
+    FilePath saveProfile;    ///< file to write the configuration to; empty for none
+    FilePath preview;        ///< file to draw a preview into; empty for none
     QSize previewSize = QSize(600, 850); ///< pixels
     bool subfolders = false;
     bool quiet = false;

@@ -5,7 +5,6 @@
 #include "platform/pageimages/RenderProcess.h"
 #include "platform/store/AtomicFile.h"
 #include "platform/system/Failure.h"
-#include "platform/system/NativePath.h"
 
 #include <QBuffer>
 
@@ -34,7 +33,7 @@ class WitnessedPages final : public PageImageSource
 
 } // namespace
 
-bool drawPreview(JobConfiguration job, const FileList& files, const QSize& size, const QString& path)
+bool drawPreview(JobConfiguration job, const FileList& files, const QSize& size, const FilePath& path)
 {
     job.isLivePreview = true;
     PreviewState state;
@@ -42,7 +41,7 @@ bool drawPreview(JobConfiguration job, const FileList& files, const QSize& size,
         state.filePagesList.push_back(file->pages());
     if (!files.empty()) {
         state.selectedFile = 0;
-        state.selectedPath = files.at(0).path();
+        state.selectedPath = files.at(0).filePath();
     }
     state.size = size;
 

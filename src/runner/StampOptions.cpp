@@ -143,9 +143,10 @@ void StampOptions::beginImage(const QString& path)
 {
     auto stamp = std::make_shared<ImageStamp>();
     try {
-        stamp->loadPicture(absolutePath(path));
+        stamp->loadPicture(FilePath::fromText(path));
     } catch (const Failure& failure) {
-        throw WrongUse(QStringLiteral("the picture \"%1\" cannot be used: %2").arg(path, failure.reason()));
+        throw WrongUse(QStringLiteral("the picture \"%1\" cannot be used: %2")
+                           .arg(readableName(path), failure.reason()));
     }
     image_ = std::move(stamp);
     isWidthGiven_ = false;

@@ -5,12 +5,11 @@
 #include "stamps/Placement.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <algorithm>
 
 namespace quillfern {
 
-LoadedPicture LoadedPicture::readFor(const QString& path)
+LoadedPicture LoadedPicture::readFor(const FilePath& path)
 {
     PictureBytes bytes = readPictureFile(path);
     Picture picture = decodePicture(bytes.tiff);
@@ -31,14 +30,14 @@ void ImageStamp::setStampImage(std::optional<QByteArray> bytes)
 
 void ImageStamp::take(LoadedPicture loaded)
 {
-    stampImagePath = std::move(loaded.path);
+    stampImagePath = loaded.path.text();
     stampImageWidth = loaded.size.width();
     stampImageHeight = loaded.size.height();
     stampImage_ = std::move(loaded.tiff);
     cacheImage_ = std::move(loaded.picture);
 }
 
-void ImageStamp::loadPicture(const QString& path)
+void ImageStamp::loadPicture(const FilePath& path)
 {
     take(LoadedPicture::readFor(path));
 }
@@ -83,7 +82,7 @@ void ImageStamp::draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnc
 QString ImageStamp::description() const
 {
     QString name = label().value_or(QString());
-    if (name.isEmpty() && stampImagePath) name = QFileInfo(*stampImagePath).completeBaseName();
+    if (name.isEmpty() && stampImagePath) name = FilePath::fromText(*stampImagePath).stem();
     return QCoreApplication::translate("quillfern::ImageStamp", "Image [%1]").arg(name);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/drawing/Picture.h"
+#include "platform/system/FilePath.h"
 #include "stamps/StampBase.h"
 
 #include <QSize>
@@ -12,13 +13,13 @@ namespace quillfern {
 /// handing it on is not.
 struct LoadedPicture
 {
-    QString path;
+    FilePath path;
     QByteArray tiff;
     QSize size; ///< pixels
     Picture picture;
 
     /// Reads a BMP, JPEG, PNG or GIF file. Throws Failure when it cannot be used.
-    [[nodiscard]] static LoadedPicture readFor(const QString& path);
+    [[nodiscard]] static LoadedPicture readFor(const FilePath& path);
 };
 
 /// A stamp that puts a picture on every page. It carries the picture in itself, so that a profile does not
@@ -43,7 +44,7 @@ class ImageStamp final : public StampBase
     /// Takes over a picture, its path, and its size in pixels as the drawn size.
     void take(LoadedPicture loaded);
     /// Takes the picture of a file. Throws Failure, with nothing changed, when the file cannot be used.
-    void loadPicture(const QString& path);
+    void loadPicture(const FilePath& path);
     /// Forgets the picture, its path and its size.
     void removePicture();
     /// The decoded picture; present exactly when stampImage() holds bytes that decode.

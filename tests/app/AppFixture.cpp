@@ -1,7 +1,6 @@
 #include "app/AppFixture.h"
 
 #include "app/TableRows.h"
-#include "platform/system/NativePath.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -26,7 +25,7 @@ void AppTest::start()
     app_ = std::make_unique<QuillfernAppDelegate>(
         AppServices{clock, folders, *store, mainThread, desktop, panels, alerts,
                     qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-render"),
-                    scratch.path(QStringLiteral("help.pdf")), makeProcessors});
+                    asPath(scratch.path(QStringLiteral("help.pdf"))), makeProcessors});
     QApplication::setActiveWindow(&window());
     QTest::qWait(1); // the window's first layout
 }
@@ -53,7 +52,7 @@ bool AppTest::drop(const QStringList& paths)
     QMimeData data;
     QList<QUrl> urls;
     for (const QString& path : paths)
-        urls.append(fileUrl(path));
+        urls.append(asPath(path).url());
     data.setUrls(urls);
     QWidget* viewport = ui().mainTableView->viewport();
     const QPoint place(20, 20);

@@ -18,7 +18,7 @@ class GatedProcessors final : public DocumentProcessors
   public:
     explicit GatedProcessors(QSemaphore& gate) : gate_(gate) {}
 
-    FileOutcome processPDF(const QString&, const QString&, const QString&, JobRun& run) override
+    FileOutcome processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
     {
         run.pageDone();
         gate_.acquire();
@@ -26,7 +26,7 @@ class GatedProcessors final : public DocumentProcessors
         outcome.status = FileStatus::Created;
         return outcome;
     }
-    FileOutcome processTIFF(const QString&, const QString&, JobRun&, std::int32_t) override { return {}; }
+    FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override { return {}; }
 
   private:
     QSemaphore& gate_;

@@ -182,7 +182,7 @@ TEST_F(Look, EveryTextCanBeTranslated)
     for (const QString& text : alerts.criticals + alerts.informations + alerts.questions)
         check("alert", text);
     EXPECT_FALSE(alerts.questions.isEmpty());
-    const QDir logs(folders.getAppPath() + QStringLiteral("/Logs"));
+    const QDir logs(folders.getAppPath().child(QStringLiteral("Logs")).text());
     for (const QString& name : logs.entryList(QDir::Files)) {
         const QByteArray log = readFile(logs.filePath(name));
         EXPECT_TRUE(log.contains("\"Completed\"") && log.contains("\"No Pages\"")) << log.toStdString();

@@ -27,7 +27,7 @@ TEST_F(SecondStart, AnIdleWindowTakesTheFilesAndIsShown)
 {
     start();
     window().hide();
-    app().startedAgain({pdf("a.pdf", 1), pdf("b.pdf", 2)});
+    app().startedAgain(asPaths({pdf("a.pdf", 1), pdf("b.pdf", 2)}));
     EXPECT_TRUE(window().isVisible());
     waitForFiles({QStringLiteral("a.pdf"), QStringLiteral("b.pdf")});
     app().startedAgain({}); // only to be seen
@@ -41,12 +41,12 @@ TEST_F(SecondStart, FilesWaitForTheEndOfAGathering)
     ASSERT_TRUE(drop(first));
     // The first is not even shown as begun, then it is at work, then it is cancelled: none of it loses a
     // file.
-    app().startedAgain({pdf("b.pdf", 1)});
-    app().startedAgain({pdf("c.pdf", 1), pdf("d.pdf", 1)});
+    app().startedAgain(asPaths({pdf("b.pdf", 1)}));
+    app().startedAgain(asPaths({pdf("c.pdf", 1), pdf("d.pdf", 1)}));
     waitFor([this] { return app().isProcessing(); }, "the gathering");
-    app().startedAgain({pdf("e.pdf", 1)});
+    app().startedAgain(asPaths({pdf("e.pdf", 1)}));
     press(window(), "cancelBtn");
-    app().startedAgain({pdf("f.pdf", 1)});
+    app().startedAgain(asPaths({pdf("f.pdf", 1)}));
     waitFor([this] { return names().contains(QStringLiteral("f.pdf")) && !app().isProcessing(); },
             "the last");
     for (const char* name : {"b.pdf", "c.pdf", "d.pdf", "e.pdf"})
@@ -61,7 +61,7 @@ TEST_F(SecondStart, FilesWaitUntilTheSheetIsClosed)
     window().pdfPasswordButton->trigger();
     QDialog* dialog = openDialog();
     ASSERT_NE(dialog, nullptr);
-    app().startedAgain({pdf("b.pdf", 1)});
+    app().startedAgain(asPaths({pdf("b.pdf", 1)}));
     QTest::qWait(20);
     EXPECT_EQ(files().count(), 1) << "the selection the password is for stays as it is";
     QTest::keyClick(dialog, Qt::Key_Escape);
@@ -70,7 +70,7 @@ TEST_F(SecondStart, FilesWaitUntilTheSheetIsClosed)
     ui().outputFolderPath->setText(outFolder());
     QTest::mouseClick(ui().convertBtn, Qt::LeftButton);
     ASSERT_NE(sheet(), nullptr);
-    app().startedAgain({pdf("c.pdf", 1)});
+    app().startedAgain(asPaths({pdf("c.pdf", 1)}));
     waitFor([this] { return app().job().process()->isCompleted(); }, "the job");
     QTest::qWait(20);
     EXPECT_EQ(files().count(), 2) << "the sheet shows the list as it was";

@@ -17,7 +17,7 @@ TEST_F(StartUp, AnEmptyWindowOffersWhatThereIsToDo)
     start();
     EXPECT_EQ(window().windowTitle(), getAppTitle());
     EXPECT_TRUE(window().isVisible());
-    EXPECT_TRUE(QDir(folders.getAppPath() + QStringLiteral("/Logs")).exists());
+    EXPECT_TRUE(QDir(folders.getAppPath().child(QStringLiteral("Logs")).text()).exists());
     EXPECT_EQ(ui().settingTabView->currentIndex(), 0);
     EXPECT_TRUE(window().lableDragAndDrop->isVisible());
     for (QAction* action :

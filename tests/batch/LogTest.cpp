@@ -55,8 +55,9 @@ TEST_F(LogFileTest, HasOneElementAnOutputInOrder)
                          {}});
     log.files[0].logFiles.push_back({QStringLiteral("in.pdf"), 3, 4, QStringLiteral("Completed")});
     ASSERT_TRUE(log.save(english));
-    EXPECT_EQ(*log.logFilePath(), scratch.path(QStringLiteral("Orvane/Quillfern1/Logs/161126000509.log")));
-    const QByteArray xml = readFile(*log.logFilePath());
+    EXPECT_EQ(log.logFilePath()->text(),
+              scratch.path(QStringLiteral("Orvane/Quillfern1/Logs/161126000509.log")));
+    const QByteArray xml = readFile(log.logFilePath()->text());
     EXPECT_EQ(elements(xml).join(u'|').toStdString(),
               "Log StartTime=11/15/2026 11:59:58 PM EndTime=11/16/2026 12:05:09 AM|"
               "Files FileName=a.pdf TargetPath=/out Status=Completed Pages=12|"
@@ -69,7 +70,7 @@ TEST_F(LogFileTest, AnEmptyJobStillHasItsTimes)
 {
     Log log(clock, folders);
     ASSERT_TRUE(log.save(english));
-    EXPECT_EQ(elements(readFile(*log.logFilePath())).join(u'|').toStdString(),
+    EXPECT_EQ(elements(readFile(log.logFilePath()->text())).join(u'|').toStdString(),
               "Log StartTime=11/16/2026 02:05:09 PM EndTime=11/16/2026 02:05:09 PM");
 }
 
@@ -77,7 +78,7 @@ TEST_F(LogFileTest, DigitsArePlainInEveryLocale)
 {
     Log log(clock, folders);
     ASSERT_TRUE(log.save(QLocale(QLocale::Arabic, QLocale::Egypt)));
-    EXPECT_TRUE(readFile(*log.logFilePath()).contains("11/16/2026 02:05:09"));
+    EXPECT_TRUE(readFile(log.logFilePath()->text()).contains("11/16/2026 02:05:09"));
 }
 
 TEST(LogWithoutFolder, NamesAPathAndLosesNothingElse)
@@ -88,7 +89,7 @@ TEST(LogWithoutFolder, NamesAPathAndLosesNothingElse)
     Log log(clock, folders);
     EXPECT_TRUE(log.save()) << "deliberately: a log that cannot be written is no failure of the job";
     ASSERT_TRUE(log.logFilePath());
-    EXPECT_FALSE(QFile::exists(*log.logFilePath()));
+    EXPECT_FALSE(QFile::exists(log.logFilePath()->text()));
 }
 
 TEST(TimeTaken, LeavesOutWhatIsZero)

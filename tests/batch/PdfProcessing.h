@@ -3,6 +3,7 @@
 #include "batch/DocumentProcessors.h"
 #include "config/Numbering.h"
 #include "stamps/TextStamp.h"
+#include "support/Paths.h"
 #include "support/Tools.h"
 
 #include <QDir>
@@ -36,7 +37,7 @@ class PdfProcessing : public testing::Test
     {
         const JobConfiguration job = number.configuration();
         JobRun run(job);
-        return makeDocumentProcessors(job)->processPDF(source, target, {}, run);
+        return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(target), {}, run);
     }
 
     void addStamp(const QString& text, std::int32_t anchor = TopLeft)

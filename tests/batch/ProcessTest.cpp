@@ -3,6 +3,7 @@
 #include "platform/system/Failure.h"
 #include "stamps/TextStamp.h"
 #include "support/Fakes.h"
+#include "support/Paths.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
@@ -29,21 +30,21 @@ class ScriptedProcessors final : public DocumentProcessors
   public:
     explicit ScriptedProcessors(Script& script) : script_(script) {}
 
-    FileOutcome processPDF(const QString& source, const QString&, const QString& password,
+    FileOutcome processPDF(const FilePath& source, const FilePath&, const QString& password,
                            JobRun& run) override
     {
         EXPECT_TRUE(password.isEmpty());
         return note("pdf", source, run);
     }
-    FileOutcome processTIFF(const QString& source, const QString&, JobRun& run, std::int32_t) override
+    FileOutcome processTIFF(const FilePath& source, const FilePath&, JobRun& run, std::int32_t) override
     {
         return note("tiff", source, run);
     }
 
   private:
-    FileOutcome note(const std::string& way, const QString& source, JobRun& run)
+    FileOutcome note(const std::string& way, const FilePath& source, JobRun& run)
     {
-        const QString name = QFileInfo(source).fileName();
+        const QString name = source.name();
         script_.calls.push_back(way + ' ' + name.toStdString() + " total " + std::to_string(run.totalPages) +
                                 " from " + std::to_string(run.numberCounter()));
         for (int page = 0; page < 10; ++page)
@@ -70,7 +71,7 @@ class JobTest : public testing::Test, public ProcessObserver
     void add(const QString& path, int pages)
     {
         scratch.write(path, pages > 0 ? numberedPdf(pages) : QByteArray("not a document"));
-        auto item = FileItem::initWithURL(QUrl::fromLocalFile(scratch.path(path)));
+        auto item = FileItem::initWithURL(asPath(scratch.path(path)));
         ASSERT_TRUE(item);
         item->setPdfOpenPassword(std::nullopt);
         EXPECT_EQ(item->pages(), pages) << path.toStdString();
@@ -173,7 +174,7 @@ TEST_F(JobTest, AnExceptionBecomesTheStatusAndTheJobGoesOn)
                                     QStringLiteral("good.pdf Completed")}));
     EXPECT_EQ(done.message(), QStringLiteral("Quillfern unable able to process some of the files!\r\n"
                                              "Please check log for more information."));
-    EXPECT_TRUE(readFile(*done.log().logFilePath()).contains("the moon is full"));
+    EXPECT_TRUE(readFile(done.log().logFilePath()->text()).contains("the moon is full"));
 }
 
 TEST_F(JobTest, CancellingFinishesTheFileAndWritesTheLog)
@@ -187,7 +188,7 @@ TEST_F(JobTest, CancellingFinishesTheFileAndWritesTheLog)
     const Process& done = run();
     EXPECT_EQ(results.size(), 2);
     EXPECT_EQ(done.message(), QStringLiteral("Process cancelled!"));
-    EXPECT_EQ(readFile(*done.log().logFilePath()).count("Completed"), 2);
+    EXPECT_EQ(readFile(done.log().logFilePath()->text()).count("Completed"), 2);
 }
 
 TEST_F(JobTest, OpensTheFolderOnlyWhenSomethingWasCreated)
@@ -201,7 +202,7 @@ TEST_F(JobTest, OpensTheFolderOnlyWhenSomethingWasCreated)
     Process& done = run();
     EXPECT_EQ(desktop.opened, QStringList{scratch.path(QStringLiteral("out"))});
     done.viewLog();
-    EXPECT_EQ(desktop.opened.back(), *done.log().logFilePath());
+    EXPECT_EQ(desktop.opened.back(), done.log().logFilePath()->text());
 }
 
 TEST_F(JobTest, TheOutputFolderIsCheckedFirst)
@@ -296,7 +297,8 @@ QStringList stampedWords(const Scratch& scratch, const QString& name, std::int64
     QStringList shown;
     for (int round = 0; round < 3; ++round) {
         const QString target = scratch.path(name + QStringLiteral("/out%1.pdf").arg(round));
-        EXPECT_EQ(processors->processPDF(source, target, {}, run).status, FileStatus::Created);
+        EXPECT_EQ(processors->processPDF(asPath(source), asPath(target), {}, run).status,
+                  FileStatus::Created);
         for (const PdfTextPage& page : pdfWords(target))
             for (const PdfWord& word : page.words)
                 if (word.text.startsWith(name))
@@ -326,11 +328,11 @@ TEST(TwoJobs, RunAtOnceWithoutTouchingEachOther)
 TEST(OutputFileTest, TakesBothFieldsOrNone)
 {
     OutputFile output;
-    output.initWithData(QStringLiteral("/out/a.pdf"), std::nullopt);
+    output.initWithData(asPath(QStringLiteral("/out/a.pdf")), std::nullopt);
     output.initWithData(std::nullopt, std::vector<FileItem>{});
     EXPECT_TRUE(output.filename().isEmpty());
-    output.initWithData(QStringLiteral("/out/a.pdf"), std::vector<FileItem>{});
-    EXPECT_EQ(output.filename(), QStringLiteral("/out/a.pdf"));
+    output.initWithData(asPath(QStringLiteral("/out/a.pdf")), std::vector<FileItem>{});
+    EXPECT_EQ(output.filename(), asPath(QStringLiteral("/out/a.pdf")));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "config/Numbering.h"
 #include "platform/raster/ImageInspector.h"
 #include "stamps/TextStamp.h"
+#include "support/Paths.h"
 #include "support/TiffBuilder.h"
 #include "support/Tools.h"
 
@@ -79,7 +80,8 @@ class RasterProcessing : public testing::Test
     {
         QDir().mkpath(scratch.path(QStringLiteral("out")));
         const QString target = scratch.path(QStringLiteral("out/") + QFileInfo(source).fileName());
-        if (compression < 0) compression = inspectImageFile(source).value_or(ImageFacts{}).compression;
+        if (compression < 0)
+            compression = inspectImageFile(asPath(source)).value_or(ImageFacts{}).compression;
         stamp(source, target, compression);
         EXPECT_EQ(outcome.status == FileStatus::Created, expected);
         EXPECT_EQ(QFile::exists(target), expected);
@@ -90,7 +92,7 @@ class RasterProcessing : public testing::Test
     {
         const JobConfiguration job = number.configuration();
         JobRun run(job);
-        outcome = makeDocumentProcessors(job)->processTIFF(source, target, run, compression);
+        outcome = makeDocumentProcessors(job)->processTIFF(asPath(source), asPath(target), run, compression);
         nextNumber = run.numberCounter();
         return outcome;
     }

@@ -225,7 +225,7 @@ TEST_F(TiffProcessing, FaxPagesStayFaxPagesWhereTheStampsAllow)
         if (kind == Disabled) text()->setIsSelected(false);
         if (kind == Picture) {
             auto picture = std::make_shared<ImageStamp>();
-            picture->loadPicture(logo);
+            picture->loadPicture(asPath(logo));
             picture->setMarginAnchor(BottomRight);
             number.stamps = {picture};
         }
@@ -358,7 +358,7 @@ TEST_F(TiffProcessing, StopsAfterThePageInWork)
     JobRun run(job, [&] {
         if (++done == 2) run.cancelUpdate();
     });
-    const FileOutcome part = makeDocumentProcessors(job)->processTIFF(source, target, run, 5);
+    const FileOutcome part = makeDocumentProcessors(job)->processTIFF(asPath(source), asPath(target), run, 5);
     EXPECT_EQ(part.status, FileStatus::Created);
     EXPECT_EQ(part.pages, 2);
     EXPECT_EQ(part.numbers, (NumbersUsed{1, 2}));

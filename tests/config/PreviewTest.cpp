@@ -3,6 +3,7 @@
 #include "config/Numbering.h"
 #include "platform/drawing/TextShaper.h"
 #include "stamps/StampBase.h"
+#include "support/Paths.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -46,7 +47,7 @@ class PlainPages final : public PageImageSource
     std::optional<PageImage> page(const PageImageRequest& request) override
     {
         requests.push_back(request);
-        if (request.path == QLatin1String("bad")) return std::nullopt;
+        if (request.path.name() == QLatin1String("bad")) return std::nullopt;
         const QSizeF size(300, 400);
         QImage image(pixelSize(size, request), QImage::Format_RGB32);
         image.setDevicePixelRatio(pixelsPerPoint(size, request));
@@ -71,7 +72,7 @@ class PreviewTest : public testing::Test
     void selectFile(int row)
     {
         state.selectedFile = row;
-        state.selectedPath = row < 0 ? QString() : QStringLiteral("file%1").arg(row);
+        state.selectedPath = row < 0 ? FilePath() : asPath(QStringLiteral("/file%1").arg(row));
     }
 
     /// The one call of the spy for the picture of the present state.
@@ -239,10 +240,14 @@ TEST_F(PreviewTest, WhatCannotBeShownGivesTheSamplePage)
 {
     number.setIsLivePreview(true);
     const Preview::View view{{60, 85}, 1, -1};
+    const FilePath a = asPath(QStringLiteral("/a"));
     const std::vector<Preview::LivePage> none = {
-        {std::nullopt, 0, 1, {3}, 3},        {QStringLiteral("a"), -1, 1, {3}, 3},
-        {QStringLiteral("a"), 1, 1, {3}, 3}, {QStringLiteral("a"), 0, 1, {}, 3},
-        {QStringLiteral("a"), 0, 0, {3}, 3}, {QStringLiteral("bad"), 0, 1, {3}, 3},
+        {std::nullopt, 0, 1, {3}, 3},
+        {a, -1, 1, {3}, 3},
+        {a, 1, 1, {3}, 3},
+        {a, 0, 1, {}, 3},
+        {a, 0, 0, {3}, 3},
+        {asPath(QStringLiteral("/bad")), 0, 1, {3}, 3},
     };
     for (const Preview::LivePage& page : none) {
         spy->calls->clear();

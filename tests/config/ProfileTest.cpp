@@ -69,9 +69,9 @@ TEST(Profile, GivesBackEveryFieldAndTheStampsInOrder)
     const Scratch scratch;
     Numbering saved;
     fill(saved);
-    ASSERT_TRUE(saved.save(scratch.path(name)));
+    ASSERT_TRUE(saved.save(asPath(scratch.path(name))));
     Numbering loaded;
-    ASSERT_TRUE(loaded.load(scratch.path(name)));
+    ASSERT_TRUE(loaded.load(asPath(scratch.path(name))));
     EXPECT_EQ(*loaded.getData(), *saved.getData());
     // The record was compared, and that fields reach it is seen here for one of each kind.
     EXPECT_EQ(loaded.marginBottom(), 12345.678);
@@ -91,7 +91,7 @@ TEST(Profile, CarriesPicturesWithTheirBytes)
     image.fill(QColor(10, 200, 30, 128));
     ASSERT_TRUE(image.save(scratch.path(QStringLiteral("seal.png"))));
     auto seal = std::make_shared<ImageStamp>();
-    seal->loadPicture(scratch.path(QStringLiteral("seal.png")));
+    seal->loadPicture(asPath(scratch.path(QStringLiteral("seal.png"))));
     seal->stampImageOpacity = 70;
     seal->stampImageRotation = -30;
     seal->stampImageWidth = 44;
@@ -99,9 +99,9 @@ TEST(Profile, CarriesPicturesWithTheirBytes)
     seal->setMarginAnchor(MiddleRight);
     Numbering saved;
     saved.stamps = {oddStamp(), seal, oddStamp()};
-    ASSERT_TRUE(saved.save(scratch.path(name)));
+    ASSERT_TRUE(saved.save(asPath(scratch.path(name))));
     Numbering loaded;
-    ASSERT_TRUE(loaded.load(scratch.path(name)));
+    ASSERT_TRUE(loaded.load(asPath(scratch.path(name))));
     EXPECT_EQ(*loaded.getData(), *saved.getData());
     ASSERT_EQ(loaded.stamps.size(), 3U);
     auto* stamp = dynamic_cast<ImageStamp*>(loaded.stamps[1].get());
@@ -118,7 +118,7 @@ TEST(Profile, IsAnXmlPropertyListForOthers)
     const Scratch scratch;
     Numbering number;
     fill(number);
-    ASSERT_TRUE(number.save(scratch.path(name)));
+    ASSERT_TRUE(number.save(asPath(scratch.path(name))));
     EXPECT_TRUE(readFile(scratch.path(name)).startsWith("<?xml"));
     const auto result = runTool(
         QStringLiteral("python3"),
@@ -148,8 +148,8 @@ TEST(Profile, NumbersAreCutToThirtyTwoBits)
                           Case{std::numeric_limits<std::int64_t>::max(), -1}}) {
         Numbering number;
         number.setStartPage(c.set);
-        ASSERT_TRUE(number.save(scratch.path(name)));
-        ASSERT_TRUE(number.load(scratch.path(name)));
+        ASSERT_TRUE(number.save(asPath(scratch.path(name))));
+        ASSERT_TRUE(number.load(asPath(scratch.path(name))));
         EXPECT_EQ(number.startPage(), c.loaded);
     }
 }
@@ -160,11 +160,11 @@ TEST(Profile, AnAbsentTextCutsTheRecordShort)
     Numbering number;
     fill(number);
     number.setLabelPrefix(std::nullopt);
-    ASSERT_TRUE(number.save(scratch.path(name)));
-    const Record record = readPropertyListFile(scratch.path(name));
+    ASSERT_TRUE(number.save(asPath(scratch.path(name))));
+    const Record record = readPropertyListFile(asPath(scratch.path(name)));
     EXPECT_EQ(record.entries().size(), 6U);
     EXPECT_FALSE(record.contains(QStringLiteral("Stamps")));
-    ASSERT_TRUE(number.load(scratch.path(name)));
+    ASSERT_TRUE(number.load(asPath(scratch.path(name))));
     EXPECT_TRUE(number.stamps.empty());
     EXPECT_EQ(number.numberSteps(), 0) << "a missing key gives zero, not the default";
 }
@@ -188,7 +188,7 @@ TEST(Profile, UnusableFilesChangeNothing)
         Numbering number;
         fill(number);
         const auto before = number.getData();
-        EXPECT_FALSE(number.load(path)) << path.toStdString();
+        EXPECT_FALSE(number.load(asPath(path))) << path.toStdString();
         EXPECT_EQ(number.getData(), before) << path.toStdString();
         EXPECT_FALSE(number.isUpdating());
     }
@@ -199,13 +199,13 @@ TEST(Profile, ValuesOfTheWrongKindCountAsMissing)
     const Scratch scratch;
     Numbering number;
     fill(number);
-    ASSERT_TRUE(number.load(scratch.write(
+    ASSERT_TRUE(number.load(asPath(scratch.write(
         name, "<plist><dict><key>startPage</key><string>7</string><key>marginLeft</key><array/>"
               "<key>numberSteps</key><real>2.9</real><key>labelPrefix</key><integer>1</integer>"
               "<key>hasLabel</key><integer>1</integer><key>endPage</key><date>2020-01-01T00:00:00Z</date>"
               "<key>Stamps</key><array><string>stamp</string><dict><key>label</key><string>neither "
               "kind</string></dict>"
-              "<dict><key>font</key><string>no dictionary</string></dict></array></dict></plist>")));
+              "<dict><key>font</key><string>no dictionary</string></dict></array></dict></plist>"))));
     EXPECT_EQ(number.startPage(), 0);
     EXPECT_EQ(number.marginLeft(), 0.0);
     EXPECT_EQ(number.numberSteps(), 2);
@@ -221,7 +221,7 @@ TEST(Profile, ColoursOfTheOriginalPlatformAreReadAndOursWritten)
     const QByteArray archived =
         "BAt0eXBlZHN0cmVhbYED6IQBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmAAEAAYY=";
     Numbering number;
-    ASSERT_TRUE(number.load(
+    ASSERT_TRUE(number.load(asPath(
         scratch.write(name, "<plist><dict><key>labelPrefix</key><string/><key>outputFolder</key><string/"
                             "><key>Stamps</key><array><dict><key>font</key><dict>"
                             "<key>fontColor</key><data>" +
@@ -230,14 +230,14 @@ TEST(Profile, ColoursOfTheOriginalPlatformAreReadAndOursWritten)
                                 "<key>outlineColor</key><data>YnBsaXN0MDA=</data>"
                                 "<key>numberFormat</key><string>{0}</string>"
                                 "<key>paddingCharacter</key><string>0</string>"
-                                "<key>label</key><string>after</string></dict></array></dict></plist>")));
+                                "<key>label</key><string>after</string></dict></array></dict></plist>"))));
     ASSERT_EQ(number.stamps.size(), 1U);
     const auto* stamp = dynamic_cast<const TextStamp*>(number.stamps[0].get());
     ASSERT_NE(stamp, nullptr);
     EXPECT_EQ(stamp->font.fontColor, QColor(0, 255, 0));
     EXPECT_EQ(stamp->outlineColor, QColor(Qt::black)) << "an archive that is not understood";
     EXPECT_EQ(stamp->label(), QStringLiteral("after"));
-    ASSERT_TRUE(number.save(scratch.path(name)));
+    ASSERT_TRUE(number.save(asPath(scratch.path(name))));
     EXPECT_TRUE(readFile(scratch.path(name)).contains(QByteArray("#FF00FF00").toBase64()));
 }
 
@@ -245,8 +245,8 @@ TEST(Profile, AFailedSaveLeavesTheOldFile)
 {
     const Scratch scratch;
     Numbering number;
-    EXPECT_FALSE(number.save(scratch.path(QStringLiteral("no/such/folder.qfprofile"))));
-    EXPECT_FALSE(number.save(scratch.path())) << "a folder is no file";
+    EXPECT_FALSE(number.save(asPath(scratch.path(QStringLiteral("no/such/folder.qfprofile")))));
+    EXPECT_FALSE(number.save(asPath(scratch.path()))) << "a folder is no file";
     scratch.write(name, "old");
     // As good as a full disk: no file may grow beyond a few bytes.
     std::signal(SIGXFSZ, SIG_IGN);
@@ -254,7 +254,7 @@ TEST(Profile, AFailedSaveLeavesTheOldFile)
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
     const rlimit small{100, before.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    EXPECT_FALSE(number.save(scratch.path(name)));
+    EXPECT_FALSE(number.save(asPath(scratch.path(name))));
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
     EXPECT_EQ(readFile(scratch.path(name)), "old");
     EXPECT_EQ(QDir(scratch.path()).entryList(QDir::Files | QDir::Hidden), QStringList{name})

@@ -97,13 +97,13 @@ TEST_F(ImageStampEditorTest, APictureIsChosenKeptAsTiffAndRemoved)
 TEST_F(ImageStampEditorTest, AFileThatIsNoPictureChangesNothing)
 {
     auto& stamp = newStamp<ImageStamp>();
-    stamp.loadPicture(picture("good.png"));
+    stamp.loadPicture(asPath(picture("good.png")));
     const auto before = stamp.getData();
     auto& editor = edit<Editor>(stamp);
     for (const QString& path :
          {scratch.write(QStringLiteral("bad.png"), "no picture"), scratch.path(QStringLiteral("gone.png"))}) {
         alerts.criticals.clear();
-        editor.loadPicture(path);
+        editor.loadPicture(asPath(path));
         waitUntilRead(editor);
         EXPECT_EQ(alerts.criticals, QStringList(QStringLiteral("Unable to load selected image!")));
         EXPECT_EQ(stamp.getData(), before);
@@ -156,7 +156,7 @@ TEST_F(ImageStampEditorTest, TheAspectLockCutsToWholePoints)
     };
     for (const auto& row : rows) {
         auto& stamp = newStamp<ImageStamp>();
-        stamp.loadPicture(picture("a.png", row.pictureWidth, row.pictureHeight));
+        stamp.loadPicture(asPath(picture("a.png", row.pictureWidth, row.pictureHeight)));
         auto& editor = edit<Editor>(stamp);
         EXPECT_TRUE(editor.isAspectRatio());
         if (!row.isLocked) click(control<QWidget>(editor, "aspectRatioCheckbox"));
@@ -231,7 +231,8 @@ TEST_F(ImageStampEditorTest, APictureBeingReadMayLoseItsWindow)
         {"read to the end", [](Editor&) {}, 3000},
         {"window closed", [](Editor& e) { e.close(); }, 3000},
         {"removed meanwhile", [](Editor& e) { e.removeImageAction(); }, 0},
-        {"another chosen meanwhile", [&](Editor& e) { e.loadPicture(picture("small.png", 30, 20)); }, 30},
+        {"another chosen meanwhile", [&](Editor& e) { e.loadPicture(asPath(picture("small.png", 30, 20))); },
+         30},
         {"stamp deleted", [&](Editor& e) { e.deleteStampAction(); }, -1},
         {"list replaced", [&](Editor&) { number.stamps.clear(); }, -1},
     };
@@ -239,7 +240,7 @@ TEST_F(ImageStampEditorTest, APictureBeingReadMayLoseItsWindow)
         SCOPED_TRACE(row.what);
         auto& stamp = newStamp<ImageStamp>(true);
         auto& editor = edit<Editor>(stamp);
-        editor.loadPicture(path);
+        editor.loadPicture(asPath(path));
         row.end(editor);
         settle();
         if (row.width < 0) continue;
@@ -254,7 +255,7 @@ TEST_F(ImageStampEditorTest, APictureThatComesDuringAJobWaitsForItsEnd)
 {
     auto& stamp = newStamp<ImageStamp>(true);
     auto& editor = edit<Editor>(stamp);
-    editor.loadPicture(picture("a.png"));
+    editor.loadPicture(asPath(picture("a.png")));
     editors.setEditorsEnabled(false);
     waitUntilRead(editor);
     EXPECT_EQ(stamp.stampImageWidth, 0);
@@ -265,7 +266,7 @@ TEST_F(ImageStampEditorTest, APictureThatComesDuringAJobWaitsForItsEnd)
 TEST_F(ImageStampEditorTest, IsUsableFromTheKeyboardAndBySpeech)
 {
     auto& stamp = newStamp<ImageStamp>();
-    stamp.loadPicture(picture("a.png"));
+    stamp.loadPicture(asPath(picture("a.png")));
     expectUsable(edit<Editor>(stamp));
 }
 

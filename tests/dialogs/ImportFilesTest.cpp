@@ -27,10 +27,10 @@ class ImportFiles : public testing::Test
     {
         dialog.setAllowedTypes(QStringLiteral("PDF,TIF"));
         QObject::connect(&dialog, &ImportFilesWindowController::ImportFilesWindowControllerDidFinish,
-                         [this](const QList<QUrl>& urls) {
+                         [this](const QList<FilePath>& paths) {
                              ++finished;
-                             for (const QUrl& url : urls)
-                                 imported.append(localPath(url));
+                             for (const FilePath& path : paths)
+                                 imported.append(path.text());
                          });
         open();
     }

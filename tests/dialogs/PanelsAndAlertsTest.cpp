@@ -59,7 +59,7 @@ TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
     const OpenPanel text{QStringLiteral("Pick:"), {QStringLiteral("txt")}, false, false};
     const auto open = [&](const OpenPanel& panel) {
         chosen.clear();
-        panels.open(&window, panel, [&](const QStringList& paths) { chosen = paths; });
+        panels.open(&window, panel, [&](const QList<FilePath>& paths) { chosen = textsOf(paths); });
         return panelOver(window);
     };
 
@@ -100,7 +100,7 @@ TEST(WidgetPanels, PickSeveralFolders)
     for (const bool isTyped : {false, true}) {
         QStringList chosen;
         panels.open(&window, {QStringLiteral("Pick:"), {}, true, true},
-                    [&](const QStringList& paths) { chosen = paths; });
+                    [&](const QList<FilePath>& paths) { chosen = textsOf(paths); });
         QFileDialog* const panel = panelOver(window);
         panel->setDirectory(scratch.path());
         auto* const view = panel->findChild<QListView*>(QStringLiteral("listView"));
@@ -136,7 +136,7 @@ TEST(WidgetPanels, SaveUnderTheTypeAndAskBeforeReplacing)
     const auto save = [&](const QString& typed) {
         chosen.clear();
         panels.save(&window, {QStringLiteral("Save:"), QStringLiteral("txt"), QStringLiteral("Export.txt")},
-                    [&](const QString& path) { chosen = path; });
+                    [&](const FilePath& path) { chosen = path.text(); });
         QFileDialog* const panel = panelOver(window);
         EXPECT_EQ(QFileInfo(panel->selectedFiles().value(0)).fileName(), QStringLiteral("Export.txt"));
         typeAndAccept(*panel, typed);

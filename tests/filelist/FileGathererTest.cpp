@@ -45,7 +45,7 @@ class Gathering : public testing::Test, public GatherObserver
     {
         Arguments request{{}, isFolders, subfolders};
         for (const QString& path : paths)
-            request.urls.append(fileUrl(path));
+            request.urls.append(asPath(path));
         gather(request);
     }
     void gather(const Arguments& request)
@@ -56,12 +56,12 @@ class Gathering : public testing::Test, public GatherObserver
         EXPECT_EQ(notes_.size(), 6) << "it did not end";
         EXPECT_FALSE(isProcessing_);
     }
-    QList<QUrl> allUrls() const
+    QList<FilePath> allPaths() const
     {
-        QList<QUrl> urls;
+        QList<FilePath> paths;
         for (const FileItem* item : files_.items())
-            urls.append(item->filePath());
-        return urls;
+            paths.append(item->filePath());
+        return paths;
     }
     int withPassword() const
     {
@@ -126,15 +126,15 @@ TEST_F(Gathering, FilesAreTakenAsTheyAre)
               0);
     password_ = QStringLiteral("secret");
     const QString gone = scratch_.path(QStringLiteral("gone.pdf"));
-    gather({odd, gone, foreign, odd}, false);
+    gather({odd, gone, scratch_.path() + QStringLiteral("/./gone.pdf"), foreign, odd + u'/', odd}, false);
     ASSERT_EQ(files_.count(), 3);
     EXPECT_EQ(files_.at(0).pages(), 2);
     EXPECT_EQ(files_.at(0).pdfOpenPassword(), QStringLiteral("secret"));
     EXPECT_EQ(files_.at(1).pages(), 0) << "a file that vanished stays in the list, without pages";
     EXPECT_EQ(files_.at(2).pages(), 3);
-    EXPECT_EQ(files_.at(2).path(), foreign);
+    EXPECT_EQ(files_.at(2).filePath(), asPath(foreign));
     Arguments web;
-    web.urls = {QUrl(QStringLiteral("https://example.org/a.pdf")), QUrl()};
+    web.urls = {FilePath(), FilePath()};
     gather(web);
     EXPECT_EQ(files_.count(), 3);
 }
@@ -158,7 +158,8 @@ TEST_F(Gathering, TheSameFolderTwiceAddsNothingAndSortsNothing)
     files_.sort({QStringLiteral("name"), false});
     EXPECT_EQ(namesOf(files_), words("b.pdf a.pdf"));
     files_.moveUp({1});
-    gather({scratch_.path(), scratch_.path() + u'/'});
+    gather({scratch_.path(), scratch_.path() + u'/', scratch_.path() + QStringLiteral("/./"),
+            scratch_.path() + QStringLiteral("//a.pdf")});
     EXPECT_EQ(namesOf(files_), words("a.pdf b.pdf"));
     scratch_.write(QStringLiteral("aa.pdf"), numberedPdf(1));
     gather({scratch_.path()});
@@ -218,8 +219,8 @@ TEST_F(Gathering, OneRequestAtATimeAndTheNextOneAtOnce)
 {
     scratch_.write(QStringLiteral("a/1.pdf"), numberedPdf(1));
     scratch_.write(QStringLiteral("b/2.pdf"), numberedPdf(1));
-    const Arguments a{{fileUrl(scratch_.path(QStringLiteral("a")))}, true, false};
-    const Arguments b{{fileUrl(scratch_.path(QStringLiteral("b")))}, true, false};
+    const Arguments a{{asPath(scratch_.path(QStringLiteral("a")))}, true, false};
+    const Arguments b{{asPath(scratch_.path(QStringLiteral("b")))}, true, false};
     ASSERT_TRUE(gatherer_.start(a, password_));
     EXPECT_FALSE(gatherer_.start(b, password_));
     serve([&] { return notes_.contains(QStringLiteral("stop")); });
@@ -234,10 +235,10 @@ TEST_F(Gathering, APasswordIsForTheNamedFilesAndCountsThemAnew)
         scratch_.write(QString::fromLatin1(name), numberedPdf(1));
     gather({scratch_.path()});
     scratch_.write(QStringLiteral("c.pdf"), numberedPdf(5));
-    const QList<QUrl> urls = allUrls();
+    const QList<FilePath> paths = allPaths();
     notes_.clear();
-    gatherer_.startPasswords({urls[0], urls[2], urls[3]}, QStringLiteral("secret"));
-    gatherer_.startPasswords({urls[3]}, QStringLiteral("other")); // waits for its turn
+    gatherer_.startPasswords({paths[0], paths[2], paths[3]}, QStringLiteral("secret"));
+    gatherer_.startPasswords({paths[3]}, QStringLiteral("other")); // waits for its turn
     EXPECT_EQ(withPassword(), 0) << "not on this thread";
     files_.moveUp({1, 2, 3});
     files_.remove({3});
@@ -255,7 +256,7 @@ TEST_F(Gathering, ACancelLeavesTheOtherFilesTheirPasswords)
 {
     makeSlowFiles(300);
     gather({scratch_.path()});
-    gatherer_.startPasswords(allUrls(), QStringLiteral("secret"));
+    gatherer_.startPasswords(allPaths(), QStringLiteral("secret"));
     serve([&] { return withPassword() > 0; });
     isProcessing_ = false;
     serve([&] { return notes_.size() == 12; });
@@ -268,7 +269,7 @@ TEST_F(Gathering, ACancelLeavesTheOtherFilesTheirPasswords)
 TEST_F(Gathering, AStopEndsItWhetherItHasBegunOrNot)
 {
     makeSlowFiles(300);
-    const Arguments request{{fileUrl(scratch_.path())}, true, true};
+    const Arguments request{{asPath(scratch_.path())}, true, true};
     for (const bool hasBegun : {false, true}) {
         FileGatherer other(files_, isProcessing_, mainThread_, clock_, *this);
         ASSERT_TRUE(other.start(request, password_));
@@ -287,7 +288,7 @@ TEST_F(Gathering, GoingAwayWhileItRunsIsSafe)
     makeSlowFiles(300);
     {
         FileGatherer other(files_, isProcessing_, mainThread_, clock_, *this);
-        ASSERT_TRUE(other.start({{fileUrl(scratch_.path())}, true, true}, password_));
+        ASSERT_TRUE(other.start({{asPath(scratch_.path())}, true, true}, password_));
     }
     EXPECT_FALSE(isProcessing_);
     EXPECT_TRUE(files_.empty()) << "it had not begun";

@@ -16,7 +16,7 @@ const QLocale english(QLocale::English, QLocale::UnitedStates);
 
 FileItem item(const QString& path)
 {
-    auto made = FileItem::initWithURL(QUrl::fromLocalFile(path));
+    auto made = FileItem::initWithURL(asPath(path));
     EXPECT_TRUE(made);
     made->setPdfOpenPassword(std::nullopt);
     return *made;
@@ -24,8 +24,8 @@ FileItem item(const QString& path)
 
 TEST(FileItemTest, IsMadeOfFileUrlsOnly)
 {
-    EXPECT_FALSE(FileItem::initWithURL(QUrl()));
-    EXPECT_FALSE(FileItem::initWithURL(QUrl(QStringLiteral("https://example.org/a.pdf"))));
+    EXPECT_FALSE(FileItem::initWithURL(FilePath()));
+    EXPECT_FALSE(FileItem::initWithURL(FilePath::fromUrl(QUrl(QStringLiteral("https://example.org/a.pdf")))));
     const FileItem a = item(QStringLiteral("/tmp/x y/ü#?.PDF"));
     EXPECT_TRUE(a == item(QStringLiteral("/tmp/x y/ü#?.PDF")));
     EXPECT_FALSE(a == item(QStringLiteral("/tmp/x y/u.PDF")));
@@ -35,6 +35,21 @@ TEST(FileItemTest, IsMadeOfFileUrlsOnly)
     EXPECT_EQ(a.type(), QStringLiteral("PDF")) << "as it is written";
     EXPECT_EQ(a.pages(), 0) << "a file that is not there has none";
     EXPECT_FALSE(a.dateModified().isValid());
+}
+
+TEST(FileItemTest, OneFileIsOneItemHoweverItIsSpelt)
+{
+    const FileItem plain = item(QStringLiteral("/x/a.pdf"));
+    for (const char* url : {"file:///x/a.pdf/", "file:///x/./a.pdf", "file:////x//a.pdf", "file:///x/%61.pdf",
+                            "file://localhost/x/y/../a.pdf"}) {
+        const auto same = FileItem::initWithURL(FilePath::fromUrl(QUrl::fromEncoded(url)));
+        ASSERT_TRUE(same) << url;
+        EXPECT_TRUE(*same == plain) << url;
+        EXPECT_EQ(same->name(), QStringLiteral("a.pdf")) << url;
+        EXPECT_EQ(same->location(), QStringLiteral("/x")) << url;
+        EXPECT_EQ(same->fileType(), FileType::Pdf) << url;
+    }
+    EXPECT_FALSE(item(QStringLiteral("/x/A.pdf")) == plain);
 }
 
 TEST(FileItemTest, WritesSizesForPeople)
@@ -117,10 +132,10 @@ TEST(FileItemTest, TakesTheSizeOnDisk)
 TEST(FileItemTest, VerifiesPdfPasswords)
 {
     Scratch scratch;
-    const QUrl plain = QUrl::fromLocalFile(scratch.write(QStringLiteral("a.pdf"), numberedPdf(1)));
+    const FilePath plain = asPath(scratch.write(QStringLiteral("a.pdf"), numberedPdf(1)));
     EXPECT_TRUE(verifyPDF(plain, QStringLiteral("any")));
     EXPECT_FALSE(verifyPDF(plain, std::nullopt));
-    EXPECT_FALSE(verifyPDF(std::nullopt, QString()));
+    EXPECT_FALSE(verifyPDF(FilePath(), QString()));
 }
 
 } // namespace

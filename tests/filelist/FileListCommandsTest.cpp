@@ -32,10 +32,10 @@ class Commands : public testing::Test, public FileListView
         selected_ = rows;
         scrolledTo_ = scrollTo;
     }
-    void applyPassword(const QList<QUrl>& urls, const QString& password) override
+    void applyPassword(const QList<FilePath>& paths, const QString& password) override
     {
-        for (const QUrl& url : urls)
-            notes_.append(url.fileName() + u' ' + password);
+        for (const FilePath& path : paths)
+            notes_.append(path.name() + u' ' + password);
     }
 
   protected:

@@ -46,15 +46,15 @@ TEST(FileListExport, OfAnEmptyListIsTheHeader)
 {
     const Scratch scratch;
     const QString path = scratch.path(QStringLiteral("e.txt"));
-    EXPECT_TRUE(exportList(FileList(), path));
+    EXPECT_TRUE(exportList(FileList(), asPath(path)));
     EXPECT_EQ(readFile(path), header);
 }
 
 TEST(FileListExport, AFailureLeavesWhatWasThere)
 {
     const Scratch scratch;
-    EXPECT_FALSE(exportList(FileList(), scratch.path(QStringLiteral("gone/e.txt"))));
-    EXPECT_FALSE(exportList(FileList(), scratch.path()));
+    EXPECT_FALSE(exportList(FileList(), asPath(scratch.path(QStringLiteral("gone/e.txt")))));
+    EXPECT_FALSE(exportList(FileList(), asPath(scratch.path())));
     EXPECT_TRUE(QFileInfo(scratch.path()).isDir());
 }
 

@@ -100,11 +100,12 @@ TEST_F(Model, OffersWholeRowsToOtherProgramsInListOrder)
 TEST_F(Model, TakesDropsOfFilesFromElsewhere)
 {
     files_.append(itemsNamed(words("a.pdf")));
-    QList<QUrl> dropped;
-    QObject::connect(&model_, &FileListModel::filesDropped, [&](const QList<QUrl>& urls) { dropped = urls; });
+    QList<FilePath> dropped;
+    QObject::connect(&model_, &FileListModel::filesDropped,
+                     [&](const QList<FilePath>& paths) { dropped = paths; });
     const QUrl page(QStringLiteral("https://example.org/z.pdf"));
     QMimeData mixed;
-    mixed.setUrls({fileUrl(QStringLiteral("/x/y.pdf")), page, fileUrl(QStringLiteral("/x"))});
+    mixed.setUrls({asPath(QStringLiteral("/x/y.pdf")).url(), page, asPath(QStringLiteral("/x")).url()});
     QMimeData web;
     web.setUrls({page});
     QMimeData text;

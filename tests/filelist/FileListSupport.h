@@ -2,6 +2,7 @@
 
 #include "filelist/FileList.h"
 #include "platform/system/NativePath.h"
+#include "support/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,7 +11,7 @@ namespace quillfern {
 
 inline FileItem itemAt(const QString& path)
 {
-    auto item = FileItem::initWithURL(fileUrl(path));
+    auto item = FileItem::initWithURL(asPath(path));
     EXPECT_TRUE(item.has_value()) << path.toStdString();
     item->setPdfOpenPassword(QString());
     return *item;

@@ -105,8 +105,9 @@ TEST(FileList, TotalsFollowEveryChange)
 
     // A file that has changed is counted anew with its password.
     scratch.write(QStringLiteral("b.pdf"), numberedPdf(30));
-    std::vector<FileItem> counted = {itemAt(files.at(1).path()), itemAt(QStringLiteral("/nowhere/x.pdf")),
-                                     itemAt(files.at(0).path())};
+    std::vector<FileItem> counted = {itemAt(files.at(1).filePath().text()),
+                                     itemAt(QStringLiteral("/nowhere/x.pdf")),
+                                     itemAt(files.at(0).filePath().text())};
     counted[0].setPdfOpenPassword(QStringLiteral("secret"));
     files.setIsSelected(1, false);
     EXPECT_EQ(files.takeCounts(counted, 5), 1) << "found all round";

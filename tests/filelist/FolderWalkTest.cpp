@@ -21,7 +21,7 @@ class WalkedFolder : public testing::Test
         const QString path = scratch_.path() + u'/' + pathText(name);
         std::filesystem::create_directories(
             std::filesystem::path(nativePath(path).toStdString()).parent_path());
-        AtomicFile::writeWhole(path, "x");
+        AtomicFile::writeWhole(asPath(path), "x");
     }
 
     [[nodiscard]] QByteArray at(const char* name) const { return nativePath(scratch_.path()) + '/' + name; }
@@ -31,9 +31,9 @@ class WalkedFolder : public testing::Test
     {
         QList<QByteArray> paths;
         FolderWalk walk(
-            [&](const QString& path) { paths.append(nativePath(path).mid(scratch_.path().size() + 1)); },
+            [&](const FilePath& path) { paths.append(path.bytes().mid(scratch_.path().size() + 1)); },
             [&] { return paths.size() < stopAfter; });
-        walk.walk(scratch_.path(), includeSubfolders);
+        walk.walk(asPath(scratch_.path()), includeSubfolders);
         return paths;
     }
 
@@ -107,9 +107,9 @@ TEST_F(WalkedFolder, EndsWhenToldAndFindsNothingInNothing)
         make("d" + QByteArray::number(i % 4) + "/f" + QByteArray::number(i) + ".pdf");
     EXPECT_EQ(found(true, 7).size(), 7);
     EXPECT_EQ(found().size(), 20);
-    FolderWalk walk([](const QString&) { ADD_FAILURE(); }, [] { return true; });
-    walk.walk(scratch_.path(QStringLiteral("gone")), true);
-    walk.walk(scratch_.path(QStringLiteral("d0/f0.pdf")), true);
+    FolderWalk walk([](const FilePath&) { ADD_FAILURE(); }, [] { return true; });
+    walk.walk(asPath(scratch_.path(QStringLiteral("gone"))), true);
+    walk.walk(asPath(scratch_.path(QStringLiteral("d0/f0.pdf"))), true);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "filelist/PageCount.h"
 
 #include "platform/system/NativePath.h"
+#include "support/Paths.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
@@ -36,25 +37,25 @@ TEST(PageCountTest, CountsAPdfWithoutReadingItWhole)
     const QString path = pdfWithHole(scratch, large);
     ASSERT_GE(QFile(path).size(), large);
     const qint64 before = bytesRead();
-    EXPECT_EQ(countPages(path).pages, 1);
+    EXPECT_EQ(countPages(asPath(path)).pages, 1);
     EXPECT_LT(bytesRead() - before, 4 << 20);
 }
 
 TEST(PageCountTest, TheContentDecidesUnderAnyName)
 {
     const Scratch scratch;
-    EXPECT_EQ(countPages(scratch.write(QStringLiteral("three.png"), numberedPdf(3))).pages, 3);
+    EXPECT_EQ(countPages(asPath(scratch.write(QStringLiteral("three.png"), numberedPdf(3)))).pages, 3);
     EXPECT_EQ(
-        countPages(scratch.write(QStringLiteral("late.tif"), QByteArray(3000, ' ') + numberedPdf(2))).pages,
+        countPages(asPath(scratch.write(QStringLiteral("late.tif"), QByteArray(3000, ' ') + numberedPdf(2)))).pages,
         2);
     const QString picture = scratch.path(QStringLiteral("picture.pdf"));
     ASSERT_TRUE(QImage(20, 10, QImage::Format_RGB32).save(picture, "png"));
-    EXPECT_EQ(countPages(picture).pages, 1);
+    EXPECT_EQ(countPages(asPath(picture)).pages, 1);
     const QString fax =
         qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/samples/letter-fax.tif");
     const QString named = scratch.write(QStringLiteral("fax.pdf"), readFile(fax));
-    EXPECT_EQ(countPages(named).pages, 3);
-    EXPECT_EQ(countPages(named).compression, 4);
+    EXPECT_EQ(countPages(asPath(named)).pages, 3);
+    EXPECT_EQ(countPages(asPath(named)).compression, 4);
 }
 
 TEST(PageCountTest, WhatIsNoDocumentHasNoPages)
@@ -68,8 +69,8 @@ TEST(PageCountTest, WhatIsNoDocumentHasNoPages)
           scratch.write(QStringLiteral("text.pdf"), "not a PDF"),
           scratch.write(QStringLiteral("header.tif"), QByteArray("II*\0\xFF\xFF\xFF\x7F", 8)),
           scratch.write(QStringLiteral("cut.pdf"), numberedPdf(3).left(30))}) {
-        EXPECT_EQ(countPages(path).pages, 0) << path.toStdString();
-        EXPECT_EQ(countPages(path).compression, 1) << path.toStdString();
+        EXPECT_EQ(countPages(asPath(path)).pages, 0) << path.toStdString();
+        EXPECT_EQ(countPages(asPath(path)).compression, 1) << path.toStdString();
     }
 }
 

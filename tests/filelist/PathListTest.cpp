@@ -14,11 +14,11 @@ QString allTypes()
     return allowedFileTypes().join(u',');
 }
 
-QList<QByteArray> pathsOf(const QList<QUrl>& urls)
+QList<QByteArray> pathsOf(const QList<FilePath>& files)
 {
     QList<QByteArray> paths;
-    for (const QUrl& url : urls)
-        paths.append(nativePath(localPath(url)));
+    for (const FilePath& file : files)
+        paths.append(file.bytes());
     return paths;
 }
 
@@ -35,8 +35,9 @@ TEST(PathList, KeepsLinesOfAnAllowedType)
         {"/d/a.pdf\r\n/d/b.pdf\r\n/d/c.pdf", {"/d/c.pdf"}}, // Windows line ends are part of the extension
         {" /d/blank.pdf", {here + "/ /d/blank.pdf"}},       // nothing is trimmed
         {"/d/blank.pdf ", {}},
-        {"rel.pdf\n./rel.pdf", {here + "/rel.pdf", here + "/./rel.pdf"}},
-        {"/d/100% #1?.pdf\n//net/a.pdf", {"/d/100% #1?.pdf", "//net/a.pdf"}},
+        {"rel.pdf\n./rel.pdf\n" + here + "//rel.pdf\nd/../rel.pdf\nsub//rel.pdf/",
+         {here + "/rel.pdf", here + "/sub/rel.pdf"}},
+        {"/d/100% #1?.pdf\n//net/a.pdf", {"/d/100% #1?.pdf", "/net/a.pdf"}},
         {"/d/.pdf\n/d/pdf\n/d.pdf/x", {}},
         {QByteArray("/d/a\0b.pdf\n/d/c.pdf", 19), {"/d/c.pdf"}},
         {"/d/\xC3\xA4.pdf\n/d/latin\xE4.pdf", {"/d/\xC3\xA4.pdf", "/d/latin\xE4.pdf"}},
@@ -45,7 +46,7 @@ TEST(PathList, KeepsLinesOfAnAllowedType)
     const Scratch scratch;
     for (const auto& [text, paths] : cases) {
         PathListParser parser(allTypes());
-        EXPECT_TRUE(parser.parseFile(scratch.write(QStringLiteral("list.txt"), text)));
+        EXPECT_TRUE(parser.parseFile(asPath(scratch.write(QStringLiteral("list.txt"), text))));
         EXPECT_EQ(pathsOf(parser.files()), paths) << text.toStdString();
         EXPECT_EQ(parser.totalFilesFound(), QStringLiteral("Total Files Found : %1").arg(paths.size()));
     }
@@ -65,12 +66,12 @@ TEST(PathList, AFileThatCannotBeReadIsNoText)
     const Scratch scratch;
     PathListParser parser(allTypes());
     parser.parseText(QStringLiteral("/a.pdf"));
-    EXPECT_FALSE(parser.parseFile(scratch.path(QStringLiteral("gone.txt"))));
+    EXPECT_FALSE(parser.parseFile(asPath(scratch.path(QStringLiteral("gone.txt")))));
     EXPECT_TRUE(parser.files().isEmpty());
-    EXPECT_FALSE(parser.parseFile(scratch.path()));
+    EXPECT_FALSE(parser.parseFile(asPath(scratch.path())));
     const QString huge = scratch.write(QStringLiteral("huge.txt"), "/a.pdf\n");
     ASSERT_TRUE(QFile::resize(huge, 3LL << 30));
-    EXPECT_FALSE(parser.parseFile(huge));
+    EXPECT_FALSE(parser.parseFile(asPath(huge)));
 }
 
 TEST(PathListImport, SaysWhatIsMissing)

@@ -70,22 +70,33 @@ struct Include
     QString target;
 };
 
-const QList<Include>& allIncludes()
+/// The texts of all sources, by their names below src/.
+const QMap<QString, QString>& allSources()
 {
-    static const QList<Include> all = [] {
-        static const QRegularExpression line(QStringLiteral("^\\s*#\\s*include\\s*[\"<]([^\">]+)[\">]"),
-                                             QRegularExpression::MultilineOption);
-        QList<Include> includes;
+    static const QMap<QString, QString> all = [] {
+        QMap<QString, QString> sources;
         const QString root = qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/src/");
         QDirIterator files(root, {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
                            QDirIterator::Subdirectories);
         while (files.hasNext()) {
             QFile file(files.next());
             EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-            const QString name = file.fileName().mid(root.size());
-            for (const auto& match : line.globalMatch(QString::fromUtf8(file.readAll())))
-                includes.append({name, match.captured(1)});
+            sources.insert(file.fileName().mid(root.size()), QString::fromUtf8(file.readAll()));
         }
+        return sources;
+    }();
+    return all;
+}
+
+const QList<Include>& allIncludes()
+{
+    static const QList<Include> all = [] {
+        static const QRegularExpression line(QStringLiteral("^\\s*#\\s*include\\s*[\"<]([^\">]+)[\">]"),
+                                             QRegularExpression::MultilineOption);
+        QList<Include> includes;
+        for (auto source = allSources().begin(); source != allSources().end(); ++source)
+            for (const auto& match : line.globalMatch(source.value()))
+                includes.append({source.key(), match.captured(1)});
         return includes;
     }();
     return all;
@@ -145,6 +156,28 @@ TEST(Layers, ALibraryIsIncludedInItsRoomOnly)
         ASSERT_NE(library, libraries.end()) << describe(include) << ", which belongs to no room";
         EXPECT_EQ(room.toStdString(), library->second) << describe(include);
     }
+}
+
+// Qt's classes for files by name lose names that are not UTF-8. FilePath and what takes one do not.
+TEST(Layers, FilesAreReachedByTheirPathsOnly)
+{
+    static const QSet<QString> allowed = {
+        QStringLiteral("platform/system/FileAccess.cpp"), // a QFile over a descriptor
+        QStringLiteral("dialogs/ThemedIcon.cpp"),         // resources inside the program
+        QStringLiteral("dialogs/WidgetPanels.cpp"),       // a filter of the toolkit's dialog
+    };
+    static const QRegularExpression comment(QStringLiteral("//[^\n]*"));
+    static const QRegularExpression byName(
+        QStringLiteral("\\b(QFile|QFileInfo|QDir|QDirIterator|QSaveFile|QTemporaryFile|QLockFile)\\b"));
+    QSet<QString> found;
+    for (auto source = allSources().begin(); source != allSources().end(); ++source) {
+        const auto match = byName.match(QString(source.value()).remove(comment));
+        if (!match.hasMatch()) continue;
+        found.insert(source.key());
+        EXPECT_TRUE(allowed.contains(source.key()))
+            << source.key().toStdString() << " uses " << match.captured().toStdString();
+    }
+    EXPECT_EQ(found, allowed) << "what needs no exception has none";
 }
 
 TEST(Layers, CoreKnowsNoWidgets)

@@ -6,6 +6,7 @@
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
+#include <QImage>
 #include <gtest/gtest.h>
 
 namespace quillfern {
@@ -15,7 +16,7 @@ TEST(InputGathering, FollowsTheCommandLine)
 {
     const Scratch scratch;
     const QString foreign = scratch.path() + u'/' + pathText("latin\xE9.pdf");
-    AtomicFile::writeWhole(foreign, numberedPdf(2));
+    AtomicFile::writeWhole(asPath(foreign), numberedPdf(2));
     scratch.write(QStringLiteral("d/b.pdf"), numberedPdf(1));
     scratch.write(QStringLiteral("d/sub/c.pdf"), numberedPdf(1));
     const QString mixed = scratch.write(QStringLiteral("z.Pdf"), numberedPdf(4));
@@ -33,7 +34,7 @@ TEST(InputGathering, FollowsTheCommandLine)
     gathering.gather(requestsFor(options), [] { return true; });
     QList<QByteArray> paths;
     for (int row = 0; row < files.count(); ++row)
-        paths.append(nativePath(files.at(row).path()).mid(folder.size() + 1));
+        paths.append(files.at(row).filePath().bytes().mid(folder.size() + 1));
     EXPECT_EQ(paths, (QList<QByteArray>{"z.Pdf", "d/b.pdf", "latin\xE9.pdf", "d/sub/c.pdf", "gone.tif"}));
     EXPECT_EQ(files.totals(), (FileTotals{5, 8, 0, 0}));
 }
@@ -68,7 +69,7 @@ TEST(RunnerLists, ListsWithoutStampingAndStampsNamesOfAnyBytes)
 {
     const Scratch scratch;
     const QString program = qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run");
-    AtomicFile::writeWhole(scratch.path() + u'/' + pathText("in\xE9.pdf"), numberedPdf(3));
+    AtomicFile::writeWhole(asPath(scratch.path() + u'/' + pathText("in\xE9.pdf")), numberedPdf(3));
     const QString list = scratch.path(QStringLiteral("list.txt"));
     ToolResult result = runTool(program, {QStringLiteral("--export"), list, scratch.path()});
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
@@ -87,6 +88,83 @@ TEST(RunnerLists, ListsWithoutStampingAndStampsNamesOfAnyBytes)
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
     EXPECT_FALSE(readFile(scratch.path(QStringLiteral("out/copy"))).isEmpty());
     EXPECT_TRUE(qpdfAccepts(scratch.path(QStringLiteral("out/copy"))));
+}
+
+class RunnerNames : public testing::Test
+{
+  protected:
+    /// Runs lines of the shell in the folder, where "$run" is the program and "$e" a byte that is no UTF-8.
+    ToolResult shell(const char* lines)
+    {
+        return runTool(QStringLiteral("sh"),
+                       {QStringLiteral("-c"),
+                        QStringLiteral("set -e; cd \"$1\"; run=\"$2\"; e=$(printf '\\351'); "
+                                       "export HOME=\"$1/home$e\"; unset XDG_DATA_HOME XDG_CONFIG_HOME\n") +
+                            QLatin1String(lines),
+                        QStringLiteral("sh"), scratch.path(),
+                        qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run")});
+    }
+
+    Scratch scratch;
+};
+
+TEST_F(RunnerNames, OfAnyBytesAreKeptInEveryPlace)
+{
+    scratch.write(QStringLiteral("a.pdf"), numberedPdf(2));
+    QImage(8, 8, QImage::Format_RGB32).save(scratch.path(QStringLiteral("logo.png")));
+    ToolResult result =
+        shell("mkdir out$e in$e; cp a.pdf in$e/a$e.pdf; cp logo.png logo$e.png\n"
+              "echo in$e/a$e.pdf > list$e.txt\n"
+              "$run --output out$e --image logo$e.png --text 'No {0}' --list list$e.txt "
+              "--export export$e.txt --save-profile p$e.qfprofile\n"
+              "$run --profile p$e.qfprofile --preview page$e.png in$e\n"
+              "cp out$e/a$e.pdf copy.pdf; cp export$e.txt export.txt; cp page$e.png page.png\n"
+              "cp home$e/.local/share/Orvane/Quillfern1/Logs/*.log job.log");
+    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
+    EXPECT_TRUE(result.err.isEmpty()) << result.err.toStdString();
+    EXPECT_TRUE(result.out.contains("out\xEF\xBF\xBD/a\xEF\xBF\xBD.pdf\n")) << result.out.toStdString();
+    EXPECT_TRUE(qpdfAccepts(scratch.path(QStringLiteral("copy.pdf"))));
+    EXPECT_TRUE(pdfText(scratch.path(QStringLiteral("copy.pdf")), 2).contains(QStringLiteral("No 2")));
+    EXPECT_TRUE(readFile(scratch.path(QStringLiteral("export.txt"))).contains("\na\xEF\xBF\xBD.pdf\t2\t"));
+    EXPECT_FALSE(QImage(scratch.path(QStringLiteral("page.png"))).isNull());
+    EXPECT_TRUE(readFile(scratch.path(QStringLiteral("job.log"))).contains("Status=\"Completed\""));
+    // In place, with a backup beside it.
+    result = shell("$run --output in$e --backup --text x in$e/a$e.pdf; cmp a.pdf in$e/a$e.pdf.bak");
+    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
+}
+
+TEST_F(RunnerNames, OneFileIsOneItemHoweverItIsSpelt)
+{
+    scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(1));
+    scratch.write(QStringLiteral("in/b.pdf"), numberedPdf(1));
+    for (const char* inputs :
+         {"in/a.pdf ./in/./a.pdf in//a.pdf in/b.pdf", "in/a.pdf in/. in/../in/", "$PWD/in/./a.pdf in//",
+          "--list l.txt in/../in/a.pdf", "--list l.txt", "gone/../in/a.pdf in/b.pdf"}) {
+        const ToolResult result =
+            shell((QByteArray("rm -rf out; mkdir out; printf '%s\\n' in/./a.pdf in//a.pdf $PWD/in/a.pdf "
+                              "$PWD/./in/b.pdf > l.txt\n"
+                              "$run --output ./out/../out/ --continuous --text 'No {0}/{1}' ") +
+                   inputs)
+                      .constData());
+        EXPECT_EQ(result.exitCode, 0) << inputs << ": " << result.err.toStdString();
+        EXPECT_EQ(result.out.count("Completed"), 2) << inputs << ": " << result.out.toStdString();
+        EXPECT_TRUE(result.out.contains(scratch.path(QStringLiteral("out/a.pdf")).toUtf8() + '\n'))
+            << inputs << ": " << result.out.toStdString();
+        EXPECT_TRUE(pdfText(scratch.path(QStringLiteral("out/a.pdf")), 1).contains(QStringLiteral("No 1/2")))
+            << inputs;
+        EXPECT_TRUE(pdfText(scratch.path(QStringLiteral("out/b.pdf")), 1).contains(QStringLiteral("No 2/2")))
+            << inputs;
+    }
+}
+
+TEST_F(RunnerNames, TheParentOfALinkedFolderIsTheOneItIsIn)
+{
+    scratch.write(QStringLiteral("a.pdf"), numberedPdf(1));
+    scratch.write(QStringLiteral("far/a.pdf"), numberedPdf(3));
+    const ToolResult result = shell("mkdir far/sub out; ln -s far/sub link\n"
+                                    "$run --output out --text x link/../a.pdf");
+    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
+    EXPECT_TRUE(result.out.contains("3 pages")) << result.out.toStdString();
 }
 
 } // namespace

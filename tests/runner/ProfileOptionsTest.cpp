@@ -113,7 +113,7 @@ TEST_F(ProfileOptions, GivenMarginsAreLengthsWhateverTheProfileHad)
     Numbering percent;
     percent.setIsMarginInPercentage(true);
     percent.setMarginLeft(50);
-    ASSERT_TRUE(percent.save(scratch.path(QStringLiteral("percent"))));
+    ASSERT_TRUE(percent.save(asPath(scratch.path(QStringLiteral("percent")))));
     const Settings settings = parsed(words("--profile DIR/percent --text A --margins 36,36,36,36pt"));
     EXPECT_EQ(marginRect(settings.number->fields(), {612, 792}), QRectF(36, 36, 540, 720));
 }
@@ -123,7 +123,7 @@ TEST_F(ProfileOptions, CommandLinesThatCannotBeFollowed)
     saved();
     scratch.write(QStringLiteral("bad"), "<plist><array/></plist>");
     Numbering empty;
-    ASSERT_TRUE(empty.save(scratch.path(QStringLiteral("empty"))));
+    ASSERT_TRUE(empty.save(asPath(scratch.path(QStringLiteral("empty")))));
     const QString pdf = scratch.write(QStringLiteral("in.pdf"), numberedPdf(1));
     struct Case
     {

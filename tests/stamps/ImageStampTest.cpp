@@ -61,7 +61,7 @@ TEST_F(ImageStampTest, DrawsNothingWithoutPictureSizeOrOpacity)
     for (std::int64_t ImageStamp::*field :
          {&ImageStamp::stampImageWidth, &ImageStamp::stampImageHeight, &ImageStamp::stampImageOpacity}) {
         ImageStamp stamp;
-        stamp.loadPicture(path);
+        stamp.loadPicture(asPath(path));
         EXPECT_FALSE(drawsNothing(stamp));
         stamp.*field = 0;
         EXPECT_TRUE(drawsNothing(stamp));
@@ -71,7 +71,7 @@ TEST_F(ImageStampTest, DrawsNothingWithoutPictureSizeOrOpacity)
 TEST_F(ImageStampTest, StandsAtItsAnchorTurnedAndScaled)
 {
     ImageStamp stamp;
-    stamp.loadPicture(picture("a.png"));
+    stamp.loadPicture(asPath(picture("a.png")));
     EXPECT_EQ(stamp.stampImageWidth, 40);
     EXPECT_EQ(stamp.stampImageHeight, 20);
     QImage page = draw(stamp, BottomRight);
@@ -98,7 +98,7 @@ TEST_F(ImageStampTest, StandsAtItsAnchorTurnedAndScaled)
 TEST_F(ImageStampTest, OpacityAlphaAndHighlightMix)
 {
     ImageStamp stamp;
-    stamp.loadPicture(picture("a.png", true));
+    stamp.loadPicture(asPath(picture("a.png", true)));
     QImage page = draw(stamp, TopLeft);
     EXPECT_EQ(page.pixelColor(5, 5), QColor(Qt::red));
     EXPECT_EQ(page.pixelColor(5, 15), QColor(Qt::white));
@@ -120,7 +120,7 @@ TEST_F(ImageStampTest, SmallDrawingsOfLargePicturesAreAveraged)
     const QString path = scratch.path(QStringLiteral("stripes.png"));
     ASSERT_TRUE(stripes.save(path));
     ImageStamp stamp;
-    stamp.loadPicture(path);
+    stamp.loadPicture(asPath(path));
     stamp.stampImageWidth = stamp.stampImageHeight = 50; // two stripes a pixel
     const QImage page = draw(stamp, TopLeft);
     for (int x = 5; x < 45; ++x)
@@ -132,7 +132,7 @@ TEST_F(ImageStampTest, PicturesOfAllKindsComeBackFromTheirRecord)
     for (const char* name : {"a.png", "a.bmp", "a.jpg"}) {
         SCOPED_TRACE(name);
         ImageStamp stamp;
-        stamp.loadPicture(picture(name));
+        stamp.loadPicture(asPath(picture(name)));
         // The bytes are a TIFF that other programs read, whatever the file was.
         const QString tiff = scratch.write(QStringLiteral("kept.tif"), *stamp.stampImage());
         const ToolResult info = runTool(QStringLiteral("tiffinfo"), {QStringLiteral("-D"), tiff});
@@ -157,7 +157,7 @@ TEST_F(ImageStampTest, AJpegIsKeptAsItIs)
 {
     const QString path = picture("photo.jpg", false, 400, 300);
     ImageStamp stamp;
-    stamp.loadPicture(path);
+    stamp.loadPicture(asPath(path));
     EXPECT_EQ(stamp.cacheImage()->jpeg(), readFile(path));
     EXPECT_LT(stamp.stampImage()->size(), readFile(path).size() + 400);
 }
@@ -187,7 +187,7 @@ TEST_F(ImageStampTest, RecordKeysStandInOrderAndEndAtTheFirstAbsentValue)
 TEST_F(ImageStampTest, BytesThatAreNoPictureLoadAndDrawNothing)
 {
     ImageStamp good;
-    good.loadPicture(picture("a.png"));
+    good.loadPicture(asPath(picture("a.png")));
     QByteArray damaged = *good.stampImage();
     for (qsizetype i = 16; i < damaged.size() / 2; ++i)
         damaged[i] = '\x55';
@@ -197,7 +197,7 @@ TEST_F(ImageStampTest, BytesThatAreNoPictureLoadAndDrawNothing)
         record.set(QStringLiteral("stampImage"), bytes);
         record.set(QStringLiteral("label"), QStringLiteral("seal"));
         ImageStamp stamp;
-        stamp.loadPicture(picture("a.png"));
+        stamp.loadPicture(asPath(picture("a.png")));
         stamp.setData(&record);
         EXPECT_FALSE(stamp.cacheImage());
         EXPECT_EQ(stamp.stampImage(), bytes);
@@ -205,7 +205,7 @@ TEST_F(ImageStampTest, BytesThatAreNoPictureLoadAndDrawNothing)
         EXPECT_TRUE(drawsNothing(stamp));
     }
     ImageStamp forgetful;
-    forgetful.loadPicture(picture("a.png"));
+    forgetful.loadPicture(asPath(picture("a.png")));
     forgetful.setData(nullptr);
     EXPECT_FALSE(forgetful.cacheImage());
     EXPECT_EQ(forgetful.stampImageWidth, 40);

@@ -8,6 +8,8 @@
 #include "platform/system/Folders.h"
 #include "platform/system/MainThread.h"
 
+#include "support/Paths.h"
+
 #include <QStringList>
 #include <map>
 
@@ -17,7 +19,10 @@ namespace quillfern {
 class FakeClock final : public Clock
 {
   public:
-    explicit FakeClock(QDateTime start = QDateTime(QDate(2026, 11, 16), QTime(14, 5, 9))) : now_(std::move(start)) {}
+    explicit FakeClock(QDateTime start = QDateTime(QDate(2026, 11, 16), QTime(14, 5, 9)))
+        : now_(std::move(start))
+    {
+    }
 
     [[nodiscard]] QDateTime now() const override
     {
@@ -36,13 +41,13 @@ class FakeClock final : public Clock
 class FakeFolders final : public Folders
 {
   public:
-    explicit FakeFolders(QString base) : base_(std::move(base)) {}
+    explicit FakeFolders(const QString& base) : base_(asPath(base)) {}
 
-    [[nodiscard]] QString applicationSupport() const override { return base_; }
-    [[nodiscard]] QString configuration() const override { return base_; }
+    [[nodiscard]] FilePath applicationSupport() const override { return base_; }
+    [[nodiscard]] FilePath configuration() const override { return base_; }
 
   private:
-    QString base_;
+    FilePath base_;
 };
 
 /// Runs everything where it is called.
@@ -55,28 +60,29 @@ class SameThread final : public MainThread
 class FakeDesktop final : public DesktopServices
 {
   public:
-    void open(const QString& path) override { opened.append(path); }
-    void reveal(const QStringList& paths) override { revealed.append(paths); }
-    void showProperties(const QStringList& paths) override { shownProperties.append(paths); }
+    void open(const FilePath& path) override { opened.append(path.text()); }
+    void reveal(const QList<FilePath>& paths) override { revealed.append(textsOf(paths)); }
+    void showProperties(const QList<FilePath>& paths) override { shownProperties.append(textsOf(paths)); }
 
     QStringList opened;
     QList<QStringList> revealed; ///< one entry a request
     QList<QStringList> shownProperties;
 };
 
-/// Answers each panel at once with what `answers` holds, in turn; without an answer the user closed the panel.
+/// Answers each panel at once with what `answers` holds, in turn; without an answer the user closed the
+/// panel.
 class FakePanels final : public FilePanels
 {
   public:
-    void open(QObject*, const OpenPanel& panel, std::function<void(const QStringList&)> chosen) override
+    void open(QObject*, const OpenPanel& panel, std::function<void(const QList<FilePath>&)> chosen) override
     {
         opened.append(panel);
-        if (!answers.isEmpty()) chosen(answers.takeFirst());
+        if (!answers.isEmpty()) chosen(asPaths(answers.takeFirst()));
     }
-    void save(QObject*, const SavePanel& panel, std::function<void(const QString&)> chosen) override
+    void save(QObject*, const SavePanel& panel, std::function<void(const FilePath&)> chosen) override
     {
         saved.append(panel);
-        if (!answers.isEmpty()) chosen(answers.takeFirst().value(0));
+        if (!answers.isEmpty()) chosen(asPath(answers.takeFirst().value(0)));
     }
 
     QList<QStringList> answers;
@@ -109,7 +115,10 @@ class MemoryDefaults final : public DefaultsStore
         const auto found = values.find(key);
         return found == values.end() ? std::nullopt : std::optional(found->second);
     }
-    void setValue(const QString& key, RecordValue value) override { values.insert_or_assign(key, std::move(value)); }
+    void setValue(const QString& key, RecordValue value) override
+    {
+        values.insert_or_assign(key, std::move(value));
+    }
     void flush() override { ++flushes; }
 
     std::map<QString, RecordValue> values;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Paths.h"
+
 #include <QByteArray>
 #include <QRectF>
 #include <QString>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -26,14 +28,14 @@ struct SavePanel
 
 /// The file panels. A seam, so that tests choose files without a person. `over` is the window that a panel
 /// belongs to and that it blocks; a panel goes with it. Both calls return at once: `chosen` is called later,
-/// and only when the user agreed, with absolute paths (see NativePath.h). Main thread.
+/// and only when the user agreed. Main thread.
 class FilePanels
 {
   public:
     virtual ~FilePanels() = default;
     virtual void open(QObject* over, const OpenPanel& panel,
-                      std::function<void(const QStringList&)> chosen) = 0;
-    virtual void save(QObject* over, const SavePanel& panel, std::function<void(const QString&)> chosen) = 0;
+                      std::function<void(const QList<FilePath>&)> chosen) = 0;
+    virtual void save(QObject* over, const SavePanel& panel, std::function<void(const FilePath&)> chosen) = 0;
 };
 
 } // namespace quillfern

@@ -1,14 +1,12 @@
 #include "platform/desktop/FreedesktopServices.h"
 
 #include "platform/system/LogLine.h"
-#include "platform/system/NativePath.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDesktopServices>
-#include <QFileInfo>
 
 namespace quillfern {
 
@@ -26,14 +24,13 @@ void onMainThread(const std::function<void()>& work)
     QMetaObject::invokeMethod(QCoreApplication::instance(), work);
 }
 
-void openFolders(const QStringList& paths, const FreedesktopServices::OpenUrl& openUrl)
+void openFolders(const QList<FilePath>& paths, const FreedesktopServices::OpenUrl& openUrl)
 {
-    QStringList folders;
-    for (const QString& path : paths)
-        folders.append(QFileInfo(path).path());
-    folders.removeDuplicates();
-    for (const QString& folder : folders)
-        openUrl(fileUrl(folder));
+    QList<FilePath> folders;
+    for (const FilePath& path : paths)
+        if (const FilePath folder = path.parent(); !folders.contains(folder)) folders.append(folder);
+    for (const FilePath& folder : folders)
+        openUrl(folder.url());
 }
 
 } // namespace
@@ -48,27 +45,27 @@ FreedesktopServices::FreedesktopServices(QDBusConnection bus, OpenUrl openUrl)
 {
 }
 
-void FreedesktopServices::open(const QString& path)
+void FreedesktopServices::open(const FilePath& path)
 {
-    onMainThread([openUrl = openUrl_, url = fileUrl(path)] { openUrl(url); });
+    onMainThread([openUrl = openUrl_, url = path.url()] { openUrl(url); });
 }
 
-void FreedesktopServices::reveal(const QStringList& paths)
+void FreedesktopServices::reveal(const QList<FilePath>& paths)
 {
     askFileManager(QStringLiteral("ShowItems"), paths);
 }
 
-void FreedesktopServices::showProperties(const QStringList& paths)
+void FreedesktopServices::showProperties(const QList<FilePath>& paths)
 {
     askFileManager(QStringLiteral("ShowItemProperties"), paths);
 }
 
-void FreedesktopServices::askFileManager(const QString& method, const QStringList& paths)
+void FreedesktopServices::askFileManager(const QString& method, const QList<FilePath>& paths)
 {
     if (paths.isEmpty()) return;
     QStringList urls;
-    for (const QString& path : paths)
-        urls.append(QString::fromLatin1(fileUrl(path).toEncoded()));
+    for (const FilePath& path : paths)
+        urls.append(QString::fromLatin1(path.url().toEncoded()));
     const QString name = QStringLiteral("org.freedesktop.FileManager1");
     QDBusMessage message =
         QDBusMessage::createMethodCall(name, QStringLiteral("/org/freedesktop/FileManager1"), name, method);

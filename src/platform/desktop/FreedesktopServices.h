@@ -20,12 +20,12 @@ class FreedesktopServices final : public DesktopServices
     /// With another bus and another way to open a URL than the user's.
     FreedesktopServices(QDBusConnection bus, OpenUrl openUrl);
 
-    void open(const QString& path) override;
-    void reveal(const QStringList& paths) override;
-    void showProperties(const QStringList& paths) override;
+    void open(const FilePath& path) override;
+    void reveal(const QList<FilePath>& paths) override;
+    void showProperties(const QList<FilePath>& paths) override;
 
   private:
-    void askFileManager(const QString& method, const QStringList& paths);
+    void askFileManager(const QString& method, const QList<FilePath>& paths);
 
     QDBusConnection bus_;
     OpenUrl openUrl_;

@@ -1,7 +1,6 @@
 #include "platform/desktop/SingleInstance.h"
 
 #include "platform/system/LogLine.h"
-#include "platform/system/NativePath.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusMessage>
@@ -52,11 +51,11 @@ class SingleInstance::Interface final : public QDBusAbstractAdaptor
     {
         if (instance_.hasLeft_) return refuse(message, QDBusError::Failed, "the program is ending");
         if (!isReasonable(uris)) return refuse(message, QDBusError::LimitsExceeded, "too many files");
-        QStringList paths;
+        QList<FilePath> paths;
         for (const QString& uri : uris) {
             if (uri.size() > longestUri) continue;
-            const QString path = localPath(QUrl::fromEncoded(uri.toUtf8(), QUrl::StrictMode));
-            if (path.startsWith(u'/')) paths.append(path);
+            const auto path = FilePath::fromUrl(QUrl::fromEncoded(uri.toUtf8(), QUrl::StrictMode));
+            if (!path.isEmpty()) paths.append(path);
         }
         Q_EMIT instance_.opened(paths, platformData.value(tokenKey).toString());
     }
@@ -113,12 +112,12 @@ void SingleInstance::queueForName()
     bus_.send(request);
 }
 
-bool SingleInstance::handOver(const QStringList& absolutePaths, const QString& activationToken)
+bool SingleInstance::handOver(const QList<FilePath>& paths, const QString& activationToken)
 {
     if (isFirst_ || !bus_.isConnected()) return false;
     QStringList uris;
-    for (const QString& path : absolutePaths)
-        uris.append(QString::fromLatin1(fileUrl(path).toEncoded()));
+    for (const FilePath& path : paths)
+        uris.append(QString::fromLatin1(path.url().toEncoded()));
     if (send(uris, activationToken)) return true;
     queueForName();
     return false;

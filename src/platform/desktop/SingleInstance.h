@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QDBusConnection>
 #include <QObject>
 #include <QStringList>
@@ -24,18 +26,18 @@ class SingleInstance final : public QObject
 
     [[nodiscard]] bool isFirst() const { return isFirst_; }
 
-    /// Asks the first instance to come to the front and to open files and folders, given by their absolute
-    /// paths (see NativePath.h). `activationToken` allows it to take the keyboard; it may be empty. True once
-    /// the first instance has answered. Otherwise this one is next in line for the name.
-    [[nodiscard]] bool handOver(const QStringList& absolutePaths, const QString& activationToken = QString());
+    /// Asks the first instance to come to the front and to open files and folders, `activationToken` allows
+    /// it to take the keyboard; it may be empty. True once the first instance has answered. Otherwise this
+    /// one is next in line for the name.
+    [[nodiscard]] bool handOver(const QList<FilePath>& paths, const QString& activationToken = QString());
 
     /// Gives the name back and refuses requests that are still on their way: whoever sent them then runs by
     /// itself. For an instance that is about to end.
     void leave();
 
   Q_SIGNALS:
-    /// Another instance was started with these files and folders, possibly none. All paths are absolute.
-    void opened(const QStringList& paths, const QString& activationToken);
+    /// Another instance was started with these files and folders, possibly none.
+    void opened(const QList<FilePath>& paths, const QString& activationToken);
 
   private:
     class Interface;

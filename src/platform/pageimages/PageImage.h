@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QImage>
 #include <QSizeF>
 #include <QString>
@@ -11,7 +13,7 @@ namespace quillfern {
 /// made small enough to fit; a smaller page keeps its size.
 struct PageImageRequest
 {
-    QString path;
+    FilePath path;
     int page = 0;       ///< from 0
     QSizeF box;         ///< points, that is, device-independent pixels
     double density = 1; ///< device pixels in a device-independent one

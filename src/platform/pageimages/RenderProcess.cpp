@@ -3,11 +3,9 @@
 #include "platform/pageimages/RenderReply.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/LogLine.h"
-#include "platform/system/NativePath.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QProcess>
 #include <algorithm>
 #include <sys/resource.h>
@@ -54,7 +52,7 @@ RenderProcess::RenderProcess(QString program, Limits limits) : program_(std::mov
 
 QString RenderProcess::installedProgram()
 {
-    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("quillfern-render"));
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/quillfern-render");
 }
 
 std::optional<PageImage> RenderProcess::page(const PageImageRequest& request)
@@ -66,9 +64,9 @@ std::optional<PageImage> RenderProcess::page(const PageImageRequest& request)
 
     QProcess process;
     process.setProgram(program_);
-    process.setArguments({QString::fromLatin1(fileUrl(absolutePath(request.path)).toEncoded()),
-                          QString::number(request.page), number(request.box.width()),
-                          number(request.box.height()), number(request.density)});
+    process.setArguments({QString::fromLatin1(request.path.url().toEncoded()), QString::number(request.page),
+                          number(request.box.width()), number(request.box.height()),
+                          number(request.density)});
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     process.setChildProcessModifier([this] { confine(limits_); });

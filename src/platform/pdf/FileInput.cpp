@@ -2,7 +2,6 @@
 
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
-#include "platform/system/NativePath.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -12,8 +11,8 @@
 
 namespace quillfern {
 
-FileInput::FileInput(const QString& path)
-    : name_(nativePath(path).toStdString()), descriptor_(openRegularFile(path))
+FileInput::FileInput(const FilePath& path)
+    : name_(path.bytes().toStdString()), descriptor_(openRegularFile(path))
 {
     struct stat status = {};
     if (::fstat(descriptor_, &status) == 0) size_ = status.st_size;

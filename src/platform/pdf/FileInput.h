@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QString>
 #include <list>
 #include <memory>
@@ -15,7 +17,7 @@ class FileInput final : public InputSource
 {
   public:
     /// Throws Failure when the file cannot be opened.
-    explicit FileInput(const QString& path);
+    explicit FileInput(const FilePath& path);
     ~FileInput() override;
     FileInput(const FileInput&) = delete;
     FileInput& operator=(const FileInput&) = delete;

@@ -81,7 +81,7 @@ int correctCount(QPDFObjectHandle node, std::set<QPDFObjGen>& counted)
 class PdfDocument::Private
 {
   public:
-    explicit Private(const QString& path)
+    explicit Private(const FilePath& path)
     {
         qpdf.setSuppressWarnings(true);
         qpdf.processInputSource(std::make_shared<FileInput>(path), "");
@@ -290,7 +290,7 @@ PdfDocument::PdfDocument(std::unique_ptr<Private> data) : d(std::move(data))
 }
 PdfDocument::~PdfDocument() = default;
 
-std::unique_ptr<PdfDocument> PdfDocument::open(const QString& path)
+std::unique_ptr<PdfDocument> PdfDocument::open(const FilePath& path)
 {
     return translated(
         [&] { return std::unique_ptr<PdfDocument>(new PdfDocument(std::make_unique<Private>(path))); });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
+#include "platform/system/FilePath.h"
 
 #include <QSizeF>
 #include <QString>
@@ -30,7 +31,7 @@ class PdfDocument
   public:
     /// Opens a file that needs no password to be read; repairs what can be repaired. Throws Failure when it
     /// is no PDF file, needs a password, or is damaged beyond repair.
-    [[nodiscard]] static std::unique_ptr<PdfDocument> open(const QString& path);
+    [[nodiscard]] static std::unique_ptr<PdfDocument> open(const FilePath& path);
     ~PdfDocument();
     PdfDocument(const PdfDocument&) = delete;
     PdfDocument& operator=(const PdfDocument&) = delete;

@@ -10,7 +10,7 @@ namespace quillfern {
 
 namespace {
 
-std::unique_ptr<QPDF> openQuietly(const QString& path, const QByteArray& password)
+std::unique_ptr<QPDF> openQuietly(const FilePath& path, const QByteArray& password)
 {
     auto document = std::make_unique<QPDF>();
     document->setSuppressWarnings(true);
@@ -40,7 +40,7 @@ int statedCount(QPDFObjectHandle root)
 
 } // namespace
 
-int pdfPageCount(const QString& path)
+int pdfPageCount(const FilePath& path)
 {
     try {
         const auto document = openQuietly(path, {});
@@ -51,7 +51,7 @@ int pdfPageCount(const QString& path)
     }
 }
 
-std::optional<Reason> pdfProblem(const QString& path)
+std::optional<Reason> pdfProblem(const FilePath& path)
 {
     try {
         static_cast<void>(PdfDocument::open(path));
@@ -61,7 +61,7 @@ std::optional<Reason> pdfProblem(const QString& path)
     }
 }
 
-bool pdfOpensWith(const QString& path, const QString& password)
+bool pdfOpensWith(const FilePath& path, const QString& password)
 {
     try {
         openQuietly(path, password.toUtf8());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/system/Failure.h"
+#include "platform/system/FilePath.h"
 
 #include <QString>
 #include <optional>
@@ -9,12 +10,12 @@ namespace quillfern {
 
 /// The number of pages of a PDF file, from its trailer and page tree alone; 0 when it cannot be read, needs a
 /// password, or is none.
-[[nodiscard]] int pdfPageCount(const QString& path);
+[[nodiscard]] int pdfPageCount(const FilePath& path);
 
 /// Why a PDF file has no usable pages, in words for people; nothing when it has some.
-[[nodiscard]] std::optional<Reason> pdfProblem(const QString& path);
+[[nodiscard]] std::optional<Reason> pdfProblem(const FilePath& path);
 
 /// True when a PDF document opens from `path` and either is not encrypted or opens with `password`.
-[[nodiscard]] bool pdfOpensWith(const QString& path, const QString& password);
+[[nodiscard]] bool pdfOpensWith(const FilePath& path, const QString& password);
 
 } // namespace quillfern

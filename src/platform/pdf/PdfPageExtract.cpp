@@ -94,7 +94,7 @@ QPDFObjectHandle selfContained(QPDF& source, QPDFObjectHandle page, const PdfPag
     return source.makeIndirectObject(single);
 }
 
-ExtractedPage extract(const QString& path, int index)
+ExtractedPage extract(const FilePath& path, int index)
 {
     QPDF source;
     source.setSuppressWarnings(true);
@@ -128,7 +128,7 @@ ExtractedPage extract(const QString& path, int index)
 
 } // namespace
 
-ExtractedPage extractPdfPage(const QString& path, int index)
+ExtractedPage extractPdfPage(const FilePath& path, int index)
 {
     try {
         return extract(path, index);

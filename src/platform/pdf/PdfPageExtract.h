@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QByteArray>
 #include <QSizeF>
 #include <QString>
@@ -17,6 +19,6 @@ struct ExtractedPage
 /// stamped page does, and its annotations and form fields have become part of its content. Only what the page
 /// needs is read, wherever in the file it stands. Throws Failure when the file cannot be read or has no such
 /// page.
-[[nodiscard]] ExtractedPage extractPdfPage(const QString& path, int index);
+[[nodiscard]] ExtractedPage extractPdfPage(const FilePath& path, int index);
 
 } // namespace quillfern

@@ -4,15 +4,16 @@
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 
-#include <QFile>
+#include <QIODevice>
 #include <QImageReader>
 #include <algorithm>
+#include <memory>
 
 namespace quillfern {
 
 namespace {
 
-ImageFacts inspectTiff(const QString& path)
+ImageFacts inspectTiff(const FilePath& path)
 {
     try {
         const TiffFile file(path);
@@ -25,7 +26,7 @@ ImageFacts inspectTiff(const QString& path)
     }
 }
 
-std::optional<ImageFacts> inspectOther(QFile& file)
+std::optional<ImageFacts> inspectOther(QIODevice& file)
 {
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
@@ -35,15 +36,15 @@ std::optional<ImageFacts> inspectOther(QFile& file)
 
 } // namespace
 
-std::optional<ImageFacts> inspectImageFile(const QString& path)
+std::optional<ImageFacts> inspectImageFile(const FilePath& path)
 {
-    QFile file;
+    std::unique_ptr<QIODevice> file;
     try {
-        openRegularFile(file, path);
+        file = readRegularFile(path);
     } catch (const Failure&) {
         return std::nullopt;
     }
-    return TiffFile::isTiff(file.peek(16)) ? inspectTiff(path) : inspectOther(file);
+    return TiffFile::isTiff(file->peek(16)) ? inspectTiff(path) : inspectOther(*file);
 }
 
 } // namespace quillfern

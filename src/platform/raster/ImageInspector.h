@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QString>
+#include "platform/system/FilePath.h"
+
 #include <cstdint>
 #include <optional>
 
@@ -16,6 +17,6 @@ struct ImageFacts
 /// Looks at a raster file of any supported format, told by its content, not by its name. Reads the
 /// directories of a TIFF, the headers of others; never pixels. Nothing for a file that is none or cannot be
 /// read.
-[[nodiscard]] std::optional<ImageFacts> inspectImageFile(const QString& path);
+[[nodiscard]] std::optional<ImageFacts> inspectImageFile(const FilePath& path);
 
 } // namespace quillfern

@@ -9,7 +9,6 @@
 #include "platform/system/FileAccess.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <algorithm>
 #include <cstring>
 
@@ -116,14 +115,13 @@ QByteArray tiffOf(const QByteArray& jpeg, const PlainJpeg& facts)
 
 } // namespace
 
-PictureBytes readPictureFile(const QString& path)
+PictureBytes readPictureFile(const FilePath& path)
 {
-    QFile file;
-    openRegularFile(file, path);
-    if (file.size() > largestPictureFile)
+    const auto file = readRegularFile(path);
+    if (file->size() > largestPictureFile)
         throw Failure(
             QT_TRANSLATE_NOOP("quillfern::Failure", "the file is too large for the picture of a stamp"));
-    const Decoded decoded = decodeFirstPage(file.readAll());
+    const Decoded decoded = decodeFirstPage(file->readAll());
     const QSize size = decoded.page.image.size();
     const auto plain = readPlainJpeg(decoded.jpeg);
     return {plain ? tiffOf(decoded.jpeg, *plain) : tiffOf(decoded.page.image), size};

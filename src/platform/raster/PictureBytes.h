@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/drawing/Picture.h"
+#include "platform/system/FilePath.h"
 
 #include <QByteArray>
 #include <QSize>
@@ -17,7 +18,7 @@ struct PictureBytes
 
 /// Reads a BMP, JPEG, PNG, GIF or TIFF file (its first frame, upright) into that form, without loss. Throws
 /// Failure when it cannot be read or is too large for a stamp.
-[[nodiscard]] PictureBytes readPictureFile(const QString& path);
+[[nodiscard]] PictureBytes readPictureFile(const FilePath& path);
 
 /// Decodes such bytes, or those of any format that readPictureFile() takes. What the header claims is checked
 /// before memory is taken. Throws Failure.

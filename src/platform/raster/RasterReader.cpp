@@ -6,14 +6,11 @@
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 
-#include <QFile>
-
 namespace quillfern {
 
-std::unique_ptr<RasterReader> RasterReader::open(const QString& path)
+std::unique_ptr<RasterReader> RasterReader::open(const FilePath& path)
 {
-    auto file = std::make_unique<QFile>();
-    openRegularFile(*file, path);
+    auto file = readRegularFile(path);
     const QByteArray start = file->peek(1024);
     if (start.isEmpty()) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is empty"));
     if (TiffFile::isTiff(start)) return std::make_unique<TiffReader>(std::move(file), path);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/raster/RasterPage.h"
+#include "platform/system/FilePath.h"
 
 #include <QSizeF>
 #include <QString>
@@ -14,7 +15,7 @@ class RasterReader
 {
   public:
     /// Throws Failure when the file cannot be read as a picture.
-    [[nodiscard]] static std::unique_ptr<RasterReader> open(const QString& path);
+    [[nodiscard]] static std::unique_ptr<RasterReader> open(const FilePath& path);
 
     virtual ~RasterReader() = default;
 

@@ -3,7 +3,6 @@
 #include "platform/raster/RasterLimits.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
-#include "platform/system/NativePath.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -30,21 +29,14 @@ std::unique_ptr<TIFFOpenOptions, OptionsFree> openOptions(TIFFErrorHandlerExtR o
     return options;
 }
 
-std::shared_ptr<const QFile> opened(const QString& path)
-{
-    auto file = std::make_shared<QFile>();
-    openRegularFile(*file, path);
-    return file;
-}
-
 } // namespace
 
-TiffFile::TiffFile(const QString& path) : TiffFile(opened(path), path)
+TiffFile::TiffFile(const FilePath& path) : TiffFile(readRegularFile(path), path)
 {
 }
 
-TiffFile::TiffFile(std::shared_ptr<const QFile> file, const QString& path)
-    : TiffFile(Source{std::move(file), nullptr}, nativePath(path))
+TiffFile::TiffFile(std::shared_ptr<const QFileDevice> file, const FilePath& path)
+    : TiffFile(Source{std::move(file), nullptr}, path.bytes())
 {
 }
 

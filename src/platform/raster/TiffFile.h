@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QByteArray>
-#include <QFile>
+#include <QFileDevice>
 #include <QString>
 #include <memory>
 #include <tiffio.h>
@@ -17,10 +19,10 @@ class TiffFile
 {
   public:
     /// The file at `path`, not mapped into memory: it may shrink under our hands. Throws Failure.
-    explicit TiffFile(const QString& path);
+    explicit TiffFile(const FilePath& path);
     /// An open file, which may be read by several at once, each at a place of its own. `path` is what errors
     /// call it. Throws Failure.
-    TiffFile(std::shared_ptr<const QFile> file, const QString& path);
+    TiffFile(std::shared_ptr<const QFileDevice> file, const FilePath& path);
     /// A TIFF in memory, which must outlive this object. Throws Failure.
     explicit TiffFile(const QByteArray& bytes);
     TiffFile(const TiffFile&) = delete;
@@ -52,8 +54,8 @@ class TiffFile
     };
     struct Source
     {
-        std::shared_ptr<const QFile> file; ///< either this
-        const QByteArray* bytes = nullptr; ///< or that
+        std::shared_ptr<const QFileDevice> file; ///< either this
+        const QByteArray* bytes = nullptr;       ///< or that
         toff_t position = 0;
     };
 

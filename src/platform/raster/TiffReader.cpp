@@ -5,7 +5,7 @@
 
 namespace quillfern {
 
-TiffReader::TiffReader(std::shared_ptr<const QFile> file, const QString& path)
+TiffReader::TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& path)
     : source_(std::move(file)), path_(path), file_(source_, path)
 {
     file_.clearErrors();

@@ -3,6 +3,7 @@
 #include "platform/raster/RasterReader.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/raster/TiffPageInfo.h"
+#include "platform/system/FilePath.h"
 
 namespace quillfern {
 
@@ -11,7 +12,7 @@ class TiffReader final : public RasterReader
 {
   public:
     /// An open file; `path` is what errors call it. Throws Failure when it is no TIFF.
-    TiffReader(std::shared_ptr<const QFile> file, const QString& path);
+    TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& path);
 
     [[nodiscard]] RasterPage readPage() override;
     [[nodiscard]] double nextPageBytes() override;
@@ -22,8 +23,8 @@ class TiffReader final : public RasterReader
     /// Goes to the next page's directory.
     [[nodiscard]] TiffPageInfo info();
 
-    std::shared_ptr<const QFile> source_;
-    QString path_;
+    std::shared_ptr<const QFileDevice> source_;
+    FilePath path_;
     TiffFile file_;
     int pending_ = 0; ///< directories to go forward before the next page
 };

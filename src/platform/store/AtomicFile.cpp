@@ -2,11 +2,7 @@
 
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
-#include "platform/system/NativePath.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QRandomGenerator>
 #include <cerrno>
 #include <cstdio>
@@ -18,9 +14,9 @@ namespace quillfern {
 
 namespace {
 
-Reason cannotWrite(const QString& path)
+Reason cannotWrite(const FilePath& path)
 {
-    return {QT_TRANSLATE_NOOP("quillfern::Failure", "cannot write %1"), {path}};
+    return {QT_TRANSLATE_NOOP("quillfern::Failure", "cannot write %1"), {path.readable()}};
 }
 
 constexpr qsizetype bufferSize = 1 << 20;
@@ -33,11 +29,11 @@ QByteArray temporaryNameIn(const QByteArray& folder)
 
 } // namespace
 
-AtomicFile::AtomicFile(QString targetPath)
-    : targetPath_(std::move(targetPath)), folder_(nativePath(QFileInfo(targetPath_).absolutePath()))
+AtomicFile::AtomicFile(FilePath target) : target_(std::move(target)), folder_(target_.parent().bytes())
 {
-    if (QFileInfo(targetPath_).fileName().isEmpty())
-        throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "a file needs a name: %1"), {targetPath_}});
+    if (target_.name().isEmpty())
+        throw Failure(
+            {QT_TRANSLATE_NOOP("quillfern::Failure", "a file needs a name: %1"), {target_.readable()}});
 #ifdef O_TMPFILE
     descriptor_ = ::open(folder_.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
 #endif
@@ -55,7 +51,7 @@ void AtomicFile::openNamed()
     if (descriptor_ < 0) {
         const int error = errno;
         temporaryName_.clear();
-        throw Failure::fromErrno(cannotWrite(targetPath_), error);
+        throw Failure::fromErrno(cannotWrite(target_), error);
     }
 }
 
@@ -86,7 +82,7 @@ void AtomicFile::writeOut(const char* data, std::size_t size)
         const ssize_t written = ::write(descriptor_, data, size);
         if (written < 0) {
             if (errno == EINTR) continue;
-            throw Failure::fromErrno(cannotWrite(targetPath_), errno);
+            throw Failure::fromErrno(cannotWrite(target_), errno);
         }
         data += written;
         size -= static_cast<std::size_t>(written);
@@ -102,7 +98,7 @@ void AtomicFile::writeOut(const char* data, std::size_t size)
 #endif
 }
 
-void AtomicFile::takePermissionsOf(const QString& path)
+void AtomicFile::takePermissionsOf(const FilePath& path)
 {
     permissionsOf_ = path;
 }
@@ -111,9 +107,8 @@ void AtomicFile::adoptPermissions() const
 {
     struct stat status = {};
     // A link at the target's name is replaced, so it is not looked through; a model is.
-    const bool known = permissionsOf_.isEmpty()
-                           ? ::lstat(nativePath(targetPath_).constData(), &status) == 0
-                           : ::stat(nativePath(permissionsOf_).constData(), &status) == 0;
+    const bool known = permissionsOf_.isEmpty() ? ::lstat(target_.bytes().constData(), &status) == 0
+                                                : ::stat(permissionsOf_.bytes().constData(), &status) == 0;
     if (!known || !S_ISREG(status.st_mode)) return;
     // Best effort: only root may give a file away, and a file system may know no permissions at all.
     if (::fchown(descriptor_, status.st_uid, status.st_gid) != 0) errno = 0;
@@ -122,7 +117,7 @@ void AtomicFile::adoptPermissions() const
 
 void AtomicFile::commit()
 {
-    const Reason doing = cannotWrite(targetPath_);
+    const Reason doing = cannotWrite(target_);
     flushBuffer();
     adoptPermissions();
     // Without this a power cut after the rename could leave an empty file where a whole one stood.
@@ -135,7 +130,7 @@ void AtomicFile::commit()
             throw Failure::fromErrno(doing, errno);
         temporaryName_ = name;
     }
-    if (std::rename(temporaryName_.constData(), nativePath(targetPath_).constData()) != 0)
+    if (std::rename(temporaryName_.constData(), target_.bytes().constData()) != 0)
         throw Failure::fromErrno(doing, errno);
     temporaryName_.clear();
     const int closed = ::close(descriptor_);
@@ -144,25 +139,24 @@ void AtomicFile::commit()
     if (closed != 0 && errno != EINTR) throw Failure::fromErrno(doing, errno);
 }
 
-void AtomicFile::writeWhole(const QString& path, const QByteArray& bytes)
+void AtomicFile::writeWhole(const FilePath& path, const QByteArray& bytes)
 {
     AtomicFile file(path);
     file.write(bytes);
     file.commit();
 }
 
-void copyFileAtomically(const QString& source, const QString& target)
+void copyFileAtomically(const FilePath& source, const FilePath& target)
 {
-    QFile input;
-    openRegularFile(input, source);
+    const auto input = readRegularFile(source);
     AtomicFile output(target);
     output.takePermissionsOf(source);
     QByteArray block(bufferSize, Qt::Uninitialized);
     for (;;) {
-        const qint64 size = input.read(block.data(), block.size());
+        const qint64 size = input->read(block.data(), block.size());
         if (size < 0)
             throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1: %2"),
-                           {source, input.errorString()}});
+                           {source.readable(), input->errorString()}});
         if (size == 0) break;
         output.write(block.constData(), static_cast<std::size_t>(size));
     }

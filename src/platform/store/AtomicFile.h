@@ -1,7 +1,8 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QByteArray>
-#include <QString>
 #include <cstddef>
 
 namespace quillfern {
@@ -16,7 +17,7 @@ class AtomicFile
 {
   public:
     /// Opens the temporary file. Throws Failure when the folder is missing or not writable.
-    explicit AtomicFile(QString targetPath);
+    explicit AtomicFile(FilePath target);
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
@@ -29,14 +30,14 @@ class AtomicFile
     void commit();
 
     /// Gives the new file the owner and permissions of the file at `path` instead of the target's.
-    void takePermissionsOf(const QString& path);
+    void takePermissionsOf(const FilePath& path);
 
     /// The descriptor, for libraries that write by themselves (seekable; nothing is buffered here when used
     /// this way only). Owned by this object.
     [[nodiscard]] int descriptor() const { return descriptor_; }
 
     /// Writes `bytes` whole to `path` in one step.
-    static void writeWhole(const QString& path, const QByteArray& bytes);
+    static void writeWhole(const FilePath& path, const QByteArray& bytes);
 
   private:
     void openNamed();
@@ -44,8 +45,8 @@ class AtomicFile
     void writeOut(const char* data, std::size_t size);
     void adoptPermissions() const;
 
-    QString targetPath_;
-    QString permissionsOf_; ///< empty for the target's own
+    FilePath target_;
+    FilePath permissionsOf_; ///< empty for the target's own
     QByteArray folder_;
     QByteArray temporaryName_; ///< empty while the file has no name
     QByteArray buffer_;
@@ -56,6 +57,6 @@ class AtomicFile
 
 /// Copies the file at `source` to `target` with the same care: whole or not at all, readable for those who
 /// may read the source. Throws Failure.
-void copyFileAtomically(const QString& source, const QString& target);
+void copyFileAtomically(const FilePath& source, const FilePath& target);
 
 } // namespace quillfern

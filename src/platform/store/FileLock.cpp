@@ -1,7 +1,6 @@
 #include "platform/store/FileLock.h"
 
 #include "platform/system/Failure.h"
-#include "platform/system/NativePath.h"
 
 #include <QDeadlineTimer>
 #include <QThread>
@@ -13,17 +12,17 @@
 
 namespace quillfern {
 
-FileLock::FileLock(const QString& path, int patience)
-    : descriptor_(::open(nativePath(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
+FileLock::FileLock(const FilePath& path, int patience)
+    : descriptor_(::open(path.bytes().constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
 {
     if (descriptor_ < 0)
-        throw Failure::fromErrno(QStringLiteral("cannot write %1").arg(readableName(path)), errno);
+        throw Failure::fromErrno(QStringLiteral("cannot write %1").arg(path.readable()), errno);
     const QDeadlineTimer deadline(patience);
     while (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR) return;
         if (deadline.hasExpired()) {
             ::close(descriptor_);
-            throw Failure(QStringLiteral("%1 is held by another program").arg(readableName(path)));
+            throw Failure(QStringLiteral("%1 is held by another program").arg(path.readable()));
         }
         QThread::msleep(5);
     }

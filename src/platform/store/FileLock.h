@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "platform/system/FilePath.h"
 
 namespace quillfern {
 
@@ -11,7 +11,7 @@ class FileLock
   public:
     /// Waits until the lock is free. Throws Failure when that takes longer than `patience` milliseconds or
     /// the file cannot be made. On a file system that knows no locks it holds nothing back.
-    explicit FileLock(const QString& path, int patience = 5000);
+    explicit FileLock(const FilePath& path, int patience = 5000);
     ~FileLock();
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;

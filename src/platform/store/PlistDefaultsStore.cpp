@@ -4,11 +4,11 @@
 #include "platform/store/FileLock.h"
 #include "platform/store/PropertyList.h"
 #include "platform/system/Failure.h"
+#include "platform/system/FileAccess.h"
+#include "platform/system/FileFacts.h"
 #include "platform/system/Folders.h"
 #include "platform/system/LogLine.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <sys/stat.h>
 
 namespace quillfern {
@@ -16,39 +16,38 @@ namespace quillfern {
 namespace {
 
 /// Where the store really is: a file kept elsewhere and linked here is written there.
-QString followed(const QString& path)
+FilePath followed(const FilePath& path)
 {
-    const QString target = QFileInfo(path).canonicalFilePath();
+    FilePath target = resolvedPath(path);
     return target.isEmpty() ? path : target;
 }
 
 /// Moves a file that cannot be used to the first free name beside it.
-void setAside(const QString& path)
+void setAside(const FilePath& path)
 {
     for (int i = 1; i < 1000; ++i) {
-        const QString name = QStringLiteral("%1.unreadable-%2").arg(path).arg(i);
-        if (QFileInfo::exists(name) || QFileInfo(name).isSymLink()) continue;
-        if (!QFile::rename(path, name))
-            throw Failure(QStringLiteral("the unreadable %1 cannot be moved aside").arg(path));
-        logNotice(
-            QStringLiteral("The settings in %1 could not be read; they were kept as %2").arg(path, name));
+        const FilePath aside = path.parent().child(path.name() + QStringLiteral(".unreadable-%1").arg(i));
+        if (isNameTaken(aside)) continue;
+        if (!renameFile(path, aside))
+            throw Failure(QStringLiteral("the unreadable %1 cannot be moved aside").arg(path.readable()));
+        logNotice(QStringLiteral("The settings in %1 could not be read; they were kept as %2")
+                      .arg(path.readable(), aside.readable()));
         return;
     }
-    throw Failure(QStringLiteral("there are too many unreadable copies of %1").arg(path));
+    throw Failure(QStringLiteral("there are too many unreadable copies of %1").arg(path.readable()));
 }
 
 } // namespace
 
 PlistDefaultsStore::PlistDefaultsStore(const Folders& folders)
 {
-    const QString base = folders.configuration();
-    if (base.isEmpty()) return;
-    path_ = QDir(base).filePath(QStringLiteral("Orvane/Quillfern1.plist"));
-    if (!QFileInfo::exists(path_)) return;
+    path_ = folders.configuration().child(QStringLiteral("Orvane/Quillfern1.plist"));
+    if (fileKind(path_) == FileKind::Missing) return;
     try {
         values_ = readPropertyListFile(path_);
     } catch (const Failure& failure) {
-        logLine(QStringLiteral("The settings in %1 cannot be read: %2").arg(path_, failure.reason()));
+        logLine(
+            QStringLiteral("The settings in %1 cannot be read: %2").arg(path_.readable(), failure.reason()));
     }
 }
 
@@ -67,13 +66,14 @@ void PlistDefaultsStore::setValue(const QString& key, RecordValue value)
 void PlistDefaultsStore::flush()
 {
     if (path_.isEmpty()) throw Failure(QStringLiteral("there is no folder for configuration files"));
-    const QString folder = QFileInfo(path_).absolutePath();
-    if (!QDir().mkpath(folder)) throw Failure(QStringLiteral("the folder %1 cannot be created").arg(folder));
-    const FileLock lock(QDir(folder).filePath(QStringLiteral(".Quillfern1.lock")));
+    const FilePath folder = path_.parent();
+    if (!makeFolders(folder))
+        throw Failure(QStringLiteral("the folder %1 cannot be created").arg(folder.readable()));
+    const FileLock lock(folder.child(QStringLiteral(".Quillfern1.lock")));
 
-    const QString target = followed(path_);
+    const FilePath target = followed(path_);
     Record merged;
-    if (QFileInfo::exists(target)) {
+    if (fileKind(target) != FileKind::Missing) {
         try {
             merged = readPropertyListFile(target);
         } catch (const Failure&) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/store/DefaultsStore.h"
+#include "platform/system/FilePath.h"
 
 namespace quillfern {
 
@@ -24,10 +25,10 @@ class PlistDefaultsStore final : public DefaultsStore
     void flush() override;
 
     /// Empty when the system names no folder for configuration files.
-    [[nodiscard]] const QString& path() const { return path_; }
+    [[nodiscard]] const FilePath& path() const { return path_; }
 
   private:
-    QString path_;
+    FilePath path_;
     Record values_;
     Record changes_; ///< since the last flush
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/store/Record.h"
+#include "platform/system/FilePath.h"
 
 namespace quillfern {
 
@@ -21,6 +22,6 @@ inline constexpr qint64 largestPropertyList = 256LL << 20;
 [[nodiscard]] Record readPropertyList(const QByteArray& bytes);
 
 /// The same for a file. Throws Failure also when it cannot be read.
-[[nodiscard]] Record readPropertyListFile(const QString& path);
+[[nodiscard]] Record readPropertyListFile(const FilePath& path);
 
 } // namespace quillfern

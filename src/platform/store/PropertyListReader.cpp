@@ -1,9 +1,7 @@
 #include "platform/store/PropertyList.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
-#include "platform/system/NativePath.h"
 
-#include <QFile>
 #include <QStringDecoder>
 #include <QXmlStreamReader>
 #include <QtEndian>
@@ -399,14 +397,13 @@ Record readPropertyList(const QByteArray& bytes)
     return bytes.startsWith("bplist") ? BinaryReader(bytes).read() : XmlReader(bytes).read();
 }
 
-Record readPropertyListFile(const QString& path)
+Record readPropertyListFile(const FilePath& path)
 {
-    QFile file;
-    openRegularFile(file, path);
+    const auto file = readRegularFile(path);
     // Bounded by what is read: the file may grow meanwhile.
-    const QByteArray bytes = file.read(largestPropertyList + 1);
-    if (file.error() != QFileDevice::NoError)
-        throw Failure(QStringLiteral("cannot read %1: %2").arg(readableName(path), file.errorString()));
+    const QByteArray bytes = file->read(largestPropertyList + 1);
+    if (file->error() != QFileDevice::NoError)
+        throw Failure(QStringLiteral("cannot read %1: %2").arg(path.readable(), file->errorString()));
     return readPropertyList(bytes);
 }
 

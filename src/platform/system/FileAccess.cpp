@@ -1,10 +1,11 @@
 #include "platform/system/FileAccess.h"
 
 #include "platform/system/Failure.h"
-#include "platform/system/NativePath.h"
+#include "platform/system/FileFacts.h"
 
 #include <QFile>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
@@ -13,22 +14,40 @@
 
 namespace quillfern {
 
-QString resolvedPath(const QString& path)
+FilePath resolvedPath(const FilePath& path)
 {
-    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(nativePath(path).constData(), nullptr),
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.bytes().constData(), nullptr),
                                                            &std::free);
-    return real ? pathText(QByteArray(real.get())) : QString();
+    return real ? FilePath::fromBytes(real.get()) : FilePath();
 }
 
-bool removeFile(const QString& path)
+bool removeFile(const FilePath& path)
 {
-    return ::unlink(nativePath(path).constData()) == 0 || errno == ENOENT;
+    return ::unlink(path.bytes().constData()) == 0 || errno == ENOENT;
 }
 
-int openRegularFile(const QString& path)
+bool renameFile(const FilePath& from, const FilePath& to)
 {
-    const QString name = readableName(path);
-    const int descriptor = ::open(nativePath(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    return std::rename(from.bytes().constData(), to.bytes().constData()) == 0;
+}
+
+bool makeFolders(const FilePath& folder)
+{
+    if (folder.isEmpty()) return false;
+    if (fileKind(folder) == FileKind::Folder) return true;
+    if (folder.parent() == folder || !makeFolders(folder.parent())) return false;
+    return ::mkdir(folder.bytes().constData(), 0777) == 0 || fileKind(folder) == FileKind::Folder;
+}
+
+bool mayWriteInto(const FilePath& folder)
+{
+    return ::access(folder.bytes().constData(), W_OK) == 0; // the kernel also knows of read-only file systems
+}
+
+int openRegularFile(const FilePath& path)
+{
+    const QString name = path.readable();
+    const int descriptor = ::open(path.bytes().constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0)
         throw Failure::fromErrno({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1"), {name}}, errno);
     struct stat status = {};
@@ -37,13 +56,14 @@ int openRegularFile(const QString& path)
     throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1: not a regular file"), {name}});
 }
 
-void openRegularFile(QFile& file, const QString& path)
+std::unique_ptr<QFileDevice> readRegularFile(const FilePath& path)
 {
     const int descriptor = openRegularFile(path);
-    if (file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) return;
+    auto file = std::make_unique<QFile>();
+    if (file->open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) return file;
     ::close(descriptor);
     throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1: %2"),
-                   {readableName(path), file.errorString()}});
+                   {path.readable(), file->errorString()}});
 }
 
 } // namespace quillfern

@@ -1,24 +1,34 @@
 #pragma once
 
-#include <QString>
+#include "platform/system/FilePath.h"
 
-class QFile;
+#include <QFileDevice>
+#include <memory>
 
 namespace quillfern {
 
-// Calls of the system that take the paths of NativePath.h, for what Qt would do with valid UTF-8 only.
+// What is done with files and folders by their paths. Any thread.
 
 /// The path of the file itself behind all links; empty when it is not there.
-[[nodiscard]] QString resolvedPath(const QString& path);
+[[nodiscard]] FilePath resolvedPath(const FilePath& path);
 
 /// Removes the name of a file. Whether it is gone now, or was not there.
-bool removeFile(const QString& path);
+bool removeFile(const FilePath& path);
+
+/// Gives a file another name on the same file system; a file that had the name is gone. Whether it was done.
+bool renameFile(const FilePath& from, const FilePath& to);
+
+/// Makes a folder and those on the way to it. Whether it is there now.
+bool makeFolders(const FilePath& folder);
+
+/// Whether new files may be made in a folder, as far as the system says before it is tried.
+[[nodiscard]] bool mayWriteInto(const FilePath& folder);
 
 /// A descriptor for reading a regular file, owned by the caller; a pipe or device is refused rather than
 /// waited for. Throws Failure.
-[[nodiscard]] int openRegularFile(const QString& path);
+[[nodiscard]] int openRegularFile(const FilePath& path);
 
-/// The same for code that reads through Qt: opens `file`, which then has no name. Throws Failure.
-void openRegularFile(QFile& file, const QString& path);
+/// The same for code that reads through Qt. The file knows no name. Throws Failure.
+[[nodiscard]] std::unique_ptr<QFileDevice> readRegularFile(const FilePath& path);
 
 } // namespace quillfern

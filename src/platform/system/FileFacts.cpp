@@ -1,24 +1,28 @@
 #include "platform/system/FileFacts.h"
 
-#include "platform/system/NativePath.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 
 namespace quillfern {
 
-FileKind fileKind(const QString& path)
+FileKind fileKind(const FilePath& path)
 {
     struct stat status = {};
-    if (::stat(nativePath(path).constData(), &status) != 0) return FileKind::Missing;
+    if (::stat(path.bytes().constData(), &status) != 0) return FileKind::Missing;
     if (S_ISDIR(status.st_mode)) return FileKind::Folder;
     return S_ISREG(status.st_mode) ? FileKind::Regular : FileKind::Other;
 }
 
-std::optional<std::uint64_t> allocatedSize(const QString& path)
+bool isNameTaken(const FilePath& path)
 {
     struct stat status = {};
-    if (::stat(nativePath(path).constData(), &status) != 0) return std::nullopt;
+    return ::lstat(path.bytes().constData(), &status) == 0;
+}
+
+std::optional<std::uint64_t> allocatedSize(const FilePath& path)
+{
+    struct stat status = {};
+    if (::stat(path.bytes().constData(), &status) != 0) return std::nullopt;
     constexpr std::uint64_t block = 512; // the unit of st_blocks, whatever the file system's own
     return static_cast<std::uint64_t>(status.st_blocks) * block;
 }
@@ -34,13 +38,12 @@ QDateTime moment(std::int64_t seconds, std::int64_t nanoseconds)
 
 #ifdef STATX_BTIME
 
-FileTimes fileTimes(const QString& path)
+FileTimes fileTimes(const FilePath& path)
 {
     FileTimes times;
     struct statx facts = {};
     constexpr unsigned wanted = STATX_MTIME | STATX_ATIME | STATX_BTIME;
-    if (::statx(AT_FDCWD, nativePath(path).constData(), AT_STATX_SYNC_AS_STAT, wanted, &facts) != 0)
-        return times;
+    if (::statx(AT_FDCWD, path.bytes().constData(), AT_STATX_SYNC_AS_STAT, wanted, &facts) != 0) return times;
     const auto taken = [&](unsigned bit, const struct statx_timestamp& stamp) {
         return (facts.stx_mask & bit) != 0 ? moment(stamp.tv_sec, stamp.tv_nsec) : QDateTime();
     };
@@ -52,11 +55,11 @@ FileTimes fileTimes(const QString& path)
 
 #else
 
-FileTimes fileTimes(const QString& path)
+FileTimes fileTimes(const FilePath& path)
 {
     FileTimes times;
     struct stat status = {};
-    if (::stat(nativePath(path).constData(), &status) != 0) return times;
+    if (::stat(path.bytes().constData(), &status) != 0) return times;
     times.modified = moment(status.st_mtime, 0);
     times.accessed = moment(status.st_atime, 0);
     return times; // the birth of a file is not known to this call

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QDateTime>
-#include <QString>
 #include <cstdint>
 #include <optional>
 
 namespace quillfern {
 
-// What the file system knows of a file, behind links. Paths are those of NativePath.h. Any thread.
+// What the file system knows of a file, behind links. Any thread.
 
 enum class FileKind {
     Missing,
@@ -15,10 +16,13 @@ enum class FileKind {
     Folder,
     Other ///< a pipe, a socket, a device: opening it might never return
 };
-[[nodiscard]] FileKind fileKind(const QString& path);
+[[nodiscard]] FileKind fileKind(const FilePath& path);
+
+/// Whether anything has this name; also a link that leads nowhere.
+[[nodiscard]] bool isNameTaken(const FilePath& path);
 
 /// The bytes that a file occupies on the disk; nothing when it cannot be looked at.
-[[nodiscard]] std::optional<std::uint64_t> allocatedSize(const QString& path);
+[[nodiscard]] std::optional<std::uint64_t> allocatedSize(const FilePath& path);
 
 /// In UTC; invalid where the file system keeps none, or the file cannot be looked at.
 struct FileTimes
@@ -27,6 +31,6 @@ struct FileTimes
     QDateTime created;
     QDateTime accessed;
 };
-[[nodiscard]] FileTimes fileTimes(const QString& path);
+[[nodiscard]] FileTimes fileTimes(const FilePath& path);
 
 } // namespace quillfern

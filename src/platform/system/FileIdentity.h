@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QString>
+#include "platform/system/FilePath.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -18,7 +19,7 @@ struct FileIdentity
 };
 
 /// The identity of the file at `path`; nothing when there is none or it cannot be looked at.
-[[nodiscard]] std::optional<FileIdentity> fileIdentity(const QString& path);
+[[nodiscard]] std::optional<FileIdentity> fileIdentity(const FilePath& path);
 
 /// A file in the state it was in at some time; a file that has been written to since has another version.
 struct FileVersion
@@ -31,10 +32,10 @@ struct FileVersion
 };
 
 /// The present version of the file at `path`; nothing when it cannot be looked at.
-[[nodiscard]] std::optional<FileVersion> fileVersion(const QString& path);
+[[nodiscard]] std::optional<FileVersion> fileVersion(const FilePath& path);
 
 /// True when both paths lead to one existing file.
-[[nodiscard]] bool isSameFile(const QString& first, const QString& second);
+[[nodiscard]] bool isSameFile(const FilePath& first, const FilePath& second);
 
 } // namespace quillfern
 

@@ -46,10 +46,10 @@ FolderEntry describe(int folder, const dirent& raw)
 
 } // namespace
 
-std::vector<FolderEntry> folderEntries(const QString& folder, const std::function<bool()>& goOn)
+std::vector<FolderEntry> folderEntries(const FilePath& folder, const std::function<bool()>& goOn)
 {
     std::vector<FolderEntry> entries;
-    const std::unique_ptr<DIR, FolderCloser> open(::opendir(nativePath(folder).constData()));
+    const std::unique_ptr<DIR, FolderCloser> open(::opendir(folder.bytes().constData()));
     if (!open) return entries;
     while (goOn()) {
         const dirent* raw = ::readdir(open.get());

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QString>
+#include "platform/system/FilePath.h"
+
 #include <functional>
 #include <vector>
 
@@ -8,7 +9,7 @@ namespace quillfern {
 
 struct FolderEntry
 {
-    QString name; ///< a text of NativePath.h
+    QString name; ///< in the text form of NativePath.h
     /// A folder, but not a link to one: a walk into folders never leaves its tree and never goes in circles.
     bool isFolder = false;
     bool isFile = false; ///< a regular file, or a link that does not lead to a folder, pipe or device
@@ -16,7 +17,7 @@ struct FolderEntry
 
 /// Everything in a folder but "." and "..", in the order of the file system; as much of it as can be read.
 /// `goOn` is asked between entries and ends the reading when it says no.
-[[nodiscard]] std::vector<FolderEntry> folderEntries(const QString& folder,
+[[nodiscard]] std::vector<FolderEntry> folderEntries(const FilePath& folder,
                                                      const std::function<bool()>& goOn);
 
 } // namespace quillfern

@@ -1,34 +1,48 @@
 #include "platform/system/Folders.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QStandardPaths>
+#include "platform/system/FileAccess.h"
 
 namespace quillfern {
 
-QString Folders::getAppPath() const
+namespace {
+
+/// Read as bytes: Qt would lose a folder whose name is not UTF-8.
+FilePath folderOf(const char* variable, const char* usual)
 {
-    const QString base = applicationSupport();
-    return base.isEmpty() ? QString() : QDir(base).filePath(QStringLiteral("Orvane/Quillfern1"));
+    const QByteArray named = qgetenv(variable);
+    return named.startsWith('/') ? FilePath::fromBytes(named)
+                                 : homeFolder().child(QString::fromLatin1(usual));
+}
+
+} // namespace
+
+FilePath Folders::getAppPath() const
+{
+    return applicationSupport().child(QStringLiteral("Orvane/Quillfern1"));
 }
 
 bool Folders::createApplicationUsersFolder(const QString& name, QString* error) const
 {
-    const QString path = QDir(getAppPath()).filePath(name);
-    if (QFileInfo(path).isDir()) return true;
-    if (QDir().mkpath(path)) return true;
-    if (error) *error = QStringLiteral("the folder %1 cannot be created").arg(path);
+    const FilePath path = getAppPath().child(name);
+    if (makeFolders(path)) return true;
+    if (error) *error = QStringLiteral("the folder %1 cannot be created").arg(path.readable());
     return false;
 }
 
-QString UserFolders::applicationSupport() const
+FilePath UserFolders::applicationSupport() const
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return folderOf("XDG_DATA_HOME", ".local/share");
 }
 
-QString UserFolders::configuration() const
+FilePath UserFolders::configuration() const
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return folderOf("XDG_CONFIG_HOME", ".config");
+}
+
+FilePath homeFolder()
+{
+    const FilePath home = FilePath::fromBytes(qgetenv("HOME"));
+    return home.isEmpty() ? FilePath::fromBytes("/") : home;
 }
 
 QString getAppTitle(const QString& suffix)

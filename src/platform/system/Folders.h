@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "platform/system/FilePath.h"
 
 namespace quillfern {
 
@@ -10,25 +10,29 @@ class Folders
   public:
     virtual ~Folders() = default;
     /// The per-user folder for data of applications; empty when the system names none.
-    [[nodiscard]] virtual QString applicationSupport() const = 0;
+    [[nodiscard]] virtual FilePath applicationSupport() const = 0;
     /// The per-user folder for configuration files; empty when the system names none.
-    [[nodiscard]] virtual QString configuration() const = 0;
+    [[nodiscard]] virtual FilePath configuration() const = 0;
 
     /// The application's own folder, "Orvane/Quillfern1" below applicationSupport(); empty when that is.
-    [[nodiscard]] QString getAppPath() const;
+    [[nodiscard]] FilePath getAppPath() const;
 
     /// Makes sure that the folder `name` exists below getAppPath(), creating what is missing on the way.
     /// Returns whether it exists afterwards; the reason of a failure goes to `error` when that is given.
     bool createApplicationUsersFolder(const QString& name, QString* error = nullptr) const;
 };
 
-/// The user's real folders; both follow the XDG variables.
+/// The user's real folders: those of the XDG variables, where they name absolute paths, or else those in the
+/// home folder that are usual.
 class UserFolders final : public Folders
 {
   public:
-    [[nodiscard]] QString applicationSupport() const override;
-    [[nodiscard]] QString configuration() const override;
+    [[nodiscard]] FilePath applicationSupport() const override;
+    [[nodiscard]] FilePath configuration() const override;
 };
+
+/// The user's home folder; "/" when the system names none.
+[[nodiscard]] FilePath homeFolder();
 
 /// The application's display name followed by `suffix`; the title of every alert.
 [[nodiscard]] QString getAppTitle(const QString& suffix = QString());

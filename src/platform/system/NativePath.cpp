@@ -1,8 +1,6 @@
 #include "platform/system/NativePath.h"
 
 #include <algorithm>
-#include <climits>
-#include <unistd.h>
 
 namespace quillfern {
 
@@ -65,48 +63,11 @@ QByteArray nativePath(const QString& path)
     return bytes;
 }
 
-QUrl fileUrl(const QString& path)
-{
-    // Qt would lose foreign bytes, and take what follows two slashes for the name of a machine.
-    if (nextEscape(path, 0) == path.size() && !path.startsWith(QLatin1String("//")))
-        return QUrl::fromLocalFile(path);
-    return QUrl::fromEncoded("file://" + nativePath(path).toPercentEncoding("/"), QUrl::StrictMode);
-}
-
-QString localPath(const QUrl& url)
-{
-    if (!url.isLocalFile()) return {};
-    QByteArray bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
-    // The system would read no further than the zero and open another file than the one named.
-    if (bytes.contains('\0')) return {};
-    const QString host = url.host();
-    if (!host.isEmpty() && host != QLatin1String("localhost")) bytes.prepend("//" + host.toUtf8());
-    return pathText(bytes);
-}
-
 QString readableName(QString path)
 {
     for (qsizetype i = 0; i < path.size(); ++i)
         if (isEscape(path, i)) path[i] = QChar(QChar::ReplacementCharacter);
     return path;
-}
-
-QString absolutePath(const QString& path)
-{
-    if (path.startsWith(u'/')) return path;
-    char folder[PATH_MAX];
-    const QByteArray current = ::getcwd(folder, sizeof folder) ? QByteArray(folder) : QByteArray("/");
-    return pathText(current.endsWith('/') ? current : current + '/') + path;
-}
-
-QString pathExtension(const QString& path)
-{
-    qsizetype end = path.size();
-    while (end > 0 && path[end - 1] == u'/')
-        --end;
-    const QString name = path.left(end).section(u'/', -1);
-    const qsizetype dot = name.lastIndexOf(u'.');
-    return dot > 0 ? name.mid(dot + 1) : QString();
 }
 
 } // namespace quillfern

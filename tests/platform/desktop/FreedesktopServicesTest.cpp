@@ -1,6 +1,7 @@
 #include "platform/desktop/FreedesktopServices.h"
 
 #include "platform/system/NativePath.h"
+#include "support/Paths.h"
 #include "support/PrivateBus.h"
 
 #include <QCoreApplication>
@@ -72,8 +73,8 @@ TEST_F(Desktop, TheFileManagerIsAskedForAllFilesAtOnce)
 {
     startFileManager();
     auto desktop = services();
-    desktop.reveal({QStringLiteral("/a/one 1.pdf"), pathText("/b/latin\xE9.pdf")});
-    desktop.showProperties({QStringLiteral("/a/one 1.pdf")});
+    desktop.reveal(asPaths({QStringLiteral("/a/one 1.pdf"), pathText("/b/latin\xE9.pdf")}));
+    desktop.showProperties(asPaths({QStringLiteral("/a/one 1.pdf")}));
     desktop.reveal({}); // nobody is bothered for nothing
     await(2);
     EXPECT_EQ(manager_.calls,
@@ -85,7 +86,8 @@ TEST_F(Desktop, TheFileManagerIsAskedForAllFilesAtOnce)
 TEST_F(Desktop, WithoutAFileManagerEachFolderIsOpenedOnce)
 {
     auto desktop = services();
-    desktop.reveal({QStringLiteral("/a/1.pdf"), QStringLiteral("/a/2.pdf"), QStringLiteral("/b/3.pdf")});
+    desktop.reveal(
+        asPaths({QStringLiteral("/a/1.pdf"), QStringLiteral("/a/2.pdf"), QStringLiteral("/b/3.pdf")}));
     await(2);
     EXPECT_EQ(opened_, (QStringList{QStringLiteral("file:///a"), QStringLiteral("file:///b")}));
 }
@@ -95,7 +97,7 @@ TEST_F(Desktop, AFileManagerThatRefusesIsReplacedByTheFolder)
     startFileManager();
     manager_.refuses = true;
     auto desktop = services();
-    desktop.showProperties({QStringLiteral("/a/1.pdf")});
+    desktop.showProperties(asPaths({QStringLiteral("/a/1.pdf")}));
     await(2);
     EXPECT_EQ(opened_, QStringList{QStringLiteral("file:///a")});
 }
@@ -104,7 +106,7 @@ TEST_F(Desktop, AWorkerOpensThroughTheMainThread)
 {
     auto desktop = services();
     const std::unique_ptr<QThread> worker(
-        QThread::create([&] { desktop.open(QStringLiteral("/out/a b.pdf")); }));
+        QThread::create([&] { desktop.open(asPath(QStringLiteral("/out/a b.pdf"))); }));
     worker->start();
     worker->wait();
     EXPECT_TRUE(opened_.isEmpty());

@@ -1,6 +1,7 @@
 #include "platform/desktop/SingleInstance.h"
 
 #include "platform/system/NativePath.h"
+#include "support/Paths.h"
 #include "support/PrivateBus.h"
 
 #include <QCoreApplication>
@@ -24,8 +25,8 @@ class Instances : public testing::Test
     void listen(SingleInstance& instance)
     {
         QObject::connect(&instance, &SingleInstance::opened, &instance,
-                         [this](const QStringList& paths, const QString& token) {
-                             opened_.append(paths);
+                         [this](const QList<FilePath>& paths, const QString& token) {
+                             opened_.append(textsOf(paths));
                              tokens_.append(token);
                          });
     }
@@ -72,13 +73,13 @@ TEST_F(Instances, ALaterOneHandsItsFilesToTheFirst)
         {},
         {QStringLiteral("/a/one 1.pdf"), QStringLiteral("/a/100%25#?.pdf"),
          QString::fromUtf8("/ä/日本\U0001F600")},
-        {pathText("/b/latin\xE9.pdf"), pathText("/\xFF\xC3/x"), QStringLiteral("//double/slash")},
+        {pathText("/b/latin\xE9.pdf"), pathText("/\xFF\xC3/x"), QStringLiteral("/back\\slash")},
     };
     elsewhere([&] {
         SingleInstance second(theirs_, service);
         EXPECT_FALSE(second.isFirst());
         for (const QStringList& paths : requests)
-            EXPECT_TRUE(second.handOver(paths, QStringLiteral("token %1").arg(paths.size())));
+            EXPECT_TRUE(second.handOver(asPaths(paths), QStringLiteral("token %1").arg(paths.size())));
     });
     EXPECT_EQ(opened_, requests);
     EXPECT_EQ(tokens_.value(1), QStringLiteral("token 3"));
@@ -109,7 +110,8 @@ TEST_F(Instances, OneThatDoesNotAnswerIsSucceeded)
 {
     auto first = std::make_unique<SingleInstance>(ours_, service);
     SingleInstance second(theirs_, service, 50);
-    EXPECT_FALSE(second.handOver({QStringLiteral("/a.pdf")})) << "nobody serves the first one's events";
+    EXPECT_FALSE(second.handOver(asPaths({QStringLiteral("/a.pdf")})))
+        << "nobody serves the first one's events";
     listen(second);
     first.reset();
     elsewhere([&] {
@@ -138,7 +140,7 @@ TEST(InstancesWithoutABus, RunByThemselves)
     const QDBusConnection none =
         QDBusConnection::connectToBus(QStringLiteral("unix:path=/nonexistent/bus"), QStringLiteral("none"));
     SingleInstance instance(none, service);
-    EXPECT_FALSE(instance.handOver({QStringLiteral("/a.pdf")}));
+    EXPECT_FALSE(instance.handOver(asPaths({QStringLiteral("/a.pdf")})));
     QDBusConnection::disconnectFromBus(QStringLiteral("none"));
 }
 

@@ -17,8 +17,8 @@ class GatedPages final : public PageImageSource
     std::optional<PageImage> page(const PageImageRequest& request) override
     {
         begun_.release();
-        if (request.path == QLatin1String("slow")) gate_.acquire();
-        if (request.path == QLatin1String("none")) return std::nullopt;
+        if (request.path.name() == QLatin1String("slow")) gate_.acquire();
+        if (request.path.name() == QLatin1String("none")) return std::nullopt;
         return PageImage{{}, QSizeF(request.page + 1, 1)};
     }
 
@@ -29,7 +29,7 @@ class GatedPages final : public PageImageSource
 
 PageImageRequest request(const char* path, int page)
 {
-    return {QString::fromLatin1(path), page, {10, 10}, 1};
+    return {FilePath::fromBytes(path), page, {10, 10}, 1};
 }
 
 TEST(BackgroundPages, AnswerAtOnceWhenTheyCanAndLaterWhenTheyCannot)

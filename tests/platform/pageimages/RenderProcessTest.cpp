@@ -57,7 +57,7 @@ TEST(RenderProcess, ShowsPagesAtTheSizeTheScreenNeeds)
     const Scratch scratch;
     const QString path = scratch.write(QStringLiteral("half red.pdf"), halfRed());
     for (const Case& c : cases) {
-        const auto page = RenderProcess(renderer()).page({path, c.page, c.box, c.density});
+        const auto page = RenderProcess(renderer()).page({asPath(path), c.page, c.box, c.density});
         ASSERT_TRUE(page);
         EXPECT_EQ(page->size, QSizeF(200, 100));
         EXPECT_EQ(page->image.size(), c.pixels);
@@ -73,7 +73,7 @@ TEST(RenderProcess, TurnsPagesAsTheirReadersSeeThem)
     const Scratch scratch;
     const QString path =
         scratch.write(QStringLiteral("turned.pdf"), halfRed("/MediaBox[0 0 400 200]/Rotate 90"));
-    const auto page = RenderProcess(renderer()).page({path, 0, {600, 850}, 1});
+    const auto page = RenderProcess(renderer()).page({asPath(path), 0, {600, 850}, 1});
     ASSERT_TRUE(page);
     EXPECT_EQ(page->size, QSizeF(200, 400));
     EXPECT_TRUE(isNear(page->image.pixel(100, 100), 0xFFFF0000));
@@ -89,7 +89,7 @@ TEST(RenderProcess, ShowsRasterFiles)
     picture.setDotsPerMeterY(5906);
     const QString path = scratch.path(QStringLiteral("green.png"));
     ASSERT_TRUE(picture.save(path));
-    const auto page = RenderProcess(renderer()).page({path, 0, {600, 850}, 1});
+    const auto page = RenderProcess(renderer()).page({asPath(path), 0, {600, 850}, 1});
     ASSERT_TRUE(page);
     EXPECT_NEAR(page->size.width(), 144, 0.1);
     EXPECT_EQ(page->image.size(), QSize(144, 96));
@@ -104,7 +104,7 @@ TEST(RenderProcess, ShowsFilesWhoseNamesAreNotUtf8)
     ASSERT_EQ(std::rename(nativePath(written).constData(), nativePath(odd).constData()), 0);
     RenderProcess process(renderer());
     PageImageCache cache(process);
-    EXPECT_TRUE(cache.page({odd, 0, {600, 850}, 1}));
+    EXPECT_TRUE(cache.page({asPath(odd), 0, {600, 850}, 1}));
 }
 
 /// A shading whose function takes seconds for every pixel row.
@@ -179,14 +179,15 @@ TEST(RenderProcess, HostileAndClosedFilesCostABoundedTimeAndGiveNone)
         RenderProcess process(renderer(), {limit});
         QElapsedTimer time;
         time.start();
-        EXPECT_FALSE(process.page({c.path, c.page, {600, 850}, 1})) << c.path.toStdString();
+        EXPECT_FALSE(process.page({asPath(c.path), c.page, {600, 850}, 1})) << c.path.toStdString();
         if (c.waits) {
             EXPECT_GE(time.elapsed(), limit) << c.path.toStdString() << " ended by itself";
         }
         // Ten times what is allowed: about ending at all, not about speed.
         EXPECT_LT(time.elapsed(), 10 * limit) << c.path.toStdString();
     }
-    EXPECT_TRUE(RenderProcess(renderer()).page({open, 0, {600, 850}, 1})) << "the open file is the wrong one";
+    EXPECT_TRUE(RenderProcess(renderer()).page({asPath(open), 0, {600, 850}, 1}))
+        << "the open file is the wrong one";
 }
 
 TEST(RenderProcess, AnswersThatAreNoneAreRefused)
@@ -206,7 +207,7 @@ TEST(RenderProcess, AnswersThatAreNoneAreRefused)
         good.toLocal8Bit() + " \"$@\"; exit 1",
         good.toLocal8Bit() + " \"$1\" \"$2\" 77 \"$4\" \"$5\"", // another size than asked for
     };
-    const PageImageRequest request{path, 0, {100, 100}, 1};
+    const PageImageRequest request{asPath(path), 0, {100, 100}, 1};
     for (const QByteArray& script : scripts) {
         const QString program = scratch.write(QStringLiteral("fake"), "#!/bin/sh\n" + script + "\n");
         QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -222,9 +223,10 @@ TEST(RenderProcess, OddRequestsAreDeclined)
     const QString path = scratch.write(QStringLiteral("a.pdf"), halfRed());
     RenderProcess process(renderer());
     for (const PageImageRequest& request :
-         {PageImageRequest{path, 0, {0, 100}, 1}, PageImageRequest{path, 0, {100, 100}, 0},
-          PageImageRequest{path, 0, {100, 100}, -1}, PageImageRequest{path, 0, {1e9, 100}, 1},
-          PageImageRequest{path, 0, {std::nan(""), 100}, 1}, PageImageRequest{path, 0, {100, 100}, 1e300}})
+         {PageImageRequest{asPath(path), 0, {0, 100}, 1}, PageImageRequest{asPath(path), 0, {100, 100}, 0},
+          PageImageRequest{asPath(path), 0, {100, 100}, -1}, PageImageRequest{asPath(path), 0, {1e9, 100}, 1},
+          PageImageRequest{asPath(path), 0, {std::nan(""), 100}, 1},
+          PageImageRequest{asPath(path), 0, {100, 100}, 1e300}})
         EXPECT_FALSE(process.page(request));
 }
 
@@ -251,7 +253,7 @@ TEST(PageImageCache, AsksAgainOnlyForWhatItDoesNotHave)
     ASSERT_TRUE(QFile::link(path, link));
     CountedPages pages;
     PageImageCache cache(pages);
-    const PageImageRequest first{path, 0, {600, 850}, 1};
+    const PageImageRequest first{asPath(path), 0, {600, 850}, 1};
     struct Step
     {
         const char* what;
@@ -261,15 +263,15 @@ TEST(PageImageCache, AsksAgainOnlyForWhatItDoesNotHave)
     const std::vector<Step> steps = {
         {"new", first, 1},
         {"again", first, 1},
-        {"by another name", {link, 0, {600, 850}, 1}, 1},
-        {"another page", {path, 1, {600, 850}, 1}, 2},
-        {"another size", {path, 0, {600, 851}, 1}, 3},
-        {"another screen", {path, 0, {600, 850}, 2}, 4},
-        {"another file", {other, 0, {600, 850}, 1}, 5},
-        {"one that fails", {path, 9, {600, 850}, 1}, 6},
-        {"fails again", {path, 9, {600, 850}, 1}, 6},
+        {"by another name", {asPath(link), 0, {600, 850}, 1}, 1},
+        {"another page", {asPath(path), 1, {600, 850}, 1}, 2},
+        {"another size", {asPath(path), 0, {600, 851}, 1}, 3},
+        {"another screen", {asPath(path), 0, {600, 850}, 2}, 4},
+        {"another file", {asPath(other), 0, {600, 850}, 1}, 5},
+        {"one that fails", {asPath(path), 9, {600, 850}, 1}, 6},
+        {"fails again", {asPath(path), 9, {600, 850}, 1}, 6},
         {"the first once more", first, 6},
-        {"no such file", {scratch.path(QStringLiteral("none")), 0, {600, 850}, 1}, 6},
+        {"no such file", {asPath(scratch.path(QStringLiteral("none"))), 0, {600, 850}, 1}, 6},
     };
     for (const Step& step : steps) {
         static_cast<void>(cache.page(step.request));
@@ -289,7 +291,7 @@ TEST(PageImageCache, AsksAgainOnlyForWhatItDoesNotHave)
 TEST(PageImageCache, DrawingOnAPageLeavesTheCachedOneAlone)
 {
     const Scratch scratch;
-    const PageImageRequest request{scratch.write(QStringLiteral("a.pdf"), "one"), 0, {600, 850}, 1};
+    const PageImageRequest request{asPath(scratch.write(QStringLiteral("a.pdf"), "one")), 0, {600, 850}, 1};
     CountedPages pages;
     PageImageCache cache(pages);
     auto page = cache.page(request);
@@ -305,7 +307,7 @@ TEST(PageImageCache, KeepsWithinItsMemory)
     const QString path = scratch.write(QStringLiteral("a.pdf"), "one");
     CountedPages pages;
     PageImageCache cache(pages, 100'000); // room for two pictures of 40,000 bytes
-    const auto show = [&](int page) { static_cast<void>(cache.page({path, page, {600, 850}, 1})); };
+    const auto show = [&](int page) { static_cast<void>(cache.page({asPath(path), page, {600, 850}, 1})); };
     show(1);
     show(2);
     show(1);

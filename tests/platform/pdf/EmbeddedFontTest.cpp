@@ -7,6 +7,7 @@
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
+#include "support/Paths.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
@@ -64,14 +65,14 @@ std::pair<QString, double> stamped(const Scratch& scratch, const QString& text, 
     TextShaper shaper;
     const auto shaped = shaper.shape(text, font);
     EXPECT_EQ(shaped->runs.size(), 1U) << "drawn in the font that was asked for";
-    const auto document = PdfDocument::open(source);
+    const auto document = PdfDocument::open(asPath(source));
     const auto page = document->stampPage(0, shaper);
     page->over().translate(50, 50);
     TextPaint paint;
     paint.fontSize = fontSize;
     page->over().drawText(*shaped, paint);
     page->finish();
-    AtomicFile file(target);
+    AtomicFile file(asPath(target));
     document->save(RewritingPdfWriter(), file);
     file.commit();
     EXPECT_TRUE(qpdfAccepts(target));

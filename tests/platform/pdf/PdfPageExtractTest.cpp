@@ -50,7 +50,7 @@ TEST(PdfPageExtract, TakesThePageAskedForWithWhatItInherits)
     const Scratch scratch;
     const QString path = scratch.write(QStringLiteral("tree.pdf"), deepTree());
     for (const int index : {0, 1, 5, 6, 11}) {
-        const ExtractedPage page = extractPdfPage(path, index);
+        const ExtractedPage page = extractPdfPage(asPath(path), index);
         EXPECT_EQ(page.size, QSizeF(100, 200));
         const QString single = scratch.write(QStringLiteral("single.pdf"), page.document);
         EXPECT_TRUE(qpdfAccepts(single));
@@ -61,8 +61,8 @@ TEST(PdfPageExtract, TakesThePageAskedForWithWhatItInherits)
         EXPECT_THAT(info.out.toStdString(), testing::ContainsRegex("Page rot: +90"));
         EXPECT_TRUE(pages[0].contains(QStringLiteral("Body%1").arg(index + 1))) << index;
     }
-    EXPECT_THROW(static_cast<void>(extractPdfPage(path, 12)), Failure);
-    EXPECT_THROW(static_cast<void>(extractPdfPage(path, -1)), Failure);
+    EXPECT_THROW(static_cast<void>(extractPdfPage(asPath(path), 12)), Failure);
+    EXPECT_THROW(static_cast<void>(extractPdfPage(asPath(path), -1)), Failure);
 }
 
 TEST(PdfPageExtract, ShowsTheWholeMediaBoxInPoints)
@@ -82,7 +82,7 @@ TEST(PdfPageExtract, ShowsTheWholeMediaBoxInPoints)
     for (const Case& c : cases) {
         const QString path =
             scratch.write(QStringLiteral("box.pdf"), simplePdf({{showWord("Body", 30, 30), c.entries}}));
-        const ExtractedPage page = extractPdfPage(path, 0);
+        const ExtractedPage page = extractPdfPage(asPath(path), 0);
         EXPECT_EQ(page.size, c.size) << c.entries.constData();
         const auto info =
             runTool(QStringLiteral("pdfinfo"),
@@ -120,7 +120,8 @@ TEST(PdfPageExtract, AnnotationsBecomeContentAndBringNothingElseAlong)
     pdf.set(other, "<</Type/Page/Parent " + PdfBuilder::ref(pages) + "/MediaBox[0 0 200 100]/Contents " +
                        PdfBuilder::ref(bulk) + ">>");
     const Scratch scratch;
-    const ExtractedPage single = extractPdfPage(scratch.write(QStringLiteral("form.pdf"), pdf.build()), 0);
+    const ExtractedPage single =
+        extractPdfPage(asPath(scratch.write(QStringLiteral("form.pdf"), pdf.build())), 0);
     const QString path = scratch.write(QStringLiteral("single.pdf"), single.document);
     EXPECT_TRUE(qpdfAccepts(path));
     EXPECT_EQ(pdfText(path, 1), QStringLiteral("Filled"));
@@ -140,17 +141,18 @@ TEST(PdfPageExtract, BrokenTreesEndInAPageOrAWord)
         pdf.add(tree);
         pdf.add(page);
         const QString path = scratch.write(QStringLiteral("broken.pdf"), pdf.build());
-        EXPECT_THROW(static_cast<void>(extractPdfPage(path, 0)), Failure) << tree.constData();
+        EXPECT_THROW(static_cast<void>(extractPdfPage(asPath(path), 0)), Failure) << tree.constData();
     }
     PdfBuilder lying;
     lying.add("<</Type/Catalog/Pages 2 0 R>>");
     lying.add("<</Type/Pages/Count 99/Kids[3 0 R]>>");
     lying.add(page);
     const QString path = scratch.write(QStringLiteral("lying.pdf"), lying.build());
-    EXPECT_EQ(extractPdfPage(path, 0).size, QSizeF(200, 100));
-    EXPECT_THROW(static_cast<void>(extractPdfPage(path, 50)), Failure);
-    EXPECT_THROW(static_cast<void>(extractPdfPage(scratch.write(QStringLiteral("no.pdf"), "hello"), 0)),
-                 Failure);
+    EXPECT_EQ(extractPdfPage(asPath(path), 0).size, QSizeF(200, 100));
+    EXPECT_THROW(static_cast<void>(extractPdfPage(asPath(path), 50)), Failure);
+    EXPECT_THROW(
+        static_cast<void>(extractPdfPage(asPath(scratch.write(QStringLiteral("no.pdf"), "hello")), 0)),
+        Failure);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "platform/raster/ImageInspector.h"
 
 #include "platform/system/NativePath.h"
+#include "support/Paths.h"
 #include "support/Tools.h"
 
 #include <QFile>
@@ -50,7 +51,7 @@ TEST(ImageInspector, CountsDirectoriesWithoutReadingThePictures)
     const QString path = tiffWithHoles(scratch, 12, 50U << 20);
     ASSERT_GE(QFile(path).size(), large);
     const qint64 before = bytesRead();
-    const auto facts = inspectImageFile(path);
+    const auto facts = inspectImageFile(asPath(path));
     EXPECT_LT(bytesRead() - before, 4 << 20);
     ASSERT_TRUE(facts);
     EXPECT_EQ(facts->pages, 12);
@@ -69,7 +70,7 @@ TEST(ImageInspector, TheContentDecidesUnderAnyName)
             const QByteArray target = nativePath(scratch.path()) + '/' + name;
             ::unlink(target.constData());
             ASSERT_EQ(::link(nativePath(path).constData(), target.constData()), 0);
-            const auto facts = inspectImageFile(pathText(target));
+            const auto facts = inspectImageFile(asPath(pathText(target)));
             ASSERT_TRUE(facts) << format << ' ' << name;
             EXPECT_EQ(facts->pages, 1) << format << ' ' << name;
         }
@@ -84,9 +85,9 @@ TEST(ImageInspector, TellsABrokenTiffFromWhatIsNoPicture)
     for (const QString& path : {pipe, scratch.path(QStringLiteral("missing.tif")), scratch.path(), QString(),
                                 scratch.write(QStringLiteral("empty.tif"), {}),
                                 scratch.write(QStringLiteral("text.tif"), "not a picture")})
-        EXPECT_FALSE(inspectImageFile(path)) << path.toStdString();
+        EXPECT_FALSE(inspectImageFile(asPath(path))) << path.toStdString();
     const auto broken =
-        inspectImageFile(scratch.write(QStringLiteral("header.tif"), QByteArray("II*\0\xFF\xFF\xFF\x7F", 8)));
+        inspectImageFile(asPath(scratch.write(QStringLiteral("header.tif"), QByteArray("II*\0\xFF\xFF\xFF\x7F", 8))));
     ASSERT_TRUE(broken);
     EXPECT_EQ(broken->pages, 0);
     EXPECT_EQ(broken->compression, 1);

@@ -16,7 +16,7 @@ namespace {
 /// A document of white bilevel pages of these heights.
 void writePages(const QString& path, const std::vector<int>& heights)
 {
-    AtomicFile file(path);
+    AtomicFile file(asPath(path));
     RasterWriter writer(file);
     for (const int height : heights) {
         RasterPage page;
@@ -43,7 +43,7 @@ TEST(PageFeedTest, PagesComeInOrderWhateverTheirSize)
     for (const auto& [first, last] :
          {std::pair{1, count}, {2, 3}, {4, count}, {count, count}, {3, 3}, {3, 2}}) {
         SCOPED_TRACE(testing::Message() << first << " to " << last);
-        const auto reader = RasterReader::open(path);
+        const auto reader = RasterReader::open(asPath(path));
         PageFeed feed(*reader, first, last);
         for (int page = first; page <= last; ++page)
             EXPECT_EQ(feed.next().value().image.height(), heights[static_cast<std::size_t>(page - 1)]);
@@ -61,7 +61,7 @@ TEST(PageFeedTest, ADamagedPageFailsInItsTurn)
     const qsizetype pageBytes = 4; // 8 bits of rows, 24 of the end, rounded up to an even number
     bytes.replace(16 + 2 * pageBytes, pageBytes, QByteArray(pageBytes, '\0'));
     scratch.write(QStringLiteral("pages.tif"), bytes);
-    const auto reader = RasterReader::open(path);
+    const auto reader = RasterReader::open(asPath(path));
     PageFeed feed(*reader, 1, 4);
     EXPECT_TRUE(feed.next());
     EXPECT_TRUE(feed.next());

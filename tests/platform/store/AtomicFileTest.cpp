@@ -23,7 +23,7 @@ TEST(AtomicFileTest, AppearsWholeOrNotAtAll)
     const QString path = scratch.write(QStringLiteral("kept.txt"), "before");
     QByteArray large(3'000'000, 'x');
     {
-        AtomicFile file(path);
+        AtomicFile file(asPath(path));
         file.write(large);
         file.write("end", 3);
         EXPECT_EQ(readFile(path), QByteArray("before")) << "not before the commit";
@@ -31,7 +31,7 @@ TEST(AtomicFileTest, AppearsWholeOrNotAtAll)
     EXPECT_EQ(readFile(path), QByteArray("before")) << "never without one";
     EXPECT_EQ(everythingIn(scratch).size(), 1);
     {
-        AtomicFile file(path);
+        AtomicFile file(asPath(path));
         file.write(large);
         file.write("end", 3);
         file.commit();
@@ -47,13 +47,13 @@ TEST(AtomicFileTest, KeepsPermissionsAndReplacesLinks)
     ::chmod(QFile::encodeName(path).constData(), 0640);
     const QString link = scratch.path(QStringLiteral("link.txt"));
     ASSERT_TRUE(QFile::link(path, link));
-    AtomicFile::writeWhole(path, "b");
+    AtomicFile::writeWhole(asPath(path), "b");
     struct stat status = {};
     ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0640U);
-    EXPECT_TRUE(isSameFile(path, link));
-    AtomicFile::writeWhole(link, "c");
-    EXPECT_FALSE(isSameFile(path, link));
+    EXPECT_TRUE(isSameFile(asPath(path), asPath(link)));
+    AtomicFile::writeWhole(asPath(link), "c");
+    EXPECT_FALSE(isSameFile(asPath(path), asPath(link)));
     EXPECT_EQ(readFile(path), QByteArray("b")) << "a link at the target's name leads to somebody else's file";
 }
 
@@ -62,9 +62,9 @@ TEST(AtomicFileTest, RefusesWhatCannotBeWritten)
     Scratch scratch;
     for (const QString& path :
          {scratch.path(QStringLiteral("no/folder/file")), QStringLiteral("/proc/version")})
-        EXPECT_THROW(AtomicFile::writeWhole(path, "x"), Failure) << path.toStdString();
+        EXPECT_THROW(AtomicFile::writeWhole(asPath(path), "x"), Failure) << path.toStdString();
     ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("folder/full"))));
-    EXPECT_THROW(AtomicFile::writeWhole(scratch.path(QStringLiteral("folder")), "x"), Failure);
+    EXPECT_THROW(AtomicFile::writeWhole(asPath(scratch.path(QStringLiteral("folder"))), "x"), Failure);
     EXPECT_EQ(everythingIn(scratch), QStringList{QStringLiteral("folder")});
 }
 
@@ -73,9 +73,9 @@ TEST(AtomicFileTest, CopiesWhole)
     Scratch scratch;
     const QByteArray bytes(2'500'000, 'y');
     const QString source = scratch.write(QStringLiteral("a"), bytes);
-    copyFileAtomically(source, scratch.path(QStringLiteral("b")));
+    copyFileAtomically(asPath(source), asPath(scratch.path(QStringLiteral("b"))));
     EXPECT_EQ(readFile(scratch.path(QStringLiteral("b"))), bytes);
-    EXPECT_THROW(copyFileAtomically(scratch.path(QStringLiteral("gone")), source), Failure);
+    EXPECT_THROW(copyFileAtomically(asPath(scratch.path(QStringLiteral("gone"))), asPath(source)), Failure);
     EXPECT_EQ(readFile(source), bytes);
 }
 
@@ -85,10 +85,11 @@ TEST(FileIdentityTest, SeesThroughLinksAndDetours)
     const QString file = scratch.write(QStringLiteral("one/file"), "x");
     const QString same = scratch.write(QStringLiteral("two/file"), "x");
     ASSERT_TRUE(QFile::link(scratch.path(QStringLiteral("one")), scratch.path(QStringLiteral("linked"))));
-    EXPECT_TRUE(isSameFile(file, scratch.path(QStringLiteral("linked/file"))));
-    EXPECT_TRUE(isSameFile(file, scratch.path(QStringLiteral("two/../one/./file"))));
-    EXPECT_FALSE(isSameFile(file, same));
-    EXPECT_FALSE(isSameFile(scratch.path(QStringLiteral("gone")), scratch.path(QStringLiteral("gone"))));
+    EXPECT_TRUE(isSameFile(asPath(file), asPath(scratch.path(QStringLiteral("linked/file")))));
+    EXPECT_TRUE(isSameFile(asPath(file), asPath(scratch.path(QStringLiteral("two/../one/./file")))));
+    EXPECT_FALSE(isSameFile(asPath(file), asPath(same)));
+    EXPECT_FALSE(isSameFile(asPath(scratch.path(QStringLiteral("gone"))),
+                            asPath(scratch.path(QStringLiteral("gone")))));
 }
 
 } // namespace

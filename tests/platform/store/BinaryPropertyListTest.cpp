@@ -1,4 +1,5 @@
 #include "platform/store/PropertyLists.h"
+#include "support/Paths.h"
 #include "support/Tools.h"
 
 #include <QtEndian>
@@ -31,7 +32,7 @@ TEST(BinaryPropertyList, IsReadAsOthersWriteIt)
     expected.set(QStringLiteral("t"), QStringLiteral("\u00e9\U0001F600"));
     expected.set(QStringLiteral("d"), QByteArray("\0x", 2));
     expected.set(QStringLiteral("l"), RecordValue::List{true, inner});
-    EXPECT_EQ(readPropertyListFile(path), expected);
+    EXPECT_EQ(readPropertyListFile(asPath(path)), expected);
 }
 
 QByteArray bigEndian(quint64 value, int size = 8)

@@ -3,6 +3,7 @@
 #include "platform/store/FileLock.h"
 #include "platform/store/PropertyList.h"
 #include "platform/system/Failure.h"
+#include "platform/system/FileFacts.h"
 #include "support/Fakes.h"
 #include "support/Tools.h"
 
@@ -33,12 +34,13 @@ TEST(PlistDefaultsStore, KeepsValuesFromRunToRun)
     EXPECT_FALSE(first.value(QStringLiteral("A")));
     first.setValue(QStringLiteral("A"), QStringLiteral("one"));
     EXPECT_EQ(textIn(first, "A"), QStringLiteral("one"));
-    EXPECT_FALSE(QFileInfo::exists(first.path())) << "written before the flush";
+    EXPECT_FALSE(isNameTaken(first.path())) << "written before the flush";
     first.flush();
-    EXPECT_EQ(first.path(), scratch.path(storeName));
+    EXPECT_EQ(first.path(), asPath(scratch.path(storeName)));
     EXPECT_EQ(textIn(PlistDefaultsStore(folders), "A"), QStringLiteral("one"));
     // A password may be in it.
-    EXPECT_EQ(QFile::permissions(first.path()) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    EXPECT_EQ(QFile::permissions(first.path().text()) & (QFile::ReadGroup | QFile::ReadOther),
+              QFile::Permissions());
     EXPECT_EQ(QDir(scratch.path(QStringLiteral("Orvane")))
                   .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               (QStringList{QStringLiteral(".Quillfern1.lock"), QStringLiteral("Quillfern1.plist")}))
@@ -88,7 +90,7 @@ TEST(PlistDefaultsStore, FollowsALink)
     store.setValue(QStringLiteral("A"), QStringLiteral("x"));
     store.flush();
     EXPECT_TRUE(QFileInfo(scratch.path(storeName)).isSymLink());
-    EXPECT_EQ(readPropertyListFile(real).text(QStringLiteral("A")), QStringLiteral("x"));
+    EXPECT_EQ(readPropertyListFile(asPath(real)).text(QStringLiteral("A")), QStringLiteral("x"));
 }
 
 TEST(PlistDefaultsStore, TellsWhenItCannotWrite)
@@ -107,11 +109,11 @@ TEST(PlistDefaultsStore, WaitsForWhoeverHoldsTheLockButNotForEver)
     const Scratch scratch;
     const QString path = scratch.path(QStringLiteral("lock"));
     {
-        const FileLock held(path);
-        EXPECT_THROW(FileLock(path, 20), Failure);
+        const FileLock held(asPath(path));
+        EXPECT_THROW(FileLock(asPath(path), 20), Failure);
     }
-    EXPECT_NO_THROW(FileLock(path, 20));
-    EXPECT_THROW(FileLock(scratch.path(QStringLiteral("no/folder/lock"))), Failure);
+    EXPECT_NO_THROW(FileLock(asPath(path), 20));
+    EXPECT_THROW(FileLock(asPath(scratch.path(QStringLiteral("no/folder/lock")))), Failure);
 }
 
 TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)
@@ -145,7 +147,7 @@ TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)
     int looks = 0;
     for (std::size_t ended = 0; ended < children.size();) {
         if (QFileInfo::exists(scratch.path(storeName))) {
-            EXPECT_NO_THROW(static_cast<void>(readPropertyListFile(scratch.path(storeName))));
+            EXPECT_NO_THROW(static_cast<void>(readPropertyListFile(asPath(scratch.path(storeName)))));
             ++looks;
         }
         int status = 0;
@@ -156,7 +158,7 @@ TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)
         QThread::msleep(2);
     }
     EXPECT_GT(looks, 0);
-    const Record all = readPropertyListFile(scratch.path(storeName));
+    const Record all = readPropertyListFile(asPath(scratch.path(storeName)));
     for (int program = 0; program < programs; ++program)
         EXPECT_EQ(all.integer32(QStringLiteral("P%1").arg(program)), rounds);
 }

@@ -1,4 +1,5 @@
 #include "platform/store/PropertyLists.h"
+#include "support/Paths.h"
 #include "support/Tools.h"
 
 #include <QStringEncoder>
@@ -398,7 +399,7 @@ TEST(PropertyList, RefusesFilesThatCannotBeOne)
                                      {scratch.path(QStringLiteral("missing")), "cannot read"}};
     for (const Case& c : cases) {
         try {
-            static_cast<void>(readPropertyListFile(c.path));
+            static_cast<void>(readPropertyListFile(asPath(c.path)));
             ADD_FAILURE() << c.path.toStdString() << " was read";
         } catch (const Failure& failure) {
             EXPECT_THAT(failure.what(), HasSubstr(c.reason));
