@@ -14,10 +14,6 @@ namespace {
 constexpr std::int64_t largestNumber = 999'999'999;
 constexpr int decimals = 4;
 
-// The two fields that never stay without a sensible number while they are typed in.
-constexpr int numberStepsTag = 30001;
-constexpr int startPageTag = 30002;
-
 } // namespace
 
 double leadingDecimal(const QString& text)
@@ -50,14 +46,15 @@ NumberingForm::NumberingForm(Ui::MainWindow& ui, Numbering& number, std::functio
 
     Numbering* n = &number; // outlives the fields, unlike this function's own references
     bindInteger(
-        *ui.startPage, [n] { return n->startPage(); }, [n](Integer v) { n->setStartPage(v); }, startPageTag);
+        *ui.startPage, [n] { return n->startPage(); }, [n](Integer v) { n->setStartPage(v); },
+        GuardTag::StartPage);
     bindInteger(
         *ui.endPage, [n] { return n->endPage(); }, [n](Integer v) { n->setEndPage(v); });
     bindInteger(
         *ui.startNumber, [n] { return n->startNumber(); }, [n](Integer v) { n->setStartNumber(v); });
     bindInteger(
         *ui.numberSteps, [n] { return n->numberSteps(); }, [n](Integer v) { n->setNumberSteps(v); },
-        numberStepsTag);
+        GuardTag::NumberSteps);
     bindMargin(
         *ui.marginTop, [n] { return n->marginTop(); }, [n](double v) { n->setMarginTop(v); });
     bindMargin(
@@ -82,14 +79,14 @@ NumberingForm::NumberingForm(Ui::MainWindow& ui, Numbering& number, std::functio
 }
 
 void NumberingForm::bindInteger(NumberField& field, std::function<Integer()> get,
-                                std::function<void(Integer)> set, int guardTag)
+                                std::function<void(Integer)> set, std::optional<GuardTag> guard)
 {
     NumberField* shown = &field;
     field.setValidator(new CustomNumberFormatterInteger(largestNumber, shown));
     show_.emplace_back([shown, get] { shown->setIntegerValue(get()); });
-    connect(shown, &QLineEdit::textEdited, this, [shown, set, guardTag](const QString& text) {
+    connect(shown, &QLineEdit::textEdited, this, [shown, set, guard](const QString& text) {
         QString number = text;
-        if (guardTag != 0) number = guardedInteger(guardTag, text);
+        if (guard) number = guardedInteger(*guard, text);
         if (number != text) {
             shown->setText(number);
             shown->setFocus();

@@ -2,6 +2,7 @@
 
 #include "config/Margins.h"
 #include "config/StampListOperations.h"
+#include "dialogs/FieldFormatters.h"
 
 #include <QObject>
 #include <functional>
@@ -13,8 +14,6 @@ namespace quillfern {
 namespace Ui {
 class MainWindow;
 }
-
-class NumberField;
 
 /// The fields of the window that edit pages, numbers, margins and the preview's switches. Every keystroke
 /// reaches the configuration at once; the field itself is put into form when editing ends. Main thread.
@@ -37,7 +36,7 @@ class NumberingForm final : public QObject
   private:
     using Integer = std::int64_t;
     void bindInteger(NumberField& field, std::function<Integer()> get, std::function<void(Integer)> set,
-                     int guardTag = 0);
+                     std::optional<GuardTag> guard = {});
     void bindMargin(QLineEdit& field, std::function<double()> get, std::function<void(double)> set);
     void showMarginUnit();
 

@@ -27,7 +27,8 @@ QString profileType()
 StampsController::StampsController(Numbering& number, MainWindow& window, FilePanels& panels, Alerts& alerts,
                                    std::function<bool()> isLocked)
     : number_(number), window_(window), panels_(panels), alerts_(alerts), model_(number, std::move(isLocked)),
-      operations_(number), editors_(number, *this, panels, alerts, &window)
+      operations_(number, [this](const IStampItem& stamp) { editors_.removehandlers(stamp); }),
+      editors_(number, *this, panels, alerts, &window)
 {
     QTableView& table = *window.ui().stampsTableView;
     table.setModel(&model_);
@@ -55,7 +56,6 @@ StampsController::StampsController(Numbering& number, MainWindow& window, FilePa
 
 StampsController::~StampsController()
 {
-    closeEditors(); // they belong to stamps that outlive what the editors were made with
     window_.ui().stampsTableView->setModel(nullptr);
 }
 
@@ -130,6 +130,7 @@ void StampsController::updateCommands()
 
 void StampsController::reload()
 {
+    editors_.removeOrphans();
     const std::vector<int> rows = selection();
     model_.refresh();
     if (selection() != rows) selectRows(*window_.ui().stampsTableView, rows);
@@ -155,8 +156,9 @@ void StampsController::edit(const std::shared_ptr<IStampItem>& stamp)
 {
     // New stamps whose editors were closed without adding them were given up.
     std::erase_if(tempStamps_, [this](const auto& each) { return !editors_.isOpen(*each); });
+    editors_.removeOrphans();
     tempStamps_.push_back(stamp);
-    stamp->edit(editors_);
+    editors_.edit(stamp);
 }
 
 void StampsController::textStampAction()
@@ -174,7 +176,7 @@ void StampsController::stampDoubleAction()
     guarded("Error in [stampDoubleAction:] : %@", [this] {
         const int row = selectedStamp();
         if (row < 0) return;
-        number_.stamps.at(static_cast<std::size_t>(row))->edit(editors_);
+        editors_.edit(number_.stamps.at(static_cast<std::size_t>(row)));
     });
 }
 
@@ -182,7 +184,7 @@ void StampsController::removeStampAction()
 {
     // The editors of all the stamps that go, not of the first one only.
     for (const int row : selection())
-        number_.stamps[static_cast<std::size_t>(row)]->removehandlers();
+        editors_.removehandlers(*number_.stamps[static_cast<std::size_t>(row)]);
     show(operations_.removeStampAction(selection()));
     Q_EMIT renderRequested();
 }
@@ -223,15 +225,6 @@ void StampsController::setEditorsEnabled(bool enabled)
     editors_.setEditorsEnabled(enabled);
 }
 
-void StampsController::closeEditors()
-{
-    for (const auto& stamp : number_.stamps)
-        stamp->removehandlers();
-    for (const auto& stamp : tempStamps_)
-        stamp->removehandlers();
-    tempStamps_.clear();
-}
-
 void StampsController::stampSaveAction()
 {
     const SavePanel panel{tr("%1 Profile").arg(getAppTitle()), profileType(), QString()};
@@ -258,7 +251,7 @@ void StampsController::stampLoadAction()
                 return;
             }
             for (const auto& stamp : before)
-                stamp->removehandlers(); // they are not part of the job any more
+                editors_.removehandlers(*stamp); // these stamps are not part of the job any more
             model_.refresh();
             show({{0}, 0});
             Q_EMIT profileLoaded();

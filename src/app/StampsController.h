@@ -56,7 +56,6 @@ class StampsController final : public QObject, public StampHost
     void show(const RowSelection& selection, bool takeFocus = false);
     void updateCommands();
     void forgetEdited(const IStampItem& stamp);
-    void closeEditors();
 
     void addStamp(IStampItem& stamp) override;
     void removeStamp(IStampItem& stamp) override;

@@ -71,4 +71,16 @@ class NumberField final : public QLineEdit
 /// hold becomes the nearest that they can.
 [[nodiscard]] std::int64_t leadingInteger(const QString& text);
 
+/// The two fields that always hold a number above 0, also while the user types. The values are the fields'
+/// tags.
+enum class GuardTag {
+    NumberSteps = 30001,
+    StartPage = 30002,
+};
+
+/// What a guarded field shows after the user typed `text`: the text without what is not a digit at its ends;
+/// for a text that is empty or begins with the number 0, the field's own smallest number (2 for the step, 1
+/// for the first page).
+[[nodiscard]] QString guardedInteger(GuardTag tag, const QString& text);
+
 } // namespace quillfern

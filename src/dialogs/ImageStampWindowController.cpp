@@ -35,8 +35,9 @@ std::int64_t inProportion(std::int64_t side, int own, int other)
 
 } // namespace
 
-ImageStampWindowController::ImageStampWindowController(ImageStamp& stamp, Numbering& number, StampHost& host,
-                                                       FilePanels& panels, Alerts& alerts, QWidget* parent)
+ImageStampWindowController::ImageStampWindowController(const std::shared_ptr<ImageStamp>& stamp,
+                                                       Numbering& number, StampHost& host, FilePanels& panels,
+                                                       Alerts& alerts, QWidget* parent)
     : StampEditorWindow(stamp, number, host, false, parent), ui_(std::make_unique<Ui::ImageStampWindow>()),
       panels_(panels), alerts_(alerts)
 {
@@ -47,11 +48,11 @@ ImageStampWindowController::ImageStampWindowController(ImageStamp& stamp, Number
     ui_->chooseButton->setFocus();
 
     // A drawn size in the picture's proportions is meant to stay in them.
-    if (const auto& picture = stamp.cacheImage()) {
+    if (const auto& picture = stamp->cacheImage()) {
         const QSize whole = picture->image().size();
         setIsAspectRatio(
-            stamp.stampImageHeight == inProportion(stamp.stampImageWidth, whole.width(), whole.height()) ||
-            stamp.stampImageWidth == inProportion(stamp.stampImageHeight, whole.height(), whole.width()));
+            stamp->stampImageHeight == inProportion(stamp->stampImageWidth, whole.width(), whole.height()) ||
+            stamp->stampImageWidth == inProportion(stamp->stampImageHeight, whole.height(), whole.width()));
     }
 }
 

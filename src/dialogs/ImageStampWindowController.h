@@ -24,8 +24,8 @@ class ImageStampWindowController final : public StampEditorWindow
     Q_OBJECT
 
   public:
-    ImageStampWindowController(ImageStamp& stamp, Numbering& number, StampHost& host, FilePanels& panels,
-                               Alerts& alerts, QWidget* parent);
+    ImageStampWindowController(const std::shared_ptr<ImageStamp>& stamp, Numbering& number, StampHost& host,
+                               FilePanels& panels, Alerts& alerts, QWidget* parent);
     ~ImageStampWindowController() override;
 
     /// Lets the user choose a picture file.

@@ -9,13 +9,14 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <memory>
 #include <optional>
 
 namespace quillfern {
 
 /// What the editors of both kinds of stamps share: a window that writes every edit straight into its stamp
-/// and tells the configuration of it, adds the stamp to the list, and removes it. Neither the window nor its
-/// controls touch the stamp after invalidate(), which comes before the stamp dies. Main thread.
+/// and notifies the configuration, adds the stamp to the list, and removes it. The window does not keep its
+/// stamp alive: once the stamp is gone, or after invalidate(), every control is without effect. Main thread.
 class StampEditorWindow : public QDialog
 {
     Q_OBJECT
@@ -31,7 +32,9 @@ class StampEditorWindow : public QDialog
     void reset();
     /// Lets go of the stamp and closes the window.
     void invalidate();
-    [[nodiscard]] bool edits(const IStampItem& stamp) const { return stamp_ == &stamp; }
+    [[nodiscard]] bool edits(const IStampItem& edited) const { return stamp() == &edited; }
+    /// Whether there is a stamp to edit: it has not gone and was not let go.
+    [[nodiscard]] bool hasStamp() const { return stamp() != nullptr; }
     /// While editing is disabled the window says why and changes nothing.
     void setEditingEnabled(bool enabled);
 
@@ -44,8 +47,8 @@ class StampEditorWindow : public QDialog
 
   protected:
     /// `isLabelASetting` tells whether the preview is to follow the label as well as the lists.
-    StampEditorWindow(IStampItem& stamp, Numbering& number, StampHost& host, bool isLabelASetting,
-                      QWidget* parent);
+    StampEditorWindow(const std::shared_ptr<IStampItem>& stamp, Numbering& number, StampHost& host,
+                      bool isLabelASetting, QWidget* parent);
 
     /// The controls of that name in a window's layout.
     struct SharedControls
@@ -71,10 +74,10 @@ class StampEditorWindow : public QDialog
     /// To be called once, when the layout stands.
     void connectShared(const SharedControls& controls);
 
-    /// Null once the stamp is let go, and while it must not be edited.
-    [[nodiscard]] IStampItem* editedStamp() const { return isEditingEnabled_ ? stamp_ : nullptr; }
-    /// Null once the stamp is let go.
-    [[nodiscard]] IStampItem* stamp() const { return stamp_; }
+    /// Null once the stamp is gone or let go, and while it must not be edited.
+    [[nodiscard]] IStampItem* editedStamp() const { return isEditingEnabled_ ? stamp() : nullptr; }
+    /// Null once the stamp is gone or let go. An edit that others are notified of may end the stamp.
+    [[nodiscard]] IStampItem* stamp() const { return stamp_.lock().get(); }
     [[nodiscard]] Numbering& number() const { return number_; }
     [[nodiscard]] bool isEditingEnabled() const { return isEditingEnabled_; }
 
@@ -99,7 +102,7 @@ class StampEditorWindow : public QDialog
     [[nodiscard]] QString listed() const;
     void tellListsIfListed();
 
-    IStampItem* stamp_;
+    std::weak_ptr<IStampItem> stamp_;
     Numbering& number_;
     StampHost& host_;
     bool isLabelASetting_;

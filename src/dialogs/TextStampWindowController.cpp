@@ -22,8 +22,9 @@ constexpr int sampleTotal = 120;
 
 } // namespace
 
-TextStampWindowController::TextStampWindowController(TextStamp& stamp, Numbering& number, StampHost& host,
-                                                     ColorPanel& colors, QWidget* parent)
+TextStampWindowController::TextStampWindowController(const std::shared_ptr<TextStamp>& stamp,
+                                                     Numbering& number, StampHost& host, ColorPanel& colors,
+                                                     QWidget* parent)
     : StampEditorWindow(stamp, number, host, true, parent), ui_(std::make_unique<Ui::TextStampWindow>()),
       colors_(&colors)
 {

@@ -22,8 +22,8 @@ class TextStampWindowController final : public StampEditorWindow
 
   public:
     /// `colors` is shared by all editors and may go before this window does.
-    TextStampWindowController(TextStamp& stamp, Numbering& number, StampHost& host, ColorPanel& colors,
-                              QWidget* parent);
+    TextStampWindowController(const std::shared_ptr<TextStamp>& stamp, Numbering& number, StampHost& host,
+                              ColorPanel& colors, QWidget* parent);
     ~TextStampWindowController() override;
 
     /// Takes over the family in a row of the fonts menu; size and colour stay.

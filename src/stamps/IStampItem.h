@@ -12,8 +12,6 @@
 
 namespace quillfern {
 
-class StampEditorFactory;
-
 /// What the stamp list, the compositor and the editors know of a stamp, whatever its kind.
 ///
 /// Stamps take no lock; drawing changes only the facing-page state, so one stamp must not be drawn by two
@@ -34,9 +32,6 @@ class IStampItem
     virtual void setIsSymmetry(bool symmetric) = 0; ///< left and right alternate on successive pages
     [[nodiscard]] virtual bool isSymmetry() const = 0;
 
-    /// Closes and forgets the stamp's editor, if it has one.
-    virtual void removehandlers() = 0;
-
     /// Applies a record: a missing key gives false, 0 or nothing. Without a record nothing changes.
     virtual void setData(const Record* data) = 0;
     /// The record form; its entries end before the first absent value. Nothing on a failure.
@@ -45,8 +40,6 @@ class IStampItem
     /// The anchor for the page now being drawn; to be asked once a page. With `isSymmetric` it alternates
     /// from the given anchor, counted since reset().
     virtual std::int32_t getNextMarginAnchor(bool isSymmetric, std::int32_t anchor) = 0;
-    /// Shows the stamp's editor, which `editors` makes on first use.
-    virtual void edit(StampEditorFactory& editors) = 0;
     /// Forgets which page was drawn last; every run begins with it.
     virtual void reset() = 0;
 

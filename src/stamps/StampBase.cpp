@@ -4,21 +4,11 @@
 
 namespace quillfern {
 
-StampBase::~StampBase() = default;
-
 std::int32_t StampBase::getNextMarginAnchor(bool isSymmetric, std::int32_t anchor)
 {
     if (!isSymmetric) return anchor;
     lastMarginAnchor_ = lastMarginAnchor_ == None ? anchor : mirroredAnchor(lastMarginAnchor_);
     return lastMarginAnchor_;
-}
-
-void StampBase::closeEditor()
-{
-    if (!editor_) return;
-    // Out of the field first: closing a window may come back here.
-    const auto editor = std::move(editor_);
-    editor->invalidate();
 }
 
 void StampBase::readShared(const Record& data)

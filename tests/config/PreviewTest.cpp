@@ -21,10 +21,8 @@ class SpyStamp final : public StampBase
         std::int32_t anchor;
     };
 
-    void removehandlers() override {}
     void setData(const Record*) override {}
     std::optional<Record> getData() const override { return Record(); }
-    void edit(StampEditorFactory&) override {}
     QString description() const override { return {}; }
     void draw(Canvas& canvas, const QRectF& rect, const QRectF& offsetRect, std::int32_t anchor,
               std::int64_t page, std::int64_t total, bool isHighlighted) override
