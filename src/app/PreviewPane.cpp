@@ -65,12 +65,7 @@ PreviewPane::PreviewPane(QWidget* parent)
 void PreviewPane::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    // The picture takes the box's height and its width follows from that; a box that is too tall for the
-    // pane's width would have its picture cut off at the sides.
-    const QRectF unit = previewFrame({0, 1030}); // 30 of it are edges
-    const double edges = 1030 - unit.height();
-    const double tallest = width() / unit.width() * unit.height() + edges;
-    const int boxHeight = std::min(height(), static_cast<int>(tallest));
+    const int boxHeight = std::min(height(), static_cast<int>(tallestPreviewBox(width())));
     previewBox->setGeometry(0, (height() - boxHeight) / 2, width(), boxHeight);
 }
 

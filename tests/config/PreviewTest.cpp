@@ -326,6 +326,8 @@ TEST(PreviewLayout, CentresAPageInItsBox)
     EXPECT_DOUBLE_EQ(frame.width(), 346);
     EXPECT_DOUBLE_EQ(frame.x(), 227);
     EXPECT_DOUBLE_EQ(frame.y(), 15);
+    for (const double width : {1.0, 300.0, 1999.0})
+        EXPECT_NEAR(previewFrame({width, tallestPreviewBox(width)}).width(), width, 1e-9);
 }
 
 } // namespace
