@@ -1,5 +1,7 @@
 #include "app/JobController.h"
 
+#include "app/Activity.h"
+#include "app/WindowFocus.h"
 #include "batch/JobPlan.h"
 #include "platform/system/Guarded.h"
 
@@ -8,17 +10,10 @@
 
 namespace quillfern {
 
-namespace {
-
-constexpr int stampsTab = 0;
-constexpr int outputTab = 2;
-
-} // namespace
-
-JobController::JobController(FileList& files, Settings& settings, ProcessServices services, Alerts& alerts,
-                             JobWindow& window, QWidget& parent)
-    : files_(files), settings_(settings), services_(std::move(services)), alerts_(alerts), window_(window),
-      parent_(parent)
+JobController::JobController(FileList& files, Settings& settings, Activity& activity,
+                             ProcessServices services, Alerts& alerts, QWidget& parent)
+    : files_(files), settings_(settings), activity_(activity), services_(std::move(services)),
+      alerts_(alerts), parent_(parent)
 {
 }
 
@@ -43,27 +38,21 @@ bool JobController::stop(int milliseconds)
 
 void JobController::combine()
 {
-    if (isSheetShown_) return;
-    bool isBusy = false;
+    if (!activity_.isIdle()) return;
     guarded("Error in (combine) : %@", [&] {
-        window_.endEditing();
+        endEditing(parent_);
         process_ = std::make_unique<Process>(services_, settings_, *this);
         process_->setIsCombining(true);
         if (const auto problem = outputFolderProblem(settings_.outputFolderPath)) {
             alerts_.critical(&parent_, *problem);
-            window_.selectSettingsTab(outputTab);
-            window_.focusOutputFolder();
+            Q_EMIT outputFolderRefused();
             return;
         }
-        window_.selectSettingsTab(stampsTab);
-        isBusy = true;
-        window_.resetView(false);
-        window_.startProcess();
-        window_.resetViewForProcess(false);
-        window_.jobIsRunning(true);
+        Q_EMIT starting();
+        activity_.begin(Activity::State::Job);
         launch(planJob(*process_, files_.copies(), settings_));
     });
-    if (isBusy && !isSheetShown_) backToIdle(); // nothing was started
+    if (!worker_) activity_.end(Activity::State::Job); // nothing was started
 }
 
 void JobController::launch(std::int64_t totalPages)
@@ -82,7 +71,6 @@ void JobController::launch(std::int64_t totalPages)
     for (const FileItem* item : files_.items())
         pages.push_back(item->pages());
     processViewPanel_->follow(*process_, pages);
-    isSheetShown_ = true;
     worker_.reset(QThread::create([process = process_.get(), totalPages] { process->start(totalPages); }));
     connect(worker_.get(), &QThread::finished, this, &JobController::completed);
     worker_->start();
@@ -91,7 +79,7 @@ void JobController::launch(std::int64_t totalPages)
 
 void JobController::updateTimeTakenLabel(const QString& text)
 {
-    window_.updateTimeTakenLabel(text);
+    Q_EMIT timeTakenChanged(text);
 }
 
 void JobController::outputFinished(const LogFiles& record, const QString& note)
@@ -129,10 +117,9 @@ void JobController::viewLogAction()
 
 void JobController::closeProcessAction()
 {
-    if (!isSheetShown_ || !process_->isCompleted()) return;
+    if (!worker_ || !process_->isCompleted()) return;
     processViewPanel_->hide();
     processViewPanel_->forget();
-    isSheetShown_ = false;
     worker_->wait();
     worker_.reset();
     if (settings_.isClearProcessedFiles) {
@@ -140,18 +127,10 @@ void JobController::closeProcessAction()
         for (int row = 0; row < files_.count(); ++row)
             if (files_.at(row).isSelected()) checked.push_back(row);
         files_.remove(checked);
-        window_.deselectFiles();
+        Q_EMIT itemsRemoved();
     }
-    backToIdle();
+    activity_.end(Activity::State::Job);
     process_.reset();
-}
-
-void JobController::backToIdle()
-{
-    window_.jobIsRunning(false);
-    window_.resetViewForProcess(true);
-    window_.stopProcess();
-    window_.resetView(true);
 }
 
 } // namespace quillfern

@@ -10,6 +10,7 @@
 
 namespace quillfern {
 
+class PreviewArea;
 class PreviewPane;
 
 /// Keeps the preview in the window up to date. Main thread.
@@ -18,13 +19,17 @@ class PreviewController final : public QObject
     Q_OBJECT
 
   public:
-    /// `state` tells what of the window decides about the picture, apart from the picture's own place. The
+    /// `state` returns what of the window decides about the picture, apart from the picture's own place. The
     /// references outlive this.
     PreviewController(Numbering& number, PreviewPane& pane, std::unique_ptr<PageImageSource> pages,
                       std::function<PreviewState()> state);
 
+    /// Shows the configuration's switches as they are, as after loading a profile.
+    void refreshSwitches();
     /// Draws the picture anew and shows it. A page that takes long is shown once it is there.
     void render();
+    /// The picture's box has another size.
+    void viewFrameChanged();
     /// Gives the picture the place that its box's size makes, and then has it drawn at that size.
     void resizePreview();
     /// The size of the picture's place, which percentages of margins refer to.
@@ -37,6 +42,7 @@ class PreviewController final : public QObject
   private:
     Numbering& number_;
     PreviewPane& pane_;
+    PreviewArea& area_;
     std::function<PreviewState()> state_;
     BackgroundPages pages_;
     TextShaper shaper_;
