@@ -10,7 +10,7 @@ struct CommandLine
     QStringList files; ///< files and folders to begin with, as they were named
     bool showHelp = false;
     bool showVersion = false;
-    QString problem; ///< why it cannot be followed; empty when it can
+    QString problem; ///< what is wrong with the command line; empty for a good one
 };
 
 /// Reads the command line, whatever the bytes of its names are. Qt's own options are a problem until the

@@ -98,7 +98,7 @@ void FilesController::connectCommands()
     on(w.deselectAllButton, [this] { commands_.selectDeselectRemoveAll(2, selection()); });
     on(w.removeAllFilesButton, [this] {
         commands_.selectDeselectRemoveAll(3, selection());
-        selectionDidChange(); // the preview was drawn while the files were just going
+        selectionDidChange(); // the preview was drawn while the files were being removed
     });
     on(w.removeSelectedFilesButton, [this] {
         endEditing(window());
@@ -159,7 +159,7 @@ void FilesController::updateSelectionCommands()
 
 void FilesController::moved()
 {
-    // A list that was put in order by hand is not in the order of a column any more.
+    // After a move by hand the list is no longer sorted by a column.
     pane_.table().horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     selectionDidChange();
 }

@@ -15,11 +15,11 @@ QString iconName(const QString& status)
 
 QString shownStatus(const QString& status)
 {
-    // A job that was stopped leaves the file it was about to begin without a word.
+    // A stopped job writes no status for the file that it was about to begin.
     if (status.isEmpty()) return JobResultsModel::tr("Cancelled");
     if (status == QLatin1String("Completed")) return JobResultsModel::tr("Completed");
     if (status == QLatin1String("No Pages")) return JobResultsModel::tr("No Pages");
-    return JobResultsModel::tr("Failed"); // or the reason, which the remark tells as well
+    return JobResultsModel::tr("Failed"); // the status is the reason, which the remark shows as well
 }
 
 } // namespace

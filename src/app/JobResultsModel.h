@@ -7,7 +7,7 @@
 
 namespace quillfern {
 
-/// What has become of the files of a job, one row a file, as they come. Main thread.
+/// The results of a job, one row for each file that is done. Main thread.
 class JobResultsModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ class JobResultsModel final : public QAbstractTableModel
         QString file;
         std::int32_t pages;
         QString status; ///< as in the log
-        QString note;   ///< says in words what the status does not; often empty
+        QString note;   ///< why the file failed, or a warning; often empty
     };
     /// Many rows at once cost little more than one.
     void append(const std::vector<Row>& rows);

@@ -74,7 +74,7 @@ void OutputPane::setOutputFolderPath(const QString& path)
 {
     settings_->outputFolderPath = path;
     ui_->outputFolderPath->setToolTip(path.isEmpty() ? QString() : path);
-    // A field that is emptied to type another folder is not yet a folder given up.
+    // An empty field may mean that another folder is about to be typed: its options stay until editing ends.
     if (!ui_->outputFolderPath->hasFocus()) Q_EMIT outputFolderPathChanged();
 }
 

@@ -99,7 +99,7 @@ void PagesPane::bindInteger(NumberField& field, std::function<Integer()> get,
         if (number != text) {
             shown->setText(number);
             shown->setFocus();
-            shown->selectAll(); // typing goes on in place of the number that was put there
+            shown->selectAll(); // the next key replaces the number that was put there
         }
         if (!number.isEmpty()) set(leadingInteger(number));
     });
@@ -121,7 +121,7 @@ void PagesPane::bindMargin(QLineEdit& field, std::function<double()> get, std::f
 
 void PagesPane::refresh()
 {
-    // What is only shown must not come back as an edit: it would be rounded, or converted twice.
+    // A value that is only shown must not be taken for an edit: it would be rounded, or converted twice.
     const QSignalBlocker blockers[] = {QSignalBlocker(ui_->isContinuousNumbering),
                                        QSignalBlocker(ui_->isMarginInPercentage)};
     for (const auto& show : show_)

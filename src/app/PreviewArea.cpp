@@ -36,7 +36,7 @@ void PreviewImageView::paintEvent(QPaintEvent*)
         size.scale(QSizeF(this->size()), Qt::KeepAspectRatio);
     QRectF place(QPointF(0, 0), size);
     place.moveCenter(QRectF(rect()).center());
-    // On whole device pixels, or lines of one pixel would be smeared over two.
+    // On whole device pixels: otherwise a line of one pixel is spread over two.
     const double density = devicePixelRatioF();
     place.moveTopLeft(QPointF(std::round(place.x() * density), std::round(place.y() * density)) / density);
     painter.fillRect(place, Qt::white); // the shaded margins are translucent: a page is white in any palette
@@ -59,7 +59,8 @@ PreviewArea::PreviewArea(QWidget* parent)
 {
     previewBox->setObjectName(QStringLiteral("previewBox"));
     previewImageView->setObjectName(QStringLiteral("previewImageView"));
-    previewBox->setGeometry({}); // until there is room, so that nothing begins from a wrong size
+    previewBox->setGeometry(
+        {}); // empty until the first layout, so that no animation starts from a wrong size
     previewImageView->setGeometry({});
     previewBox->installEventFilter(this);
 }

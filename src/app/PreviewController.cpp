@@ -8,7 +8,8 @@ namespace quillfern {
 
 namespace {
 
-constexpr int moveMs = 100; ///< how long the picture takes to its new place, and then to be drawn anew
+constexpr int moveMs =
+    100; ///< for the picture's move to its new place, and for the wait until it is drawn anew
 
 } // namespace
 
@@ -36,7 +37,7 @@ PreviewController::PreviewController(Numbering& number, PreviewPane& pane,
 
 QSizeF PreviewController::viewSize() const
 {
-    // Where it is going, while it is on its way.
+    // During the animation the size that the picture will have counts.
     if (animation_.state() == QAbstractAnimation::Running) return animation_.endValue().toRectF().size();
     return area_.previewImageView->size();
 }

@@ -30,7 +30,7 @@ class PreviewController final : public QObject
     void render();
     /// The picture's box has another size.
     void viewFrameChanged();
-    /// Gives the picture the place that its box's size makes, and then has it drawn at that size.
+    /// Moves the picture to the place that follows from its box's size, and then has it drawn at that size.
     void resizePreview();
     /// The size of the picture's place, which percentages of margins refer to.
     [[nodiscard]] QSizeF viewSize() const;

@@ -20,7 +20,7 @@ namespace quillfern {
 
 namespace {
 
-/// Keeps the pages that a process has shown; used on one thread.
+/// Keeps the pages that quillfern-render has drawn; used on one thread.
 class CachedPages final : public PageImageSource
 {
   public:
@@ -247,7 +247,8 @@ bool QuillfernAppDelegate::stop(int milliseconds)
 {
     const QDeadlineTimer deadline(milliseconds);
     const bool isGathered = gatherer_->stop(milliseconds);
-    const bool isJobDone = job_->stop(static_cast<int>(deadline.remainingTime())); // asked in any case
+    const bool isJobDone =
+        job_->stop(static_cast<int>(deadline.remainingTime())); // the job is asked to stop in any case
     return isGathered && isJobDone;
 }
 

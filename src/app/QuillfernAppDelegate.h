@@ -45,7 +45,8 @@ class QuillfernAppDelegate final : public QObject, public NumberingDelegate
     /// Stops what is running and waits for it. Does not save anything.
     ~QuillfernAppDelegate() override;
 
-    /// Takes over what is being typed in and saves the settings. The application may always end then.
+    /// Ends editing, so that what was typed counts, and saves the settings. The application may always end
+    /// then.
     void applicationShouldTerminate();
     /// Brings the window to the front, unless it is visible.
     void applicationShouldHandleReopen();

@@ -133,7 +133,7 @@ void StampsController::selectFirstStamp()
 
 void StampsController::edit(const std::shared_ptr<IStampItem>& stamp)
 {
-    // New stamps whose editors were closed without adding them were given up.
+    // New stamps that were not added when their editors were closed are not wanted any more.
     std::erase_if(tempStamps_, [this](const auto& each) { return !editors_.isOpen(*each); });
     editors_.removeOrphans();
     tempStamps_.push_back(stamp);
@@ -161,7 +161,7 @@ void StampsController::stampDoubleAction()
 
 void StampsController::removeStampAction()
 {
-    // The editors of all the stamps that go, not of the first one only.
+    // removeStampAction() announces the first stamp only; the editors of all removed stamps have to close.
     for (const int row : selection())
         editors_.removehandlers(*number_.stamps[static_cast<std::size_t>(row)]);
     show(operations_.removeStampAction(selection()));
@@ -186,7 +186,7 @@ void StampsController::addStamp(IStampItem& stamp)
 
 void StampsController::removeStamp(IStampItem& stamp)
 {
-    // Its editor is on the stack of this call and must not go before it returns.
+    // The stamp's editor makes this call; the stamp has to live until the call returns.
     const auto isIt = [&](const auto& candidate) { return candidate.get() == &stamp; };
     const auto found = std::find_if(number_.stamps.begin(), number_.stamps.end(), isIt);
     const std::shared_ptr<IStampItem> kept = found == number_.stamps.end() ? nullptr : *found;

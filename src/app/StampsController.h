@@ -67,7 +67,7 @@ class StampsController final : public QObject, public StampHost
     StampsModel model_;
     StampListOperations operations_;
     StampEditors editors_;
-    StampList tempStamps_; ///< new ones, which live by their editor until they are added
+    StampList tempStamps_; ///< new stamps, kept alive for their editors until they are added
 };
 
 } // namespace quillfern

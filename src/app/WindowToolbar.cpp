@@ -48,7 +48,8 @@ WindowToolbar::WindowToolbar(const WindowActions& actions, QWidget* parent) : QT
         if (position == checkMenuPosition)
             addMenuButton(checkMenu, QStringLiteral("check"), tr("Check"), tr("Check marks and selection"));
         else if (position == removeMenuPosition)
-            addMenuButton(removeMenu, QStringLiteral("remove"), tr("Remove"), tr("Take files off the list"));
+            addMenuButton(removeMenu, QStringLiteral("remove"), tr("Remove"),
+                          tr("Remove files from the list"));
         else
             addCommand(actions, action);
     }

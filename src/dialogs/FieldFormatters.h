@@ -20,7 +20,7 @@ class CustomNumberFormatterInteger final : public QValidator
     qsizetype mostDigits_;
 };
 
-/// Accepts digits and points only; how many points is left to whoever reads the number.
+/// Accepts digits and points only, any number of points; the reader of the number stops at the second point.
 class CustomNumberFormatterDecimal final : public QValidator
 {
     Q_OBJECT

@@ -47,7 +47,7 @@ ImageStampWindowController::ImageStampWindowController(const std::shared_ptr<Ima
     connectControls();
     ui_->chooseButton->setFocus();
 
-    // A drawn size in the picture's proportions is meant to stay in them.
+    // A size in the picture's proportions was chosen with the proportions locked.
     if (const auto& picture = stamp->cacheImage()) {
         const QSize whole = picture->image().size();
         setIsAspectRatio(
@@ -222,7 +222,7 @@ void ImageStampWindowController::showPicture()
 void ImageStampWindowController::showSize()
 {
     const auto show = [](NumberField& field, std::int64_t side) {
-        // While a number is typed its text may be another than that of the value, such as none for 0.
+        // While the user types, the text may differ from the value's own, such as an empty text for 0.
         if (!field.hasFocus() || field.integerValue() != side) field.setIntegerValue(side);
     };
     show(*ui_->stampImageWidthTextField, image()->stampImageWidth);

@@ -47,7 +47,7 @@ void StampEditorWindow::connectShared(const SharedControls& controls)
     connect(controls.close, &QPushButton::clicked, this, &StampEditorWindow::reject);
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
             &StampEditorWindow::reject);
-    // Return ends a field; it presses no button.
+    // Return ends editing in a field; it presses no button.
     for (QPushButton* button : findChildren<QPushButton*>())
         button->setAutoDefault(false);
 }
@@ -84,7 +84,7 @@ void StampEditorWindow::reset()
 
 void StampEditorWindow::invalidate()
 {
-    stamp_.reset(); // first: closing ends edits that are under way
+    stamp_.reset(); // first: closing the window ends half-done edits, which must not reach the stamp
     hide();
 }
 
@@ -169,7 +169,7 @@ bool StampEditorWindow::isInList() const
 
 void StampEditorWindow::showTitle()
 {
-    // "[*]" in a title stands for a mark of changes, unless it is doubled.
+    // Qt replaces "[*]" in a title by its mark for unsaved changes, unless it is doubled.
     setWindowTitle(title().replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
 }
 
@@ -180,7 +180,7 @@ QString StampEditorWindow::listed() const
         .arg(stamp()->label().value_or(QString()), stamp()->description());
 }
 
-/// Many edits change the preview only; a list is told of those that it shows.
+/// Lists are notified only of edits that change what they show.
 void StampEditorWindow::tellListsIfListed()
 {
     const QString now = listed();
