@@ -4,9 +4,9 @@
 #include "app/MainWindow.h"
 #include "app/QuillfernAppDelegate.h"
 #include "app/TableRows.h"
+#include "app/WindowControls.h"
 #include "platform/drawing/FontCatalog.h"
 #include "support/Fakes.h"
-#include "ui_MainWindow.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -105,7 +105,8 @@ class Photographer
         return QCoreApplication::applicationDirPath() + QStringLiteral("/quillfern-render");
     }
     MainWindow& window() { return app_.window(); }
-    Ui::MainWindow& ui() { return window().ui(); }
+    WindowActions& actions() { return window().actions(); }
+    WindowControls ui() { return WindowControls(window()); }
 
     static void waitFor(const std::function<bool()>& condition, int milliseconds)
     {
@@ -131,7 +132,7 @@ class Photographer
         app_.openFiles(asPaths({samples_}));
         waitFor([this] { return app_.files().count() > 8 && !app_.isProcessing(); }, 20'000);
         panels_.answers.append(QStringList{samples_ + QStringLiteral("/logo-and-text.qfprofile")});
-        window().loadStamps->trigger();
+        actions().loadStamps->trigger();
         selectRows(*ui().mainTableView, {row("contract.pdf")});
         selectRows(*ui().stampsTableView, {1});
         ui().isHighlightStamp->setChecked(false);
@@ -164,7 +165,7 @@ class Photographer
 
     void dialogs()
     {
-        window().importFiles->trigger();
+        actions().importFiles->trigger();
         for (QRadioButton* button : dialog()->findChildren<QRadioButton*>())
             if (button->objectName() == QLatin1String("importFromTextBtn")) button->click();
         QGuiApplication::clipboard()->setText(
@@ -173,9 +174,9 @@ class Photographer
         for (QPushButton* button : dialog()->findChildren<QPushButton*>())
             if (button->objectName() == QLatin1String("pasteFromClipboardBtn")) button->click();
         takeDialog("import");
-        window().pdfPasswordButton->trigger();
+        actions().pdfPasswordButton->trigger();
         takeDialog("password");
-        window().aboutMenuItem->trigger();
+        actions().aboutMenuItem->trigger();
         takeDialog("about");
     }
 
@@ -184,7 +185,7 @@ class Photographer
         const char* names[] = {"editor-picture", "editor-text"};
         for (int i = 0; i < 2; ++i) {
             selectRows(*ui().stampsTableView, {i});
-            window().editStamp->trigger();
+            actions().editStamp->trigger();
             settle();
             for (QWidget* each : QApplication::topLevelWidgets())
                 if (each->isVisible() && each != &window() && each->isWindow()) {
@@ -199,7 +200,7 @@ class Photographer
     void job()
     {
         ui().outputFolderPath->setText(scratch_.filePath(QStringLiteral("Stamped")));
-        window().convert->trigger();
+        actions().convert->trigger();
         settle(2200);
         take("progress");
         waitFor([this] { return app_.job().process() && app_.job().process()->isCompleted(); }, 30'000);

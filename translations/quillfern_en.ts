@@ -22,6 +22,348 @@ Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under th
     </message>
 </context>
 <context>
+    <name>quillfern::Actions</name>
+    <message>
+        <source>&amp;Import List of Paths…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add the files named in a list of paths</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add &amp;Files…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add PDF and picture files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add F&amp;older…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add the files of folders</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Export List…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save the list as tab-delimited text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open File&amp;s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the selected files with their applications</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show in File &amp;Manager</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the selected files in the file manager</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reveal</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File &amp;Properties</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the file manager&apos;s properties of the selected files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Info</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Convert</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write a stamped copy of every file in the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save the settings and quit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select all files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Deselect All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select the first file only</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Check Selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check the selected files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Uncheck Selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Uncheck the selected files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Invert Selected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invert the check marks of the selected files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check A&amp;ll</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check all files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unchec&amp;k All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Uncheck all files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>In&amp;vert All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invert the check marks of all files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>M&amp;ove Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move the selected files up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Dow&amp;n</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move the selected files down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PDF Open Pass&amp;word…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set the password that opens the selected PDF files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Remove Selected Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove the selected files from the list; the files themselves are kept</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove All &amp;Files…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove all files from the list; the files themselves are kept</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New &amp;Text Stamp…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make a new stamp with numbers or text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New &amp;Picture Stamp…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make a new stamp with a picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Edit Stamp…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change the selected stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Remove Stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove the selected stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Stamps &amp;Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw the selected stamps earlier</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Stamps &amp;Down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw the selected stamps later, above others</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Load Profile…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Replace all stamps, numbering and margins with those of a saved profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Save Profile…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save all stamps, numbering and margins as a profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Live Preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the first page of the selected file in the preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Quillfern &amp;Help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the manual</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;About Quillfern</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the version and the licences</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::ActivityBar</name>
+    <message>
+        <source>Time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Working</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stop adding files; those found so far stay in the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Convert</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write a stamped copy of every file in the list into the output folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>0 sec(s)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>quillfern::AnchorGrid</name>
     <message>
         <source>Top left</source>
@@ -312,7 +654,38 @@ Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under th
 <context>
     <name>quillfern::FilesDelegate</name>
     <message>
-        <source>No pages can be read: the file needs a password, is damaged or is not there any more. It will be passed over.</source>
+        <source>No pages can be read: the file needs a password, is damaged or no longer exists. It will be skipped.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::FilesPane</name>
+    <message>
+        <source>The files to stamp, in the order in which they are numbered</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Totals</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Include Subfolders</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Also add the files in the subfolders of folders that are added or dropped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drop PDF and picture files or folders here</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>or use Add Files, Add Folder and Import above</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -347,10 +720,6 @@ Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under th
     </message>
     <message>
         <source>Re&amp;move Picture</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Leave this stamp without a picture</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -418,10 +787,6 @@ Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under th
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Width and height follow each other in the proportions of the picture</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Placement</source>
         <translation type="unfinished"></translation>
     </message>
@@ -438,15 +803,7 @@ Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under th
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>On successive pages the stamp stands on the left and on the right in turn</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Behind the page&apos;s own content (PDF)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>On PDF pages the stamp is printed beneath text and pictures of the page</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -459,10 +816,6 @@ Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under th
     </message>
     <message>
         <source>Delete Stam&amp;p</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Take this stamp out of the list</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -486,11 +839,31 @@ Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under th
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Put this stamp into the list and close the window</source>
+        <source>Position on the page</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Position on the page</source>
+        <source>Remove the picture from this stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Changing the width or the height changes the other in the proportions of the picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The stamp alternates between left and right on successive pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On PDF pages the stamp is printed behind the text and pictures of the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove this stamp from the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add this stamp to the list and close the window</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -546,10 +919,6 @@ BMP, JPEG, PNG or GIF</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Take the paths of the files to add from a text file, one path a line</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Import from a text file</source>
         <translation type="unfinished"></translation>
     </message>
@@ -582,10 +951,6 @@ BMP, JPEG, PNG or GIF</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Take the paths of the files to add from the text below, one path a line</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Import from pasted text</source>
         <translation type="unfinished"></translation>
     </message>
@@ -614,10 +979,6 @@ BMP, JPEG, PNG or GIF</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>How many supported files the list named when it was last read</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>&amp;Cancel</source>
         <translation type="unfinished"></translation>
     </message>
@@ -635,6 +996,18 @@ BMP, JPEG, PNG or GIF</source>
     </message>
     <message>
         <source>Add the files to the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Read the paths of the files to add from a text file, one path a line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Read the paths of the files to add from the text below, one path a line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The number of supported files found in the list</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -707,119 +1080,7 @@ Please select valid output folder.</source>
 <context>
     <name>quillfern::MainWindow</name>
     <message>
-        <source>The files to stamp, in the order in which they are numbered</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Files</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Totals</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Include Subfolders</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Also take the files in the subfolders of folders that are added or dropped</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Highlight Selected Stamp</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Shade the stamp that is selected below</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Live Preview</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Show the first page of the selected file instead of a blank page</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Stamps</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The stamps in the order in which they are drawn</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Edit Stamp</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Change the selected stamp</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Remove Stamps</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Remove the selected stamps</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Move Stamps Up</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Draw the selected stamps earlier</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Move Stamps Down</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Draw the selected stamps later, above others</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Text Stamp</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Make a new stamp with numbers or text</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Picture Stamp</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Make a new stamp with a picture</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Load…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Replace all stamps, numbering and margins by those of a saved profile</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Load Profile</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Save…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Save all stamps, numbering and margins as a profile</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Save Profile</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -827,171 +1088,72 @@ Please select valid output folder.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Pages and Numbers</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>First page</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The first page of each document that is stamped</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Last page (0: end)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Last page</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The last page of each document that is stamped; 0 for the last one there is</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Stamp</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Which pages</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Which pages between the first and the last are stamped</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Start at</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>First number</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The number on the first stamped page</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Step</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>How much the number grows from one stamped page to the next</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Number through all files</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Let the numbers run on from one file to the next instead of starting again</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Reset</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Pages and numbers back to: all pages, from 1 in steps of 1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Reset Pages and Numbers</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Margins</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Top</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Top margin</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Top margin of the page, in the unit beside or in percent; 0 for none</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Left</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Left margin</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Left margin of the page, in the unit beside or in percent; 0 for none</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Right</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Right margin</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Right margin of the page, in the unit beside or in percent; 0 for none</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Bottom</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Bottom margin</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Bottom margin of the page, in the unit beside or in percent; 0 for none</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Unit</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Unit of the margins</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The unit of the four margins; lengths are converted</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Percent of the page</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Margins are percentages of the page&apos;s width and height. In PDF files they count as lengths in the unit above</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>No margins</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Reset Margins</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Output</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Fi&amp;le</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::NumberText</name>
+    <message>
+        <source>Plain Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Roman Numbers Capital</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Roman Numbers Small</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::OpacityField</name>
+    <message>
+        <source>%1 in percent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The exact opacity in percent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>0% is invisible, 100% is opaque</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::OutputPane</name>
     <message>
         <source>Output folder</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Where the stamped copies go, under the names of their files. With a file&apos;s own folder the file itself is stamped</source>
+        <source>The folder for the stamped copies, which have the names of their files. A file that is in this folder is stamped in place</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1031,7 +1193,7 @@ Please select valid output folder.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>When the progress window is closed, take the checked files off the list</source>
+        <source>When the progress window is closed, remove the checked files from the list</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1039,7 +1201,7 @@ Please select valid output folder.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Copies the file beside itself under its name with &quot;bak&quot; appended first</source>
+        <source>Before a file is overwritten, keep a copy beside it under its name with &quot;bak&quot; appended</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1047,409 +1209,9 @@ Please select valid output folder.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Given to each PDF file that is added to the list. Kept in the settings as plain text</source>
+        <source>Opens the PDF files that are added to the list. Saved in the settings as plain text</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
-        <source>Time</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Working</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Stop looking for files and keep those found</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Convert</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Write a stamped copy of every file of the list into the output folder</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Import List of Paths…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Add the files that a list of paths names</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Add &amp;Files…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Add PDF and picture files</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Add F&amp;older…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Add the files of folders</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Export List…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Save the list as tab-delimited text</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Open File&amp;s</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Open the selected files with their applications</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Show in File &amp;Manager</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Show the selected files in the file manager</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>File &amp;Properties</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Show the file manager&apos;s properties of the selected files</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Select &amp;All</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Select all files</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Deselect All</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Select the first file only</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Remove Selected Files</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Take the selected files off the list; the files themselves stay</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Remove All &amp;Files…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Take all files off the list; the files themselves stay</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>PDF Open Pass&amp;word…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Give the selected PDF files a password</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>M&amp;ove Up</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Move the selected files up</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Move Dow&amp;n</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Move the selected files down</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Put check marks</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Take check marks away</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Turn check marks about</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Check Selected</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Uncheck Selected</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Invert Selected</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Check A&amp;ll</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Unchec&amp;k All</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>In&amp;vert All</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Live Preview</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Show the first page of the selected file in the preview</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Convert</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Write a stamped copy of every file of the list</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Quit</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Save the settings and leave</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>New &amp;Text Stamp…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>New &amp;Picture Stamp…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Edit Stamp…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Remove Stamps</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Move Stamps &amp;Up</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Move Stamps &amp;Down</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Load Profile…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Save Profile…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Quillfern &amp;Help</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Open the manual</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;About Quillfern</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Which version this is</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Toolbar</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Import</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Add Files</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Add Folder</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Open</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Reveal</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Info</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Check</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Check marks and selection</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Up</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Down</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Password</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Remove</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Take files off the list</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Export</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Help</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Fi&amp;le</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Edit</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Stamps</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;View</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Help</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Drop PDF and picture files or folders here</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>or use Add Files, Add Folder and Import above</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>quillfern::NumberText</name>
-    <message>
-        <source>Plain Text</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Numbers</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Roman Numbers Capital</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Roman Numbers Small</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>quillfern::NumberingForm</name>
-    <message>
-        <source>All pages</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Odd pages</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Even pages</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Points</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Millimetres</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Inches</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>quillfern::OpacityField</name>
-    <message>
-        <source>0% cannot be seen, 100% lets nothing through</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 in percent</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The exact opacity in percent</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>quillfern::OutputForm</name>
     <message>
         <source>Select output folder:</source>
         <translation type="unfinished"></translation>
@@ -1490,10 +1252,6 @@ Please select valid output folder.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Close and leave the files as they are</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1502,11 +1260,198 @@ Please select valid output folder.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Give the selected PDF files this password</source>
+        <source>Apply</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Apply</source>
+        <source>Close without a change</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the selected PDF files with this password</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::PagesPane</name>
+    <message>
+        <source>Pages and Numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>First page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The first page of each document that is stamped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Last page (0: end)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Last page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The last page of each document that is stamped; 0 stands for the document&apos;s last page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages to stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Which pages between the first and the last page are stamped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start at</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>First number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The number on the first stamped page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>How much the number grows from one stamped page to the next</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Number through all files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Continue the numbers from one file to the next instead of starting again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset to all pages, numbered from 1 in steps of 1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset Pages and Numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Margins</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Top</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Top margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Top margin of the page, in the unit below or in percent; 0 for none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Left margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Left margin of the page, in the unit below or in percent; 0 for none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Right margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Right margin of the page, in the unit below or in percent; 0 for none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom margin</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom margin of the page, in the unit below or in percent; 0 for none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unit of the margins</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The unit of the four margins; another unit converts their lengths</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Percent of the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Margins are percentages of the page&apos;s width and height. In PDF files the numbers are lengths in the unit above</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set all margins to 0</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset Margins</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Odd pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Even pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Millimetres</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inches</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1548,6 +1493,25 @@ Please select valid output folder.</source>
     </message>
     <message>
         <source>Loading the page…</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::PreviewPane</name>
+    <message>
+        <source>Highlight Selected Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shade the stamp that is selected below</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Live Preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the first page of the selected file instead of a blank page</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1618,10 +1582,6 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>What has become of each file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Results</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1685,13 +1645,13 @@ Please check log for more information.</source>
         <source>Finished</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>The result of each file</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>quillfern::QuillfernAppDelegate</name>
-    <message>
-        <source>0 sec(s)</source>
-        <translation type="unfinished"></translation>
-    </message>
     <message>
         <source>The help document is not installed.</source>
         <translation type="unfinished"></translation>
@@ -1759,6 +1719,89 @@ Please check log for more information.</source>
     </message>
 </context>
 <context>
+    <name>quillfern::StampsPane</name>
+    <message>
+        <source>The stamps in the order in which they are drawn</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change the selected stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove Stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove the selected stamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Stamps Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw the selected stamps earlier</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Stamps Down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw the selected stamps later, above others</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make a new stamp with numbers or text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Picture Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make a new stamp with a picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Load…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Replace all stamps, numbering and margins with those of a saved profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Load Profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save all stamps, numbering and margins as a profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save Profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>quillfern::TextStampWindow</name>
     <message>
         <source>Text Stamp Properties</source>
@@ -1797,10 +1840,6 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>How the numbers are written; plain text prints the text as it stands</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Number style</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1825,19 +1864,11 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Numbers are filled up on the left to this many characters</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Padded length</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>characters, using</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The character that fills up, such as 0</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1921,10 +1952,6 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Kept with the stamp. Fonts are embedded in PDF files in any case</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Un&amp;derline:</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2001,15 +2028,7 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>On successive pages the stamp stands on the left and on the right in turn</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Behind the page&apos;s own content (PDF)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>On PDF pages the stamp is printed beneath text and pictures of the page</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2057,10 +2076,6 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Take this stamp out of the list</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Locked while a job is running.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2081,10 +2096,6 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Put this stamp into the list and close the window</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>{0} and {1} are slots for numbers. They are filled in the order in which they stand:
               the first with the page number, the second with the total.
               So “{1} of {0}” prints the same as “{0} of {1}”, such as 1 of 120.</source>
@@ -2100,6 +2111,38 @@ Please check log for more information.</source>
     </message>
     <message>
         <source>Position on the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>How the numbers are written; plain text prints the template unchanged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Numbers are padded on the left to this many characters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The padding character, such as 0</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saved with the stamp. Fonts are embedded in PDF files whether or not this is checked</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The stamp alternates between left and right on successive pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On PDF pages the stamp is printed behind the text and pictures of the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove this stamp from the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add this stamp to the list and close the window</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2134,19 +2177,19 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Only the first two slots are filled; the others stay empty.</source>
+        <source>Only the first two slots are filled; the others print nothing.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>{1} stands alone and so prints the page number, not the total.</source>
+        <source>{1} without {0} prints the page number, not the total.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>The first slot prints the page number, whichever it is.</source>
+        <source>The first slot prints the page number, also when it reads {1}.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>The second slot prints the total, whichever it is.</source>
+        <source>The second slot prints the total, also when it reads {0}.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2194,6 +2237,29 @@ Please check log for more information.</source>
     <message>
         <source>%1 already exists.
 Do you want to replace it?</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::WindowToolbar</name>
+    <message>
+        <source>Toolbar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check marks and selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove files from the list</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

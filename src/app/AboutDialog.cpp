@@ -34,7 +34,7 @@ AboutDialog::AboutDialog(QWidget* parent) : QDialog(parent)
            "own licences.")
             .arg(QStringLiteral(QUILLFERN_VERSION), QString::fromLatin1(qVersion())));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
-    buttons->button(QDialogButtonBox::Close)->setIcon({}); // the style's own is dark on dark
+    buttons->button(QDialogButtonBox::Close)->setIcon({}); // the style's own icon is dark on a dark button
     buttons->button(QDialogButtonBox::Close)->setToolTip(tr("Close this window"));
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* layout = new QVBoxLayout(this);

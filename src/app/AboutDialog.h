@@ -4,7 +4,7 @@
 
 namespace quillfern {
 
-/// Tells which program and version this is, and on what terms it and what it is made with may be used.
+/// Shows the program's name and version, its licence, and those of the libraries it is made with.
 class AboutDialog final : public QDialog
 {
     Q_OBJECT

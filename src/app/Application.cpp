@@ -34,8 +34,8 @@ void print(std::FILE* stream, const QString& text)
     std::fflush(stream);
 }
 
-/// A file or folder of ours: beside the program, where it is installed or was built. Empty when there is
-/// none.
+/// The path of one of the program's own files or folders, which are beside the program where it is installed
+/// or was built. Empty when it does not exist.
 FilePath installed(const QString& ofOurs)
 {
     const QString name = QStringLiteral("quillfern/") + ofOurs;
@@ -47,7 +47,8 @@ FilePath installed(const QString& ofOurs)
                                QStandardPaths::LocateFile | QStandardPaths::LocateDirectory));
 }
 
-/// The interface in the first of the user's languages that there is. Its own is English.
+/// Loads the window texts in the first of the user's languages that has a translation. Without one the texts
+/// are English.
 bool loadTexts(QTranslator& texts)
 {
     const QString folder = installed(QStringLiteral("translations")).text();
@@ -98,7 +99,8 @@ struct Application::Parts
 {
     Parts(int& argc, char** argv) : qt(argc, argv)
     {
-        std::setlocale(LC_NUMERIC, "C"); // Qt took the user's; libraries print numbers with it
+        std::setlocale(LC_NUMERIC,
+                       "C"); // Qt has set the user's locale, in which libraries would print numbers
         QApplication::setApplicationName(QStringLiteral("quillfern"));
         QApplication::setApplicationVersion(QStringLiteral(QUILLFERN_VERSION));
         QGuiApplication::setDesktopFileName(QStringLiteral("quillfern"));
@@ -129,11 +131,11 @@ struct Application::Parts
                          });
         QObject::connect(&delegate, &QuillfernAppDelegate::quitRequested, &qt, [this, &delegate] {
             delegate.applicationShouldTerminate();
-            instance->leave(); // only now: the next one finds these settings
+            instance->leave(); // only now: the next instance reads the settings saved above
             delegate.window().hide();
             QCoreApplication::quit();
         });
-        // The session ends: there may be no time for more than this.
+        // The session ends: there may be no time to do more than save the settings.
         QObject::connect(&qt, &QGuiApplication::commitDataRequest, &delegate,
                          &QuillfernAppDelegate::applicationShouldTerminate, Qt::DirectConnection);
         if (!files.isEmpty()) delegate.openFiles(files);

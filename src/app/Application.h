@@ -11,21 +11,21 @@ class MainWindow;
 class Application
 {
   public:
-    /// Shows the window. Arguments that are no options name files and folders to begin with. There is no
-    /// window when the command line asks for help or cannot be followed, which is printed, nor when the
-    /// program runs already in this session: that instance takes the files. Both arguments have to stay as
-    /// long as this.
+    /// Shows the window. Arguments that are no options name files and folders to begin with. No window is
+    /// shown when the command line asks for help or is wrong (the help or the problem is printed), nor when
+    /// the program runs already in this session (that instance takes the files). Both arguments outlive
+    /// this object.
     Application(int& argc, char** argv);
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
 
-    /// Null when there is none.
+    /// Null when no window is shown.
     [[nodiscard]] MainWindow* window();
 
-    /// Runs until the user leaves; returns the program's exit status, at once when there is no window. Does
-    /// not return when a file is still in work a few seconds later, be it read for the list or stamped: nothing
-    /// of it is under its final name.
+    /// Runs until the user quits and returns the program's exit status; returns at once when there is no
+    /// window. When a file is still being read or stamped a few seconds after the user quits, the process
+    /// ends here: nothing of that file has its final name yet.
     int exec();
 
   private:

@@ -8,7 +8,7 @@ namespace quillfern {
 
 CommandLine readCommandLine(int argc, char** argv)
 {
-    QStringList arguments; // the application's own would lose names that are not UTF-8
+    QStringList arguments; // QCoreApplication::arguments() would lose names that are not UTF-8
     for (int i = 0; i < argc; ++i)
         arguments.append(pathText(QByteArray(argv[i])));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});

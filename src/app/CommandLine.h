@@ -10,7 +10,7 @@ struct CommandLine
     QList<FilePath> files; ///< files and folders to begin with
     bool showHelp = false;
     bool showVersion = false;
-    QString problem; ///< why it cannot be followed; empty when it can
+    QString problem; ///< what is wrong with the command line; empty for a good one
 };
 
 /// Reads the command line, whatever the bytes of its names are. Qt's own options are a problem until the

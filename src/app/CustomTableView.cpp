@@ -128,11 +128,11 @@ void CustomTableView::contextMenuEvent(QContextMenuEvent* event)
                             : viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
 }
 
-// Files are taken into the list, and stay where they are, whatever else the source of the drag would allow.
+// Always a copy: the files stay where they are, also when the source of the drag would allow a move.
 
 bool CustomTableView::refuses(QDropEvent& event) const
 {
-    // The system delivers drops to a window that is blocked by a sheet all the same.
+    // The system delivers drops also to a window that is blocked by a sheet.
     if (isEnabled() && !QApplication::activeModalWidget()) return false;
     event.ignore();
     return true;

@@ -14,7 +14,7 @@ class CustomTableView final : public QTableView
   public:
     explicit CustomTableView(QWidget* parent = nullptr);
 
-    /// Not owned; none shows no menu. Its first item is for PDF files only.
+    /// The menu is not owned; with null the table shows no menu. The menu's first item is for PDF files only.
     void setContextMenu(QMenu* menu) { contextMenu_ = menu; }
 
     /// What the table needs to know of the files selected in it.
@@ -26,11 +26,11 @@ class CustomTableView final : public QTableView
     /// Asked when a key or the menu depends on it.
     void setSelectionInspector(std::function<Selection()> inspect) { inspect_ = std::move(inspect); }
 
-    /// Widths to begin with: the name takes what is left.
+    /// Sets the widths that the columns have at the first start.
     void layOutColumns();
 
   Q_SIGNALS:
-    /// The space bar: the check marks of the selected rows are to be turned about.
+    /// The space bar: the check marks of the selected rows are to be inverted.
     void invertMarksRequested();
     void removeRequested();
     /// Return, or a double click beside a check box.
@@ -49,7 +49,7 @@ class CustomTableView final : public QTableView
   private:
     enum class Key { Other, Invert, Menu, Remove, Open, MoveUp, MoveDown };
     [[nodiscard]] Key keyOf(const QKeyEvent& event) const;
-    /// Ignores a drag or drop that comes while something else has the window.
+    /// Ignores a drag or drop while a sheet blocks the window.
     bool refuses(QDropEvent& event) const;
     void performKeyEquivalent(const QKeyEvent& event);
 

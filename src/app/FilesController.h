@@ -10,23 +10,11 @@
 
 namespace quillfern {
 
+class Activity;
+class FilesPane;
 class ImportFilesWindowController;
-class MainWindow;
 class PDFReadPasswordWindowController;
-
-/// What the commands on the list need of the window beside the list's own table.
-class FilesWindow
-{
-  public:
-    virtual ~FilesWindow() = default;
-    virtual void endEditing() = 0;
-    virtual void resetView(bool idle) = 0;
-    virtual void updateTotalLabel() = 0;
-    /// Files and folders were chosen.
-    virtual void load(const QList<FilePath>& paths, bool isFolders) = 0;
-    /// See FileListView.
-    virtual void applyPassword(const QList<FilePath>& paths, const QString& password) = 0;
-};
+class WindowActions;
 
 /// Connects the commands on the file list with the window: panels, dialogs, the table's keys, drops. Main
 /// thread.
@@ -36,25 +24,37 @@ class FilesController final : public QObject, public FileListView
 
   public:
     /// Everything outlives the controller.
-    FilesController(FileList& files, const std::atomic<bool>& isProcessing, MainWindow& window,
-                    FilesWindow& host, DesktopServices& desktop, FilePanels& panels, Alerts& alerts,
-                    const Clock& clock);
+    FilesController(FileList& files, const Activity& activity, FilesPane& pane, WindowActions& actions,
+                    DesktopServices& desktop, FilePanels& panels, Alerts& alerts, const Clock& clock);
     ~FilesController() override;
 
     [[nodiscard]] std::vector<int> selection() const;
     [[nodiscard]] bool containsPDFFiles() const;
-    [[nodiscard]] FileListModel& model() { return model_; }
 
-    /// Whether the commands that move rows and the password have something to work on.
-    void updateSelectionCommands();
+    /// Brings the list, its hint and its commands into the state that the activity and the list make.
+    void updateCommands();
+    void showTotals();
+    /// Some more files are in the list; the activity that adds them goes on.
+    void listGrew();
+    void deselectFiles();
 
   Q_SIGNALS:
-    /// Another selection, or the same rows with other files in them.
+    /// The window is idle and there is another selection, or the same rows have other files in them.
     void selectionChanged();
+    /// Other totals of the list, after a command or an activity.
+    void totalsChanged();
+    /// The user chose or dropped files and folders.
+    void filesChosen(const QList<FilePath>& paths, bool isFolders);
+    /// See FileListView::applyPassword().
+    void passwordGiven(const QList<FilePath>& paths, const QString& password);
 
   private:
     void connectCommands();
     void connectTable();
+    void selectionDidChange();
+    /// Whether the commands that move rows and the password have something to work on.
+    void updateSelectionCommands();
+    [[nodiscard]] QWidget& window() const;
     void openFiles();
     void addFiles();
     void addFolder();
@@ -71,8 +71,9 @@ class FilesController final : public QObject, public FileListView
     void applyPassword(const QList<FilePath>& paths, const QString& password) override;
 
     FileList& files_;
-    MainWindow& window_;
-    FilesWindow& host_;
+    const Activity& activity_;
+    FilesPane& pane_;
+    WindowActions& actions_;
     FilePanels& panels_;
     Alerts& alerts_;
     const Clock& clock_;

@@ -16,7 +16,8 @@ bool hasNoPages(const QModelIndex& index)
     return index.column() == FileListModel::PagesColumn && index.data().toInt() <= 0;
 }
 
-/// What does not follow the direction of the language: its parts would change places.
+/// Whether the column's text is shown from left to right in any language. From right to left the parts of a
+/// date, a size or a path would change places.
 bool isLeftToRight(int column)
 {
     return column != FileListModel::NameColumn && column != FileListModel::IsSelectedColumn;
@@ -42,10 +43,11 @@ bool FilesDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const 
 {
     if (event->type() != QEvent::ToolTip || !index.isValid() || !hasNoPages(index))
         return QStyledItemDelegate::helpEvent(event, view, option, index);
-    QToolTip::showText(event->globalPos(),
-                       tr("No pages can be read: the file needs a password, is damaged or is not there any "
-                          "more. It will be passed over."),
-                       view);
+    QToolTip::showText(
+        event->globalPos(),
+        tr("No pages can be read: the file needs a password, is damaged or no longer exists. It "
+           "will be skipped."),
+        view);
     return true;
 }
 

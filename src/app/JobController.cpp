@@ -1,5 +1,7 @@
 #include "app/JobController.h"
 
+#include "app/Activity.h"
+#include "app/WindowFocus.h"
 #include "batch/Job.h"
 #include "platform/system/Guarded.h"
 
@@ -8,17 +10,10 @@
 
 namespace quillfern {
 
-namespace {
-
-constexpr int stampsTab = 0;
-constexpr int outputTab = 2;
-
-} // namespace
-
-JobController::JobController(FileList& files, Settings& settings, ProcessServices services, Alerts& alerts,
-                             JobWindow& window, QWidget& parent)
-    : files_(files), settings_(settings), services_(std::move(services)), alerts_(alerts), window_(window),
-      parent_(parent)
+JobController::JobController(FileList& files, Settings& settings, Activity& activity,
+                             ProcessServices services, Alerts& alerts, QWidget& parent)
+    : files_(files), settings_(settings), activity_(activity), services_(std::move(services)),
+      alerts_(alerts), parent_(parent)
 {
 }
 
@@ -43,27 +38,21 @@ bool JobController::stop(int milliseconds)
 
 void JobController::combine()
 {
-    if (isSheetShown_) return;
-    bool isBusy = false;
+    if (!activity_.isIdle()) return;
     guarded("Error in (combine) : %@", [&] {
-        window_.endEditing();
+        endEditing(parent_);
         try {
             requireOutputFolder(settings_.outputFolderPath);
         } catch (const Failure& failure) {
             alerts_.critical(&parent_, failure.reasons().shown);
-            window_.selectSettingsTab(outputTab);
-            window_.focusOutputFolder();
+            Q_EMIT outputFolderRefused();
             return;
         }
-        window_.selectSettingsTab(stampsTab);
-        isBusy = true;
-        window_.resetView(false);
-        window_.startProcess();
-        window_.resetViewForProcess(false);
-        window_.jobIsRunning(true);
+        Q_EMIT starting();
+        activity_.begin(Activity::State::Job);
         launch(planJob(files_.copies(), settings_));
     });
-    if (isBusy && !isSheetShown_) backToIdle(); // nothing was started
+    if (!worker_) activity_.end(Activity::State::Job); // nothing was started
 }
 
 void JobController::launch(Job job)
@@ -83,7 +72,6 @@ void JobController::launch(Job job)
     for (const FileItem* item : files_.items())
         pages.push_back(item->pages());
     processViewPanel_->follow(*process_, pages);
-    isSheetShown_ = true;
     worker_.reset(QThread::create([process = process_.get()] { process->start(); }));
     connect(worker_.get(), &QThread::finished, this, &JobController::completed);
     worker_->start();
@@ -92,7 +80,7 @@ void JobController::launch(Job job)
 
 void JobController::updateTimeTakenLabel(const QString& text)
 {
-    window_.updateTimeTakenLabel(text);
+    Q_EMIT timeTakenChanged(text);
 }
 
 void JobController::outputFinished(const LogFiles& record)
@@ -130,10 +118,9 @@ void JobController::viewLogAction()
 
 void JobController::closeProcessAction()
 {
-    if (!isSheetShown_ || !process_->isCompleted()) return;
+    if (!worker_ || !process_->isCompleted()) return;
     processViewPanel_->hide();
     processViewPanel_->forget();
-    isSheetShown_ = false;
     worker_->wait();
     worker_.reset();
     if (settings_.isClearProcessedFiles) {
@@ -141,18 +128,10 @@ void JobController::closeProcessAction()
         for (int row = 0; row < files_.count(); ++row)
             if (files_.at(row).isSelected()) checked.push_back(row);
         files_.remove(checked);
-        window_.deselectFiles();
+        Q_EMIT itemsRemoved();
     }
-    backToIdle();
+    activity_.end(Activity::State::Job);
     process_.reset();
-}
-
-void JobController::backToIdle()
-{
-    window_.jobIsRunning(false);
-    window_.resetViewForProcess(true);
-    window_.stopProcess();
-    window_.resetView(true);
 }
 
 } // namespace quillfern

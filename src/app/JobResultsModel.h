@@ -7,7 +7,7 @@
 
 namespace quillfern {
 
-/// What has become of the files of a job, one row a file, as they come. Main thread.
+/// The results of a job, one row for each file that is done. Main thread.
 class JobResultsModel final : public QAbstractTableModel
 {
     Q_OBJECT

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "app/WindowActions.h"
+
 #include <QMainWindow>
 #include <memory>
 
-class QAction;
-class QLabel;
 class QMenu;
-class QToolBar;
-class QToolButton;
+class QSplitter;
 
 namespace quillfern {
 
@@ -15,60 +14,40 @@ namespace Ui {
 class MainWindow;
 }
 
-/// The main window as such: its layout, its toolbar and its menus. What its commands do is connected by
-/// others. Owned by whoever shows it; owns everything in it.
+class Activity;
+class ActivityBar;
+class FilesPane;
+class OutputPane;
+class PagesPane;
+class PreviewPane;
+class StampsPane;
+class WindowToolbar;
+
+/// The pages of the settings, in the order of their tabs.
+enum class SettingsTab { Stamps, Pages, Output };
+
+/// The main window as such: its panes, toolbar and menus. What its commands do is connected by others. Owned
+/// by whoever shows it; owns everything in it.
 class MainWindow final : public QMainWindow
 {
     Q_OBJECT
 
   public:
-    MainWindow();
+    /// Shows this activity, which outlives the window.
+    explicit MainWindow(const Activity& activity);
     ~MainWindow() override;
 
-    [[nodiscard]] Ui::MainWindow& ui() { return *ui_; }
+    [[nodiscard]] WindowActions& actions() { return actions_; }
+    [[nodiscard]] FilesPane& filesPane();
+    [[nodiscard]] PreviewPane& previewPane();
+    [[nodiscard]] StampsPane& stampsPane();
+    [[nodiscard]] PagesPane& pagesPane();
+    [[nodiscard]] OutputPane& outputPane();
+    [[nodiscard]] ActivityBar& activityBar();
+    [[nodiscard]] QSplitter& splitter();
 
-    // The toolbar's own buttons, with a letter to press with Alt.
-    QToolButton* importBtn = nullptr;
-    QToolButton* addFilesBtn = nullptr;
-    QToolButton* addFolderBtn = nullptr;
-
-    // Commands, in the menus, the toolbar and the context menu of the files.
-    QAction* importFiles = nullptr;
-    QAction* addFiles = nullptr;
-    QAction* addFolder = nullptr;
-    QAction* exportToolbarItem = nullptr;
-    QAction* openFileButton = nullptr;
-    QAction* openEnclosedFolderButton = nullptr;
-    QAction* getInfoButton = nullptr;
-    QAction* selectAllButton = nullptr;
-    QAction* deselectAllButton = nullptr;
-    QAction* removeSelectedFilesButton = nullptr;
-    QAction* removeAllFilesButton = nullptr;
-    QAction* pdfPasswordButton = nullptr;
-    QAction* moveUpButton = nullptr;
-    QAction* moveDownButton = nullptr;
-    QAction* livePreview = nullptr; ///< F7 in the table of files
-    QAction* convert = nullptr;
-    QAction* quit = nullptr;
-    QAction* textStamp = nullptr;
-    QAction* imageStamp = nullptr;
-    QAction* editStamp = nullptr;
-    QAction* removeStamp = nullptr;
-    QAction* moveStampUp = nullptr;
-    QAction* moveStampDown = nullptr;
-    QAction* loadStamps = nullptr;
-    QAction* saveStamps = nullptr;
-    QAction* help = nullptr;
-    QAction* aboutMenuItem = nullptr;
-    /// Check, uncheck and turn about: their tags are 1, 2 and 3 (QAction::data()).
-    QList<QAction*> checkSelection;
-    QList<QAction*> checkAll;
-
-    QMenu* filesContextMenu = nullptr;
-    QWidget* lableDragAndDrop = nullptr; ///< tells what to do with an empty list
-
-    /// Every item of the toolbar.
-    void setToolbarEnabled(bool enabled);
+    /// Brings a page of the settings to the front.
+    void showSettings(SettingsTab tab);
 
   Q_SIGNALS:
     /// The user wants to leave.
@@ -81,23 +60,15 @@ class MainWindow final : public QMainWindow
     bool event(QEvent* event) override;
 
   private:
-    QAction* makeAction(const QString& icon, const QString& text, const QString& tip,
-                        const QList<QKeySequence>& shortcuts = {});
-    void makeActions();
-    void makeToolbar();
-    QToolButton* addButton(QToolBar& bar, QAction* action, const QString& name, const QString& text);
-    void addMenuButton(QToolBar& bar, QMenu* menu, const QString& icon, const QString& text,
-                       const QString& tip);
     void makeMenus();
-    void makeContextMenu();
+    void makeViewMenu(QMenu& view);
+    void makeFilesMenu();
     void showLivePreviewMark();
-    void makeHint();
-    void fitIn();
+    void showActivity(const Activity& activity);
 
     std::unique_ptr<Ui::MainWindow> ui_;
-    QToolBar* toolbar_ = nullptr;
-    QList<QToolButton*> menuButtons_;
-    QAction* settingsTabs_[3] = {};
+    WindowActions actions_;
+    WindowToolbar* toolbar_ = nullptr;
 };
 
 } // namespace quillfern

@@ -9,7 +9,7 @@ class QWidget;
 
 namespace quillfern {
 
-/// Keeps what is to be opened while the window is busy, or has a sheet over it, until neither is the case.
+/// Keeps files and folders that are to be opened until the window is idle and no sheet lies over it.
 /// Main thread.
 class OpenQueue final : public QObject
 {
@@ -17,12 +17,12 @@ class OpenQueue final : public QObject
     /// Begins to load; false when that is not possible now.
     using Load = std::function<bool(const QList<FilePath>&)>;
 
-    /// Looks out for the end of a sheet by itself. `window` outlives this.
+    /// Observes `window`, which outlives this, for the end of a sheet.
     OpenQueue(QWidget& window, Load load);
 
-    /// Files and folders, at once when that is possible.
+    /// Opens files and folders, at once when that is possible.
     void add(const QList<FilePath>& paths);
-    /// Tries again, after what is going on now.
+    /// Tries again when the event loop is reached.
     void retryLater();
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -4,7 +4,7 @@
 
 namespace quillfern {
 
-/// A splitter whose dividers are not drawn; the gap can be dragged all the same.
+/// A splitter whose dividers are not drawn; the gaps between the parts can be dragged.
 class PlainSplitter final : public QSplitter
 {
     Q_OBJECT

@@ -1,5 +1,6 @@
 #include "app/PreviewController.h"
 
+#include "app/PreviewArea.h"
 #include "app/PreviewPane.h"
 #include "platform/system/Guarded.h"
 
@@ -7,20 +8,27 @@ namespace quillfern {
 
 namespace {
 
-constexpr int moveMs = 100; ///< how long the picture takes to its new place, and then to be drawn anew
+constexpr int moveMs =
+    100; ///< for the picture's move to its new place, and for the wait until it is drawn anew
 
 } // namespace
 
 PreviewController::PreviewController(Numbering& number, PreviewPane& pane,
                                      std::unique_ptr<PageImageSource> pages,
                                      std::function<PreviewState()> state)
-    : number_(number), pane_(pane), state_(std::move(state)), pages_(std::move(pages)),
+    : number_(number), pane_(pane), area_(pane.area()), state_(std::move(state)), pages_(std::move(pages)),
       preview_(shaper_, pages_), model_(preview_)
 {
+    connect(&pane, &PreviewPane::isHighlightStampChanged, this,
+            [this](bool on) { number_.setIsHighlightStamp(on); });
+    connect(&pane, &PreviewPane::isLivePreviewChanged, this,
+            [this](bool on) { number_.setIsLivePreview(on); });
+    connect(&area_, &PreviewArea::frameChanged, this, &PreviewController::viewFrameChanged);
+    refreshSwitches();
     connect(&pages_, &BackgroundPages::ready, this, &PreviewController::render);
     animation_.setDuration(moveMs);
     connect(&animation_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
-        pane_.previewImageView->setGeometry(value.toRectF().toAlignedRect());
+        area_.previewImageView->setGeometry(value.toRectF().toAlignedRect());
     });
     afterResize_.setSingleShot(true);
     afterResize_.setInterval(moveMs);
@@ -29,33 +37,43 @@ PreviewController::PreviewController(Numbering& number, PreviewPane& pane,
 
 QSizeF PreviewController::viewSize() const
 {
-    // Where it is going, while it is on its way.
+    // During the animation the size that the picture will have counts.
     if (animation_.state() == QAbstractAnimation::Running) return animation_.endValue().toRectF().size();
-    return pane_.previewImageView->size();
+    return area_.previewImageView->size();
+}
+
+void PreviewController::refreshSwitches()
+{
+    pane_.showSwitches(number_.isHighlightStamp(), number_.isLivePreview());
 }
 
 void PreviewController::render()
 {
     PreviewState state = state_();
     state.size = viewSize();
-    state.density = pane_.devicePixelRatioF();
+    state.density = area_.devicePixelRatioF();
     if (state.size.width() < 1 || state.size.height() < 1) return;
     const std::optional<QImage> image = model_.PropertyChanged(number_.configuration(), state);
     if (!image) return;
     const bool isPageAsked = number_.isLivePreview() && state.selectedFile >= 0;
     const bool isWaiting = isPageAsked && pages_.isPending();
-    pane_.previewImageView->setIsWaiting(isWaiting);
-    if (!isWaiting) pane_.previewImageView->setImage(*image);
+    area_.previewImageView->setIsWaiting(isWaiting);
+    if (!isWaiting) area_.previewImageView->setImage(*image);
+}
+
+void PreviewController::viewFrameChanged()
+{
+    guarded("Error in [viewFrameChanged:] : %@", [this] { resizePreview(); });
 }
 
 void PreviewController::resizePreview()
 {
     guarded("Error in resizePreview : %@", [this] {
-        const QRectF from = pane_.previewImageView->geometry();
-        const QRectF to = previewFrame(pane_.previewBox->size()).toAlignedRect();
+        const QRectF from = area_.previewImageView->geometry();
+        const QRectF to = previewFrame(area_.previewBox->size()).toAlignedRect();
         animation_.stop();
-        if (from.isEmpty() || !pane_.isVisible() || to.isEmpty()) {
-            pane_.previewImageView->setGeometry(to.toRect());
+        if (from.isEmpty() || !area_.isVisible() || to.isEmpty()) {
+            area_.previewImageView->setGeometry(to.toRect());
             return;
         }
         animation_.setStartValue(from);

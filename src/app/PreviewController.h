@@ -11,6 +11,7 @@
 
 namespace quillfern {
 
+class PreviewArea;
 class PreviewPane;
 
 /// Keeps the preview in the window up to date. Main thread.
@@ -19,14 +20,18 @@ class PreviewController final : public QObject
     Q_OBJECT
 
   public:
-    /// `state` tells what of the window decides about the picture, apart from the picture's own place. The
+    /// `state` returns what of the window decides about the picture, apart from the picture's own place. The
     /// references outlive this.
     PreviewController(Numbering& number, PreviewPane& pane, std::unique_ptr<PageImageSource> pages,
                       std::function<PreviewState()> state);
 
+    /// Shows the configuration's switches as they are, as after loading a profile.
+    void refreshSwitches();
     /// Draws the picture anew and shows it. A page that takes long is shown once it is there.
     void render();
-    /// Gives the picture the place that its box's size makes, and then has it drawn at that size.
+    /// The picture's box has another size.
+    void viewFrameChanged();
+    /// Moves the picture to the place that follows from its box's size, and then has it drawn at that size.
     void resizePreview();
     /// The size of the picture's place, which percentages of margins refer to.
     [[nodiscard]] QSizeF viewSize() const;
@@ -38,6 +43,7 @@ class PreviewController final : public QObject
   private:
     Numbering& number_;
     PreviewPane& pane_;
+    PreviewArea& area_;
     std::function<PreviewState()> state_;
     BackgroundPages pages_;
     TextShaper shaper_;

@@ -1,83 +1,41 @@
 #include "app/PreviewPane.h"
 
-#include "config/PreviewModel.h"
+#include "ui_PreviewPane.h"
 
-#include <QEvent>
-#include <QPainter>
+#include <QSignalBlocker>
 
 namespace quillfern {
 
-PreviewImageView::PreviewImageView(QWidget* parent) : QWidget(parent)
+PreviewPane::PreviewPane(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::PreviewPane>())
 {
-    setAccessibleName(tr("Preview"));
-    setAccessibleDescription(tr("What a page will look like with its stamps"));
+    ui_->setupUi(this);
+    connect(ui_->isHighlightStamp, &QCheckBox::toggled, this, &PreviewPane::isHighlightStampChanged);
+    connect(ui_->isLivePreview, &QCheckBox::toggled, this, &PreviewPane::isLivePreviewChanged);
 }
 
-void PreviewImageView::setImage(const QImage& image)
+PreviewPane::~PreviewPane() = default;
+
+PreviewArea& PreviewPane::area()
 {
-    image_ = image;
-    update();
+    return *ui_->previewArea;
 }
 
-void PreviewImageView::setIsWaiting(bool waiting)
+void PreviewPane::showSwitches(bool isHighlightStamp, bool isLivePreview)
 {
-    if (isWaiting_ == waiting) return;
-    isWaiting_ = waiting;
-    update();
+    const QSignalBlocker blockers[] = {QSignalBlocker(ui_->isHighlightStamp),
+                                       QSignalBlocker(ui_->isLivePreview)};
+    ui_->isHighlightStamp->setChecked(isHighlightStamp);
+    ui_->isLivePreview->setChecked(isLivePreview);
 }
 
-void PreviewImageView::paintEvent(QPaintEvent*)
+bool PreviewPane::isLivePreview() const
 {
-    if (image_.isNull()) return;
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    QSizeF size = image_.deviceIndependentSize();
-    if (size.width() > width() || size.height() > height())
-        size.scale(QSizeF(this->size()), Qt::KeepAspectRatio);
-    QRectF place(QPointF(0, 0), size);
-    place.moveCenter(QRectF(rect()).center());
-    // On whole device pixels, or lines of one pixel would be smeared over two.
-    const double density = devicePixelRatioF();
-    place.moveTopLeft(QPointF(std::round(place.x() * density), std::round(place.y() * density)) / density);
-    painter.fillRect(place, Qt::white); // the shaded margins are translucent: a page is white in any palette
-    painter.drawImage(place, image_);
-    painter.setPen(QPen(palette().color(QPalette::Mid), 0));
-    painter.drawRect(place.adjusted(0, 0, -1 / density, -1 / density));
-    if (!isWaiting_) return;
-    const QString text = tr("Loading the page…");
-    QRectF plate = painter.fontMetrics().boundingRect(text).adjusted(-12, -6, 12, 6);
-    plate.moveCenter(place.center());
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(palette().window());
-    painter.drawRoundedRect(plate, 6, 6);
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(plate, Qt::AlignCenter, text);
+    return ui_->isLivePreview->isChecked();
 }
 
-PreviewPane::PreviewPane(QWidget* parent)
-    : QWidget(parent), previewBox(new QWidget(this)), previewImageView(new PreviewImageView(previewBox))
+void PreviewPane::toggleLivePreview()
 {
-    previewBox->setGeometry({}); // until there is room, so that nothing begins from a wrong size
-    previewImageView->setGeometry({});
-    previewBox->installEventFilter(this);
-}
-
-void PreviewPane::resizeEvent(QResizeEvent* event)
-{
-    QWidget::resizeEvent(event);
-    // The picture takes the box's height and its width follows from that; a box that is too tall for the
-    // pane's width would have its picture cut off at the sides.
-    const QRectF unit = previewFrame({0, 1030}); // 30 of it are edges
-    const double edges = 1030 - unit.height();
-    const double tallest = width() / unit.width() * unit.height() + edges;
-    const int boxHeight = std::min(height(), static_cast<int>(tallest));
-    previewBox->setGeometry(0, (height() - boxHeight) / 2, width(), boxHeight);
-}
-
-bool PreviewPane::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == previewBox && event->type() == QEvent::Resize) Q_EMIT frameChanged();
-    return QWidget::eventFilter(watched, event);
+    ui_->isLivePreview->toggle();
 }
 
 } // namespace quillfern

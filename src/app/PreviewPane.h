@@ -1,50 +1,39 @@
 #pragma once
 
-#include <QImage>
 #include <QWidget>
+#include <memory>
 
 namespace quillfern {
 
-/// Shows a picture in the middle, made smaller to fit where it is too large, never larger.
-class PreviewImageView final : public QWidget
-{
-    Q_OBJECT
+namespace Ui {
+class PreviewPane;
+}
 
-  public:
-    explicit PreviewImageView(QWidget* parent = nullptr);
+class PreviewArea;
 
-    void setImage(const QImage& image);
-    [[nodiscard]] const QImage& image() const { return image_; }
-    /// Says that another picture is on its way.
-    void setIsWaiting(bool waiting);
-
-  protected:
-    void paintEvent(QPaintEvent* event) override;
-
-  private:
-    QImage image_; ///< in its device-independent size
-    bool isWaiting_ = false;
-};
-
-/// The part of the window that holds the preview: a box of a page's proportions, as large as fits, with the
-/// picture's view in it.
+/// The part of the window that shows the preview and the switches of what is shown.
 class PreviewPane final : public QWidget
 {
     Q_OBJECT
 
   public:
     explicit PreviewPane(QWidget* parent = nullptr);
+    ~PreviewPane() override;
 
-    QWidget* const previewBox;
-    PreviewImageView* const previewImageView; ///< laid out by whoever follows frameChanged()
+    [[nodiscard]] PreviewArea& area();
+    /// Shows the switches as they are, without a signal.
+    void showSwitches(bool isHighlightStamp, bool isLivePreview);
+    [[nodiscard]] bool isLivePreview() const;
+    /// Turns the switch as the user does.
+    void toggleLivePreview();
 
   Q_SIGNALS:
-    /// The box has another size.
-    void frameChanged();
+    /// The user turned a switch.
+    void isHighlightStampChanged(bool on);
+    void isLivePreviewChanged(bool on);
 
-  protected:
-    void resizeEvent(QResizeEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
+  private:
+    std::unique_ptr<Ui::PreviewPane> ui_;
 };
 
 } // namespace quillfern

@@ -17,7 +17,7 @@ namespace quillfern {
 namespace {
 
 constexpr int lookEveryMs = 100;
-constexpr qint64 estimateAfterMs = 1500; ///< an estimate from less would jump about
+constexpr qint64 estimateAfterMs = 1500; ///< an estimate from a shorter time would change too much
 
 } // namespace
 
@@ -87,7 +87,7 @@ void ProgressSheet::follow(const Process& process, const std::vector<std::int32_
 
 void ProgressSheet::outputFinished(const LogFiles& record)
 {
-    // The worker waits for this call: a row is shown with others, a few times a second.
+    // The worker waits for this call. Rows are therefore collected and shown a few times a second.
     if (finished_ < pages_.size()) finishedPages_ += std::max(pages_[finished_], 0);
     ++finished_;
     unshown_.push_back({readableName(record.filename), record.pages, record.outcome});
@@ -97,7 +97,7 @@ void ProgressSheet::outputFinished(const LogFiles& record)
 void ProgressSheet::showResults()
 {
     if (unshown_.empty()) return;
-    // New rows stay in sight for as long as nobody has scrolled away from them.
+    // Scroll to new rows, unless the user has scrolled away from the last one.
     const QScrollBar* bar = ui_->results->verticalScrollBar();
     const bool isAtEnd = bar->value() == bar->maximum();
     results_->append(std::exchange(unshown_, {}));

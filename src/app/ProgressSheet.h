@@ -16,8 +16,8 @@ class ProgressSheet;
 
 class Process;
 
-/// The sheet over the main window that shows a job while it runs and what came of it. It looks at the job a
-/// few times a second; it never stops or ends one by itself. Main thread.
+/// The sheet over the main window that shows a running job and then its results. The sheet reads the job's
+/// progress a few times a second and never stops a job by itself. Main thread.
 class ProgressSheet final : public QDialog
 {
     Q_OBJECT
@@ -26,8 +26,8 @@ class ProgressSheet final : public QDialog
     explicit ProgressSheet(QWidget* parent);
     ~ProgressSheet() override;
 
-    /// Shows a job from its start. `pages` are the page counts of its outputs, in order. The job outlives
-    /// what is shown of it: until forget().
+    /// Shows a job from its start. `pages` are the page counts of its outputs, in order. The job
+    /// must live until forget().
     void follow(const Process& process, const std::vector<std::int32_t>& pages);
     /// One output is done; called in their order.
     void outputFinished(const LogFiles& record);
@@ -35,7 +35,7 @@ class ProgressSheet final : public QDialog
     void showCompleted();
     /// The user asked the job to stop.
     void showCancelling();
-    /// The job is about to go.
+    /// The job is about to be deleted: the sheet no longer reads it.
     void forget();
 
     [[nodiscard]] const JobResultsModel& results() const { return *results_; }
@@ -47,7 +47,7 @@ class ProgressSheet final : public QDialog
     void closeRequested();
 
   protected:
-    /// Escape and the window's own close button: a running job stays in sight.
+    /// For Escape and the window's close button; the sheet of a running job is not closed.
     void reject() override;
 
   private:

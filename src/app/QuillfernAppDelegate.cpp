@@ -1,24 +1,26 @@
 #include "app/QuillfernAppDelegate.h"
 
 #include "app/AboutDialog.h"
+#include "app/ActivityBar.h"
+#include "app/CustomTableView.h"
+#include "app/FilesPane.h"
 #include "app/MainWindow.h"
+#include "app/OutputPane.h"
+#include "app/PagesPane.h"
 #include "app/PreviewPane.h"
-#include "dialogs/KeyHint.h"
+#include "app/StampsPane.h"
 #include "platform/pageimages/PageImageCache.h"
 #include "platform/pageimages/RenderProcess.h"
 #include "platform/system/Guarded.h"
-#include "platform/system/TimeTaken.h"
-#include "ui_MainWindow.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
-#include <QToolButton>
 
 namespace quillfern {
 
 namespace {
 
-/// Keeps the pages that a process has shown; used on one thread.
+/// Keeps the pages that quillfern-render has drawn; used on one thread.
 class CachedPages final : public PageImageSource
 {
   public:
@@ -37,8 +39,9 @@ class CachedPages final : public PageImageSource
 } // namespace
 
 QuillfernAppDelegate::QuillfernAppDelegate(AppServices services)
-    : services_(std::move(services)), window_(std::make_unique<MainWindow>()), settings_(&services_.defaults),
-      includeSubfolders_(services_.defaults), memory_(services_.defaults)
+    : services_(std::move(services)), settings_(&services_.defaults), includeSubfolders_(services_.defaults),
+      memory_(services_.defaults), window_(std::make_unique<MainWindow>(activity_)),
+      focus_(*window_, activity_)
 {
     awakeFromNib();
 }
@@ -52,222 +55,114 @@ void QuillfernAppDelegate::awakeFromNib()
 {
     window_->setWindowTitle(getAppTitle());
     services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
-
-    Ui::MainWindow& ui = window_->ui();
-    Numbering& number = *settings_.number;
-    filesController_ =
-        std::make_unique<FilesController>(files_, isProcessing_, *window_, *this, services_.desktop,
-                                          services_.panels, services_.alerts, services_.clock);
-    number.setDelegate(this);
-    stampsController_ = std::make_unique<StampsController>(
-        number, *window_, services_.panels, services_.alerts, [this] { return isJobRunning_; });
-    preview_ = std::make_unique<PreviewController>(number, *ui.previewPane,
-                                                   std::make_unique<CachedPages>(services_.renderProgram),
-                                                   [this] { return previewState(); });
-    numberingForm_ = std::make_unique<NumberingForm>(ui, number, [this] { return preview_->viewSize(); });
-    outputForm_ = std::make_unique<OutputForm>(ui, settings_, services_.panels, *window_);
-    job_ = std::make_unique<JobController>(files_, settings_,
-                                           ProcessServices{services_.clock, services_.folders,
-                                                           services_.mainThread, services_.desktop,
-                                                           services_.makeProcessors},
-                                           services_.alerts, *this, *window_);
-    gatherer_ =
-        std::make_unique<FileGatherer>(files_, isProcessing_, services_.mainThread, services_.clock, *this);
-    openQueue_ = std::make_unique<OpenQueue>(
-        *window_, [this](const QList<FilePath>& paths) { return startLoading(paths, true); });
-    markKeyCharacters();
-    selectSettingsTab(0);
-    ui.inculdeSubfoldersBtn->setChecked(includeSubfolders_.inculdeSubfolders());
-    ui.cancelBtn->hide();
-    resetView(true);
+    settings_.number->setDelegate(this);
+    makeControllers();
+    window_->showSettings(SettingsTab::Stamps);
+    window_->filesPane().setIncludesSubfolders(includeSubfolders_.inculdeSubfolders());
+    filesController_->updateCommands();
+    window_->outputPane().updateFolderOptions();
+    connectFiles();
+    connectConfiguration();
+    connectJob();
     connectWindow();
     memory_.restore(*window_);
     window_->show();
-    updateTotalLabel();
+    filesController_->showTotals();
+    window_->activityBar().showTimeTaken({});
     preview_->resizePreview();
-    PropertyChanged(number);
+    PropertyChanged(*settings_.number);
     stampsController_->selectFirstStamp();
-    ui.mainTableView->setFocus();
+    window_->filesPane().table().setFocus();
 }
 
-void QuillfernAppDelegate::markKeyCharacters()
+void QuillfernAppDelegate::makeControllers()
 {
-    Ui::MainWindow& ui = window_->ui();
-    const std::pair<QAbstractButton*, const char*> hints[] = {
-        {window_->importBtn, "i"},
-        {window_->addFilesBtn, "f"},
-        {window_->addFolderBtn, "o"},
-        {ui.inculdeSubfoldersBtn, "u"},
-        {ui.convertBtn, "c"},
-        {ui.setCurrentAsDefaultOutputFolderPathBtn, "d"},
-        {ui.openFolderAfterConversionBtn, "p"},
-    };
-    for (const auto& [button, key] : hints)
-        setButtonKeyCharacter(*button, QString::fromLatin1(key), QColor());
+    MainWindow& w = *window_;
+    Numbering& number = *settings_.number;
+    filesController_ =
+        std::make_unique<FilesController>(files_, activity_, w.filesPane(), w.actions(), services_.desktop,
+                                          services_.panels, services_.alerts, services_.clock);
+    stampsController_ = std::make_unique<StampsController>(number, activity_, w.stampsPane(), w.actions(),
+                                                           services_.panels, services_.alerts);
+    preview_ = std::make_unique<PreviewController>(number, w.previewPane(),
+                                                   std::make_unique<CachedPages>(services_.renderProgram),
+                                                   [this] { return previewState(); });
+    w.pagesPane().edit(number, [this] { return preview_->viewSize(); });
+    w.outputPane().edit(settings_, services_.panels);
+    job_ = std::make_unique<JobController>(files_, settings_, activity_,
+                                           ProcessServices{services_.clock, services_.folders,
+                                                           services_.mainThread, services_.desktop,
+                                                           services_.makeProcessors},
+                                           services_.alerts, w);
+    gatherer_ = std::make_unique<GatherController>(files_, settings_, activity_, services_.mainThread,
+                                                   services_.clock);
+    openQueue_ = std::make_unique<OpenQueue>(w, [this](const QList<FilePath>& paths) { return load(paths, true); });
+}
+
+void QuillfernAppDelegate::connectFiles()
+{
+    FilesController* const files = filesController_.get();
+    ActivityBar& bar = window_->activityBar();
+    connect(files, &FilesController::selectionChanged, this, [this] { PropertyChanged(*settings_.number); });
+    connect(files, &FilesController::totalsChanged, &bar, [&bar] { bar.showTimeTaken({}); });
+    connect(files, &FilesController::totalsChanged, &window_->outputPane(), &OutputPane::updateFolderOptions);
+    connect(files, &FilesController::filesChosen, this, &QuillfernAppDelegate::load);
+    connect(files, &FilesController::passwordGiven, gatherer_.get(), &GatherController::applyPassword);
+    connect(gatherer_.get(), &GatherController::listGrew, files, &FilesController::listGrew);
+    connect(gatherer_.get(), &GatherController::timeTakenChanged, &bar, &ActivityBar::showTimeTaken);
+    connect(&window_->filesPane(), &FilesPane::includesSubfoldersChanged, this,
+            [this](bool on) { includeSubfolders_.setInculdeSubfolders(on); });
+    connect(&bar, &ActivityBar::cancelRequested, this, &QuillfernAppDelegate::cancelAction);
+}
+
+void QuillfernAppDelegate::connectConfiguration()
+{
+    const auto render = [this] { PropertyChanged(*settings_.number); };
+    StampsController* const stamps = stampsController_.get();
+    connect(stamps, &StampsController::selectionChanged, this, [this] {
+        if (!activity_.isJob()) preview_->render();
+    });
+    connect(stamps, &StampsController::renderRequested, this, render);
+    connect(stamps, &StampsController::profileLoaded, this, [this] {
+        window_->pagesPane().refresh();
+        preview_->refreshSwitches();
+        window_->outputPane().refresh();
+    });
+    connect(preview_.get(), &PreviewController::resized, this, render);
+    connect(window_.get(), &MainWindow::densityChanged, this, [this] { preview_->render(); });
+    // The totals on the preview may be other ones now.
+    connect(&activity_, &Activity::ended, this, render);
+}
+
+void QuillfernAppDelegate::connectJob()
+{
+    JobController* const job = job_.get();
+    connect(window_->actions().convert, &QAction::triggered, job, &JobController::combine);
+    connect(job, &JobController::outputFolderRefused, this, [this] {
+        window_->showSettings(SettingsTab::Output);
+        window_->outputPane().focusFolder();
+    });
+    connect(job, &JobController::starting, this, [this] { window_->showSettings(SettingsTab::Stamps); });
+    connect(job, &JobController::timeTakenChanged, &window_->activityBar(), &ActivityBar::showTimeTaken);
+    connect(job, &JobController::itemsRemoved, filesController_.get(), &FilesController::deselectFiles);
+    connect(job, &JobController::quitRequested, this, &QuillfernAppDelegate::quitRequested);
 }
 
 void QuillfernAppDelegate::connectWindow()
 {
-    Ui::MainWindow& ui = window_->ui();
-    connect(filesController_.get(), &FilesController::selectionChanged, this,
-            &QuillfernAppDelegate::selectionDidChange);
-    connect(stampsController_.get(), &StampsController::selectionChanged, this, [this] {
-        if (!isJobRunning_) preview_->render();
-    });
-    connect(stampsController_.get(), &StampsController::renderRequested, this,
-            [this] { PropertyChanged(*settings_.number); });
-    connect(stampsController_.get(), &StampsController::profileLoaded, this, [this] {
-        numberingForm_->refresh();
-        outputForm_->refresh();
-    });
-    connect(outputForm_.get(), &OutputForm::outputFolderPathChanged, outputForm_.get(),
-            &OutputForm::updateFolderOptions);
-    connect(preview_.get(), &PreviewController::resized, this,
-            [this] { PropertyChanged(*settings_.number); });
-    connect(ui.previewPane, &PreviewPane::frameChanged, this, &QuillfernAppDelegate::viewFrameChanged);
-    connect(window_.get(), &MainWindow::densityChanged, this, [this] { preview_->render(); });
-    connect(ui.inculdeSubfoldersBtn, &QCheckBox::toggled, this,
-            [this](bool on) { includeSubfolders_.setInculdeSubfolders(on); });
-    connect(ui.cancelBtn, &QPushButton::clicked, this, &QuillfernAppDelegate::cancelAction);
-    connect(window_->convert, &QAction::triggered, job_.get(), &JobController::combine);
-    connect(ui.convertBtn, &QPushButton::clicked, window_->convert, &QAction::trigger);
-    connect(window_->help, &QAction::triggered, this, &QuillfernAppDelegate::helpAction);
-    connect(window_->aboutMenuItem, &QAction::triggered, this, &QuillfernAppDelegate::aboutAction);
-    connect(job_.get(), &JobController::quitRequested, this, &QuillfernAppDelegate::quitRequested);
-    connect(window_->quit, &QAction::triggered, this, &QuillfernAppDelegate::quitRequested);
+    const WindowActions& actions = window_->actions();
+    connect(actions.help, &QAction::triggered, this, &QuillfernAppDelegate::helpAction);
+    connect(actions.aboutMenuItem, &QAction::triggered, this, &QuillfernAppDelegate::aboutAction);
+    connect(actions.quit, &QAction::triggered, this, &QuillfernAppDelegate::quitRequested);
     connect(window_.get(), &MainWindow::closeRequested, this, &QuillfernAppDelegate::quitRequested);
-}
-
-void QuillfernAppDelegate::resetView(bool idle)
-{
-    guarded("Error in (resetView:) : %@", [&] {
-        Ui::MainWindow& ui = window_->ui();
-        for (QAction* action : {window_->importFiles, window_->addFiles, window_->addFolder})
-            action->setEnabled(idle);
-        if (!idle && !focusBeforeBusy_) focusBeforeBusy_ = window_->focusWidget();
-        ui.inculdeSubfoldersBtn->setEnabled(idle);
-        ui.mainTableView->setEnabled(idle);
-        window_->setToolbarEnabled(idle);
-        for (QAction* action :
-             {window_->exportToolbarItem, window_->openFileButton, window_->getInfoButton,
-              window_->openEnclosedFolderButton, window_->selectAllButton, window_->deselectAllButton,
-              window_->removeSelectedFilesButton, window_->removeAllFilesButton})
-            action->setEnabled(idle && !files_.empty());
-        window_->pdfPasswordButton->setEnabled(idle && filesController_->containsPDFFiles());
-        outputForm_->updateFolderOptions();
-        filesController_->updateSelectionCommands();
-        window_->lableDragAndDrop->setVisible(files_.empty());
-        if (!idle) setConvertEnabled(false); // one thing at a time
-        if (idle) {
-            restoreFocus();
-            openQueue_->retryLater();
-        }
-        window_->update();
-    });
-}
-
-void QuillfernAppDelegate::restoreFocus()
-{
-    // A control that was disabled has lost the keyboard to the next one, where the user never went.
-    QWidget* before = std::exchange(focusBeforeBusy_, nullptr);
-    if (before && before->isEnabled() && before->isVisible()) before->setFocus();
-}
-
-void QuillfernAppDelegate::resetViewObject(bool idle)
-{
-    resetView(idle);
-    if (idle) PropertyChanged(*settings_.number); // the totals on the preview are other ones now
-}
-
-void QuillfernAppDelegate::setConvertEnabled(bool enabled)
-{
-    window_->ui().convertBtn->setEnabled(enabled);
-    window_->convert->setEnabled(enabled);
-}
-
-void QuillfernAppDelegate::resetViewForProcess(bool enabled)
-{
-    guarded("Error in (resetViewForProcess:) : %@", [&] {
-        setConvertEnabled(enabled);
-        window_->ui().cancelBtn->setEnabled(enabled);
-        window_->update();
-    });
-}
-
-void QuillfernAppDelegate::startProcess()
-{
-    window_->ui().labelTimeTaken->setEnabled(false); // takes the disabled colour of whatever palette there is
-    isProcessing_ = true;
-    window_->ui().loadingIndicator->startAnimation();
-    window_->ui().cancelBtn->show();
-    window_->setCursor(Qt::BusyCursor);
-}
-
-void QuillfernAppDelegate::stopProcess()
-{
-    window_->ui().labelTimeTaken->setEnabled(true);
-    isProcessing_ = false;
-    window_->ui().loadingIndicator->stopAnimation();
-    window_->ui().cancelBtn->hide();
-    window_->unsetCursor();
-    updateTotalLabel();
-}
-
-void QuillfernAppDelegate::jobIsRunning(bool running)
-{
-    isJobRunning_ = running;
-    if (running) {
-        window_->ui().loadingIndicator->stopAnimation(); // the sheet shows how it goes
-        window_->ui().cancelBtn->hide();
-        window_->unsetCursor();
-    }
-    stampsController_->setEditorsEnabled(!running);
-    if (!running) PropertyChanged(*settings_.number);
-}
-
-void QuillfernAppDelegate::cancelAction()
-{
-    isProcessing_ = false;
-}
-
-void QuillfernAppDelegate::showTotals()
-{
-    guarded("Error in (updateTotalLabel:) : %@",
-            [this] { window_->ui().labelTotalFiles->setText(totalLabelText(files_.totals())); });
-}
-
-void QuillfernAppDelegate::updateTotalLabel()
-{
-    setConvertEnabled(!files_.empty() && !isProcessing_);
-    showTotals();
-    showTimeTaken(QString());
-}
-
-void QuillfernAppDelegate::showTimeTaken(const QString& text)
-{
-    guarded("Error in (updateTimeTakenLabel:) : %@", [&] {
-        const QString shown = text.isEmpty() ? timeTakenLabel(tr("0 sec(s)"), 0, 0) : text;
-        window_->ui().labelTimeTaken->setText(shown);
-    });
-}
-
-void QuillfernAppDelegate::filesAdded()
-{
-    window_->lableDragAndDrop->hide();
-    showTotals();
-}
-
-void QuillfernAppDelegate::selectionDidChange()
-{
-    if (isProcessing_) return;
-    filesController_->updateSelectionCommands();
-    PropertyChanged(*settings_.number);
+    connect(&activity_, &Activity::changed, &window_->outputPane(), &OutputPane::updateFolderOptions);
+    connect(&activity_, &Activity::ended, openQueue_.get(), &OpenQueue::retryLater);
 }
 
 PreviewState QuillfernAppDelegate::previewState() const
 {
     PreviewState state;
-    state.isJobRunning = isJobRunning_;
+    state.isJobRunning = activity_.isJob();
     for (const FileItem* item : files_.items())
         state.filePagesList.push_back(item->pages());
     const std::vector<int> rows = filesController_->selection();
@@ -281,33 +176,16 @@ PreviewState QuillfernAppDelegate::previewState() const
 
 void QuillfernAppDelegate::PropertyChanged(Numbering&)
 {
-    if (isJobRunning_) return;
+    if (activity_.isJob()) return;
     guarded("Error in [PropertyChanged:] : %@", [this] {
         stampsController_->reload();
         preview_->render();
     });
 }
 
-void QuillfernAppDelegate::viewFrameChanged()
+bool QuillfernAppDelegate::load(const QList<FilePath>& paths, bool isFolders)
 {
-    guarded("Error in [viewFrameChanged:] : %@", [this] { preview_->resizePreview(); });
-}
-
-void QuillfernAppDelegate::load(const QList<FilePath>& paths, bool isFolders)
-{
-    startLoading(paths, isFolders);
-}
-
-bool QuillfernAppDelegate::startLoading(const QList<FilePath>& paths, bool isFolders)
-{
-    if (paths.isEmpty() || isProcessing_) return false;
-    const Arguments request{paths, isFolders, window_->ui().inculdeSubfoldersBtn->isChecked()};
-    return gatherer_->start(request, settings_.pdfOpenPassword);
-}
-
-void QuillfernAppDelegate::applyPassword(const QList<FilePath>& paths, const QString& password)
-{
-    if (!isJobRunning_) gatherer_->startPasswords(paths, password);
+    return gatherer_->load(paths, isFolders, window_->filesPane().includesSubfolders());
 }
 
 void QuillfernAppDelegate::openFiles(const QList<FilePath>& paths)
@@ -315,28 +193,9 @@ void QuillfernAppDelegate::openFiles(const QList<FilePath>& paths)
     openQueue_->add(paths);
 }
 
-void QuillfernAppDelegate::endEditing()
+void QuillfernAppDelegate::cancelAction()
 {
-    // Whoever has the keyboard hands in what was typed when it loses it.
-    if (QWidget* field = window_->focusWidget()) {
-        field->clearFocus();
-        field->setFocus();
-    }
-}
-
-void QuillfernAppDelegate::selectSettingsTab(int tab)
-{
-    window_->ui().settingTabView->setCurrentIndex(tab);
-}
-
-void QuillfernAppDelegate::focusOutputFolder()
-{
-    window_->ui().outputFolderPath->setFocus();
-}
-
-void QuillfernAppDelegate::deselectFiles()
-{
-    window_->ui().mainTableView->clearSelection();
+    gatherer_->cancel();
 }
 
 void QuillfernAppDelegate::helpAction()
@@ -359,7 +218,7 @@ void QuillfernAppDelegate::aboutAction()
 
 void QuillfernAppDelegate::applicationShouldTerminate()
 {
-    endEditing();
+    endEditing(*window_);
     memory_.remember(*window_);
     settings_.synchronize();
 }
@@ -376,7 +235,7 @@ void QuillfernAppDelegate::applicationShouldHandleReopen()
 void QuillfernAppDelegate::startedAgain(const QList<FilePath>& paths)
 {
     applicationShouldHandleReopen();
-    // It may be behind the windows of other programs; a sheet takes the keyboard instead of its window.
+    // The window may be behind those of other programs. A sheet takes the keyboard instead of its window.
     QWidget* const front = QApplication::activeModalWidget();
     window_->raise();
     if (front) front->raise();
@@ -388,7 +247,8 @@ bool QuillfernAppDelegate::stop(int milliseconds)
 {
     const QDeadlineTimer deadline(milliseconds);
     const bool isGathered = gatherer_->stop(milliseconds);
-    const bool isJobDone = job_->stop(static_cast<int>(deadline.remainingTime())); // asked in any case
+    const bool isJobDone =
+        job_->stop(static_cast<int>(deadline.remainingTime())); // the job is asked to stop in any case
     return isGathered && isJobDone;
 }
 

@@ -1,17 +1,16 @@
 #pragma once
 
+#include "app/Activity.h"
 #include "app/FilesController.h"
+#include "app/GatherController.h"
 #include "app/JobController.h"
-#include "app/NumberingForm.h"
 #include "app/OpenQueue.h"
-#include "app/OutputForm.h"
 #include "app/PreviewController.h"
 #include "app/StampsController.h"
+#include "app/WindowFocus.h"
 #include "app/WindowMemory.h"
-#include "filelist/FileGatherer.h"
 #include "filelist/IncludeSubfolders.h"
 
-#include <QPointer>
 #include <memory>
 
 namespace quillfern {
@@ -33,13 +32,10 @@ struct AppServices
     DocumentProcessorsFactory makeProcessors = makeDocumentProcessors;
 };
 
-/// The application: it owns the list of files, the settings and the window, puts them together and sees that
-/// every control has the state that fits. What the commands do is up to the controllers. Main thread.
-class QuillfernAppDelegate final : public QObject,
-                                   public NumberingDelegate,
-                                   public GatherObserver,
-                                   public FilesWindow,
-                                   public JobWindow
+/// The application: it owns the list of files, the settings and the window, and connects the controllers with
+/// each other. What the commands do is up to the controllers; which state the controls have follows from the
+/// activity. Main thread.
+class QuillfernAppDelegate final : public QObject, public NumberingDelegate
 {
     Q_OBJECT
 
@@ -49,9 +45,10 @@ class QuillfernAppDelegate final : public QObject,
     /// Stops what is running and waits for it. Does not save anything.
     ~QuillfernAppDelegate() override;
 
-    /// Takes over what is being typed in and saves the settings. The application may always end then.
+    /// Ends editing, so that what was typed counts, and saves the settings. The application may always end
+    /// then.
     void applicationShouldTerminate();
-    /// Brings the window to the front unless it is to be seen.
+    /// Brings the window to the front, unless it is visible.
     void applicationShouldHandleReopen();
     /// Adds files and folders, as a command line names them; later when the window is busy now, or a sheet
     /// lies over it.
@@ -65,10 +62,9 @@ class QuillfernAppDelegate final : public QObject,
     [[nodiscard]] MainWindow& window() { return *window_; }
     [[nodiscard]] FileList& files() { return files_; }
     [[nodiscard]] Settings& settings() { return settings_; }
-    [[nodiscard]] bool isProcessing() const { return isProcessing_; }
+    [[nodiscard]] Activity& activity() { return activity_; }
+    [[nodiscard]] bool isProcessing() const { return !activity_.isIdle(); }
     [[nodiscard]] const JobController& job() const { return *job_; }
-
-    void resetView(bool idle) override;
 
   Q_SIGNALS:
     /// The user wants to leave.
@@ -76,56 +72,32 @@ class QuillfernAppDelegate final : public QObject,
 
   private:
     void awakeFromNib();
-    void markKeyCharacters();
+    void makeControllers();
+    void connectFiles();
+    void connectConfiguration();
+    void connectJob();
     void connectWindow();
     void helpAction();
     void aboutAction();
     void cancelAction();
-    void viewFrameChanged();
-    void selectionDidChange();
+    bool load(const QList<FilePath>& paths, bool isFolders);
     [[nodiscard]] PreviewState previewState() const;
-    void showTotals();
-    void showTimeTaken(const QString& text);
-    void setConvertEnabled(bool enabled);
-    void restoreFocus();
-
     void PropertyChanged(Numbering& number) override;
 
-    void resetViewObject(bool idle) override;
-    void startProcess() override;
-    void stopProcess() override;
-    void updateTimeTakenLabel(const QString& text) override { showTimeTaken(text); }
-    void filesAdded() override;
-
-    void endEditing() override;
-    void updateTotalLabel() override;
-    void load(const QList<FilePath>& paths, bool isFolders) override;
-    void applyPassword(const QList<FilePath>& paths, const QString& password) override;
-    bool startLoading(const QList<FilePath>& paths, bool isFolders);
-
-    void resetViewForProcess(bool enabled) override;
-    void selectSettingsTab(int tab) override;
-    void focusOutputFolder() override;
-    void jobIsRunning(bool running) override;
-    void deselectFiles() override;
-
     AppServices services_;
-    std::unique_ptr<MainWindow> window_;
+    Activity activity_;
     FileList files_;
     Settings settings_;
-    std::atomic<bool> isProcessing_ = false;
-    bool isJobRunning_ = false;
     IncludeSubfolders includeSubfolders_;
     WindowMemory memory_;
-    QPointer<QWidget> focusBeforeBusy_; ///< had the keyboard when the window became busy
+    std::unique_ptr<MainWindow> window_; ///< goes before the settings, which its panes edit
+    WindowFocus focus_;
     std::unique_ptr<FilesController> filesController_;
     std::unique_ptr<StampsController> stampsController_;
     std::unique_ptr<PreviewController> preview_;
-    std::unique_ptr<NumberingForm> numberingForm_;
-    std::unique_ptr<OutputForm> outputForm_;
     std::unique_ptr<JobController> job_;
     std::unique_ptr<OpenQueue> openQueue_;
-    std::unique_ptr<FileGatherer> gatherer_; ///< last: it has to stop before anything else goes
+    std::unique_ptr<GatherController> gatherer_; ///< last: gathering has to stop before anything else goes
 };
 
 } // namespace quillfern

@@ -1,17 +1,16 @@
 #include "app/StampsController.h"
 
-#include "app/MainWindow.h"
+#include "app/Activity.h"
+#include "app/StampsPane.h"
 #include "app/TableRows.h"
+#include "app/WindowActions.h"
 #include "platform/system/Folders.h"
 #include "platform/system/Guarded.h"
 #include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
-#include "ui_MainWindow.h"
 
-#include <QAction>
 #include <QHeaderView>
-#include <QKeyEvent>
-#include <QShortcut>
+#include <QTableView>
 
 namespace quillfern {
 
@@ -24,14 +23,29 @@ QString profileType()
 
 } // namespace
 
-StampsController::StampsController(Numbering& number, MainWindow& window, FilePanels& panels, Alerts& alerts,
-                                   std::function<bool()> isLocked)
-    : number_(number), window_(window), panels_(panels), alerts_(alerts), model_(number, std::move(isLocked)),
-      operations_(number), editors_(number, *this, panels, alerts, &window)
+StampsController::StampsController(Numbering& number, const Activity& activity, StampsPane& pane,
+                                   const WindowActions& actions, FilePanels& panels, Alerts& alerts)
+    : number_(number), pane_(pane), actions_(actions), panels_(panels), alerts_(alerts),
+      model_(number, [&activity] { return activity.isJob(); }),
+      operations_(number, [this](const IStampItem& stamp) { editors_.removehandlers(stamp); }),
+      editors_(number, *this, panels, alerts, pane.window())
 {
-    QTableView& table = *window.ui().stampsTableView;
+    connectTable();
+    connectCommands();
+    updateCommands();
+    connect(&activity, &Activity::changed, this,
+            [this, &activity] { editors_.setEditorsEnabled(!activity.isJob()); });
+}
+
+StampsController::~StampsController()
+{
+    pane_.table().setModel(nullptr);
+}
+
+void StampsController::connectTable()
+{
+    QTableView& table = pane_.table();
     table.setModel(&model_);
-    setUpTable(table);
     QHeaderView& header = *table.horizontalHeader();
     header.setStretchLastSection(true);
     header.setMinimumSectionSize(24);
@@ -49,68 +63,33 @@ StampsController::StampsController(Numbering& number, MainWindow& window, FilePa
     connect(&table, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
         if (index.column() != StampsModel::IsSelectedColumn) stampDoubleAction();
     });
-    connectCommands();
-    updateCommands();
-}
-
-StampsController::~StampsController()
-{
-    closeEditors(); // they belong to stamps that outlive what the editors were made with
-    window_.ui().stampsTableView->setModel(nullptr);
 }
 
 void StampsController::connectCommands()
 {
-    Ui::MainWindow& ui = window_.ui();
-    const auto on = [this](QAction* action, QAbstractButton* button, void (StampsController::*command)()) {
+    const auto on = [this](const QAction* action, void (StampsController::*command)()) {
         connect(action, &QAction::triggered, this, command);
-        connect(button, &QAbstractButton::clicked, action, &QAction::trigger);
-        connect(action, &QAction::changed, button, [=] { button->setEnabled(action->isEnabled()); });
     };
-    on(window_.textStamp, ui.textStampButton, &StampsController::textStampAction);
-    on(window_.imageStamp, ui.imageStampButton, &StampsController::imageStampAction);
-    on(window_.editStamp, ui.editStampButton, &StampsController::stampDoubleAction);
-    on(window_.removeStamp, ui.removeStampButton, &StampsController::removeStampAction);
-    on(window_.loadStamps, ui.loadStampsButton, &StampsController::stampLoadAction);
-    on(window_.saveStamps, ui.saveStampsButton, &StampsController::stampSaveAction);
-    const auto move = [this](QAction* action, QAbstractButton* button,
+    on(actions_.textStamp, &StampsController::textStampAction);
+    on(actions_.imageStamp, &StampsController::imageStampAction);
+    on(actions_.editStamp, &StampsController::stampDoubleAction);
+    on(actions_.removeStamp, &StampsController::removeStampAction);
+    on(actions_.loadStamps, &StampsController::stampLoadAction);
+    on(actions_.saveStamps, &StampsController::stampSaveAction);
+    const auto move = [this](const QAction* action,
                              RowSelection (StampListOperations::*operation)(const std::vector<int>&)) {
         connect(action, &QAction::triggered, this, [this, operation] {
             show((operations_.*operation)(selection()), true);
             Q_EMIT renderRequested();
         });
-        connect(button, &QAbstractButton::clicked, action, &QAction::trigger);
-        connect(action, &QAction::changed, button, [=] { button->setEnabled(action->isEnabled()); });
     };
-    move(window_.moveStampUp, ui.moveStampUpButton, &StampListOperations::moveStampUpAction);
-    move(window_.moveStampDown, ui.moveStampDownButton, &StampListOperations::moveStampDownAction);
-
-    // The same keys as in the table of files.
-    const auto key = [&](const QKeySequence& keys, QAction* action) {
-        auto* shortcut = new QShortcut(keys, ui.stampsTableView, nullptr, nullptr, Qt::WidgetShortcut);
-        connect(shortcut, &QShortcut::activated, action, &QAction::trigger);
-    };
-    ui.stampsTableView->installEventFilter(this);
-    key(Qt::Key_Delete, window_.removeStamp);
-    key(Qt::Key_Backspace, window_.removeStamp);
-    key(Qt::Key_Return, window_.editStamp);
-    key(Qt::Key_Enter, window_.editStamp);
-    key(QKeySequence(Qt::CTRL | Qt::Key_Up), window_.moveStampUp);
-    key(QKeySequence(Qt::CTRL | Qt::Key_Down), window_.moveStampDown);
-}
-
-bool StampsController::eventFilter(QObject* watched, QEvent* event)
-{
-    // Select All means the table one is in, and this one is not the one with the window's command.
-    if (event->type() == QEvent::ShortcutOverride &&
-        static_cast<QKeyEvent*>(event)->matches(QKeySequence::SelectAll))
-        event->accept();
-    return QObject::eventFilter(watched, event);
+    move(actions_.moveStampUp, &StampListOperations::moveStampUpAction);
+    move(actions_.moveStampDown, &StampListOperations::moveStampDownAction);
 }
 
 std::vector<int> StampsController::selection() const
 {
-    return selectedRows(*window_.ui().stampsTableView);
+    return selectedRows(pane_.table());
 }
 
 int StampsController::selectedStamp() const
@@ -122,23 +101,24 @@ int StampsController::selectedStamp() const
 void StampsController::updateCommands()
 {
     const std::vector<int> rows = selection();
-    window_.editStamp->setEnabled(!rows.empty());
-    window_.removeStamp->setEnabled(!rows.empty());
-    window_.moveStampUp->setEnabled(operations_.canMoveUp(rows));
-    window_.moveStampDown->setEnabled(operations_.canMoveDown(rows));
+    actions_.editStamp->setEnabled(!rows.empty());
+    actions_.removeStamp->setEnabled(!rows.empty());
+    actions_.moveStampUp->setEnabled(operations_.canMoveUp(rows));
+    actions_.moveStampDown->setEnabled(operations_.canMoveDown(rows));
 }
 
 void StampsController::reload()
 {
+    editors_.removeOrphans();
     const std::vector<int> rows = selection();
     model_.refresh();
-    if (selection() != rows) selectRows(*window_.ui().stampsTableView, rows);
+    if (selection() != rows) selectRows(pane_.table(), rows);
     updateCommands();
 }
 
 void StampsController::show(const RowSelection& selection, bool takeFocus)
 {
-    QTableView& table = *window_.ui().stampsTableView;
+    QTableView& table = pane_.table();
     model_.refresh();
     if (takeFocus) table.setFocus();
     selectRows(table, selection.rows);
@@ -153,10 +133,11 @@ void StampsController::selectFirstStamp()
 
 void StampsController::edit(const std::shared_ptr<IStampItem>& stamp)
 {
-    // New stamps whose editors were closed without adding them were given up.
+    // New stamps that were not added when their editors were closed are not wanted any more.
     std::erase_if(tempStamps_, [this](const auto& each) { return !editors_.isOpen(*each); });
+    editors_.removeOrphans();
     tempStamps_.push_back(stamp);
-    stamp->edit(editors_);
+    editors_.edit(stamp);
 }
 
 void StampsController::textStampAction()
@@ -174,15 +155,15 @@ void StampsController::stampDoubleAction()
     guarded("Error in [stampDoubleAction:] : %@", [this] {
         const int row = selectedStamp();
         if (row < 0) return;
-        number_.stamps.at(static_cast<std::size_t>(row))->edit(editors_);
+        editors_.edit(number_.stamps.at(static_cast<std::size_t>(row)));
     });
 }
 
 void StampsController::removeStampAction()
 {
-    // The editors of all the stamps that go, not of the first one only.
+    // removeStampAction() announces the first stamp only; the editors of all removed stamps have to close.
     for (const int row : selection())
-        number_.stamps[static_cast<std::size_t>(row)]->removehandlers();
+        editors_.removehandlers(*number_.stamps[static_cast<std::size_t>(row)]);
     show(operations_.removeStampAction(selection()));
     Q_EMIT renderRequested();
 }
@@ -205,7 +186,7 @@ void StampsController::addStamp(IStampItem& stamp)
 
 void StampsController::removeStamp(IStampItem& stamp)
 {
-    // Its editor is on the stack of this call and must not go before it returns.
+    // The stamp's editor makes this call; the stamp has to live until the call returns.
     const auto isIt = [&](const auto& candidate) { return candidate.get() == &stamp; };
     const auto found = std::find_if(number_.stamps.begin(), number_.stamps.end(), isIt);
     const std::shared_ptr<IStampItem> kept = found == number_.stamps.end() ? nullptr : *found;
@@ -218,29 +199,15 @@ void StampsController::stampRenamed(IStampItem&)
     reload();
 }
 
-void StampsController::setEditorsEnabled(bool enabled)
-{
-    editors_.setEditorsEnabled(enabled);
-}
-
-void StampsController::closeEditors()
-{
-    for (const auto& stamp : number_.stamps)
-        stamp->removehandlers();
-    for (const auto& stamp : tempStamps_)
-        stamp->removehandlers();
-    tempStamps_.clear();
-}
-
 void StampsController::stampSaveAction()
 {
     const SavePanel panel{tr("%1 Profile").arg(getAppTitle()), profileType(), QString()};
     guarded("Error in [stampSaveAction:] : %@", [&] {
-        panels_.save(&window_, panel, [this](const FilePath& path) {
+        panels_.save(pane_.window(), panel, [this](const FilePath& path) {
             if (number_.save(path))
-                alerts_.information(&window_, tr("%1 Profile save successfully.").arg(getAppTitle()));
+                alerts_.information(pane_.window(), tr("%1 Profile save successfully.").arg(getAppTitle()));
             else
-                alerts_.critical(&window_, tr("Unable to save %1 Profile!").arg(getAppTitle()));
+                alerts_.critical(pane_.window(), tr("Unable to save %1 Profile!").arg(getAppTitle()));
         });
     });
 }
@@ -251,14 +218,14 @@ void StampsController::stampLoadAction()
     panel.message = tr("%1 Profile").arg(getAppTitle());
     panel.types = QStringList{profileType()};
     guarded("Error in [stampLoadAction:] : %@", [&] {
-        panels_.open(&window_, panel, [this](const QList<FilePath>& paths) {
+        panels_.open(pane_.window(), panel, [this](const QList<FilePath>& paths) {
             const StampList before = number_.stamps;
             if (!number_.load(paths.value(0))) {
-                alerts_.critical(&window_, tr("Unable to load %1 Profile!").arg(getAppTitle()));
+                alerts_.critical(pane_.window(), tr("Unable to load %1 Profile!").arg(getAppTitle()));
                 return;
             }
             for (const auto& stamp : before)
-                stamp->removehandlers(); // they are not part of the job any more
+                editors_.removehandlers(*stamp); // these stamps are not part of the job any more
             model_.refresh();
             show({{0}, 0});
             Q_EMIT profileLoaded();

@@ -10,7 +10,9 @@
 
 namespace quillfern {
 
-class MainWindow;
+class Activity;
+class StampsPane;
+class WindowActions;
 
 /// Connects the list of stamps with the window: its table, its commands, the editors and the profiles. Main
 /// thread.
@@ -19,9 +21,9 @@ class StampsController final : public QObject, public StampHost
     Q_OBJECT
 
   public:
-    /// Everything outlives the controller; no check mark changes while `isLocked` says so.
-    StampsController(Numbering& number, MainWindow& window, FilePanels& panels, Alerts& alerts,
-                     std::function<bool()> isLocked);
+    /// Everything outlives the controller. While a job runs no stamp can be edited.
+    StampsController(Numbering& number, const Activity& activity, StampsPane& pane,
+                     const WindowActions& actions, FilePanels& panels, Alerts& alerts);
     ~StampsController() override;
 
     /// Shows the stamps as they are now, with the selection as it was.
@@ -31,20 +33,16 @@ class StampsController final : public QObject, public StampHost
     /// The first selected row; -1 for none.
     [[nodiscard]] int selectedStamp() const;
 
-    /// Stops and allows editing in all windows of stamps.
-    void setEditorsEnabled(bool enabled);
-
   Q_SIGNALS:
     void selectionChanged();
-    /// The picture has to be drawn anew, for another reason than a change that the configuration tells of.
+    /// The picture has to be drawn anew, for another reason than a change of which the configuration
+    /// notifies.
     void renderRequested();
     /// A profile has replaced the configuration.
     void profileLoaded();
 
-  protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
   private:
+    void connectTable();
     void connectCommands();
     void textStampAction();
     void imageStampAction();
@@ -56,20 +54,20 @@ class StampsController final : public QObject, public StampHost
     void show(const RowSelection& selection, bool takeFocus = false);
     void updateCommands();
     void forgetEdited(const IStampItem& stamp);
-    void closeEditors();
 
     void addStamp(IStampItem& stamp) override;
     void removeStamp(IStampItem& stamp) override;
     void stampRenamed(IStampItem& stamp) override;
 
     Numbering& number_;
-    MainWindow& window_;
+    StampsPane& pane_;
+    const WindowActions& actions_;
     FilePanels& panels_;
     Alerts& alerts_;
     StampsModel model_;
     StampListOperations operations_;
     StampEditors editors_;
-    StampList tempStamps_; ///< new ones, which live by their editor until they are added
+    StampList tempStamps_; ///< new stamps, kept alive for their editors until they are added
 };
 
 } // namespace quillfern

@@ -6,8 +6,8 @@
 
 namespace quillfern {
 
-/// The configuration's stamps as a table, one row a stamp. It shows the list as it was at the last refresh(),
-/// which has to follow every change of it. Main thread.
+/// The configuration's stamps as a table, one row a stamp. The model shows the list as it was at the last
+/// refresh(), which is to be called after every change of the list. Main thread.
 class StampsModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ class StampsModel final : public QAbstractTableModel
   public:
     enum Column { IsSelectedColumn, DescriptionColumn, LabelColumn, ColumnCount };
 
-    /// The configuration outlives the model. No check mark changes while `isLocked` says so.
+    /// The configuration outlives the model. While `isLocked` returns true no check mark can be changed.
     StampsModel(Numbering& number, std::function<bool()> isLocked, QObject* parent = nullptr);
 
     /// Shows the list as it is now. A list of the same stamps keeps its selection.

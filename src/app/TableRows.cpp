@@ -16,7 +16,7 @@ void setUpTable(QTableView& table)
 {
     table.setSelectionBehavior(QAbstractItemView::SelectRows);
     table.setSelectionMode(QAbstractItemView::ExtendedSelection);
-    table.setTabKeyNavigation(false); // or the keyboard would never get out of the table
+    table.setTabKeyNavigation(false); // otherwise Tab could not leave the table
     table.setShowGrid(false);
     table.setAlternatingRowColors(true);
     table.setWordWrap(false);

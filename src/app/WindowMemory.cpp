@@ -1,10 +1,13 @@
 #include "app/WindowMemory.h"
 
+#include "app/CustomTableView.h"
+#include "app/FilesPane.h"
 #include "app/MainWindow.h"
-#include "ui_MainWindow.h"
+#include "app/StampsPane.h"
 
 #include <QHeaderView>
 #include <QScreen>
+#include <QSplitter>
 
 namespace quillfern {
 
@@ -42,21 +45,21 @@ void WindowMemory::restore(MainWindow& window) const
         window.resize(QSize(1240, 800).boundedTo(room - QSize(20, 60)).expandedTo(window.minimumSize()));
         return;
     }
-    // Each of these refuses bytes that are not its own.
+    // Each of these functions refuses bytes that another one has saved.
     const auto bytes = [&](const QString& name) { return record->bytes(name).value_or(QByteArray()); };
     window.restoreGeometry(bytes(geometryKey()));
-    window.ui().splitter->restoreState(bytes(splitterKey()));
-    window.ui().mainTableView->horizontalHeader()->restoreState(bytes(filesKey()));
-    window.ui().stampsTableView->horizontalHeader()->restoreState(bytes(stampsKey()));
+    window.splitter().restoreState(bytes(splitterKey()));
+    window.filesPane().table().horizontalHeader()->restoreState(bytes(filesKey()));
+    window.stampsPane().table().horizontalHeader()->restoreState(bytes(stampsKey()));
 }
 
 void WindowMemory::remember(MainWindow& window)
 {
     Record record;
     record.set(geometryKey(), window.saveGeometry());
-    record.set(splitterKey(), window.ui().splitter->saveState());
-    record.set(filesKey(), window.ui().mainTableView->horizontalHeader()->saveState());
-    record.set(stampsKey(), window.ui().stampsTableView->horizontalHeader()->saveState());
+    record.set(splitterKey(), window.splitter().saveState());
+    record.set(filesKey(), window.filesPane().table().horizontalHeader()->saveState());
+    record.set(stampsKey(), window.stampsPane().table().horizontalHeader()->saveState());
     defaults_.setValue(key(), record);
 }
 

@@ -6,7 +6,7 @@ namespace quillfern {
 
 class MainWindow;
 
-/// Remembers what the user has made of the window: its size and place, the divider, the columns of both
+/// Saves and restores how the user arranged the window: its size and place, the divider, the columns of both
 /// tables and the order of the files. Main thread.
 class WindowMemory
 {
@@ -14,9 +14,10 @@ class WindowMemory
     /// The store outlives this.
     explicit WindowMemory(DefaultsStore& defaults) : defaults_(defaults) {}
 
-    /// Gives the window what is remembered, where there is something and it makes sense. Before it is shown.
+    /// Arranges the window as saved, as far as the store holds valid values. To be called before the window
+    /// is shown.
     void restore(MainWindow& window) const;
-    /// Puts it into the store; it is on the disk after the store's next flush.
+    /// Puts the window's arrangement into the store, whose next flush writes it to the disk.
     void remember(MainWindow& window);
 
   private:

@@ -58,4 +58,9 @@ QRectF previewFrame(const QSizeF& box)
     return {(box.width() - width) * 0.5, (box.height() - height) * 0.5, width, height};
 }
 
+double tallestPreviewBox(double width)
+{
+    return width / proportion + edges;
+}
+
 } // namespace quillfern

@@ -42,5 +42,7 @@ class PreviewModel
 
 /// Where the picture stands in its box of this size: centred, with a page's proportions.
 [[nodiscard]] QRectF previewFrame(const QSizeF& box);
+/// The height of the tallest box of this width that its previewFrame() does not stick out of.
+[[nodiscard]] double tallestPreviewBox(double width);
 
 } // namespace quillfern

@@ -23,6 +23,11 @@ RowSelection StampListOperations::addStamp(std::shared_ptr<IStampItem> stamp)
     return {{last}, last};
 }
 
+void StampListOperations::announce(IStampItem& stamp) const
+{
+    if (stampGoes_) stampGoes_(stamp);
+}
+
 void StampListOperations::removeRows(const std::vector<int>& rows)
 {
     for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
@@ -36,7 +41,7 @@ RowSelection StampListOperations::removeStampAction(const std::vector<int>& sele
     const int next = selectedRows.empty() ? 0 : selectedRows.back() - 1;
     guarded("Error in [removeStampAction:] : %@", [&] {
         if (selectedRows.empty()) throw Failure(QStringLiteral("no stamp is selected"));
-        stampAt(selectedRows.front()).removehandlers();
+        announce(stampAt(selectedRows.front()));
         removeRows(selectedRows);
     });
     return {{next}, next};
@@ -51,7 +56,7 @@ RowSelection StampListOperations::removeStamp(const IStampItem& stamp, const std
         if (found == number_.stamps.end()) throw Failure(QStringLiteral("the stamp is not in the list"));
         // Kept alive until its own call into here has returned.
         const std::shared_ptr<IStampItem> kept = *found;
-        kept->removehandlers();
+        announce(*kept);
         if (!selectedRows.empty() && &stampAt(selectedRows.front()) == &stamp)
             removeRows(selectedRows);
         else
@@ -112,19 +117,6 @@ void StampListOperations::resetNumberCounters()
     number_.setStartNumber(1);
     number_.setNumberSteps(1);
     number_.endUpdate(changed);
-}
-
-QString guardedInteger(int fieldTag, const QString& text)
-{
-    const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
-    const auto first = std::find_if(text.begin(), text.end(), isDigit);
-    const auto last = std::find_if(text.rbegin(), text.rend(), isDigit).base();
-    const QString trimmed = first < last ? QString(first, last - first) : QString();
-    // The number that the text begins with, as far as it goes.
-    const auto stop = std::find_if_not(trimmed.begin(), trimmed.end(), isDigit);
-    const bool isZero = std::all_of(trimmed.begin(), stop, [](QChar c) { return c == QLatin1Char('0'); });
-    if (!trimmed.isEmpty() && !isZero) return trimmed;
-    return fieldTag == 30001 ? QStringLiteral("2") : QStringLiteral("1");
 }
 
 } // namespace quillfern

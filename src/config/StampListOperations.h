@@ -2,6 +2,7 @@
 
 #include "config/Numbering.h"
 
+#include <functional>
 #include <vector>
 
 namespace quillfern {
@@ -20,7 +21,12 @@ struct RowSelection
 class StampListOperations
 {
   public:
-    explicit StampListOperations(Numbering& number) : number_(number) {}
+    /// `stampGoes` is called for the stamp whose editor a removal has to end, while the stamp is still in the
+    /// list. None is called when it is empty.
+    explicit StampListOperations(Numbering& number, std::function<void(IStampItem&)> stampGoes = {})
+        : number_(number), stampGoes_(std::move(stampGoes))
+    {
+    }
 
     /// Appends the stamp and selects it.
     RowSelection addStamp(std::shared_ptr<IStampItem> stamp);
@@ -41,14 +47,12 @@ class StampListOperations
     void resetNumberCounters();
 
   private:
+    void announce(IStampItem& stamp) const;
     void removeRows(const std::vector<int>& rows);
     IStampItem& stampAt(int row) const;
 
     Numbering& number_;
+    std::function<void(IStampItem&)> stampGoes_;
 };
-
-/// What one of the two guarded whole-number fields (by its tag, 30001 or 30002) shows after the user typed
-/// `text`: the text without what is not a digit at its ends, or the field's smallest sensible number.
-[[nodiscard]] QString guardedInteger(int fieldTag, const QString& text);
 
 } // namespace quillfern

@@ -65,7 +65,7 @@ void AnchorGrid::showAnchor(std::int32_t anchor)
     if (QAbstractButton* button = group_.button(anchor)) {
         button->setChecked(true);
     } else if (QAbstractButton* checked = group_.checkedButton()) {
-        group_.setExclusive(false); // an exclusive group never lets go of its last one
+        group_.setExclusive(false); // in an exclusive group the last pressed button cannot be released
         checked->setChecked(false);
         group_.setExclusive(true);
     }

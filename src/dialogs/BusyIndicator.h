@@ -5,8 +5,8 @@
 
 namespace quillfern {
 
-/// A small wheel that turns while something is going on, and is not to be seen otherwise. It keeps its place
-/// in a layout either way.
+/// A small wheel that turns while the program is busy and is invisible otherwise. A layout keeps its place in
+/// both cases.
 class BusyIndicator final : public QWidget
 {
     Q_OBJECT

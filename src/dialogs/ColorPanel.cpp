@@ -21,7 +21,7 @@ void ColorPanel::show(QWidget* over, const QString& title, const QColor& color,
         dialog_->setOptions(QColorDialog::NoButtons | QColorDialog::DontUseNativeDialog);
         dialog_->setAttribute(Qt::WA_QuitOnClose, false);
         connect(dialog_.get(), &QColorDialog::currentColorChanged, this, [this](const QColor& now) {
-            const auto serve = picked_; // the call may end with this panel closed
+            const auto serve = picked_; // a copy, because the call may close this panel and clear the member
             if (over_ && serve) serve(QColor(now.red(), now.green(), now.blue()));
         });
     }

@@ -11,8 +11,8 @@ class QColorDialog;
 
 namespace quillfern {
 
-/// The one colour panel that all editors share. It is live: every colour picked in it is handed on at once,
-/// so it has nothing to confirm, and it offers opaque colours only. Main thread.
+/// The one colour panel that all editors share. Every colour picked in the panel takes effect at once, so
+/// there is nothing to confirm; only opaque colours are offered. Main thread.
 class ColorPanel final : public QObject
 {
     Q_OBJECT
@@ -22,10 +22,10 @@ class ColorPanel final : public QObject
     ~ColorPanel() override;
 
     /// Shows the panel over the window `over` with this colour. `picked` is called with every colour picked
-    /// from now on; whoever was served before is no more.
+    /// from now on, and the function given before is not called any more.
     void show(QWidget* over, const QString& title, const QColor& color,
               std::function<void(const QColor&)> picked);
-    /// Closes the panel if it serves that window.
+    /// Closes the panel if it is shown for that window.
     void closeFor(const QWidget* over);
 
   private:

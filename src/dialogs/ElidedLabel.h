@@ -4,8 +4,8 @@
 
 namespace quillfern {
 
-/// A line of plain text that takes the room there is: what does not fit is cut off with an ellipsis, and the
-/// whole is the tool tip. Its text never widens a window.
+/// A line of plain text that fills the space it is given: a longer text is shortened with an ellipsis, and
+/// the whole text is the tool tip. The text never widens a window.
 class ElidedLabel final : public QLabel
 {
     Q_OBJECT

@@ -23,7 +23,7 @@ void ExactSpinBox::setNaturalRange(double minimum, double maximum, int decimals)
 
 void ExactSpinBox::showNumber(double number)
 {
-    if (number == value()) return; // leaves a text that is being typed as it is
+    if (number == value()) return; // a text that is being typed stays as it is
     const QSignalBlocker quiet(this);
     setRange(std::min(minimum_, number), std::max(maximum_, number));
     setValue(number);
@@ -44,7 +44,7 @@ QString ExactSpinBox::textFromValue(double value) const
 
 void ExactSpinBox::tellEdit(double number)
 {
-    // Narrowing the range corrects the value, which comes back here.
+    // Narrowing the range corrects the value, which calls this function again.
     if (minimum() < minimum_ || maximum() > maximum_) {
         const double before = value();
         setRange(minimum_, maximum_);

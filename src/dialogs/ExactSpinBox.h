@@ -4,9 +4,9 @@
 
 namespace quillfern {
 
-/// A field for an exact number. It shows whatever number it is given, also one outside the range that people
-/// may enter (a profile can hold any); the first edit brings it back into that range. Zeros that say nothing
-/// are not shown.
+/// A field for an exact number. The field shows any number, also one outside the range that people may enter,
+/// because a profile can hold any; the first edit brings the number into that range. Trailing zeros are not
+/// shown.
 class ExactSpinBox final : public QDoubleSpinBox
 {
     Q_OBJECT
@@ -16,13 +16,13 @@ class ExactSpinBox final : public QDoubleSpinBox
 
     /// What people may enter, with so many decimals at most.
     void setNaturalRange(double minimum, double maximum, int decimals = 0);
-    /// Shows a number without telling that it was edited.
+    /// Shows a number without the signal edited().
     void showNumber(double number);
 
     [[nodiscard]] QString textFromValue(double value) const override;
 
   Q_SIGNALS:
-    /// The user has entered another number; with every key that makes one.
+    /// The user has entered another number; emitted for every key that changes the number.
     void edited(double number);
 
   private:

@@ -72,4 +72,16 @@ void NumberField::setIntegerValue(std::int64_t value)
     if (text() != shown) setText(shown);
 }
 
+QString guardedInteger(GuardTag tag, const QString& text)
+{
+    const auto first = std::find_if(text.begin(), text.end(), isDigit);
+    const auto last = std::find_if(text.rbegin(), text.rend(), isDigit).base();
+    const QString trimmed = first < last ? QString(first, last - first) : QString();
+    // The number that the text begins with, as far as it goes.
+    const auto stop = std::find_if_not(trimmed.begin(), trimmed.end(), isDigit);
+    const bool isZero = std::all_of(trimmed.begin(), stop, [](QChar c) { return c == QLatin1Char('0'); });
+    if (!trimmed.isEmpty() && !isZero) return trimmed;
+    return tag == GuardTag::NumberSteps ? QStringLiteral("2") : QStringLiteral("1");
+}
+
 } // namespace quillfern

@@ -20,7 +20,7 @@ class CustomNumberFormatterInteger final : public QValidator
     qsizetype mostDigits_;
 };
 
-/// Accepts digits and points only; how many points is left to whoever reads the number.
+/// Accepts digits and points only, any number of points; the reader of the number stops at the second point.
 class CustomNumberFormatterDecimal final : public QValidator
 {
     Q_OBJECT
@@ -70,5 +70,17 @@ class NumberField final : public QLineEdit
 /// The whole number that a text begins with, blanks aside; 0 when it begins with none. What 64 bits cannot
 /// hold becomes the nearest that they can.
 [[nodiscard]] std::int64_t leadingInteger(const QString& text);
+
+/// The two fields that always hold a number above 0, also while the user types. The values are the fields'
+/// tags.
+enum class GuardTag {
+    NumberSteps = 30001,
+    StartPage = 30002,
+};
+
+/// What a guarded field shows after the user typed `text`: the text without what is not a digit at its ends;
+/// for a text that is empty or begins with the number 0, the field's own smallest number (2 for the step, 1
+/// for the first page).
+[[nodiscard]] QString guardedInteger(GuardTag tag, const QString& text);
 
 } // namespace quillfern

@@ -41,7 +41,7 @@ class FontNameDelegate final : public QStyledItemDelegate
         const QString family = index.data().toString();
         QFont face(family);
         face.setPointSizeF(given.font.pointSizeF() * faceScale);
-        // Where a face has pictures for letters, its name could not be read in it.
+        // A face with pictures in place of letters cannot show its own name.
         const auto systems = QFontDatabase::writingSystems(family);
         const bool isSymbols =
             systems.contains(QFontDatabase::Symbol) && !systems.contains(QFontDatabase::Latin);
@@ -112,7 +112,7 @@ void FontMenu::setFonts(const std::vector<PDFFont>& fonts)
 
 void FontMenu::showFamily(const QString& family)
 {
-    if (family != family_) select(family); // else a name may be being typed
+    if (family != family_) select(family); // the user may be typing a name otherwise
 }
 
 void FontMenu::select(const QString& family)
@@ -149,7 +149,7 @@ void FontMenu::takeNearest()
     choose(row);
 }
 
-/// A name that was not typed to its end is given up.
+/// A half-typed name is replaced by the chosen family's when editing ends.
 void FontMenu::restore()
 {
     if (currentText() != family_) setEditText(family_);

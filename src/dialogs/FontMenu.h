@@ -34,7 +34,7 @@ class FontMenu final : public QComboBox
     void takeNearest();
     void restore();
 
-    QString family_; ///< the one that is chosen, whatever is being typed
+    QString family_; ///< the chosen family, also while another name is being typed
 };
 
 } // namespace quillfern

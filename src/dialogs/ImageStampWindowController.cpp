@@ -34,8 +34,9 @@ std::int64_t inProportion(std::int64_t side, int own, int other)
 
 } // namespace
 
-ImageStampWindowController::ImageStampWindowController(ImageStamp& stamp, Numbering& number, StampHost& host,
-                                                       FilePanels& panels, Alerts& alerts, QWidget* parent)
+ImageStampWindowController::ImageStampWindowController(const std::shared_ptr<ImageStamp>& stamp,
+                                                       Numbering& number, StampHost& host, FilePanels& panels,
+                                                       Alerts& alerts, QWidget* parent)
     : StampEditorWindow(stamp, number, host, false, parent), ui_(std::make_unique<Ui::ImageStampWindow>()),
       panels_(panels), alerts_(alerts)
 {
@@ -45,12 +46,12 @@ ImageStampWindowController::ImageStampWindowController(ImageStamp& stamp, Number
     connectControls();
     ui_->chooseButton->setFocus();
 
-    // A drawn size in the picture's proportions is meant to stay in them.
-    if (const auto& picture = stamp.cacheImage()) {
+    // A size in the picture's proportions was chosen with the proportions locked.
+    if (const auto& picture = stamp->cacheImage()) {
         const QSize whole = picture->image().size();
         setIsAspectRatio(
-            stamp.stampImageHeight == inProportion(stamp.stampImageWidth, whole.width(), whole.height()) ||
-            stamp.stampImageWidth == inProportion(stamp.stampImageHeight, whole.height(), whole.width()));
+            stamp->stampImageHeight == inProportion(stamp->stampImageWidth, whole.width(), whole.height()) ||
+            stamp->stampImageWidth == inProportion(stamp->stampImageHeight, whole.height(), whole.width()));
     }
 }
 
@@ -221,7 +222,7 @@ void ImageStampWindowController::showPicture()
 void ImageStampWindowController::showSize()
 {
     const auto show = [](NumberField& field, std::int64_t side) {
-        // While a number is typed its text may be another than that of the value, such as none for 0.
+        // While the user types, the text may differ from the value's own, such as an empty text for 0.
         if (!field.hasFocus() || field.integerValue() != side) field.setIntegerValue(side);
     };
     show(*ui_->stampImageWidthTextField, image()->stampImageWidth);

@@ -24,14 +24,14 @@ class ImageStampWindowController final : public StampEditorWindow
     Q_OBJECT
 
   public:
-    ImageStampWindowController(ImageStamp& stamp, Numbering& number, StampHost& host, FilePanels& panels,
-                               Alerts& alerts, QWidget* parent);
+    ImageStampWindowController(const std::shared_ptr<ImageStamp>& stamp, Numbering& number, StampHost& host,
+                               FilePanels& panels, Alerts& alerts, QWidget* parent);
     ~ImageStampWindowController() override;
 
     /// Lets the user choose a picture file.
     void changeImageAction();
-    /// Reads a picture file and gives it to the stamp. The window stays live meanwhile; a picture that comes
-    /// while editing is disabled waits.
+    /// Reads a picture file and gives it to the stamp. The window can be used meanwhile; a picture that
+    /// is read while editing is disabled waits until it is enabled.
     void loadPicture(const FilePath& path);
     void removeImageAction();
     /// Whether editing one side of the drawn size changes the other.

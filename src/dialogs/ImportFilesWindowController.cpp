@@ -14,7 +14,7 @@ namespace quillfern {
 
 namespace {
 
-/// In a group of its kind one radio button is always on, unless the group is opened for the moment.
+/// Switches a radio button on or off. An exclusive group would keep its last button on.
 void setOn(QRadioButton& button, bool isOn)
 {
     button.setAutoExclusive(false);
@@ -22,8 +22,8 @@ void setOn(QRadioButton& button, bool isOn)
     button.setAutoExclusive(true);
 }
 
-/// The text as it was entered, which toPlainText() is not: it makes ordinary blanks of those that keep words
-/// together, and a path with such a blank would name another file.
+/// The text as it was entered. toPlainText() replaces no-break spaces by ordinary ones, and a path with such
+/// a space would then name another file.
 QString textOf(const QPlainTextEdit& edit)
 {
     return edit.document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
@@ -90,12 +90,12 @@ void ImportFilesWindowController::importMethodChanged(int tag)
     showTexts();
     setOn(*ui_->importFromFileBtn, isFile);
     setOn(*ui_->importFromTextBtn, isText);
-    // The focus moves first, or it would wander from a field that is disabled to one that is not.
+    // The focus moves before a field is disabled; Qt would move it to any other field otherwise.
     if (isFile) ui_->importFromFileBtn->setFocus();
     if (isText) ui_->importFromTextBtn->setFocus();
     ui_->importFile->setEnabled(isFile);
     ui_->browseBtn->setEnabled(isFile);
-    ui_->importText->setEnabled(isText); // and so in the palette's colours for it
+    ui_->importText->setEnabled(isText); // shows the palette's colours for disabled text
     ui_->pasteFromClipboardBtn->setEnabled(isText);
 }
 
@@ -143,7 +143,7 @@ void ImportFilesWindowController::cancelAction()
 void ImportFilesWindowController::readFields()
 {
     import_.setImportFile(ui_->importFile->text());
-    // What was pasted is known as it is, which the text area need not show: names can hold line ends.
+    // The text area is read only after an edit: names can hold line ends, which the area does not show.
     if (ui_->importText->document()->isModified()) import_.setImportText(textOf(*ui_->importText));
 }
 

@@ -129,8 +129,8 @@ class KeyHintStyle final : public QProxyStyle
     bool eventFilter(QObject* watched, QEvent* event) override
     {
         if (event->type() == QEvent::Paint && !isRetired_) {
-            // Nothing tells of a new text, nor a widget with a style of its own of a new application style;
-            // but both have the button painted.
+            // There is no signal for a button's new text, and none for a new application style on a widget
+            // with a style of its own. Both cause the button to be painted.
             takeUpText();
             if (applicationStyle() != baseName_)
                 QMetaObject::invokeMethod(
@@ -150,7 +150,7 @@ class KeyHintStyle final : public QProxyStyle
     {
         isRetired_ = true;
         button_.removeEventFilter(this);
-        deleteLater(); // perhaps a style is replaced while it draws
+        deleteLater(); // this style may be replaced while it draws
     }
 
     /// A button that gets a new text loses its shortcut.

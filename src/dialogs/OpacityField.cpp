@@ -49,7 +49,7 @@ void OpacityField::setSubject(const QString& subject, const QString& readOutName
 {
     readOut_.setObjectName(readOutName);
     slider_.setAccessibleName(subject);
-    slider_.setToolTip(tr("0% cannot be seen, 100% lets nothing through"));
+    slider_.setToolTip(tr("0% is invisible, 100% is opaque"));
     exact_.setAccessibleName(tr("%1 in percent").arg(subject));
     exact_.setToolTip(tr("The exact opacity in percent"));
 }

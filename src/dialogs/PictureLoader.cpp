@@ -21,7 +21,7 @@ void PictureLoader::load(const FilePath& path)
     QThreadPool::globalInstance()->start([promise, path] {
         try {
             LoadedPicture loaded = LoadedPicture::readFor(path);
-            // Makes every smaller size on the way, so that the first drawing waits for none.
+            // The smaller sizes are made here as well, so that the first drawing need not make them.
             std::ignore = loaded.picture.imageFor(QSizeF(1, 1));
             promise->addResult(std::move(loaded));
         } catch (...) {
@@ -50,7 +50,7 @@ void PictureLoader::finish()
     } catch (...) {
         reason = reasonOfCurrentException();
     }
-    // Whoever hears of it may end this object: nothing comes after.
+    // A receiver of the signal may delete this object: nothing may follow.
     if (picture)
         Q_EMIT loaded(*picture);
     else

@@ -7,8 +7,9 @@
 
 namespace quillfern {
 
-/// Reads a picture file on another thread, so that a picture of any size leaves its window live. One file at
-/// a time: a new request, cancel() and destruction give up the one before, which ends unheard. Main thread.
+/// Reads a picture file on another thread, so that the window can be used while a large picture is read. One
+/// file at a time: after a new request, cancel() or destruction the result of the one before is dropped. Main
+/// thread.
 class PictureLoader final : public QObject
 {
     Q_OBJECT

@@ -26,7 +26,7 @@ class PictureView final : public QWidget
     [[nodiscard]] const std::optional<Picture>& picture() const { return picture_; }
     /// What stands in the place of a picture.
     void setHint(const QString& hint);
-    /// While a file is read a bar moves; the picture there is stays in sight.
+    /// While a file is read a bar moves; the present picture stays visible.
     void setBusy(bool busy);
 
     [[nodiscard]] QSize sizeHint() const override;

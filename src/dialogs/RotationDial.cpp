@@ -13,7 +13,7 @@ namespace quillfern {
 namespace {
 
 constexpr int sidePoints = 76;
-constexpr int catchDegrees = 4; ///< how near a drag must come to be caught
+constexpr int catchDegrees = 4; ///< how near to a multiple a drag snaps to it
 
 /// The nearest multiple of `step`.
 int nearest(double degrees, int step)

@@ -5,7 +5,8 @@
 namespace quillfern {
 
 /// A dial for an angle in whole degrees: 0 points to the right and angles grow counter-clockwise, as stamps
-/// turn on the page. Dragging catches at every 45 degrees, with Shift at every 15 only.
+/// turn on the page. A drag snaps to multiples of 45 degrees when near one; with Shift it goes in
+/// steps of 15.
 class RotationDial final : public QDial
 {
     Q_OBJECT

@@ -8,9 +8,9 @@
 
 namespace quillfern {
 
-StampEditorWindow::StampEditorWindow(IStampItem& stamp, Numbering& number, StampHost& host,
-                                     bool isLabelASetting, QWidget* parent)
-    : QDialog(parent), stamp_(&stamp), number_(number), host_(host), isLabelASetting_(isLabelASetting)
+StampEditorWindow::StampEditorWindow(const std::shared_ptr<IStampItem>& stamp, Numbering& number,
+                                     StampHost& host, bool isLabelASetting, QWidget* parent)
+    : QDialog(parent), stamp_(stamp), number_(number), host_(host), isLabelASetting_(isLabelASetting)
 {
     setAttribute(Qt::WA_QuitOnClose, false);
 }
@@ -23,22 +23,22 @@ void StampEditorWindow::connectShared(const SharedControls& controls)
     controls.notice->setVisible(false);
     connect(controls.label, &QLineEdit::textEdited, this, [this](const QString& text) {
         if (!editedStamp()) return;
-        stamp_->setLabel(text);
+        stamp()->setLabel(text);
         isLabelASetting_ ? settingsChanged() : stampRenamed();
     });
     connect(controls.enabled, &QCheckBox::clicked, this, [this](bool on) {
         if (!editedStamp()) return;
-        stamp_->setIsSelected(on);
+        stamp()->setIsSelected(on);
         settingsChanged();
     });
     connect(controls.symmetry, &QCheckBox::clicked, this, [this](bool on) {
         if (!editedStamp()) return;
-        stamp_->setIsSymmetry(on);
+        stamp()->setIsSymmetry(on);
         stampRenamed();
     });
     connect(controls.underContent, &QCheckBox::clicked, this, [this](bool on) {
         if (!editedStamp()) return;
-        stamp_->setIsDrawUnderPDFContent(on);
+        stamp()->setIsDrawUnderPDFContent(on);
         stampRenamed();
     });
     connect(controls.anchors, &AnchorGrid::anchorChosen, this, &StampEditorWindow::marginAnchorChanged);
@@ -47,7 +47,7 @@ void StampEditorWindow::connectShared(const SharedControls& controls)
     connect(controls.close, &QPushButton::clicked, this, &StampEditorWindow::reject);
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
             &StampEditorWindow::reject);
-    // Return ends a field; it presses no button.
+    // Return ends editing in a field; it presses no button.
     for (QPushButton* button : findChildren<QPushButton*>())
         button->setAutoDefault(false);
 }
@@ -64,12 +64,12 @@ void StampEditorWindow::showAndReset()
 
 void StampEditorWindow::refresh()
 {
-    if (!stamp_) return;
+    if (!stamp()) return;
     listed_ = listed();
-    showText(*controls_.label, stamp_->label());
-    controls_.enabled->setChecked(stamp_->isSelected());
-    controls_.symmetry->setChecked(stamp_->isSymmetry());
-    controls_.underContent->setChecked(stamp_->isDrawUnderPDFContent());
+    showText(*controls_.label, stamp()->label());
+    controls_.enabled->setChecked(stamp()->isSelected());
+    controls_.symmetry->setChecked(stamp()->isSymmetry());
+    controls_.underContent->setChecked(stamp()->isDrawUnderPDFContent());
     setMarginAnchor();
     showFields();
     showTitle();
@@ -77,14 +77,14 @@ void StampEditorWindow::refresh()
 
 void StampEditorWindow::reset()
 {
-    const bool isListed = stamp_ && isInList();
+    const bool isListed = stamp() && isInList();
     controls_.add->setEnabled(editedStamp() && !isListed);
     controls_.remove->setEnabled(editedStamp() && isListed);
 }
 
 void StampEditorWindow::invalidate()
 {
-    stamp_ = nullptr; // first: closing ends edits that are under way
+    stamp_.reset(); // first: closing the window ends half-done edits, which must not reach the stamp
     hide();
 }
 
@@ -106,14 +106,14 @@ void StampEditorWindow::setEditingEnabled(bool enabled)
 void StampEditorWindow::addStampAction()
 {
     if (!editedStamp() || isInList()) return;
-    host_.addStamp(*stamp_);
+    host_.addStamp(*stamp());
     hide();
 }
 
 void StampEditorWindow::deleteStampAction()
 {
-    IStampItem* const doomed = editedStamp();
-    if (!doomed) return;
+    if (!editedStamp()) return;
+    const std::shared_ptr<IStampItem> doomed = stamp_.lock(); // lives until the list's owner is done with it
     hide();
     if (isInList()) host_.removeStamp(*doomed);
 }
@@ -121,14 +121,14 @@ void StampEditorWindow::deleteStampAction()
 void StampEditorWindow::marginAnchorChanged(int anchor)
 {
     if (!editedStamp()) return;
-    stamp_->setMarginAnchor(anchor);
+    stamp()->setMarginAnchor(anchor);
     setMarginAnchor();
     settingsChanged();
 }
 
 void StampEditorWindow::setMarginAnchor()
 {
-    if (stamp_) controls_.anchors->showAnchor(stamp_->marginAnchor());
+    if (stamp()) controls_.anchors->showAnchor(stamp()->marginAnchor());
 }
 
 void StampEditorWindow::settingsChanged()
@@ -142,7 +142,7 @@ void StampEditorWindow::stampRenamed()
 {
     showTitle();
     listed_ = listed();
-    host_.stampRenamed(*stamp_);
+    host_.stampRenamed(*stamp());
 }
 
 void StampEditorWindow::hideEvent(QHideEvent* event)
@@ -164,29 +164,29 @@ bool StampEditorWindow::event(QEvent* event)
 bool StampEditorWindow::isInList() const
 {
     return std::any_of(number_.stamps.begin(), number_.stamps.end(),
-                       [this](const auto& each) { return each.get() == stamp_; });
+                       [this](const auto& each) { return each.get() == stamp(); });
 }
 
 void StampEditorWindow::showTitle()
 {
-    // "[*]" in a title stands for a mark of changes, unless it is doubled.
+    // Qt replaces "[*]" in a title by its mark for unsaved changes, unless it is doubled.
     setWindowTitle(title().replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
 }
 
 QString StampEditorWindow::listed() const
 {
     return QStringLiteral("%1\n%2\n%3")
-        .arg(stamp_->isSelected())
-        .arg(stamp_->label().value_or(QString()), stamp_->description());
+        .arg(stamp()->isSelected())
+        .arg(stamp()->label().value_or(QString()), stamp()->description());
 }
 
-/// Many edits change the preview only; a list is told of those that it shows.
+/// Lists are notified only of edits that change what they show.
 void StampEditorWindow::tellListsIfListed()
 {
     const QString now = listed();
     if (now == listed_) return;
     listed_ = now;
-    host_.stampRenamed(*stamp_);
+    host_.stampRenamed(*stamp());
 }
 
 void alignForms(const QWidget& column)

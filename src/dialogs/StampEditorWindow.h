@@ -9,13 +9,14 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <memory>
 #include <optional>
 
 namespace quillfern {
 
 /// What the editors of both kinds of stamps share: a window that writes every edit straight into its stamp
-/// and tells the configuration of it, adds the stamp to the list, and removes it. Neither the window nor its
-/// controls touch the stamp after invalidate(), which comes before the stamp dies. Main thread.
+/// and notifies the configuration, adds the stamp to the list, and removes it. The window does not keep its
+/// stamp alive: once the stamp is gone, or after invalidate(), every control is without effect. Main thread.
 class StampEditorWindow : public QDialog
 {
     Q_OBJECT
@@ -29,10 +30,12 @@ class StampEditorWindow : public QDialog
     void refresh();
     /// Offers to add a stamp that is not in the list, and to delete one that is.
     void reset();
-    /// Lets go of the stamp and closes the window.
+    /// Closes the window, which does not touch the stamp from now on.
     void invalidate();
-    [[nodiscard]] bool edits(const IStampItem& stamp) const { return stamp_ == &stamp; }
-    /// While editing is disabled the window says why and changes nothing.
+    [[nodiscard]] bool edits(const IStampItem& edited) const { return stamp() == &edited; }
+    /// Whether there is a stamp to edit: it exists and invalidate() was not called.
+    [[nodiscard]] bool hasStamp() const { return stamp() != nullptr; }
+    /// While editing is disabled the window shows why and changes nothing.
     void setEditingEnabled(bool enabled);
 
     void addStampAction();
@@ -43,9 +46,9 @@ class StampEditorWindow : public QDialog
     void setMarginAnchor();
 
   protected:
-    /// `isLabelASetting` tells whether the preview is to follow the label as well as the lists.
-    StampEditorWindow(IStampItem& stamp, Numbering& number, StampHost& host, bool isLabelASetting,
-                      QWidget* parent);
+    /// `isLabelASetting`: whether the preview is redrawn when the label changes, as well as the lists.
+    StampEditorWindow(const std::shared_ptr<IStampItem>& stamp, Numbering& number, StampHost& host,
+                      bool isLabelASetting, QWidget* parent);
 
     /// The controls of that name in a window's layout.
     struct SharedControls
@@ -68,13 +71,14 @@ class StampEditorWindow : public QDialog
                 ui.symmetryCheckbox, ui.underContentCheckbox, ui.noticeLabel,     ui.addButton,
                 ui.deleteButton,     ui.closeButton};
     }
-    /// To be called once, when the layout stands.
+    /// To be called once, after setupUi().
     void connectShared(const SharedControls& controls);
 
-    /// Null once the stamp is let go, and while it must not be edited.
-    [[nodiscard]] IStampItem* editedStamp() const { return isEditingEnabled_ ? stamp_ : nullptr; }
-    /// Null once the stamp is let go.
-    [[nodiscard]] IStampItem* stamp() const { return stamp_; }
+    /// Null after the stamp was deleted or invalidate() was called, and while editing is disabled.
+    [[nodiscard]] IStampItem* editedStamp() const { return isEditingEnabled_ ? stamp() : nullptr; }
+    /// Null after the stamp was deleted or invalidate() was called. Notifying others of an edit may lead to
+    /// that.
+    [[nodiscard]] IStampItem* stamp() const { return stamp_.lock().get(); }
     [[nodiscard]] Numbering& number() const { return number_; }
     [[nodiscard]] bool isEditingEnabled() const { return isEditingEnabled_; }
 
@@ -84,9 +88,9 @@ class StampEditorWindow : public QDialog
     void stampRenamed();
 
     [[nodiscard]] virtual QString title() const = 0;
-    /// Shows what only this kind of stamp has. Only called while there is a stamp.
+    /// Shows the fields that only this kind of stamp has. Only called while there is a stamp.
     virtual void showFields() = 0;
-    /// The window closes, or its stamp must not be edited now: panels that it has open are to go.
+    /// Closes panels that belong to this window: the window closes, or editing is disabled.
     virtual void closePanels() {}
     virtual void editingEnabledChanged() {}
 
@@ -99,13 +103,13 @@ class StampEditorWindow : public QDialog
     [[nodiscard]] QString listed() const;
     void tellListsIfListed();
 
-    IStampItem* stamp_;
+    std::weak_ptr<IStampItem> stamp_;
     Numbering& number_;
     StampHost& host_;
     bool isLabelASetting_;
     bool isEditingEnabled_ = true;
     SharedControls controls_ = {};
-    QString listed_;            ///< what lists showed of the stamp when they were told last
+    QString listed_;            ///< the stamp's facts that lists were last notified of
     QPointer<QWidget> focused_; ///< where typing goes on when editing is enabled again
 };
 

@@ -2,41 +2,11 @@
 
 #include "dialogs/ImageStampWindowController.h"
 #include "dialogs/TextStampWindowController.h"
+#include "platform/system/Guarded.h"
 
 #include <algorithm>
 
 namespace quillfern {
-
-namespace {
-
-/// A stamp's hold on its window. The window may go earlier, with the one it belongs to.
-class WindowHold final : public StampEditor
-{
-  public:
-    explicit WindowHold(StampEditorWindow* window) : window_(window) {}
-    ~WindowHold() override
-    {
-        if (!window_) return;
-        window_->invalidate();
-        window_->deleteLater(); // the stamp may go in the midst of one of the window's own events
-    }
-    WindowHold(const WindowHold&) = delete;
-    WindowHold& operator=(const WindowHold&) = delete;
-
-    void showAndReset() override
-    {
-        if (window_) window_->showAndReset();
-    }
-    void invalidate() override
-    {
-        if (window_) window_->invalidate();
-    }
-
-  private:
-    QPointer<StampEditorWindow> window_;
-};
-
-} // namespace
 
 StampEditors::StampEditors(Numbering& number, StampHost& host, FilePanels& panels, Alerts& alerts,
                            QWidget* parent)
@@ -46,26 +16,62 @@ StampEditors::StampEditors(Numbering& number, StampHost& host, FilePanels& panel
 
 StampEditors::~StampEditors()
 {
-    for (const auto& window : windows_)
+    for (const auto& window : windows_) {
+        if (window) window->invalidate();
         delete window;
+    }
 }
 
-std::unique_ptr<StampEditor> StampEditors::editorFor(TextStamp& stamp)
+void StampEditors::edit(const std::shared_ptr<IStampItem>& stamp)
 {
-    return keep(new TextStampWindowController(stamp, number_, host_, colors_, parent_));
+    guarded("Error in edit : %@", [&] {
+        const auto found = std::find_if(windows_.begin(), windows_.end(),
+                                        [&](const auto& window) { return window && window->edits(*stamp); });
+        StampEditorWindow* const editor = found == windows_.end() ? makeEditor(stamp) : found->data();
+        editor->showAndReset();
+    });
 }
 
-std::unique_ptr<StampEditor> StampEditors::editorFor(ImageStamp& stamp)
+StampEditorWindow* StampEditors::makeEditor(const std::shared_ptr<IStampItem>& stamp)
 {
-    return keep(new ImageStampWindowController(stamp, number_, host_, panels_, alerts_, parent_));
-}
-
-std::unique_ptr<StampEditor> StampEditors::keep(StampEditorWindow* window)
-{
+    StampEditorWindow* window = nullptr;
+    if (const auto text = std::dynamic_pointer_cast<TextStamp>(stamp))
+        window = new TextStampWindowController(text, number_, host_, colors_, parent_);
+    else if (const auto image = std::dynamic_pointer_cast<ImageStamp>(stamp))
+        window = new ImageStampWindowController(image, number_, host_, panels_, alerts_, parent_);
+    else
+        throw Failure(QStringLiteral("there is no editor for this kind of stamp"));
     window->setEditingEnabled(areEnabled_);
-    std::erase_if(windows_, [](const auto& each) { return each.isNull(); });
     windows_.emplace_back(window);
-    return std::make_unique<WindowHold>(window);
+    return window;
+}
+
+void StampEditors::removehandlers(const IStampItem& stamp)
+{
+    const bool isText = dynamic_cast<const TextStamp*>(&stamp) != nullptr;
+    guarded(isText ? "Error in (TextStamp=>removehandlers:) : %@"
+                   : "Error in (ImageStamp=>removehandlers:) : %@",
+            [&] { removeIf([&](const StampEditorWindow& window) { return window.edits(stamp); }); });
+}
+
+void StampEditors::removeOrphans()
+{
+    removeIf([](const StampEditorWindow& window) { return !window.hasStamp(); });
+}
+
+void StampEditors::removeIf(const std::function<bool(const StampEditorWindow&)>& isDue)
+{
+    std::vector<QPointer<StampEditorWindow>> due;
+    std::erase_if(windows_, [&](const auto& window) {
+        if (window && isDue(*window)) due.push_back(window);
+        return !window || isDue(*window);
+    });
+    // Out of the list first: a window that closes may lead back to here.
+    for (const auto& window : due) {
+        if (!window) continue;
+        window->invalidate();
+        window->deleteLater(); // this may be called during one of the window's own events
+    }
 }
 
 void StampEditors::setEditorsEnabled(bool enabled)

@@ -5,38 +5,46 @@
 #include "dialogs/StampHost.h"
 #include "platform/desktop/Alerts.h"
 #include "platform/desktop/FilePanels.h"
-#include "stamps/StampEditor.h"
 
 #include <QPointer>
+#include <memory>
 #include <vector>
 
 namespace quillfern {
 
 class StampEditorWindow;
 
-/// Makes the editors of stamps: one window for each stamp, any number open at once, above `parent` (which may
-/// be null). A window goes with its stamp, with `parent`, or with this object, whichever goes first. What is
+/// The editors of stamps: one window for each stamp that was edited, any number open at once, above `parent`
+/// (which may be null). Stamps do not know their editors, and editors do not keep their stamps alive. A
+/// window goes with removehandlers(), with `parent`, or with this object, whichever goes first. What is
 /// handed in must outlive this object. Main thread.
-class StampEditors final : public StampEditorFactory
+class StampEditors final
 {
   public:
     StampEditors(Numbering& number, StampHost& host, FilePanels& panels, Alerts& alerts, QWidget* parent);
-    ~StampEditors() override;
+    ~StampEditors();
     StampEditors(const StampEditors&) = delete;
     StampEditors& operator=(const StampEditors&) = delete;
 
-    [[nodiscard]] std::unique_ptr<StampEditor> editorFor(TextStamp& stamp) override;
-    [[nodiscard]] std::unique_ptr<StampEditor> editorFor(ImageStamp& stamp) override;
+    /// Brings the stamp's editor to the front, showing the stamp as it is now. The editor is made on first
+    /// use and kept.
+    void edit(const std::shared_ptr<IStampItem>& stamp);
+    /// Closes and forgets the stamp's editor, if it has one. The window no longer touches the stamp when this
+    /// returns.
+    void removehandlers(const IStampItem& stamp);
+    /// Closes and forgets the editors of stamps that do not exist any more.
+    void removeOrphans();
 
     /// Disables all editors, also those opened later, while a job reads the stamps; and enables them again.
     void setEditorsEnabled(bool enabled);
-    /// Whether the stamp's editor is to be seen.
+    /// Whether the stamp's editor is visible.
     [[nodiscard]] bool isOpen(const IStampItem& stamp) const;
-    /// Lets the open editors show what something else has changed of their stamps.
+    /// Shows the stamps in their editors as they are now.
     void refreshEditors();
 
   private:
-    std::unique_ptr<StampEditor> keep(StampEditorWindow* window);
+    StampEditorWindow* makeEditor(const std::shared_ptr<IStampItem>& stamp);
+    void removeIf(const std::function<bool(const StampEditorWindow&)>& isDue);
 
     Numbering& number_;
     StampHost& host_;

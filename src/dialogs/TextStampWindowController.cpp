@@ -22,8 +22,9 @@ constexpr int sampleTotal = 120;
 
 } // namespace
 
-TextStampWindowController::TextStampWindowController(TextStamp& stamp, Numbering& number, StampHost& host,
-                                                     ColorPanel& colors, QWidget* parent)
+TextStampWindowController::TextStampWindowController(const std::shared_ptr<TextStamp>& stamp,
+                                                     Numbering& number, StampHost& host, ColorPanel& colors,
+                                                     QWidget* parent)
     : StampEditorWindow(stamp, number, host, true, parent), ui_(std::make_unique<Ui::TextStampWindow>()),
       colors_(&colors)
 {
@@ -108,7 +109,7 @@ void TextStampWindowController::showFields()
 {
     const TextStamp& stamp = *text();
     showText(*ui_->numberFormatTextField, stamp.number.numberFormat);
-    // A number that stands for no entry shows none, and stays until another is chosen.
+    // For a value without an entry the menu shows none; the value stays until another is chosen.
     const auto select = [](QComboBox& menu, std::int32_t entry) {
         menu.setCurrentIndex(entry >= 0 && entry < menu.count() ? entry : -1);
     };
@@ -259,14 +260,15 @@ QString templateAdvice(const QString& pattern)
     const qsizetype total = pattern.indexOf(QLatin1String("{1}"));
     const qsizetype slots = pattern.count(QLatin1String("{0}")) + pattern.count(QLatin1String("{1}"));
     if (slots > 2)
-        return TextStampWindowController::tr("Only the first two slots are filled; the others stay empty.");
-    if (total >= 0 && page < 0)
         return TextStampWindowController::tr(
-            "{1} stands alone and so prints the page number, not the total.");
+            "Only the first two slots are filled; the others print nothing.");
+    if (total >= 0 && page < 0)
+        return TextStampWindowController::tr("{1} without {0} prints the page number, not the total.");
     if (total >= 0 && total < page)
-        return TextStampWindowController::tr("The first slot prints the page number, whichever it is.");
+        return TextStampWindowController::tr(
+            "The first slot prints the page number, also when it reads {1}.");
     if (page >= 0 && slots == 2 && total < 0)
-        return TextStampWindowController::tr("The second slot prints the total, whichever it is.");
+        return TextStampWindowController::tr("The second slot prints the total, also when it reads {0}.");
     return {};
 }
 

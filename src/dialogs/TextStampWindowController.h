@@ -22,8 +22,8 @@ class TextStampWindowController final : public StampEditorWindow
 
   public:
     /// `colors` is shared by all editors and may go before this window does.
-    TextStampWindowController(TextStamp& stamp, Numbering& number, StampHost& host, ColorPanel& colors,
-                              QWidget* parent);
+    TextStampWindowController(const std::shared_ptr<TextStamp>& stamp, Numbering& number, StampHost& host,
+                              ColorPanel& colors, QWidget* parent);
     ~TextStampWindowController() override;
 
     /// Takes over the family in a row of the fonts menu; size and colour stay.
@@ -54,7 +54,7 @@ class TextStampWindowController final : public StampEditorWindow
     QPointer<ColorPanel> colors_;
 };
 
-/// Whether a family has a bold and an italic member, told by the names of its members' styles.
+/// Whether a family has a bold and an italic member, according to the names of its members' styles.
 struct FontTraits
 {
     bool bold = false;
@@ -62,7 +62,7 @@ struct FontTraits
 };
 [[nodiscard]] FontTraits traitsOf(const QStringList& styles);
 
-/// What people should know about a template that does not print what it seems to; empty for any other.
+/// A hint for a template that prints something else than it seems to; empty for any other template.
 [[nodiscard]] QString templateAdvice(const QString& pattern);
 
 } // namespace quillfern

@@ -8,8 +8,8 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
-// The pictures are linked from a static library, which drops what nobody names. Has to stand outside any
-// namespace.
+// The linker drops the pictures from a static library unless they are registered by name. The macro has to be
+// used outside any namespace.
 static void registerIcons()
 {
     Q_INIT_RESOURCE(icons);
@@ -78,7 +78,7 @@ class ThemedIconEngine final : public QIconEngine
 
 QIcon themedIcon(const QString& name)
 {
-    registerIcons();                          // more than once is once
+    registerIcons();                          // repeated calls have no effect
     return QIcon(new ThemedIconEngine(name)); // the icon owns its engine
 }
 

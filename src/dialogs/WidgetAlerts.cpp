@@ -15,7 +15,7 @@ QMessageBox::StandardButton ask(QObject* over, QMessageBox::Icon icon, QString m
 {
     message.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
     auto* const widget = qobject_cast<QWidget*>(over);
-    // The window may go while its alert stands, and takes the box along.
+    // The window may be deleted while its alert is open, and deletes the box with it.
     const QPointer box =
         new QMessageBox(icon, getAppTitle(), message, buttons, widget ? widget->window() : nullptr);
     box->setTextFormat(Qt::PlainText);

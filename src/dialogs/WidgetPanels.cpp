@@ -22,7 +22,7 @@ QWidget* windowOf(QObject* over)
     return widget ? widget->window() : nullptr;
 }
 
-/// The toolkit's folder dialog lets one folder be picked; its views can do more.
+/// Qt's folder dialog returns one folder only, although its views let several be selected.
 class OpenDialog final : public QFileDialog
 {
   public:
@@ -40,8 +40,8 @@ class OpenDialog final : public QFileDialog
             }
     }
 
-    /// The folders that are selected in the view, unless another one is typed. The dialog itself goes by
-    /// its line of text, in which a quote in a name cannot be told from those around a name.
+    /// The folders that are selected in the view, unless another one is typed. The dialog itself reads
+    /// its line of text, where a quote in a name looks like the quotes around a name.
     [[nodiscard]] QStringList pickedFolders() const
     {
         QStringList paths;
@@ -56,7 +56,7 @@ class OpenDialog final : public QFileDialog
     void accept() override
     {
         if (view_ && pickedFolders() != selectedFiles())
-            done(Accepted); // without the dialog's own reading of its line
+            done(Accepted); // QFileDialog::accept() would read the line of text instead
         else
             QFileDialog::accept();
     }
@@ -114,8 +114,8 @@ void WidgetPanels::save(QObject* over, const SavePanel& panel, std::function<voi
                      [this, dialog, kind, panel, chosen = std::move(chosen)] {
                          FilePath path = FilePath::fromText(dialog->selectedFiles().value(0));
                          if (path.isEmpty()) return;
-                         // The dialog takes whatever follows a point for an extension, as in "Version 1.2",
-                         // and adds none then.
+                         // The dialog takes the text after a point for an extension, as in "Version 1.2", and
+                         // then adds no extension.
                          const QString ending = u'.' + panel.type;
                          if (!path.name().endsWith(ending, Qt::CaseInsensitive)) {
                              path = path.parent().child(path.name() + ending);

@@ -12,8 +12,6 @@
 
 namespace quillfern {
 
-class StampEditorFactory;
-
 /// What the stamp list, the compositor and the editors know of a stamp, whatever its kind.
 ///
 /// A stamp is edited on the main thread. Drawing changes nothing of a stamp, so that several threads may draw
@@ -34,19 +32,13 @@ class IStampItem
     virtual void setIsSymmetry(bool symmetric) = 0; ///< left and right alternate on successive pages
     [[nodiscard]] virtual bool isSymmetry() const = 0;
 
-    /// Closes and forgets the stamp's editor, if it has one.
-    virtual void removehandlers() = 0;
-
     /// Applies a record: a missing key gives false, 0 or nothing. Without a record nothing changes.
     virtual void setData(const Record* data) = 0;
     /// The record form; its entries end before the first absent value. Nothing on a failure.
     [[nodiscard]] virtual std::optional<Record> getData() const = 0;
 
-    /// A stamp of its own with the same settings, without an editor.
+    /// A stamp of its own with the same settings.
     [[nodiscard]] virtual std::unique_ptr<IStampItem> clone() const = 0;
-
-    /// Shows the stamp's editor, which `editors` makes on first use.
-    virtual void edit(StampEditorFactory& editors) = 0;
 
     /// Draws the stamp inside `rect`, the area inside the margins (points, y down). `marginAnchor` comes from
     /// StampRun::getNextMarginAnchor(). A failure is logged and leaves the page without the stamp.

@@ -16,11 +16,6 @@ LoadedPicture LoadedPicture::readFor(const FilePath& path)
     return {path, std::move(bytes.tiff), bytes.size, std::move(picture)};
 }
 
-ImageStamp::~ImageStamp()
-{
-    removehandlers();
-}
-
 void ImageStamp::setStampImage(std::optional<QByteArray> bytes)
 {
     cacheImage_.reset();
@@ -84,19 +79,6 @@ QString ImageStamp::description() const
     QString name = label().value_or(QString());
     if (name.isEmpty() && stampImagePath) name = FilePath::fromText(*stampImagePath).stem();
     return QCoreApplication::translate("quillfern::ImageStamp", "Image [%1]").arg(name);
-}
-
-void ImageStamp::edit(StampEditorFactory& editors)
-{
-    guarded("Error in edit : %@", [&] {
-        if (!editor_) editor_ = editors.editorFor(*this);
-        if (editor_) editor_->showAndReset();
-    });
-}
-
-void ImageStamp::removehandlers()
-{
-    guarded("Error in (ImageStamp=>removehandlers:) : %@", [this] { closeEditor(); });
 }
 
 std::optional<Record> ImageStamp::getData() const

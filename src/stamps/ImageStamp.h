@@ -33,9 +33,6 @@ class ImageStamp final : public StampBase
     std::int64_t stampImageOpacity = 100; ///< percent
     std::int64_t stampImageRotation = 0;  ///< whole degrees, counter-clockwise on the page
 
-    ImageStamp() = default;
-    ~ImageStamp() override;
-
     /// The picture's encoding (a TIFF of one page); empty or absent for a stamp without one.
     [[nodiscard]] const std::optional<QByteArray>& stampImage() const { return stampImage_; }
     /// Takes over another encoding and decodes it. Throws Failure for bytes that do not decode; they are
@@ -50,10 +47,8 @@ class ImageStamp final : public StampBase
     /// The decoded picture; present exactly when stampImage() holds bytes that decode.
     [[nodiscard]] const std::optional<Picture>& cacheImage() const { return cacheImage_; }
 
-    void removehandlers() override;
     void setData(const Record* data) override;
     [[nodiscard]] std::optional<Record> getData() const override;
-    void edit(StampEditorFactory& editors) override;
     /// See IStampItem; the numbers are ignored.
     [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
     void draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,

@@ -1,16 +1,13 @@
 #pragma once
 
 #include "stamps/IStampItem.h"
-#include "stamps/StampEditor.h"
 
 namespace quillfern {
 
-/// What both kinds of stamps share: the fields of IStampItem and the editor.
+/// What both kinds of stamps share: the fields of IStampItem.
 class StampBase : public IStampItem
 {
   public:
-    ~StampBase() override;
-
     void setIsSelected(bool selected) override { isSelected_ = selected; }
     [[nodiscard]] bool isSelected() const override { return isSelected_; }
     void setLabel(std::optional<QString> label) override { label_ = std::move(label); }
@@ -24,17 +21,11 @@ class StampBase : public IStampItem
 
   protected:
     StampBase() = default;
-    /// Copies the fields; the editor stays with the original.
-    StampBase(const StampBase& other);
 
-    /// Invalidates and forgets the editor.
-    void closeEditor();
     /// The five fields in their reading order, as every stamp's record begins to be read.
     void readShared(const Record& data);
     /// The same five, which end every stamp's record.
     void addShared(RecordBuilder& builder) const;
-
-    std::unique_ptr<StampEditor> editor_;
 
   private:
     bool isSelected_ = true;

@@ -28,11 +28,6 @@ int wholeDegrees(double degrees)
 
 } // namespace
 
-TextStamp::~TextStamp()
-{
-    removehandlers();
-}
-
 bool TextStamp::isVisible() const
 {
     if (!number.numberFormat || number.numberFormat->isEmpty() || !(font.fontSize > 0)) return false;
@@ -85,19 +80,6 @@ QString TextStamp::description() const
 {
     return QStringLiteral("%1 [%2]").arg(numberTypeName(number.numberType),
                                          number.numberFormat.value_or(QString()));
-}
-
-void TextStamp::edit(StampEditorFactory& editors)
-{
-    guarded("Error in edit : %@", [&] {
-        if (!editor_) editor_ = editors.editorFor(*this);
-        if (editor_) editor_->showAndReset();
-    });
-}
-
-void TextStamp::removehandlers()
-{
-    guarded("Error in (TextStamp=>removehandlers:) : %@", [this] { closeEditor(); });
 }
 
 std::optional<Record> TextStamp::getData() const

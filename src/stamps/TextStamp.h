@@ -30,13 +30,8 @@ class TextStamp final : public StampBase
     std::int64_t outlineWidth = 0;     ///< percent of the font size; 0 draws none
     std::optional<QColor> outlineColor = QColor(Qt::black);
 
-    TextStamp() = default;
-    ~TextStamp() override;
-
-    void removehandlers() override;
     void setData(const Record* data) override;
     [[nodiscard]] std::optional<Record> getData() const override;
-    void edit(StampEditorFactory& editors) override;
     [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
     void draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
               std::int64_t totalPages, bool isHighLightStamp) const override;

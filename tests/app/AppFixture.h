@@ -2,10 +2,10 @@
 
 #include "app/MainWindow.h"
 #include "app/QuillfernAppDelegate.h"
+#include "app/WindowControls.h"
 #include "support/Fakes.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
-#include "ui_MainWindow.h"
 
 #include <QTest>
 #include <gmock/gmock.h>
@@ -28,7 +28,8 @@ class AppTest : public testing::Test
 
     [[nodiscard]] QuillfernAppDelegate& app() { return *app_; }
     [[nodiscard]] MainWindow& window() { return app_->window(); }
-    [[nodiscard]] Ui::MainWindow& ui() { return window().ui(); }
+    [[nodiscard]] WindowActions& actions() { return window().actions(); }
+    [[nodiscard]] WindowControls ui() { return WindowControls(window()); }
     [[nodiscard]] Numbering& number() { return *app_->settings().number; }
     [[nodiscard]] FileList& files() { return app_->files(); }
 

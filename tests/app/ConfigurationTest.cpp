@@ -1,5 +1,4 @@
 #include "app/AppFixture.h"
-#include "app/PreviewPane.h"
 #include "config/PreviewModel.h"
 #include "stamps/TextStamp.h"
 
@@ -12,7 +11,7 @@ namespace {
 class Configuration : public AppTest
 {
   protected:
-    QImage picture() { return ui().previewPane->previewImageView->image(); }
+    QImage picture() { return ui().previewImageView->image(); }
     std::shared_ptr<TextStamp> addStamp(const char* format)
     {
         auto stamp = std::make_shared<TextStamp>();
@@ -104,7 +103,7 @@ TEST_F(Configuration, ChoicesAndResets)
     choose(*ui().unitsPopup, 1);
     EXPECT_NEAR(number().marginTop(), 25.4, 1e-9);
 
-    const double height = ui().previewPane->previewImageView->height();
+    const double height = ui().previewImageView->height();
     press(window(), "isMarginInPercentage");
     EXPECT_NEAR(number().marginTop(), 72.0 / height * 100, 1e-9) << "percent of the preview on the screen";
     choose(*ui().unitsPopup, 0);
@@ -151,8 +150,8 @@ TEST_F(Configuration, ThePreviewKeepsAPagesProportionsInItsBox)
     for (const QSize& size : {QSize(1024, 640), QSize(1400, 900), QSize(1024, 1500)}) {
         window().resize(size);
         QTest::qWait(350); // the move, and the picture after it
-        const QWidget& box = *ui().previewPane->previewBox;
-        const QRect view = ui().previewPane->previewImageView->geometry();
+        const QWidget& box = *ui().previewBox;
+        const QRect view = ui().previewImageView->geometry();
         EXPECT_EQ(view, previewFrame(box.size()).toAlignedRect());
         EXPECT_TRUE(box.rect().contains(view)) << "nothing is cut off";
         EXPECT_EQ(picture().deviceIndependentSize().toSize(), view.size());
@@ -196,9 +195,9 @@ TEST_F(Configuration, StampsAreMovedAndRemovedInTheTable)
         return rows;
     };
     table.selectRow(0);
-    EXPECT_FALSE(window().moveStampUp->isEnabled());
+    EXPECT_FALSE(actions().moveStampUp->isEnabled());
     table.selectRow(2);
-    EXPECT_FALSE(window().moveStampDown->isEnabled());
+    EXPECT_FALSE(actions().moveStampDown->isEnabled());
     press(window(), "moveStampUpButton");
     EXPECT_EQ(order(), QStringLiteral("one three two"));
     EXPECT_EQ(selected(), QList<int>{1});
@@ -212,18 +211,18 @@ TEST_F(Configuration, StampsAreMovedAndRemovedInTheTable)
     QTest::keyClick(&table, Qt::Key_Delete);
     EXPECT_EQ(order(), QStringLiteral("two"));
     EXPECT_EQ(selected(), QList<int>()) << "the last selected row was row 0";
-    EXPECT_FALSE(window().removeStamp->isEnabled());
+    EXPECT_FALSE(actions().removeStamp->isEnabled());
 }
 
 TEST_F(Configuration, NewStampsThatWereGivenUpGo)
 {
     start();
     for (int i = 0; i < 4; ++i) {
-        window().textStamp->trigger();
+        actions().textStamp->trigger();
         for (QDialog* editor : window().findChildren<QDialog*>())
             if (editor->isVisible()) QTest::keyClick(editor, Qt::Key_Escape);
     }
-    window().textStamp->trigger();
+    actions().textStamp->trigger();
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     int editors = 0;
     for (const QDialog* editor : window().findChildren<QDialog*>())
@@ -240,7 +239,7 @@ TEST_F(Configuration, ThePreviewsTotalFollowsTheList)
     const QImage ofFour = picture(); // as with no files
     fill({pdf("nine.pdf", 9)});
     EXPECT_NE(picture(), ofFour);
-    window().removeAllFilesButton->trigger();
+    actions().removeAllFilesButton->trigger();
     EXPECT_EQ(picture(), ofFour);
 }
 
@@ -275,7 +274,7 @@ TEST_F(Configuration, ProfilesAreSavedAndLoaded)
     const QString list =
         scratch.write(QStringLiteral("list.qfprofile"), "<plist version=\"1.0\"><array/></plist>");
     panels.answers = {QStringList{path}, QStringList{path}, QStringList{list}};
-    window().saveStamps->trigger();
+    actions().saveStamps->trigger();
     EXPECT_EQ(alerts.informations, QStringList{QStringLiteral("Quillfern Profile save successfully.")});
     EXPECT_EQ(panels.saved[0].type, QStringLiteral("qfprofile"));
     EXPECT_EQ(panels.saved[0].name, QString());
@@ -283,16 +282,16 @@ TEST_F(Configuration, ProfilesAreSavedAndLoaded)
 
     number().stamps.clear();
     type(*ui().startNumber, "1");
-    window().loadStamps->trigger();
+    actions().loadStamps->trigger();
     ASSERT_EQ(number().stamps.size(), 1U);
     EXPECT_EQ(ui().startNumber->text(), QStringLiteral("77"));
     EXPECT_EQ(ui().stampsTableView->selectionModel()->selectedRows().size(), 1);
-    window().loadStamps->trigger();
+    actions().loadStamps->trigger();
     EXPECT_EQ(alerts.criticals, QStringList{QStringLiteral("Unable to load Quillfern Profile!")});
     EXPECT_EQ(number().startNumber(), 77) << "the configuration stays";
 
     panels.answers = {QStringList{scratch.path(QStringLiteral("gone/mine.qfprofile"))}};
-    window().saveStamps->trigger();
+    actions().saveStamps->trigger();
     EXPECT_EQ(alerts.criticals.constLast(), QStringLiteral("Unable to save Quillfern Profile!"));
 }
 

@@ -52,9 +52,9 @@ TEST_F(Files, ADropOfFilesAndFoldersFillsTheList)
     fill({scratch.path(QStringLiteral("in")), pdf("loose.pdf", 4)});
     EXPECT_EQ(names(), (QStringList{QStringLiteral("b.pdf"), QStringLiteral("scan.png"),
                                     QStringLiteral("loose.pdf")}));
-    EXPECT_FALSE(window().lableDragAndDrop->isVisible());
+    EXPECT_FALSE(ui().lableDragAndDrop->isVisible());
     EXPECT_TRUE(ui().convertBtn->isEnabled());
-    EXPECT_TRUE(window().exportToolbarItem->isEnabled());
+    EXPECT_TRUE(actions().exportToolbarItem->isEnabled());
     EXPECT_EQ(
         ui().labelTotalFiles->text(),
         QStringLiteral("3 Total file(s); Total page count of PDF files: 6  TIFF files: 0  Other files: 1"));
@@ -84,7 +84,7 @@ TEST_F(Files, NothingCanBeDroppedBehindADialog)
     fillSix();
     const QString more = pdf("more.pdf", 1);
     select({0});
-    window().pdfPasswordButton->trigger();
+    actions().pdfPasswordButton->trigger();
     ASSERT_NE(QApplication::activeModalWidget(), nullptr);
     EXPECT_FALSE(drop({more}));
     QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
@@ -97,12 +97,12 @@ TEST_F(Files, ThePanelsChooseFilesAndFolders)
     start();
     pdf("in/b.pdf", 2);
     panels.answers.append(QStringList{pdf("Picked.Pdf", 1)}); // the panel has tested its type
-    window().addFiles->trigger();
+    actions().addFiles->trigger();
     waitFor([this] { return files().count() == 1 && !app().isProcessing(); }, "the picked file");
     panels.answers.append(QStringList{scratch.path(QStringLiteral("in"))});
-    window().addFolder->trigger();
+    actions().addFolder->trigger();
     waitFor([this] { return files().count() == 2 && !app().isProcessing(); }, "the folder's file");
-    window().addFiles->trigger(); // closed without a choice
+    actions().addFiles->trigger(); // closed without a choice
     EXPECT_EQ(panels.opened.size(), 3);
     EXPECT_FALSE(app().isProcessing());
     EXPECT_EQ(names(), (QStringList{QStringLiteral("Picked.Pdf"), QStringLiteral("b.pdf")}));
@@ -123,7 +123,7 @@ TEST_F(Files, KeysOfTheTable)
     EXPECT_EQ(order(), QStringLiteral("badcef"));
     key(Qt::Key_Up, Qt::ControlModifier);
     EXPECT_EQ(order(), QStringLiteral("badcef")) << "row 0 is selected: the button is disabled";
-    EXPECT_FALSE(window().moveUpButton->isEnabled());
+    EXPECT_FALSE(actions().moveUpButton->isEnabled());
     key(Qt::Key_Delete);
     EXPECT_EQ(order(), QStringLiteral("acef"));
     key(Qt::Key_A, Qt::ControlModifier);
@@ -144,28 +144,28 @@ TEST_F(Files, CommandsOnMarksAndSelection)
     fillSix();
     const auto check = [this](const QList<QAction*>& actions, int tag) { actions[tag - 1]->trigger(); };
     select({0, 5});
-    check(window().checkSelection, 2);
+    check(actions().checkSelection(), 2);
     EXPECT_EQ(marks(), QStringLiteral("-xxxx-"));
-    check(window().checkAll, 3);
+    check(actions().checkAll(), 3);
     EXPECT_EQ(marks(), QStringLiteral("x----x"));
-    check(window().checkAll, 1);
-    check(window().checkSelection, 3);
+    check(actions().checkAll(), 1);
+    check(actions().checkSelection(), 3);
     EXPECT_EQ(marks(), QStringLiteral("-xxxx-"));
-    check(window().checkAll, 2);
+    check(actions().checkAll(), 2);
     EXPECT_EQ(marks(), QStringLiteral("------"));
-    window().selectAllButton->trigger();
+    actions().selectAllButton->trigger();
     EXPECT_EQ(selectedFiles().size(), 6U);
-    window().deselectAllButton->trigger();
+    actions().deselectAllButton->trigger();
     EXPECT_THAT(selectedFiles(), testing::ElementsAre(0));
 
     alerts.answer = false;
-    window().removeAllFilesButton->trigger();
+    actions().removeAllFilesButton->trigger();
     EXPECT_EQ(files().count(), 6);
     alerts.answer = true;
-    window().removeAllFilesButton->trigger();
+    actions().removeAllFilesButton->trigger();
     EXPECT_EQ(alerts.questions.constLast(), QStringLiteral("Are you sure to remove all file(s)?"));
     EXPECT_EQ(files().count(), 0);
-    EXPECT_TRUE(window().lableDragAndDrop->isVisible());
+    EXPECT_TRUE(ui().lableDragAndDrop->isVisible());
     EXPECT_FALSE(ui().convertBtn->isEnabled());
 }
 
@@ -185,7 +185,6 @@ TEST_F(Files, ThePasswordIsForPdfFilesOnly)
     start();
     QImage(40, 30, QImage::Format_RGB32).save(scratch.path(QStringLiteral("scan.png")));
     fill({scratch.path(QStringLiteral("scan.png")), pdf("a.pdf", 2)});
-    window().filesContextMenu->actions().constFirst();
     const struct
     {
         std::vector<int> rows;
@@ -193,7 +192,7 @@ TEST_F(Files, ThePasswordIsForPdfFilesOnly)
     } rows[] = {{{0}, false}, {{1}, true}, {{0, 1}, true}, {{}, false}};
     for (const auto& row : rows) {
         select(row.rows);
-        EXPECT_EQ(window().pdfPasswordButton->isEnabled(), row.enabled) << row.rows.size();
+        EXPECT_EQ(actions().pdfPasswordButton->isEnabled(), row.enabled) << row.rows.size();
     }
     const auto openDialog = [this]() -> QDialog* {
         for (QDialog* dialog : window().findChildren<QDialog*>())
@@ -225,9 +224,9 @@ TEST_F(Files, TheDesktopIsAskedForTheSelectedFiles)
     start();
     fillSix();
     select({0, 2});
-    window().openFileButton->trigger();
-    window().openEnclosedFolderButton->trigger();
-    window().getInfoButton->trigger();
+    actions().openFileButton->trigger();
+    actions().openEnclosedFolderButton->trigger();
+    actions().getInfoButton->trigger();
     const QStringList paths = {scratch.path(QStringLiteral("a.pdf")), scratch.path(QStringLiteral("c.pdf"))};
     EXPECT_EQ(desktop.opened, paths);
     EXPECT_EQ(desktop.revealed, QList<QStringList>{paths});
@@ -278,12 +277,12 @@ TEST_F(Files, TheListIsExported)
     fillSix();
     const QString target = scratch.path(QStringLiteral("list.txt"));
     panels.answers = {QStringList{target}, QStringList{scratch.path(QStringLiteral("gone/list.txt"))}};
-    window().exportToolbarItem->trigger();
+    actions().exportToolbarItem->trigger();
     EXPECT_EQ(panels.saved[0].message, QStringLiteral("Export List To Tab Delimited Text File :"));
     EXPECT_EQ(panels.saved[0].name, QStringLiteral("Export 16-Nov-2026 02-05-09 PM.txt"));
     EXPECT_EQ(readFile(target).count('\n'), 7);
     EXPECT_TRUE(alerts.criticals.isEmpty());
-    window().exportToolbarItem->trigger();
+    actions().exportToolbarItem->trigger();
     EXPECT_EQ(alerts.criticals.size(), 1) << "a list that was not written must not seem to be";
 }
 
@@ -304,18 +303,19 @@ TEST_F(Files, WhileBusyNothingElseCanBeBegun)
     start();
     fillSix();
     select({3});
-    app().resetView(false);
+    app().activity().begin(Activity::State::Gathering);
     for (QAction* action :
-         {window().addFiles, window().addFolder, window().importFiles, window().openFileButton,
-          window().removeAllFilesButton, window().exportToolbarItem, window().convert, window().help})
+         {actions().addFiles, actions().addFolder, actions().importFiles, actions().openFileButton,
+          actions().removeAllFilesButton, actions().exportToolbarItem, actions().convert, actions().help})
         EXPECT_FALSE(action->isEnabled()) << action->text().toStdString();
     EXPECT_FALSE(ui().mainTableView->isEnabled());
     EXPECT_FALSE(ui().inculdeSubfoldersBtn->isEnabled());
-    EXPECT_TRUE(window().moveUpButton->isEnabled()) << "these two follow the selection alone";
-    EXPECT_TRUE(window().moveDownButton->isEnabled());
-    EXPECT_TRUE(window().pdfPasswordButton->isEnabled());
-    app().resetView(true);
+    EXPECT_TRUE(actions().moveUpButton->isEnabled()) << "these two follow the selection alone";
+    EXPECT_TRUE(actions().moveDownButton->isEnabled());
+    EXPECT_TRUE(actions().pdfPasswordButton->isEnabled());
+    app().activity().end(Activity::State::Gathering);
     EXPECT_TRUE(ui().mainTableView->isEnabled());
+    EXPECT_TRUE(actions().convert->isEnabled());
 }
 
 TEST_F(Files, LeavingRightAfterADropGathersNothing)

@@ -119,9 +119,9 @@ TEST_F(JobInWindow, AListIsStampedAndTheSheetTellsWhatBecameOfIt)
     press(window(), "isContinuousNumbering");
     ui().settingTabView->setCurrentIndex(2);
     press(window(), "isClearProcessedFiles");
-    window().checkAll[1]->trigger();
+    actions().checkAll()[1]->trigger();
     ui().mainTableView->selectRow(0);
-    window().checkSelection[0]->trigger();
+    actions().checkSelection()[0]->trigger();
     convert();
     EXPECT_EQ(ui().settingTabView->currentIndex(), 0);
     waitForEnd();
@@ -168,7 +168,7 @@ TEST_F(JobInWindow, WhileItRunsTheWindowIsItsAlone)
     EXPECT_FALSE(isEnabled("viewLogBtn"));
     EXPECT_FALSE(isEnabled("closeProcessBtn"));
     EXPECT_FALSE(ui().convertBtn->isEnabled());
-    EXPECT_FALSE(window().addFiles->isEnabled());
+    EXPECT_FALSE(actions().addFiles->isEnabled());
     EXPECT_FALSE(drop({pdf("late.pdf", 1)}));
     waitFor([this] { return shown("pagesDone") == QLatin1String("1 of 12"); }, "the first page");
     QTest::keyClick(sheet(), Qt::Key_Escape);

@@ -62,19 +62,19 @@ class Look : public AppTest
             look(names[tab], window());
         }
         ui().settingTabView->setCurrentIndex(0);
-        const std::pair<const char*, QAction*> dialogs[] = {{"import", window().importFiles},
-                                                            {"password", window().pdfPasswordButton},
-                                                            {"about", window().aboutMenuItem}};
+        const std::pair<const char*, QAction*> dialogs[] = {{"import", actions().importFiles},
+                                                            {"password", actions().pdfPasswordButton},
+                                                            {"about", actions().aboutMenuItem}};
         for (const auto& [name, action] : dialogs)
             lookAtNew(name, look, [action = action] { action->trigger(); });
         for (int row : {0, 1}) {
             selectRows(*ui().stampsTableView, {row});
             lookAtNew(row == 0 ? "text editor" : "picture editor", look,
-                      [this] { window().editStamp->trigger(); });
+                      [this] { actions().editStamp->trigger(); });
         }
         ui().outputFolderPath->setText(outFolder());
         lookAtNew("progress", look, [this] {
-            window().convert->trigger();
+            actions().convert->trigger();
             waitFor([this] { return app().job().process()->isCompleted() && sheetIsDone(); }, "no end");
         });
     }
@@ -169,12 +169,12 @@ TEST_F(Look, EveryTextCanBeTranslated)
                  {action->text(), action->toolTip(), action->statusTip(), action->iconText()})
                 check(name, text);
     });
-    window().removeAllFilesButton->trigger();
+    actions().removeAllFilesButton->trigger();
     ui().outputFolderPath->clear();
-    window().addFiles->trigger();
-    window().addFolder->trigger();
-    window().loadStamps->trigger();
-    window().saveStamps->trigger();
+    actions().addFiles->trigger();
+    actions().addFolder->trigger();
+    actions().loadStamps->trigger();
+    actions().saveStamps->trigger();
     for (const OpenPanel& panel : panels.opened)
         check("panel", panel.message);
     for (const SavePanel& panel : panels.saved)

@@ -58,7 +58,7 @@ TEST_F(SecondStart, FilesWaitUntilTheSheetIsClosed)
     start();
     fill({pdf("a.pdf", 1)});
     select({0});
-    window().pdfPasswordButton->trigger();
+    actions().pdfPasswordButton->trigger();
     QDialog* dialog = openDialog();
     ASSERT_NE(dialog, nullptr);
     app().startedAgain(asPaths({pdf("b.pdf", 1)}));

@@ -23,10 +23,8 @@ class SpyStamp final : public StampBase
         std::int32_t anchor;
     };
 
-    void removehandlers() override {}
     void setData(const Record*) override {}
     std::optional<Record> getData() const override { return Record(); }
-    void edit(StampEditorFactory&) override {}
     QString description() const override { return {}; }
     std::unique_ptr<IStampItem> clone() const override { return std::make_unique<SpyStamp>(*this); }
     void draw(Canvas& canvas, const QRectF& rect, std::int32_t anchor, std::int64_t page, std::int64_t total,
@@ -333,6 +331,8 @@ TEST(PreviewLayout, CentresAPageInItsBox)
     EXPECT_DOUBLE_EQ(frame.width(), 346);
     EXPECT_DOUBLE_EQ(frame.x(), 227);
     EXPECT_DOUBLE_EQ(frame.y(), 15);
+    for (const double width : {1.0, 300.0, 1999.0})
+        EXPECT_NEAR(previewFrame({width, tallestPreviewBox(width)}).width(), width, 1e-9);
 }
 
 } // namespace

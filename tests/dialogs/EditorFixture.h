@@ -21,6 +21,7 @@ class EditorFixture : public testing::Test, public StampHost, public NumberingDe
     {
         number.stamps.clear();
         held.clear();
+        editors.removeOrphans();
         settle();
         for (const QWidget* window : QApplication::topLevelWidgets())
             EXPECT_FALSE(window->inherits("quillfern::StampEditorWindow")) << "a window outlives its stamp";
@@ -35,7 +36,9 @@ class EditorFixture : public testing::Test, public StampHost, public NumberingDe
     void removeStamp(IStampItem& stamp) override
     {
         ++removed;
-        StampListOperations(number).removeStamp(stamp, {});
+        StampListOperations(number, [this](const IStampItem& gone) {
+            editors.removehandlers(gone);
+        }).removeStamp(stamp, {});
         held.clear(); // the stamp is gone when this returns
     }
     void stampRenamed(IStampItem&) override { ++renamed; }
@@ -53,6 +56,15 @@ class EditorFixture : public testing::Test, public StampHost, public NumberingDe
         return *stamp;
     }
 
+    /// The stamp of newStamp() as its owner holds it.
+    std::shared_ptr<IStampItem> owner(const IStampItem& stamp) const
+    {
+        for (const StampList* list : {&number.stamps, &held})
+            for (const auto& each : *list)
+                if (each.get() == &stamp) return each;
+        throw std::runtime_error("nobody holds this stamp");
+    }
+
     /// The window that editing a stamp brings up, active.
     template <class Window, class Stamp>
     Window& edit(Stamp& stamp)
@@ -60,7 +72,7 @@ class EditorFixture : public testing::Test, public StampHost, public NumberingDe
         main.show();
         main.activateWindow();
         QCoreApplication::processEvents();
-        stamp.edit(editors);
+        editors.edit(owner(stamp));
         QCoreApplication::processEvents();
         const auto active = [] { return dynamic_cast<Window*>(QApplication::activeWindow()); };
         if (!QTest::qWaitFor([&] { return active() != nullptr; }))
@@ -105,7 +117,7 @@ class EditorFixture : public testing::Test, public StampHost, public NumberingDe
     FakeAlerts alerts;
     QWidget main; ///< where people are when they ask for an editor
     StampEditors editors{number, *this, panels, alerts, nullptr};
-    std::vector<std::shared_ptr<IStampItem>> held;
+    StampList held;
     int told = 0;    ///< changes the preview follows
     int renamed = 0; ///< changes that lists show
     int added = 0;

@@ -53,5 +53,16 @@ TEST(FieldFormatters, ANumberFieldKeepsTheNumberItsTextBeginsWith)
     }
 }
 
+TEST(FieldFormatters, GuardedFieldsAlwaysHoldANumberAboveZero)
+{
+    const auto step = GuardTag(30001);
+    const auto page = GuardTag(30002);
+    const std::vector<std::tuple<GuardTag, const char*, const char*>> cases = {
+        {step, "", "2"},    {page, "", "1"},    {step, "0", "2"},     {page, "000", "1"}, {step, "12", "12"},
+        {page, "a7b", "7"}, {step, "abc", "2"}, {page, "1x2", "1x2"}, {step, "0x5", "2"}};
+    for (const auto& [tag, typed, shown] : cases)
+        EXPECT_EQ(guardedInteger(tag, QString::fromLatin1(typed)).toStdString(), shown) << typed;
+}
+
 } // namespace
 } // namespace quillfern

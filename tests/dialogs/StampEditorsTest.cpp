@@ -78,43 +78,81 @@ TEST_F(StampEditorsTest, AJobLocksEveryEditor)
 
 TEST_F(StampEditorsTest, EditorsGoWithTheirStamps)
 {
-    // A new set of stamps ends the editors of the old ones, also with a field half edited.
-    auto& listed = newStamp<TextStamp>(true);
-    auto& editor = edit<TextStampWindowController>(listed);
+    // Removing the editor closes it at once, also with a field half edited, and leaves the others.
+    auto& first = newStamp<TextStamp>(true);
+    auto& other = newStamp<ImageStamp>(true);
+    edit<ImageStampWindowController>(other);
+    auto& editor = edit<TextStampWindowController>(first);
     const QPointer<QWidget> window(&editor);
     type(control<QWidget>(editor, "fontSizeSpinBox"), "1");
     type(control<QWidget>(editor, "fontsPopup"), "xyz");
+    const PDFFont font = first.font;
+    editors.removehandlers(first);
+    EXPECT_FALSE(editor.isVisible());
+    editor.marginAnchorChanged(BottomLeft);
+    EXPECT_EQ(first.marginAnchor(), None);
+    EXPECT_EQ(first.font, font);
+    settle();
+    EXPECT_FALSE(window);
+    EXPECT_TRUE(editors.isOpen(other));
+    editors.removehandlers(first); // it has none now
+
+    // A new set of stamps ends the stamps of the old one. Their editors touch nothing then, and go.
+    auto& orphan = edit<TextStampWindowController>(first);
+    const QPointer<QWidget> second(&orphan);
     const Record empty;
     number.setData(&empty);
     EXPECT_TRUE(number.stamps.empty());
-    EXPECT_TRUE(!window || !window->isVisible());
+    told = renamed = 0;
+    orphan.marginAnchorChanged(BottomLeft);
+    type(control<QWidget>(orphan, "numberFormatTextField"), "lost");
+    orphan.refresh();
+    orphan.deleteStampAction();
+    EXPECT_EQ(told + renamed + removed, 0);
+    editors.removeOrphans();
+    EXPECT_TRUE(!second || !second->isVisible());
     settle();
-    EXPECT_FALSE(window);
+    EXPECT_FALSE(second);
+}
 
-    // The stamp may go in the midst of telling of its edit.
+TEST_F(StampEditorsTest, AStampMayGoDuringItsEdit)
+{
     auto& own = newStamp<ImageStamp>(true);
-    auto& second = edit<ImageStampWindowController>(own);
+    auto& editor = edit<ImageStampWindowController>(own);
+    const QPointer<QWidget> window(&editor);
     struct Clearing final : NumberingDelegate
     {
-        void PropertyChanged(Numbering& changed) override { changed.stamps.clear(); }
-    } clearing;
+        explicit Clearing(StampEditors& of) : editors(of) {}
+        void PropertyChanged(Numbering& changed) override
+        {
+            changed.stamps.clear();
+            editors.removeOrphans();
+        }
+        StampEditors& editors;
+    } clearing(editors);
     number.setDelegate(&clearing);
-    type(control<QWidget>(second, "stampImageWidthTextField"), "12");
+    type(control<QWidget>(editor, "stampImageWidthTextField"), "12");
     settle();
+    EXPECT_FALSE(window);
     number.setDelegate(this);
+}
 
-    // The windows may go first, with the one they belong to or with what made them.
+TEST_F(StampEditorsTest, WindowsMayGoBeforeTheirStamps)
+{
+    // With the window they belong to, or with what made them.
     auto parent = std::make_unique<QWidget>();
     auto above = std::make_unique<StampEditors>(number, *this, panels, alerts, parent.get());
-    TextStamp stamp;
-    stamp.edit(*above);
+    const auto stamp = std::make_shared<TextStamp>();
+    above->edit(stamp);
     EXPECT_EQ(parent->findChildren<StampEditorWindow*>().size(), 1);
     parent.reset();
-    stamp.edit(*above);
+    EXPECT_FALSE(above->isOpen(*stamp));
+    above->removehandlers(*stamp);
     above->setEditorsEnabled(false);
-    ImageStamp other;
-    other.edit(*above);
+    above->edit(stamp);
+    above->edit(std::make_shared<ImageStamp>());
     above.reset();
+    EXPECT_EQ(stamp.use_count(), 1);
 }
 
 TEST_F(StampEditorsTest, ShowWhatOthersChange)

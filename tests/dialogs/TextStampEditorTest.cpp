@@ -363,8 +363,10 @@ TEST_F(TextStampEditorTest, OneColourPanelServesWhoeverAskedLast)
     firstEditor.close(); // not the one that is served
     EXPECT_TRUE(panel());
     number.stamps.clear();
-    EXPECT_FALSE(panel());
-    dialog->setCurrentColor(QColor(Qt::green)); // reaches nobody
+    dialog->setCurrentColor(QColor(Qt::green)); // the stamp is gone
+    editors.removeOrphans();
+    EXPECT_FALSE(panel()) << "the panel goes with the editor that it is for";
+    dialog->setCurrentColor(QColor(Qt::cyan));
     settle();
     dialog->setCurrentColor(QColor(Qt::white));
 }

@@ -90,44 +90,6 @@ TEST(TextStampText, DescribesItself)
     EXPECT_EQ(stamp.description(), QStringLiteral(" []"));
 }
 
-struct Editor final : StampEditor
-{
-    Editor(int& shown_, int& closed_) : shown(shown_), closed(closed_) {}
-    void showAndReset() override { ++shown; }
-    void invalidate() override { ++closed; }
-    int& shown;
-    int& closed;
-};
-
-struct Editors final : StampEditorFactory
-{
-    std::unique_ptr<StampEditor> editorFor(TextStamp&) override
-    {
-        ++made;
-        return std::make_unique<Editor>(shown, closed);
-    }
-    std::unique_ptr<StampEditor> editorFor(ImageStamp&) override { return nullptr; }
-    int made = 0, shown = 0, closed = 0;
-};
-
-TEST(TextStampEditing, KeepsItsEditorUntilItGoes)
-{
-    Editors editors;
-    {
-        TextStamp stamp;
-        stamp.edit(editors);
-        stamp.edit(editors);
-        EXPECT_EQ(editors.made, 1);
-        EXPECT_EQ(editors.shown, 2);
-        stamp.removehandlers();
-        stamp.removehandlers();
-        EXPECT_EQ(editors.closed, 1);
-        stamp.edit(editors);
-    }
-    EXPECT_EQ(editors.made, 2);
-    EXPECT_EQ(editors.closed, 2) << "a stamp that goes closes its editor";
-}
-
 /// Pixels of an image that are not white, and their bounding box.
 struct Ink
 {

@@ -1,32 +1,33 @@
 #pragma once
 
 #include "config/Margins.h"
-#include "config/StampListOperations.h"
+#include "dialogs/FieldFormatters.h"
 
-#include <QObject>
+#include <QWidget>
 #include <functional>
-
-class QLineEdit;
+#include <memory>
+#include <optional>
 
 namespace quillfern {
 
 namespace Ui {
-class MainWindow;
+class PagesPane;
 }
 
-class NumberField;
-
-/// The fields of the window that edit pages, numbers, margins and the preview's switches. Every keystroke
-/// reaches the configuration at once; the field itself is put into form when editing ends. Main thread.
-class NumberingForm final : public QObject
+/// The part of the window that edits pages, numbers and margins. Every keystroke reaches the configuration at
+/// once; the field's own text is completed when editing ends. Main thread.
+class PagesPane final : public QWidget
 {
     Q_OBJECT
 
   public:
-    /// `previewSize` is what percentages of margins refer to. Everything outlives the form.
-    NumberingForm(Ui::MainWindow& ui, Numbering& number, std::function<QSizeF()> previewSize);
+    explicit PagesPane(QWidget* parent = nullptr);
+    ~PagesPane() override;
 
-    /// Shows the configuration as it is, as after loading a profile.
+    /// Begins to edit this configuration; to be called once. `previewSize` is what percentages of margins
+    /// refer to. Both outlive the pane.
+    void edit(Numbering& number, std::function<QSizeF()> previewSize);
+    /// Shows the configuration as it is now, as after loading a profile.
     void refresh();
 
     void unitChanged();
@@ -36,14 +37,14 @@ class NumberingForm final : public QObject
 
   private:
     using Integer = std::int64_t;
+    void bindFields();
     void bindInteger(NumberField& field, std::function<Integer()> get, std::function<void(Integer)> set,
-                     int guardTag = 0);
+                     std::optional<GuardTag> guard = {});
     void bindMargin(QLineEdit& field, std::function<double()> get, std::function<void(double)> set);
-    void showMarginUnit();
 
-    Ui::MainWindow& ui_;
-    Numbering& number_;
-    Margins margins_;
+    std::unique_ptr<Ui::PagesPane> ui_;
+    Numbering* number_ = nullptr;
+    std::optional<Margins> margins_;
     std::function<QSizeF()> previewSize_;
     std::vector<std::function<void()>> show_; ///< one for each field
 };
