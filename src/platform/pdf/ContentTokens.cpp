@@ -35,7 +35,7 @@ std::optional<std::string_view> ContentTokens::next()
         if (p_ < end_)
             ++p_;
         else
-            unclosed_ = ">";
+            unclosed_.assign(1, '>');
         return taken();
     case '>':
         if (p_ < end_ && *p_ == '>') ++p_;
