@@ -353,6 +353,9 @@ void MainWindow::fitIn()
         ui_->convertBtn->setIcon(convert->icon());
         ui_->outputFolderButton->setIcon(themedIcon(QStringLiteral("browse")));
     }
+    // Room for both lines of a long text from the beginning, or the preview above would move for the second
+    // one.
+    ui_->labelTimeTaken->setMinimumHeight(2 * ui_->labelTimeTaken->fontMetrics().lineSpacing());
     ui_->splitter->setStretchFactor(0, 1);
     ui_->splitter->setStretchFactor(1, 0);
 }

@@ -232,14 +232,23 @@ TEST_P(LookInLetters, NothingIsCutOffInTheSmallestWindow)
     QApplication::setLayoutDirection(letters.direction);
     setFont(letters.family, letters.size);
     start();
+    std::optional<QRect> preview;
     forEachWindow([&](const char* name, QWidget& top) {
-        if (&top == &window()) top.resize(1024, 640);
-        QTest::qWait(&top == &window() ? 250 : 1); // the preview moves to its place
+        if (&top == &window()) {
+            top.resize(1024, 640);
+            QTest::qWait(250); // the preview moves to its place
+            const QRect now = ui().previewPane->geometry();
+            EXPECT_EQ(now, preview.value_or(now)) << name << ": the preview jumps";
+            preview = now;
+        }
         EXPECT_LE(top.width(), 1024) << name;
         EXPECT_LE(top.height(), top.parent() ? 600 : 640) << name; // a dialog has a title bar
         for (const std::string& problem : cutOff(top))
             ADD_FAILURE() << name << ": " << problem;
     });
+    ui().labelTimeTaken->setText(QStringLiteral("Total Time Taken : In Process...\n0/0"));
+    QTest::qWait(1);
+    EXPECT_EQ(ui().previewPane->geometry(), preview) << "the preview jumps while files are gathered";
 }
 
 INSTANTIATE_TEST_SUITE_P(, LookInLetters,
