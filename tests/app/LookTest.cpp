@@ -246,7 +246,8 @@ TEST_P(LookInLetters, NothingIsCutOffInTheSmallestWindow)
         for (const std::string& problem : cutOff(top))
             ADD_FAILURE() << name << ": " << problem;
     });
-    ui().labelTimeTaken->setText(QStringLiteral("Total Time Taken : In Process...\n0/0"));
+    ui().labelTimeTaken->setText(QStringLiteral("Total Time Taken : In Process... 0/0"));
+    ui().cancelBtn->show(); // leaves the text less room
     QTest::qWait(1);
     EXPECT_EQ(ui().previewPane->geometry(), preview) << "the preview jumps while files are gathered";
 }
