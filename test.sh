@@ -7,4 +7,4 @@ cd "$(dirname "$0")"
 # shellcheck disable=SC2086
 ensure_packages $packages_to_build $packages_to_test
 build "${1:-dev}"
-ctest --preset "${1:-dev}"
+ctest --preset "${1:-dev}" --parallel "$(nproc)"

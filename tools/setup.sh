@@ -3,7 +3,7 @@
 packages_to_build="cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-svg-dev libgl1-mesa-dev libqpdf-dev libtiff-dev
   zlib1g-dev libdeflate-dev libturbojpeg0-dev libharfbuzz-dev libfontconfig-dev qt6-pdf-dev fonts-liberation weasyprint"
 packages_to_test="libgtest-dev libgmock-dev poppler-utils qpdf libtiff-tools dbus-daemon fonts-droid-fallback fonts-dejavu-core
-  fonts-cantarell python3 locales"
+  fonts-cantarell fonts-open-sans python3 locales"
 
 # ensure_packages NAME... : installs those that are missing, as root or through sudo.
 ensure_packages() {

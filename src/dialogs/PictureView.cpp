@@ -94,8 +94,9 @@ void PictureView::paintPicture(QPainter& painter)
     place.moveCenter(rect().center());
 
     if (picture_->image().hasAlphaChannel()) {
-        const QColor light = mixed(palette().color(QPalette::Base), Qt::gray, 0.15);
-        const QColor dark = mixed(palette().color(QPalette::Base), Qt::gray, 0.55);
+        // Paper is white in any palette, and so dark pictures are seen in a dark window, too.
+        const QColor light = mixed(Qt::white, Qt::gray, 0.15);
+        const QColor dark = mixed(Qt::white, Qt::gray, 0.55);
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing, false);
         painter.setClipRect(place);

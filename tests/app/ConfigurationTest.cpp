@@ -29,6 +29,13 @@ class Configuration : public AppTest
         action();
         return picture() != before;
     }
+    /// Whether the picture has come to its place and was drawn for it.
+    bool isPreviewAtRest()
+    {
+        const QWidget& view = *ui().previewImageView;
+        return view.geometry() == previewFrame(ui().previewBox->size()).toAlignedRect() &&
+               picture().deviceIndependentSize().toSize() == view.size();
+    }
     bool live(const QColor& color)
     {
         const QImage image = picture();
@@ -87,7 +94,7 @@ TEST_F(Configuration, TwoFieldsNeverStayWithoutANumber)
 TEST_F(Configuration, ChoicesAndResets)
 {
     start();
-    QTest::qWait(350); // the preview has come to rest
+    waitFor([this] { return isPreviewAtRest(); }, "the preview");
     ui().settingTabView->setCurrentIndex(1);
     type(*ui().marginTop, "72");
     const auto choose = [](QComboBox& box, int index) {
@@ -149,7 +156,8 @@ TEST_F(Configuration, ThePreviewKeepsAPagesProportionsInItsBox)
     start();
     for (const QSize& size : {QSize(1024, 640), QSize(1400, 900), QSize(1024, 1500)}) {
         window().resize(size);
-        QTest::qWait(350); // the move, and the picture after it
+        QTest::qWait(1); // the layout
+        waitFor([this] { return isPreviewAtRest(); }, "the preview");
         const QWidget& box = *ui().previewBox;
         const QRect view = ui().previewImageView->geometry();
         EXPECT_EQ(view, previewFrame(box.size()).toAlignedRect());
@@ -234,11 +242,14 @@ TEST_F(Configuration, NewStampsThatWereGivenUpGo)
 TEST_F(Configuration, ThePreviewsTotalFollowsTheList)
 {
     start();
-    QTest::qWait(350); // the preview has come to rest
+    ui().previewArea->setFixedSize(300, 400); // whatever else the window shows, its pictures are of one size
+    waitFor([this] { return isPreviewAtRest(); }, "the preview");
     addStamp("of {0} {1}");
     const QImage ofFour = picture(); // as with no files
     fill({pdf("nine.pdf", 9)});
-    EXPECT_NE(picture(), ofFour);
+    const QImage ofNine = picture();
+    ASSERT_EQ(ofNine.size(), ofFour.size());
+    EXPECT_NE(ofNine, ofFour);
     actions().removeAllFilesButton->trigger();
     EXPECT_EQ(picture(), ofFour);
 }

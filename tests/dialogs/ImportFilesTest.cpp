@@ -12,7 +12,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSet>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -229,14 +228,13 @@ TEST_F(ImportFiles, TakesWhatIsDropped)
     EXPECT_FALSE(drop(nothing));
 }
 
-TEST_F(ImportFiles, AltKeysAreDistinct)
+TEST_F(ImportFiles, NoTwoButtonsShareALetter)
 {
-    QSet<QString> keys;
+    QStringList keys;
     for (const QAbstractButton* const button : dialog.findChildren<QAbstractButton*>())
-        keys.insert(button->shortcut().toString());
-    EXPECT_EQ(keys,
-              (QSet<QString>{QStringLiteral("Alt+F"), QStringLiteral("Alt+T"), QStringLiteral("Alt+P"),
-                             QStringLiteral("Alt+I"), QStringLiteral("Alt+B"), QStringLiteral("Alt+C")}));
+        keys.append(button->shortcut().toString());
+    EXPECT_FALSE(keys.contains(QString())) << "each has one";
+    EXPECT_EQ(keys.removeDuplicates(), 0) << keys.join(u' ').toStdString();
 }
 
 TEST_F(ImportFiles, ALongListIsPastedWhole)

@@ -43,7 +43,7 @@ TEST(TextStampRecord, HasItsKeysInOrderAndGoesRound)
     EXPECT_EQ(copy.textOpacity, 5);
     EXPECT_EQ(copy.outlineColor, stamp.outlineColor);
     EXPECT_EQ(copy.font, stamp.font);
-    EXPECT_EQ(*copy.getData() == *record, true);
+    EXPECT_EQ(*copy.getData(), *record);
 }
 
 TEST(TextStampRecord, EndsBeforeTheFirstAbsentValue)

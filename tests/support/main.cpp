@@ -13,8 +13,11 @@ using TestApplication = QGuiApplication;
 
 int main(int argc, char** argv)
 {
+    testing::InitGoogleTest(&argc, argv);
+    if (GTEST_FLAG_GET(list_tests)) return RUN_ALL_TESTS(); // while building: needs no screen, no fonts
     qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) qputenv("XDG_RUNTIME_DIR", "/tmp");
+    // Programs that a test starts inherit it.
     if (!qEnvironmentVariableIsSet("FONTCONFIG_FILE"))
         qputenv("FONTCONFIG_FILE", qgetenv("QUILLFERN_SOURCE_DIR") + "/tests/support/fonts.conf");
     quillfern::FontCatalog::preferEmbeddableFonts();
@@ -22,6 +25,5 @@ int main(int argc, char** argv)
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.*=false"));
     TestApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
-    testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
