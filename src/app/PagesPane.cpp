@@ -37,6 +37,13 @@ QString decimalText(double value)
 PagesPane::PagesPane(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::PagesPane>())
 {
     ui_->setupUi(this);
+    // Here, before the window is laid out: a pane behind another tab does not pass a new width on.
+    ui_->pageRange->addItem(tr("All pages"), AllPages);
+    ui_->pageRange->addItem(tr("Odd pages"), OddPages);
+    ui_->pageRange->addItem(tr("Even pages"), EvenPages);
+    ui_->unitsPopup->addItem(tr("Points"), Points);
+    ui_->unitsPopup->addItem(tr("Millimetres"), Millimetres);
+    ui_->unitsPopup->addItem(tr("Inches"), Inches);
 }
 
 PagesPane::~PagesPane() = default;
@@ -46,12 +53,6 @@ void PagesPane::edit(Numbering& number, std::function<QSizeF()> previewSize)
     number_ = &number;
     margins_.emplace(number);
     previewSize_ = std::move(previewSize);
-    ui_->pageRange->addItem(tr("All pages"), AllPages);
-    ui_->pageRange->addItem(tr("Odd pages"), OddPages);
-    ui_->pageRange->addItem(tr("Even pages"), EvenPages);
-    ui_->unitsPopup->addItem(tr("Points"), Points);
-    ui_->unitsPopup->addItem(tr("Millimetres"), Millimetres);
-    ui_->unitsPopup->addItem(tr("Inches"), Inches);
     bindFields();
     connect(ui_->pageRange, &QComboBox::activated, this,
             [this] { number_->setPageRange(ui_->pageRange->currentData().toInt()); });
