@@ -188,7 +188,8 @@ QString linkedDocuments(const QTemporaryDir& folder, int count, int pages)
 void benchGathering(int files)
 {
     Program program;
-    WindowControls(program.app.window()).mainTableView->sortByColumn(FileListModel::NameColumn, Qt::DescendingOrder);
+    WindowControls(program.app.window())
+        .mainTableView->sortByColumn(FileListModel::NameColumn, Qt::DescendingOrder);
     const QString many = linkedDocuments(program.folder, files, 1);
     serveEventsFor(50ms);
     Heartbeat heart;
@@ -234,7 +235,7 @@ int run(int files)
 int main(int argc, char** argv)
 {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    quillfern::FontCatalog::preferEmbeddableFonts();
+    quillfern::drawing::FontCatalog::preferEmbeddableFonts();
     QApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
     QCommandLineParser options;

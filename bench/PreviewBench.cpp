@@ -6,15 +6,9 @@
 #include "config/Preview.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/drawing/TextShaper.h"
-<<<<<<< HEAD
-#include "platform/pageimages/PageImageCache.h"
-#include "platform/pageimages/RenderProcess.h"
-#include "platform/pdf/PdfDocument.h"
-    =======
 #include "platform/pageimages/PageImageCache.h"
 #include "platform/pageimages/RenderProcess.h"
 #include "platform/pdf/PdfPageCount.h"
-    >>>>>>> h3
 #include "stamps/TextStamp.h"
 
 #include <QElapsedTimer>
@@ -25,63 +19,62 @@
 #include <algorithm>
 #include <functional>
 
-    namespace
+namespace {
+
+using namespace quillfern;
+
+double median(int runs, const std::function<bool(int)>& work)
 {
-
-    using namespace quillfern;
-
-    double median(int runs, const std::function<bool(int)>& work)
-    {
-        std::vector<double> times;
-        for (int run = -1; run < runs; ++run) { // the first warms up
-            QElapsedTimer timer;
-            timer.start();
-            if (!work(run)) qFatal("a run failed; no figure would mean anything");
-            if (run >= 0) times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
-        }
-        std::nth_element(times.begin(), times.begin() + runs / 2, times.end());
-        return times[static_cast<std::size_t>(runs / 2)];
+    std::vector<double> times;
+    for (int run = -1; run < runs; ++run) { // the first warms up
+        QElapsedTimer timer;
+        timer.start();
+        if (!work(run)) qFatal("a run failed; no figure would mean anything");
+        if (run >= 0) times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
     }
+    std::nth_element(times.begin(), times.begin() + runs / 2, times.end());
+    return times[static_cast<std::size_t>(runs / 2)];
+}
 
-    /// A page's usual furniture: numbers, a reference, a date, and a large translucent word across it.
-    void addFiveStamps(Numbering & number)
-    {
-        const auto add = [&](const char* text, std::int32_t anchor, double size) {
-            auto stamp = std::make_shared<TextStamp>();
-            stamp->number.numberFormat = QString::fromLatin1(text);
-            stamp->setMarginAnchor(anchor);
-            stamp->font.fontSize = size;
-            number.stamps.push_back(stamp);
-            return stamp;
-        };
-        add("Page {0} of {1}", BottomMiddle, 12);
-        add("REF-{0}", TopRight, 10)->number.paddingLength = 6;
-        add("Confidential", TopLeft, 10)->isBold = true;
-        add("16 November 2026", BottomLeft, 9)->isItalic = true;
-        const auto draft = add("DRAFT", MiddleMiddle, 120);
-        draft->textOpacity = 25;
-        draft->textRotation = 55;
-    }
+/// A page's usual furniture: numbers, a reference, a date, and a large translucent word across it.
+void addFiveStamps(Numbering& number)
+{
+    const auto add = [&](const char* text, std::int32_t anchor, double size) {
+        auto stamp = std::make_shared<TextStamp>();
+        stamp->number.numberFormat = QString::fromLatin1(text);
+        stamp->setMarginAnchor(anchor);
+        stamp->font.fontSize = size;
+        number.stamps.push_back(stamp);
+        return stamp;
+    };
+    add("Page {0} of {1}", BottomMiddle, 12);
+    add("REF-{0}", TopRight, 10)->number.paddingLength = 6;
+    add("Confidential", TopLeft, 10)->isBold = true;
+    add("16 November 2026", BottomLeft, 9)->isItalic = true;
+    const auto draft = add("DRAFT", MiddleMiddle, 120);
+    draft->textOpacity = 25;
+    draft->textRotation = 55;
+}
 
 } // namespace
 
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    FontCatalog::preferEmbeddableFonts();
+    drawing::FontCatalog::preferEmbeddableFonts();
     const QGuiApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() < 2) qFatal("bench_preview FILE.pdf [RUNS]");
     const QString path = QFileInfo(arguments[1]).absoluteFilePath();
     const int runs = arguments.size() > 2 ? arguments[2].toInt() : 21;
     const FilePath file = FilePath::fromText(path);
-    const int pages = pdfPageCount(file);
+    const int pages = pdf::pdfPageCount(file);
 
     Numbering number;
     addFiveStamps(number);
-    TextShaper shaper;
-    RenderProcess renderer(RenderProcess::installedProgram());
-    PageImageCache cache(renderer);
+    drawing::TextShaper shaper;
+    pageimages::RenderProcess renderer(pageimages::RenderProcess::installedProgram());
+    pageimages::PageImageCache cache(renderer);
     const JobConfiguration job = number.configuration();
     Preview cached(shaper, cache);
     Preview fresh(shaper, renderer);

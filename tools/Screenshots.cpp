@@ -246,7 +246,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: %s SAMPLES FOLDER light|dark|rtl [SUFFIX]\n", argv[0]);
         return 2;
     }
-    quillfern::FontCatalog::preferEmbeddableFonts();
+    quillfern::drawing::FontCatalog::preferEmbeddableFonts();
     QApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("fusion")));

@@ -64,7 +64,7 @@ struct BeforeQt
 {
     BeforeQt() : activationToken(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"))
     {
-        FontCatalog::preferEmbeddableFonts();
+        drawing::FontCatalog::preferEmbeddableFonts();
     }
 
     QString activationToken; ///< the desktop's leave to take the keyboard; Qt may use it up
@@ -83,13 +83,13 @@ struct Program
 {
     SystemClock clock;
     UserFolders folders;
-    PlistDefaultsStore defaults{folders};
+    store::PlistDefaultsStore defaults{folders};
     EventLoopMainThread mainThread;
-    FreedesktopServices desktop;
+    desktop::FreedesktopServices desktop;
     WidgetPanels panels;
     WidgetAlerts alerts;
     QuillfernAppDelegate delegate{{clock, folders, defaults, mainThread, desktop, panels, alerts,
-                                   RenderProcess::installedProgram(),
+                                   pageimages::RenderProcess::installedProgram(),
                                    installed(QStringLiteral("MACQuillfern1.pdf"))}};
 };
 
@@ -114,8 +114,8 @@ struct Application::Parts
     /// Whether another instance has taken the files. Comes once, before the window.
     bool handOver(const QList<FilePath>& files)
     {
-        instance = std::make_unique<SingleInstance>(QDBusConnection::sessionBus(),
-                                                    QStringLiteral("org.orvane.quillfern"));
+        instance = std::make_unique<desktop::SingleInstance>(QDBusConnection::sessionBus(),
+                                                             QStringLiteral("org.orvane.quillfern"));
         if (instance->isFirst()) return false;
         return instance->handOver(files, beforeQt.activationToken);
     }
@@ -124,7 +124,7 @@ struct Application::Parts
     {
         program = std::make_unique<Program>();
         QuillfernAppDelegate& delegate = program->delegate;
-        QObject::connect(instance.get(), &SingleInstance::opened, &delegate,
+        QObject::connect(instance.get(), &desktop::SingleInstance::opened, &delegate,
                          [&delegate](const QList<FilePath>& paths, const QString& token) {
                              useActivationToken(token);
                              delegate.startedAgain(paths);
@@ -145,7 +145,7 @@ struct Application::Parts
     QApplication qt;
     QTranslator translator;
     QTranslator texts;
-    std::unique_ptr<SingleInstance> instance;
+    std::unique_ptr<desktop::SingleInstance> instance;
     std::unique_ptr<Program> program;
 };
 

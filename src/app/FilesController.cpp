@@ -25,8 +25,8 @@ constexpr int openedWithoutAsking = 10; ///< each in a window of its own
 } // namespace
 
 FilesController::FilesController(FileList& files, const Activity& activity, FilesPane& pane,
-                                 WindowActions& actions, DesktopServices& desktop, FilePanels& panels,
-                                 Alerts& alerts, const Clock& clock)
+                                 WindowActions& actions, desktop::DesktopServices& desktop,
+                                 desktop::FilePanels& panels, desktop::Alerts& alerts, const Clock& clock)
     : files_(files), activity_(activity), pane_(pane), actions_(actions), panels_(panels), alerts_(alerts),
       clock_(clock), model_(files, activity.busy()), commands_(files, *this, desktop)
 {
@@ -176,17 +176,18 @@ void FilesController::openFiles()
 void FilesController::addFiles()
 {
     endEditing(window());
-    OpenPanel panel;
+    desktop::OpenPanel panel;
     panel.message = tr("Select TIFF or PDF File(s):");
     panel.types = allowedFileTypes();
     panel.multiple = true;
-    panels_.open(&window(), panel, [this](const QList<FilePath>& paths) { Q_EMIT filesChosen(paths, false); });
+    panels_.open(&window(), panel,
+                 [this](const QList<FilePath>& paths) { Q_EMIT filesChosen(paths, false); });
 }
 
 void FilesController::addFolder()
 {
     endEditing(window());
-    OpenPanel panel;
+    desktop::OpenPanel panel;
     panel.message = tr("Select folder(s) contains TIFF or PDF File(s):");
     panel.folders = true;
     panel.multiple = true;
@@ -228,8 +229,8 @@ void FilesController::openPDFReadPasswordPanel()
 void FilesController::exportAction()
 {
     endEditing(window());
-    const SavePanel panel{tr("Export List To Tab Delimited Text File :"), QStringLiteral("txt"),
-                          exportFileName(clock_)};
+    const desktop::SavePanel panel{tr("Export List To Tab Delimited Text File :"), QStringLiteral("txt"),
+                                   exportFileName(clock_)};
     panels_.save(&window(), panel, [this](const FilePath& path) {
         if (!exportList(files_, path))
             alerts_.critical(&window(), tr("The list could not be written to\n%1").arg(path.readable()));

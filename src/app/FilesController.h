@@ -25,7 +25,8 @@ class FilesController final : public QObject, public FileListView
   public:
     /// Everything outlives the controller.
     FilesController(FileList& files, const Activity& activity, FilesPane& pane, WindowActions& actions,
-                    DesktopServices& desktop, FilePanels& panels, Alerts& alerts, const Clock& clock);
+                    desktop::DesktopServices& desktop, desktop::FilePanels& panels, desktop::Alerts& alerts,
+                    const Clock& clock);
     ~FilesController() override;
 
     [[nodiscard]] std::vector<int> selection() const;
@@ -74,8 +75,8 @@ class FilesController final : public QObject, public FileListView
     const Activity& activity_;
     FilesPane& pane_;
     WindowActions& actions_;
-    FilePanels& panels_;
-    Alerts& alerts_;
+    desktop::FilePanels& panels_;
+    desktop::Alerts& alerts_;
     const Clock& clock_;
     FileListModel model_;
     FileListCommands commands_;

@@ -11,7 +11,7 @@
 namespace quillfern {
 
 JobController::JobController(FileList& files, Settings& settings, Activity& activity,
-                             ProcessServices services, Alerts& alerts, QWidget& parent)
+                             ProcessServices services, desktop::Alerts& alerts, QWidget& parent)
     : files_(files), settings_(settings), activity_(activity), services_(std::move(services)),
       alerts_(alerts), parent_(parent)
 {

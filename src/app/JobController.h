@@ -19,7 +19,7 @@ class JobController final : public QObject, public ProcessObserver
   public:
     /// Everything outlives the controller; `parent` is the window that the sheet lies over.
     JobController(FileList& files, Settings& settings, Activity& activity, ProcessServices services,
-                  Alerts& alerts, QWidget& parent);
+                  desktop::Alerts& alerts, QWidget& parent);
     /// Asks a running job to stop and waits for the file in work.
     ~JobController() override;
 
@@ -56,7 +56,7 @@ class JobController final : public QObject, public ProcessObserver
     Settings& settings_;
     Activity& activity_;
     ProcessServices services_;
-    Alerts& alerts_;
+    desktop::Alerts& alerts_;
     QWidget& parent_;
     std::unique_ptr<Process> process_;
     std::unique_ptr<QThread> worker_; ///< from the start of a job until its sheet is closed

@@ -22,7 +22,7 @@ OutputPane::OutputPane(QWidget* parent) : QWidget(parent), ui_(std::make_unique<
 
 OutputPane::~OutputPane() = default;
 
-void OutputPane::edit(Settings& settings, FilePanels& panels)
+void OutputPane::edit(Settings& settings, desktop::FilePanels& panels)
 {
     settings_ = &settings;
     panels_ = &panels;
@@ -91,7 +91,7 @@ void OutputPane::completeTypedFolder()
 
 void OutputPane::chooseOutputFolder()
 {
-    OpenPanel panel;
+    desktop::OpenPanel panel;
     panel.message = tr("Select output folder:");
     panel.folders = true;
     panels_->open(window(), panel, [this](const QList<FilePath>& paths) {

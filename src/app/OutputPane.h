@@ -5,13 +5,15 @@
 #include <QWidget>
 #include <memory>
 
+namespace quillfern::desktop {
+class FilePanels;
+}
+
 namespace quillfern {
 
 namespace Ui {
 class OutputPane;
 }
-
-class FilePanels;
 
 /// The part of the window that edits what lies outside the configuration's record of stamps and pages: the
 /// output folder and what happens around a job. Main thread.
@@ -24,7 +26,7 @@ class OutputPane final : public QWidget
     ~OutputPane() override;
 
     /// Begins to edit these settings; to be called once. Both outlive the pane.
-    void edit(Settings& settings, FilePanels& panels);
+    void edit(Settings& settings, desktop::FilePanels& panels);
     /// Shows the settings as they are now.
     void refresh();
     /// Enables what the settings' folder allows: without a folder there is nothing to remember or to open.
@@ -45,7 +47,7 @@ class OutputPane final : public QWidget
 
     std::unique_ptr<Ui::OutputPane> ui_;
     Settings* settings_ = nullptr;
-    FilePanels* panels_ = nullptr;
+    desktop::FilePanels* panels_ = nullptr;
 };
 
 } // namespace quillfern

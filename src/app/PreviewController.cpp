@@ -14,7 +14,7 @@ constexpr int moveMs =
 } // namespace
 
 PreviewController::PreviewController(Numbering& number, PreviewPane& pane,
-                                     std::unique_ptr<PageImageSource> pages,
+                                     std::unique_ptr<pageimages::PageImageSource> pages,
                                      std::function<PreviewState()> state)
     : number_(number), pane_(pane), area_(pane.area()), state_(std::move(state)), pages_(std::move(pages)),
       preview_(shaper_, pages_), model_(preview_)
@@ -25,7 +25,7 @@ PreviewController::PreviewController(Numbering& number, PreviewPane& pane,
             [this](bool on) { number_.setIsLivePreview(on); });
     connect(&area_, &PreviewArea::frameChanged, this, &PreviewController::viewFrameChanged);
     refreshSwitches();
-    connect(&pages_, &BackgroundPages::ready, this, &PreviewController::render);
+    connect(&pages_, &pageimages::BackgroundPages::ready, this, &PreviewController::render);
     animation_.setDuration(moveMs);
     connect(&animation_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
         area_.previewImageView->setGeometry(value.toRectF().toAlignedRect());

@@ -22,7 +22,8 @@ class PreviewController final : public QObject
   public:
     /// `state` returns what of the window decides about the picture, apart from the picture's own place. The
     /// references outlive this.
-    PreviewController(Numbering& number, PreviewPane& pane, std::unique_ptr<PageImageSource> pages,
+    PreviewController(Numbering& number, PreviewPane& pane,
+                      std::unique_ptr<pageimages::PageImageSource> pages,
                       std::function<PreviewState()> state);
 
     /// Shows the configuration's switches as they are, as after loading a profile.
@@ -45,8 +46,8 @@ class PreviewController final : public QObject
     PreviewPane& pane_;
     PreviewArea& area_;
     std::function<PreviewState()> state_;
-    BackgroundPages pages_;
-    TextShaper shaper_;
+    pageimages::BackgroundPages pages_;
+    drawing::TextShaper shaper_;
     Preview preview_;
     PreviewModel model_;
     QVariantAnimation animation_;

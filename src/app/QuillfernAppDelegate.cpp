@@ -21,19 +21,20 @@ namespace quillfern {
 namespace {
 
 /// Keeps the pages that quillfern-render has drawn; used on one thread.
-class CachedPages final : public PageImageSource
+class CachedPages final : public pageimages::PageImageSource
 {
   public:
     explicit CachedPages(const QString& program) : process_(program), cache_(process_) {}
 
-    [[nodiscard]] std::optional<PageImage> page(const PageImageRequest& request) override
+    [[nodiscard]] std::optional<pageimages::PageImage>
+    page(const pageimages::PageImageRequest& request) override
     {
         return cache_.page(request);
     }
 
   private:
-    RenderProcess process_;
-    PageImageCache cache_;
+    pageimages::RenderProcess process_;
+    pageimages::PageImageCache cache_;
 };
 
 } // namespace
@@ -96,7 +97,8 @@ void QuillfernAppDelegate::makeControllers()
                                            services_.alerts, w);
     gatherer_ = std::make_unique<GatherController>(files_, settings_, activity_, services_.mainThread,
                                                    services_.clock);
-    openQueue_ = std::make_unique<OpenQueue>(w, [this](const QList<FilePath>& paths) { return load(paths, true); });
+    openQueue_ =
+        std::make_unique<OpenQueue>(w, [this](const QList<FilePath>& paths) { return load(paths, true); });
 }
 
 void QuillfernAppDelegate::connectFiles()

@@ -22,11 +22,11 @@ struct AppServices
 {
     const Clock& clock;
     const Folders& folders;
-    DefaultsStore& defaults;
+    store::DefaultsStore& defaults;
     MainThread& mainThread;
-    DesktopServices& desktop;
-    FilePanels& panels;
-    Alerts& alerts;
+    desktop::DesktopServices& desktop;
+    desktop::FilePanels& panels;
+    desktop::Alerts& alerts;
     QString renderProgram; ///< quillfern-render
     FilePath helpDocument; ///< empty when it is not installed
     DocumentProcessorsFactory makeProcessors = makeDocumentProcessors;

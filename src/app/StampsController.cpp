@@ -24,7 +24,8 @@ QString profileType()
 } // namespace
 
 StampsController::StampsController(Numbering& number, const Activity& activity, StampsPane& pane,
-                                   const WindowActions& actions, FilePanels& panels, Alerts& alerts)
+                                   const WindowActions& actions, desktop::FilePanels& panels,
+                                   desktop::Alerts& alerts)
     : number_(number), pane_(pane), actions_(actions), panels_(panels), alerts_(alerts),
       model_(number, [&activity] { return activity.isJob(); }),
       operations_(number, [this](const IStampItem& stamp) { editors_.removehandlers(stamp); }),
@@ -201,7 +202,7 @@ void StampsController::stampRenamed(IStampItem&)
 
 void StampsController::stampSaveAction()
 {
-    const SavePanel panel{tr("%1 Profile").arg(getAppTitle()), profileType(), QString()};
+    const desktop::SavePanel panel{tr("%1 Profile").arg(getAppTitle()), profileType(), QString()};
     guarded("Error in [stampSaveAction:] : %@", [&] {
         panels_.save(pane_.window(), panel, [this](const FilePath& path) {
             if (number_.save(path))
@@ -214,7 +215,7 @@ void StampsController::stampSaveAction()
 
 void StampsController::stampLoadAction()
 {
-    OpenPanel panel;
+    desktop::OpenPanel panel;
     panel.message = tr("%1 Profile").arg(getAppTitle());
     panel.types = QStringList{profileType()};
     guarded("Error in [stampLoadAction:] : %@", [&] {

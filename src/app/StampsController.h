@@ -23,7 +23,7 @@ class StampsController final : public QObject, public StampHost
   public:
     /// Everything outlives the controller. While a job runs no stamp can be edited.
     StampsController(Numbering& number, const Activity& activity, StampsPane& pane,
-                     const WindowActions& actions, FilePanels& panels, Alerts& alerts);
+                     const WindowActions& actions, desktop::FilePanels& panels, desktop::Alerts& alerts);
     ~StampsController() override;
 
     /// Shows the stamps as they are now, with the selection as it was.
@@ -62,8 +62,8 @@ class StampsController final : public QObject, public StampHost
     Numbering& number_;
     StampsPane& pane_;
     const WindowActions& actions_;
-    FilePanels& panels_;
-    Alerts& alerts_;
+    desktop::FilePanels& panels_;
+    desktop::Alerts& alerts_;
     StampsModel model_;
     StampListOperations operations_;
     StampEditors editors_;

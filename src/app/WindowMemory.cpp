@@ -39,7 +39,7 @@ QString stampsKey()
 void WindowMemory::restore(MainWindow& window) const
 {
     const auto stored = defaults_.value(key());
-    const Record* record = stored ? stored->as<Record>() : nullptr;
+    const store::Record* record = stored ? stored->as<store::Record>() : nullptr;
     const QSize room = window.screen()->availableSize();
     if (!record) {
         window.resize(QSize(1240, 800).boundedTo(room - QSize(20, 60)).expandedTo(window.minimumSize()));
@@ -55,7 +55,7 @@ void WindowMemory::restore(MainWindow& window) const
 
 void WindowMemory::remember(MainWindow& window)
 {
-    Record record;
+    store::Record record;
     record.set(geometryKey(), window.saveGeometry());
     record.set(splitterKey(), window.splitter().saveState());
     record.set(filesKey(), window.filesPane().table().horizontalHeader()->saveState());

@@ -12,7 +12,7 @@ class WindowMemory
 {
   public:
     /// The store outlives this.
-    explicit WindowMemory(DefaultsStore& defaults) : defaults_(defaults) {}
+    explicit WindowMemory(store::DefaultsStore& defaults) : defaults_(defaults) {}
 
     /// Arranges the window as saved, as far as the store holds valid values. To be called before the window
     /// is shown.
@@ -21,7 +21,7 @@ class WindowMemory
     void remember(MainWindow& window);
 
   private:
-    DefaultsStore& defaults_;
+    store::DefaultsStore& defaults_;
 };
 
 } // namespace quillfern

@@ -31,8 +31,8 @@ class StampingProcessors final : public DocumentProcessors
 
   private:
     // One shaper for the whole run: a template is laid out once, not once a document.
-    TextShaper shaper_;
-    RewritingPdfWriter writer_;
+    drawing::TextShaper shaper_;
+    pdf::RewritingPdfWriter writer_;
     PdfProcessor pdf_;
     TiffProcessor tiff_;
 };

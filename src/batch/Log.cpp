@@ -91,7 +91,7 @@ bool Log::save(const QLocale& locale)
         const QString name = dateText(endTime, QStringLiteral("ddMMyyHHmmss")) + QStringLiteral(".log");
         logFilePath_ = folders_.getAppPath().child(QStringLiteral("Logs/") + name);
         try {
-            AtomicFile::writeWhole(*logFilePath_, bytes);
+            store::AtomicFile::writeWhole(*logFilePath_, bytes);
         } catch (const Failure&) {
             logLine(QStringLiteral("Could not write document out..."));
         }

@@ -22,9 +22,9 @@ FileOutcome PdfProcessor::processPDF(const FilePath& source, const FilePath& tar
 FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run)
 {
     const FilePath path = prepareTarget(source, target, job_.isBackupFile);
-    std::unique_ptr<PdfDocument> document;
+    std::unique_ptr<pdf::PdfDocument> document;
     try {
-        document = PdfDocument::open(source);
+        document = pdf::PdfDocument::open(source);
     } catch (const Failure& failure) {
         // Counts as processed, and nothing is written.
         logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2")
@@ -36,13 +36,13 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
     document->setCreator(getAppTitle());
     const int pages = stampPages(*document, run);
     document->keepFirstPages(pages);
-    AtomicFile file(path);
+    store::AtomicFile file(path);
     document->save(writer_, file);
     file.commit();
     return {FileStatus::Created, std::nullopt, pages, run.numbers()};
 }
 
-int PdfProcessor::stampPages(PdfDocument& document, JobRun& run)
+int PdfProcessor::stampPages(pdf::PdfDocument& document, JobRun& run)
 {
     const PageCompositor compositor(job_.stamps, shaper_);
     const int count = document.pageCount();

@@ -6,11 +6,15 @@
 
 #include <QString>
 
-namespace quillfern {
-
+namespace quillfern::drawing {
+class TextShaper;
+}
+namespace quillfern::pdf {
 class PdfDocument;
 class PdfWriter;
-class TextShaper;
+} // namespace quillfern::pdf
+
+namespace quillfern {
 
 /// Stamps one PDF file: pages outside the range stay as they are, pages inside it are stamped or, where the
 /// parity is not the chosen one, left blank. Used on the shaper's thread.
@@ -18,7 +22,7 @@ class PdfProcessor
 {
   public:
     /// All are borrowed and must outlive the processor.
-    PdfProcessor(const JobConfiguration& job, TextShaper& shaper, const PdfWriter& writer)
+    PdfProcessor(const JobConfiguration& job, drawing::TextShaper& shaper, const pdf::PdfWriter& writer)
         : job_(job), shaper_(shaper), writer_(writer)
     {
     }
@@ -29,11 +33,11 @@ class PdfProcessor
 
   private:
     FileOutcome stamp(const FilePath& source, const FilePath& target, JobRun& run);
-    int stampPages(PdfDocument& document, JobRun& run);
+    int stampPages(pdf::PdfDocument& document, JobRun& run);
 
     const JobConfiguration& job_;
-    TextShaper& shaper_;
-    const PdfWriter& writer_;
+    drawing::TextShaper& shaper_;
+    const pdf::PdfWriter& writer_;
 };
 
 } // namespace quillfern

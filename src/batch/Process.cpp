@@ -122,7 +122,7 @@ namespace {
 /// None when the file can be read by now.
 std::optional<Reason> reasonForNoPages(const FileItem& item)
 {
-    if (isPdf(item)) return pdfProblem(item.filePath());
+    if (isPdf(item)) return pdf::pdfProblem(item.filePath());
     return Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
                                     "the file is not there or holds no picture that can be read"));
 }

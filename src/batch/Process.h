@@ -31,7 +31,7 @@ struct ProcessServices
     const Clock& clock;
     const Folders& folders;
     MainThread& mainThread;
-    DesktopServices& desktop;
+    desktop::DesktopServices& desktop;
     DocumentProcessorsFactory makeProcessors = makeDocumentProcessors;
 };
 

@@ -13,7 +13,7 @@ FilePath prepareTarget(const FilePath& source, const FilePath& target, bool isBa
         return target;
     }
     if (isBackupFile)
-        copyFileAtomically(source, source.parent().child(source.name() + QStringLiteral(".bak")));
+        store::copyFileAtomically(source, source.parent().child(source.name() + QStringLiteral(".bak")));
     return resolvedPath(target);
 }
 

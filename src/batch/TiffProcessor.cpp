@@ -18,9 +18,10 @@ namespace {
 
 /// Gives the page the pixels that drawing in `ink` needs. A page of black and white becomes one of colour as
 /// soon as anything else is drawn on it, a grey page when a colour is.
-void makeRoomFor(Ink ink, RasterPage& page)
+void makeRoomFor(drawing::Ink ink, raster::RasterPage& page)
 {
-    const bool suffices = !page.isGrey() || ink <= (page.isBilevel ? Ink::BlackAndWhite : Ink::Grey);
+    const bool suffices =
+        !page.isGrey() || ink <= (page.isBilevel ? drawing::Ink::BlackAndWhite : drawing::Ink::Grey);
     if (suffices) return;
     page.image.convertTo(QImage::Format_RGB888);
     if (page.image.isNull())
@@ -48,7 +49,7 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
                                  std::int32_t compression)
 {
     const FilePath path = prepareTarget(source, target, job_.isBackupFile);
-    const auto reader = RasterReader::open(source);
+    const auto reader = raster::RasterReader::open(source);
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
     const auto first = std::clamp<std::int64_t>(job_.startPage, 1, std::int64_t{count} + 1);
@@ -59,12 +60,12 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
             QT_TRANSLATE_NOOP("quillfern::Failure", "no page of the file lies in the page range"));
 
     const PageCompositor compositor(job_.stamps, shaper_);
-    AtomicFile file(path);
-    RasterWriter writer(file);
-    PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last));
+    store::AtomicFile file(path);
+    raster::RasterWriter writer(file);
+    raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last));
     for (int i = 1; i <= count && run.isUpdating(); ++i) {
         if (i >= first && i <= last) {
-            std::optional<RasterPage> page = pages.next();
+            std::optional<raster::RasterPage> page = pages.next();
             if (!page) break;
             if (hasChosenParity(job_, i)) stampPage(*page, compositor, total, run);
             const QSizeF dots = dotsPerInch(page->image, reader->firstPageSize());
@@ -80,19 +81,19 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
     return {FileStatus::Created, std::nullopt, static_cast<std::int32_t>(writer.pageCount()), run.numbers()};
 }
 
-void TiffProcessor::stampPage(RasterPage& page, const PageCompositor& compositor, std::int64_t total,
+void TiffProcessor::stampPage(raster::RasterPage& page, const PageCompositor& compositor, std::int64_t total,
                               JobRun& run)
 {
     const QRectF area = marginRect(job_, QSizeF(page.image.size()));
     const PageStamps stamps = compositor.place(area, run.stamps(), total);
-    const InkProbe probe = compositor.probe(stamps);
+    const drawing::InkProbe probe = compositor.probe(stamps);
     makeRoomFor(probe.ink(), page);
     if (!page.isMono()) {
         compositor.drawPart(page.image, {}, stamps);
-    } else if (const QRect rect = patchRect(page.image, probe.bounds()); !rect.isEmpty()) {
-        QImage patch = takePatch(page.image, rect, page.isWhiteZero);
+    } else if (const QRect rect = raster::patchRect(page.image, probe.bounds()); !rect.isEmpty()) {
+        QImage patch = raster::takePatch(page.image, rect, page.isWhiteZero);
         compositor.drawPart(patch, rect.topLeft(), stamps);
-        putPatch(patch, rect, page.isWhiteZero, page.image);
+        raster::putPatch(patch, rect, page.isWhiteZero, page.image);
     }
     run.numberUsed();
 }

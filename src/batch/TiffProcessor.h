@@ -8,10 +8,13 @@
 #include <QString>
 #include <cstdint>
 
+namespace quillfern::drawing {
+class TextShaper;
+}
+
 namespace quillfern {
 
 class PageCompositor;
-class TextShaper;
 
 /// Stamps one raster file into a multi-page TIFF that holds the pages of the range; those of the chosen
 /// parity carry stamps. A pixel of a page is one unit of the stamps' space. Used on the shaper's thread.
@@ -19,7 +22,7 @@ class TiffProcessor
 {
   public:
     /// Both are borrowed and must outlive the processor.
-    TiffProcessor(const JobConfiguration& job, TextShaper& shaper) : job_(job), shaper_(shaper) {}
+    TiffProcessor(const JobConfiguration& job, drawing::TextShaper& shaper) : job_(job), shaper_(shaper) {}
 
     /// See DocumentProcessors.
     [[nodiscard]] FileOutcome processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
@@ -27,10 +30,11 @@ class TiffProcessor
 
   private:
     FileOutcome stamp(const FilePath& source, const FilePath& target, JobRun& run, std::int32_t compression);
-    void stampPage(RasterPage& page, const PageCompositor& compositor, std::int64_t total, JobRun& run);
+    void stampPage(raster::RasterPage& page, const PageCompositor& compositor, std::int64_t total,
+                   JobRun& run);
 
     const JobConfiguration& job_;
-    TextShaper& shaper_;
+    drawing::TextShaper& shaper_;
 };
 
 } // namespace quillfern

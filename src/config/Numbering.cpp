@@ -6,11 +6,11 @@
 
 namespace quillfern {
 
-Numbering::Numbering(DefaultsStore* defaults) : defaults_(defaults)
+Numbering::Numbering(store::DefaultsStore* defaults) : defaults_(defaults)
 {
     if (defaults_) {
         const auto stored = defaults_->value(QStringLiteral("NUMBERING"));
-        if (stored) setData(stored->as<Record>());
+        if (stored) setData(stored->as<store::Record>());
     }
     getPDFFonts();
 }
@@ -48,7 +48,7 @@ const std::vector<PDFFont>& Numbering::getPDFFonts()
 {
     guarded("Error in (Numbering=>getPDFFonts) : %@", [this] {
         fonts_.clear();
-        for (const QString& family : FontCatalog().families())
+        for (const QString& family : drawing::FontCatalog().families())
             fonts_.push_back(PDFFont::initWithFont(family, -1, 12.0, false));
     });
     return fonts_;

@@ -10,9 +10,12 @@
 #include <string>
 #include <vector>
 
+namespace quillfern::store {
+class DefaultsStore;
+}
+
 namespace quillfern {
 
-class DefaultsStore;
 class Numbering;
 
 /// Told when the configuration has changed in a way that shows.
@@ -34,7 +37,7 @@ class Numbering
   public:
     /// Starts from the defaults, then applies the record "NUMBERING" of the store, if there is one. The store
     /// (may be null: nothing is remembered) must outlive this object.
-    explicit Numbering(DefaultsStore* defaults = nullptr);
+    explicit Numbering(store::DefaultsStore* defaults = nullptr);
     Numbering(const Numbering&) = delete;
     Numbering& operator=(const Numbering&) = delete;
 
@@ -104,10 +107,10 @@ class Numbering
 
     /// The record form: every field in the format's order, then the stamps. It ends before the first absent
     /// value. Nothing on a failure.
-    [[nodiscard]] std::optional<Record> getData() const;
+    [[nodiscard]] std::optional<store::Record> getData() const;
     /// Applies a record inside a bracket that tells nobody; a missing key gives 0, false or nothing, and the
     /// stamps are replaced. Returns false, with nothing changed, without a record.
-    bool setData(const Record* data);
+    bool setData(const store::Record* data);
     /// Writes the record under "NUMBERING" into the store and flushes it.
     void synchronize();
     /// Writes the record into a profile file, an XML property list; a file that is there is replaced only
@@ -133,7 +136,7 @@ class Numbering
     void settingsChanged();
 
     JobConfiguration fields_; ///< without stamps: those that are being edited are in `stamps`
-    DefaultsStore* defaults_;
+    store::DefaultsStore* defaults_;
     NumberingDelegate* delegate_ = nullptr;
     bool isUpdating_ = false;
     std::vector<PDFFont> fonts_;

@@ -10,7 +10,7 @@ namespace quillfern {
 namespace {
 
 /// No record names its stamp's kind; the keys tell. Null for a record that is neither.
-std::shared_ptr<IStampItem> stampFor(const Record& record)
+std::shared_ptr<IStampItem> stampFor(const store::Record& record)
 {
     if (record.contains(QStringLiteral("font"))) return std::make_shared<TextStamp>();
     if (record.contains(QStringLiteral("stampImage"))) return std::make_shared<ImageStamp>();
@@ -19,16 +19,16 @@ std::shared_ptr<IStampItem> stampFor(const Record& record)
 
 } // namespace
 
-std::optional<Record> Numbering::getData() const
+std::optional<store::Record> Numbering::getData() const
 {
-    return guarded<std::optional<Record>>("Error in (Numbering=>getData) : %@", std::nullopt, [this] {
-        RecordValue::List stampRecords;
+    return guarded<std::optional<store::Record>>("Error in (Numbering=>getData) : %@", std::nullopt, [this] {
+        store::RecordValue::List stampRecords;
         for (const auto& stamp : stamps) {
             auto record = stamp->getData();
             if (record) stampRecords.emplace_back(std::move(*record));
         }
-        return std::optional(RecordBuilder()
-                                 .add(QStringLiteral("endPage"), low32(fields_.endPage))
+        return std::optional(store::RecordBuilder()
+                                 .add(QStringLiteral("endPage"), store::low32(fields_.endPage))
                                  .add(QStringLiteral("hasLabel"), fields_.hasLabel)
                                  .add(QStringLiteral("isBackupFile"), fields_.isBackupFile)
                                  .add(QStringLiteral("isContinuousNumbering"), fields_.isContinuousNumbering)
@@ -40,11 +40,11 @@ std::optional<Record> Numbering::getData() const
                                  .add(QStringLiteral("marginRight"), fields_.marginRight)
                                  .add(QStringLiteral("marginBottom"), fields_.marginBottom)
                                  .add(QStringLiteral("marginUnit"), fields_.marginUnit)
-                                 .add(QStringLiteral("numberSteps"), low32(fields_.numberSteps))
+                                 .add(QStringLiteral("numberSteps"), store::low32(fields_.numberSteps))
                                  .add(QStringLiteral("outputFolder"), fields_.outputFolder)
                                  .add(QStringLiteral("pageRange"), fields_.pageRange)
-                                 .add(QStringLiteral("startNumber"), low32(fields_.startNumber))
-                                 .add(QStringLiteral("startPage"), low32(fields_.startPage))
+                                 .add(QStringLiteral("startNumber"), store::low32(fields_.startNumber))
+                                 .add(QStringLiteral("startPage"), store::low32(fields_.startPage))
                                  .add(QStringLiteral("isHighlightStamp"), fields_.isHighlightStamp)
                                  .add(QStringLiteral("isLivePreview"), fields_.isLivePreview)
                                  .add(QStringLiteral("Stamps"), std::move(stampRecords))
@@ -52,7 +52,7 @@ std::optional<Record> Numbering::getData() const
     });
 }
 
-bool Numbering::setData(const Record* data)
+bool Numbering::setData(const store::Record* data)
 {
     beginUpdate();
     const bool applied = guarded("Error in (Numbering=>setData:) : %@", false, [&] {
@@ -79,8 +79,8 @@ bool Numbering::setData(const Record* data)
         stamps.clear();
         const auto* stampRecords = data->list(QStringLiteral("Stamps"));
         if (!stampRecords) return true;
-        for (const RecordValue& value : *stampRecords) {
-            const auto* record = value.as<Record>();
+        for (const store::RecordValue& value : *stampRecords) {
+            const auto* record = value.as<store::Record>();
             const std::shared_ptr<IStampItem> stamp = record ? stampFor(*record) : nullptr;
             if (!stamp) continue;
             stamp->setData(record);

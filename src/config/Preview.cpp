@@ -45,9 +45,9 @@ std::int64_t previewStampedPages(const JobConfiguration& job, std::int64_t befor
 
 QImage Preview::preview2(const JobConfiguration& job, std::int64_t totalPages, const View& view)
 {
-    if (!isShowable({{}, 0, view.size, view.density})) return {};
+    if (!pageimages::isShowable({{}, 0, view.size, view.density})) return {};
     const QRectF area = marginRect(job, view.size);
-    QImage image(wholePixels(view.size * view.density), QImage::Format_ARGB32_Premultiplied);
+    QImage image(pageimages::wholePixels(view.size * view.density), QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) return {};
     image.setDevicePixelRatio(view.density);
     image.fill(QColor::fromRgbF(0, 0, 0, 0.5F));
@@ -57,7 +57,7 @@ QImage Preview::preview2(const JobConfiguration& job, std::int64_t totalPages, c
     drawAreaOutline(painter, area);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    RasterCanvas canvas(painter, shaper_);
+    drawing::RasterCanvas canvas(painter, shaper_);
     std::int32_t index = 0;
     for (const auto& stamp : job.stamps) {
         if (stamp->isSelected()) {
@@ -76,7 +76,7 @@ QImage Preview::previewLive(const JobConfiguration& job, const LivePage& page, c
     const auto files = static_cast<std::int64_t>(page.filePagesList.size());
     const bool isInList =
         page.filePath && page.fileIndex >= 0 && page.fileIndex < files && page.pageIndex >= 1;
-    std::optional<PageImage> shown;
+    std::optional<pageimages::PageImage> shown;
     if (isInList)
         shown = pages_.page({*page.filePath, static_cast<int>(page.pageIndex - 1), view.size, view.density});
     if (!shown) return preview2(job, page.totalPages, view);

@@ -9,9 +9,11 @@
 #include <optional>
 #include <vector>
 
-namespace quillfern {
-
+namespace quillfern::drawing {
 class TextShaper;
+}
+
+namespace quillfern {
 
 /// Draws what the stamps will look like, with the compositor and the canvas that the job draws raster pages
 /// with. Has no effect on any job: every picture is numbered in a run of its own. Belongs to the shaper's
@@ -20,7 +22,9 @@ class Preview
 {
   public:
     /// Both are borrowed and must outlive the preview.
-    Preview(TextShaper& shaper, PageImageSource& pages) : shaper_(shaper), pages_(pages) {}
+    Preview(drawing::TextShaper& shaper, pageimages::PageImageSource& pages) : shaper_(shaper), pages_(pages)
+    {
+    }
 
     /// How large the picture may be, and what of it is to stand out.
     struct View
@@ -50,8 +54,8 @@ class Preview
     [[nodiscard]] QImage previewLive(const JobConfiguration& job, const LivePage& page, const View& view);
 
   private:
-    TextShaper& shaper_;
-    PageImageSource& pages_;
+    drawing::TextShaper& shaper_;
+    pageimages::PageImageSource& pages_;
 };
 
 /// How many of the pages from the first to the 0-based index `before` (not counted itself) the preview takes

@@ -11,12 +11,12 @@ void saveProfile(const Numbering& number, const FilePath& path)
 {
     const auto record = number.getData();
     if (!record) throw Failure(QStringLiteral("the configuration cannot be saved"));
-    AtomicFile::writeWhole(path, writePropertyList(*record));
+    store::AtomicFile::writeWhole(path, store::writePropertyList(*record));
 }
 
 void loadProfile(Numbering& number, const FilePath& path)
 {
-    const Record record = readPropertyListFile(path);
+    const store::Record record = store::readPropertyListFile(path);
     if (!number.setData(&record)) throw Failure(QStringLiteral("the profile cannot be applied"));
 }
 

@@ -18,20 +18,20 @@ const QString storeKey = QStringLiteral("SETTINGS");
 
 } // namespace
 
-Settings::Settings(DefaultsStore* defaults)
+Settings::Settings(store::DefaultsStore* defaults)
     : number(std::make_unique<Numbering>(defaults)), defaults_(defaults)
 {
     if (!defaults_) return;
     const auto stored = defaults_->value(storeKey);
-    if (stored) setData(stored->as<Record>());
+    if (stored) setData(stored->as<store::Record>());
 }
 
-std::optional<Record> Settings::getData()
+std::optional<store::Record> Settings::getData()
 {
-    return guarded<std::optional<Record>>("Error in (Settings=>getData) : %@", std::nullopt, [this] {
+    return guarded<std::optional<store::Record>>("Error in (Settings=>getData) : %@", std::nullopt, [this] {
         if (!pdfOpenPassword) pdfOpenPassword = QString();
         if (!outputFolderPath) outputFolderPath = QString();
-        return std::optional(RecordBuilder()
+        return std::optional(store::RecordBuilder()
                                  .add(keepFolderKey, isSetCurrentAsDefaultOutputFolderPath)
                                  .add(openFolderKey, isOpenFolderAfterConversion)
                                  .add(passwordKey, pdfOpenPassword)
@@ -42,7 +42,7 @@ std::optional<Record> Settings::getData()
     });
 }
 
-void Settings::setData(const Record* data)
+void Settings::setData(const store::Record* data)
 {
     guarded("Error in (Settings=>setData:) : %@", [&] {
         if (!data) return;
@@ -64,7 +64,7 @@ void Settings::synchronize()
     });
 }
 
-void Settings::readOptions(const Record& data)
+void Settings::readOptions(const store::Record& data)
 {
     isSetCurrentAsDefaultOutputFolderPath = data.boolean(keepFolderKey);
     isOpenFolderAfterConversion = data.boolean(openFolderKey);
@@ -73,7 +73,7 @@ void Settings::readOptions(const Record& data)
     isClearProcessedFiles = data.boolean(clearFilesKey);
 }
 
-void Settings::encodeWithCoder(Record& coder) const
+void Settings::encodeWithCoder(store::Record& coder) const
 {
     coder.set(keepFolderKey, isSetCurrentAsDefaultOutputFolderPath);
     coder.set(openFolderKey, isOpenFolderAfterConversion);
@@ -83,7 +83,7 @@ void Settings::encodeWithCoder(Record& coder) const
     coder.set(clearFilesKey, isClearProcessedFiles);
 }
 
-std::unique_ptr<Settings> Settings::initWithCoder(const Record& coder)
+std::unique_ptr<Settings> Settings::initWithCoder(const store::Record& coder)
 {
     std::unique_ptr<Settings> settings(new Settings(WithoutNumber()));
     settings->readOptions(coder);

@@ -13,7 +13,7 @@ class Settings
     /// Starts from the defaults; then the configuration takes the record "NUMBERING" of the store and these
     /// settings the record "SETTINGS", where there are such. The store (may be null: nothing is remembered)
     /// must outlive this object.
-    explicit Settings(DefaultsStore* defaults = nullptr);
+    explicit Settings(store::DefaultsStore* defaults = nullptr);
 
     std::unique_ptr<Numbering> number; ///< null only in what initWithCoder() returns
     bool isClearProcessedFiles = false;
@@ -24,26 +24,26 @@ class Settings
 
     /// The record form, the configuration's in it. Absent texts become empty ones first, in this object too.
     /// Nothing on a failure.
-    [[nodiscard]] std::optional<Record> getData();
+    [[nodiscard]] std::optional<store::Record> getData();
     /// Applies a record; a missing key gives false or nothing. A folder that is not to be remembered is
     /// forgotten. Without a record nothing changes.
-    void setData(const Record* data);
+    void setData(const store::Record* data);
     /// Writes the record under "SETTINGS" into the store and flushes it.
     void synchronize();
 
     /// The keyed form, which leaves the configuration out.
-    void encodeWithCoder(Record& coder) const;
+    void encodeWithCoder(store::Record& coder) const;
     /// The settings of a keyed form, with no configuration and no store.
-    [[nodiscard]] static std::unique_ptr<Settings> initWithCoder(const Record& coder);
+    [[nodiscard]] static std::unique_ptr<Settings> initWithCoder(const store::Record& coder);
 
   private:
     struct WithoutNumber
     {
     };
     explicit Settings(WithoutNumber) : defaults_(nullptr) {}
-    void readOptions(const Record& data);
+    void readOptions(const store::Record& data);
 
-    DefaultsStore* defaults_;
+    store::DefaultsStore* defaults_;
 };
 
 } // namespace quillfern

@@ -35,8 +35,9 @@ std::int64_t inProportion(std::int64_t side, int own, int other)
 } // namespace
 
 ImageStampWindowController::ImageStampWindowController(const std::shared_ptr<ImageStamp>& stamp,
-                                                       Numbering& number, StampHost& host, FilePanels& panels,
-                                                       Alerts& alerts, QWidget* parent)
+                                                       Numbering& number, StampHost& host,
+                                                       desktop::FilePanels& panels, desktop::Alerts& alerts,
+                                                       QWidget* parent)
     : StampEditorWindow(stamp, number, host, false, parent), ui_(std::make_unique<Ui::ImageStampWindow>()),
       panels_(panels), alerts_(alerts)
 {
@@ -148,7 +149,7 @@ void ImageStampWindowController::change(const std::function<void(ImageStamp&)>& 
 void ImageStampWindowController::changeImageAction()
 {
     if (!editedStamp()) return;
-    OpenPanel panel;
+    desktop::OpenPanel panel;
     panel.message = tr("Please Select Stamp Image (Only BMP,JPG,JPEG,PNG,GIF Files):");
     panel.types = pictureTypes();
     panels_.open(this, panel, [window = QPointer(this)](const QList<FilePath>& paths) {

@@ -25,7 +25,7 @@ class ImageStampWindowController final : public StampEditorWindow
 
   public:
     ImageStampWindowController(const std::shared_ptr<ImageStamp>& stamp, Numbering& number, StampHost& host,
-                               FilePanels& panels, Alerts& alerts, QWidget* parent);
+                               desktop::FilePanels& panels, desktop::Alerts& alerts, QWidget* parent);
     ~ImageStampWindowController() override;
 
     /// Lets the user choose a picture file.
@@ -54,8 +54,8 @@ class ImageStampWindowController final : public StampEditorWindow
     void showSize();
 
     std::unique_ptr<Ui::ImageStampWindow> ui_;
-    FilePanels& panels_;
-    Alerts& alerts_;
+    desktop::FilePanels& panels_;
+    desktop::Alerts& alerts_;
     PictureLoader loader_;
     std::optional<LoadedPicture> waiting_; ///< came while editing was disabled
 };

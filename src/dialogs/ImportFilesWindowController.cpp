@@ -31,7 +31,8 @@ QString textOf(const QPlainTextEdit& edit)
 
 } // namespace
 
-ImportFilesWindowController::ImportFilesWindowController(FilePanels& panels, Alerts& alerts, QWidget* parent)
+ImportFilesWindowController::ImportFilesWindowController(desktop::FilePanels& panels, desktop::Alerts& alerts,
+                                                         QWidget* parent)
     : QDialog(parent), panels_(panels), alerts_(alerts), ui_(std::make_unique<Ui::ImportFiles>())
 {
     ui_->setupUi(this);

@@ -5,14 +5,16 @@
 #include <QDialog>
 #include <memory>
 
+namespace quillfern::desktop {
+class Alerts;
+class FilePanels;
+} // namespace quillfern::desktop
+
 namespace quillfern {
 
 namespace Ui {
 class ImportFiles;
 }
-
-class Alerts;
-class FilePanels;
 
 /// The dialog that takes files from a list of paths, in a text file or pasted: a sheet on its parent's
 /// window. It is kept between uses. Each begins with resetView() and open(); the method last chosen stays
@@ -23,7 +25,7 @@ class ImportFilesWindowController final : public QDialog
 
   public:
     /// The panels and alerts have to outlive the dialog.
-    ImportFilesWindowController(FilePanels& panels, Alerts& alerts, QWidget* parent);
+    ImportFilesWindowController(desktop::FilePanels& panels, desktop::Alerts& alerts, QWidget* parent);
     ~ImportFilesWindowController() override;
 
     /// The extensions joined with ","; without any, nothing is found. Begins anew with the method chosen.
@@ -58,8 +60,8 @@ class ImportFilesWindowController final : public QDialog
     void showTexts();
     void showTotal();
 
-    FilePanels& panels_;
-    Alerts& alerts_;
+    desktop::FilePanels& panels_;
+    desktop::Alerts& alerts_;
     std::unique_ptr<Ui::ImportFiles> ui_;
     PathListImport import_{QString()};
 };

@@ -30,7 +30,7 @@ PictureView::PictureView(QWidget* parent) : QWidget(parent), bar_(this)
     bar_.setVisible(false);
 }
 
-void PictureView::showPicture(const std::optional<Picture>& picture)
+void PictureView::showPicture(const std::optional<drawing::Picture>& picture)
 {
     picture_ = picture;
     shown_ = QImage();

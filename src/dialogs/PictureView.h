@@ -22,8 +22,8 @@ class PictureView final : public QWidget
 
     /// The extensions of the files that may be dropped, compared with case.
     void setTypes(const QStringList& types) { types_ = types; }
-    void showPicture(const std::optional<Picture>& picture);
-    [[nodiscard]] const std::optional<Picture>& picture() const { return picture_; }
+    void showPicture(const std::optional<drawing::Picture>& picture);
+    [[nodiscard]] const std::optional<drawing::Picture>& picture() const { return picture_; }
     /// What stands in the place of a picture.
     void setHint(const QString& hint);
     /// While a file is read a bar moves; the present picture stays visible.
@@ -48,7 +48,7 @@ class PictureView final : public QWidget
     void setDropping(bool dropping);
 
     QStringList types_;
-    std::optional<Picture> picture_;
+    std::optional<drawing::Picture> picture_;
     QImage shown_; ///< the picture at the size it is shown; null until painted
     QString hint_;
     QProgressBar bar_;

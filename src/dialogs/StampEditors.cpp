@@ -8,8 +8,8 @@
 
 namespace quillfern {
 
-StampEditors::StampEditors(Numbering& number, StampHost& host, FilePanels& panels, Alerts& alerts,
-                           QWidget* parent)
+StampEditors::StampEditors(Numbering& number, StampHost& host, desktop::FilePanels& panels,
+                           desktop::Alerts& alerts, QWidget* parent)
     : number_(number), host_(host), panels_(panels), alerts_(alerts), parent_(parent)
 {
 }

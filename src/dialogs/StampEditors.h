@@ -21,7 +21,8 @@ class StampEditorWindow;
 class StampEditors final
 {
   public:
-    StampEditors(Numbering& number, StampHost& host, FilePanels& panels, Alerts& alerts, QWidget* parent);
+    StampEditors(Numbering& number, StampHost& host, desktop::FilePanels& panels, desktop::Alerts& alerts,
+                 QWidget* parent);
     ~StampEditors();
     StampEditors(const StampEditors&) = delete;
     StampEditors& operator=(const StampEditors&) = delete;
@@ -48,8 +49,8 @@ class StampEditors final
 
     Numbering& number_;
     StampHost& host_;
-    FilePanels& panels_;
-    Alerts& alerts_;
+    desktop::FilePanels& panels_;
+    desktop::Alerts& alerts_;
     QPointer<QWidget> parent_;
     ColorPanel colors_;
     std::vector<QPointer<StampEditorWindow>> windows_;

@@ -154,7 +154,7 @@ void TextStampWindowController::showSample()
 {
     if (!text()) return;
     const NumberFormat& format = text()->number;
-    const QFont face = FontCatalog().font(
+    const QFont face = drawing::FontCatalog().font(
         {text()->font.fontName.value_or(QString()), text()->isBold, text()->isItalic}, samplePixels);
     const std::array<QLabel*, 3> cells = {ui_->sampleFirstLabel, ui_->sampleNinthLabel,
                                           ui_->sampleTenthLabel};
@@ -195,7 +195,7 @@ void TextStampWindowController::updateFontTraitsStatus()
     guarded("Error in updateFontTraitsStatus : %@", [this] {
         if (!text()) return;
         const QString family = text()->font.fontName.value_or(QString());
-        const QString drawn = FontCatalog().resolveFamily(family);
+        const QString drawn = drawing::FontCatalog().resolveFamily(family);
         const FontTraits traits = traitsOf(QFontDatabase::styles(drawn));
         ui_->boldFontCheckbox->setEnabled(traits.bold);
         ui_->italicFontCheckbox->setEnabled(traits.italic);

@@ -6,7 +6,7 @@ namespace quillfern {
 
 /// The alerts as message boxes that block the window of the widget `over`. A message's line ends may be of
 /// any kind; nothing in it is taken for markup.
-class WidgetAlerts final : public Alerts
+class WidgetAlerts final : public desktop::Alerts
 {
   public:
     void critical(QObject* over, const QString& message) override;

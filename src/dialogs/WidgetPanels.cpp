@@ -67,7 +67,7 @@ class OpenDialog final : public QFileDialog
 
 } // namespace
 
-void WidgetPanels::open(QObject* over, const OpenPanel& panel,
+void WidgetPanels::open(QObject* over, const desktop::OpenPanel& panel,
                         std::function<void(const QList<FilePath>&)> chosen)
 {
     const QString kind =
@@ -100,7 +100,8 @@ void WidgetPanels::open(QObject* over, const OpenPanel& panel,
     dialog->open();
 }
 
-void WidgetPanels::save(QObject* over, const SavePanel& panel, std::function<void(const FilePath&)> chosen)
+void WidgetPanels::save(QObject* over, const desktop::SavePanel& panel,
+                        std::function<void(const FilePath&)> chosen)
 {
     const QString kind = QStringLiteral("save ") + panel.type;
     auto* const dialog = new QFileDialog(windowOf(over), panel.message);

@@ -16,14 +16,15 @@ namespace quillfern {
 /// `over` is a widget of the window to block. Has to outlive the windows that its panels belong to.
 ///
 /// The dialogs speak of files in texts of their own, so a name that is not UTF-8 cannot be picked.
-class WidgetPanels final : public FilePanels
+class WidgetPanels final : public desktop::FilePanels
 {
     Q_DECLARE_TR_FUNCTIONS(quillfern::WidgetPanels)
 
   public:
-    void open(QObject* over, const OpenPanel& panel,
+    void open(QObject* over, const desktop::OpenPanel& panel,
               std::function<void(const QList<FilePath>&)> chosen) override;
-    void save(QObject* over, const SavePanel& panel, std::function<void(const FilePath&)> chosen) override;
+    void save(QObject* over, const desktop::SavePanel& panel,
+              std::function<void(const FilePath&)> chosen) override;
 
   private:
     void prepare(QFileDialog& dialog, const QString& kind) const;

@@ -20,7 +20,7 @@ std::int32_t getTiffPageCount(const FilePath& path, const QString&, std::int32_t
 
 bool verifyPDF(const FilePath& path, const std::optional<QString>& password)
 {
-    return !path.isEmpty() && password && pdfOpensWith(path, *password);
+    return !path.isEmpty() && password && pdf::pdfOpensWith(path, *password);
 }
 
 QString sizeText(std::int32_t bytes)

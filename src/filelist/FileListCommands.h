@@ -30,7 +30,7 @@ class FileListCommands
 {
   public:
     /// All outlive the commands.
-    FileListCommands(FileList& files, FileListView& view, DesktopServices& desktop)
+    FileListCommands(FileList& files, FileListView& view, desktop::DesktopServices& desktop)
         : files_(files), view_(view), desktop_(desktop)
     {
     }
@@ -70,7 +70,7 @@ class FileListCommands
 
     FileList& files_;
     FileListView& view_;
-    DesktopServices& desktop_;
+    desktop::DesktopServices& desktop_;
 };
 
 } // namespace quillfern

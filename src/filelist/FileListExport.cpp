@@ -39,7 +39,7 @@ QByteArray exportedList(const FileList& files)
 bool exportList(const FileList& files, const FilePath& path)
 {
     return guarded("Error in (export) : %@", false, [&] {
-        AtomicFile::writeWhole(path, exportedList(files));
+        store::AtomicFile::writeWhole(path, exportedList(files));
         return true;
     });
 }

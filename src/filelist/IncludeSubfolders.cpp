@@ -15,7 +15,7 @@ QString key()
 
 bool IncludeSubfolders::inculdeSubfolders() const
 {
-    Record record; // reads any kind of number as a boolean
+    store::Record record; // reads any kind of number as a boolean
     if (auto value = store_.value(key())) record.set(key(), std::move(*value));
     return record.boolean(key());
 }

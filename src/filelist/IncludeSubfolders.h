@@ -9,7 +9,7 @@ class IncludeSubfolders
 {
   public:
     /// The store is not owned and outlives this.
-    explicit IncludeSubfolders(DefaultsStore& store) : store_(store) {}
+    explicit IncludeSubfolders(store::DefaultsStore& store) : store_(store) {}
 
     /// False when never set.
     [[nodiscard]] bool inculdeSubfolders() const;
@@ -17,7 +17,7 @@ class IncludeSubfolders
     void setInculdeSubfolders(bool include);
 
   private:
-    DefaultsStore& store_;
+    store::DefaultsStore& store_;
 };
 
 } // namespace quillfern

@@ -29,10 +29,10 @@ PageCount countPages(const FilePath& path)
     const QByteArray start = startOf(path);
     if (start.isEmpty()) return {};
     if (!start.contains("%PDF-")) {
-        if (const auto image = inspectImageFile(path)) return {image->pages, image->compression};
+        if (const auto image = raster::inspectImageFile(path)) return {image->pages, image->compression};
         // A PDF may start with anything, as long as its trailer is found.
     }
-    return {pdfPageCount(path), 1};
+    return {pdf::pdfPageCount(path), 1};
 }
 
 } // namespace quillfern

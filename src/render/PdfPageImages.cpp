@@ -9,11 +9,11 @@
 
 namespace quillfern {
 
-std::optional<PageImage> PdfPageImages::page(const PageImageRequest& request)
+std::optional<pageimages::PageImage> PdfPageImages::page(const pageimages::PageImageRequest& request)
 {
-    ExtractedPage extracted;
+    pdf::ExtractedPage extracted;
     try {
-        extracted = extractPdfPage(request.path, request.page);
+        extracted = pdf::extractPdfPage(request.path, request.page);
     } catch (const Failure&) {
         return std::nullopt;
     }
@@ -23,7 +23,7 @@ std::optional<PageImage> PdfPageImages::page(const PageImageRequest& request)
     document.load(&buffer);
     if (document.status() != QPdfDocument::Status::Ready || document.pageCount() != 1) return std::nullopt;
 
-    const QSize size = pixelSize(extracted.size, request);
+    const QSize size = pageimages::pixelSize(extracted.size, request);
     const QImage marks = document.render(0, size);
     QImage image(size, QImage::Format_RGB32);
     if (marks.isNull() || image.isNull()) return std::nullopt;
@@ -31,7 +31,7 @@ std::optional<PageImage> PdfPageImages::page(const PageImageRequest& request)
     QPainter painter(&image);
     painter.drawImage(0, 0, marks);
     painter.end();
-    return PageImage{image, extracted.size};
+    return pageimages::PageImage{image, extracted.size};
 }
 
 } // namespace quillfern

@@ -5,10 +5,11 @@
 namespace quillfern {
 
 /// Shows pages of PDF files. Throws nothing; the time and memory it takes are up to the file.
-class PdfPageImages final : public PageImageSource
+class PdfPageImages final : public pageimages::PageImageSource
 {
   public:
-    [[nodiscard]] std::optional<PageImage> page(const PageImageRequest& request) override;
+    [[nodiscard]] std::optional<pageimages::PageImage>
+    page(const pageimages::PageImageRequest& request) override;
 };
 
 } // namespace quillfern

@@ -11,7 +11,7 @@ namespace quillfern {
 namespace {
 
 /// The pixels in the colours that a screen takes them for.
-QImage forScreen(RasterPage page)
+QImage forScreen(raster::RasterPage page)
 {
     page.spreadBits();
     if (page.isGrey() || page.colourProfile.isEmpty()) return page.image;
@@ -23,16 +23,16 @@ QImage forScreen(RasterPage page)
 
 } // namespace
 
-std::optional<PageImage> RasterPageImages::page(const PageImageRequest& request)
+std::optional<pageimages::PageImage> RasterPageImages::page(const pageimages::PageImageRequest& request)
 {
     try {
-        const auto reader = RasterReader::open(request.path);
+        const auto reader = raster::RasterReader::open(request.path);
         if (request.page >= reader->pageCount()) return std::nullopt;
         for (int i = 0; i < request.page; ++i)
             reader->skipPage();
         // Every page is shown, as it is stamped, at the first page's size.
         const QSizeF page = reader->firstPageSize();
-        const QSize size = pixelSize(page, request);
+        const QSize size = pageimages::pixelSize(page, request);
         const QImage pixels =
             forScreen(reader->readPage()).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         QImage image(size, QImage::Format_RGB32);
@@ -41,7 +41,7 @@ std::optional<PageImage> RasterPageImages::page(const PageImageRequest& request)
         QPainter painter(&image);
         painter.drawImage(0, 0, pixels);
         painter.end();
-        return PageImage{image, page};
+        return pageimages::PageImage{image, page};
     } catch (const Failure&) {
         return std::nullopt;
     }

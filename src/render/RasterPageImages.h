@@ -5,10 +5,11 @@
 namespace quillfern {
 
 /// Shows pages of raster files. Throws nothing.
-class RasterPageImages final : public PageImageSource
+class RasterPageImages final : public pageimages::PageImageSource
 {
   public:
-    [[nodiscard]] std::optional<PageImage> page(const PageImageRequest& request) override;
+    [[nodiscard]] std::optional<pageimages::PageImage>
+    page(const pageimages::PageImageRequest& request) override;
 };
 
 } // namespace quillfern

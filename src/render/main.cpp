@@ -21,19 +21,19 @@ int main(int argc, char** argv)
         std::fputs("quillfern-render FILE-URL PAGE WIDTH HEIGHT DENSITY: for Quillfern's own use\n", stderr);
         return 2;
     }
-    const PageImageRequest request{FilePath::fromUrl(QUrl::fromEncoded(arguments[1].toLatin1())),
-                                   arguments[2].toInt(),
-                                   {arguments[3].toDouble(), arguments[4].toDouble()},
-                                   arguments[5].toDouble()};
-    if (!isShowable(request)) return 2;
+    const pageimages::PageImageRequest request{FilePath::fromUrl(QUrl::fromEncoded(arguments[1].toLatin1())),
+                                               arguments[2].toInt(),
+                                               {arguments[3].toDouble(), arguments[4].toDouble()},
+                                               arguments[5].toDouble()};
+    if (!pageimages::isShowable(request)) return 2;
 
     PdfPageImages pdf;
     RasterPageImages raster;
     const bool isPdf = request.path.extension().toUpper() == QLatin1String("PDF");
-    PageImageSource& source = isPdf ? static_cast<PageImageSource&>(pdf) : raster;
+    pageimages::PageImageSource& source = isPdf ? static_cast<pageimages::PageImageSource&>(pdf) : raster;
     const auto page = source.page(request);
     if (!page) return 1;
-    const QByteArray reply = encodeRenderReply(*page);
+    const QByteArray reply = pageimages::encodeRenderReply(*page);
     const auto size = static_cast<std::size_t>(reply.size());
     return std::fwrite(reply.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0 ? 0 : 1;
 }

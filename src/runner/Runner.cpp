@@ -49,7 +49,7 @@ void Runner::writeExport(const FilePath& path, const FileList& files)
 
 void Runner::nameSubstitutes(const Numbering& number)
 {
-    const FontCatalog catalog;
+    const drawing::FontCatalog catalog;
     for (const auto& stamp : number.stamps) {
         const auto* text = dynamic_cast<const TextStamp*>(stamp.get());
         // The default is an alias on most machines, and nobody asked for it by name.

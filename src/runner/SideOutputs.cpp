@@ -13,12 +13,12 @@ namespace quillfern {
 namespace {
 
 /// Remembers whether the page that was asked for could be shown.
-class WitnessedPages final : public PageImageSource
+class WitnessedPages final : public pageimages::PageImageSource
 {
   public:
-    explicit WitnessedPages(PageImageSource& source) : source_(source) {}
+    explicit WitnessedPages(pageimages::PageImageSource& source) : source_(source) {}
 
-    std::optional<PageImage> page(const PageImageRequest& request) override
+    std::optional<pageimages::PageImage> page(const pageimages::PageImageRequest& request) override
     {
         auto shown = source_.page(request);
         isShown = shown.has_value();
@@ -28,7 +28,7 @@ class WitnessedPages final : public PageImageSource
     bool isShown = true;
 
   private:
-    PageImageSource& source_;
+    pageimages::PageImageSource& source_;
 };
 
 } // namespace
@@ -45,9 +45,9 @@ bool drawPreview(JobConfiguration job, const FileList& files, const QSize& size,
     }
     state.size = size;
 
-    RenderProcess renderer(RenderProcess::installedProgram());
+    pageimages::RenderProcess renderer(pageimages::RenderProcess::installedProgram());
     WitnessedPages pages(renderer);
-    TextShaper shaper;
+    drawing::TextShaper shaper;
     Preview preview(shaper, pages);
     const auto image = PreviewModel(preview).PropertyChanged(job, state);
     if (!image || image->isNull()) throw Failure(QStringLiteral("the preview cannot be drawn"));
@@ -55,7 +55,7 @@ bool drawPreview(JobConfiguration job, const FileList& files, const QSize& size,
     QBuffer buffer(&png);
     if (!buffer.open(QIODevice::WriteOnly) || !image->save(&buffer, "PNG"))
         throw Failure(QStringLiteral("the preview cannot be written as PNG"));
-    AtomicFile::writeWhole(path, png);
+    store::AtomicFile::writeWhole(path, png);
     return pages.isShown;
 }
 

@@ -35,7 +35,7 @@ int main(int argc, char** argv)
     // Fonts and images come with Qt's GUI library, but no screen is ever asked for.
     qInstallMessageHandler(printMessage);
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    FontCatalog::preferEmbeddableFonts();
+    drawing::FontCatalog::preferEmbeddableFonts();
     QGuiApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C"); // the application took the user's; libraries print numbers with it
     std::signal(SIGINT, requestStop);
@@ -46,7 +46,7 @@ int main(int argc, char** argv)
     const SystemClock clock;
     const UserFolders folders;
     EventLoopMainThread mainThread;
-    NoDesktop desktop;
+    desktop::NoDesktop desktop;
     Runner runner({clock, folders, mainThread, desktop}, out, err, ::isatty(STDERR_FILENO) != 0);
     QStringList arguments; // the application's own would lose names that are not UTF-8
     for (int i = 0; i < argc; ++i)

@@ -17,7 +17,7 @@ std::optional<QColor> colorFromBytes(const std::optional<QByteArray>& bytes)
         if (color.isValid()) return color;
     }
     // Older profiles keep colours as archived objects.
-    return readArchivedColor(*bytes).value_or(QColor(Qt::black));
+    return store::readArchivedColor(*bytes).value_or(QColor(Qt::black));
 }
 
 } // namespace quillfern

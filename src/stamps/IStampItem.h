@@ -33,17 +33,17 @@ class IStampItem
     [[nodiscard]] virtual bool isSymmetry() const = 0;
 
     /// Applies a record: a missing key gives false, 0 or nothing. Without a record nothing changes.
-    virtual void setData(const Record* data) = 0;
+    virtual void setData(const store::Record* data) = 0;
     /// The record form; its entries end before the first absent value. Nothing on a failure.
-    [[nodiscard]] virtual std::optional<Record> getData() const = 0;
+    [[nodiscard]] virtual std::optional<store::Record> getData() const = 0;
 
     /// A stamp of its own with the same settings.
     [[nodiscard]] virtual std::unique_ptr<IStampItem> clone() const = 0;
 
     /// Draws the stamp inside `rect`, the area inside the margins (points, y down). `marginAnchor` comes from
     /// StampRun::getNextMarginAnchor(). A failure is logged and leaves the page without the stamp.
-    virtual void draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
-                      std::int64_t totalPages, bool isHighLightStamp) const = 0;
+    virtual void draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor,
+                      std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) const = 0;
 
     /// One line that tells the stamp from others in a list.
     [[nodiscard]] virtual QString description() const = 0;

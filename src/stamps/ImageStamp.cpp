@@ -11,8 +11,8 @@ namespace quillfern {
 
 LoadedPicture LoadedPicture::readFor(const FilePath& path)
 {
-    PictureBytes bytes = readPictureFile(path);
-    Picture picture = decodePicture(bytes.tiff);
+    raster::PictureBytes bytes = raster::readPictureFile(path);
+    drawing::Picture picture = raster::decodePicture(bytes.tiff);
     return {path, std::move(bytes.tiff), bytes.size, std::move(picture)};
 }
 
@@ -20,7 +20,7 @@ void ImageStamp::setStampImage(std::optional<QByteArray> bytes)
 {
     cacheImage_.reset();
     stampImage_ = std::move(bytes);
-    if (stampImage_ && !stampImage_->isEmpty()) cacheImage_ = decodePicture(*stampImage_);
+    if (stampImage_ && !stampImage_->isEmpty()) cacheImage_ = raster::decodePicture(*stampImage_);
 }
 
 void ImageStamp::take(LoadedPicture loaded)
@@ -51,7 +51,7 @@ std::unique_ptr<IStampItem> ImageStamp::clone() const
     return std::make_unique<ImageStamp>(*this);
 }
 
-void ImageStamp::draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t,
+void ImageStamp::draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t,
                       std::int64_t, bool isHighLightStamp) const
 {
     guarded("Error in [Draw:rect:marginAnchor:pageNumber:totalPages:isHighLightStamp:] : %@", [&] {
@@ -81,14 +81,14 @@ QString ImageStamp::description() const
     return QCoreApplication::translate("quillfern::ImageStamp", "Image [%1]").arg(name);
 }
 
-std::optional<Record> ImageStamp::getData() const
+std::optional<store::Record> ImageStamp::getData() const
 {
-    return guarded<std::optional<Record>>("Error in (ImageStamp=>getData) : %@", std::nullopt, [this] {
-        RecordBuilder builder;
-        builder.add(QStringLiteral("stampImageRotation"), low32(stampImageRotation))
-            .add(QStringLiteral("stampImageOpacity"), low32(stampImageOpacity))
-            .add(QStringLiteral("stampImageHeight"), low32(stampImageHeight))
-            .add(QStringLiteral("stampImageWidth"), low32(stampImageWidth))
+    return guarded<std::optional<store::Record>>("Error in (ImageStamp=>getData) : %@", std::nullopt, [this] {
+        store::RecordBuilder builder;
+        builder.add(QStringLiteral("stampImageRotation"), store::low32(stampImageRotation))
+            .add(QStringLiteral("stampImageOpacity"), store::low32(stampImageOpacity))
+            .add(QStringLiteral("stampImageHeight"), store::low32(stampImageHeight))
+            .add(QStringLiteral("stampImageWidth"), store::low32(stampImageWidth))
             .add(QStringLiteral("stampImage"), stampImage_)
             .add(QStringLiteral("stampImagePath"), stampImagePath);
         addShared(builder);
@@ -96,7 +96,7 @@ std::optional<Record> ImageStamp::getData() const
     });
 }
 
-void ImageStamp::setData(const Record* data)
+void ImageStamp::setData(const store::Record* data)
 {
     cacheImage_.reset();
     guarded("Error in (ImageStamp=>setData:) : %@", [&] {

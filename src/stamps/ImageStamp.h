@@ -16,7 +16,7 @@ struct LoadedPicture
     FilePath path;
     QByteArray tiff;
     QSize size; ///< pixels
-    Picture picture;
+    drawing::Picture picture;
 
     /// Reads a BMP, JPEG, PNG or GIF file. Throws Failure when it cannot be used.
     [[nodiscard]] static LoadedPicture readFor(const FilePath& path);
@@ -45,19 +45,19 @@ class ImageStamp final : public StampBase
     /// Forgets the picture, its path and its size.
     void removePicture();
     /// The decoded picture; present exactly when stampImage() holds bytes that decode.
-    [[nodiscard]] const std::optional<Picture>& cacheImage() const { return cacheImage_; }
+    [[nodiscard]] const std::optional<drawing::Picture>& cacheImage() const { return cacheImage_; }
 
-    void setData(const Record* data) override;
-    [[nodiscard]] std::optional<Record> getData() const override;
+    void setData(const store::Record* data) override;
+    [[nodiscard]] std::optional<store::Record> getData() const override;
     /// See IStampItem; the numbers are ignored.
     [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
-    void draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
+    void draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
               std::int64_t totalPages, bool isHighLightStamp) const override;
     [[nodiscard]] QString description() const override;
 
   private:
     std::optional<QByteArray> stampImage_ = QByteArray();
-    std::optional<Picture> cacheImage_;
+    std::optional<drawing::Picture> cacheImage_;
 };
 
 } // namespace quillfern

@@ -65,8 +65,9 @@ QString numberText(const NumberFormat& format, std::int64_t pageNumber, std::int
     if (format.numberType == PlainText) return pattern;
     // A style that does not exist (a damaged profile) fills no slot.
     const bool known = format.numberType >= Numbers && format.numberType <= RomanNumbersSmall;
-    const std::array<QString, 2> fillings = {known ? numberInStyle(low32(pageNumber), format) : QString(),
-                                             known ? numberInStyle(low32(totalPages), format) : QString()};
+    const std::array<QString, 2> fillings = {
+        known ? numberInStyle(store::low32(pageNumber), format) : QString(),
+        known ? numberInStyle(store::low32(totalPages), format) : QString()};
     QString text;
     std::size_t slot = 0;
     for (qsizetype i = 0; i < pattern.size();) {

@@ -15,12 +15,12 @@ PDFFont PDFFont::initWithFont(const QString& name, std::int32_t fontID, double f
     return font;
 }
 
-std::optional<Record> PDFFont::getData() const
+std::optional<store::Record> PDFFont::getData() const
 {
-    return guarded<std::optional<Record>>("Error in (PDFFont=>getData) : %@", std::nullopt, [this] {
+    return guarded<std::optional<store::Record>>("Error in (PDFFont=>getData) : %@", std::nullopt, [this] {
         std::optional<QByteArray> color;
         if (fontColor) color = colorToBytes(*fontColor);
-        return std::optional(RecordBuilder()
+        return std::optional(store::RecordBuilder()
                                  .add(QStringLiteral("fontColor"), color)
                                  .add(QStringLiteral("isStandard"), isStandard)
                                  .add(QStringLiteral("fontSize"), fontSize)
@@ -30,7 +30,7 @@ std::optional<Record> PDFFont::getData() const
     });
 }
 
-void PDFFont::setData(const Record* data)
+void PDFFont::setData(const store::Record* data)
 {
     guarded("Error in (PDFFont=>setData:) : %@", [&] {
         if (!data) return;

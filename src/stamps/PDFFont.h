@@ -25,9 +25,9 @@ class PDFFont
                                               bool isStandard);
 
     /// The record form; its entries end before the first absent value. Nothing on a failure.
-    [[nodiscard]] std::optional<Record> getData() const;
+    [[nodiscard]] std::optional<store::Record> getData() const;
     /// Applies a record; a missing key gives nothing, 0 or false. Without a record nothing changes.
-    void setData(const Record* data);
+    void setData(const store::Record* data);
 
     bool operator==(const PDFFont&) const = default;
 };

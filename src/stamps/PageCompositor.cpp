@@ -11,7 +11,7 @@ namespace quillfern {
 
 namespace {
 
-void drawStamp(const IStampItem& stamp, Canvas& canvas, const QRectF& area, std::int32_t anchor,
+void drawStamp(const IStampItem& stamp, drawing::Canvas& canvas, const QRectF& area, std::int32_t anchor,
                std::int64_t number, std::int64_t pages, bool highlight)
 {
     canvas.beginArtifact();
@@ -48,13 +48,13 @@ void shadeMargins(QPainter& painter, const QSizeF& size, const QRectF& area)
 
 } // namespace
 
-void PageCompositor::drawPDFNumber(PageLayers& page, const QRectF& fillRect, StampRun& run,
+void PageCompositor::drawPDFNumber(drawing::PageLayers& page, const QRectF& fillRect, StampRun& run,
                                    std::int64_t pages) const
 {
     guarded("Error in [drawPDFNumber:] : %@", [&] {
         const PageStamps placed = place(fillRect, run, pages);
         for (const bool under : {true, false}) {
-            Canvas& canvas = under ? page.under() : page.over();
+            drawing::Canvas& canvas = under ? page.under() : page.over();
             for (std::size_t i = 0; i < stamps_.size(); ++i)
                 if (stamps_[i]->isSelected() && stamps_[i]->isDrawUnderPDFContent() == under)
                     drawStamp(*stamps_[i], canvas, fillRect, placed.anchors[i], placed.number, pages, false);
@@ -72,7 +72,7 @@ void PageCompositor::drawOnImage(QImage& image, const QRectF& area, StampRun& ru
         if (ratio < 1) painter.scale(ratio, ratio);
         prepare(painter);
         if (isPreview) shadeMargins(painter, image.deviceIndependentSize(), area);
-        RasterCanvas canvas(painter, shaper_);
+        drawing::RasterCanvas canvas(painter, shaper_);
         drawAll(canvas, place(area, run, pages), highlightIndex);
     });
 }
@@ -88,9 +88,9 @@ PageStamps PageCompositor::place(const QRectF& area, StampRun& run, std::int64_t
     return stamps;
 }
 
-InkProbe PageCompositor::probe(const PageStamps& stamps) const
+drawing::InkProbe PageCompositor::probe(const PageStamps& stamps) const
 {
-    InkProbe probe(shaper_);
+    drawing::InkProbe probe(shaper_);
     drawAll(probe, stamps, -1);
     return probe;
 }
@@ -100,11 +100,12 @@ void PageCompositor::drawPart(QImage& image, const QPoint& origin, const PageSta
     QPainter painter(&image);
     painter.translate(-origin);
     prepare(painter);
-    RasterCanvas canvas(painter, shaper_);
+    drawing::RasterCanvas canvas(painter, shaper_);
     drawAll(canvas, stamps, -1);
 }
 
-void PageCompositor::drawAll(Canvas& canvas, const PageStamps& stamps, std::int32_t highlightIndex) const
+void PageCompositor::drawAll(drawing::Canvas& canvas, const PageStamps& stamps,
+                             std::int32_t highlightIndex) const
 {
     for (std::size_t i = 0; i < stamps_.size(); ++i)
         if (stamps_[i]->isSelected())

@@ -26,11 +26,14 @@ class PageCompositor
 {
   public:
     /// Both are borrowed and must outlive the compositor.
-    PageCompositor(const StampValues& stamps, TextShaper& shaper) : stamps_(stamps), shaper_(shaper) {}
+    PageCompositor(const StampValues& stamps, drawing::TextShaper& shaper) : stamps_(stamps), shaper_(shaper)
+    {
+    }
 
     /// Draws every enabled stamp on a PDF page, those marked so beneath its content and the others above it,
     /// in list order, with the run's number. `fillRect` is the area inside the margins, `pages` the total.
-    void drawPDFNumber(PageLayers& page, const QRectF& fillRect, StampRun& run, std::int64_t pages) const;
+    void drawPDFNumber(drawing::PageLayers& page, const QRectF& fillRect, StampRun& run,
+                       std::int64_t pages) const;
 
     /// Draws every enabled stamp over an image, in list order. `area` is the area inside the margins in the
     /// space of the image, whose size in that space is its size in device-independent pixels.
@@ -44,7 +47,7 @@ class PageCompositor
     /// Begins the next page of an output: decides on the anchors. Arguments as for drawOnImage().
     [[nodiscard]] PageStamps place(const QRectF& area, StampRun& run, std::int64_t pages) const;
     /// Finds out what drawing them takes; draws nothing.
-    [[nodiscard]] InkProbe probe(const PageStamps& stamps) const;
+    [[nodiscard]] drawing::InkProbe probe(const PageStamps& stamps) const;
     /// Draws them over an image that begins at `origin` of the page, pixel for pixel.
     void drawPart(QImage& image, const QPoint& origin, const PageStamps& stamps) const;
 
@@ -52,10 +55,10 @@ class PageCompositor
     void drawTIFFNumber(QImage&, std::int64_t, std::int64_t, std::int32_t) const {}
 
   private:
-    void drawAll(Canvas& canvas, const PageStamps& stamps, std::int32_t highlightIndex) const;
+    void drawAll(drawing::Canvas& canvas, const PageStamps& stamps, std::int32_t highlightIndex) const;
 
     const StampValues& stamps_;
-    TextShaper& shaper_;
+    drawing::TextShaper& shaper_;
 };
 
 } // namespace quillfern

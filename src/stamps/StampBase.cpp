@@ -2,7 +2,7 @@
 
 namespace quillfern {
 
-void StampBase::readShared(const Record& data)
+void StampBase::readShared(const store::Record& data)
 {
     isSelected_ = data.boolean(QStringLiteral("isSelected"));
     label_ = data.text(QStringLiteral("label"));
@@ -11,7 +11,7 @@ void StampBase::readShared(const Record& data)
     isSymmetry_ = data.boolean(QStringLiteral("isSymmetry"));
 }
 
-void StampBase::addShared(RecordBuilder& builder) const
+void StampBase::addShared(store::RecordBuilder& builder) const
 {
     builder.add(QStringLiteral("isSymmetry"), isSymmetry_)
         .add(QStringLiteral("isDrawUnderPDFContent"), isDrawUnderPDFContent_)

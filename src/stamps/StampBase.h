@@ -23,9 +23,9 @@ class StampBase : public IStampItem
     StampBase() = default;
 
     /// The five fields in their reading order, as every stamp's record begins to be read.
-    void readShared(const Record& data);
+    void readShared(const store::Record& data);
     /// The same five, which end every stamp's record.
-    void addShared(RecordBuilder& builder) const;
+    void addShared(store::RecordBuilder& builder) const;
 
   private:
     bool isSelected_ = true;

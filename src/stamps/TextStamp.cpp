@@ -34,9 +34,9 @@ bool TextStamp::isVisible() const
     return textOpacity > 0 || (outlineOpacity > 0 && outlineWidth > 0);
 }
 
-TextPaint TextStamp::paint() const
+drawing::TextPaint TextStamp::paint() const
 {
-    TextPaint paint;
+    drawing::TextPaint paint;
     paint.fontSize = font.fontSize;
     paint.fill = withOpacity(font.fontColor, textOpacity);
     paint.stroke = withOpacity(outlineColor, outlineOpacity);
@@ -53,8 +53,8 @@ std::unique_ptr<IStampItem> TextStamp::clone() const
     return std::make_unique<TextStamp>(*this);
 }
 
-void TextStamp::draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
-                     std::int64_t totalPages, bool isHighLightStamp) const
+void TextStamp::draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor,
+                     std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) const
 {
     guarded("Error in [Draw:rect:marginAnchor:pageNumber:totalPages:isHighLightStamp:] : %@", [&] {
         if (!isVisible()) return;
@@ -82,17 +82,17 @@ QString TextStamp::description() const
                                          number.numberFormat.value_or(QString()));
 }
 
-std::optional<Record> TextStamp::getData() const
+std::optional<store::Record> TextStamp::getData() const
 {
-    return guarded<std::optional<Record>>("Error in (TextStamp=>getData) : %@", std::nullopt, [this] {
+    return guarded<std::optional<store::Record>>("Error in (TextStamp=>getData) : %@", std::nullopt, [this] {
         std::optional<QByteArray> outline;
         if (outlineColor) outline = colorToBytes(*outlineColor);
-        RecordBuilder builder;
+        store::RecordBuilder builder;
         builder.add(QStringLiteral("textRotation"), wholeDegrees(textRotation))
-            .add(QStringLiteral("outlineOpacity"), low32(outlineOpacity))
-            .add(QStringLiteral("textOpacity"), low32(textOpacity))
+            .add(QStringLiteral("outlineOpacity"), store::low32(outlineOpacity))
+            .add(QStringLiteral("textOpacity"), store::low32(textOpacity))
             .add(QStringLiteral("numberType"), number.numberType)
-            .add(QStringLiteral("paddingLength"), low32(number.paddingLength))
+            .add(QStringLiteral("paddingLength"), store::low32(number.paddingLength))
             .add(QStringLiteral("paddingCharacter"), number.paddingCharacter)
             .add(QStringLiteral("numberFormat"), number.numberFormat)
             .add(QStringLiteral("underlineStyle"), underlineStyle)
@@ -101,14 +101,14 @@ std::optional<Record> TextStamp::getData() const
             .add(QStringLiteral("isItalic"), isItalic)
             .add(QStringLiteral("isBold"), isBold)
             .add(QStringLiteral("outlineColor"), outline)
-            .add(QStringLiteral("outlineWidth"), low32(outlineWidth))
+            .add(QStringLiteral("outlineWidth"), store::low32(outlineWidth))
             .add(QStringLiteral("font"), font.getData());
         addShared(builder);
         return std::optional(builder.take());
     });
 }
 
-void TextStamp::setData(const Record* data)
+void TextStamp::setData(const store::Record* data)
 {
     guarded("Error in (TextStamp=>setData:) : %@", [&] {
         if (!data) return;

@@ -30,16 +30,16 @@ class TextStamp final : public StampBase
     std::int64_t outlineWidth = 0;     ///< percent of the font size; 0 draws none
     std::optional<QColor> outlineColor = QColor(Qt::black);
 
-    void setData(const Record* data) override;
-    [[nodiscard]] std::optional<Record> getData() const override;
+    void setData(const store::Record* data) override;
+    [[nodiscard]] std::optional<store::Record> getData() const override;
     [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
-    void draw(Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
+    void draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
               std::int64_t totalPages, bool isHighLightStamp) const override;
     [[nodiscard]] QString description() const override;
 
   private:
     [[nodiscard]] bool isVisible() const;
-    [[nodiscard]] TextPaint paint() const;
+    [[nodiscard]] drawing::TextPaint paint() const;
 };
 
 } // namespace quillfern

@@ -60,7 +60,7 @@ class AppTest : public testing::Test
     FakeClock clock;
     FakeFolders folders;
     MemoryDefaults defaults;
-    DefaultsStore* store = &defaults; ///< what the application is given
+    store::DefaultsStore* store = &defaults; ///< what the application is given
     EventLoopMainThread mainThread;
     FakeDesktop desktop;
     FakePanels panels;

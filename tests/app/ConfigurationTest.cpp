@@ -309,7 +309,7 @@ TEST_F(Configuration, ProfilesAreSavedAndLoaded)
 TEST_F(Configuration, WhatAProfileHoldsBeyondTheFieldsStaysUntilEdited)
 {
     start();
-    Record record = *number().getData();
+    store::Record record = *number().getData();
     record.set(QStringLiteral("startNumber"), -5);
     record.set(QStringLiteral("pageRange"), 9);
     record.set(QStringLiteral("marginTop"), 28.34645669291339);

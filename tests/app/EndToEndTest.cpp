@@ -70,7 +70,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     logo.fill(Qt::red);
     ASSERT_TRUE(logo.save(scratch.path(QStringLiteral("logo.png"))));
 
-    auto settings = std::make_unique<PlistDefaultsStore>(folders);
+    auto settings = std::make_unique<store::PlistDefaultsStore>(folders);
     store = settings.get();
     start();
     press(window(), "inculdeSubfoldersBtn");
@@ -152,7 +152,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
 
     // The next day.
     quit();
-    settings = std::make_unique<PlistDefaultsStore>(folders);
+    settings = std::make_unique<store::PlistDefaultsStore>(folders);
     store = settings.get();
     start();
     EXPECT_EQ(files().count(), 0);

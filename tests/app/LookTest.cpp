@@ -155,7 +155,7 @@ TEST_F(Look, EveryTextCanBeTranslated)
         QStringLiteral("Quillfern|[123]\\.(pdf|png)|\\b(pdf|png)\\b|"
                        "Qt|Helvetica|\\bPDF\\b|\\b\\d+ KB|\\d\\d-\\p{L}+-\\d{4} \\d+:\\d\\d [AP]M|"
                        "(Ctrl\\+|Shift\\+|Alt\\+)*\\b([A-Z]|F\\d+|Del|Up|Down|Ins|Home|End)\\b"));
-    const QString substitute = FontCatalog().resolveFamily(QStringLiteral("Helvetica"));
+    const QString substitute = drawing::FontCatalog().resolveFamily(QStringLiteral("Helvetica"));
     const auto check = [&](const std::string& of, const QString& text) {
         QString rest = text;
         rest.remove(scratch.path()).remove(known).remove(substitute);
@@ -177,9 +177,9 @@ TEST_F(Look, EveryTextCanBeTranslated)
     actions().addFolder->trigger();
     actions().loadStamps->trigger();
     actions().saveStamps->trigger();
-    for (const OpenPanel& panel : panels.opened)
+    for (const desktop::OpenPanel& panel : panels.opened)
         check("panel", panel.message);
-    for (const SavePanel& panel : panels.saved)
+    for (const desktop::SavePanel& panel : panels.saved)
         check("panel", panel.message);
     for (const QString& text : alerts.criticals + alerts.informations + alerts.questions)
         check("alert", text);

@@ -175,13 +175,13 @@ TEST_F(StartUp, TheWindowComesBackAsItWasLeft)
 
 TEST_F(StartUp, AWindowRecordThatIsNoneIsPassedOver)
 {
-    Record record;
+    store::Record record;
     record.set(QStringLiteral("geometry"), QByteArray("not a geometry"));
     record.set(QStringLiteral("splitter"), 7);
-    defaults.values.insert_or_assign(QStringLiteral("WINDOW"), RecordValue(record));
+    defaults.values.insert_or_assign(QStringLiteral("WINDOW"), store::RecordValue(record));
     start();
     EXPECT_GE(window().width(), 1024);
-    defaults.values.insert_or_assign(QStringLiteral("WINDOW"), RecordValue(true));
+    defaults.values.insert_or_assign(QStringLiteral("WINDOW"), store::RecordValue(true));
     start();
     EXPECT_GE(window().height(), 640);
 }

@@ -227,9 +227,9 @@ TEST_F(CarryOver, RestrictionsStayAndPasswordsAreNotPassed)
     runTool(QStringLiteral("qpdf"),
             {QStringLiteral("--encrypt"), QStringLiteral("user"), QStringLiteral("owner"),
              QStringLiteral("256"), QStringLiteral("--"), source, locked});
-    EXPECT_EQ(pdfPageCount(asPath(locked)), 0);
-    EXPECT_TRUE(pdfOpensWith(asPath(locked), QStringLiteral("user")));
-    EXPECT_FALSE(pdfOpensWith(asPath(locked), QStringLiteral("wrong")));
+    EXPECT_EQ(pdf::pdfPageCount(asPath(locked)), 0);
+    EXPECT_TRUE(pdf::pdfOpensWith(asPath(locked), QStringLiteral("user")));
+    EXPECT_FALSE(pdf::pdfOpensWith(asPath(locked), QStringLiteral("wrong")));
     const QString output = process(readFile(locked)); // reports success, as for any file that does not open
     EXPECT_FALSE(QFileInfo::exists(output));
 }
@@ -263,17 +263,17 @@ TEST_F(CarryOver, PageTreesThatLieAreCountedRight)
 {
     QByteArray wrong = numberedPdf(5);
     wrong.replace("/Count 5", "/Count 9");
-    EXPECT_EQ(pdfPageCount(asPath(scratch.write(QStringLiteral("count.pdf"), wrong))), 5);
+    EXPECT_EQ(pdf::pdfPageCount(asPath(scratch.write(QStringLiteral("count.pdf"), wrong))), 5);
     const QByteArray plain =
         toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), process(wrong), QStringLiteral("-")});
     EXPECT_TRUE(plain.contains("/Count 5") && !plain.contains("/Count 9")) << "the lie is not passed on";
     wrong.replace("/Count 9", "/Count -3");
-    EXPECT_EQ(pdfPageCount(asPath(scratch.write(QStringLiteral("count.pdf"), wrong))), 5);
+    EXPECT_EQ(pdf::pdfPageCount(asPath(scratch.write(QStringLiteral("count.pdf"), wrong))), 5);
     PdfBuilder loop;
     loop.add("<</Type/Catalog/Pages 2 0 R>>");
     loop.add("<</Type/Pages/Count 2/Kids[3 0 R 2 0 R]/MediaBox[0 0 9 9]>>");
     loop.add("<</Type/Page/Parent 2 0 R>>");
-    EXPECT_LE(pdfPageCount(asPath(scratch.write(QStringLiteral("loop.pdf"), loop.build()))), 2);
+    EXPECT_LE(pdf::pdfPageCount(asPath(scratch.write(QStringLiteral("loop.pdf"), loop.build()))), 2);
 }
 
 struct InPlaceCase

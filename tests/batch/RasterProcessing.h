@@ -81,7 +81,7 @@ class RasterProcessing : public testing::Test
         QDir().mkpath(scratch.path(QStringLiteral("out")));
         const QString target = scratch.path(QStringLiteral("out/") + QFileInfo(source).fileName());
         if (compression < 0)
-            compression = inspectImageFile(asPath(source)).value_or(ImageFacts{}).compression;
+            compression = raster::inspectImageFile(asPath(source)).value_or(raster::ImageFacts{}).compression;
         stamp(source, target, compression);
         EXPECT_EQ(outcome.status == FileStatus::Created, expected);
         EXPECT_EQ(QFile::exists(target), expected);

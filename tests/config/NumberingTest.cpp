@@ -141,11 +141,11 @@ TEST(NumberingTest, RecordsAreReadTolerantly)
     number.stamps.push_back(std::make_shared<TextStamp>());
     EXPECT_FALSE(number.setData(nullptr));
     EXPECT_EQ(number.stamps.size(), 1U);
-    Record record;
+    store::Record record;
     record.set(QStringLiteral("startPage"), QStringLiteral("three")); // of the wrong kind
-    Record font;
-    font.set(QStringLiteral("font"), Record());
-    record.set(QStringLiteral("Stamps"), RecordValue::List{Record(), true, font});
+    store::Record font;
+    font.set(QStringLiteral("font"), store::Record());
+    record.set(QStringLiteral("Stamps"), store::RecordValue::List{store::Record(), true, font});
     EXPECT_TRUE(number.setData(&record));
     EXPECT_EQ(number.startPage(), 0);
     EXPECT_EQ(number.numberSteps(), 0);

@@ -23,12 +23,12 @@ class SpyStamp final : public StampBase
         std::int32_t anchor;
     };
 
-    void setData(const Record*) override {}
-    std::optional<Record> getData() const override { return Record(); }
+    void setData(const store::Record*) override {}
+    std::optional<store::Record> getData() const override { return store::Record(); }
     QString description() const override { return {}; }
     std::unique_ptr<IStampItem> clone() const override { return std::make_unique<SpyStamp>(*this); }
-    void draw(Canvas& canvas, const QRectF& rect, std::int32_t anchor, std::int64_t page, std::int64_t total,
-              bool isHighlighted) const override
+    void draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t anchor, std::int64_t page,
+              std::int64_t total, bool isHighlighted) const override
     {
         calls->push_back({page, total, isHighlighted, rect, anchor});
         canvas.fillRect(QRectF(rect.center(), QSizeF(10, 10)), Qt::red);
@@ -39,22 +39,22 @@ class SpyStamp final : public StampBase
 };
 
 /// Pages of 300 by 400 points, light blue; files that say "bad" cannot be shown.
-class PlainPages final : public PageImageSource
+class PlainPages final : public pageimages::PageImageSource
 {
   public:
-    std::optional<PageImage> page(const PageImageRequest& request) override
+    std::optional<pageimages::PageImage> page(const pageimages::PageImageRequest& request) override
     {
         requests.push_back(request);
         if (request.path.name() == QLatin1String("bad")) return std::nullopt;
         const QSizeF size(300, 400);
-        QImage image(pixelSize(size, request), QImage::Format_RGB32);
-        image.setDevicePixelRatio(pixelsPerPoint(size, request));
+        QImage image(pageimages::pixelSize(size, request), QImage::Format_RGB32);
+        image.setDevicePixelRatio(pageimages::pixelsPerPoint(size, request));
         image.fill(paper);
-        return PageImage{image, size};
+        return pageimages::PageImage{image, size};
     }
 
     static constexpr QRgb paper = 0xFFCCDDFF;
-    std::vector<PageImageRequest> requests;
+    std::vector<pageimages::PageImageRequest> requests;
 };
 
 class PreviewTest : public testing::Test
@@ -82,7 +82,7 @@ class PreviewTest : public testing::Test
         return spy->calls->empty() ? SpyStamp::Call{} : spy->calls->front();
     }
 
-    TextShaper shaper;
+    drawing::TextShaper shaper;
     PlainPages pages;
     Numbering number;
     std::shared_ptr<SpyStamp> spy = std::make_shared<SpyStamp>();

@@ -161,7 +161,7 @@ TEST(Profile, AnAbsentTextCutsTheRecordShort)
     fill(number);
     number.setLabelPrefix(std::nullopt);
     ASSERT_TRUE(number.save(asPath(scratch.path(name))));
-    const Record record = readPropertyListFile(asPath(scratch.path(name)));
+    const store::Record record = store::readPropertyListFile(asPath(scratch.path(name)));
     EXPECT_EQ(record.entries().size(), 6U);
     EXPECT_FALSE(record.contains(QStringLiteral("Stamps")));
     ASSERT_TRUE(number.load(asPath(scratch.path(name))));

@@ -12,7 +12,7 @@ namespace {
 
 const QString settingsKey = QStringLiteral("SETTINGS");
 
-std::vector<std::string> keysOf(const Record& record)
+std::vector<std::string> keysOf(const store::Record& record)
 {
     std::vector<std::string> keys;
     for (const auto& [key, value] : record.entries())
@@ -41,7 +41,7 @@ TEST(Settings, SurviveARunWithTheirConfiguration)
     const Scratch scratch;
     const FakeFolders folders(scratch.path());
     {
-        PlistDefaultsStore store(folders);
+        store::PlistDefaultsStore store(folders);
         Settings settings(&store);
         settings.isClearProcessedFiles = true;
         settings.isOpenFolderAfterConversion = false;
@@ -52,7 +52,7 @@ TEST(Settings, SurviveARunWithTheirConfiguration)
         settings.number->stamps.push_back(std::make_shared<TextStamp>());
         settings.synchronize();
     }
-    PlistDefaultsStore store(folders);
+    store::PlistDefaultsStore store(folders);
     const Settings settings(&store);
     EXPECT_TRUE(settings.isClearProcessedFiles);
     EXPECT_FALSE(settings.isOpenFolderAfterConversion);
@@ -81,7 +81,7 @@ TEST(Settings, AFolderNotToBeRememberedIsForgotten)
         {std::nullopt, true, std::nullopt, false},
     };
     for (const Case& c : cases) {
-        Record record;
+        store::Record record;
         record.set(QStringLiteral("isSetCurrentAsDefaultOutputFolderPath"), c.remember);
         if (c.folder) record.set(QStringLiteral("outputFolderPath"), *c.folder);
         Settings settings;
@@ -98,7 +98,7 @@ TEST(Settings, MissingKeysGiveNothingAndOtherThingsChangeNothing)
     settings.number->setStartNumber(5);
     settings.setData(nullptr);
     EXPECT_EQ(settings.outputFolderPath, QStringLiteral("/out"));
-    Record empty;
+    store::Record empty;
     settings.setData(&empty);
     EXPECT_FALSE(settings.isOpenFolderAfterConversion);
     EXPECT_FALSE(settings.outputFolderPath);
@@ -149,7 +149,7 @@ TEST(Settings, KeyedFormLeavesTheConfigurationOut)
     settings.isSetCurrentAsDefaultOutputFolderPath = false;
     settings.outputFolderPath = QStringLiteral("/out");
     settings.pdfOpenPassword.reset();
-    Record coder;
+    store::Record coder;
     settings.encodeWithCoder(coder);
     EXPECT_FALSE(coder.contains(QStringLiteral("number")));
     const auto decoded = Settings::initWithCoder(coder);

@@ -56,8 +56,8 @@ TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
     QWidget window;
     WidgetPanels panels;
     QStringList chosen;
-    const OpenPanel text{QStringLiteral("Pick:"), {QStringLiteral("txt")}, false, false};
-    const auto open = [&](const OpenPanel& panel) {
+    const desktop::OpenPanel text{QStringLiteral("Pick:"), {QStringLiteral("txt")}, false, false};
+    const auto open = [&](const desktop::OpenPanel& panel) {
         chosen.clear();
         panels.open(&window, panel, [&](const QList<FilePath>& paths) { chosen = textsOf(paths); });
         return panelOver(window);
@@ -79,7 +79,8 @@ TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
     panel = open(text);
     EXPECT_EQ(panel->directory().absolutePath(), QFileInfo(list).absolutePath());
     panel->reject();
-    OpenPanel several{QStringLiteral("Pick:"), {QStringLiteral("PDF"), QStringLiteral("pdf")}, false, true};
+    desktop::OpenPanel several{
+        QStringLiteral("Pick:"), {QStringLiteral("PDF"), QStringLiteral("pdf")}, false, true};
     panel = open(several);
     EXPECT_NE(panel->directory().absolutePath(), QFileInfo(list).absolutePath()) << "a folder for each kind";
     EXPECT_EQ(panel->nameFilters(), QStringList{QStringLiteral("PDF files (*.PDF *.pdf)")});

@@ -100,7 +100,7 @@ TEST_F(StampEditorsTest, EditorsGoWithTheirStamps)
     // A new set of stamps ends the stamps of the old one. Their editors touch nothing then, and go.
     auto& orphan = edit<TextStampWindowController>(first);
     const QPointer<QWidget> second(&orphan);
-    const Record empty;
+    const store::Record empty;
     number.setData(&empty);
     EXPECT_TRUE(number.stamps.empty());
     told = renamed = 0;

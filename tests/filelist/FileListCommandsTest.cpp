@@ -174,7 +174,7 @@ TEST(IncludeSubfolders, IsWrittenAtEveryChange)
     preference.setInculdeSubfolders(true);
     EXPECT_TRUE(preference.inculdeSubfolders());
     EXPECT_EQ(store.flushes, 1);
-    EXPECT_TRUE(store.values.at(QStringLiteral("INCLUDESUBFOLDERS")) == RecordValue(true));
+    EXPECT_TRUE(store.values.at(QStringLiteral("INCLUDESUBFOLDERS")) == store::RecordValue(true));
     store.setValue(QStringLiteral("INCLUDESUBFOLDERS"), std::int64_t{0}); // another writer's way to say no
     EXPECT_FALSE(preference.inculdeSubfolders());
 }

@@ -21,7 +21,7 @@ class WalkedFolder : public testing::Test
         const QString path = scratch_.path() + u'/' + pathText(name);
         std::filesystem::create_directories(
             std::filesystem::path(nativePath(path).toStdString()).parent_path());
-        AtomicFile::writeWhole(asPath(path), "x");
+        store::AtomicFile::writeWhole(asPath(path), "x");
     }
 
     [[nodiscard]] QByteArray at(const char* name) const { return nativePath(scratch_.path()) + '/' + name; }

@@ -16,7 +16,7 @@ TEST(InputGathering, FollowsTheCommandLine)
 {
     const Scratch scratch;
     const QString foreign = scratch.path() + u'/' + pathText("latin\xE9.pdf");
-    AtomicFile::writeWhole(asPath(foreign), numberedPdf(2));
+    store::AtomicFile::writeWhole(asPath(foreign), numberedPdf(2));
     scratch.write(QStringLiteral("d/b.pdf"), numberedPdf(1));
     scratch.write(QStringLiteral("d/sub/c.pdf"), numberedPdf(1));
     const QString mixed = scratch.write(QStringLiteral("z.Pdf"), numberedPdf(4));
@@ -69,7 +69,7 @@ TEST(RunnerLists, ListsWithoutStampingAndStampsNamesOfAnyBytes)
 {
     const Scratch scratch;
     const QString program = qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run");
-    AtomicFile::writeWhole(asPath(scratch.path() + u'/' + pathText("in\xE9.pdf")), numberedPdf(3));
+    store::AtomicFile::writeWhole(asPath(scratch.path() + u'/' + pathText("in\xE9.pdf")), numberedPdf(3));
     const QString list = scratch.path(QStringLiteral("list.txt"));
     ToolResult result = runTool(program, {QStringLiteral("--export"), list, scratch.path()});
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();

@@ -33,7 +33,7 @@ class ImageStampTest : public testing::Test
         QImage page(200, 100, QImage::Format_RGB32);
         page.fill(Qt::white);
         QPainter painter(&page);
-        RasterCanvas canvas(painter, shaper);
+        drawing::RasterCanvas canvas(painter, shaper);
         const QRectF area(0, 0, 200, 100);
         stamp.draw(canvas, area, anchor, 1, 1, highlight);
         painter.end();
@@ -48,7 +48,7 @@ class ImageStampTest : public testing::Test
     }
 
     Scratch scratch;
-    TextShaper shaper;
+    drawing::TextShaper shaper;
 };
 
 TEST_F(ImageStampTest, DrawsNothingWithoutPictureSizeOrOpacity)
@@ -193,7 +193,7 @@ TEST_F(ImageStampTest, BytesThatAreNoPictureLoadAndDrawNothing)
         damaged[i] = '\x55';
     for (const QByteArray& bytes : {QByteArray("no picture"), QByteArray("II*\0\x08\0\0\0", 8), damaged,
                                     good.stampImage()->left(good.stampImage()->size() - 60)}) {
-        Record record = *good.getData();
+        store::Record record = *good.getData();
         record.set(QStringLiteral("stampImage"), bytes);
         record.set(QStringLiteral("label"), QStringLiteral("seal"));
         ImageStamp stamp;

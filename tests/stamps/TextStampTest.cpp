@@ -10,7 +10,7 @@
 namespace quillfern {
 namespace {
 
-QStringList keysOf(const Record& record)
+QStringList keysOf(const store::Record& record)
 {
     QStringList keys;
     for (const auto& [key, value] : record.entries())
@@ -68,14 +68,14 @@ TEST(TextStampRecord, MissingKeysGiveNothingRatherThanDefaults)
     TextStamp stamp;
     stamp.setData(nullptr);
     EXPECT_TRUE(stamp.isSelected()) << "without a record nothing changes";
-    const Record empty;
+    const store::Record empty;
     stamp.setData(&empty);
     EXPECT_FALSE(stamp.isSelected());
     EXPECT_FALSE(stamp.label() || stamp.number.numberFormat || stamp.outlineColor);
     EXPECT_EQ(stamp.textOpacity, 0);
     EXPECT_EQ(stamp.number.paddingLength, 0);
     EXPECT_EQ(stamp.font.fontSize, 12) << "the font is not touched without its own record";
-    Record strange;
+    store::Record strange;
     strange.set(QStringLiteral("outlineColor"), QByteArray("whatever"));
     stamp.setData(&strange);
     EXPECT_EQ(stamp.outlineColor, QColor(Qt::black));
@@ -136,7 +136,7 @@ class Drawing : public testing::Test
 
     StampList stamps;
     StampRun run{3};
-    TextShaper shaper;
+    drawing::TextShaper shaper;
     QRectF area{40, 30, 320, 240};
 };
 
@@ -189,7 +189,8 @@ TEST_F(Drawing, RotationTurnsCounterClockwise)
     const Ink ink = inkOf(image);
     // Rising to the right: the left end lies lower.
     const Ink left = inkOf(image.copy(ink.box.left(), 0, ink.box.width() / 4, 300));
-    const Ink right = inkOf(image.copy(ink.box.right() - ink.box.width() / 4, 0, ink.box.width() / 4, 300));
+    const Ink right =
+        inkOf(image.copy(ink.box.right() - ink.box.width() / 4, 0, ink.box.width() / 4, 300));
     EXPECT_GT(left.box.center().y(), right.box.center().y() + 10);
 }
 

@@ -57,7 +57,7 @@ class SameThread final : public MainThread
     void postAndWait(const std::function<void()>& work) override { work(); }
 };
 
-class FakeDesktop final : public DesktopServices
+class FakeDesktop final : public desktop::DesktopServices
 {
   public:
     void open(const FilePath& path) override { opened.append(path.text()); }
@@ -71,26 +71,27 @@ class FakeDesktop final : public DesktopServices
 
 /// Answers each panel at once with what `answers` holds, in turn; without an answer the user closed the
 /// panel.
-class FakePanels final : public FilePanels
+class FakePanels final : public desktop::FilePanels
 {
   public:
-    void open(QObject*, const OpenPanel& panel, std::function<void(const QList<FilePath>&)> chosen) override
+    void open(QObject*, const desktop::OpenPanel& panel,
+              std::function<void(const QList<FilePath>&)> chosen) override
     {
         opened.append(panel);
         if (!answers.isEmpty()) chosen(asPaths(answers.takeFirst()));
     }
-    void save(QObject*, const SavePanel& panel, std::function<void(const FilePath&)> chosen) override
+    void save(QObject*, const desktop::SavePanel& panel, std::function<void(const FilePath&)> chosen) override
     {
         saved.append(panel);
         if (!answers.isEmpty()) chosen(asPath(answers.takeFirst().value(0)));
     }
 
     QList<QStringList> answers;
-    QList<OpenPanel> opened;
-    QList<SavePanel> saved;
+    QList<desktop::OpenPanel> opened;
+    QList<desktop::SavePanel> saved;
 };
 
-class FakeAlerts final : public Alerts
+class FakeAlerts final : public desktop::Alerts
 {
   public:
     void critical(QObject*, const QString& message) override { criticals.append(message); }
@@ -107,21 +108,21 @@ class FakeAlerts final : public Alerts
     QStringList questions;
 };
 
-class MemoryDefaults final : public DefaultsStore
+class MemoryDefaults final : public store::DefaultsStore
 {
   public:
-    [[nodiscard]] std::optional<RecordValue> value(const QString& key) const override
+    [[nodiscard]] std::optional<store::RecordValue> value(const QString& key) const override
     {
         const auto found = values.find(key);
         return found == values.end() ? std::nullopt : std::optional(found->second);
     }
-    void setValue(const QString& key, RecordValue value) override
+    void setValue(const QString& key, store::RecordValue value) override
     {
         values.insert_or_assign(key, std::move(value));
     }
     void flush() override { ++flushes; }
 
-    std::map<QString, RecordValue> values;
+    std::map<QString, store::RecordValue> values;
     int flushes = 0;
 };
 

@@ -20,7 +20,7 @@ int main(int argc, char** argv)
     // Programs that a test starts inherit it.
     if (!qEnvironmentVariableIsSet("FONTCONFIG_FILE"))
         qputenv("FONTCONFIG_FILE", qgetenv("QUILLFERN_SOURCE_DIR") + "/tests/support/fonts.conf");
-    quillfern::FontCatalog::preferEmbeddableFonts();
+    quillfern::drawing::FontCatalog::preferEmbeddableFonts();
     // What the invisible screen cannot do with windows is nobody's concern.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.*=false"));
     TestApplication application(argc, argv);

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QString>
 
-namespace quillfern {
+namespace quillfern::desktop {
 
 /// What the user is told and asked. A seam, so that tests answer without a person. Every alert is titled with
 /// getAppTitle() and belongs to the window `over`. Each call returns when the user has answered. Main thread.
@@ -17,4 +17,4 @@ class Alerts
     [[nodiscard]] virtual bool confirm(QObject* over, const QString& message) = 0;
 };
 
-} // namespace quillfern
+} // namespace quillfern::desktop

@@ -2,7 +2,7 @@
 
 #include "platform/system/FilePath.h"
 
-namespace quillfern {
+namespace quillfern::desktop {
 
 /// What the desktop does for us with files. A seam, so that tests see what would have been opened. All
 /// operations may be called from any thread; a refused request is not an error.
@@ -27,4 +27,4 @@ class NoDesktop final : public DesktopServices
     void showProperties(const QList<FilePath>&) override {}
 };
 
-} // namespace quillfern
+} // namespace quillfern::desktop

@@ -7,7 +7,7 @@
 #include <QStringList>
 #include <functional>
 
-namespace quillfern {
+namespace quillfern::desktop {
 
 /// A panel in which the user picks what is there.
 struct OpenPanel
@@ -38,4 +38,4 @@ class FilePanels
     virtual void save(QObject* over, const SavePanel& panel, std::function<void(const FilePath&)> chosen) = 0;
 };
 
-} // namespace quillfern
+} // namespace quillfern::desktop

@@ -8,7 +8,7 @@
 #include <QDBusPendingReply>
 #include <QDesktopServices>
 
-namespace quillfern {
+namespace quillfern::desktop {
 
 namespace {
 
@@ -80,4 +80,4 @@ void FreedesktopServices::askFileManager(const QString& method, const QList<File
     });
 }
 
-} // namespace quillfern
+} // namespace quillfern::desktop

@@ -6,7 +6,7 @@
 #include <QUrl>
 #include <functional>
 
-namespace quillfern {
+namespace quillfern::desktop {
 
 /// The desktop's own services: the user's default applications, and whichever file manager answers to
 /// org.freedesktop.FileManager1 on the session bus. Where none does, the files' folders are opened instead.
@@ -31,4 +31,4 @@ class FreedesktopServices final : public DesktopServices
     OpenUrl openUrl_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::desktop

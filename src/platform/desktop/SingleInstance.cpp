@@ -6,7 +6,7 @@
 #include <QDBusMessage>
 #include <climits>
 
-namespace quillfern {
+namespace quillfern::desktop {
 
 namespace {
 
@@ -150,6 +150,6 @@ void SingleInstance::leave()
     bus_.unregisterObject(objectPath());
 }
 
-} // namespace quillfern
+} // namespace quillfern::desktop
 
 #include "SingleInstance.moc"

@@ -6,7 +6,7 @@
 #include <QObject>
 #include <QStringList>
 
-namespace quillfern {
+namespace quillfern::desktop {
 
 /// Makes the program run once in a desktop session: the first instance takes the program's name on the
 /// session bus and answers as org.freedesktop.Application does; a later one hands over what it was asked to
@@ -53,4 +53,4 @@ class SingleInstance final : public QObject
     bool hasLeft_ = false;
 };
 
-} // namespace quillfern
+} // namespace quillfern::desktop

@@ -1,6 +1,6 @@
 #include "platform/drawing/Canvas.h"
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 std::vector<QRectF> textDecorations(const ShapedText& text, const TextPaint& paint)
 {
@@ -19,4 +19,4 @@ std::vector<QRectF> textDecorations(const ShapedText& text, const TextPaint& pai
     return lines;
 }
 
-} // namespace quillfern
+} // namespace quillfern::drawing

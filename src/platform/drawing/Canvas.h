@@ -6,7 +6,7 @@
 #include <QColor>
 #include <QRectF>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 class TextShaper;
 
@@ -61,4 +61,4 @@ class PageLayers
 /// The rectangles, in the text's own space scaled by `paint.fontSize`, of the lines drawn along a text.
 [[nodiscard]] std::vector<QRectF> textDecorations(const ShapedText& text, const TextPaint& paint);
 
-} // namespace quillfern
+} // namespace quillfern::drawing

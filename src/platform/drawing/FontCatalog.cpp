@@ -9,7 +9,7 @@
 #include <fontconfig/fontconfig.h>
 #endif
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 namespace {
 
@@ -148,4 +148,4 @@ QFont FontCatalog::font(const FontSpec& spec, int pixelSize) const
     return font;
 }
 
-} // namespace quillfern
+} // namespace quillfern::drawing

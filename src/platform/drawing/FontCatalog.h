@@ -5,7 +5,7 @@
 #include <QFont>
 #include <QStringList>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 /// The fonts installed on this machine, as far as they can be drawn at any size. Needs a QGuiApplication.
 /// Stateless; may be used from any thread.
@@ -32,4 +32,4 @@ class FontCatalog
     [[nodiscard]] QFont font(const FontSpec& spec, int pixelSize) const;
 };
 
-} // namespace quillfern
+} // namespace quillfern::drawing

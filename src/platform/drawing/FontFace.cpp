@@ -3,7 +3,7 @@
 #include <QCryptographicHash>
 #include <QTransform>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 namespace {
 
@@ -53,4 +53,4 @@ bool FontFace::isPicture(quint32 glyph) const
     return hasPictures_ && outline(glyph).isEmpty();
 }
 
-} // namespace quillfern
+} // namespace quillfern::drawing

@@ -5,7 +5,7 @@
 #include <QRawFont>
 #include <unordered_map>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 /// One installed font file's face, independent of size: glyph outlines and advances in units of the em (1.0
 /// is the font size), y down from the baseline. Bound to the thread that made it, as QRawFont is.
@@ -35,4 +35,4 @@ class FontFace
     mutable std::unordered_map<quint32, QPainterPath> outlines_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::drawing

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 /// Which font a text asks for. Sizes are not part of it: a text is shaped once in units of the font size.
 struct FontSpec
@@ -14,4 +14,4 @@ struct FontSpec
     bool operator==(const FontSpec&) const = default;
 };
 
-} // namespace quillfern
+} // namespace quillfern::drawing

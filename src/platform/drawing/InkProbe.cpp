@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 void InkProbe::use(Ink ink)
 {
@@ -67,4 +67,4 @@ QRectF InkProbe::bounds() const
     return marks_.isNull() ? QRectF() : marks_.adjusted(-softEdge, -softEdge, softEdge, softEdge);
 }
 
-} // namespace quillfern
+} // namespace quillfern::drawing

@@ -5,7 +5,7 @@
 #include <QTransform>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 /// What drawing needs of a page's pixels, from little to much.
 enum class Ink {
@@ -47,4 +47,4 @@ class InkProbe final : public Canvas
     Ink ink_ = Ink::None;
 };
 
-} // namespace quillfern
+} // namespace quillfern::drawing

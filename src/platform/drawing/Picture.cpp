@@ -4,7 +4,7 @@
 #include <mutex>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 struct Picture::Halves
 {
@@ -34,4 +34,4 @@ QImage Picture::imageFor(const QSizeF& size) const
     return image;
 }
 
-} // namespace quillfern
+} // namespace quillfern::drawing

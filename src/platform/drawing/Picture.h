@@ -5,7 +5,7 @@
 #include <QSizeF>
 #include <memory>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 /// A decoded picture that is drawn many times. Shared, immutable; may be read from any thread.
 class Picture
@@ -34,4 +34,4 @@ class Picture
     std::shared_ptr<Halves> halves_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::drawing

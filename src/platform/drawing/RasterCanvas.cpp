@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 namespace {
 
@@ -80,4 +80,4 @@ void RasterCanvas::drawPicture(const Picture& picture, const QRectF& target, dou
     painter_.restore();
 }
 
-} // namespace quillfern
+} // namespace quillfern::drawing

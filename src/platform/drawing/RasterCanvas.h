@@ -4,7 +4,7 @@
 
 #include <QPainter>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 /// Draws with a painter, one unit of the canvas to one unit of the painter. The painter is begun and ended by
 /// the caller and must outlive the canvas; its state is restored with every restore().
@@ -27,4 +27,4 @@ class RasterCanvas final : public Canvas
     TextShaper& shaper_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::drawing

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 /// One glyph of a shaped text. Positions are in em (multiples of the font size).
 struct ShapedGlyph
@@ -46,4 +46,4 @@ struct ShapedText
     double lineThickness = 0;
 };
 
-} // namespace quillfern
+} // namespace quillfern::drawing

@@ -7,7 +7,7 @@
 #include <array>
 #include <cmath>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 namespace {
 
@@ -319,4 +319,4 @@ std::shared_ptr<const ShapedText> TextShaper::shape(const QString& text, const F
     return shaped;
 }
 
-} // namespace quillfern
+} // namespace quillfern::drawing

@@ -6,7 +6,7 @@
 #include <QHash>
 #include <memory>
 
-namespace quillfern {
+namespace quillfern::drawing {
 
 /// Turns texts into glyphs: bidirectional, with font substitution, ligatures and marks, as the platform's
 /// text layout does it. Line feeds start a new line; lines are centred on each other; other control
@@ -44,4 +44,4 @@ class TextShaper
     int layoutCount_ = 0;
 };
 
-} // namespace quillfern
+} // namespace quillfern::drawing

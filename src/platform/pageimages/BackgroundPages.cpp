@@ -5,7 +5,7 @@
 #include <condition_variable>
 #include <mutex>
 
-namespace quillfern {
+namespace quillfern::pageimages {
 
 /// Works off one request at a time; a newer one takes the place of one that has not begun.
 class BackgroundPages::Worker final : public QThread
@@ -88,4 +88,4 @@ std::optional<PageImage> BackgroundPages::page(const PageImageRequest& request)
     return page;
 }
 
-} // namespace quillfern
+} // namespace quillfern::pageimages

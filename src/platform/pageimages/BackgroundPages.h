@@ -5,7 +5,7 @@
 #include <QObject>
 #include <memory>
 
-namespace quillfern {
+namespace quillfern::pageimages {
 
 /// Has pages shown by another source on a thread of its own, so that a page that takes long never holds up
 /// the window: page() waits for a moment only. Main thread.
@@ -38,4 +38,4 @@ class BackgroundPages final : public QObject, public PageImageSource
     bool isPending_ = false;
 };
 
-} // namespace quillfern
+} // namespace quillfern::pageimages

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace quillfern {
+namespace quillfern::pageimages {
 
 namespace {
 
@@ -40,4 +40,4 @@ bool isShowable(const PageImageRequest& request)
            side(request.box.height());
 }
 
-} // namespace quillfern
+} // namespace quillfern::pageimages

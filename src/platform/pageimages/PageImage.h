@@ -7,7 +7,7 @@
 #include <QString>
 #include <optional>
 
-namespace quillfern {
+namespace quillfern::pageimages {
 
 /// Which page of a file is to be shown, and how large. The picture of a page that is larger than the box is
 /// made small enough to fit; a smaller page keeps its size.
@@ -49,4 +49,4 @@ class PageImageSource
 /// True when the request's box and density are numbers that a screen can have.
 [[nodiscard]] bool isShowable(const PageImageRequest& request);
 
-} // namespace quillfern
+} // namespace quillfern::pageimages

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace quillfern {
+namespace quillfern::pageimages {
 
 qint64 PageImageCache::Entry::bytes() const
 {
@@ -42,4 +42,4 @@ void PageImageCache::forgetOldest()
     entries_.pop_back();
 }
 
-} // namespace quillfern
+} // namespace quillfern::pageimages

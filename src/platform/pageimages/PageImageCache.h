@@ -5,7 +5,7 @@
 
 #include <list>
 
-namespace quillfern {
+namespace quillfern::pageimages {
 
 /// Remembers the pages last shown, those that could not be shown as well, for as long as their files stay the
 /// same. The source must outlive it. For use from one thread.
@@ -37,4 +37,4 @@ class PageImageCache final : public PageImageSource
     std::list<Entry> entries_; ///< the one last used first
 };
 
-} // namespace quillfern
+} // namespace quillfern::pageimages

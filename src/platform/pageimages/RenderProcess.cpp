@@ -14,7 +14,7 @@
 #include <sys/prctl.h>
 #endif
 
-namespace quillfern {
+namespace quillfern::pageimages {
 
 namespace {
 
@@ -91,4 +91,4 @@ std::optional<PageImage> RenderProcess::page(const PageImageRequest& request)
     return decodeRenderReply(reply, request);
 }
 
-} // namespace quillfern
+} // namespace quillfern::pageimages

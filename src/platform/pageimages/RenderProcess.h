@@ -2,7 +2,7 @@
 
 #include "platform/pageimages/PageImage.h"
 
-namespace quillfern {
+namespace quillfern::pageimages {
 
 /// Has pages shown by quillfern-render, one process for each, so that a file that is hostile or merely huge
 /// costs a bounded time and memory and cannot end this program. Blocks until the page is there or the time is
@@ -29,4 +29,4 @@ class RenderProcess final : public PageImageSource
     Limits limits_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::pageimages

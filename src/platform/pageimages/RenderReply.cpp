@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace quillfern {
+namespace quillfern::pageimages {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::optional<PageImage> decodeRenderReply(const QByteArray& bytes, const PageIm
     return PageImage{image, page};
 }
 
-} // namespace quillfern
+} // namespace quillfern::pageimages

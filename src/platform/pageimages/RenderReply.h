@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 
-namespace quillfern {
+namespace quillfern::pageimages {
 
 /// What the rendering process answers with on its standard output: a header with the page's size in points
 /// and the picture's in pixels, then the pixels, four bytes each, row after row. No image format is decoded
@@ -20,4 +20,4 @@ namespace quillfern {
 [[nodiscard]] std::optional<PageImage> decodeRenderReply(const QByteArray& bytes,
                                                          const PageImageRequest& request);
 
-} // namespace quillfern
+} // namespace quillfern::pageimages

@@ -3,7 +3,7 @@
 #include <qpdf/Pipeline.hh>
 #include <stdexcept>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -47,4 +47,4 @@ BoundedStream decodeBounded(QPDFObjectHandle stream, std::size_t largest)
     return result;
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -5,7 +5,7 @@
 #include <qpdf/QPDFObjectHandle.hh>
 #include <string>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// The stream's data with all its filters undone, as far as `largest` bytes: a few bytes of a hostile file
 /// can claim to be gigabytes. Nothing for a stream that cannot be decoded; `tooLarge` says that it went
@@ -18,4 +18,4 @@ struct BoundedStream
 
 [[nodiscard]] BoundedStream decodeBounded(QPDFObjectHandle stream, std::size_t largest);
 
-} // namespace quillfern
+} // namespace quillfern::pdf

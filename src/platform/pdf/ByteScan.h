@@ -7,7 +7,7 @@
 #include <emmintrin.h>
 #endif
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 // Finds the bytes of page content that matter: nearly all of a page's content is text in strings and the
 // numbers between them. There is one way for every processor and one that takes sixteen bytes at a time;
@@ -151,4 +151,4 @@ using ByteScan = VectorByteScan;
 using ByteScan = PortableByteScan;
 #endif
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -140,4 +140,4 @@ std::optional<std::vector<std::uint16_t>> cidsByGlyph(const QByteArray& cffTable
     }
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -288,4 +288,4 @@ ContentBalance balanceOfContent(const char* data, std::size_t size)
     return Scanner(data, size).run();
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// What a page's content leaves open or closes too often. A stamp that follows the content must be drawn in
 /// an untouched graphics state, outside of whatever text object, marked content or string was never ended.
@@ -23,4 +23,4 @@ struct ContentBalance
 /// comments and inline image data are passed over. Throws Failure for content nested beyond all reason.
 [[nodiscard]] ContentBalance balanceOfContent(const char* data, std::size_t size);
 
-} // namespace quillfern
+} // namespace quillfern::pdf

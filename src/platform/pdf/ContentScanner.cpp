@@ -10,7 +10,7 @@
 #include <qpdf/Buffer.hh>
 #include <zlib.h>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -269,4 +269,4 @@ const ContentScanner::Result& ContentScanner::resultOf(Scan& scan)
     return scan.result;
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -10,7 +10,7 @@
 #include <qpdf/QPDFObjectHandle.hh>
 #include <thread>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// Reads the content of pages on a thread beside the one that owns the document. The streams' bytes are taken
 /// out of the document at once, on the caller's thread; inflating and reading them is the other thread's
@@ -50,4 +50,4 @@ class ContentScanner
     std::thread worker_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::pdf

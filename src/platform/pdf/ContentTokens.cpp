@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 std::optional<std::string_view> ContentTokens::next()
 {
@@ -96,4 +96,4 @@ bool isContentOperand(std::string_view token)
                        [](char d) { return (d >= '0' && d <= '9') || d == '.' || d == '-' || d == '+'; });
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 enum class ContentClass : unsigned char { Regular, White, Delimiter };
 
@@ -60,4 +60,4 @@ class ContentTokens
 /// True for what may stand before an operator: a number, a name, a string, a part of an array or dictionary.
 [[nodiscard]] bool isContentOperand(std::string_view token);
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -5,7 +5,7 @@
 #include <QCryptographicHash>
 #include <cmath>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -42,7 +42,7 @@ QPDFObjectHandle deflatedStream(QPDF& document, const QByteArray& bytes)
     return stream;
 }
 
-EmbeddedFont::EmbeddedFont(QPDF& document, std::shared_ptr<const FontFace> face)
+EmbeddedFont::EmbeddedFont(QPDF& document, std::shared_ptr<const drawing::FontFace> face)
     : document_(document), program_(std::move(face)),
       object_(document.makeIndirectObject(QPDFObjectHandle::newDictionary()))
 {
@@ -171,4 +171,4 @@ void EmbeddedFont::finish()
     object_.replaceKey("/ToUnicode", deflatedStream(document_, toUnicodeMap()));
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -6,14 +6,14 @@
 #include <map>
 #include <qpdf/QPDF.hh>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// One face in one document: a composite font (Type 0, Identity-H) whose subset is written when all its
 /// glyphs are known, with widths and a map back to text (ISO 32000-1, 9.7 and 9.10.3).
 class EmbeddedFont
 {
   public:
-    EmbeddedFont(QPDF& document, std::shared_ptr<const FontFace> face);
+    EmbeddedFont(QPDF& document, std::shared_ptr<const drawing::FontFace> face);
 
     [[nodiscard]] bool embeddable() const { return program_.embeddable(); }
     /// The font dictionary, an indirect object; complete after finish().
@@ -46,4 +46,4 @@ class EmbeddedFont
 /// `bytes` as a new stream of the document, deflated.
 [[nodiscard]] QPDFObjectHandle deflatedStream(QPDF& document, const QByteArray& bytes);
 
-} // namespace quillfern
+} // namespace quillfern::pdf

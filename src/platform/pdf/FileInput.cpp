@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 FileInput::FileInput(const FilePath& path)
     : name_(path.bytes().toStdString()), descriptor_(openRegularFile(path))
@@ -101,4 +101,4 @@ qpdf_offset_t FileInput::findAndSkipNextEOL()
     return eol;
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -8,7 +8,7 @@
 #include <qpdf/InputSource.hh>
 #include <unordered_map>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// A file that qpdf reads in any order, held in blocks of which the last used are kept. As fast as a memory
 /// map for the way a document is parsed and written, but a source that another program cuts short while we
@@ -52,4 +52,4 @@ class FileInput final : public InputSource
     std::unordered_map<qpdf_offset_t, std::list<Block>::iterator> byStart_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::pdf

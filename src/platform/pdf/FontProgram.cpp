@@ -9,7 +9,7 @@
 #include <map>
 #include <memory>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -44,7 +44,7 @@ QByteArray copyOf(hb_blob_t* blob)
 /// glyphs it goes on reading, so they stay until the face itself goes.
 struct Tables
 {
-    const FontFace& face;
+    const drawing::FontFace& face;
     std::map<hb_tag_t, QByteArray> given;
 };
 
@@ -65,7 +65,7 @@ hb_blob_t* tableBlob(hb_face_t*, hb_tag_t tag, void* user)
                           nullptr, nullptr);
 }
 
-HbFace harfBuzzFace(const FontFace& face)
+HbFace harfBuzzFace(const drawing::FontFace& face)
 {
     return HbFace(hb_face_create_for_tables(tableBlob, new Tables{face, {}},
                                             [](void* tables) { delete static_cast<Tables*>(tables); }));
@@ -80,7 +80,7 @@ bool licenceForbids(const QByteArray& os2)
 
 } // namespace
 
-FontProgram::FontProgram(std::shared_ptr<const FontFace> face) : face_(std::move(face))
+FontProgram::FontProgram(std::shared_ptr<const drawing::FontFace> face) : face_(std::move(face))
 {
     const auto has = [this](const char* tag) { return !face_->table(tag).isEmpty(); };
     cff_ = has("CFF ");
@@ -175,4 +175,4 @@ std::optional<FontProgram::Subset> FontProgram::subset(const std::set<std::uint3
     return subset;
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -9,7 +9,7 @@
 #include <set>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// What an embedded font needs to know of a face, read from its OpenType tables. Lengths in 1/1000 em.
 struct FontMetrics
@@ -27,7 +27,7 @@ struct FontMetrics
 class FontProgram
 {
   public:
-    explicit FontProgram(std::shared_ptr<const FontFace> face);
+    explicit FontProgram(std::shared_ptr<const drawing::FontFace> face);
 
     /// False for a face that carries no outline tables, whose glyphs are pictures, that is a variable
     /// font, or whose licence bits (OS/2 fsType) forbid embedding or subsetting.
@@ -54,7 +54,7 @@ class FontProgram
   private:
     void readMetrics();
 
-    std::shared_ptr<const FontFace> face_;
+    std::shared_ptr<const drawing::FontFace> face_;
     bool embeddable_ = false;
     bool cff_ = false;
     FontMetrics metrics_;
@@ -63,4 +63,4 @@ class FontProgram
     std::vector<std::uint16_t> charset_; ///< CIDs by glyph, only of a CID-keyed font
 };
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string_view>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -179,4 +179,4 @@ InlineImageEnd InlineImages::endOf(const char* dictionary)
     return {end_, "\nEI\n"};
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// Where an inline image ends.
 struct InlineImageEnd
@@ -43,4 +43,4 @@ class InlineImages
     Next operator_; ///< the next EI that reads as one
 };
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <cmath>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -39,7 +39,7 @@ constexpr int factorDecimals = 6;
 
 } // namespace
 
-PdfCanvas::PdfCanvas(PdfResources& resources, PdfPageResources& page, TextShaper& shaper,
+PdfCanvas::PdfCanvas(PdfResources& resources, PdfPageResources& page, drawing::TextShaper& shaper,
                      const QTransform& toUserSpace)
     : resources_(resources), page_(page), shaper_(shaper), transform_(toUserSpace)
 {
@@ -151,7 +151,7 @@ void PdfCanvas::fillRect(const QRectF& rect, const QColor& color)
     rectangle(rect);
 }
 
-void PdfCanvas::drawText(const ShapedText& text, const TextPaint& paint)
+void PdfCanvas::drawText(const drawing::ShapedText& text, const drawing::TextPaint& paint)
 {
     const bool fill = paint.fill.alpha() > 0;
     const bool stroke = paint.strokeWidth > 0 && paint.stroke.alpha() > 0;
@@ -159,7 +159,7 @@ void PdfCanvas::drawText(const ShapedText& text, const TextPaint& paint)
     opacities(fill ? paint.fill.alphaF() : 1, stroke ? paint.stroke.alphaF() : 1);
     if (fill) {
         fillColour(paint.fill);
-        for (const QRectF& line : textDecorations(text, paint))
+        for (const QRectF& line : drawing::textDecorations(text, paint))
             rectangle(line);
     }
     if (stroke) {
@@ -168,7 +168,7 @@ void PdfCanvas::drawText(const ShapedText& text, const TextPaint& paint)
         number(paint.strokeWidth * std::sqrt(std::abs(transform_.determinant())));
         content_ += "w 1 j ";
     }
-    for (const ShapedRun& run : text.runs) {
+    for (const drawing::ShapedRun& run : text.runs) {
         if (PdfResources::Font* font = resources_.font(run.face))
             glyphsAsText(run, *font, paint);
         else
@@ -176,7 +176,8 @@ void PdfCanvas::drawText(const ShapedText& text, const TextPaint& paint)
     }
 }
 
-void PdfCanvas::glyphsAsText(const ShapedRun& run, PdfResources::Font& font, const TextPaint& paint)
+void PdfCanvas::glyphsAsText(const drawing::ShapedRun& run, PdfResources::Font& font,
+                             const drawing::TextPaint& paint)
 {
     const double size = paint.fontSize;
     const bool fill = paint.fill.alpha() > 0;
@@ -219,7 +220,7 @@ void PdfCanvas::glyphsAsText(const ShapedRun& run, PdfResources::Font& font, con
             content_ += ">>>BDC ";
         }
         for (std::size_t g = i; g < end; ++g) {
-            const ShapedGlyph& glyph = run.glyphs[g];
+            const drawing::ShapedGlyph& glyph = run.glyphs[g];
             const double shift = (pen - glyph.x) * 1000;
             if (!open || std::abs(glyph.y - line) > 0.0005) {
                 closeArray();
@@ -274,12 +275,12 @@ void PdfCanvas::outline(const QPainterPath& path, const QTransform& transform)
     if (open) content_ += "h ";
 }
 
-void PdfCanvas::glyphsAsOutlines(const ShapedRun& run, const TextPaint& paint)
+void PdfCanvas::glyphsAsOutlines(const drawing::ShapedRun& run, const drawing::TextPaint& paint)
 {
     const double size = paint.fontSize;
     const bool fill = paint.fill.alpha() > 0;
     const bool stroke = paint.strokeWidth > 0 && paint.stroke.alpha() > 0;
-    for (const ShapedGlyph& glyph : run.glyphs) {
+    for (const drawing::ShapedGlyph& glyph : run.glyphs) {
         if (run.face->isPicture(glyph.glyph)) {
             if (fill) glyphAsPicture(run, glyph, paint);
             continue;
@@ -291,7 +292,8 @@ void PdfCanvas::glyphsAsOutlines(const ShapedRun& run, const TextPaint& paint)
     }
 }
 
-void PdfCanvas::glyphAsPicture(const ShapedRun& run, const ShapedGlyph& glyph, const TextPaint& paint)
+void PdfCanvas::glyphAsPicture(const drawing::ShapedRun& run, const drawing::ShapedGlyph& glyph,
+                               const drawing::TextPaint& paint)
 {
     const GlyphPicture& picture = resources_.glyphPicture(run.face, glyph.glyph);
     const double size = paint.fontSize;
@@ -300,7 +302,7 @@ void PdfCanvas::glyphAsPicture(const ShapedRun& run, const ShapedGlyph& glyph, c
     drawPicture(picture.picture, box, paint.fill.alphaF());
 }
 
-void PdfCanvas::drawPicture(const Picture& picture, const QRectF& target, double opacity)
+void PdfCanvas::drawPicture(const drawing::Picture& picture, const QRectF& target, double opacity)
 {
     if (picture.image().isNull() || target.isEmpty() || opacity <= 0) return;
     opacities(opacity, opacity);
@@ -313,4 +315,4 @@ void PdfCanvas::drawPicture(const Picture& picture, const QRectF& target, double
     content_ += "cm " + page_.nameOf(resources_.picture(picture)) + " Do Q\n";
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -7,25 +7,25 @@
 #include <string>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// Writes content operators. Transformations are folded into each mark, and the graphics state is saved once
 /// for every artifact, so that a page number costs few bytes. Bound to one thread.
-class PdfCanvas final : public Canvas
+class PdfCanvas final : public drawing::Canvas
 {
   public:
     /// `toUserSpace` leads from the canvas's space to the page's; the resources outlive the canvas.
-    PdfCanvas(PdfResources& resources, PdfPageResources& page, TextShaper& shaper,
+    PdfCanvas(PdfResources& resources, PdfPageResources& page, drawing::TextShaper& shaper,
               const QTransform& toUserSpace);
 
-    [[nodiscard]] TextShaper& shaper() override { return shaper_; }
+    [[nodiscard]] drawing::TextShaper& shaper() override { return shaper_; }
     void save() override { stack_.push_back(transform_); }
     void restore() override;
     void translate(double dx, double dy) override { transform_.translate(dx, dy); }
     void rotate(double radians) override { transform_.rotateRadians(radians); }
     void fillRect(const QRectF& rect, const QColor& color) override;
-    void drawText(const ShapedText& text, const TextPaint& paint) override;
-    void drawPicture(const Picture& picture, const QRectF& target, double opacity) override;
+    void drawText(const drawing::ShapedText& text, const drawing::TextPaint& paint) override;
+    void drawPicture(const drawing::Picture& picture, const QRectF& target, double opacity) override;
     void beginArtifact() override;
     void endArtifact() override;
 
@@ -41,14 +41,16 @@ class PdfCanvas final : public Canvas
     void colour(const QColor& colour, bool stroke);
     void opacities(double fill, double stroke);
     void rectangle(const QRectF& rect);
-    void glyphsAsText(const ShapedRun& run, PdfResources::Font& font, const TextPaint& paint);
-    void glyphsAsOutlines(const ShapedRun& run, const TextPaint& paint);
-    void glyphAsPicture(const ShapedRun& run, const ShapedGlyph& glyph, const TextPaint& paint);
+    void glyphsAsText(const drawing::ShapedRun& run, PdfResources::Font& font,
+                      const drawing::TextPaint& paint);
+    void glyphsAsOutlines(const drawing::ShapedRun& run, const drawing::TextPaint& paint);
+    void glyphAsPicture(const drawing::ShapedRun& run, const drawing::ShapedGlyph& glyph,
+                        const drawing::TextPaint& paint);
     void outline(const QPainterPath& path, const QTransform& transform);
 
     PdfResources& resources_;
     PdfPageResources& page_;
-    TextShaper& shaper_;
+    drawing::TextShaper& shaper_;
     QTransform transform_;
     std::vector<QTransform> stack_;
     std::string content_;
@@ -60,4 +62,4 @@ class PdfCanvas final : public Canvas
     std::string opacityNow_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::pdf

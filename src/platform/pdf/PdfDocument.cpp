@@ -16,7 +16,7 @@
 #include <qpdf/QPDFExc.hh>
 #include <set>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -235,15 +235,15 @@ void PdfDocument::Private::settleOldest()
 class PdfDocument::StampedPage final : public PdfPage
 {
   public:
-    StampedPage(Private& document, const QPDFObjectHandle& page, TextShaper& shaper)
+    StampedPage(Private& document, const QPDFObjectHandle& page, drawing::TextShaper& shaper)
         : document_(document), page_(page), box_(page), resources_(inheritedAttribute(page, "/Resources")),
           under_(*document.resources, resources_, shaper, box_.toUserSpace()),
           over_(*document.resources, resources_, shaper, box_.toUserSpace())
     {
     }
 
-    Canvas& under() override { return under_; }
-    Canvas& over() override { return over_; }
+    drawing::Canvas& under() override { return under_; }
+    drawing::Canvas& over() override { return over_; }
 
     void finish() override
     {
@@ -306,7 +306,7 @@ QSizeF PdfDocument::pageSize(int index) const
     return translated([&] { return PdfPageBox(d->pages.at(static_cast<std::size_t>(index))).displaySize(); });
 }
 
-std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, TextShaper& shaper)
+std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, drawing::TextShaper& shaper)
 {
     return translated([&]() -> std::unique_ptr<PdfPage> {
         return std::make_unique<StampedPage>(*d, d->pages.at(static_cast<std::size_t>(index)), shaper);
@@ -381,7 +381,7 @@ void dropFormFields(QPDF& document, const std::set<QPDFObjGen>& widgets)
 
 } // namespace
 
-void PdfDocument::save(const PdfWriter& writer, AtomicFile& target)
+void PdfDocument::save(const PdfWriter& writer, store::AtomicFile& target)
 {
     translated([&] {
         d->settleAll();
@@ -393,4 +393,4 @@ void PdfDocument::save(const PdfWriter& writer, AtomicFile& target)
     });
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

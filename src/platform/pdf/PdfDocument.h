@@ -7,13 +7,16 @@
 #include <QString>
 #include <memory>
 
-namespace quillfern {
-
+namespace quillfern::store {
 class AtomicFile;
+}
+
+namespace quillfern::pdf {
+
 class PdfWriter;
 
 /// One page being stamped: its layers take the marks, finish() puts them on the page.
-class PdfPage : public PageLayers
+class PdfPage : public drawing::PageLayers
 {
   public:
     /// Adds what was drawn to the page. Nothing is changed before. Throws Failure.
@@ -42,7 +45,7 @@ class PdfDocument
 
     /// Begins to stamp a page; its canvases span the media box in points, origin at the top left as it is
     /// read, y down. The page afterwards shows exactly its media box. The shaper must outlive the page.
-    [[nodiscard]] std::unique_ptr<PdfPage> stampPage(int index, TextShaper& shaper);
+    [[nodiscard]] std::unique_ptr<PdfPage> stampPage(int index, drawing::TextShaper& shaper);
     /// Takes content, resources, annotations (with their form fields) and everything that acts off a page;
     /// its box and rotation stay.
     void blankPage(int index);
@@ -53,7 +56,7 @@ class PdfDocument
     void setCreator(const QString& creator);
 
     /// Writes the whole document. Call once; the document is spent then. Throws Failure.
-    void save(const PdfWriter& writer, AtomicFile& target);
+    void save(const PdfWriter& writer, store::AtomicFile& target);
 
   private:
     class Private;
@@ -62,4 +65,4 @@ class PdfDocument
     std::unique_ptr<Private> d;
 };
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <limits>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -111,7 +111,7 @@ bool isOpaque(const QImage& image)
 
 } // namespace
 
-PdfImage makeImage(QPDF& document, const Picture& picture)
+PdfImage makeImage(QPDF& document, const drawing::Picture& picture)
 {
     const QImage& image = picture.image();
     if (!picture.jpeg().isEmpty()) {
@@ -139,4 +139,4 @@ PdfImage makeImage(QPDF& document, const Picture& picture)
     return {stream, !opaque};
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -4,7 +4,7 @@
 
 #include <qpdf/QPDF.hh>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 struct PdfImage
 {
@@ -15,6 +15,6 @@ struct PdfImage
 /// Puts a picture into the document without loss: one that comes from a JPEG as that JPEG; grey pictures as
 /// grey, others as RGB, deflated with predictors or without, whichever is smaller, and with a soft mask only
 /// when some pixel is not opaque.
-[[nodiscard]] PdfImage makeImage(QPDF& document, const Picture& picture);
+[[nodiscard]] PdfImage makeImage(QPDF& document, const drawing::Picture& picture);
 
-} // namespace quillfern
+} // namespace quillfern::pdf

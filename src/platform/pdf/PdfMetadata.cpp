@@ -2,7 +2,7 @@
 
 #include "platform/pdf/BoundedStream.h"
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 PdfMetadata::PdfMetadata(QPDF& document)
     : document_(document), stream_(document.getRoot().getKey("/Metadata"))
@@ -62,4 +62,4 @@ bool PdfMetadata::hasRgbOutputIntent() const
     return false;
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -6,7 +6,7 @@
 #include <optional>
 #include <qpdf/QPDF.hh>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// What a document says about itself: the information dictionary and the XMP packet of its catalogue.
 /// A packet that cannot be understood, or is larger than any real one, stays as it is and claims nothing.
@@ -32,4 +32,4 @@ class PdfMetadata
     std::optional<XmpPacket> packet_; ///< one that is understood
 };
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -78,4 +78,4 @@ QTransform PdfPageBox::toUserSpace() const
     }
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -5,7 +5,7 @@
 #include <QTransform>
 #include <qpdf/QPDFObjectHandle.hh>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// The media box of a page and how a viewer turns and scales it (ISO 32000-1, 7.7.3.3 and 14.11.2).
 class PdfPageBox
@@ -36,4 +36,4 @@ class PdfPageBox
 [[nodiscard]] QPDFObjectHandle inheritedAttribute(QPDFObjectHandle page, const std::string& key,
                                                   QPDFObjectHandle* holder = nullptr);
 
-} // namespace quillfern
+} // namespace quillfern::pdf

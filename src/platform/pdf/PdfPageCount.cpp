@@ -6,7 +6,7 @@
 
 #include <qpdf/QPDF.hh>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -71,4 +71,4 @@ bool pdfOpensWith(const FilePath& path, const QString& password)
     }
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

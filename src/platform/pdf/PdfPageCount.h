@@ -6,7 +6,7 @@
 #include <QString>
 #include <optional>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// The number of pages of a PDF file, from its trailer and page tree alone; 0 when it cannot be read, needs a
 /// password, or is none.
@@ -18,4 +18,4 @@ namespace quillfern {
 /// True when a PDF document opens from `path` and either is not encrypted or opens with `password`.
 [[nodiscard]] bool pdfOpensWith(const FilePath& path, const QString& password);
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -13,7 +13,7 @@
 #include <qpdf/QPDFWriter.hh>
 #include <set>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -143,4 +143,4 @@ ExtractedPage extractPdfPage(const FilePath& path, int index)
     }
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

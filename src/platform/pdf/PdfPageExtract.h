@@ -6,7 +6,7 @@
 #include <QSizeF>
 #include <QString>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// One page of a document as a document of its own.
 struct ExtractedPage
@@ -21,4 +21,4 @@ struct ExtractedPage
 /// page.
 [[nodiscard]] ExtractedPage extractPdfPage(const FilePath& path, int index);
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -6,7 +6,7 @@
 #include <QPainter>
 #include <cmath>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -23,7 +23,7 @@ std::string numbered(const char* kind, std::size_t number)
     return text;
 }
 
-GlyphPicture paintGlyph(const FontFace& face, quint32 glyph)
+GlyphPicture paintGlyph(const drawing::FontFace& face, quint32 glyph)
 {
     constexpr double pixelsPerEm = 136; // what colour fonts usually hold
     constexpr double margin = 0.5;      // em around the em box, for glyphs that reach out of it
@@ -42,7 +42,7 @@ GlyphPicture paintGlyph(const FontFace& face, quint32 glyph)
     run.setPositions({QPointF(0, 0)});
     painter.drawGlyphRun(-inked.topLeft() * pixelsPerEm, run);
     painter.end();
-    return {Picture(image), inked};
+    return {drawing::Picture(image), inked};
 }
 
 } // namespace
@@ -52,7 +52,7 @@ PdfResources::PdfResources(QPDF& document, bool calibratedColour)
 {
 }
 
-PdfResources::Font* PdfResources::font(const std::shared_ptr<const FontFace>& face)
+PdfResources::Font* PdfResources::font(const std::shared_ptr<const drawing::FontFace>& face)
 {
     const auto found = fonts_.find(face.get());
     if (found != fonts_.end()) return found->second.get();
@@ -80,7 +80,7 @@ const PdfResource& PdfResources::opacity(double fill, double stroke)
     return opacities_.emplace(key, std::move(resource)).first->second;
 }
 
-const PdfResource& PdfResources::picture(const Picture& picture)
+const PdfResource& PdfResources::picture(const drawing::Picture& picture)
 {
     const auto found = pictures_.find(picture.key());
     if (found != pictures_.end()) return found->second;
@@ -91,7 +91,8 @@ const PdfResource& PdfResources::picture(const Picture& picture)
     return pictures_.emplace(picture.key(), std::move(resource)).first->second;
 }
 
-const GlyphPicture& PdfResources::glyphPicture(const std::shared_ptr<const FontFace>& face, quint32 glyph)
+const GlyphPicture& PdfResources::glyphPicture(const std::shared_ptr<const drawing::FontFace>& face,
+                                               quint32 glyph)
 {
     const std::pair key(face.get(), glyph);
     const auto found = glyphPictures_.find(key);
@@ -165,4 +166,4 @@ void PdfPageResources::addTo(QPDFObjectHandle resources) const
     }
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

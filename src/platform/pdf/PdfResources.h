@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// Something that content streams use by name: its category in a resource dictionary, the part of its name
 /// that tells it apart from our others, and the object.
@@ -24,7 +24,7 @@ struct PdfResource
 /// A picture of one glyph that exists only as a picture, and the box in em it fills from the glyph's origin.
 struct GlyphPicture
 {
-    Picture picture;
+    drawing::Picture picture;
     QRectF box;
 };
 
@@ -43,11 +43,11 @@ class PdfResources
         std::unique_ptr<EmbeddedFont> font;
     };
     /// The font for a face, or null when it cannot be embedded and has to be drawn as outlines.
-    [[nodiscard]] Font* font(const std::shared_ptr<const FontFace>& face);
+    [[nodiscard]] Font* font(const std::shared_ptr<const drawing::FontFace>& face);
     /// The graphics state with these opacities, 0 to 1.
     [[nodiscard]] const PdfResource& opacity(double fill, double stroke);
-    [[nodiscard]] const PdfResource& picture(const Picture& picture);
-    [[nodiscard]] const GlyphPicture& glyphPicture(const std::shared_ptr<const FontFace>& face,
+    [[nodiscard]] const PdfResource& picture(const drawing::Picture& picture);
+    [[nodiscard]] const GlyphPicture& glyphPicture(const std::shared_ptr<const drawing::FontFace>& face,
                                                    quint32 glyph);
     /// The space for colours other than greys; nothing when plain RGB will do.
     [[nodiscard]] const PdfResource* colourSpace();
@@ -62,12 +62,12 @@ class PdfResources
     QPDF& document_;
     bool calibratedColour_;
     bool usesTransparency_ = false;
-    std::map<const FontFace*, std::shared_ptr<const FontFace>> faces_; ///< keeps them alive
-    std::map<const FontFace*, std::unique_ptr<Font>> fonts_;
+    std::map<const drawing::FontFace*, std::shared_ptr<const drawing::FontFace>> faces_; ///< keeps them alive
+    std::map<const drawing::FontFace*, std::unique_ptr<Font>> fonts_;
     std::map<std::pair<int, int>, PdfResource> opacities_;
     std::map<qint64, PdfResource> pictures_;
-    std::vector<Picture> keptPictures_; ///< a key is unique only while its picture lives
-    std::map<std::pair<const FontFace*, quint32>, GlyphPicture> glyphPictures_;
+    std::vector<drawing::Picture> keptPictures_; ///< a key is unique only while its picture lives
+    std::map<std::pair<const drawing::FontFace*, quint32>, GlyphPicture> glyphPictures_;
     std::optional<PdfResource> colourSpace_;
 };
 
@@ -92,4 +92,4 @@ class PdfPageResources
     std::map<std::string, std::map<std::string, QPDFObjectHandle>> used_; ///< by category and name
 };
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -6,14 +6,14 @@
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFWriter.hh>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
 class FilePipeline final : public Pipeline
 {
   public:
-    explicit FilePipeline(AtomicFile& file) : Pipeline("output file", nullptr), file_(file) {}
+    explicit FilePipeline(store::AtomicFile& file) : Pipeline("output file", nullptr), file_(file) {}
 
     void write(unsigned char const* data, size_t length) override
     {
@@ -22,12 +22,12 @@ class FilePipeline final : public Pipeline
     void finish() override {}
 
   private:
-    AtomicFile& file_;
+    store::AtomicFile& file_;
 };
 
 } // namespace
 
-void RewritingPdfWriter::write(QPDF& document, bool needsTransparency, AtomicFile& target) const
+void RewritingPdfWriter::write(QPDF& document, bool needsTransparency, store::AtomicFile& target) const
 {
     FilePipeline pipeline(target);
     QPDFWriter writer(document);
@@ -39,4 +39,4 @@ void RewritingPdfWriter::write(QPDF& document, bool needsTransparency, AtomicFil
     writer.write();
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -4,9 +4,11 @@
 
 class QPDF;
 
-namespace quillfern {
-
+namespace quillfern::store {
 class AtomicFile;
+}
+
+namespace quillfern::pdf {
 
 /// How a changed document reaches the disk.
 class PdfWriter
@@ -15,14 +17,14 @@ class PdfWriter
     virtual ~PdfWriter() = default;
     /// Writes the document with all its changes. `needsTransparency` says that it uses what PDF 1.3 had not.
     /// Throws Failure or what the document's library throws; the caller translates.
-    virtual void write(QPDF& document, bool needsTransparency, AtomicFile& target) const = 0;
+    virtual void write(QPDF& document, bool needsTransparency, store::AtomicFile& target) const = 0;
 };
 
 /// Writes every object anew, streams as they are. Object streams and encryption are kept.
 class RewritingPdfWriter final : public PdfWriter
 {
   public:
-    void write(QPDF& document, bool needsTransparency, AtomicFile& target) const override;
+    void write(QPDF& document, bool needsTransparency, store::AtomicFile& target) const override;
 };
 
-} // namespace quillfern
+} // namespace quillfern::pdf

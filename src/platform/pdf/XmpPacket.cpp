@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -107,4 +107,4 @@ bool XmpPacket::setCreatorTool(const QString& creator)
     return true;
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

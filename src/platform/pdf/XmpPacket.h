@@ -5,7 +5,7 @@
 #include <QStringConverter>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// An XMP packet (ISO 16684-1): what a document says about itself, in RDF. Changes are made where the value
 /// stands, in whatever form it is written there and in the packet's own encoding; every other byte stays.
@@ -72,4 +72,4 @@ class XmpPacket
     bool understood_ = false;
 };
 
-} // namespace quillfern
+} // namespace quillfern::pdf

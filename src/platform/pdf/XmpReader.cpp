@@ -2,7 +2,7 @@
 
 #include <QXmlStreamReader>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 namespace {
 
@@ -258,4 +258,4 @@ std::optional<XmpPacket::Content> readXmp(const QString& text)
     return Reader(text).run();
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

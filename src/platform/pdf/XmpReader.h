@@ -4,9 +4,9 @@
 
 #include <optional>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// Reads a packet's decoded text; the ranges of the result lie in it. Nothing when it cannot be understood.
 [[nodiscard]] std::optional<XmpPacket::Content> readXmp(const QString& text);
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -80,4 +80,4 @@ void putPatch(const QImage& patch, const QRect& rect, bool isWhiteZero, QImage& 
                  page.scanLine(rect.top() + y) + rect.left() / 8);
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -3,7 +3,7 @@
 #include <QImage>
 #include <cstddef>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 // Pages of one bit a pixel are drawn on a byte a pixel at a time, and only where something is drawn.
 
@@ -23,4 +23,4 @@ void packBits(const uchar* source, std::size_t count, unsigned flip, uchar* targ
 /// Puts them back, each as black or white, whichever is nearer.
 void putPatch(const QImage& patch, const QRect& rect, bool isWhiteZero, QImage& page);
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -1,6 +1,6 @@
 #include "platform/raster/FaxCodes.h"
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -73,4 +73,4 @@ const FaxRunCodes& faxBlackRuns()
     return blackRuns;
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// A code word of the fax codings of ITU-T T.4 and T.6.
 struct FaxCode
@@ -44,4 +44,4 @@ inline constexpr std::array<FaxCode, 7> vertical = {FaxCode("0000010"), FaxCode(
 inline constexpr FaxCode endOfLine("000000000001");
 } // namespace faxMode
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -169,4 +169,4 @@ QByteArray encodeGroup4(const QByteArray& rows, std::size_t width)
     return writer.take();
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -3,7 +3,7 @@
 #include <QtEndian>
 #include <cstdlib>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -162,4 +162,4 @@ ImageFileFacts readImageFileFacts(QIODevice& file)
     return {};
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

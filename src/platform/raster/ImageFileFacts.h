@@ -3,7 +3,7 @@
 #include <QIODevice>
 #include <QSizeF>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// What a BMP, JPEG, PNG or GIF file says of itself that the image decoder does not pass on.
 struct ImageFileFacts
@@ -16,4 +16,4 @@ struct ImageFileFacts
 /// cut-off file lacks and call it a picture; this looks for the end.
 [[nodiscard]] ImageFileFacts readImageFileFacts(QIODevice& file);
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <mutex>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -112,4 +112,4 @@ RasterPage ImageFileReader::readPage()
     return pageFromImage(readImage());
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

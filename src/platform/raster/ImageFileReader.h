@@ -4,7 +4,7 @@
 
 #include <QImageReader>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// The frames of a BMP, JPEG, PNG or GIF file, upright.
 class ImageFileReader final : public RasterReader
@@ -37,4 +37,4 @@ class ImageFileReader final : public RasterReader
 /// A decoded image as a page.
 [[nodiscard]] RasterPage pageFromImage(QImage image);
 
-} // namespace quillfern
+} // namespace quillfern::raster

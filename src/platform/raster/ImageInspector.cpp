@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <memory>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -47,4 +47,4 @@ std::optional<ImageFacts> inspectImageFile(const FilePath& path)
     return TiffFile::isTiff(file->peek(16)) ? inspectTiff(path) : inspectOther(*file);
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

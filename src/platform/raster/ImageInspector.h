@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// What a raster file's headers say about the pictures in it.
 struct ImageFacts
@@ -19,4 +19,4 @@ struct ImageFacts
 /// read.
 [[nodiscard]] std::optional<ImageFacts> inspectImageFile(const FilePath& path);
 
-} // namespace quillfern
+} // namespace quillfern::raster

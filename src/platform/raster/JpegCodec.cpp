@@ -8,7 +8,7 @@
 #include <turbojpeg.h>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -186,4 +186,4 @@ QByteArray encodeJpeg(const uchar* pixels, int width, int rows, int channels)
     return bytes;
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

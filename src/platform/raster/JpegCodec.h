@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// Takes `rows` rows of `width` pixels through JPEG coding at quality 100 without colour subsampling and
 /// back, in place. `channels` is 1 for grey or 3 for RGB; rows follow each other without padding. Rows are
@@ -15,4 +15,4 @@ void jpegRoundTrip(uchar* pixels, int width, int rows, int channels);
 
 inline constexpr int widestJpeg = 65500;
 
-} // namespace quillfern
+} // namespace quillfern::raster

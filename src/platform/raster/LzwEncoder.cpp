@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -167,4 +167,4 @@ QByteArray encodeLzw(const QByteArray& bytes)
     return writer.take();
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -2,7 +2,7 @@
 
 #include "platform/raster/RasterLimits.h"
 
-namespace quillfern {
+namespace quillfern::raster {
 
 PageFeed::PageFeed(RasterReader& reader, int first, int last) : first_(first), last_(last), page_(first)
 {
@@ -43,4 +43,4 @@ std::optional<RasterPage> PageFeed::next()
     return page;
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// Hands out the pages of a reader from `first` to `last` (1-based), decoding the next ones on threads of
 /// their own while the caller works on the present one: two at a time where the pages are small, as its first
@@ -41,4 +41,4 @@ class PageFeed
     std::vector<Lane> lanes_; ///< which take turns
 };
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -127,7 +127,7 @@ PictureBytes readPictureFile(const FilePath& path)
     return {plain ? tiffOf(decoded.jpeg, *plain) : tiffOf(decoded.page.image), size};
 }
 
-Picture decodePicture(const QByteArray& bytes)
+drawing::Picture decodePicture(const QByteArray& bytes)
 {
     Decoded decoded = decodeFirstPage(bytes);
     QImage image = std::move(decoded.page.image);
@@ -136,7 +136,7 @@ Picture decodePicture(const QByteArray& bytes)
         image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     if (image.isNull())
         throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a picture"));
-    return Picture(std::move(image), std::move(decoded.jpeg));
+    return drawing::Picture(std::move(image), std::move(decoded.jpeg));
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

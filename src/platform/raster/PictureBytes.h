@@ -7,7 +7,7 @@
 #include <QSize>
 #include <QString>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// A picture as stamps keep it: the bytes of a TIFF of one page.
 struct PictureBytes
@@ -22,6 +22,6 @@ struct PictureBytes
 
 /// Decodes such bytes, or those of any format that readPictureFile() takes. What the header claims is checked
 /// before memory is taken. Throws Failure.
-[[nodiscard]] Picture decodePicture(const QByteArray& bytes);
+[[nodiscard]] drawing::Picture decodePicture(const QByteArray& bytes);
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -2,7 +2,7 @@
 
 #include <QtEndian>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -58,4 +58,4 @@ std::optional<PlainJpeg> readPlainJpeg(const QByteArray& bytes)
     return std::nullopt;
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// What the frame header of a JPEG says.
 struct PlainJpeg
@@ -20,4 +20,4 @@ struct PlainJpeg
 /// are: 8 bits, grey or YCbCr, with the colours at most subsampled. Nothing for any other.
 [[nodiscard]] std::optional<PlainJpeg> readPlainJpeg(const QByteArray& bytes);
 
-} // namespace quillfern
+} // namespace quillfern::raster

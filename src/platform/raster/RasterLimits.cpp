@@ -5,7 +5,7 @@
 #include <QPixelFormat>
 #include <algorithm>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 void checkPageSize(std::int64_t width, std::int64_t height, int bytesPerPixel)
 {
@@ -30,4 +30,4 @@ QImage makePageImage(std::int64_t width, std::int64_t height, QImage::Format for
     return image;
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -3,7 +3,7 @@
 #include <QImage>
 #include <cstdint>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// The largest page that is decoded, in bytes of pixels. What a header claims is held against this before any
 /// memory is taken: an A0 sheet in colour at 400 dpi fits, a hostile header does not.
@@ -22,4 +22,4 @@ inline constexpr std::int64_t largestPageInPairs = std::int64_t{1} << 24;
 /// Throws the same Failure without taking memory.
 void checkPageSize(std::int64_t width, std::int64_t height, int bytesPerPixel);
 
-} // namespace quillfern
+} // namespace quillfern::raster

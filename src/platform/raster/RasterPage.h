@@ -4,7 +4,7 @@
 #include <QImage>
 #include <cstdint>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// One page of a raster document, decoded, upright.
 struct RasterPage
@@ -31,4 +31,4 @@ struct RasterPage
     }
 };
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -6,7 +6,7 @@
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 
-namespace quillfern {
+namespace quillfern::raster {
 
 std::unique_ptr<RasterReader> RasterReader::open(const FilePath& path)
 {
@@ -20,4 +20,4 @@ std::unique_ptr<RasterReader> RasterReader::open(const FilePath& path)
     return std::make_unique<ImageFileReader>(std::move(file));
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

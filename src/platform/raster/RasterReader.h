@@ -7,7 +7,7 @@
 #include <QString>
 #include <memory>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// Reads the pages of a raster file one after the other: TIFF, BMP, JPEG, PNG or GIF, told by its content,
 /// not by its name. May be handed from thread to thread, but is used by one at a time.
@@ -45,4 +45,4 @@ class RasterReader
     QSizeF firstPageSize_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -43,7 +43,7 @@ QByteArray encodeRows(const QImage& image, int top, int rows, const StripFormat&
 
 } // namespace
 
-RasterWriter::RasterWriter(AtomicFile& file) : output_(file), container_(output_)
+RasterWriter::RasterWriter(store::AtomicFile& file) : output_(file), container_(output_)
 {
     pool_.setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
 }
@@ -107,4 +107,4 @@ void RasterWriter::finish()
     container_.finish();
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

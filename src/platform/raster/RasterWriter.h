@@ -7,7 +7,7 @@
 #include <deque>
 #include <future>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// Writes pages into a multi-page TIFF as they come. A page is cut into strips that are encoded on all cores
 /// and written in order; while they are, the caller prepares the next page. What is held in memory depends on
@@ -16,7 +16,7 @@ class RasterWriter
 {
   public:
     /// `file` must outlive the writer, and is not committed here.
-    explicit RasterWriter(AtomicFile& file);
+    explicit RasterWriter(store::AtomicFile& file);
     /// Waits for strips still being encoded.
     ~RasterWriter();
     RasterWriter(const RasterWriter&) = delete;
@@ -51,4 +51,4 @@ class RasterWriter
     QThreadPool pool_; ///< last: its threads end first
 };
 
-} // namespace quillfern
+} // namespace quillfern::raster

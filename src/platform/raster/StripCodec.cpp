@@ -11,7 +11,7 @@
 #include <tiffio.h>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -184,4 +184,4 @@ QByteArray encodeStrip(const StripFormat& format, QByteArray rows)
     }
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// How the pixels of one TIFF page are stored. Compression and photometric codes are TIFF's.
 struct StripFormat
@@ -36,4 +36,4 @@ struct StripFormat
 /// be called from several threads at once. Throws Failure.
 [[nodiscard]] QByteArray encodeStrip(const StripFormat& format, QByteArray rows);
 
-} // namespace quillfern
+} // namespace quillfern::raster

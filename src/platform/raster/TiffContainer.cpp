@@ -8,9 +8,9 @@
 #include <tiff.h>
 #include <unistd.h>
 
-namespace quillfern {
+namespace quillfern::raster {
 
-TiffFileOutput::TiffFileOutput(AtomicFile& file) : file_(file)
+TiffFileOutput::TiffFileOutput(store::AtomicFile& file) : file_(file)
 {
     if (::lseek(file_.descriptor(), static_cast<off_t>(headerSize), SEEK_SET) < 0)
         throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "cannot write the pages"), errno);
@@ -105,4 +105,4 @@ void TiffContainer::finish()
     output_.setHeader(TiffDirectory::header(isBig, first));
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

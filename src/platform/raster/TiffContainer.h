@@ -6,9 +6,11 @@
 #include <cstdint>
 #include <vector>
 
-namespace quillfern {
-
+namespace quillfern::store {
 class AtomicFile;
+}
+
+namespace quillfern::raster {
 
 /// Where the bytes of a TIFF go: in order, except for the header, which comes last.
 class TiffOutput
@@ -28,12 +30,12 @@ class TiffOutput
 class TiffFileOutput final : public TiffOutput
 {
   public:
-    explicit TiffFileOutput(AtomicFile& file);
+    explicit TiffFileOutput(store::AtomicFile& file);
     void append(const char* data, std::size_t size) override;
     void setHeader(const QByteArray& header) override;
 
   private:
-    AtomicFile& file_;
+    store::AtomicFile& file_;
 };
 
 class TiffMemoryOutput final : public TiffOutput
@@ -92,4 +94,4 @@ class TiffContainer
     std::vector<Page> pages_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -10,7 +10,7 @@
 #include <bit>
 #include <cstring>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -199,4 +199,4 @@ double decodedTiffBytes(const TiffPageInfo& info)
     return static_cast<double>(info.width) * info.height * (isGrey ? 1 : info.alphaSample >= 0 ? 4 : 3);
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -3,7 +3,7 @@
 #include "platform/raster/RasterPage.h"
 #include "platform/raster/TiffPageInfo.h"
 
-namespace quillfern {
+namespace quillfern::raster {
 
 class TiffFile;
 
@@ -17,4 +17,4 @@ class TiffFile;
 /// Bytes of pixels that the page takes when decoded, at most; beyond all bounds for a hostile header.
 [[nodiscard]] double decodedTiffBytes(const TiffPageInfo& info);
 
-} // namespace quillfern
+} // namespace quillfern::raster

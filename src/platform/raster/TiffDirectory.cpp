@@ -5,7 +5,7 @@
 #include <cmath>
 #include <tiff.h>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -113,4 +113,4 @@ void TiffDirectory::word(QByteArray& bytes, std::uint64_t value) const
         put(bytes, static_cast<std::uint32_t>(value));
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

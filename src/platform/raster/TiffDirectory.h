@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// The bytes of one TIFF directory in the making, classic or big, little-endian. Tags may be added in any
 /// order.
@@ -45,4 +45,4 @@ class TiffDirectory
     std::vector<Entry> entries_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <unistd.h>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -108,4 +108,4 @@ Failure TiffFile::failure(const Reason& doing) const
     return Failure(said.isEmpty() ? doing : doing.with(said));
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

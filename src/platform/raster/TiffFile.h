@@ -9,9 +9,11 @@
 #include <tiffio.h>
 
 namespace quillfern {
-
 class Failure;
 struct Reason;
+} // namespace quillfern
+
+namespace quillfern::raster {
 
 /// An open TIFF for reading. What libtiff has to say about errors is kept here instead of printed. One handle
 /// belongs to one thread at a time.
@@ -71,4 +73,4 @@ class TiffFile
     std::unique_ptr<TIFF, Closer> tiff_; ///< last: closing may still report
 };
 
-} // namespace quillfern
+} // namespace quillfern::raster

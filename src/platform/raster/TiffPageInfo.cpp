@@ -3,7 +3,7 @@
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -74,4 +74,4 @@ TiffPageInfo readTiffPageInfo(const TiffFile& file)
     return info;
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

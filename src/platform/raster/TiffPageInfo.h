@@ -3,7 +3,7 @@
 #include <QSizeF>
 #include <cstdint>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 class TiffFile;
 
@@ -32,4 +32,4 @@ struct TiffPageInfo
 /// Reads the present directory. Throws Failure when it states no size or no sensible one.
 [[nodiscard]] TiffPageInfo readTiffPageInfo(const TiffFile& file);
 
-} // namespace quillfern
+} // namespace quillfern::raster

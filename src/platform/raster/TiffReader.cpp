@@ -3,7 +3,7 @@
 #include "platform/raster/TiffDecoder.h"
 #include "platform/system/Failure.h"
 
-namespace quillfern {
+namespace quillfern::raster {
 
 TiffReader::TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& path)
     : source_(std::move(file)), path_(path), file_(source_, path)
@@ -41,4 +41,4 @@ RasterPage TiffReader::readPage()
     return page;
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -5,7 +5,7 @@
 #include "platform/raster/TiffPageInfo.h"
 #include "platform/system/FilePath.h"
 
-namespace quillfern {
+namespace quillfern::raster {
 
 /// The pages of a TIFF file: its directories, in order.
 class TiffReader final : public RasterReader
@@ -29,4 +29,4 @@ class TiffReader final : public RasterReader
     int pending_ = 0; ///< directories to go forward before the next page
 };
 
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 namespace {
 
@@ -197,4 +197,4 @@ void unpremultiply(QImage& image)
     }
 }
 
-} // namespace quillfern
+} // namespace quillfern::raster

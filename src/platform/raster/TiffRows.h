@@ -6,7 +6,7 @@
 #include <array>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::raster {
 
 class TiffFile;
 
@@ -42,4 +42,4 @@ class TiffRows
 /// Divides the colours of straight-to-be RGBA pixels by their opacity.
 void unpremultiply(QImage& image);
 
-} // namespace quillfern
+} // namespace quillfern::raster

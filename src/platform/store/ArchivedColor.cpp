@@ -7,7 +7,7 @@
 #include <cmath>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::store {
 
 namespace {
 
@@ -118,4 +118,4 @@ std::optional<QColor> readArchivedColor(const QByteArray& bytes)
     return std::nullopt;
 }
 
-} // namespace quillfern
+} // namespace quillfern::store

@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace quillfern {
+namespace quillfern::store {
 
 namespace {
 
@@ -163,4 +163,4 @@ void copyFileAtomically(const FilePath& source, const FilePath& target)
     output.commit();
 }
 
-} // namespace quillfern
+} // namespace quillfern::store

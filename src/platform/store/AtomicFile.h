@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <cstddef>
 
-namespace quillfern {
+namespace quillfern::store {
 
 /// A file that appears under its name only when it is whole. The bytes go to a nameless file in the target's
 /// folder (a hidden one where the file system knows no nameless files), and commit() moves it into place;
@@ -59,4 +59,4 @@ class AtomicFile
 /// may read the source. Throws Failure.
 void copyFileAtomically(const FilePath& source, const FilePath& target);
 
-} // namespace quillfern
+} // namespace quillfern::store

@@ -5,7 +5,7 @@
 #include <QString>
 #include <optional>
 
-namespace quillfern {
+namespace quillfern::store {
 
 /// The per-user store of values that outlive a run. A seam, so that tests keep theirs in memory. Main thread.
 class DefaultsStore
@@ -20,4 +20,4 @@ class DefaultsStore
     virtual void flush() = 0;
 };
 
-} // namespace quillfern
+} // namespace quillfern::store

@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace quillfern {
+namespace quillfern::store {
 
 FileLock::FileLock(const FilePath& path, int patience)
     : descriptor_(::open(path.bytes().constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
@@ -33,4 +33,4 @@ FileLock::~FileLock()
     ::close(descriptor_);
 }
 
-} // namespace quillfern
+} // namespace quillfern::store

@@ -2,7 +2,7 @@
 
 #include "platform/system/FilePath.h"
 
-namespace quillfern {
+namespace quillfern::store {
 
 /// Keeps other programs that ask for the same lock waiting for as long as it lives. The lock is on an empty
 /// file that stays behind, and the system lets go of it when the program ends, however it ends.
@@ -20,4 +20,4 @@ class FileLock
     int descriptor_;
 };
 
-} // namespace quillfern
+} // namespace quillfern::store

@@ -11,7 +11,7 @@
 
 #include <sys/stat.h>
 
-namespace quillfern {
+namespace quillfern::store {
 
 namespace {
 
@@ -90,4 +90,4 @@ void PlistDefaultsStore::flush()
     changes_ = Record();
 }
 
-} // namespace quillfern
+} // namespace quillfern::store

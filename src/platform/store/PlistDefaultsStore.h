@@ -4,8 +4,10 @@
 #include "platform/system/FilePath.h"
 
 namespace quillfern {
-
 class Folders;
+}
+
+namespace quillfern::store {
 
 /// The user's defaults in a property-list file, "Orvane/Quillfern1.plist" in the folder for configuration
 /// files. Read when made; written whole at every flush and readable by its owner only, since a password may
@@ -33,4 +35,4 @@ class PlistDefaultsStore final : public DefaultsStore
     Record changes_; ///< since the last flush
 };
 
-} // namespace quillfern
+} // namespace quillfern::store

@@ -3,7 +3,7 @@
 #include "platform/store/Record.h"
 #include "platform/system/FilePath.h"
 
-namespace quillfern {
+namespace quillfern::store {
 
 /// Nobody's settings come near this; a file that does is not ours, and is refused before it is parsed.
 inline constexpr qint64 largestPropertyList = 256LL << 20;
@@ -24,4 +24,4 @@ inline constexpr qint64 largestPropertyList = 256LL << 20;
 /// The same for a file. Throws Failure also when it cannot be read.
 [[nodiscard]] Record readPropertyListFile(const FilePath& path);
 
-} // namespace quillfern
+} // namespace quillfern::store

@@ -8,7 +8,7 @@
 #include <bit>
 #include <limits>
 
-namespace quillfern {
+namespace quillfern::store {
 
 namespace {
 
@@ -407,4 +407,4 @@ Record readPropertyListFile(const FilePath& path)
     return readPropertyList(bytes);
 }
 
-} // namespace quillfern
+} // namespace quillfern::store

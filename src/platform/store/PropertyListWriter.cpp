@@ -6,7 +6,7 @@
 #include <charconv>
 #include <cmath>
 
-namespace quillfern {
+namespace quillfern::store {
 
 namespace {
 
@@ -124,4 +124,4 @@ QByteArray writePropertyList(const Record& record)
     return PropertyListWriter().write(record);
 }
 
-} // namespace quillfern
+} // namespace quillfern::store

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-namespace quillfern {
+namespace quillfern::store {
 
 namespace {
 
@@ -106,4 +106,4 @@ RecordBuilder& RecordBuilder::add(const QString& key, RecordValue value)
     return *this;
 }
 
-} // namespace quillfern
+} // namespace quillfern::store

@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-namespace quillfern {
+namespace quillfern::store {
 
 class RecordValue;
 
@@ -103,4 +103,4 @@ class RecordBuilder
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(value)));
 }
 
-} // namespace quillfern
+} // namespace quillfern::store

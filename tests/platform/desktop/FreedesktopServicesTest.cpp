@@ -11,7 +11,7 @@
 #include <QThread>
 #include <gtest/gtest.h>
 
-namespace quillfern {
+namespace quillfern::desktop {
 namespace {
 
 /// A file manager that writes down what it is asked for.
@@ -115,4 +115,4 @@ TEST_F(Desktop, AWorkerOpensThroughTheMainThread)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::desktop

@@ -10,7 +10,7 @@
 #include <QThread>
 #include <gtest/gtest.h>
 
-namespace quillfern {
+namespace quillfern::desktop {
 namespace {
 
 const QString service = QStringLiteral("org.orvane.test");
@@ -145,4 +145,4 @@ TEST(InstancesWithoutABus, RunByThemselves)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::desktop

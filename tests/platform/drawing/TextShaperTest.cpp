@@ -5,7 +5,7 @@
 #include <QPainter>
 #include <gtest/gtest.h>
 
-namespace quillfern {
+namespace quillfern::drawing {
 namespace {
 
 const FontSpec sans{QStringLiteral("Liberation Sans"), false, false};
@@ -123,4 +123,4 @@ TEST(FontCatalogTest, AMissingFamilyIsReplacedByOneThatIsThere)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::drawing

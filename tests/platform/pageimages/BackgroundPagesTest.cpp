@@ -5,7 +5,7 @@
 #include <QSemaphore>
 #include <gtest/gtest.h>
 
-namespace quillfern {
+namespace quillfern::pageimages {
 namespace {
 
 /// Shows a page of the request's own path as its size, "slow" ones only when they are let through.
@@ -74,4 +74,4 @@ TEST(BackgroundPages, LeavesWithAPageInWork)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pageimages

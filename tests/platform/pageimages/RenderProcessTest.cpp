@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 #include <utime.h>
 
-namespace quillfern {
+namespace quillfern::pageimages {
 namespace {
 
 QString renderer()
@@ -320,4 +320,4 @@ TEST(PageImageCache, KeepsWithinItsMemory)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pageimages

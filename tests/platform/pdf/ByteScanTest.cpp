@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace quillfern {
+namespace quillfern::pdf {
 namespace {
 
 constexpr std::size_t longest = 130;
@@ -136,4 +136,4 @@ TEST(BetweenMarksTest, CoversFromEachMarkToTheNext)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pdf

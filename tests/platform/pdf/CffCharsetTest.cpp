@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-namespace quillfern {
+namespace quillfern::pdf {
 namespace {
 
 using Cids = std::vector<std::uint16_t>;
@@ -95,4 +95,4 @@ TEST(CffCharsetTest, SurvivesAnyBytes)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pdf

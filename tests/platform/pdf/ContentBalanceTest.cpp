@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-namespace quillfern {
+namespace quillfern::pdf {
 namespace {
 
 ContentBalance balance(const QByteArray& content)
@@ -131,4 +131,4 @@ TEST(ContentBalanceTest, SurvivesAnyBytes)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -2,8 +2,8 @@
 
 #include "platform/pdf/EmbeddedFont.h"
 
-#include "platform/pdf/FontBuilder.h"
 #include "platform/drawing/TextShaper.h"
+#include "platform/pdf/FontBuilder.h"
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
@@ -15,7 +15,7 @@
 #include <QImage>
 #include <gtest/gtest.h>
 
-namespace quillfern {
+namespace quillfern::pdf {
 namespace {
 
 constexpr double fontSize = 50;
@@ -50,29 +50,29 @@ class BoxFont
 
     static int heightOf(int glyph) { return glyph == 0 ? 50 : 100 + 120 * glyph; }
 
-    FontSpec spec;
+    drawing::FontSpec spec;
 
   private:
     int id_ = -1;
 };
 
 /// A page of 600 by 200 points that shows `text` from 50, 50 on; returns the path and the text's own width.
-std::pair<QString, double> stamped(const Scratch& scratch, const QString& text, const FontSpec& font)
+std::pair<QString, double> stamped(const Scratch& scratch, const QString& text, const drawing::FontSpec& font)
 {
     const QString source =
         scratch.write(QStringLiteral("in.pdf"), simplePdf({{{}, "/MediaBox[0 0 600 200]"}}));
     const QString target = scratch.path(QStringLiteral("out.pdf"));
-    TextShaper shaper;
+    drawing::TextShaper shaper;
     const auto shaped = shaper.shape(text, font);
     EXPECT_EQ(shaped->runs.size(), 1U) << "drawn in the font that was asked for";
     const auto document = PdfDocument::open(asPath(source));
     const auto page = document->stampPage(0, shaper);
     page->over().translate(50, 50);
-    TextPaint paint;
+    drawing::TextPaint paint;
     paint.fontSize = fontSize;
     page->over().drawText(*shaped, paint);
     page->finish();
-    AtomicFile file(asPath(target));
+    store::AtomicFile file(asPath(target));
     document->save(RewritingPdfWriter(), file);
     file.commit();
     EXPECT_TRUE(qpdfAccepts(target));
@@ -89,7 +89,7 @@ TEST(EmbeddedFontTest, TextInEveryKindOfFontIsFoundAndAsWideAsItWas)
     const Scratch scratch;
     const BoxFont keyed(true);
     const BoxFont named(false);
-    const std::vector<std::tuple<FontSpec, QString, const char*>> cases = {
+    const std::vector<std::tuple<drawing::FontSpec, QString, const char*>> cases = {
         {{QStringLiteral("Liberation Sans"), false, false}, QStringLiteral("Wi\u00E9l2024"), "CID TrueType"},
         {{QStringLiteral("Cantarell"), false, false}, QStringLiteral("Wi\u00E9l2024"), "CID Type 0C"},
         {{QStringLiteral("Cantarell"), true, false}, QStringLiteral("Wi\u00E9l2024"), "CID Type 0C"},
@@ -152,7 +152,7 @@ TEST(EmbeddedFontTest, AGlyphStandsForOneTextInTheWholeDocument)
 {
     QPDF document;
     document.emptyPDF();
-    TextShaper shaper;
+    drawing::TextShaper shaper;
     const auto face = shaper.shape(QStringLiteral("a"), {QStringLiteral("Liberation Sans"), false, false})
                           ->runs.front()
                           .face;
@@ -166,4 +166,4 @@ TEST(EmbeddedFontTest, AGlyphStandsForOneTextInTheWholeDocument)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pdf

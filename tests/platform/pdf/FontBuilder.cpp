@@ -3,7 +3,7 @@
 #include <QString>
 #include <QtEndian>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 QByteArray bytes16(int value)
 {
@@ -169,4 +169,4 @@ QByteArray openTypeFont(const OpenTypePlan& plan)
     return directory + data;
 }
 
-} // namespace quillfern
+} // namespace quillfern::pdf

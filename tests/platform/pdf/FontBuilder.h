@@ -4,7 +4,7 @@
 #include <QList>
 #include <map>
 
-namespace quillfern {
+namespace quillfern::pdf {
 
 /// Numbers as font files have them, the high byte first.
 QByteArray bytes16(int value);
@@ -41,4 +41,4 @@ struct OpenTypePlan
 };
 QByteArray openTypeFont(const OpenTypePlan& plan);
 
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -1,12 +1,12 @@
 #include "platform/pdf/FontProgram.h"
 
-#include "platform/pdf/FontBuilder.h"
 #include "platform/drawing/TextShaper.h"
 #include "platform/pdf/CffCharset.h"
+#include "platform/pdf/FontBuilder.h"
 
 #include <gtest/gtest.h>
 
-namespace quillfern {
+namespace quillfern::pdf {
 namespace {
 
 const std::vector<std::uint16_t> cids = {0, 40, 41, 7, 900};
@@ -27,16 +27,16 @@ OpenTypePlan boxes(bool cidKeyed)
     return plan;
 }
 
-std::shared_ptr<const FontFace> face(const OpenTypePlan& plan)
+std::shared_ptr<const drawing::FontFace> face(const OpenTypePlan& plan)
 {
     const QRawFont font(openTypeFont(plan), 16);
     EXPECT_TRUE(font.isValid());
-    return std::make_shared<const FontFace>(font);
+    return std::make_shared<const drawing::FontFace>(font);
 }
 
-std::shared_ptr<const FontFace> installedFace(const char* family)
+std::shared_ptr<const drawing::FontFace> installedFace(const char* family)
 {
-    TextShaper shaper;
+    drawing::TextShaper shaper;
     return shaper.shape(QStringLiteral("a"), {QString::fromLatin1(family), false, false})->runs.front().face;
 }
 
@@ -74,7 +74,7 @@ TEST(FontProgramTest, EmbedsWhatMayBeAndCanBeEmbedded)
     plan.cff = cffTable(unlisted);
     const QRawFont font(openTypeFont(plan), 16);
     if (font.isValid()) { // the engine may refuse it first
-        EXPECT_FALSE(FontProgram(std::make_shared<const FontFace>(font)).embeddable())
+        EXPECT_FALSE(FontProgram(std::make_shared<const drawing::FontFace>(font)).embeddable())
             << "a CID-keyed font whose charset is one of names";
     }
 }
@@ -157,4 +157,4 @@ TEST(FontProgramTest, ASubsetKeepsItsGlyphsWhereTheyAre)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pdf

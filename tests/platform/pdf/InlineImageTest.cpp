@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <gtest/gtest.h>
 
-namespace quillfern {
+namespace quillfern::pdf {
 namespace {
 
 ContentBalance balance(const QByteArray& content)
@@ -96,4 +96,4 @@ TEST(InlineImagesTest, ReadsAnyContentInOnePass)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -6,7 +6,7 @@
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDFWriter.hh>
 
-namespace quillfern {
+namespace quillfern::pdf {
 namespace {
 
 /// The smallest XMP packet that claims PDF/A-2 and names its creator.
@@ -143,4 +143,4 @@ TEST(PdfMetadataTest, AnRgbOutputIntentIsOneWithThreeChannels)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pdf

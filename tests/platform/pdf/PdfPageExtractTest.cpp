@@ -7,7 +7,7 @@
 #include <QFileInfo>
 #include <gmock/gmock.h>
 
-namespace quillfern {
+namespace quillfern::pdf {
 namespace {
 
 /// A document of 12 pages in a tree of three levels; everything but the content is inherited from its root.
@@ -156,4 +156,4 @@ TEST(PdfPageExtract, BrokenTreesEndInAPageOrAWord)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pdf

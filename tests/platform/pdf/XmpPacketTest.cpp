@@ -3,7 +3,7 @@
 #include <QStringConverter>
 #include <gtest/gtest.h>
 
-namespace quillfern {
+namespace quillfern::pdf {
 namespace {
 
 /// The ways in which a packet's bytes are written, with and without a byte order mark.
@@ -243,4 +243,4 @@ TEST(XmpPacketTest, LeavesAloneWhatItCannotRead)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::pdf

@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace quillfern {
+namespace quillfern::raster {
 namespace {
 
 /// A TIFF file of `pages` directories, each with a strip of `stripBytes` that is a hole in the file.
@@ -86,12 +86,12 @@ TEST(ImageInspector, TellsABrokenTiffFromWhatIsNoPicture)
                                 scratch.write(QStringLiteral("empty.tif"), {}),
                                 scratch.write(QStringLiteral("text.tif"), "not a picture")})
         EXPECT_FALSE(inspectImageFile(asPath(path))) << path.toStdString();
-    const auto broken =
-        inspectImageFile(asPath(scratch.write(QStringLiteral("header.tif"), QByteArray("II*\0\xFF\xFF\xFF\x7F", 8))));
+    const auto broken = inspectImageFile(
+        asPath(scratch.write(QStringLiteral("header.tif"), QByteArray("II*\0\xFF\xFF\xFF\x7F", 8))));
     ASSERT_TRUE(broken);
     EXPECT_EQ(broken->pages, 0);
     EXPECT_EQ(broken->compression, 1);
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::raster

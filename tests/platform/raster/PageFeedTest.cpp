@@ -10,13 +10,13 @@
 
 #include <gtest/gtest.h>
 
-namespace quillfern {
+namespace quillfern::raster {
 namespace {
 
 /// A document of white bilevel pages of these heights.
 void writePages(const QString& path, const std::vector<int>& heights)
 {
-    AtomicFile file(asPath(path));
+    store::AtomicFile file(asPath(path));
     RasterWriter writer(file);
     for (const int height : heights) {
         RasterPage page;
@@ -69,4 +69,4 @@ TEST(PageFeedTest, ADamagedPageFailsInItsTurn)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::raster

@@ -11,7 +11,7 @@
 #include <random>
 #include <turbojpeg.h>
 
-namespace quillfern {
+namespace quillfern::raster {
 namespace {
 
 enum class Content { Zeros, Noise, FewValues, Paper, Ramp };
@@ -69,7 +69,7 @@ TEST(StripCodecTest, LibtiffReadsBackEveryStrip)
                     format.compression = static_cast<std::uint16_t>(compression);
                     const QByteArray rows =
                         rowsOf(content, qsizetype{width} * channels, static_cast<unsigned>(width));
-                    AtomicFile file(asPath(path));
+                    store::AtomicFile file(asPath(path));
                     TiffFileOutput output(file);
                     TiffContainer container(output);
                     container.beginPage(format, 1, 1, QSizeF(72, 72), {});
@@ -142,7 +142,7 @@ TEST(StripCodecTest, LibtiffReadsBackFaxStrips)
             format.isWhiteZero = isWhiteZero;
             format.compression = 4;
             const QByteArray rows = bilevelRows(width, count, static_cast<unsigned>(width));
-            AtomicFile file(asPath(path));
+            store::AtomicFile file(asPath(path));
             TiffFileOutput output(file);
             TiffContainer container(output);
             container.beginPage(format, count, count, QSizeF(72, 72), {});
@@ -173,7 +173,7 @@ TEST(TiffContainerTest, BecomesBigOnlyWhenItMust)
         format.channels = 3;
         format.compression = 5;
         const QByteArray rows = rowsOf(Content::Noise, 300, 1);
-        AtomicFile file(asPath(path));
+        store::AtomicFile file(asPath(path));
         TiffFileOutput output(file);
         TiffContainer container(output, limit);
         for (int page = 0; page < 3; ++page) {
@@ -202,7 +202,7 @@ TEST(TiffContainerTest, ThousandsOfPagesKeepTheirOrder)
 {
     const Scratch scratch;
     const QString path = scratch.path(QStringLiteral("many.tif"));
-    AtomicFile file(asPath(path));
+    store::AtomicFile file(asPath(path));
     TiffFileOutput output(file);
     TiffContainer container(output);
     StripFormat format;
@@ -271,4 +271,4 @@ TEST(JpegCodecTest, OneShadeAllOverIsUnchangedOnlyWhenGrey)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::raster

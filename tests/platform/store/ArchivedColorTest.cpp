@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillfern {
+namespace quillfern::store {
 namespace {
 
 QByteArray archived(const char* base64)
@@ -106,4 +106,4 @@ TEST(ArchivedColor, OtherBytesGiveNone)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::store

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-namespace quillfern {
+namespace quillfern::store {
 namespace {
 
 QStringList everythingIn(const Scratch& scratch)
@@ -93,4 +93,4 @@ TEST(FileIdentityTest, SeesThroughLinksAndDetours)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::store

@@ -5,7 +5,7 @@
 #include <QtEndian>
 #include <gmock/gmock.h>
 
-namespace quillfern {
+namespace quillfern::store {
 namespace {
 
 using testing::HasSubstr;
@@ -143,4 +143,4 @@ TEST(BinaryPropertyList, IsRefusedWhenDamaged)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::store

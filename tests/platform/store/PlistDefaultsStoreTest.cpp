@@ -14,7 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace quillfern {
+namespace quillfern::store {
 namespace {
 
 const QString storeName = QStringLiteral("Orvane/Quillfern1.plist");
@@ -164,4 +164,4 @@ TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::store

@@ -9,7 +9,7 @@
 #include <limits>
 #include <random>
 
-namespace quillfern {
+namespace quillfern::store {
 namespace {
 
 using testing::HasSubstr;
@@ -415,4 +415,4 @@ TEST(PropertyList, IsNotWrittenLargerThanItCanBeRead)
 }
 
 } // namespace
-} // namespace quillfern
+} // namespace quillfern::store

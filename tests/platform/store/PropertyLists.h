@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace quillfern {
+namespace quillfern::store {
 
 /// Why the bytes are refused; empty when they are read.
 inline std::string refusal(const QByteArray& bytes)
@@ -26,4 +26,4 @@ inline Record holding(const RecordValue& value)
     return record;
 }
 
-} // namespace quillfern
+} // namespace quillfern::store
