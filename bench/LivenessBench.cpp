@@ -144,7 +144,7 @@ class Program
         : folders_(folder.filePath(QStringLiteral("home"))),
           app(AppServices{clock_, folders_, defaults_, mainThread_, desktop_, panels_, alerts_,
                           QCoreApplication::applicationDirPath() + QStringLiteral("/quillfern-render"),
-                          QString(), makeDocumentProcessors})
+                          FilePath(), makeDocumentProcessors})
     {
         QDir(folder.path()).mkpath(QStringLiteral("home"));
         serveEventsFor(400ms); // the first layout and the preview
@@ -152,7 +152,10 @@ class Program
 
     void gather(const QStringList& paths)
     {
-        app.openFiles(paths);
+        QList<FilePath> named;
+        for (const QString& path : paths)
+            named.append(FilePath::fromText(path));
+        app.openFiles(named);
         serveEventsUntil([&] { return app.files().count() > 0 && !app.isProcessing(); });
     }
 

@@ -39,7 +39,7 @@ double median(int runs, const std::function<bool(int)>& work)
 /// A page's usual furniture: numbers, a reference, a date, and a large translucent word across it.
 void addFiveStamps(Numbering& number)
 {
-    const auto add = [&](const char* text, std::int32_t anchor, double size) {
+    const auto add = [&](const char* text, MarginAnchor anchor, double size) {
         auto stamp = std::make_shared<TextStamp>();
         stamp->number.numberFormat = QString::fromLatin1(text);
         stamp->setMarginAnchor(anchor);
@@ -47,11 +47,11 @@ void addFiveStamps(Numbering& number)
         number.stamps.push_back(stamp);
         return stamp;
     };
-    add("Page {0} of {1}", BottomMiddle, 12);
-    add("REF-{0}", TopRight, 10)->number.paddingLength = 6;
-    add("Confidential", TopLeft, 10)->isBold = true;
-    add("16 November 2026", BottomLeft, 9)->isItalic = true;
-    const auto draft = add("DRAFT", MiddleMiddle, 120);
+    add("Page {0} of {1}", MarginAnchor::BottomMiddle, 12);
+    add("REF-{0}", MarginAnchor::TopRight, 10)->number.paddingLength = 6;
+    add("Confidential", MarginAnchor::TopLeft, 10)->isBold = true;
+    add("16 November 2026", MarginAnchor::BottomLeft, 9)->isItalic = true;
+    const auto draft = add("DRAFT", MarginAnchor::MiddleMiddle, 120);
     draft->textOpacity = 25;
     draft->textRotation = 55;
 }

@@ -44,23 +44,22 @@ QPalette darkPalette()
 class SlowProcessors final : public DocumentProcessors
 {
   public:
-    explicit SlowProcessors(PageProgress progress) : progress_(std::move(progress)) {}
-
-    bool processPDF(const FilePath&, const FilePath&, const QString&, std::int64_t) override
+    FileOutcome processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
     {
-        return work();
+        return work(run);
     }
-    bool processTIFF(const FilePath&, const FilePath&, std::int64_t, std::int32_t) override { return work(); }
-    [[nodiscard]] QString lastProblem() const override { return {}; }
+    FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun& run, std::int32_t) override
+    {
+        return work(run);
+    }
 
   private:
-    bool work()
+    static FileOutcome work(const JobRun& run)
     {
-        progress_();
+        run.pageDone();
         QThread::msleep(350);
-        return true;
+        return {FileStatus::Created, std::nullopt, 1, std::nullopt};
     }
-    PageProgress progress_;
 };
 
 class Photographer
@@ -69,9 +68,9 @@ class Photographer
     Photographer(QString samples, QString folder, QString suffix)
         : samples_(std::move(samples)), folder_(std::move(folder)), suffix_(std::move(suffix)),
           folders_(scratch_.path()),
-          app_(AppServices{
-              clock_, folders_, defaults_, mainThread_, desktop_, panels_, alerts_, program(), FilePath(),
-              [](Numbering&, PageProgress progress) { return std::make_unique<SlowProcessors>(progress); }})
+          app_(AppServices{clock_, folders_, defaults_, mainThread_, desktop_, panels_, alerts_, program(),
+                           FilePath(),
+                           [](const JobConfiguration&) { return std::make_unique<SlowProcessors>(); }})
     {
         QDir(scratch_.path()).mkpath(QStringLiteral("Stamped"));
     }

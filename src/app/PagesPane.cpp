@@ -38,12 +38,12 @@ PagesPane::PagesPane(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui
 {
     ui_->setupUi(this);
     // Here, before the window is laid out: a pane behind another tab does not pass a new width on.
-    ui_->pageRange->addItem(tr("All pages"), AllPages);
-    ui_->pageRange->addItem(tr("Odd pages"), OddPages);
-    ui_->pageRange->addItem(tr("Even pages"), EvenPages);
-    ui_->unitsPopup->addItem(tr("Points"), Points);
-    ui_->unitsPopup->addItem(tr("Millimetres"), Millimetres);
-    ui_->unitsPopup->addItem(tr("Inches"), Inches);
+    ui_->pageRange->addItem(tr("All pages"), qToUnderlying(PageRange::AllPages));
+    ui_->pageRange->addItem(tr("Odd pages"), qToUnderlying(PageRange::OddPages));
+    ui_->pageRange->addItem(tr("Even pages"), qToUnderlying(PageRange::EvenPages));
+    ui_->unitsPopup->addItem(tr("Points"), qToUnderlying(MarginUnit::Points));
+    ui_->unitsPopup->addItem(tr("Millimetres"), qToUnderlying(MarginUnit::Millimetres));
+    ui_->unitsPopup->addItem(tr("Inches"), qToUnderlying(MarginUnit::Inches));
 }
 
 PagesPane::~PagesPane() = default;
@@ -55,7 +55,7 @@ void PagesPane::edit(Numbering& number, std::function<QSizeF()> previewSize)
     previewSize_ = std::move(previewSize);
     bindFields();
     connect(ui_->pageRange, &QComboBox::activated, this,
-            [this] { number_->setPageRange(ui_->pageRange->currentData().toInt()); });
+            [this] { number_->setPageRange(PageRange{ui_->pageRange->currentData().toInt()}); });
     connect(ui_->isContinuousNumbering, &QCheckBox::toggled, this,
             [this](bool on) { number_->setIsContinuousNumbering(on); });
     connect(ui_->unitsPopup, &QComboBox::activated, this, &PagesPane::unitChanged);
@@ -127,8 +127,9 @@ void PagesPane::refresh()
                                        QSignalBlocker(ui_->isMarginInPercentage)};
     for (const auto& show : show_)
         show();
-    ui_->pageRange->setCurrentIndex(ui_->pageRange->findData(number_->pageRange())); // none for an odd value
-    ui_->unitsPopup->setCurrentIndex(ui_->unitsPopup->findData(number_->marginUnit()));
+    ui_->pageRange->setCurrentIndex(
+        ui_->pageRange->findData(qToUnderlying(number_->pageRange()))); // none for an odd value
+    ui_->unitsPopup->setCurrentIndex(ui_->unitsPopup->findData(qToUnderlying(number_->marginUnit())));
     ui_->isContinuousNumbering->setChecked(number_->isContinuousNumbering());
     ui_->isMarginInPercentage->setChecked(number_->isMarginInPercentage());
 }
@@ -136,7 +137,7 @@ void PagesPane::refresh()
 void PagesPane::unitChanged()
 {
     guarded("Error in [unitChanged:] : %@", [this] {
-        margins_->unitChanged(ui_->unitsPopup->currentData().toInt());
+        margins_->unitChanged(MarginUnit{ui_->unitsPopup->currentData().toInt()});
         refresh();
     });
 }

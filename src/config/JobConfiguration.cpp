@@ -5,11 +5,11 @@ namespace quillfern {
 bool hasChosenParity(const JobConfiguration& job, std::int64_t index)
 {
     switch (job.pageRange) {
-    case AllPages:
+    case PageRange::AllPages:
         return true;
-    case OddPages:
+    case PageRange::OddPages:
         return index % 2 == 1;
-    case EvenPages:
+    case PageRange::EvenPages:
         return index % 2 == 0;
     default:
         return false;

@@ -9,14 +9,14 @@
 namespace quillfern {
 
 /// Which pages inside the page range are stamped. The values are stored in profiles; any other stamps none.
-enum PageRange : std::int32_t {
+enum class PageRange : std::int32_t {
     AllPages = 0,
     OddPages = 1,
     EvenPages = 2,
 };
 
 /// The unit of the margins. The values are stored in profiles; any other counts as points.
-enum MarginUnit : std::int32_t {
+enum class MarginUnit : std::int32_t {
     Points = 0,
     Millimetres = 1,
     Inches = 2,
@@ -34,13 +34,13 @@ struct JobConfiguration
     std::int64_t endPage = 0;   ///< 1-based; 0 is the last page
     std::int64_t startNumber = 1;
     std::int64_t numberSteps = 1;
-    std::int32_t pageRange = AllPages; ///< a PageRange
+    PageRange pageRange = PageRange::AllPages;
     /// The margins, in marginUnit, or in percent of the page's width or height. Zero or less is no margin.
     double marginLeft = 0;
     double marginTop = 0;
     double marginRight = 0;
     double marginBottom = 0;
-    std::int32_t marginUnit = Points; ///< a MarginUnit
+    MarginUnit marginUnit = MarginUnit::Points;
     bool isMarginInPercentage = false;
     bool isContinuousNumbering = false;              ///< the running number goes on from file to file
     bool isBackupFile = false;                       ///< keep a copy of a file that is processed in place

@@ -7,14 +7,16 @@ namespace quillfern {
 
 namespace {
 
-double converted(double value, std::int32_t from, std::int32_t to)
+double converted(double value, MarginUnit from, MarginUnit to)
 {
-    if (from == Millimetres && to == Points) return value * pointsPerInch / millimetresPerInch;
-    if (from == Millimetres && to == Inches) return value / millimetresPerInch;
-    if (from == Inches && to == Points) return value * pointsPerInch;
-    if (from == Inches && to == Millimetres) return value * millimetresPerInch;
-    if (from == Points && to == Inches) return value / pointsPerInch;
-    if (from == Points && to == Millimetres) return value / pointsPerInch * millimetresPerInch;
+    if (from == MarginUnit::Millimetres && to == MarginUnit::Points)
+        return value * pointsPerInch / millimetresPerInch;
+    if (from == MarginUnit::Millimetres && to == MarginUnit::Inches) return value / millimetresPerInch;
+    if (from == MarginUnit::Inches && to == MarginUnit::Points) return value * pointsPerInch;
+    if (from == MarginUnit::Inches && to == MarginUnit::Millimetres) return value * millimetresPerInch;
+    if (from == MarginUnit::Points && to == MarginUnit::Inches) return value / pointsPerInch;
+    if (from == MarginUnit::Points && to == MarginUnit::Millimetres)
+        return value / pointsPerInch * millimetresPerInch;
     return value;
 }
 
@@ -29,7 +31,7 @@ void Margins::convertEach(Convert convert)
     if (number_.marginBottom() > 0) number_.setMarginBottom(convert(number_.marginBottom(), false));
 }
 
-void Margins::convertPoints(std::int32_t previousUnit)
+void Margins::convertPoints(MarginUnit previousUnit)
 {
     convertEach([&](double value, bool) { return converted(value, previousUnit, number_.marginUnit()); });
 }
@@ -42,13 +44,13 @@ void Margins::convertPointsToPercentage(const QSizeF& size)
         return toPercentage ? convertToPointUnit(number_.fields(), value) / dimension * wholePercent
                             : value * dimension / wholePercent;
     });
-    if (!toPercentage) convertPoints(Points);
+    if (!toPercentage) convertPoints(MarginUnit::Points);
 }
 
-void Margins::unitChanged(std::int32_t unit)
+void Margins::unitChanged(MarginUnit unit)
 {
     guarded("Error in [unitChanged:] : %@", [&] {
-        const std::int32_t previous = number_.marginUnit();
+        const MarginUnit previous = number_.marginUnit();
         number_.setMarginUnit(unit);
         if (number_.isMarginInPercentage()) return;
         number_.beginUpdate();

@@ -65,8 +65,8 @@ class Numbering
     void setStartNumber(std::int64_t value) { change(fields_.startNumber, value); }
     [[nodiscard]] std::int64_t numberSteps() const { return fields_.numberSteps; }
     void setNumberSteps(std::int64_t value) { change(fields_.numberSteps, value); }
-    [[nodiscard]] std::int32_t pageRange() const { return fields_.pageRange; }
-    void setPageRange(std::int32_t value) { change(fields_.pageRange, value); }
+    [[nodiscard]] PageRange pageRange() const { return fields_.pageRange; }
+    void setPageRange(PageRange value) { change(fields_.pageRange, value); }
     [[nodiscard]] double marginLeft() const { return fields_.marginLeft; }
     void setMarginLeft(double value) { change(fields_.marginLeft, value); }
     [[nodiscard]] double marginTop() const { return fields_.marginTop; }
@@ -83,8 +83,8 @@ class Numbering
     void setLabelPrefix(std::optional<QString> value) { change(fields_.labelPrefix, std::move(value)); }
 
     // Fields outside the dependency set: changing them notifies nobody.
-    [[nodiscard]] std::int32_t marginUnit() const { return fields_.marginUnit; }
-    void setMarginUnit(std::int32_t value) { fields_.marginUnit = value; }
+    [[nodiscard]] MarginUnit marginUnit() const { return fields_.marginUnit; }
+    void setMarginUnit(MarginUnit value) { fields_.marginUnit = value; }
     [[nodiscard]] bool isMarginInPercentage() const { return fields_.isMarginInPercentage; }
     void setIsMarginInPercentage(bool value) { fields_.isMarginInPercentage = value; }
     [[nodiscard]] bool isSymmetryPage() const { return fields_.isSymmetryPage; }

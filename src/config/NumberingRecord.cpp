@@ -39,10 +39,10 @@ std::optional<store::Record> Numbering::getData() const
                                  .add(QStringLiteral("marginTop"), fields_.marginTop)
                                  .add(QStringLiteral("marginRight"), fields_.marginRight)
                                  .add(QStringLiteral("marginBottom"), fields_.marginBottom)
-                                 .add(QStringLiteral("marginUnit"), fields_.marginUnit)
+                                 .add(QStringLiteral("marginUnit"), qToUnderlying(fields_.marginUnit))
                                  .add(QStringLiteral("numberSteps"), store::low32(fields_.numberSteps))
                                  .add(QStringLiteral("outputFolder"), fields_.outputFolder)
-                                 .add(QStringLiteral("pageRange"), fields_.pageRange)
+                                 .add(QStringLiteral("pageRange"), qToUnderlying(fields_.pageRange))
                                  .add(QStringLiteral("startNumber"), store::low32(fields_.startNumber))
                                  .add(QStringLiteral("startPage"), store::low32(fields_.startPage))
                                  .add(QStringLiteral("isHighlightStamp"), fields_.isHighlightStamp)
@@ -67,9 +67,9 @@ bool Numbering::setData(const store::Record* data)
         fields_.marginTop = data->real(QStringLiteral("marginTop"));
         fields_.marginRight = data->real(QStringLiteral("marginRight"));
         fields_.marginBottom = data->real(QStringLiteral("marginBottom"));
-        fields_.marginUnit = data->integer32(QStringLiteral("marginUnit"));
+        fields_.marginUnit = MarginUnit{data->integer32(QStringLiteral("marginUnit"))};
         fields_.numberSteps = data->integer32(QStringLiteral("numberSteps"));
-        fields_.pageRange = data->integer32(QStringLiteral("pageRange"));
+        fields_.pageRange = PageRange{data->integer32(QStringLiteral("pageRange"))};
         fields_.startNumber = data->integer32(QStringLiteral("startNumber"));
         fields_.startPage = data->integer32(QStringLiteral("startPage"));
         fields_.isHighlightStamp = data->boolean(QStringLiteral("isHighlightStamp"));

@@ -5,9 +5,9 @@ namespace quillfern {
 double convertToPointUnit(const JobConfiguration& job, double value)
 {
     switch (job.marginUnit) {
-    case Millimetres:
+    case MarginUnit::Millimetres:
         return value * pointsPerInch / millimetresPerInch;
-    case Inches:
+    case MarginUnit::Inches:
         return value * pointsPerInch;
     default:
         return value;

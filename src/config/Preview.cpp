@@ -15,11 +15,11 @@ bool isPreviewStampedPage(const JobConfiguration& job, std::int64_t index)
     if (index < job.startPage - 1) return false;
     if (job.endPage != 0 && index > job.endPage) return false;
     switch (job.pageRange) {
-    case AllPages:
+    case PageRange::AllPages:
         return true;
-    case OddPages:
+    case PageRange::OddPages:
         return index % 2 == 1;
-    case EvenPages:
+    case PageRange::EvenPages:
         return index % 2 == 0;
     default:
         return false;
@@ -32,11 +32,11 @@ std::int64_t previewStampedPages(const JobConfiguration& job, std::int64_t befor
     const std::int64_t end = job.endPage == 0 ? before : std::min(before, job.endPage + 1);
     if (end <= first) return 0;
     switch (job.pageRange) {
-    case AllPages:
+    case PageRange::AllPages:
         return end - first;
-    case OddPages:
+    case PageRange::OddPages:
         return end / 2 - first / 2;
-    case EvenPages:
+    case PageRange::EvenPages:
         return (end + 1) / 2 - (first + 1) / 2;
     default:
         return 0;

@@ -14,21 +14,22 @@ constexpr int picturePoints = 24;
 
 struct Place
 {
-    std::int32_t anchor;
+    MarginAnchor anchor;
     const char* picture;
     const char* name;
 };
 
 constexpr Place places[] = {
-    {TopLeft, "TopLeft", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Top left")},
-    {TopMiddle, "TopMiddle", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Top centre")},
-    {TopRight, "TopRight", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Top right")},
-    {MiddleLeft, "MiddleLeft", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Middle left")},
-    {MiddleMiddle, "MiddleMiddle", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Centre of the page")},
-    {MiddleRight, "MiddleRight", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Middle right")},
-    {BottomLeft, "BottomLeft", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Bottom left")},
-    {BottomMiddle, "BottomMiddle", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Bottom centre")},
-    {BottomRight, "BottomRight", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Bottom right")},
+    {MarginAnchor::TopLeft, "TopLeft", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Top left")},
+    {MarginAnchor::TopMiddle, "TopMiddle", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Top centre")},
+    {MarginAnchor::TopRight, "TopRight", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Top right")},
+    {MarginAnchor::MiddleLeft, "MiddleLeft", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Middle left")},
+    {MarginAnchor::MiddleMiddle, "MiddleMiddle",
+     QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Centre of the page")},
+    {MarginAnchor::MiddleRight, "MiddleRight", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Middle right")},
+    {MarginAnchor::BottomLeft, "BottomLeft", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Bottom left")},
+    {MarginAnchor::BottomMiddle, "BottomMiddle", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Bottom centre")},
+    {MarginAnchor::BottomRight, "BottomRight", QT_TRANSLATE_NOOP("quillfern::AnchorGrid", "Bottom right")},
 };
 
 } // namespace
@@ -50,19 +51,21 @@ AnchorGrid::AnchorGrid(QWidget* parent) : QWidget(parent)
         button->setIconSize(QSize(picturePoints, picturePoints));
         button->setToolTip(tr(place.name));
         button->setAccessibleName(tr(place.name));
-        group_.addButton(button, place.anchor);
-        grid->addWidget(button, (place.anchor - 1) / 3, (place.anchor - 1) % 3);
+        const int number = qToUnderlying(place.anchor);
+        group_.addButton(button, number);
+        grid->addWidget(button, (number - 1) / 3, (number - 1) % 3);
     }
-    enterAt(group_.button(TopLeft));
+    enterAt(group_.button(qToUnderlying(MarginAnchor::TopLeft)));
     connect(&group_, &QButtonGroup::buttonToggled, this, [this](QAbstractButton* button, bool pressed) {
         if (pressed) enterAt(button);
     });
-    connect(&group_, &QButtonGroup::idClicked, this, &AnchorGrid::anchorChosen);
+    connect(&group_, &QButtonGroup::idClicked, this,
+            [this](int anchor) { Q_EMIT anchorChosen(MarginAnchor{anchor}); });
 }
 
-void AnchorGrid::showAnchor(std::int32_t anchor)
+void AnchorGrid::showAnchor(MarginAnchor anchor)
 {
-    if (QAbstractButton* button = group_.button(anchor)) {
+    if (QAbstractButton* button = group_.button(qToUnderlying(anchor))) {
         button->setChecked(true);
     } else if (QAbstractButton* checked = group_.checkedButton()) {
         group_.setExclusive(false); // in an exclusive group the last pressed button cannot be released

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "stamps/MarginAnchor.h"
+
 #include <QButtonGroup>
 #include <QWidget>
-#include <cstdint>
 
 namespace quillfern {
 
@@ -16,11 +17,11 @@ class AnchorGrid final : public QWidget
   public:
     explicit AnchorGrid(QWidget* parent = nullptr);
 
-    void showAnchor(std::int32_t anchor);
+    void showAnchor(MarginAnchor anchor);
 
   Q_SIGNALS:
     /// The user has chosen an anchor, 1 to 9.
-    void anchorChosen(int anchor);
+    void anchorChosen(MarginAnchor anchor);
 
   private:
     void enterAt(QAbstractButton* button);

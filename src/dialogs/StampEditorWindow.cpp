@@ -118,7 +118,7 @@ void StampEditorWindow::deleteStampAction()
     if (isInList()) host_.removeStamp(*doomed);
 }
 
-void StampEditorWindow::marginAnchorChanged(int anchor)
+void StampEditorWindow::marginAnchorChanged(MarginAnchor anchor)
 {
     if (!editedStamp()) return;
     stamp()->setMarginAnchor(anchor);

@@ -41,7 +41,7 @@ class StampEditorWindow : public QDialog
     void addStampAction();
     /// The stamp, and with it this editor, may be gone afterwards.
     void deleteStampAction();
-    void marginAnchorChanged(int anchor);
+    void marginAnchorChanged(MarginAnchor anchor);
     /// Shows the stamp's anchor.
     void setMarginAnchor();
 

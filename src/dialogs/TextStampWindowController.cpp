@@ -54,7 +54,7 @@ void TextStampWindowController::connectTextControls()
     connect(ui_->insertTotalButton, &QPushButton::clicked, this,
             [this] { insertSlot(QStringLiteral("{1}")); });
     connect(ui_->numberTypePopup, &QComboBox::activated, this,
-            [this](int type) { change([&](TextStamp& s) { s.number.numberType = type; }); });
+            [this](int type) { change([&](TextStamp& s) { s.number.numberType = NumberType{type}; }); });
     connect(ui_->paddingLengthSpinBox, &ExactSpinBox::edited, this, [this](double length) {
         change([&](TextStamp& s) { s.number.paddingLength = static_cast<std::int64_t>(length); });
     });
@@ -94,7 +94,7 @@ void TextStampWindowController::connectFontControls()
         ui_->underlineStylePopup->setEnabled(on);
     });
     connect(ui_->underlineStylePopup, &QComboBox::activated, this,
-            [this](int style) { change([&](TextStamp& s) { s.underlineStyle = style; }); });
+            [this](int style) { change([&](TextStamp& s) { s.underlineStyle = UnderlineStyle{style}; }); });
     connect(ui_->embedFontCheckbox, &QCheckBox::clicked, this,
             [this](bool on) { change([&](TextStamp& s) { s.isEmbedFont = on; }); });
     connect(ui_->textColorButton, &QPushButton::clicked, this, &TextStampWindowController::textColorAction);
@@ -113,7 +113,7 @@ void TextStampWindowController::showFields()
     const auto select = [](QComboBox& menu, std::int32_t entry) {
         menu.setCurrentIndex(entry >= 0 && entry < menu.count() ? entry : -1);
     };
-    select(*ui_->numberTypePopup, stamp.number.numberType);
+    select(*ui_->numberTypePopup, qToUnderlying(stamp.number.numberType));
     ui_->paddingLengthSpinBox->showNumber(static_cast<double>(stamp.number.paddingLength));
     showText(*ui_->paddingCharacterTextField, stamp.number.paddingCharacter);
     showSample();
@@ -125,7 +125,7 @@ void TextStampWindowController::showFields()
     ui_->italicFontCheckbox->setChecked(stamp.isItalic);
     ui_->underlineCheckbox->setChecked(stamp.isUnderline);
     ui_->underlineStylePopup->setEnabled(stamp.isUnderline);
-    select(*ui_->underlineStylePopup, stamp.underlineStyle);
+    select(*ui_->underlineStylePopup, qToUnderlying(stamp.underlineStyle));
     ui_->embedFontCheckbox->setChecked(stamp.isEmbedFont);
     ui_->textColorButton->showColor(stamp.font.fontColor.value_or(Qt::black));
 
@@ -165,10 +165,11 @@ void TextStampWindowController::showSample()
         cells[i]->setToolTip(tr("Page %1 of %2: %3").arg(samplePages[i]).arg(sampleTotal).arg(sample));
         cells[i]->setAccessibleName(cells[i]->toolTip());
     }
-    ui_->paddingLengthSpinBox->setEnabled(format.numberType == Numbers);
-    ui_->paddingCharacterTextField->setEnabled(format.numberType == Numbers);
-    const QString advice =
-        format.numberType == PlainText ? QString() : templateAdvice(format.numberFormat.value_or(QString()));
+    ui_->paddingLengthSpinBox->setEnabled(format.numberType == NumberType::Numbers);
+    ui_->paddingCharacterTextField->setEnabled(format.numberType == NumberType::Numbers);
+    const QString advice = format.numberType == NumberType::PlainText
+                               ? QString()
+                               : templateAdvice(format.numberFormat.value_or(QString()));
     ui_->templateAdviceLabel->setText(advice);
     ui_->templateAdviceLabel->setToolTip(advice);
 }

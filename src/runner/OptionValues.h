@@ -24,9 +24,9 @@ struct Option
 [[nodiscard]] double realNumber(const QString& option, const QString& text, double lowest, double highest);
 
 /// The value that belongs to a word, in any mix of case; throws WrongUse for an unknown one.
-template <std::size_t N>
-[[nodiscard]] std::int32_t word(const QString& option, const QString& text,
-                                const std::array<std::pair<const char*, int>, N>& words)
+template <class Value, std::size_t N>
+[[nodiscard]] Value word(const QString& option, const QString& text,
+                         const std::array<std::pair<const char*, Value>, N>& words)
 {
     QStringList known;
     for (const auto& [name, value] : words) {

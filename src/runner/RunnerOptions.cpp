@@ -17,10 +17,10 @@ namespace quillfern {
 
 namespace {
 
-constexpr std::array<std::pair<const char*, int>, 3> pageRanges = {
-    {{"all", AllPages}, {"odd", OddPages}, {"even", EvenPages}}};
-constexpr std::array<std::pair<const char*, int>, 3> units = {
-    {{"pt", Points}, {"mm", Millimetres}, {"in", Inches}}};
+constexpr std::array<std::pair<const char*, PageRange>, 3> pageRanges = {
+    {{"all", PageRange::AllPages}, {"odd", PageRange::OddPages}, {"even", PageRange::EvenPages}}};
+constexpr std::array<std::pair<const char*, MarginUnit>, 3> units = {
+    {{"pt", MarginUnit::Points}, {"mm", MarginUnit::Millimetres}, {"in", MarginUnit::Inches}}};
 
 constexpr std::int64_t largest32 = std::numeric_limits<std::int32_t>::max();
 constexpr std::int64_t smallest32 = std::numeric_limits<std::int32_t>::min();

@@ -14,19 +14,21 @@ namespace quillfern {
 
 namespace {
 
-constexpr std::array<std::pair<const char*, int>, 9> anchors = {{{"TopLeft", TopLeft},
-                                                                 {"TopMiddle", TopMiddle},
-                                                                 {"TopRight", TopRight},
-                                                                 {"MiddleLeft", MiddleLeft},
-                                                                 {"MiddleMiddle", MiddleMiddle},
-                                                                 {"MiddleRight", MiddleRight},
-                                                                 {"BottomLeft", BottomLeft},
-                                                                 {"BottomMiddle", BottomMiddle},
-                                                                 {"BottomRight", BottomRight}}};
-constexpr std::array<std::pair<const char*, int>, 4> numberTypes = {{{"plain", PlainText},
-                                                                     {"numbers", Numbers},
-                                                                     {"roman-capital", RomanNumbersCapital},
-                                                                     {"roman-small", RomanNumbersSmall}}};
+constexpr std::array<std::pair<const char*, MarginAnchor>, 9> anchors = {
+    {{"TopLeft", MarginAnchor::TopLeft},
+     {"TopMiddle", MarginAnchor::TopMiddle},
+     {"TopRight", MarginAnchor::TopRight},
+     {"MiddleLeft", MarginAnchor::MiddleLeft},
+     {"MiddleMiddle", MarginAnchor::MiddleMiddle},
+     {"MiddleRight", MarginAnchor::MiddleRight},
+     {"BottomLeft", MarginAnchor::BottomLeft},
+     {"BottomMiddle", MarginAnchor::BottomMiddle},
+     {"BottomRight", MarginAnchor::BottomRight}}};
+constexpr std::array<std::pair<const char*, NumberType>, 4> numberTypes = {
+    {{"plain", NumberType::PlainText},
+     {"numbers", NumberType::Numbers},
+     {"roman-capital", NumberType::RomanNumbersCapital},
+     {"roman-small", NumberType::RomanNumbersSmall}}};
 constexpr std::array stampOptions = {
     Option{"text", "TEMPLATE",
            "Begin a text stamp. {0} is the page's number, {1} the total; they are filled in the order in "
@@ -135,7 +137,7 @@ void StampOptions::begin(const std::shared_ptr<IStampItem>& stamp)
 {
     if (stamp != text_) text_.reset();
     if (stamp != image_) image_.reset();
-    stamp->setMarginAnchor(BottomMiddle);
+    stamp->setMarginAnchor(MarginAnchor::BottomMiddle);
     stamps_.push_back(stamp);
 }
 

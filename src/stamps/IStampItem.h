@@ -25,8 +25,8 @@ class IStampItem
     [[nodiscard]] virtual bool isSelected() const = 0;
     virtual void setLabel(std::optional<QString> label) = 0; ///< a name for people; not drawn
     [[nodiscard]] virtual const std::optional<QString>& label() const = 0;
-    virtual void setMarginAnchor(std::int32_t anchor) = 0; ///< a MarginAnchor
-    [[nodiscard]] virtual std::int32_t marginAnchor() const = 0;
+    virtual void setMarginAnchor(MarginAnchor anchor) = 0;
+    [[nodiscard]] virtual MarginAnchor marginAnchor() const = 0;
     virtual void setIsDrawUnderPDFContent(bool under) = 0; ///< on PDF pages, beneath the page's own content
     [[nodiscard]] virtual bool isDrawUnderPDFContent() const = 0;
     virtual void setIsSymmetry(bool symmetric) = 0; ///< left and right alternate on successive pages
@@ -42,7 +42,7 @@ class IStampItem
 
     /// Draws the stamp inside `rect`, the area inside the margins (points, y down). `marginAnchor` comes from
     /// StampRun::getNextMarginAnchor(). A failure is logged and leaves the page without the stamp.
-    virtual void draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor,
+    virtual void draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor,
                       std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) const = 0;
 
     /// One line that tells the stamp from others in a list.

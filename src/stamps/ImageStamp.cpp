@@ -51,7 +51,7 @@ std::unique_ptr<IStampItem> ImageStamp::clone() const
     return std::make_unique<ImageStamp>(*this);
 }
 
-void ImageStamp::draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t,
+void ImageStamp::draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor, std::int64_t,
                       std::int64_t, bool isHighLightStamp) const
 {
     guarded("Error in [Draw:rect:marginAnchor:pageNumber:totalPages:isHighLightStamp:] : %@", [&] {

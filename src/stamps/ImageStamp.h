@@ -51,7 +51,7 @@ class ImageStamp final : public StampBase
     [[nodiscard]] std::optional<store::Record> getData() const override;
     /// See IStampItem; the numbers are ignored.
     [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
-    void draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
+    void draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor, std::int64_t pageNumber,
               std::int64_t totalPages, bool isHighLightStamp) const override;
     [[nodiscard]] QString description() const override;
 

@@ -5,7 +5,7 @@
 namespace quillfern {
 
 /// Where a stamp stands inside the page's margins. The values are stored in profiles.
-enum MarginAnchor : std::int32_t {
+enum class MarginAnchor : std::int32_t {
     None = 0, ///< centred on the area's origin and then pushed inside: where TopLeft is, unless turned
     TopLeft = 1,
     TopMiddle = 2,

@@ -26,9 +26,9 @@ QString padded(std::int32_t number, const NumberFormat& format)
 QString numberInStyle(std::int32_t number, const NumberFormat& format)
 {
     switch (format.numberType) {
-    case Numbers:
+    case NumberType::Numbers:
         return padded(number, format);
-    case RomanNumbersCapital:
+    case NumberType::RomanNumbersCapital:
         return romanNumeralsFromInt(number).toUpper();
     default:
         return romanNumeralsFromInt(number);
@@ -43,16 +43,16 @@ bool isSlot(const QString& text, qsizetype at)
 
 } // namespace
 
-QString numberTypeName(std::int32_t numberType)
+QString numberTypeName(NumberType numberType)
 {
     switch (numberType) {
-    case PlainText:
+    case NumberType::PlainText:
         return QCoreApplication::translate("quillfern::NumberText", "Plain Text");
-    case Numbers:
+    case NumberType::Numbers:
         return QCoreApplication::translate("quillfern::NumberText", "Numbers");
-    case RomanNumbersCapital:
+    case NumberType::RomanNumbersCapital:
         return QCoreApplication::translate("quillfern::NumberText", "Roman Numbers Capital");
-    case RomanNumbersSmall:
+    case NumberType::RomanNumbersSmall:
         return QCoreApplication::translate("quillfern::NumberText", "Roman Numbers Small");
     default:
         return {};
@@ -62,9 +62,10 @@ QString numberTypeName(std::int32_t numberType)
 QString numberText(const NumberFormat& format, std::int64_t pageNumber, std::int64_t totalPages)
 {
     const QString pattern = format.numberFormat.value_or(QString());
-    if (format.numberType == PlainText) return pattern;
+    if (format.numberType == NumberType::PlainText) return pattern;
     // A style that does not exist (a damaged profile) fills no slot.
-    const bool known = format.numberType >= Numbers && format.numberType <= RomanNumbersSmall;
+    const bool known =
+        format.numberType >= NumberType::Numbers && format.numberType <= NumberType::RomanNumbersSmall;
     const std::array<QString, 2> fillings = {
         known ? numberInStyle(store::low32(pageNumber), format) : QString(),
         known ? numberInStyle(store::low32(totalPages), format) : QString()};

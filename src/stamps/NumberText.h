@@ -7,7 +7,7 @@
 namespace quillfern {
 
 /// How numbers are written in a stamp's text. The values are stored in profiles.
-enum NumberType : std::int32_t {
+enum class NumberType : std::int32_t {
     PlainText = 0, ///< the template as it stands, tokens and all
     Numbers = 1,   ///< decimal, padded on the left
     RomanNumbersCapital = 2,
@@ -15,7 +15,7 @@ enum NumberType : std::int32_t {
 };
 
 /// The name shown for a number style; empty for a value that is none.
-[[nodiscard]] QString numberTypeName(std::int32_t numberType);
+[[nodiscard]] QString numberTypeName(NumberType numberType);
 
 /// The template of a text stamp and how its numbers are written.
 struct NumberFormat
@@ -23,7 +23,7 @@ struct NumberFormat
     /// "{0}" and "{1}" are slots. They are filled by the order in which they stand: the first with the page
     /// number, the second with the total, any further one with nothing.
     std::optional<QString> numberFormat = QStringLiteral("{0} of {1}");
-    std::int32_t numberType = Numbers;
+    NumberType numberType = NumberType::Numbers;
     std::int64_t paddingLength = 1;
     std::optional<QString> paddingCharacter =
         QStringLiteral("0"); ///< its first character pads; none when empty

@@ -11,7 +11,7 @@ namespace quillfern {
 
 namespace {
 
-void drawStamp(const IStampItem& stamp, drawing::Canvas& canvas, const QRectF& area, std::int32_t anchor,
+void drawStamp(const IStampItem& stamp, drawing::Canvas& canvas, const QRectF& area, MarginAnchor anchor,
                std::int64_t number, std::int64_t pages, bool highlight)
 {
     canvas.beginArtifact();
@@ -79,7 +79,7 @@ void PageCompositor::drawOnImage(QImage& image, const QRectF& area, StampRun& ru
 
 PageStamps PageCompositor::place(const QRectF& area, StampRun& run, std::int64_t pages) const
 {
-    PageStamps stamps{area, run.numberCounter, pages, std::vector<std::int32_t>(stamps_.size())};
+    PageStamps stamps{area, run.numberCounter, pages, std::vector<MarginAnchor>(stamps_.size())};
     for (std::size_t i = 0; i < stamps_.size(); ++i) {
         const IStampItem& stamp = *stamps_[i];
         if (stamp.isSelected())

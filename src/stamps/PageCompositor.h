@@ -17,7 +17,7 @@ struct PageStamps
     QRectF area; ///< inside the margins, in the space of the page
     std::int64_t number = 0;
     std::int64_t pages = 0;
-    std::vector<std::int32_t> anchors; ///< of all stamps; of no meaning for those that are not enabled
+    std::vector<MarginAnchor> anchors; ///< of all stamps; of no meaning for those that are not enabled
 };
 
 /// Puts stamps on one page. What changes from page to page is in the run that the caller hands in; two pages

@@ -8,7 +8,7 @@ namespace quillfern {
 
 namespace {
 
-QPointF centreFor(std::int32_t anchor, const QSizeF& size, const QRectF& rect)
+QPointF centreFor(MarginAnchor anchor, const QSizeF& size, const QRectF& rect)
 {
     const double w = size.width() / 2;
     const double h = size.height() / 2;
@@ -17,23 +17,23 @@ QPointF centreFor(std::int32_t anchor, const QSizeF& size, const QRectF& rect)
     const double middleX = rect.x() + rect.width() / 2 - rect.x();
     const double middleY = rect.y() + rect.height() / 2 - rect.y();
     switch (anchor) {
-    case TopLeft:
+    case MarginAnchor::TopLeft:
         return {w, h};
-    case TopMiddle:
+    case MarginAnchor::TopMiddle:
         return {middleX, h};
-    case TopRight:
+    case MarginAnchor::TopRight:
         return {right, h};
-    case MiddleLeft:
+    case MarginAnchor::MiddleLeft:
         return {w, middleY};
-    case MiddleMiddle:
+    case MarginAnchor::MiddleMiddle:
         return {middleX, middleY};
-    case MiddleRight:
+    case MarginAnchor::MiddleRight:
         return {right, middleY};
-    case BottomLeft:
+    case MarginAnchor::BottomLeft:
         return {w, bottom};
-    case BottomMiddle:
+    case MarginAnchor::BottomMiddle:
         return {middleX, bottom};
-    case BottomRight:
+    case MarginAnchor::BottomRight:
         return {right, bottom};
     default:
         return {0, 0};
@@ -41,12 +41,12 @@ QPointF centreFor(std::int32_t anchor, const QSizeF& size, const QRectF& rect)
 }
 
 /// Which of the four corners decides first how far the stamp is pushed back inside.
-bool visitsForward(int angle, std::int32_t anchor)
+bool visitsForward(int angle, MarginAnchor anchor)
 {
     const auto within = [angle](int low, int high) { return angle >= low && angle <= high; };
     const bool upsideDown = within(91, 269);
-    const bool topLeftGroup = anchor == TopLeft || anchor == TopMiddle ||
-                              (anchor == TopRight && (within(26, 154) || within(206, 334)));
+    const bool topLeftGroup = anchor == MarginAnchor::TopLeft || anchor == MarginAnchor::TopMiddle ||
+                              (anchor == MarginAnchor::TopRight && (within(26, 154) || within(206, 334)));
     return upsideDown != topLeftGroup;
 }
 
@@ -78,7 +78,7 @@ double shiftInside(const std::array<double, 4>& visited, double limit)
 
 } // namespace
 
-QPointF getTransformedPoint(const QSizeF& size, int angle, const QRectF& rect, std::int32_t marginAnchor,
+QPointF getTransformedPoint(const QSizeF& size, int angle, const QRectF& rect, MarginAnchor marginAnchor,
                             int pointIndex)
 {
     if (rect.x() == 0 && rect.y() == 0 && rect.width() == 0 && rect.height() == 0) return {0, 0};
@@ -107,17 +107,21 @@ QPointF getTransformedPoint(const QSizeF& size, int angle, const QRectF& rect, s
     return corners.at(static_cast<std::size_t>(pointIndex)) - QPointF(shiftX, shiftY);
 }
 
-std::int32_t mirroredAnchor(std::int32_t marginAnchor)
+MarginAnchor mirroredAnchor(MarginAnchor marginAnchor)
 {
     switch (marginAnchor) {
-    case TopLeft:
-    case MiddleLeft:
-    case BottomLeft:
-        return marginAnchor + 2;
-    case TopRight:
-    case MiddleRight:
-    case BottomRight:
-        return marginAnchor - 2;
+    case MarginAnchor::TopLeft:
+        return MarginAnchor::TopRight;
+    case MarginAnchor::MiddleLeft:
+        return MarginAnchor::MiddleRight;
+    case MarginAnchor::BottomLeft:
+        return MarginAnchor::BottomRight;
+    case MarginAnchor::TopRight:
+        return MarginAnchor::TopLeft;
+    case MarginAnchor::MiddleRight:
+        return MarginAnchor::MiddleLeft;
+    case MarginAnchor::BottomRight:
+        return MarginAnchor::BottomLeft;
     default:
         return marginAnchor;
     }

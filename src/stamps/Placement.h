@@ -18,10 +18,10 @@ namespace quillfern {
 /// are computed relative to the area while the far edges include its origin; the containment step, which
 /// moves by whole points only, takes the margin back out. An area of zero everywhere gives (0, 0).
 [[nodiscard]] QPointF getTransformedPoint(const QSizeF& size, int angle, const QRectF& rect,
-                                          std::int32_t marginAnchor, int pointIndex);
+                                          MarginAnchor marginAnchor, int pointIndex);
 
 /// The anchor on the facing page: left and right exchanged; others stay as they are.
-[[nodiscard]] std::int32_t mirroredAnchor(std::int32_t marginAnchor);
+[[nodiscard]] MarginAnchor mirroredAnchor(MarginAnchor marginAnchor);
 
 /// Degrees to radians, the factor all stamps use.
 inline constexpr double radiansPerDegree = 0.017453292519943295;

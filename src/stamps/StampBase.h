@@ -12,8 +12,8 @@ class StampBase : public IStampItem
     [[nodiscard]] bool isSelected() const override { return isSelected_; }
     void setLabel(std::optional<QString> label) override { label_ = std::move(label); }
     [[nodiscard]] const std::optional<QString>& label() const override { return label_; }
-    void setMarginAnchor(std::int32_t anchor) override { marginAnchor_ = anchor; }
-    [[nodiscard]] std::int32_t marginAnchor() const override { return marginAnchor_; }
+    void setMarginAnchor(MarginAnchor anchor) override { marginAnchor_ = anchor; }
+    [[nodiscard]] MarginAnchor marginAnchor() const override { return marginAnchor_; }
     void setIsDrawUnderPDFContent(bool under) override { isDrawUnderPDFContent_ = under; }
     [[nodiscard]] bool isDrawUnderPDFContent() const override { return isDrawUnderPDFContent_; }
     void setIsSymmetry(bool symmetric) override { isSymmetry_ = symmetric; }
@@ -30,7 +30,7 @@ class StampBase : public IStampItem
   private:
     bool isSelected_ = true;
     std::optional<QString> label_ = QString();
-    std::int32_t marginAnchor_ = None;
+    MarginAnchor marginAnchor_ = MarginAnchor::None;
     bool isDrawUnderPDFContent_ = false;
     bool isSymmetry_ = false;
 };

@@ -4,12 +4,12 @@
 
 namespace quillfern {
 
-std::int32_t StampRun::getNextMarginAnchor(std::size_t index, bool isSymmetric, std::int32_t anchor)
+MarginAnchor StampRun::getNextMarginAnchor(std::size_t index, bool isSymmetric, MarginAnchor anchor)
 {
     if (!isSymmetric) return anchor;
-    if (index >= lastMarginAnchors_.size()) lastMarginAnchors_.resize(index + 1, None);
-    std::int32_t& last = lastMarginAnchors_[index];
-    last = last == None ? anchor : mirroredAnchor(last);
+    if (index >= lastMarginAnchors_.size()) lastMarginAnchors_.resize(index + 1, MarginAnchor::None);
+    MarginAnchor& last = lastMarginAnchors_[index];
+    last = last == MarginAnchor::None ? anchor : mirroredAnchor(last);
     return last;
 }
 

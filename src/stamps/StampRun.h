@@ -22,14 +22,14 @@ class StampRun
 
     /// The anchor of the stamp at `index` of the list on the page now being drawn; to be asked once a stamp
     /// and page. With `isSymmetric` the anchor alternates from the given one, counted since the last reset().
-    [[nodiscard]] std::int32_t getNextMarginAnchor(std::size_t index, bool isSymmetric, std::int32_t anchor);
+    [[nodiscard]] MarginAnchor getNextMarginAnchor(std::size_t index, bool isSymmetric, MarginAnchor anchor);
 
     /// Back to the start number and to the side each stamp begins on.
     void reset();
 
   private:
     std::int64_t startNumber_;
-    std::vector<std::int32_t> lastMarginAnchors_; ///< by stamp; None until a page was drawn in this run
+    std::vector<MarginAnchor> lastMarginAnchors_; ///< by stamp; None until a page was drawn in this run
 };
 
 } // namespace quillfern

@@ -42,8 +42,10 @@ drawing::TextPaint TextStamp::paint() const
     paint.stroke = withOpacity(outlineColor, outlineOpacity);
     paint.strokeWidth = static_cast<double>(std::max<std::int64_t>(outlineWidth, 0)) * 0.01 * font.fontSize;
     if (isUnderline) {
-        paint.underlines = underlineStyle == Single ? 1 : underlineStyle == Double ? 2 : 0;
-        paint.strikeThrough = underlineStyle == Strikethrough;
+        paint.underlines = underlineStyle == UnderlineStyle::Single   ? 1
+                           : underlineStyle == UnderlineStyle::Double ? 2
+                                                                      : 0;
+        paint.strikeThrough = underlineStyle == UnderlineStyle::Strikethrough;
     }
     return paint;
 }
@@ -53,7 +55,7 @@ std::unique_ptr<IStampItem> TextStamp::clone() const
     return std::make_unique<TextStamp>(*this);
 }
 
-void TextStamp::draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor,
+void TextStamp::draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor,
                      std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) const
 {
     guarded("Error in [Draw:rect:marginAnchor:pageNumber:totalPages:isHighLightStamp:] : %@", [&] {
@@ -91,11 +93,11 @@ std::optional<store::Record> TextStamp::getData() const
         builder.add(QStringLiteral("textRotation"), wholeDegrees(textRotation))
             .add(QStringLiteral("outlineOpacity"), store::low32(outlineOpacity))
             .add(QStringLiteral("textOpacity"), store::low32(textOpacity))
-            .add(QStringLiteral("numberType"), number.numberType)
+            .add(QStringLiteral("numberType"), qToUnderlying(number.numberType))
             .add(QStringLiteral("paddingLength"), store::low32(number.paddingLength))
             .add(QStringLiteral("paddingCharacter"), number.paddingCharacter)
             .add(QStringLiteral("numberFormat"), number.numberFormat)
-            .add(QStringLiteral("underlineStyle"), underlineStyle)
+            .add(QStringLiteral("underlineStyle"), qToUnderlying(underlineStyle))
             .add(QStringLiteral("isEmbedFont"), isEmbedFont)
             .add(QStringLiteral("isUnderline"), isUnderline)
             .add(QStringLiteral("isItalic"), isItalic)
@@ -120,11 +122,11 @@ void TextStamp::setData(const store::Record* data)
         isItalic = data->boolean(QStringLiteral("isItalic"));
         isUnderline = data->boolean(QStringLiteral("isUnderline"));
         isEmbedFont = data->boolean(QStringLiteral("isEmbedFont"));
-        underlineStyle = data->integer32(QStringLiteral("underlineStyle"));
+        underlineStyle = UnderlineStyle{data->integer32(QStringLiteral("underlineStyle"))};
         number.numberFormat = data->text(QStringLiteral("numberFormat"));
         number.paddingCharacter = data->text(QStringLiteral("paddingCharacter"));
         number.paddingLength = data->integer32(QStringLiteral("paddingLength"));
-        number.numberType = data->integer32(QStringLiteral("numberType"));
+        number.numberType = NumberType{data->integer32(QStringLiteral("numberType"))};
         textOpacity = data->integer32(QStringLiteral("textOpacity"));
         outlineOpacity = data->integer32(QStringLiteral("outlineOpacity"));
         textRotation = data->integer32(QStringLiteral("textRotation"));

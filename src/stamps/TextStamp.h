@@ -7,7 +7,7 @@
 namespace quillfern {
 
 /// How a stamp's text is lined. The values are stored in profiles; any other draws no line.
-enum UnderlineStyle : std::int32_t {
+enum class UnderlineStyle : std::int32_t {
     Single = 0,
     Double = 1,
     Strikethrough = 2,
@@ -22,7 +22,7 @@ class TextStamp final : public StampBase
     bool isItalic = false;
     bool isUnderline = false; ///< apply underlineStyle
     bool isEmbedFont = false; ///< kept and saved; fonts are always embedded
-    std::int32_t underlineStyle = Single;
+    UnderlineStyle underlineStyle = UnderlineStyle::Single;
     NumberFormat number;
     std::int64_t textOpacity = 100;    ///< percent of the fill
     double textRotation = 0;           ///< degrees, counter-clockwise on the page
@@ -33,7 +33,7 @@ class TextStamp final : public StampBase
     void setData(const store::Record* data) override;
     [[nodiscard]] std::optional<store::Record> getData() const override;
     [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
-    void draw(drawing::Canvas& canvas, const QRectF& rect, std::int32_t marginAnchor, std::int64_t pageNumber,
+    void draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor, std::int64_t pageNumber,
               std::int64_t totalPages, bool isHighLightStamp) const override;
     [[nodiscard]] QString description() const override;
 

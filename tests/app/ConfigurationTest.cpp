@@ -17,7 +17,7 @@ class Configuration : public AppTest
         auto stamp = std::make_shared<TextStamp>();
         stamp->number.numberFormat = QString::fromUtf8(format);
         stamp->font.fontSize = 40;
-        stamp->setMarginAnchor(MiddleMiddle);
+        stamp->setMarginAnchor(MarginAnchor::MiddleMiddle);
         number().stamps.push_back(stamp);
         number().endUpdate(true);
         return stamp;
@@ -104,7 +104,7 @@ TEST_F(Configuration, ChoicesAndResets)
             QTest::keyClick(&box, Qt::Key_Down);
     };
     choose(*ui().unitsPopup, 2);
-    EXPECT_EQ(number().marginUnit(), Inches);
+    EXPECT_EQ(number().marginUnit(), MarginUnit::Inches);
     EXPECT_EQ(number().marginTop(), 1.0);
     EXPECT_EQ(ui().marginTop->text(), QStringLiteral("1"));
     choose(*ui().unitsPopup, 1);
@@ -119,7 +119,7 @@ TEST_F(Configuration, ChoicesAndResets)
     EXPECT_NEAR(number().marginTop(), 72, 1e-9);
 
     choose(*ui().pageRange, 2);
-    EXPECT_EQ(number().pageRange(), EvenPages);
+    EXPECT_EQ(number().pageRange(), PageRange::EvenPages);
     press(window(), "isContinuousNumbering");
     EXPECT_TRUE(number().isContinuousNumbering());
     type(*ui().endPage, "9");
@@ -129,7 +129,7 @@ TEST_F(Configuration, ChoicesAndResets)
     press(window(), "resetNumberCountersButton");
     EXPECT_EQ(number().endPage(), 0);
     EXPECT_EQ(ui().endPage->text(), QStringLiteral("0"));
-    EXPECT_EQ(number().pageRange(), EvenPages);
+    EXPECT_EQ(number().pageRange(), PageRange::EvenPages);
 }
 
 TEST_F(Configuration, ThePreviewFollowsWhatShows)
@@ -324,7 +324,7 @@ TEST_F(Configuration, WhatAProfileHoldsBeyondTheFieldsStaysUntilEdited)
         QTest::keyClick(field, Qt::Key_Return);
     }
     EXPECT_EQ(number().startNumber(), -5);
-    EXPECT_EQ(number().pageRange(), 9);
+    EXPECT_EQ(number().pageRange(), PageRange{9});
     EXPECT_EQ(number().marginTop(), 28.34645669291339) << "showing it rounded does not round it";
 }
 

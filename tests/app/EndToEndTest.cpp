@@ -161,7 +161,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     EXPECT_TRUE(ui().inculdeSubfoldersBtn->isChecked());
     ASSERT_EQ(number().stamps.size(), 2U);
     EXPECT_EQ(number().stamps[0]->description(), QStringLiteral("Numbers [Sheet {0} of {1}]"));
-    EXPECT_EQ(number().stamps[1]->marginAnchor(), TopLeft);
+    EXPECT_EQ(number().stamps[1]->marginAnchor(), MarginAnchor::TopLeft);
     fill({scratch.path(QStringLiteral("case/c.png"))});
     ASSERT_TRUE(QFile::remove(out("c.png")));
     convert();

@@ -44,7 +44,7 @@ class JobInWindow : public AppTest
     {
         auto stamp = std::make_shared<TextStamp>();
         stamp->number.numberFormat = QString::fromUtf8(format);
-        stamp->setMarginAnchor(BottomMiddle);
+        stamp->setMarginAnchor(MarginAnchor::BottomMiddle);
         number().stamps.push_back(stamp);
         number().endUpdate(true);
     }

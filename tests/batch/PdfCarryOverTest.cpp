@@ -53,7 +53,7 @@ class CarryOver : public PdfProcessing
     QString stampSample(const QString& name)
     {
         number.stamps.clear();
-        addStamp(QStringLiteral("Stamp {0}"), BottomMiddle);
+        addStamp(QStringLiteral("Stamp {0}"), MarginAnchor::BottomMiddle);
         return process(readFile(sample(name)));
     }
 };
@@ -125,7 +125,7 @@ TEST_F(CarryOver, AnArchivalClaimIsKeptUntilAStampNeedsTransparency)
     pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
     pdf.add("<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 300]>>");
     pdf.addStream(xmp, "/Type/Metadata/Subtype/XML");
-    addStamp(QStringLiteral("Archive"), TopLeft);
+    addStamp(QStringLiteral("Archive"), MarginAnchor::TopLeft);
     auto& stamp = static_cast<TextStamp&>(*number.stamps[0]);
     stamp.font.fontColor = QColor(200, 10, 10);
     const auto meta = [](const QString& path) {
@@ -155,7 +155,7 @@ TEST_F(CarryOver, TheMarksAreArtifactsAndTheTagsStay)
     pdf.add("<</Type/StructTreeRoot/K 6 0 R/ParentTree<</Nums[0[6 0 R]]>>>>");
     pdf.add("<</Type/StructElem/S/P/P 5 0 R/Pg 3 0 R/K 0>>");
     pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
-    addStamp(QStringLiteral("Stamp"), TopLeft);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     const QString output = process(pdf.build());
     const QByteArray structure =
         toolOutput(QStringLiteral("pdfinfo"), {QStringLiteral("-struct-text"), output});
@@ -169,7 +169,7 @@ TEST_F(CarryOver, TheMarksAreArtifactsAndTheTagsStay)
 
 TEST_F(CarryOver, BlankedPagesKeepTheirBoxAndLoseTheirFieldsAndLinks)
 {
-    number.setPageRange(EvenPages);
+    number.setPageRange(PageRange::EvenPages);
     const QString output = stampSample(QStringLiteral("form.pdf"));
     EXPECT_TRUE(qpdfAccepts(output));
     const auto pages = pdfWords(output);
@@ -210,7 +210,7 @@ TEST_F(CarryOver, RestrictionsStayAndPasswordsAreNotPassed)
 {
     const QString source = scratch.write(QStringLiteral("plain.pdf"), numberedPdf(2));
     const QString locked = scratch.path(QStringLiteral("locked.pdf"));
-    addStamp(QStringLiteral("Stamp"), TopLeft);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     for (const char* bits : {"128", "256"}) {
         runTool(QStringLiteral("qpdf"),
                 {QStringLiteral("--allow-weak-crypto"), QStringLiteral("--encrypt"), QString(),
@@ -236,7 +236,7 @@ TEST_F(CarryOver, RestrictionsStayAndPasswordsAreNotPassed)
 
 TEST_F(CarryOver, DamagedFilesAreRepairedOrLeftAlone)
 {
-    addStamp(QStringLiteral("Stamp"), TopLeft);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     const QByteArray sound = numberedPdf(3);
     QByteArray badXref = sound;
     badXref.replace("0000000015 00000 n", "0000000999 00000 n");
@@ -291,7 +291,7 @@ TEST_F(CarryOver, InPlaceIsToldByTheFileAndNotByItsPath)
                                             {"without a backup", false, "in"},
                                             {"a linked folder", true, "linked"},
                                             {"a way round", true, "in/../linked/."}};
-    addStamp(QStringLiteral("Stamp"), TopLeft);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     const QByteArray pdf = numberedPdf(2);
     for (const InPlaceCase& c : cases) {
         const QString source = scratch.write(QStringLiteral("in/doc.pdf"), pdf);
@@ -309,7 +309,7 @@ TEST_F(CarryOver, InPlaceIsToldByTheFileAndNotByItsPath)
 
 TEST_F(CarryOver, AFailureLeavesTheSourceAndNoHalfFile)
 {
-    addStamp(QStringLiteral("Stamp"), TopLeft);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     number.setIsBackupFile(true);
     const QByteArray pdf = numberedPdf(2);
     const QString source = scratch.write(QStringLiteral("in/doc.pdf"), pdf);
@@ -327,7 +327,7 @@ TEST_F(CarryOver, AFailureLeavesTheSourceAndNoHalfFile)
 
 TEST_F(CarryOver, APageWhoseParentIsMissingKeepsWhatItInherits)
 {
-    addStamp(QStringLiteral("Stamp"), TopLeft);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     for (const bool deep : {false, true}) {
         PdfBuilder pdf;
         pdf.add("<</Type/Catalog/Pages 2 0 R>>");
@@ -367,7 +367,7 @@ TEST_F(CarryOver, DataThatClaimToBeEndlessAreRefused)
     pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
     pdf.add("<</Type/Page/Parent 2 0 R/MediaBox[0 0 9 9]/Contents 4 0 R>>");
     pdf.addStream(twice, "/Filter[/FlateDecode/FlateDecode]");
-    addStamp(QStringLiteral("Stamp"), TopLeft);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     const QString output = process(pdf.build(), false);
     EXPECT_FALSE(QFileInfo::exists(output));
 }
@@ -376,7 +376,7 @@ TEST_F(CarryOver, AFullDiskFailsCleanly)
 {
     // A tiny file system of its own would need rights; the limit of the file size is the same error one door
     // later.
-    addStamp(QStringLiteral("Stamp"), TopLeft);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     const QString source = scratch.write(QStringLiteral("in/doc.pdf"), numberedPdf(400));
     const QString runner = qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run");
     QDir().mkpath(scratch.path(QStringLiteral("out")));

@@ -12,7 +12,7 @@
 
 namespace quillfern {
 
-inline std::shared_ptr<TextStamp> textStamp(const QString& text, std::int32_t anchor)
+inline std::shared_ptr<TextStamp> textStamp(const QString& text, MarginAnchor anchor)
 {
     auto stamp = std::make_shared<TextStamp>();
     stamp->number.numberFormat = text;
@@ -40,7 +40,7 @@ class PdfProcessing : public testing::Test
         return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(target), {}, run);
     }
 
-    void addStamp(const QString& text, std::int32_t anchor = TopLeft)
+    void addStamp(const QString& text, MarginAnchor anchor = MarginAnchor::TopLeft)
     {
         number.stamps.push_back(textStamp(text, anchor));
     }

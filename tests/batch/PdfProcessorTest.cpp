@@ -38,7 +38,8 @@ int differingPixels(const QImage& a, const QImage& b, const QRectF& except = {})
 struct Selection
 {
     const char* what;
-    int startPage, endPage, pageRange;
+    int startPage, endPage;
+    PageRange pageRange;
     std::vector<const char*> expected; // per page: what it says, in reading order
 };
 
@@ -71,14 +72,15 @@ INSTANTIATE_TEST_SUITE_P(
         Selection{"from the third page",
                   3,
                   0,
-                  AllPages,
+                  PageRange::AllPages,
                   {"Body1", "Body2", "N7/5 Body3", "N9/5 Body4", "N11/5 Body5"}},
-        Selection{"a middle part", 2, 3, AllPages, {"Body1", "N7/4 Body2", "N9/4 Body3", "Body4"}},
-        Selection{"even pages, the others blank", 1, 0, EvenPages, {"", "N7/4 Body2", "", "N9/4 Body4"}},
-        Selection{"odd pages of a part", 2, 3, OddPages, {"Body1", "", "N7/4 Body3", "Body4"}},
-        Selection{"a parity that is none", 1, 0, 5, {"", ""}},
-        Selection{"an end before the start", 3, 2, AllPages, {"Body1", "Body2", "Body3"}},
-        Selection{"a start beyond the end", 9, 0, AllPages, {"Body1"}}));
+        Selection{"a middle part", 2, 3, PageRange::AllPages, {"Body1", "N7/4 Body2", "N9/4 Body3", "Body4"}},
+        Selection{
+            "even pages, the others blank", 1, 0, PageRange::EvenPages, {"", "N7/4 Body2", "", "N9/4 Body4"}},
+        Selection{"odd pages of a part", 2, 3, PageRange::OddPages, {"Body1", "", "N7/4 Body3", "Body4"}},
+        Selection{"a parity that is none", 1, 0, PageRange{5}, {"", ""}},
+        Selection{"an end before the start", 3, 2, PageRange::AllPages, {"Body1", "Body2", "Body3"}},
+        Selection{"a start beyond the end", 9, 0, PageRange::AllPages, {"Body1"}}));
 
 /// A page shown in some odd way; wherever it is stamped, the reader finds the stamp upright at the same
 /// place.
@@ -116,8 +118,8 @@ TEST_F(PdfProcessing, StampsAPageAsItsReaderSeesIt)
     number.setMarginTop(20);
     number.setMarginRight(10);
     number.setMarginBottom(40);
-    addStamp(QStringLiteral("Left"), TopLeft);
-    addStamp(QStringLiteral("Right"), BottomRight);
+    addStamp(QStringLiteral("Left"), MarginAnchor::TopLeft);
+    addStamp(QStringLiteral("Right"), MarginAnchor::BottomRight);
     const QString output = process(simplePdf(pages));
     const auto words = pdfWords(output);
     ASSERT_EQ(words.size(), cases.size());
@@ -145,7 +147,7 @@ TEST_F(PdfProcessing, AUserUnitScalesThePageAndNotTheStamp)
 {
     number.setMarginLeft(36);
     number.setMarginTop(36);
-    addStamp(QStringLiteral("Stamp"), TopLeft);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     const QString output = process(simplePdf({{"", "/MediaBox[0 0 300 400]/UserUnit 2"}}));
     // pdftotext counts in the page's own units: half the distance, half the size.
     const auto page = pdfWords(output).at(0);
@@ -157,7 +159,7 @@ TEST_F(PdfProcessing, AUserUnitScalesThePageAndNotTheStamp)
 
 TEST_F(PdfProcessing, RotatedStampsStandAtTheirAnchors)
 {
-    addStamp(QStringLiteral("Slanted"), MiddleMiddle);
+    addStamp(QStringLiteral("Slanted"), MarginAnchor::MiddleMiddle);
     static_cast<TextStamp&>(*number.stamps[0]).textRotation = 90;
     const QString output = process(simplePdf({{"", "/MediaBox[0 0 500 400]"}}));
     const QRectF box = pdfWords(output).at(0).boxOf(QStringLiteral("Slanted"));
@@ -212,7 +214,7 @@ TEST_F(PdfProcessing, BrokenContentNeitherMovesNorHidesTheStamp)
         pages.append({c.content, "/MediaBox[0 0 500 400]"});
         asShown.append({c.sameAs.isEmpty() ? c.content : c.sameAs, "/MediaBox[0 0 500 400]"});
     }
-    addStamp(QStringLiteral("Stamp"), BottomRight);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::BottomRight);
     const QString before = scratch.write(QStringLiteral("before.pdf"), simplePdf(asShown));
     const QString output = process(simplePdf(pages));
     const auto words = pdfWords(output);
@@ -234,7 +236,7 @@ TEST_F(PdfProcessing, BrokenContentNeitherMovesNorHidesTheStamp)
 
 TEST_F(PdfProcessing, UnderStampsLieBeneathAndOverStampsAboveTheContent)
 {
-    addStamp(QStringLiteral("MMMM"), MiddleMiddle);
+    addStamp(QStringLiteral("MMMM"), MarginAnchor::MiddleMiddle);
     number.stamps[0]->setIsDrawUnderPDFContent(true);
     auto& under = static_cast<TextStamp&>(*number.stamps[0]);
     under.font.fontSize = 60;
@@ -285,7 +287,7 @@ TEST_F(PdfProcessing, PagesThatShareTheirPartsAreStampedEachForItself)
     pdf.set(catalogue, "<</Type/Catalog/Pages " + PdfBuilder::ref(tree) + ">>");
 
     number.setStartPage(2);
-    addStamp(QStringLiteral("N{0}"), TopLeft);
+    addStamp(QStringLiteral("N{0}"), MarginAnchor::TopLeft);
     const QString output = process(pdf.build());
     EXPECT_TRUE(qpdfAccepts(output));
     const auto words = pdfWords(output);
@@ -304,11 +306,11 @@ TEST_F(PdfProcessing, PagesThatShareTheirPartsAreStampedEachForItself)
 
 TEST_F(PdfProcessing, StampingTwiceKeepsBothStamps)
 {
-    addStamp(QStringLiteral("First"), TopLeft);
+    addStamp(QStringLiteral("First"), MarginAnchor::TopLeft);
     const QString once = process(numberedPdf(2));
     const QByteArray bytes = readFile(once);
     number.stamps.clear();
-    addStamp(QStringLiteral("Second\u00e9"), TopRight);
+    addStamp(QStringLiteral("Second\u00e9"), MarginAnchor::TopRight);
     const QString twice = process(bytes);
     EXPECT_TRUE(qpdfAccepts(twice));
     for (int page = 1; page <= 2; ++page) {
@@ -343,7 +345,7 @@ TEST_F(PdfProcessing, StampedTextInEveryScriptCanBeFound)
             ADD_FAILURE() << "no font for " << script.what << "; test.sh installs one";
             continue;
         }
-        number.stamps = {textStamp(script.text, TopLeft)};
+        number.stamps = {textStamp(script.text, MarginAnchor::TopLeft)};
         const QString output = process(simplePdf({{"", "/MediaBox[0 0 500 200]"}}));
         QString expected = script.text;
         expected.replace(QStringLiteral("{0}"), QStringLiteral("1"));
@@ -369,7 +371,7 @@ TEST_F(PdfProcessing, StampedTextInEveryScriptCanBeFound)
 TEST_F(PdfProcessing, APageNumberCostsFewBytesAndOneFont)
 {
     constexpr int pages = 200;
-    addStamp(QStringLiteral("{0} of {1}"), BottomMiddle);
+    addStamp(QStringLiteral("{0} of {1}"), MarginAnchor::BottomMiddle);
     const QByteArray pdf = numberedPdf(pages);
     const qint64 one = QFile(process(numberedPdf(1))).size();
     const qint64 fixed = one - numberedPdf(1).size();
@@ -380,7 +382,7 @@ TEST_F(PdfProcessing, APageNumberCostsFewBytesAndOneFont)
 
 TEST_F(PdfProcessing, InvisibleStampsLeaveThePageAlone)
 {
-    addStamp(QStringLiteral("Ghost"), TopLeft);
+    addStamp(QStringLiteral("Ghost"), MarginAnchor::TopLeft);
     auto& stamp = static_cast<TextStamp&>(*number.stamps[0]);
     stamp.textOpacity = 0;
     const QString output = process(numberedPdf(1));

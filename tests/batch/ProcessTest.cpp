@@ -287,7 +287,7 @@ QStringList stampedWords(const Scratch& scratch, const QString& name, std::int64
     for (const bool isFacing : {false, true}) {
         auto stamp = std::make_shared<TextStamp>();
         stamp->number.numberFormat = name + (isFacing ? QStringLiteral("-side") : QStringLiteral("-{0}/{1}"));
-        stamp->setMarginAnchor(isFacing ? BottomLeft : TopMiddle);
+        stamp->setMarginAnchor(isFacing ? MarginAnchor::BottomLeft : MarginAnchor::TopMiddle);
         stamp->setIsSymmetry(isFacing);
         number.stamps.push_back(stamp);
     }

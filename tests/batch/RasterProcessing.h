@@ -61,7 +61,7 @@ class RasterProcessing : public testing::Test
     {
         auto stamp = std::make_shared<TextStamp>();
         stamp->number.numberFormat = QStringLiteral("{0}");
-        stamp->setMarginAnchor(BottomMiddle);
+        stamp->setMarginAnchor(MarginAnchor::BottomMiddle);
         stamp->font.fontSize = 20;
         stamp->font.fontColor = colour;
         stamp->isBold = true;

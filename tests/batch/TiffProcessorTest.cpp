@@ -44,24 +44,24 @@ TEST_F(TiffProcessing, RangeAndParity)
     {
         int start;
         int end;
-        int range;
+        PageRange range;
         std::vector<int> pages;
         std::vector<bool> stamped;
         int nextNumber;
     };
     const std::vector<Case> cases = {
-        {2, 4, AllPages, {2, 3, 4}, {true, true, true}, 10 + 3 * 5},
-        {1, 0, OddPages, {1, 2, 3, 4, 5, 6}, {true, false, true, false, true, false}, 10 + 3 * 5},
-        {2, 5, EvenPages, {2, 3, 4, 5}, {true, false, true, false}, 10 + 2 * 5},
-        {5, 99, AllPages, {5, 6}, {true, true}, 10 + 2 * 5},
-        {1, 0, 7, {1, 2, 3, 4, 5, 6}, std::vector<bool>(6, false), 10},
+        {2, 4, PageRange::AllPages, {2, 3, 4}, {true, true, true}, 10 + 3 * 5},
+        {1, 0, PageRange::OddPages, {1, 2, 3, 4, 5, 6}, {true, false, true, false, true, false}, 10 + 3 * 5},
+        {2, 5, PageRange::EvenPages, {2, 3, 4, 5}, {true, false, true, false}, 10 + 2 * 5},
+        {5, 99, PageRange::AllPages, {5, 6}, {true, true}, 10 + 2 * 5},
+        {1, 0, PageRange{7}, {1, 2, 3, 4, 5, 6}, std::vector<bool>(6, false), 10},
     };
     const QString source = shades(6);
     addStamp();
     number.setStartNumber(10);
     number.setNumberSteps(5);
     for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.start << " to " << c.end << ", " << c.range);
+        SCOPED_TRACE(testing::Message() << c.start << " to " << c.end << ", " << qToUnderlying(c.range));
         number.setStartPage(c.start);
         number.setEndPage(c.end);
         number.setPageRange(c.range);
@@ -226,7 +226,7 @@ TEST_F(TiffProcessing, FaxPagesStayFaxPagesWhereTheStampsAllow)
         if (kind == Picture) {
             auto picture = std::make_shared<ImageStamp>();
             picture->loadPicture(asPath(logo));
-            picture->setMarginAnchor(BottomRight);
+            picture->setMarginAnchor(MarginAnchor::BottomRight);
             number.stamps = {picture};
         }
         const auto pages = readTiff(process(source));
@@ -252,7 +252,7 @@ TEST_F(TiffProcessing, BilevelPagesAreStampedAsIfTheirPixelsWereBytes)
     const struct
     {
         const char* name;
-        int anchor;
+        MarginAnchor anchor;
         double angle;
         int fontSize;
         int margin;
@@ -260,14 +260,14 @@ TEST_F(TiffProcessing, BilevelPagesAreStampedAsIfTheirPixelsWereBytes)
         bool isSymmetric;
         bool isOutlined;
     } cases[] = {
-        {"at an edge", BottomMiddle, 0, 20, 0, false, false, false},
-        {"facing pages", BottomLeft, 0, 12, 5, false, true, false},
-        {"turned", BottomRight, 33, 20, 0, false, false, false},
-        {"with a rim and lines", MiddleLeft, -90, 24, 0, false, false, true},
-        {"white", TopLeft, 0, 30, 0, true, false, false},
-        {"across the edges", TopRight, 10, 40, -20, false, true, true},
-        {"larger than the page", BottomMiddle, 5, 300, 0, false, false, false},
-        {"beside the page", TopLeft, 0, 20, 500, false, false, false},
+        {"at an edge", MarginAnchor::BottomMiddle, 0, 20, 0, false, false, false},
+        {"facing pages", MarginAnchor::BottomLeft, 0, 12, 5, false, true, false},
+        {"turned", MarginAnchor::BottomRight, 33, 20, 0, false, false, false},
+        {"with a rim and lines", MarginAnchor::MiddleLeft, -90, 24, 0, false, false, true},
+        {"white", MarginAnchor::TopLeft, 0, 30, 0, true, false, false},
+        {"across the edges", MarginAnchor::TopRight, 10, 40, -20, false, true, true},
+        {"larger than the page", MarginAnchor::BottomMiddle, 5, 300, 0, false, false, false},
+        {"beside the page", MarginAnchor::TopLeft, 0, 20, 500, false, false, false},
     };
     for (const auto& c : cases) {
         number.stamps.clear();
@@ -278,7 +278,7 @@ TEST_F(TiffProcessing, BilevelPagesAreStampedAsIfTheirPixelsWereBytes)
         text()->font.fontSize = c.fontSize;
         text()->outlineWidth = c.isOutlined ? 20 : 0;
         text()->isUnderline = c.isOutlined;
-        text()->underlineStyle = Double;
+        text()->underlineStyle = UnderlineStyle::Double;
         number.setMarginLeft(c.margin);
         number.setMarginTop(c.margin);
         const auto expected = stamped({.photometric = 1, .orientation = mirrored});
@@ -368,9 +368,9 @@ TEST_F(TiffProcessing, StopsAfterThePageInWork)
 TEST_F(TiffProcessing, SymmetricStampsChangeSidesOnStampedPages)
 {
     addStamp();
-    text()->setMarginAnchor(BottomLeft);
+    text()->setMarginAnchor(MarginAnchor::BottomLeft);
     text()->setIsSymmetry(true);
-    number.setPageRange(OddPages);
+    number.setPageRange(PageRange::OddPages);
     const auto pages = readTiff(process(shades(5)));
     ASSERT_EQ(pages.size(), 5U);
     const auto isLeft = [](const TiffPage& page) {
@@ -387,7 +387,7 @@ TEST_F(TiffProcessing, SymmetricStampsChangeSidesOnStampedPages)
 TEST_F(TiffProcessing, MarginsMoveTheStampByPixels)
 {
     addStamp();
-    text()->setMarginAnchor(TopLeft);
+    text()->setMarginAnchor(MarginAnchor::TopLeft);
     number.setMarginLeft(30);
     number.setMarginTop(40);
     const auto pages = readTiff(process(shades(1)));

@@ -27,26 +27,27 @@ TEST(Margins, AreConvertedBetweenUnits)
 {
     struct Case
     {
-        std::int32_t from, to;
+        MarginUnit from, to;
         double value, expected;
     };
     const std::vector<Case> cases = {
-        {Millimetres, Points, 10, 28.34645669291339},
-        {Millimetres, Inches, 25.4, 1},
-        {Inches, Points, 0.5, 36},
-        {Inches, Millimetres, 1, 25.4},
-        {Points, Inches, 36, 0.5},
-        {Points, Millimetres, 72, 25.4},
-        {Points, Points, 7, 7},
-        {Inches, 9, 3, 3},
-        {-1, Points, 3, 3},
+        {MarginUnit::Millimetres, MarginUnit::Points, 10, 28.34645669291339},
+        {MarginUnit::Millimetres, MarginUnit::Inches, 25.4, 1},
+        {MarginUnit::Inches, MarginUnit::Points, 0.5, 36},
+        {MarginUnit::Inches, MarginUnit::Millimetres, 1, 25.4},
+        {MarginUnit::Points, MarginUnit::Inches, 36, 0.5},
+        {MarginUnit::Points, MarginUnit::Millimetres, 72, 25.4},
+        {MarginUnit::Points, MarginUnit::Points, 7, 7},
+        {MarginUnit::Inches, MarginUnit{9}, 3, 3},
+        {MarginUnit{-1}, MarginUnit::Points, 3, 3},
     };
     for (const Case& c : cases) {
         Numbering number;
         number.setMarginUnit(c.from);
         setMargins(number, c.value, c.value, c.value, c.value);
         Margins(number).unitChanged(c.to);
-        EXPECT_DOUBLE_EQ(number.marginTop(), c.expected) << c.from << " to " << c.to;
+        EXPECT_DOUBLE_EQ(number.marginTop(), c.expected)
+            << qToUnderlying(c.from) << " to " << qToUnderlying(c.to);
         EXPECT_EQ(number.marginTop(), number.marginLeft());
         EXPECT_EQ(number.marginTop(), number.marginRight());
         EXPECT_EQ(number.marginTop(), number.marginBottom());
@@ -57,10 +58,10 @@ TEST(Margins, AreConvertedBetweenUnits)
 TEST(Margins, OfZeroOrLessAreNeverConvertedAndCountAsNone)
 {
     Numbering number;
-    number.setMarginUnit(Millimetres);
+    number.setMarginUnit(MarginUnit::Millimetres);
     setMargins(number, -5, 0, 10, -1);
     Margins margins(number);
-    margins.unitChanged(Points);
+    margins.unitChanged(MarginUnit::Points);
     EXPECT_EQ(number.marginLeft(), -5);
     EXPECT_EQ(number.marginBottom(), -1);
     EXPECT_EQ(marginRect(number.fields(), {200, 100}), QRectF(0, 0, 200 - number.marginRight(), 100));
@@ -70,10 +71,10 @@ TEST(Margins, RectangleInUnitsAndPercent)
 {
     Numbering number;
     Margins margins(number);
-    number.setMarginUnit(Inches);
+    number.setMarginUnit(MarginUnit::Inches);
     setMargins(number, 1, 0.5, 2, 0.25);
     EXPECT_EQ(marginRect(number.fields(), {600, 800}), QRectF(72, 36, 600 - 72 - 144, 800 - 36 - 18));
-    number.setMarginUnit(Points);
+    number.setMarginUnit(MarginUnit::Points);
     number.setIsMarginInPercentage(true);
     setMargins(number, 0, 25, 10, 0);
     EXPECT_EQ(marginRect(number.fields(), {600, 800}), QRectF(0, 200, 540, 600));
@@ -87,14 +88,14 @@ TEST(Margins, RectangleInUnitsAndPercent)
 TEST(Margins, PercentagesGoThereAndBack)
 {
     Numbering number;
-    number.setMarginUnit(Millimetres);
+    number.setMarginUnit(MarginUnit::Millimetres);
     setMargins(number, 10, 20, 0, 5);
     Margins margins(number);
     number.setIsMarginInPercentage(true);
     margins.isMarginPercentageChanged({300, 400});
     EXPECT_NEAR(number.marginLeft(), 10 * 72 / 25.4 / 300 * 100, 1e-12);
     EXPECT_NEAR(number.marginTop(), 20 * 72 / 25.4 / 400 * 100, 1e-12);
-    margins.unitChanged(Inches);
+    margins.unitChanged(MarginUnit::Inches);
     EXPECT_NEAR(number.marginLeft(), 10 * 72 / 25.4 / 300 * 100, 1e-12) << "percentages know no unit";
     number.setIsMarginInPercentage(false);
     margins.isMarginPercentageChanged({300, 400});
@@ -113,14 +114,14 @@ TEST(Margins, OnlyTheResetTellsTheDelegateAndOnlyOnce)
     setMargins(number, 1, 2, 3, 4);
     number.setDelegate(&counter);
     Margins margins(number);
-    margins.unitChanged(Millimetres);
+    margins.unitChanged(MarginUnit::Millimetres);
     number.setIsMarginInPercentage(true);
     margins.isMarginPercentageChanged({100, 100});
     EXPECT_EQ(counter.count, 0);
     margins.resetMargins();
     EXPECT_EQ(counter.count, 1);
     EXPECT_EQ(marginRect(number.fields(), {10, 10}), QRectF(0, 0, 10, 10));
-    EXPECT_EQ(number.marginUnit(), Millimetres);
+    EXPECT_EQ(number.marginUnit(), MarginUnit::Millimetres);
     EXPECT_TRUE(number.isMarginInPercentage());
     margins.resetMargins();
     EXPECT_EQ(counter.count, 1);

@@ -26,7 +26,7 @@ TEST(NumberingTest, WatchedFieldsTellTheDelegateOnceAndOthersNever)
         {"endPage", [&] { number.setEndPage(9); }},
         {"startNumber", [&] { number.setStartNumber(5); }},
         {"numberSteps", [&] { number.setNumberSteps(2); }},
-        {"pageRange", [&] { number.setPageRange(OddPages); }},
+        {"pageRange", [&] { number.setPageRange(PageRange::OddPages); }},
         {"marginLeft", [&] { number.setMarginLeft(1); }},
         {"marginTop", [&] { number.setMarginTop(1); }},
         {"marginRight", [&] { number.setMarginRight(1); }},
@@ -48,7 +48,7 @@ TEST(NumberingTest, WatchedFieldsTellTheDelegateOnceAndOthersNever)
     }
     EXPECT_EQ(Numbering::keyPathsForValuesAffectingIsSettingsChanged(), names);
     counter.count = 0;
-    number.setMarginUnit(Inches);
+    number.setMarginUnit(MarginUnit::Inches);
     number.setIsMarginInPercentage(true);
     number.setIsBackupFile(true);
     number.stamps.push_back(std::make_shared<TextStamp>());
@@ -102,7 +102,7 @@ TEST(NumberingTest, TheRecordGoesRoundInItsOrder)
     number.setStartPage(2);
     number.setEndPage((std::int64_t{1} << 32) + 7); // cut to 32 bits
     number.setMarginTop(1.5);
-    number.setMarginUnit(Millimetres);
+    number.setMarginUnit(MarginUnit::Millimetres);
     number.setIsLivePreview(true);
     auto stamp = std::make_shared<TextStamp>();
     stamp->number.numberFormat = QStringLiteral("Seite {0} 🌿");

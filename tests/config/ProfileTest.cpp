@@ -21,7 +21,7 @@ std::shared_ptr<TextStamp> oddStamp()
     auto stamp = std::make_shared<TextStamp>();
     stamp->setIsSelected(false);
     stamp->setLabel(QStringLiteral("Fu\u00dfnote \U0001F4C4"));
-    stamp->setMarginAnchor(BottomRight);
+    stamp->setMarginAnchor(MarginAnchor::BottomRight);
     stamp->setIsDrawUnderPDFContent(true);
     stamp->setIsSymmetry(true);
     stamp->font.fontName = QStringLiteral("DejaVu Sans");
@@ -30,8 +30,9 @@ std::shared_ptr<TextStamp> oddStamp()
     stamp->font.isStandard = true;
     stamp->font.fontColor = QColor(1, 2, 3, 4);
     stamp->isBold = stamp->isItalic = stamp->isUnderline = stamp->isEmbedFont = true;
-    stamp->underlineStyle = Strikethrough;
-    stamp->number = {QStringLiteral("<{0}> & \"{1}\""), RomanNumbersSmall, 6, QStringLiteral(" ")};
+    stamp->underlineStyle = UnderlineStyle::Strikethrough;
+    stamp->number = {QStringLiteral("<{0}> & \"{1}\""), NumberType::RomanNumbersSmall, 6,
+                     QStringLiteral(" ")};
     stamp->textOpacity = 40;
     stamp->outlineOpacity = 60;
     stamp->outlineWidth = 3;
@@ -46,7 +47,7 @@ void fill(Numbering& number)
     number.setEndPage(99);
     number.setStartNumber(-3);
     number.setNumberSteps(5);
-    number.setPageRange(EvenPages);
+    number.setPageRange(PageRange::EvenPages);
     number.setMarginLeft(28.34645669291339);
     number.setMarginTop(0.1);
     number.setMarginRight(1e-7);
@@ -56,7 +57,7 @@ void fill(Numbering& number)
     number.setIsHighlightStamp(false);
     number.setIsLivePreview(true);
     number.setLabelPrefix(QStringLiteral("pre\tfix"));
-    number.setMarginUnit(Inches);
+    number.setMarginUnit(MarginUnit::Inches);
     number.setIsMarginInPercentage(true);
     number.setIsSymmetryPage(true);
     number.setIsBackupFile(true);
@@ -96,7 +97,7 @@ TEST(Profile, CarriesPicturesWithTheirBytes)
     seal->stampImageRotation = -30;
     seal->stampImageWidth = 44;
     seal->setLabel(QStringLiteral("Seal"));
-    seal->setMarginAnchor(MiddleRight);
+    seal->setMarginAnchor(MarginAnchor::MiddleRight);
     Numbering saved;
     saved.stamps = {oddStamp(), seal, oddStamp()};
     ASSERT_TRUE(saved.save(asPath(scratch.path(name))));

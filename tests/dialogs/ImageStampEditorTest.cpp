@@ -194,7 +194,7 @@ TEST_F(ImageStampEditorTest, TheOtherControlsWriteTheirFields)
     type(control<QWidget>(editor, "rotationSpinBox"), "45.7"); // whole degrees: the point is refused
     EXPECT_EQ(stamp.stampImageRotation, 45);
     click(control<QWidget>(editor, "marginTopRightButton"));
-    EXPECT_EQ(stamp.marginAnchor(), TopRight);
+    EXPECT_EQ(stamp.marginAnchor(), MarginAnchor::TopRight);
     EXPECT_GE(told, 3);
 }
 
@@ -206,7 +206,7 @@ TEST_F(ImageStampEditorTest, StrangeValuesSurviveUntilTheyAreEdited)
     stamp.stampImageHeight = -7;
     stamp.stampImageOpacity = 250;
     stamp.stampImageRotation = -1'000'000;
-    stamp.setMarginAnchor(-1);
+    stamp.setMarginAnchor(MarginAnchor{-1});
     stamp.setLabel(std::nullopt);
     stamp.stampImagePath = std::nullopt;
     const auto before = stamp.getData();

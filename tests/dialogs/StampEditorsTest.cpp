@@ -61,12 +61,12 @@ TEST_F(StampEditorsTest, AJobLocksEveryEditor)
         for (const char* locked : {"editorPane", "addButton", "deleteButton"})
             EXPECT_FALSE(control<QWidget>(*window, locked).isEnabled()) << locked;
     }
-    editor.marginAnchorChanged(BottomLeft);
+    editor.marginAnchorChanged(MarginAnchor::BottomLeft);
     editor.textColorChanged(Qt::red);
     editor.fontChanged(0);
     editor.deleteStampAction();
     late.addStampAction();
-    EXPECT_EQ(text.marginAnchor(), None);
+    EXPECT_EQ(text.marginAnchor(), MarginAnchor::None);
     EXPECT_EQ(text.font, PDFFont());
     EXPECT_EQ(told + added + removed, 0);
 
@@ -89,8 +89,8 @@ TEST_F(StampEditorsTest, EditorsGoWithTheirStamps)
     const PDFFont font = first.font;
     editors.removehandlers(first);
     EXPECT_FALSE(editor.isVisible());
-    editor.marginAnchorChanged(BottomLeft);
-    EXPECT_EQ(first.marginAnchor(), None);
+    editor.marginAnchorChanged(MarginAnchor::BottomLeft);
+    EXPECT_EQ(first.marginAnchor(), MarginAnchor::None);
     EXPECT_EQ(first.font, font);
     settle();
     EXPECT_FALSE(window);
@@ -104,7 +104,7 @@ TEST_F(StampEditorsTest, EditorsGoWithTheirStamps)
     number.setData(&empty);
     EXPECT_TRUE(number.stamps.empty());
     told = renamed = 0;
-    orphan.marginAnchorChanged(BottomLeft);
+    orphan.marginAnchorChanged(MarginAnchor::BottomLeft);
     type(control<QWidget>(orphan, "numberFormatTextField"), "lost");
     orphan.refresh();
     orphan.deleteStampAction();

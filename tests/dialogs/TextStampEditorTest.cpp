@@ -73,7 +73,7 @@ TEST_F(TextStampEditorTest, EveryControlWritesItsFieldAndTells)
         {"template", typing("numberFormatTextField", "p. {0}"),
          [](auto& s) { return s.number.numberFormat == QStringLiteral("p. {0}"); }, true, true},
         {"number style", choosing("numberTypePopup", 1),
-         [](auto& s) { return s.number.numberType == RomanNumbersCapital; }, true, true},
+         [](auto& s) { return s.number.numberType == NumberType::RomanNumbersCapital; }, true, true},
         {"padding length", typing("paddingLengthSpinBox", "4"),
          [](auto& s) { return s.number.paddingLength == 4; }, true, false},
         {"only one padding character", typing("paddingCharacterTextField", "*#"),
@@ -107,7 +107,7 @@ TEST_F(TextStampEditorTest, EveryControlWritesItsFieldAndTells)
          [](Editor& e) { QTest::keyClick(&control<QWidget>(e, "rotationDial"), Qt::Key_Down); },
          [](auto& s) { return s.textRotation == 359; }, true, false},
         {"anchor", clicking("marginBottomMiddleButton"),
-         [](auto& s) { return s.marginAnchor() == BottomMiddle; }, true, false},
+         [](auto& s) { return s.marginAnchor() == MarginAnchor::BottomMiddle; }, true, false},
         {"facing pages", clicking("symmetryCheckbox"), [](auto& s) { return s.isSymmetry(); }, false, true},
         {"under content", clicking("underContentCheckbox"), [](auto& s) { return s.isDrawUnderPDFContent(); },
          false, true},
@@ -133,15 +133,15 @@ TEST_F(TextStampEditorTest, StrangeValuesSurviveUntilTheyAreEdited)
     stamp.number.paddingLength = 70'000;
     stamp.number.paddingCharacter = QStringLiteral("ab");
     stamp.number.numberFormat = std::nullopt;
-    stamp.number.numberType = 9;
-    stamp.underlineStyle = 3;
+    stamp.number.numberType = NumberType{9};
+    stamp.underlineStyle = UnderlineStyle{3};
     stamp.isUnderline = true;
     stamp.textRotation = 1234.5678;
     stamp.font.fontSize = 0;
     stamp.font.fontName = QStringLiteral("No Such Family");
     stamp.font.fontColor = std::nullopt;
     stamp.outlineColor = QColor(1, 2, 3, 4);
-    stamp.setMarginAnchor(12);
+    stamp.setMarginAnchor(MarginAnchor{12});
     stamp.setLabel(std::nullopt);
 
     auto& editor = edit<Editor>(stamp);
@@ -154,14 +154,14 @@ TEST_F(TextStampEditorTest, StrangeValuesSurviveUntilTheyAreEdited)
     EXPECT_EQ(stamp.textOpacity, 250);
     EXPECT_EQ(stamp.outlineOpacity, -5);
     EXPECT_EQ(stamp.outlineWidth, 1'000'000'000);
-    EXPECT_EQ(stamp.number, (NumberFormat{std::nullopt, 9, 70'000, QStringLiteral("ab")}));
-    EXPECT_EQ(stamp.underlineStyle, 3);
+    EXPECT_EQ(stamp.number, (NumberFormat{std::nullopt, NumberType{9}, 70'000, QStringLiteral("ab")}));
+    EXPECT_EQ(stamp.underlineStyle, UnderlineStyle{3});
     EXPECT_EQ(stamp.textRotation, 1234.5678);
     EXPECT_EQ(stamp.font.fontSize, 0);
     EXPECT_EQ(stamp.font.fontName, QStringLiteral("No Such Family"));
     EXPECT_FALSE(stamp.font.fontColor);
     EXPECT_EQ(stamp.outlineColor, QColor(1, 2, 3, 4));
-    EXPECT_EQ(stamp.marginAnchor(), 12);
+    EXPECT_EQ(stamp.marginAnchor(), MarginAnchor{12});
     EXPECT_FALSE(stamp.label());
     EXPECT_EQ(control<QLabel>(editor, "textOpacityLabel").text(), QStringLiteral("250%"));
     EXPECT_EQ(control<FontMenu>(editor, "fontsPopup").currentText(), QStringLiteral("No Such Family"));
@@ -210,16 +210,16 @@ TEST_F(TextStampEditorTest, TheSampleShowsWhatIsPrinted)
         const char* sample;
         bool isAdvised;
     } rows[] = {
-        {{QStringLiteral("{0} of {1}"), Numbers, 3, QStringLiteral("0")},
+        {{QStringLiteral("{0} of {1}"), NumberType::Numbers, 3, QStringLiteral("0")},
          "001 of 120|009 of 120|010 of 120",
          false},
-        {{QStringLiteral("{1} of {0}"), Numbers, 1, QStringLiteral("0")},
+        {{QStringLiteral("{1} of {0}"), NumberType::Numbers, 1, QStringLiteral("0")},
          "1 of 120|9 of 120|10 of 120",
          true},
-        {{QStringLiteral("{0}"), RomanNumbersSmall, 1, QStringLiteral("0")}, "i|ix|x", false},
-        {{QStringLiteral("{1}"), Numbers, 1, QStringLiteral("0")}, "1|9|10", true},
-        {{QStringLiteral("{0}{1}{1}"), Numbers, 1, QStringLiteral("0")}, "1120|9120|10120", true},
-        {{QStringLiteral("{1} & {0}"), PlainText, 1, QStringLiteral("0")},
+        {{QStringLiteral("{0}"), NumberType::RomanNumbersSmall, 1, QStringLiteral("0")}, "i|ix|x", false},
+        {{QStringLiteral("{1}"), NumberType::Numbers, 1, QStringLiteral("0")}, "1|9|10", true},
+        {{QStringLiteral("{0}{1}{1}"), NumberType::Numbers, 1, QStringLiteral("0")}, "1120|9120|10120", true},
+        {{QStringLiteral("{1} & {0}"), NumberType::PlainText, 1, QStringLiteral("0")},
          "{1} & {0}|{1} & {0}|{1} & {0}",
          false},
     };
@@ -253,12 +253,12 @@ TEST_F(TextStampEditorTest, AnchorsAreChosenWithTheArrowKeysAndOneIsBordered)
     const struct
     {
         Qt::Key key;
-        std::int32_t anchor;
+        MarginAnchor anchor;
         const char* button;
-    } rows[] = {{Qt::Key_Right, MiddleRight, "marginMiddleRightButton"},
-                {Qt::Key_Down, BottomRight, "marginBottomRightButton"},
-                {Qt::Key_Left, BottomMiddle, "marginBottomMiddleButton"},
-                {Qt::Key_Up, MiddleMiddle, "marginMiddleMiddleButton"}};
+    } rows[] = {{Qt::Key_Right, MarginAnchor::MiddleRight, "marginMiddleRightButton"},
+                {Qt::Key_Down, MarginAnchor::BottomRight, "marginBottomRightButton"},
+                {Qt::Key_Left, MarginAnchor::BottomMiddle, "marginBottomMiddleButton"},
+                {Qt::Key_Up, MarginAnchor::MiddleMiddle, "marginMiddleMiddleButton"}};
     for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         editor.setLayoutDirection(direction);
         for (const auto& row : rows) {
@@ -267,7 +267,7 @@ TEST_F(TextStampEditorTest, AnchorsAreChosenWithTheArrowKeysAndOneIsBordered)
             EXPECT_EQ(bordered(), QString::fromLatin1(row.button));
         }
     }
-    stamp.setMarginAnchor(None);
+    stamp.setMarginAnchor(MarginAnchor::None);
     editor.setMarginAnchor();
     EXPECT_EQ(bordered(), QString());
 }

@@ -153,7 +153,7 @@ TEST_F(MixedJob, PictureOptions)
     EXPECT_EQ(stamp->stampImageRotation, -15);
     EXPECT_TRUE(stamp->isDrawUnderPDFContent());
     EXPECT_TRUE(stamp->isSymmetry());
-    EXPECT_EQ(stamp->marginAnchor(), TopLeft);
+    EXPECT_EQ(stamp->marginAnchor(), MarginAnchor::TopLeft);
     for (const QStringList& wrong :
          {QStringList{QStringLiteral("--bold")},
           {QStringLiteral("--width"), QStringLiteral("0")},

@@ -79,10 +79,10 @@ TEST_F(ProfileOptions, WhatIsSavedIsWhatIsRead)
     EXPECT_EQ(number.endPage(), 9);
     EXPECT_EQ(number.startNumber(), 5);
     EXPECT_EQ(number.numberSteps(), 3);
-    EXPECT_EQ(number.pageRange(), OddPages);
+    EXPECT_EQ(number.pageRange(), PageRange::OddPages);
     EXPECT_TRUE(number.isContinuousNumbering());
     EXPECT_TRUE(number.isBackupFile());
-    EXPECT_EQ(number.marginUnit(), Millimetres);
+    EXPECT_EQ(number.marginUnit(), MarginUnit::Millimetres);
     EXPECT_EQ(number.marginTop(), 10);
     ASSERT_EQ(number.stamps.size(), 1U);
     EXPECT_EQ(dynamic_cast<TextStamp&>(*number.stamps[0]).number.numberFormat, QStringLiteral("Saved{0}"));
@@ -96,10 +96,10 @@ TEST_F(ProfileOptions, OptionsAfterAProfileOverrideIt)
                      "--margins 1,2,3,4pt --text More --opacity 50"));
     const Numbering& number = *settings.number;
     EXPECT_EQ(number.startPage(), 1);
-    EXPECT_EQ(number.pageRange(), AllPages);
+    EXPECT_EQ(number.pageRange(), PageRange::AllPages);
     EXPECT_FALSE(number.isContinuousNumbering());
     EXPECT_FALSE(number.isBackupFile());
-    EXPECT_EQ(number.marginUnit(), Points);
+    EXPECT_EQ(number.marginUnit(), MarginUnit::Points);
     EXPECT_EQ(number.marginRight(), 3);
     EXPECT_EQ(number.startNumber(), 5) << "what was not overridden stays";
     ASSERT_EQ(number.stamps.size(), 2U);

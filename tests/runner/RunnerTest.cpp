@@ -196,13 +196,13 @@ TEST(RunnerOptionsTest, OptionsDescribeTheStampLastBegun)
     EXPECT_TRUE(first.isBold && !second.isBold && !first.isDrawUnderPDFContent() &&
                 second.isDrawUnderPDFContent());
     EXPECT_EQ(first.textRotation, -45);
-    EXPECT_EQ(first.marginAnchor(), BottomMiddle);
-    EXPECT_EQ(second.marginAnchor(), TopRight);
+    EXPECT_EQ(first.marginAnchor(), MarginAnchor::BottomMiddle);
+    EXPECT_EQ(second.marginAnchor(), MarginAnchor::TopRight);
     EXPECT_EQ(second.font.fontColor, QColor(10, 11, 12));
-    EXPECT_EQ(second.number.numberType, RomanNumbersSmall);
+    EXPECT_EQ(second.number.numberType, NumberType::RomanNumbersSmall);
     EXPECT_EQ(settings.number->numberSteps(), -2);
     // Units mixed: all in points then; those without one take the last one's.
-    EXPECT_EQ(settings.number->marginUnit(), Points);
+    EXPECT_EQ(settings.number->marginUnit(), MarginUnit::Points);
     EXPECT_DOUBLE_EQ(settings.number->marginTop(), 180);
     EXPECT_DOUBLE_EQ(settings.number->marginRight(), 3 * 72 / 25.4);
 }

@@ -28,7 +28,7 @@ class ImageStampTest : public testing::Test
         return path;
     }
 
-    QImage draw(ImageStamp& stamp, std::int32_t anchor, bool highlight = false)
+    QImage draw(ImageStamp& stamp, MarginAnchor anchor, bool highlight = false)
     {
         QImage page(200, 100, QImage::Format_RGB32);
         page.fill(Qt::white);
@@ -44,7 +44,7 @@ class ImageStampTest : public testing::Test
     {
         QImage blank(200, 100, QImage::Format_RGB32);
         blank.fill(Qt::white);
-        return draw(stamp, TopLeft, true) == blank;
+        return draw(stamp, MarginAnchor::TopLeft, true) == blank;
     }
 
     Scratch scratch;
@@ -74,7 +74,7 @@ TEST_F(ImageStampTest, StandsAtItsAnchorTurnedAndScaled)
     stamp.loadPicture(asPath(picture("a.png")));
     EXPECT_EQ(stamp.stampImageWidth, 40);
     EXPECT_EQ(stamp.stampImageHeight, 20);
-    QImage page = draw(stamp, BottomRight);
+    QImage page = draw(stamp, MarginAnchor::BottomRight);
     EXPECT_EQ(page.pixelColor(165, 85), QColor(Qt::red));
     EXPECT_EQ(page.pixelColor(195, 95), QColor(Qt::blue));
     EXPECT_EQ(page.pixelColor(155, 90), QColor(Qt::white));
@@ -82,14 +82,14 @@ TEST_F(ImageStampTest, StandsAtItsAnchorTurnedAndScaled)
 
     stamp.stampImageWidth = 100;
     stamp.stampImageHeight = 50;
-    page = draw(stamp, TopLeft);
+    page = draw(stamp, MarginAnchor::TopLeft);
     EXPECT_EQ(page.pixelColor(5, 45), QColor(Qt::red));
     EXPECT_EQ(page.pixelColor(95, 5), QColor(Qt::blue));
 
     stamp.stampImageWidth = 40;
     stamp.stampImageHeight = 20;
     stamp.stampImageRotation = 90; // counter-clockwise: the right half goes up
-    page = draw(stamp, MiddleMiddle);
+    page = draw(stamp, MarginAnchor::MiddleMiddle);
     EXPECT_EQ(page.pixelColor(100, 35), QColor(Qt::blue));
     EXPECT_EQ(page.pixelColor(100, 65), QColor(Qt::red));
     EXPECT_EQ(page.pixelColor(115, 50), QColor(Qt::white));
@@ -99,14 +99,14 @@ TEST_F(ImageStampTest, OpacityAlphaAndHighlightMix)
 {
     ImageStamp stamp;
     stamp.loadPicture(asPath(picture("a.png", true)));
-    QImage page = draw(stamp, TopLeft);
+    QImage page = draw(stamp, MarginAnchor::TopLeft);
     EXPECT_EQ(page.pixelColor(5, 5), QColor(Qt::red));
     EXPECT_EQ(page.pixelColor(5, 15), QColor(Qt::white));
     stamp.stampImageOpacity = 50;
-    page = draw(stamp, TopLeft);
+    page = draw(stamp, MarginAnchor::TopLeft);
     EXPECT_NEAR(page.pixelColor(30, 5).red(), 128, 2);
     EXPECT_NEAR(page.pixelColor(30, 5).blue(), 255, 2);
-    page = draw(stamp, TopLeft, true);
+    page = draw(stamp, MarginAnchor::TopLeft, true);
     EXPECT_NEAR(page.pixelColor(5, 15).green(), 128, 2); // over the clear half, too
     EXPECT_NEAR(page.pixelColor(5, 15).red(), 255, 2);
 }
@@ -122,7 +122,7 @@ TEST_F(ImageStampTest, SmallDrawingsOfLargePicturesAreAveraged)
     ImageStamp stamp;
     stamp.loadPicture(asPath(path));
     stamp.stampImageWidth = stamp.stampImageHeight = 50; // two stripes a pixel
-    const QImage page = draw(stamp, TopLeft);
+    const QImage page = draw(stamp, MarginAnchor::TopLeft);
     for (int x = 5; x < 45; ++x)
         EXPECT_NEAR(page.pixelColor(x, 25).red(), 128, 12);
 }
@@ -146,7 +146,7 @@ TEST_F(ImageStampTest, PicturesOfAllKindsComeBackFromTheirRecord)
         copy.setData(&*record);
         ASSERT_TRUE(copy.cacheImage());
         EXPECT_EQ(copy.cacheImage()->image(), stamp.cacheImage()->image());
-        EXPECT_EQ(draw(copy, TopLeft), draw(stamp, TopLeft));
+        EXPECT_EQ(draw(copy, MarginAnchor::TopLeft), draw(stamp, MarginAnchor::TopLeft));
         const QColor red = copy.cacheImage()->image().pixelColor(2, 2);
         EXPECT_GT(red.red(), 245);
         EXPECT_LT(red.green(), 12);

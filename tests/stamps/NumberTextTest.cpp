@@ -9,7 +9,7 @@ struct NumberCase
 {
     const char* what;
     const char* pattern; // null: absent
-    std::int32_t type;
+    NumberType type;
     std::int64_t padding;
     const char* paddingCharacter; // null: absent
     std::int64_t page;
@@ -36,34 +36,38 @@ TEST_P(NumberTextCases, GivesTheText)
 INSTANTIATE_TEST_SUITE_P(
     All, NumberTextCases,
     testing::Values(
-        NumberCase{"plain text keeps its tokens", "Page {0}", PlainText, 1, "0", 3, 9, "Page {0}"},
-        NumberCase{"defaults", "{0} of {1}", Numbers, 1, "0", 3, 10, "3 of 10"},
-        NumberCase{"no padding", "{0} of {1}", Numbers, 0, "0", 9, 12, "9 of 12"},
-        NumberCase{"padding never cuts", "{0} of {1}", Numbers, 2, "0", 123, 4567, "123 of 4567"},
-        NumberCase{"padding of both numbers", "{0} of {1}", Numbers, 4, "0", 12, 1500, "0012 of 1500"},
-        NumberCase{"padding with blanks", "{0}", Numbers, 3, " ", 7, 9, "  7"},
-        NumberCase{"only the first padding character", "{0}", Numbers, 3, "ab", 7, 9, "aa7"},
-        NumberCase{"an emoji is one padding character", "{0}", Numbers, 2, "🌿x", 7, 9, "🌿7"},
-        NumberCase{"empty padding text", "{0}", Numbers, 5, "", 7, 9, "7"},
-        NumberCase{"absent padding text", "{0}", Numbers, 5, nullptr, 7, 9, "7"},
-        NumberCase{"padding before the minus sign", "{0}", Numbers, 4, "0", -5, 9, "00-5"},
-        NumberCase{"roman capitals", "{0} of {1}", RomanNumbersCapital, 9, "0", 4, 9, "IV of IX"},
-        NumberCase{"roman small", "{0} of {1}", RomanNumbersSmall, 1, "0", 4, 9, "iv of ix"},
-        NumberCase{"page zero in roman", "{0} of {1}", RomanNumbersSmall, 1, "0", 0, 10, " of x"},
-        NumberCase{"slots go by their order", "{1} of {0}", Numbers, 1, "0", 2, 5, "2 of 5"},
-        NumberCase{"one slot", "Page {0}", Numbers, 1, "0", 3, 5, "Page 3"},
-        NumberCase{"the total's token alone gets the page", "of {1}", Numbers, 1, "0", 3, 5, "of 3"},
-        NumberCase{"further slots are empty", "{0}/{1}/{0}/{1}", Numbers, 1, "0", 3, 5, "3/5//"},
-        NumberCase{"percent signs stand for themselves", "100% {0} %d %@ %s", Numbers, 1, "0", 3, 5,
-                   "100% 3 %d %@ %s"},
-        NumberCase{"other braces stand for themselves", "{2} {0 {0} }{", Numbers, 1, "0", 3, 5,
+        NumberCase{"plain text keeps its tokens", "Page {0}", NumberType::PlainText, 1, "0", 3, 9,
+                   "Page {0}"},
+        NumberCase{"defaults", "{0} of {1}", NumberType::Numbers, 1, "0", 3, 10, "3 of 10"},
+        NumberCase{"no padding", "{0} of {1}", NumberType::Numbers, 0, "0", 9, 12, "9 of 12"},
+        NumberCase{"padding never cuts", "{0} of {1}", NumberType::Numbers, 2, "0", 123, 4567, "123 of 4567"},
+        NumberCase{"padding of both numbers", "{0} of {1}", NumberType::Numbers, 4, "0", 12, 1500,
+                   "0012 of 1500"},
+        NumberCase{"padding with blanks", "{0}", NumberType::Numbers, 3, " ", 7, 9, "  7"},
+        NumberCase{"only the first padding character", "{0}", NumberType::Numbers, 3, "ab", 7, 9, "aa7"},
+        NumberCase{"an emoji is one padding character", "{0}", NumberType::Numbers, 2, "🌿x", 7, 9, "🌿7"},
+        NumberCase{"empty padding text", "{0}", NumberType::Numbers, 5, "", 7, 9, "7"},
+        NumberCase{"absent padding text", "{0}", NumberType::Numbers, 5, nullptr, 7, 9, "7"},
+        NumberCase{"padding before the minus sign", "{0}", NumberType::Numbers, 4, "0", -5, 9, "00-5"},
+        NumberCase{"roman capitals", "{0} of {1}", NumberType::RomanNumbersCapital, 9, "0", 4, 9, "IV of IX"},
+        NumberCase{"roman small", "{0} of {1}", NumberType::RomanNumbersSmall, 1, "0", 4, 9, "iv of ix"},
+        NumberCase{"page zero in roman", "{0} of {1}", NumberType::RomanNumbersSmall, 1, "0", 0, 10, " of x"},
+        NumberCase{"slots go by their order", "{1} of {0}", NumberType::Numbers, 1, "0", 2, 5, "2 of 5"},
+        NumberCase{"one slot", "Page {0}", NumberType::Numbers, 1, "0", 3, 5, "Page 3"},
+        NumberCase{"the total's token alone gets the page", "of {1}", NumberType::Numbers, 1, "0", 3, 5,
+                   "of 3"},
+        NumberCase{"further slots are empty", "{0}/{1}/{0}/{1}", NumberType::Numbers, 1, "0", 3, 5, "3/5//"},
+        NumberCase{"percent signs stand for themselves", "100% {0} %d %@ %s", NumberType::Numbers, 1, "0", 3,
+                   5, "100% 3 %d %@ %s"},
+        NumberCase{"other braces stand for themselves", "{2} {0 {0} }{", NumberType::Numbers, 1, "0", 3, 5,
                    "{2} {0 3 }{"},
-        NumberCase{"an unknown style fills nothing", "a {0} b {1}", 7, 1, "0", 3, 5, "a  b "},
-        NumberCase{"empty template", "", Numbers, 1, "0", 3, 5, ""},
-        NumberCase{"absent template", nullptr, Numbers, 1, "0", 3, 5, ""},
-        NumberCase{"numbers are cut to 32 bits", "{0}", Numbers, 1, "0", (std::int64_t{1} << 32) + 6, 5, "6"},
-        NumberCase{"the highest bit is the sign", "{0}", Numbers, 1, "0", std::int64_t{1} << 31, 5,
-                   "-2147483648"}));
+        NumberCase{"an unknown style fills nothing", "a {0} b {1}", NumberType{7}, 1, "0", 3, 5, "a  b "},
+        NumberCase{"empty template", "", NumberType::Numbers, 1, "0", 3, 5, ""},
+        NumberCase{"absent template", nullptr, NumberType::Numbers, 1, "0", 3, 5, ""},
+        NumberCase{"numbers are cut to 32 bits", "{0}", NumberType::Numbers, 1, "0",
+                   (std::int64_t{1} << 32) + 6, 5, "6"},
+        NumberCase{"the highest bit is the sign", "{0}", NumberType::Numbers, 1, "0", std::int64_t{1} << 31,
+                   5, "-2147483648"}));
 
 TEST(RomanNumerals, AgreeWithTheirRules)
 {

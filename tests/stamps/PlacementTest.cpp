@@ -14,7 +14,7 @@ struct PlaceCase
     QSizeF size;
     int angle;
     QRectF area;
-    std::int32_t anchor;
+    MarginAnchor anchor;
     QPointF expected; // corner 0, relative to the area
 };
 
@@ -24,23 +24,33 @@ TEST(Placement, PutsCornerZero)
     const QRectF inset(36, 36, 540, 720);
     const QSizeF text(100, 20);
     const std::vector<PlaceCase> cases = {
-        {"top left", text, 0, page, TopLeft, {0, 0}},
-        {"top middle", text, 0, page, TopMiddle, {250, 0}},
-        {"top right", text, 0, page, TopRight, {500, 0}},
-        {"middle left", text, 0, page, MiddleLeft, {0, 390}},
-        {"centre", text, 0, page, MiddleMiddle, {250, 390}},
-        {"middle right", text, 0, page, MiddleRight, {500, 390}},
-        {"bottom left", text, 0, page, BottomLeft, {0, 780}},
-        {"bottom middle", text, 0, page, BottomMiddle, {250, 780}},
-        {"bottom right", text, 0, page, BottomRight, {500, 780}},
-        {"the margin is taken out of the far edge", text, 0, inset, TopRight, {440, 0}},
-        {"and of the lower one", text, 0, inset, BottomRight, {440, 700}},
-        {"a stamp narrower than the near margin, too", {10, 8}, 0, {100, 36, 440, 720}, TopRight, {430, 0}},
-        {"middles are relative to the area", text, 0, inset, MiddleMiddle, {220, 350}},
-        {"no anchor ends up at the top left", text, 0, page, None, {0, 0}},
-        {"an unknown anchor counts as none", text, 0, page, 12, {0, 0}},
-        {"fractions of a point are not taken out", {100, 20}, 0, {0.75, 0, 600, 800}, TopRight, {500.75, 0}},
-        {"an empty area gives the origin", text, 45, {0, 0, 0, 0}, BottomRight, {0, 0}},
+        {"top left", text, 0, page, MarginAnchor::TopLeft, {0, 0}},
+        {"top middle", text, 0, page, MarginAnchor::TopMiddle, {250, 0}},
+        {"top right", text, 0, page, MarginAnchor::TopRight, {500, 0}},
+        {"middle left", text, 0, page, MarginAnchor::MiddleLeft, {0, 390}},
+        {"centre", text, 0, page, MarginAnchor::MiddleMiddle, {250, 390}},
+        {"middle right", text, 0, page, MarginAnchor::MiddleRight, {500, 390}},
+        {"bottom left", text, 0, page, MarginAnchor::BottomLeft, {0, 780}},
+        {"bottom middle", text, 0, page, MarginAnchor::BottomMiddle, {250, 780}},
+        {"bottom right", text, 0, page, MarginAnchor::BottomRight, {500, 780}},
+        {"the margin is taken out of the far edge", text, 0, inset, MarginAnchor::TopRight, {440, 0}},
+        {"and of the lower one", text, 0, inset, MarginAnchor::BottomRight, {440, 700}},
+        {"a stamp narrower than the near margin, too",
+         {10, 8},
+         0,
+         {100, 36, 440, 720},
+         MarginAnchor::TopRight,
+         {430, 0}},
+        {"middles are relative to the area", text, 0, inset, MarginAnchor::MiddleMiddle, {220, 350}},
+        {"no anchor ends up at the top left", text, 0, page, MarginAnchor::None, {0, 0}},
+        {"an unknown anchor counts as none", text, 0, page, MarginAnchor{12}, {0, 0}},
+        {"fractions of a point are not taken out",
+         {100, 20},
+         0,
+         {0.75, 0, 600, 800},
+         MarginAnchor::TopRight,
+         {500.75, 0}},
+        {"an empty area gives the origin", text, 45, {0, 0, 0, 0}, MarginAnchor::BottomRight, {0, 0}},
     };
     for (const PlaceCase& c : cases) {
         const QPointF corner = getTransformedPoint(c.size, c.angle, c.area, c.anchor, 0);
@@ -52,7 +62,7 @@ TEST(Placement, PutsCornerZero)
 TEST(Placement, AQuarterTurnAtTheTopLeftIsPushedInsideByWholePoints)
 {
     // Centred at (50, 10), turned by 90 degrees counter-clockwise the box spans x 40..60 and y -40..60.
-    const QPointF corner = getTransformedPoint({100, 20}, 90, {0, 0, 600, 800}, TopLeft, 0);
+    const QPointF corner = getTransformedPoint({100, 20}, 90, {0, 0, 600, 800}, MarginAnchor::TopLeft, 0);
     EXPECT_NEAR(corner.x(), 40, 1e-3);
     EXPECT_NEAR(corner.y(), 100, 1.0 + 1e-3);
     EXPECT_NEAR(std::remainder(corner.y() - 60, 1.0), 0, 1e-3) << "the shift is whole points";
@@ -62,10 +72,10 @@ TEST(Placement, EveryAnchorAndAngleKeepsTheStampWithinAPointOfTheArea)
 {
     for (const QRectF& area : {QRectF(0, 0, 600, 800), QRectF(90, 150, 500, 600)})
         for (const QSizeF& size : {QSizeF(120, 30), QSizeF(7, 13)}) // wider and narrower than the near margin
-            for (int anchor = TopLeft; anchor <= BottomRight; ++anchor) {
+            for (int anchor = 1; anchor <= 9; ++anchor) {
                 for (int angle = 0; angle < 360; angle += 15) {
                     for (int i = 0; i < 4; ++i) {
-                        const QPointF p = getTransformedPoint(size, angle, area, anchor, i);
+                        const QPointF p = getTransformedPoint(size, angle, area, MarginAnchor{anchor}, i);
                         EXPECT_GT(p.x(), -1.001) << anchor << ' ' << angle;
                         EXPECT_LT(p.x(), area.width() + 1.001) << anchor << ' ' << angle;
                         EXPECT_GT(p.y(), -1.001) << anchor << ' ' << angle;
@@ -81,34 +91,36 @@ TEST(Placement, TheCornerThatComesFirstDecides)
     // first corner to stick out does, and which comes first depends on the half turn and the anchor's group.
     const QRectF area(0, 0, 60, 60);
     const double half = 50 * std::sqrt(2.0);
-    const QPointF upright = getTransformedPoint({100, 100}, 45, area, TopLeft, 0);
+    const QPointF upright = getTransformedPoint({100, 100}, 45, area, MarginAnchor::TopLeft, 0);
     EXPECT_NEAR(upright.x(), 50 - half + 20, 1e-3);
     EXPECT_NEAR(upright.y(), 50 + 20, 1e-3);
-    const QPointF upsideDown = getTransformedPoint({100, 100}, 225, area, TopLeft, 0);
+    const QPointF upsideDown = getTransformedPoint({100, 100}, 225, area, MarginAnchor::TopLeft, 0);
     EXPECT_NEAR(upsideDown.x(), 50 + half + 20, 1e-3);
     EXPECT_NEAR(upsideDown.y(), 50 + 20, 1e-3);
     const QPointF otherGroup =
-        getTransformedPoint({100, 100}, 45, area, MiddleLeft, 0); // centred at (50, 30)
+        getTransformedPoint({100, 100}, 45, area, MarginAnchor::MiddleLeft, 0); // centred at (50, 30)
     EXPECT_NEAR(otherGroup.x(), 50 - half - 60, 1e-3);
     EXPECT_NEAR(otherGroup.y(), 30 - 40, 1e-3);
-    const QPointF angleAsItIs = getTransformedPoint({100, 100}, 225 - 360, area, TopLeft, 0);
+    const QPointF angleAsItIs = getTransformedPoint({100, 100}, 225 - 360, area, MarginAnchor::TopLeft, 0);
     EXPECT_NEAR(angleAsItIs.x(), 50 + half - 60, 1e-3) << "a negative angle is in no half";
 }
 
 TEST(FacingPages, AlternateFromTheAnchorUntilReset)
 {
-    const std::vector<std::pair<std::int32_t, std::vector<std::int32_t>>> cases = {
-        {TopLeft, {1, 3, 1, 3}},      {TopRight, {3, 1, 3, 1}},    {MiddleLeft, {4, 6, 4, 6}},
-        {BottomLeft, {7, 9, 7, 9}},   {BottomRight, {9, 7, 9, 7}}, {TopMiddle, {2, 2, 2, 2}},
-        {MiddleMiddle, {5, 5, 5, 5}}, {BottomMiddle, {8, 8, 8, 8}}};
+    const std::vector<std::pair<MarginAnchor, std::vector<std::int32_t>>> cases = {
+        {MarginAnchor::TopLeft, {1, 3, 1, 3}},      {MarginAnchor::TopRight, {3, 1, 3, 1}},
+        {MarginAnchor::MiddleLeft, {4, 6, 4, 6}},   {MarginAnchor::BottomLeft, {7, 9, 7, 9}},
+        {MarginAnchor::BottomRight, {9, 7, 9, 7}},  {MarginAnchor::TopMiddle, {2, 2, 2, 2}},
+        {MarginAnchor::MiddleMiddle, {5, 5, 5, 5}}, {MarginAnchor::BottomMiddle, {8, 8, 8, 8}}};
     for (const auto& [anchor, expected] : cases) {
         StampRun run(1);
         for (int document = 0; document < 2; ++document) {
             for (const std::int32_t next : expected)
-                EXPECT_EQ(run.getNextMarginAnchor(2, true, anchor), next);
+                EXPECT_EQ(run.getNextMarginAnchor(2, true, anchor), MarginAnchor{next});
             // An odd number of pages, so that only reset() brings the first side back.
-            EXPECT_EQ(run.getNextMarginAnchor(2, true, anchor), expected[0]);
-            EXPECT_EQ(run.getNextMarginAnchor(0, true, BottomRight), BottomRight) << "a stamp of its own";
+            EXPECT_EQ(run.getNextMarginAnchor(2, true, anchor), anchor);
+            EXPECT_EQ(run.getNextMarginAnchor(0, true, MarginAnchor::BottomRight), MarginAnchor::BottomRight)
+                << "a stamp of its own";
             run.reset();
         }
     }
@@ -117,10 +129,10 @@ TEST(FacingPages, AlternateFromTheAnchorUntilReset)
 TEST(FacingPages, WithoutSymmetryNothingIsRemembered)
 {
     StampRun run(1);
-    EXPECT_EQ(run.getNextMarginAnchor(0, false, BottomLeft), BottomLeft);
-    EXPECT_EQ(run.getNextMarginAnchor(0, true, TopRight), TopRight)
+    EXPECT_EQ(run.getNextMarginAnchor(0, false, MarginAnchor::BottomLeft), MarginAnchor::BottomLeft);
+    EXPECT_EQ(run.getNextMarginAnchor(0, true, MarginAnchor::TopRight), MarginAnchor::TopRight)
         << "the first symmetric page is the anchor's own";
-    EXPECT_EQ(run.getNextMarginAnchor(0, true, BottomLeft), TopLeft)
+    EXPECT_EQ(run.getNextMarginAnchor(0, true, MarginAnchor::BottomLeft), MarginAnchor::TopLeft)
         << "a new anchor counts after the reset only";
 }
 

@@ -26,7 +26,7 @@ TEST(TextStampRecord, HasItsKeysInOrderAndGoesRound)
     stamp.outlineColor = QColor(1, 2, 3, 4);
     stamp.font.fontSize = 10.5;
     stamp.setLabel(QStringLiteral("a label"));
-    stamp.setMarginAnchor(BottomRight);
+    stamp.setMarginAnchor(MarginAnchor::BottomRight);
     const auto record = stamp.getData();
     ASSERT_TRUE(record);
     EXPECT_EQ(
@@ -85,7 +85,7 @@ TEST(TextStampText, DescribesItself)
 {
     TextStamp stamp;
     EXPECT_EQ(stamp.description(), QStringLiteral("Numbers [{0} of {1}]"));
-    stamp.number.numberType = 9;
+    stamp.number.numberType = NumberType{9};
     stamp.number.numberFormat.reset();
     EXPECT_EQ(stamp.description(), QStringLiteral(" []"));
 }
@@ -123,7 +123,7 @@ class Drawing : public testing::Test
         PageCompositor(values, shaper).drawOnImage(image, area, run, 10, highlight, preview);
         return image;
     }
-    TextStamp& add(const QString& text, std::int32_t anchor)
+    TextStamp& add(const QString& text, MarginAnchor anchor)
     {
         auto stamp = std::make_shared<TextStamp>();
         stamp->number.numberFormat = text;
@@ -142,9 +142,9 @@ class Drawing : public testing::Test
 
 TEST_F(Drawing, StaysInsideTheAreaAtEveryAnchor)
 {
-    for (int anchor = TopLeft; anchor <= BottomRight; ++anchor) {
+    for (int anchor = 1; anchor <= 9; ++anchor) {
         stamps.clear();
-        add(QStringLiteral("Hxg {0}/{1}"), anchor);
+        add(QStringLiteral("Hxg {0}/{1}"), MarginAnchor{anchor});
         const Ink ink = inkOf(drawn());
         EXPECT_GT(ink.count, 100) << anchor;
         EXPECT_TRUE(area.adjusted(-1, -1, 1, 1).contains(QRectF(ink.box))) << anchor;
@@ -157,7 +157,7 @@ TEST_F(Drawing, StaysInsideTheAreaAtEveryAnchor)
 
 TEST_F(Drawing, OpacityOutlineAndLines)
 {
-    TextStamp& stamp = add(QStringLiteral("Hxg"), MiddleMiddle);
+    TextStamp& stamp = add(QStringLiteral("Hxg"), MarginAnchor::MiddleMiddle);
     const int plain = inkOf(drawn()).count;
     stamp.textOpacity = 0;
     EXPECT_EQ(inkOf(drawn()).count, 0);
@@ -169,36 +169,36 @@ TEST_F(Drawing, OpacityOutlineAndLines)
     stamp.textOpacity = 100;
     stamp.outlineWidth = 0;
     stamp.isUnderline = true;
-    const auto withLine = [&](std::int32_t style) {
+    const auto withLine = [&](UnderlineStyle style) {
         stamp.underlineStyle = style;
         return inkOf(drawn()).count;
     };
-    EXPECT_GT(withLine(Single), plain);
-    EXPECT_GT(withLine(Double), withLine(Single));
-    EXPECT_GT(withLine(Strikethrough), plain);
-    EXPECT_EQ(withLine(3), plain);
+    EXPECT_GT(withLine(UnderlineStyle::Single), plain);
+    EXPECT_GT(withLine(UnderlineStyle::Double), withLine(UnderlineStyle::Single));
+    EXPECT_GT(withLine(UnderlineStyle::Strikethrough), plain);
+    EXPECT_EQ(withLine(UnderlineStyle{3}), plain);
     stamp.number.numberFormat = QString();
     EXPECT_EQ(inkOf(drawn()).count, 0);
 }
 
 TEST_F(Drawing, RotationTurnsCounterClockwise)
 {
-    TextStamp& stamp = add(QStringLiteral("|||||||||||||"), MiddleMiddle);
+    TextStamp& stamp = add(QStringLiteral("|||||||||||||"), MarginAnchor::MiddleMiddle);
     stamp.textRotation = 30;
     const QImage image = drawn();
     const Ink ink = inkOf(image);
     // Rising to the right: the left end lies lower.
     const Ink left = inkOf(image.copy(ink.box.left(), 0, ink.box.width() / 4, 300));
-    const Ink right =
-        inkOf(image.copy(ink.box.right() - ink.box.width() / 4, 0, ink.box.width() / 4, 300));
+    const Ink right = inkOf(image.copy(ink.box.right() - ink.box.width() / 4, 0, ink.box.width() / 4, 300));
     EXPECT_GT(left.box.center().y(), right.box.center().y() + 10);
 }
 
 TEST_F(Drawing, HighlightsByTheIndexThatCountsEveryStamp)
 {
-    add(QStringLiteral("one"), TopLeft);
-    add(QStringLiteral("two"), MiddleMiddle).setIsSelected(false);
-    add(QStringLiteral("three"), BottomRight).setIsDrawUnderPDFContent(true); // no matter on an image
+    add(QStringLiteral("one"), MarginAnchor::TopLeft);
+    add(QStringLiteral("two"), MarginAnchor::MiddleMiddle).setIsSelected(false);
+    add(QStringLiteral("three"), MarginAnchor::BottomRight)
+        .setIsDrawUnderPDFContent(true); // no matter on an image
     EXPECT_EQ(inkOf(drawn(-1)).red, 0);
     EXPECT_EQ(inkOf(drawn(1)).red, 0) << "the disabled one";
     const QImage image = drawn(2);
@@ -222,7 +222,7 @@ TEST_F(Drawing, APreviewShadesTheMarginsAndOutlinesTheArea)
 
 TEST_F(Drawing, SymmetricStampsChangeSidesFromPageToPage)
 {
-    TextStamp& stamp = add(QStringLiteral("page"), BottomLeft);
+    TextStamp& stamp = add(QStringLiteral("page"), MarginAnchor::BottomLeft);
     stamp.setIsSymmetry(true);
     EXPECT_LT(inkOf(drawn()).box.right(), 200);
     EXPECT_GT(inkOf(drawn()).box.left(), 200);
