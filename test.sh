@@ -1,10 +1,17 @@
 #!/usr/bin/env bash
-# Builds everything with warnings as errors and runs all tests. This is what CI runs.
+# Builds everything with warnings as errors and runs all tests and checks. This is what CI runs. With the name of a
+# preset it builds and runs the tests of that one: "./test.sh asan".
 set -eu
 cd "$(dirname "$0")"
 . tools/setup.sh
 
+preset="${1:-release}"
 # shellcheck disable=SC2086
 ensure_packages $packages_to_build $packages_to_test
-build "${1:-dev}"
-ctest --preset "${1:-dev}" --parallel "$(nproc)"
+tools/check_format.sh
+build "$preset" all quillfern_tests
+ctest --preset "$preset" --parallel "$(nproc)"
+if [ "$preset" = release ]; then
+    build "$preset" all_verify_interface_header_sets
+    echo "Every header compiles alone."
+fi

@@ -2,7 +2,7 @@
 
 packages_to_build="cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-svg-dev libgl1-mesa-dev libqpdf-dev libtiff-dev
   zlib1g-dev libdeflate-dev libturbojpeg0-dev libharfbuzz-dev libfontconfig-dev qt6-pdf-dev fonts-liberation weasyprint"
-packages_to_test="libgtest-dev libgmock-dev poppler-utils qpdf libtiff-tools dbus-daemon fonts-droid-fallback fonts-dejavu-core
+packages_to_test="clang-format libgtest-dev libgmock-dev poppler-utils qpdf libtiff-tools dbus-daemon fonts-droid-fallback fonts-dejavu-core
   fonts-cantarell fonts-open-sans python3 locales"
 
 # ensure_packages NAME... : installs those that are missing, as root or through sudo.
@@ -31,11 +31,14 @@ ensure_packages() {
     $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
 }
 
-# build PRESET : configures (which is quick when nothing changed, and takes up changed presets) and builds, quietly
-# unless something is wrong.
+# build PRESET [TARGET...] : configures (which is quick when nothing changed, and takes up changed presets) and builds,
+# quietly unless something is wrong.
 build() {
-    configured=$(cmake --preset "$1" 2>&1) || { echo "$configured" >&2; return 1; }
+    preset_to_build="$1"
+    shift
+    [ $# -gt 0 ] || set -- all
+    configured=$(cmake --preset "$preset_to_build" 2>&1) || { echo "$configured" >&2; return 1; }
     # CMake 3.25 does not look at files that are new since it last generated code for Qt's classes.
-    find "build/$1" -path '*_autogen/timestamp' -delete
-    cmake --build --preset "$1" -- --quiet
+    find "build/$preset_to_build" -path '*_autogen/timestamp' -delete
+    cmake --build --preset "$preset_to_build" --target "$@" -- --quiet
 }

@@ -27,12 +27,11 @@ AboutDialog::AboutDialog(QWidget* parent) : QDialog(parent)
     text->setAlignment(Qt::AlignCenter);
     text->setWordWrap(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    text->setText(
-        tr("Version %1\n\nStamps page numbers, text and pictures onto PDF and picture files.\n\n"
-           "Licensed under the Apache License, Version 2.0.\n"
-           "Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under their "
-           "own licences.")
-            .arg(QStringLiteral(QUILLFERN_VERSION), QString::fromLatin1(qVersion())));
+    text->setText(tr("Version %1\n\nStamps page numbers, text and pictures onto PDF and picture files.\n\n"
+                     "Licensed under the Apache License, Version 2.0.\n"
+                     "Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under their "
+                     "own licences.")
+                      .arg(QStringLiteral(QUILLFERN_VERSION), QString::fromLatin1(qVersion())));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     buttons->button(QDialogButtonBox::Close)->setIcon({}); // the style's own icon is dark on a dark button
     buttons->button(QDialogButtonBox::Close)->setToolTip(tr("Close this window"));

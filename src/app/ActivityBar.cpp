@@ -12,7 +12,8 @@ namespace quillfern {
 ActivityBar::ActivityBar(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::ActivityBar>())
 {
     ui_->setupUi(this);
-    // Room for both lines of a long text from the beginning, or the preview above would move for the second one.
+    // Room for both lines of a long text from the beginning, or the preview above would move for the second
+    // one.
     ui_->labelTimeTaken->setMinimumHeight(2 * ui_->labelTimeTaken->fontMetrics().lineSpacing());
     setButtonKeyCharacter(*ui_->convertBtn, QStringLiteral("c"), QColor());
     connect(ui_->cancelBtn, &QPushButton::clicked, this, &ActivityBar::cancelRequested);

@@ -46,7 +46,8 @@ TEST(PageCountTest, TheContentDecidesUnderAnyName)
     const Scratch scratch;
     EXPECT_EQ(countPages(asPath(scratch.write(QStringLiteral("three.png"), numberedPdf(3)))).pages, 3);
     EXPECT_EQ(
-        countPages(asPath(scratch.write(QStringLiteral("late.tif"), QByteArray(3000, ' ') + numberedPdf(2)))).pages,
+        countPages(asPath(scratch.write(QStringLiteral("late.tif"), QByteArray(3000, ' ') + numberedPdf(2))))
+            .pages,
         2);
     const QString picture = scratch.path(QStringLiteral("picture.pdf"));
     ASSERT_TRUE(QImage(20, 10, QImage::Format_RGB32).save(picture, "png"));

@@ -31,6 +31,11 @@ QPDFObjectHandle real(double value)
     return QPDFObjectHandle::newReal(value, 3);
 }
 
+QPDFObjectHandle nameObject(const QByteArray& name)
+{
+    return QPDFObjectHandle::newName((QByteArray("/") + name).toStdString());
+}
+
 } // namespace
 
 QPDFObjectHandle deflatedStream(QPDF& document, const QByteArray& bytes)
@@ -124,7 +129,7 @@ QPDFObjectHandle EmbeddedFont::descriptor(const QByteArray& name, const FontProg
     constexpr int italic = 64;
     auto dictionary = QPDFObjectHandle::newDictionary(
         {{"/Type", QPDFObjectHandle::newName("/FontDescriptor")},
-         {"/FontName", QPDFObjectHandle::newName("/" + name.toStdString())},
+         {"/FontName", nameObject(name)},
          {"/Flags", QPDFObjectHandle::newInteger(symbolic | (metrics.italicAngle != 0 ? italic : 0))},
          {"/FontBBox", box},
          {"/ItalicAngle", real(metrics.italicAngle)},
@@ -150,7 +155,7 @@ void EmbeddedFont::finish()
     auto descendant = QPDFObjectHandle::newDictionary(
         {{"/Type", QPDFObjectHandle::newName("/Font")},
          {"/Subtype", QPDFObjectHandle::newName(program_.isCff() ? "/CIDFontType0" : "/CIDFontType2")},
-         {"/BaseFont", QPDFObjectHandle::newName("/" + name.toStdString())},
+         {"/BaseFont", nameObject(name)},
          {"/CIDSystemInfo",
           QPDFObjectHandle::newDictionary({{"/Registry", QPDFObjectHandle::newString("Adobe")},
                                            {"/Ordering", QPDFObjectHandle::newString("Identity")},
@@ -162,8 +167,7 @@ void EmbeddedFont::finish()
 
     object_.replaceKey("/Type", QPDFObjectHandle::newName("/Font"));
     object_.replaceKey("/Subtype", QPDFObjectHandle::newName("/Type0"));
-    object_.replaceKey("/BaseFont", QPDFObjectHandle::newName("/" + name.toStdString() +
-                                                              (program_.isCff() ? "-Identity-H" : "")));
+    object_.replaceKey("/BaseFont", nameObject(program_.isCff() ? name + "-Identity-H" : name));
     object_.replaceKey("/Encoding", QPDFObjectHandle::newName("/Identity-H"));
     QPDFObjectHandle descendants = QPDFObjectHandle::newArray();
     descendants.appendItem(document_.makeIndirectObject(descendant));

@@ -19,7 +19,7 @@ namespace {
 /// A picture is held for as long as its stamp is, and goes into every profile: less than a page may be.
 constexpr std::int64_t largestPictureBytes = std::int64_t{1} << 28;
 constexpr std::int64_t largestPictureFile = std::int64_t{1} << 29;
-constexpr std::size_t stripBytes = std::size_t{1} << 18;
+constexpr std::size_t pictureStripBytes = std::size_t{1} << 18;
 
 void checkPictureSize(const QSize& size)
 {
@@ -79,7 +79,7 @@ QByteArray tiffOf(const QImage& image)
     format.width = static_cast<std::uint32_t>(image.width());
     format.channels = static_cast<std::uint16_t>(image.depth() / 8);
     format.compression = COMPRESSION_ADOBE_DEFLATE;
-    const int rowsPerStrip = std::max(1, static_cast<int>(stripBytes / format.rowBytes()));
+    const int rowsPerStrip = std::max(1, static_cast<int>(pictureStripBytes / format.rowBytes()));
 
     TiffMemoryOutput output;
     TiffContainer container(output);
