@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds everything with warnings as errors and runs all tests and checks. This is what CI runs. With the name of a
+# Builds everything with warnings as errors and runs all tests. CI runs this and .ci/run a check more. With the name of a
 # preset it builds and runs the tests of that one: "./test.sh asan".
 set -eu
 cd "$(dirname "$0")"
@@ -11,7 +11,3 @@ ensure_packages $packages_to_build $packages_to_test
 tools/check_format.sh
 build "$preset" all quillfern_tests
 ctest --preset "$preset" --parallel "$(nproc)"
-if [ "$preset" = release ]; then
-    build "$preset" all_verify_interface_header_sets
-    echo "Every header compiles alone."
-fi
