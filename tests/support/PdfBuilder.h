@@ -5,7 +5,7 @@
 
 namespace quillfern {
 
-/// Writes a PDF file object by object, as odd as a test wants it.
+/// Writes a PDF file object by object, well-formed or not, as a test needs it.
 class PdfBuilder
 {
   public:
@@ -27,7 +27,7 @@ class PdfBuilder
 /// One page of simplePdf.
 struct TestPage
 {
-    QByteArray content;                          ///< whole content stream; empty for none at all
+    QByteArray content;                            ///< whole content stream; empty for none at all
     QByteArray entries = "/MediaBox[0 0 612 792]"; ///< entries of the page dictionary
 };
 

@@ -12,8 +12,8 @@ namespace quillfern::drawing {
 class FontCatalog
 {
   public:
-    /// Leaves out fonts that could only be drawn from bitmaps or carry no font tables, so that a family that
-    /// is installed in several formats is taken in the one that can be embedded. Call it once, before the
+    /// Leaves out fonts that could only be drawn from bitmaps or carry no font tables, so that of a family
+    /// that is installed in several formats the one that can be embedded is used. Call it once, before the
     /// application object is created; without it everything works, with fewer fonts embedded.
     static void preferEmbeddableFonts();
 

@@ -25,7 +25,7 @@ class TextShaper
 
     [[nodiscard]] std::shared_ptr<const ShapedText> shape(const QString& text, const FontSpec& font);
 
-    /// How often a text went through the full layout so far; what the caching is there to keep low.
+    /// The number of full layouts so far, which the caching keeps low.
     [[nodiscard]] int layoutCount() const { return layoutCount_; }
 
   private:

@@ -7,7 +7,7 @@
 
 namespace quillfern::pageimages {
 
-/// Remembers the pages last shown, those that could not be shown as well, for as long as their files stay the
+/// Keeps the results for the pages last asked for, failures included, for as long as their files stay the
 /// same. The source must outlive it. For use from one thread.
 class PageImageCache final : public PageImageSource
 {

@@ -13,7 +13,7 @@
 namespace quillfern::pdf {
 
 /// Something that content streams use by name: its category in a resource dictionary, the part of its name
-/// that tells it apart from our others, and the object.
+/// that distinguishes it from our other resources, and the object.
 struct PdfResource
 {
     std::string category; ///< "/Font", "/ExtGState", "/XObject", "/ColorSpace"

@@ -11,7 +11,7 @@ namespace quillfern::raster {
 class TiffReader final : public RasterReader
 {
   public:
-    /// An open file; `path` is what errors call it. Throws Failure when it is no TIFF.
+    /// An open file, which errors name by `path`. Throws Failure when it is no TIFF.
     TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& path);
 
     [[nodiscard]] RasterPage readPage() override;
