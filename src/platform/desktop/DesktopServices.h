@@ -2,6 +2,8 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QList>
+
 namespace quillfern::desktop {
 
 /// Opens and shows files and folders with the programs of the desktop. An interface, so that tests see what

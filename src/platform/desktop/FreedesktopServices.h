@@ -1,8 +1,11 @@
 #pragma once
 
 #include "platform/desktop/DesktopServices.h"
+#include "platform/system/FilePath.h"
 
 #include <QDBusConnection>
+#include <QList>
+#include <QString>
 #include <QUrl>
 #include <functional>
 

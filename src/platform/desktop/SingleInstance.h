@@ -3,7 +3,9 @@
 #include "platform/system/FilePath.h"
 
 #include <QDBusConnection>
+#include <QList>
 #include <QObject>
+#include <QString>
 #include <QStringList>
 
 namespace quillfern::desktop {

@@ -5,6 +5,7 @@
 
 #include <QColor>
 #include <QRectF>
+#include <vector>
 
 namespace quillfern::drawing {
 

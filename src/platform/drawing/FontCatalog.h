@@ -3,6 +3,7 @@
 #include "platform/drawing/FontSpec.h"
 
 #include <QFont>
+#include <QString>
 #include <QStringList>
 
 namespace quillfern::drawing {

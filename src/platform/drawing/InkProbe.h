@@ -1,11 +1,17 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
+#include "platform/drawing/Picture.h"
+#include "platform/drawing/ShapedText.h"
 
+#include <QColor>
+#include <QRectF>
 #include <QTransform>
 #include <vector>
 
 namespace quillfern::drawing {
+
+class TextShaper;
 
 /// Which kind of pixels a page must have to hold a drawing, in ascending order.
 enum class Ink {

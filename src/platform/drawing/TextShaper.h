@@ -1,10 +1,16 @@
 #pragma once
 
 #include "platform/drawing/FontCatalog.h"
+#include "platform/drawing/FontFace.h"
+#include "platform/drawing/FontSpec.h"
 #include "platform/drawing/ShapedText.h"
 
+#include <QByteArray>
 #include <QHash>
+#include <QRawFont>
+#include <QString>
 #include <memory>
+#include <vector>
 
 namespace quillfern::drawing {
 

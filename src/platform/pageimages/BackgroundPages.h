@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <memory>
+#include <optional>
 
 namespace quillfern::pageimages {
 

@@ -3,6 +3,7 @@
 #include "platform/system/FilePath.h"
 
 #include <QImage>
+#include <QSize>
 #include <QSizeF>
 #include <QString>
 #include <optional>

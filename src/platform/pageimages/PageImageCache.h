@@ -3,7 +3,9 @@
 #include "platform/pageimages/PageImage.h"
 #include "platform/system/FileIdentity.h"
 
+#include <QtGlobal>
 #include <list>
+#include <optional>
 
 namespace quillfern::pageimages {
 

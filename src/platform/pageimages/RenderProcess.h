@@ -2,6 +2,11 @@
 
 #include "platform/pageimages/PageImage.h"
 
+#include <QString>
+#include <QtGlobal>
+#include <optional>
+#include <utility>
+
 namespace quillfern::pageimages {
 
 /// Renders pages with quillfern-render, one process for each page, so that a file that is hostile or merely

@@ -2,6 +2,7 @@
 
 #include "platform/pdf/ContentBalance.h"
 
+#include <QByteArray>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -9,6 +10,7 @@
 #include <mutex>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <thread>
+#include <vector>
 
 namespace quillfern::pdf {
 

@@ -1,10 +1,16 @@
 #pragma once
 
+#include "platform/drawing/FontFace.h"
 #include "platform/pdf/FontProgram.h"
 
+#include <QByteArray>
 #include <QHash>
+#include <QString>
+#include <cstdint>
 #include <map>
+#include <memory>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
 
 namespace quillfern::pdf {
 

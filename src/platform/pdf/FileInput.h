@@ -3,9 +3,11 @@
 #include "platform/system/FilePath.h"
 
 #include <QString>
+#include <cstddef>
 #include <list>
 #include <memory>
 #include <qpdf/InputSource.hh>
+#include <string>
 #include <unordered_map>
 
 namespace quillfern::pdf {

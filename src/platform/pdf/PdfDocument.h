@@ -7,6 +7,10 @@
 #include <QString>
 #include <memory>
 
+namespace quillfern::drawing {
+class TextShaper;
+}
+
 namespace quillfern::store {
 class AtomicFile;
 }

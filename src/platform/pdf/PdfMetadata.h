@@ -5,6 +5,7 @@
 #include <QString>
 #include <optional>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
 
 namespace quillfern::pdf {
 

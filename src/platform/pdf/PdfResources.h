@@ -1,13 +1,17 @@
 #pragma once
 
+#include "platform/drawing/FontFace.h"
 #include "platform/drawing/Picture.h"
 #include "platform/pdf/EmbeddedFont.h"
 
+#include <QRectF>
 #include <map>
 #include <memory>
 #include <optional>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillfern::pdf {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QImage>
+#include <QRect>
+#include <QRectF>
 #include <cstddef>
 
 namespace quillfern::raster {

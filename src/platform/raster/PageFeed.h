@@ -1,8 +1,10 @@
 #pragma once
 
+#include "platform/raster/RasterPage.h"
 #include "platform/raster/RasterReader.h"
 
 #include <future>
+#include <memory>
 #include <optional>
 #include <vector>
 

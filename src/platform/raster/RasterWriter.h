@@ -1,11 +1,20 @@
 #pragma once
 
 #include "platform/raster/RasterPage.h"
+#include "platform/raster/StripCodec.h"
 #include "platform/raster/TiffContainer.h"
 
+#include <QByteArray>
+#include <QSizeF>
 #include <QThreadPool>
+#include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <future>
+
+namespace quillfern::store {
+class AtomicFile;
+}
 
 namespace quillfern::raster {
 
@@ -24,8 +33,8 @@ class RasterWriter
 
     /// Adds a page under a TIFF compression code; one that does not suit the pixels is replaced by LZW. The
     /// pixels of pages without alpha are changed as JPEG coding at its best quality changes them, whatever
-    /// the compression; bilevel pages, which that coding would not change, are left out. Throws Failure, here
-    /// or at a later page.
+    /// the compression; bilevel pages skip that coding, because it would not change them. Throws Failure,
+    /// here or at a later page.
     void addPage(RasterPage page, std::int32_t compression, const QSizeF& dotsPerInch);
     /// Writes what is left and the directories.
     void finish();

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace quillfern::raster {

@@ -2,7 +2,9 @@
 
 #include "platform/raster/StripCodec.h"
 
+#include <QByteArray>
 #include <QSizeF>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QFileDevice>
 #include <QString>
+#include <cstdarg>
+#include <cstdint>
 #include <memory>
 #include <tiffio.h>
 

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "platform/raster/RasterPage.h"
 #include "platform/raster/RasterReader.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/raster/TiffPageInfo.h"
 #include "platform/system/FilePath.h"
+
+#include <QFileDevice>
+#include <memory>
 
 namespace quillfern::raster {
 

@@ -3,7 +3,9 @@
 #include "platform/raster/TiffPageInfo.h"
 
 #include <QImage>
+#include <QtGlobal>
 #include <array>
+#include <cstddef>
 #include <vector>
 
 namespace quillfern::raster {

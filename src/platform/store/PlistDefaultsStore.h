@@ -1,7 +1,11 @@
 #pragma once
 
 #include "platform/store/DefaultsStore.h"
+#include "platform/store/Record.h"
 #include "platform/system/FilePath.h"
+
+#include <QString>
+#include <optional>
 
 namespace quillfern {
 class Folders;

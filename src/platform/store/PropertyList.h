@@ -3,6 +3,9 @@
 #include "platform/store/Record.h"
 #include "platform/system/FilePath.h"
 
+#include <QByteArray>
+#include <QtGlobal>
+
 namespace quillfern::store {
 
 /// In bytes, far above any real settings. A larger file is not ours and is refused before it is parsed.

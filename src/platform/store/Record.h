@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <utility>

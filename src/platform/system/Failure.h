@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QByteArray>
 #include <QCoreApplication> // QT_TRANSLATE_NOOP, with which texts for a Reason are marked
 #include <QString>
+#include <QStringList>
 #include <exception>
 
 namespace quillfern {

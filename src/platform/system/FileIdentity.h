@@ -2,6 +2,7 @@
 
 #include "platform/system/FilePath.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>

@@ -2,6 +2,7 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QString>
 #include <functional>
 #include <vector>
 

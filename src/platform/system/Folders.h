@@ -2,6 +2,8 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QString>
+
 namespace quillfern {
 
 /// Where the application keeps its own files. An interface, so that tests write into folders of their own.
