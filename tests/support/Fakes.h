@@ -15,7 +15,7 @@
 
 namespace quillfern {
 
-/// Says the time it is told; every look at it may let some time pass.
+/// Returns the time that was set; each call of now() moves it forward by `step`.
 class FakeClock final : public Clock
 {
   public:
@@ -32,7 +32,7 @@ class FakeClock final : public Clock
     }
     void set(const QDateTime& moment) { now_ = moment; }
 
-    qint64 step = 0; ///< milliseconds that pass with every look
+    qint64 step = 0; ///< milliseconds
 
   private:
     mutable QDateTime now_;

@@ -28,7 +28,7 @@ namespace quillfern {
     return texts;
 }
 
-/// For what a failed test says.
+/// Prints the path in messages of failed tests.
 inline void PrintTo(const FilePath& path, std::ostream* stream)
 {
     *stream << path.readable().toStdString();

@@ -5,7 +5,7 @@
 
 namespace quillfern {
 
-/// Writes a PDF file object by object, as odd as a test wants it.
+/// Writes a PDF file object by object, well-formed or not, as a test needs it.
 class PdfBuilder
 {
   public:

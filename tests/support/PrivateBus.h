@@ -6,7 +6,7 @@
 
 namespace quillfern {
 
-/// A session bus of the test's own, which ends with this.
+/// A session bus of the test's own, which ends with this object.
 class PrivateBus
 {
   public:

@@ -19,7 +19,8 @@ QImage stored(const QImage& picture, int orientation)
     QImage image(turned ? h : w, turned ? w : h, QImage::Format_RGBA8888);
     for (int row = 0; row < image.height(); ++row) {
         for (int column = 0; column < image.width(); ++column) {
-            // Where the format says that this row and column are seen.
+            // The place in the upright picture at which each of the eight orientations shows this row and
+            // column.
             const int x[] = {column, w - 1 - column, w - 1 - column, column,
                              row,    w - 1 - row,    w - 1 - row,    row};
             const int y[] = {row,    row,    h - 1 - row,    h - 1 - row,
@@ -205,7 +206,7 @@ QImage readPixels(TIFF* tiff, std::uint32_t width, std::uint32_t height, bool ha
 {
     QImage image(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGBA8888);
     if (hasAlpha) {
-        // libtiff's conversion multiplies by alpha; the samples themselves tell the colours.
+        // libtiff's conversion multiplies by alpha; the colours are read from the samples themselves.
         for (std::uint32_t y = 0; y < height; ++y)
             EXPECT_EQ(TIFFReadScanline(tiff, image.scanLine(static_cast<int>(y)), y, 0), 1);
         return image;

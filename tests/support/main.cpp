@@ -17,11 +17,11 @@ int main(int argc, char** argv)
     if (GTEST_FLAG_GET(list_tests)) return RUN_ALL_TESTS(); // while building: needs no screen, no fonts
     qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) qputenv("XDG_RUNTIME_DIR", "/tmp");
-    // Programs that a test starts inherit it.
+    // In the environment, so that programs which a test starts inherit the setting.
     if (!qEnvironmentVariableIsSet("FONTCONFIG_FILE"))
         qputenv("FONTCONFIG_FILE", qgetenv("QUILLFERN_SOURCE_DIR") + "/tests/support/fonts.conf");
     quillfern::drawing::FontCatalog::preferEmbeddableFonts();
-    // What the invisible screen cannot do with windows is nobody's concern.
+    // Hides warnings about what the offscreen platform cannot do with windows.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.*=false"));
     TestApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");

@@ -5,8 +5,9 @@
 
 namespace quillfern::desktop {
 
-/// What the user is told and asked. A seam, so that tests answer without a person. Every alert is titled with
-/// getAppTitle() and belongs to the window `over`. Each call returns when the user has answered. Main thread.
+/// Shows messages and questions to the user. An interface, so that tests answer without a person. Every alert
+/// is titled with getAppTitle() and belongs to the window `over`. Each call returns when the user has
+/// answered. Main thread.
 class Alerts
 {
   public:

@@ -2,10 +2,12 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QList>
+
 namespace quillfern::desktop {
 
-/// What the desktop does for us with files. A seam, so that tests see what would have been opened. All
-/// operations may be called from any thread; a refused request is not an error.
+/// Opens and shows files and folders with the programs of the desktop. An interface, so that tests see what
+/// would have been opened. All operations may be called from any thread; a refused request is not an error.
 class DesktopServices
 {
   public:
@@ -18,7 +20,7 @@ class DesktopServices
     virtual void showProperties(const QList<FilePath>& paths) = 0;
 };
 
-/// A machine without a desktop (a server, a script): every request is quietly declined.
+/// A machine without a desktop (a server, a script): every request does nothing.
 class NoDesktop final : public DesktopServices
 {
   public:

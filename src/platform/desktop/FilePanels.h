@@ -2,6 +2,7 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -9,7 +10,7 @@
 
 namespace quillfern::desktop {
 
-/// A panel in which the user picks what is there.
+/// A panel in which the user picks existing files or folders.
 struct OpenPanel
 {
     QString message;
@@ -18,7 +19,7 @@ struct OpenPanel
     bool multiple = false;
 };
 
-/// A panel in which the user says where a file is to be written.
+/// A panel in which the user chooses where a file is to be written.
 struct SavePanel
 {
     QString message;
@@ -26,9 +27,9 @@ struct SavePanel
     QString name; ///< proposed
 };
 
-/// The file panels. A seam, so that tests choose files without a person. `over` is the window that a panel
-/// belongs to and that it blocks; a panel goes with it. Both calls return at once: `chosen` is called later,
-/// and only when the user agreed. Main thread.
+/// The file panels. An interface, so that tests choose files without a person. `over` is the window that a
+/// panel belongs to and blocks; the panel is closed when that window is destroyed. Both calls return at once:
+/// `chosen` is called later, and only when the user agreed. Main thread.
 class FilePanels
 {
   public:

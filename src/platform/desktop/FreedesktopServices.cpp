@@ -69,7 +69,7 @@ void FreedesktopServices::askFileManager(const QString& method, const QList<File
     const QString name = QStringLiteral("org.freedesktop.FileManager1");
     QDBusMessage message =
         QDBusMessage::createMethodCall(name, QStringLiteral("/org/freedesktop/FileManager1"), name, method);
-    message << urls << QString(); // the second: a start-up notification nobody asked for
+    message << urls << QString(); // the second is a start-up notification id; there is none
     onMainThread([bus = bus_, message, paths, openUrl = openUrl_] {
         auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(message), QCoreApplication::instance());
         QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer, [answer, paths, openUrl] {

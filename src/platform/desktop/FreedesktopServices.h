@@ -1,8 +1,11 @@
 #pragma once
 
 #include "platform/desktop/DesktopServices.h"
+#include "platform/system/FilePath.h"
 
 #include <QDBusConnection>
+#include <QList>
+#include <QString>
 #include <QUrl>
 #include <functional>
 
@@ -17,7 +20,7 @@ class FreedesktopServices final : public DesktopServices
     using OpenUrl = std::function<void(const QUrl&)>;
 
     FreedesktopServices();
-    /// With another bus and another way to open a URL than the user's.
+    /// Uses `bus` in place of the session bus, and `openUrl` in place of the user's default applications.
     FreedesktopServices(QDBusConnection bus, OpenUrl openUrl);
 
     void open(const FilePath& path) override;

@@ -32,7 +32,7 @@ QDBusMessage toBus(const QString& method)
 
 } // namespace
 
-/// What others see of an instance. The methods' names and arguments are those of the standard.
+/// The D-Bus interface of an instance. The methods' names and arguments are those of the standard.
 class SingleInstance::Interface final : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -68,7 +68,7 @@ class SingleInstance::Interface final : public QDBusAbstractAdaptor
   private:
     void refuse(const QDBusMessage& message, QDBusError::ErrorType error, const char* reason)
     {
-        message.setDelayedReply(true); // the one that is sent here instead of the usual
+        message.setDelayedReply(true); // keeps Qt from sending a reply besides the one sent here
         instance_.bus_.send(message.createErrorReply(error, QString::fromLatin1(reason)));
     }
 
@@ -80,7 +80,7 @@ SingleInstance::SingleInstance(QDBusConnection bus, QString service, int patienc
 {
     if (!bus_.isConnected()) return;
     new Interface(*this);
-    // Before the name: nobody who finds the name may find nothing behind it.
+    // Registered before the name is taken, so that a process that sees the name can already call the object.
     bus_.registerObject(objectPath(), this, QDBusConnection::ExportAdaptors);
     isFirst_ = takeName();
 }

@@ -5,6 +5,7 @@
 
 #include <QColor>
 #include <QRectF>
+#include <vector>
 
 namespace quillfern::drawing {
 
@@ -21,8 +22,8 @@ struct TextPaint
     bool strikeThrough = false;
 };
 
-/// What a stamp draws itself on: points, origin at the top left of the page as its reader sees it, y down.
-/// Bound to one thread. State is a transformation only; save() and restore() must pair up.
+/// The surface that a stamp draws itself on: points, origin at the top left of the page as its reader sees
+/// it, y down. Bound to one thread. The only state is a transformation; save() and restore() must pair up.
 class Canvas
 {
   public:
@@ -43,8 +44,8 @@ class Canvas
     /// Draws the whole picture scaled into `target`; opacity 0 to 1 multiplies the picture's own.
     virtual void drawPicture(const Picture& picture, const QRectF& target, double opacity) = 0;
 
-    /// Brackets marks that are no part of the page's own content (a running header or number), where the
-    /// output format can say so. Brackets do not nest.
+    /// Enclose marks that are no part of the page's own content (a running header or number) and label them
+    /// so where the output format has such labels. The pairs do not nest.
     virtual void beginArtifact() {}
     virtual void endArtifact() {}
 };
@@ -58,7 +59,8 @@ class PageLayers
     [[nodiscard]] virtual Canvas& over() = 0;
 };
 
-/// The rectangles, in the text's own space scaled by `paint.fontSize`, of the lines drawn along a text.
+/// The rectangles, in the text's own space scaled by `paint.fontSize`, of a text's underlines and
+/// strike-through line.
 [[nodiscard]] std::vector<QRectF> textDecorations(const ShapedText& text, const TextPaint& paint);
 
 } // namespace quillfern::drawing

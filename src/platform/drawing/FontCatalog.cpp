@@ -134,7 +134,7 @@ QFont FontCatalog::font(const FontSpec& spec, int pixelSize) const
     bool bold = false;
     if (spec.bold && nearestWeight(members, italic, true)) bold = true;
     if (spec.italic && nearestWeight(members, true, bold)) italic = true;
-    // A family whose only bold member is italic still gives it to whoever asks for both.
+    // When both are wanted, a family whose only bold member is italic gives that member.
     if (spec.bold && spec.italic && !bold && nearestWeight(members, true, true)) bold = italic = true;
 
     QFont font(family);

@@ -3,6 +3,7 @@
 #include "platform/drawing/FontSpec.h"
 
 #include <QFont>
+#include <QString>
 #include <QStringList>
 
 namespace quillfern::drawing {
@@ -12,8 +13,8 @@ namespace quillfern::drawing {
 class FontCatalog
 {
   public:
-    /// Leaves out fonts that could only be drawn from bitmaps or carry no font tables, so that a family that
-    /// is installed in several formats is taken in the one that can be embedded. Call it once, before the
+    /// Leaves out fonts that could only be drawn from bitmaps or carry no font tables, so that of a family
+    /// that is installed in several formats the one that can be embedded is used. Call it once, before the
     /// application object is created; without it everything works, with fewer fonts embedded.
     static void preferEmbeddableFonts();
 

@@ -15,8 +15,8 @@ class FontFace
     /// `font` at any pixel size; the face keeps it at one pixel per font unit.
     explicit FontFace(const QRawFont& font);
 
-    /// Equal for two font objects that stand for the same face. The engine hands out several objects for one
-    /// face (one a script), and a document should carry it once.
+    /// Equal for two font objects that stand for the same face. The font engine creates several objects for
+    /// one face (one for each script), but a document should embed the face only once.
     [[nodiscard]] static QByteArray identityOf(const QRawFont& font);
 
     [[nodiscard]] const QRawFont& rawFont() const { return font_; }

@@ -63,7 +63,7 @@ void InkProbe::restore()
 
 QRectF InkProbe::bounds() const
 {
-    constexpr double softEdge = 2; // one would do, were it not for rounding
+    constexpr double softEdge = 2; // one for the soft edge itself and one for rounding
     return marks_.isNull() ? QRectF() : marks_.adjusted(-softEdge, -softEdge, softEdge, softEdge);
 }
 

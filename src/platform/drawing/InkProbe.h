@@ -1,13 +1,19 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
+#include "platform/drawing/Picture.h"
+#include "platform/drawing/ShapedText.h"
 
+#include <QColor>
+#include <QRectF>
 #include <QTransform>
 #include <vector>
 
 namespace quillfern::drawing {
 
-/// What drawing needs of a page's pixels, from little to much.
+class TextShaper;
+
+/// Which kind of pixels a page must have to hold a drawing, in ascending order.
 enum class Ink {
     None,          ///< nothing is drawn
     BlackAndWhite, ///< opaque black or white only
@@ -15,15 +21,15 @@ enum class Ink {
     Colour,
 };
 
-/// A canvas that draws nothing and finds out what colours the drawing would take, and where it would be.
+/// A canvas that draws nothing but records which kind of colours a drawing uses and which area it covers.
 class InkProbe final : public Canvas
 {
   public:
     explicit InkProbe(TextShaper& shaper) : shaper_(shaper) {}
 
     [[nodiscard]] Ink ink() const { return ink_; }
-    /// Holds every mark, soft edges included; empty when there is none. Glyphs that are pictures are counted
-    /// as ink but not as marks.
+    /// A rectangle around every mark, soft edges included; empty when there is none. Glyphs that are pictures
+    /// count for ink() but not here.
     [[nodiscard]] QRectF bounds() const;
 
     [[nodiscard]] TextShaper& shaper() override { return shaper_; }

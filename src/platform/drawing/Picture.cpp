@@ -23,7 +23,8 @@ QImage Picture::imageFor(const QSizeF& size) const
     std::size_t level = 0;
     QImage image = image_;
     const std::lock_guard lock(halves_->mutex);
-    // Interpolation looks at four pixels: between one half and the whole it misses none.
+    // Interpolation reads four pixels for each one it makes, so scaling to between a half and the whole skips
+    // none.
     while (image.width() >= 2 * size.width() && image.height() >= 2 * size.height() && image.width() > 1 &&
            image.height() > 1) {
         if (level == halves_->images.size())

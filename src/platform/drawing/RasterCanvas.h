@@ -1,10 +1,16 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
+#include "platform/drawing/Picture.h"
+#include "platform/drawing/ShapedText.h"
 
+#include <QColor>
 #include <QPainter>
+#include <QRectF>
 
 namespace quillfern::drawing {
+
+class TextShaper;
 
 /// Draws with a painter, one unit of the canvas to one unit of the painter. The painter is begun and ended by
 /// the caller and must outlive the canvas; its state is restored with every restore().

@@ -24,7 +24,7 @@ struct ShapedRun
     std::vector<ShapedGlyph> glyphs;
 };
 
-/// One line of a shaped text, for what is drawn along it. In em.
+/// One line of a shaped text, along which underlines and strike-through lines are drawn. In em.
 struct ShapedLine
 {
     double x = 0;

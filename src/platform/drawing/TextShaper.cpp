@@ -11,7 +11,8 @@ namespace quillfern::drawing {
 
 namespace {
 
-/// No page shows more of one line, and the layout's fixed-point numbers end not far above.
+/// In characters: more than a page can show in one line, and not far below what the layout's fixed-point
+/// numbers can hold.
 constexpr qsizetype longestLine = 8000;
 constexpr qsizetype mostCachedTexts = 512;
 constexpr qsizetype mostPatterns = 256;
@@ -114,9 +115,9 @@ std::shared_ptr<const FontFace> TextShaper::faceFor(const QRawFont& font)
 
 namespace {
 
-/// The glyphs of one line with the characters that each of them stands for. The layout tells the glyphs of a
-/// range of characters; characters of one cluster give the same glyphs, so asking one by one shows the
-/// clusters.
+/// The glyphs of one line with the characters that each of them stands for. The layout only returns the
+/// glyphs of a range of characters. All characters of one cluster give the same glyphs, so asking for one
+/// character at a time finds the clusters.
 template <class FaceFor>
 void collectGlyphs(const QTextLine& line, const QString& text, double scale, double left, double top,
                    FaceFor faceFor, ShapedText& shaped)
@@ -200,7 +201,7 @@ ShapedText TextShaper::layOut(const QString& text, FontEntry& entry)
         if (!line.isValid()) continue;
         const QRectF natural = line.naturalTextRect();
         const std::size_t firstRun = shaped.runs.size();
-        ShapedText alone; // so that runs never reach over the end of a line
+        ShapedText alone; // on its own, so that no run reaches over the end of a line
         collectGlyphs(
             line, lineText, scale, natural.left(), top, [this](const QRawFont& f) { return faceFor(f); },
             alone);
@@ -262,7 +263,7 @@ bool TextShaper::buildPattern(const QString& patternText, FontEntry& entry)
                 place.glyphs[0] = glyphs[g].glyph;
                 pattern->places.push_back(place);
             } else if (std::any_of(text.begin(), text.end(), isDigit)) {
-                return false; // a figure melted into a ligature
+                return false; // a figure is part of a ligature
             }
         }
     }

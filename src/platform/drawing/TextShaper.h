@@ -1,10 +1,16 @@
 #pragma once
 
 #include "platform/drawing/FontCatalog.h"
+#include "platform/drawing/FontFace.h"
+#include "platform/drawing/FontSpec.h"
 #include "platform/drawing/ShapedText.h"
 
+#include <QByteArray>
 #include <QHash>
+#include <QRawFont>
+#include <QString>
 #include <memory>
+#include <vector>
 
 namespace quillfern::drawing {
 
@@ -25,7 +31,7 @@ class TextShaper
 
     [[nodiscard]] std::shared_ptr<const ShapedText> shape(const QString& text, const FontSpec& font);
 
-    /// How often a text went through the full layout so far; what the caching is there to keep low.
+    /// The number of full layouts so far, which the caching keeps low.
     [[nodiscard]] int layoutCount() const { return layoutCount_; }
 
   private:

@@ -7,7 +7,7 @@
 
 namespace quillfern::pageimages {
 
-/// Works off one request at a time; a newer one takes the place of one that has not begun.
+/// Handles one request at a time; a newer request replaces one that has not begun.
 class BackgroundPages::Worker final : public QThread
 {
   public:
@@ -26,7 +26,7 @@ class BackgroundPages::Worker final : public QThread
         wait();
     }
 
-    /// The answer, if it comes in time; `answered` tells whether it did.
+    /// The answer, if it comes in time; `answered` is set to whether it did.
     std::optional<PageImage> ask(const PageImageRequest& request, int patienceMs, bool& answered)
     {
         std::unique_lock lock(mutex_);
@@ -69,7 +69,7 @@ class BackgroundPages::Worker final : public QThread
     std::optional<PageImage> answer_;
     std::uint64_t asked_ = 0;
     std::uint64_t answered_ = 0;
-    bool isFollowedUp_ = false; ///< nobody waits any more, and ready() is to be sent
+    bool isFollowedUp_ = false; ///< ask() has returned without the answer, so ready() must be emitted
     bool isLeaving_ = false;
 };
 

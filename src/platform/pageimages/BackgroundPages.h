@@ -4,11 +4,12 @@
 
 #include <QObject>
 #include <memory>
+#include <optional>
 
 namespace quillfern::pageimages {
 
-/// Has pages shown by another source on a thread of its own, so that a page that takes long never holds up
-/// the window: page() waits for a moment only. Main thread.
+/// Gets pages from another source on a thread of its own, so that a page that takes long never blocks the
+/// window: page() waits for at most `patienceMs`. Main thread.
 class BackgroundPages final : public QObject, public PageImageSource
 {
     Q_OBJECT
@@ -16,18 +17,19 @@ class BackgroundPages final : public QObject, public PageImageSource
   public:
     /// `source` is used on the other thread only, and is owned.
     explicit BackgroundPages(std::unique_ptr<PageImageSource> source, int patienceMs = 40);
-    /// Waits for the page in work.
+    /// Waits until the source has finished the page it is working on.
     ~BackgroundPages() override;
 
-    /// Nothing when there is no such page, or not yet: see isPending(). Only the last request that was not
-    /// answered is followed up.
+    /// Nothing when the source has no such page, or has not finished it yet: see isPending(). Of the requests
+    /// that were not answered in time only the last leads to ready().
     [[nodiscard]] std::optional<PageImage> page(const PageImageRequest& request) override;
 
-    /// True when the last page() came back because its time was up. ready() then follows.
+    /// True when the last page() returned because its time was up. ready() then follows.
     [[nodiscard]] bool isPending() const { return isPending_; }
 
   Q_SIGNALS:
-    /// The page that was pending has been tried; the source remembers what came of it.
+    /// The source has finished the pending page, or failed; it keeps the result, so that page() can be called
+    /// again.
     void ready();
 
   private:

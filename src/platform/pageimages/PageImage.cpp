@@ -19,7 +19,7 @@ double pixelsPerPoint(const QSizeF& page, const PageImageRequest& request)
 
 QSize wholePixels(const QSizeF& size)
 {
-    // Down, so that nothing is a fraction of a pixel too large for its place and scaled for that.
+    // Rounded down: a picture that is a fraction of a pixel larger than its place would be scaled when shown.
     const auto pixels = [](double length) {
         return static_cast<int>(std::clamp(std::floor(length + 1e-6), 1.0, largestSide));
     };

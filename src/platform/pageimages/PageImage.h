@@ -3,6 +3,7 @@
 #include "platform/system/FilePath.h"
 
 #include <QImage>
+#include <QSize>
 #include <QSizeF>
 #include <QString>
 #include <optional>
@@ -28,7 +29,8 @@ struct PageImage
     QSizeF size;  ///< of the page, in points
 };
 
-/// Shows pages of documents. A seam: whoever draws previews need not know how pages come about.
+/// Renders pages of documents. An interface, so that code that draws previews does not depend on how pages
+/// are rendered.
 class PageImageSource
 {
   public:
@@ -43,7 +45,7 @@ class PageImageSource
 /// The picture's size in pixels, at least 1 by 1.
 [[nodiscard]] QSize pixelSize(const QSizeF& page, const PageImageRequest& request);
 
-/// The most whole pixels in a size, at least 1 by 1.
+/// A size rounded down to whole pixels, at least 1 by 1.
 [[nodiscard]] QSize wholePixels(const QSizeF& size);
 
 /// True when the request's box and density are numbers that a screen can have.

@@ -12,7 +12,8 @@ qint64 PageImageCache::Entry::bytes() const
 
 std::optional<PageImage> PageImageCache::page(const PageImageRequest& request)
 {
-    // Taken before the page is read: a file that changes meanwhile is read again the next time.
+    // The version is taken before the page is read: a file that changes meanwhile is read again the next
+    // time.
     const auto version = fileVersion(request.path);
     if (!version) return std::nullopt;
     // Links and other names for the file share its entry.

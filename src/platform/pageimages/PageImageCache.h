@@ -3,11 +3,13 @@
 #include "platform/pageimages/PageImage.h"
 #include "platform/system/FileIdentity.h"
 
+#include <QtGlobal>
 #include <list>
+#include <optional>
 
 namespace quillfern::pageimages {
 
-/// Remembers the pages last shown, those that could not be shown as well, for as long as their files stay the
+/// Keeps the results for the pages last asked for, failures included, for as long as their files stay the
 /// same. The source must outlive it. For use from one thread.
 class PageImageCache final : public PageImageSource
 {

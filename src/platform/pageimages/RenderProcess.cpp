@@ -30,7 +30,7 @@ void confine(const RenderProcess::Limits& limits)
 #ifndef __SANITIZE_ADDRESS__ // whose shadow memory is larger than any sensible limit
     limit(RLIMIT_AS, limits.memoryBytes);
 #endif
-    // Whatever happens to this program, the child does not go on for long, and it leaves nothing on the disk.
+    // Even when this program is killed, the child ends soon, and it never writes to the disk.
     limit(RLIMIT_CPU, limits.milliseconds / 1000 + 1);
     limit(RLIMIT_CORE, 0);
     limit(RLIMIT_FSIZE, 0);
@@ -57,7 +57,7 @@ QString RenderProcess::installedProgram()
 
 std::optional<PageImage> RenderProcess::page(const PageImageRequest& request)
 {
-    // A pipe or a device would only take its time.
+    // Reading a pipe or a device could last until the time is up.
     if (!isShowable(request) || fileKind(request.path) != FileKind::Regular) return std::nullopt;
     const QDeadlineTimer deadline(limits_.milliseconds);
     const auto left = [&] { return static_cast<int>(std::max<qint64>(0, deadline.remainingTime())); };

@@ -2,11 +2,16 @@
 
 #include "platform/pageimages/PageImage.h"
 
+#include <QString>
+#include <QtGlobal>
+#include <optional>
+#include <utility>
+
 namespace quillfern::pageimages {
 
-/// Has pages shown by quillfern-render, one process for each, so that a file that is hostile or merely huge
-/// costs a bounded time and memory and cannot end this program. Blocks until the page is there or the time is
-/// up. For use from one thread.
+/// Renders pages with quillfern-render, one process for each page, so that a file that is hostile or merely
+/// huge costs a bounded time and memory and cannot crash this program. Blocks until the page is there or the
+/// time is up. For use from one thread.
 class RenderProcess final : public PageImageSource
 {
   public:

@@ -3,6 +3,8 @@
 #include "platform/pageimages/PageImage.h"
 
 #include <QByteArray>
+#include <QtGlobal>
+#include <optional>
 
 namespace quillfern::pageimages {
 

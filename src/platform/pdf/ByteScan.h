@@ -10,8 +10,8 @@
 namespace quillfern::pdf {
 
 // Finds the bytes of page content that matter: nearly all of a page's content is text in strings and the
-// numbers between them. There is one way for every processor and one that takes sixteen bytes at a time;
-// both give the same answers, and ByteScan is the faster one that the processor has.
+// numbers between them. PortableByteScan runs on every processor, VectorByteScan takes sixteen bytes at a
+// time; both give the same results, and ByteScan names the fastest one that the processor can run.
 
 /// True for what cannot begin anything but a number or the like: digits, signs, white space, array brackets.
 [[nodiscard]] constexpr bool isFiller(char c)
@@ -20,13 +20,13 @@ namespace quillfern::pdf {
     return (byte <= ' ') || (byte >= '+' && byte <= '9' && byte != '/') || byte == '[' || byte == ']';
 }
 
-/// True for what counts inside a string.
+/// True for the bytes that have a meaning inside a string.
 [[nodiscard]] constexpr bool isStringMark(char c)
 {
     return c == '(' || c == ')' || c == '\\';
 }
 
-/// Which of 64 bytes are what, the first byte in the lowest bit.
+/// For each kind of byte, which of 64 successive bytes are of that kind; the first byte is the lowest bit.
 struct ContentMasks
 {
     static constexpr int size = 64;
@@ -37,7 +37,8 @@ struct ContentMasks
     std::uint64_t filler = 0;
 };
 
-/// The bytes from each parenthesis to the next, the first included, as if none were nested.
+/// The bits from the first mark (included) to the second (excluded), from the third to the fourth, and so on:
+/// for the parentheses of content without nested ones, the strings.
 [[nodiscard]] constexpr std::uint64_t betweenMarks(std::uint64_t marks)
 {
     for (int shift = 1; shift < ContentMasks::size; shift *= 2)
@@ -64,7 +65,7 @@ struct PortableByteScan
         return p;
     }
 
-    /// Of the ContentMasks::size bytes from `p` on.
+    /// The masks of the ContentMasks::size bytes from `p` on.
     [[nodiscard]] static ContentMasks masks(const char* p)
     {
         ContentMasks masks;
@@ -133,7 +134,7 @@ struct VectorByteScan
     static __m128i load(const char* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
     static __m128i equal(__m128i bytes, char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); }
     static unsigned bitsOf(__m128i found) { return static_cast<unsigned>(_mm_movemask_epi8(found)); }
-    /// `bytes` at most `limit`, unsigned: then max(byte, limit) is limit.
+    /// Which of `bytes` are at most `limit`, unsigned: those for which max(byte, limit) is limit.
     static __m128i atMost(__m128i bytes, char limit)
     {
         return equal(_mm_max_epu8(bytes, _mm_set1_epi8(limit)), limit);

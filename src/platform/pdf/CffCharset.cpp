@@ -95,7 +95,7 @@ TopDict readTopDict(Reader& reader, std::size_t end)
         } else if (b <= 250) {
             operand = (b - 247) * 256 + reader.byte() + 108;
         } else {
-            operand = 0; // negative; no offset is
+            operand = 0; // a negative number, which no offset is
             reader.byte();
         }
     }
@@ -130,7 +130,8 @@ std::optional<std::vector<std::uint16_t>> cidsByGlyph(const QByteArray& cffTable
         reader.seek(topDicts.first);
         const TopDict dict = readTopDict(reader, topDicts.firstEnd);
         if (!dict.cidKeyed) return std::vector<std::uint16_t>{};
-        if (dict.charset <= 2 || dict.charStrings == 0) return std::nullopt; // predefined sets are for names
+        // The predefined charsets, 0 to 2, hold glyph names and no CIDs.
+        if (dict.charset <= 2 || dict.charStrings == 0) return std::nullopt;
         reader.seek(dict.charStrings);
         const unsigned glyphs = reader.number(2);
         reader.seek(dict.charset);

@@ -46,12 +46,12 @@ class Scanner
     /// Goes to the next byte that is neither filler nor part of a string; false at the end.
     bool advance()
     {
-        bool inside = false; // of a string, at the chunk's first byte
+        bool inside = false; // whether the chunk's first byte is inside a string
         while (end_ - p_ >= ContentMasks::size) {
             const ContentMasks chunk = ByteScan::masks(p_);
             const std::uint64_t strings =
                 betweenMarks(chunk.open | chunk.close) ^ (inside ? ~std::uint64_t{0} : 0);
-            // Nested or stray parentheses and escapes end the easy part.
+            // `strings` is right only up to the first nested or stray parenthesis or escape.
             const std::uint64_t hard =
                 (chunk.open & ~strings) | (chunk.close & strings) | (chunk.backslash & strings);
             const std::uint64_t other = ~(chunk.filler | strings | chunk.close);
@@ -120,7 +120,7 @@ class Scanner
             depth += *p_++ == '(' ? 1 : -1;
             if (depth == 0) return;
         }
-        // A backslash at the very end takes the first parenthesis of the closing for itself.
+        // A backslash at the very end escapes the first parenthesis of the closing, so one more is needed.
         if (p_ < end_) balance_.closing += ')';
         p_ = end_;
         balance_.closing += QByteArray(depth, ')');
@@ -223,7 +223,7 @@ class Scanner
 
     static std::size_t kindIndex(char kind) { return kind == 'q' ? 0 : kind == 't' ? 1 : 2; }
 
-    /// Ends the innermost of a kind, which may stand below others that were left open inside it.
+    /// Ends the innermost open item of a kind, even when items of other kinds are still open inside it.
     bool pop(char kind)
     {
         std::vector<std::size_t>& places = places_[kindIndex(kind)];
@@ -243,7 +243,8 @@ class Scanner
         balance_.closing += QByteArray::fromStdString(image.closing);
     }
 
-    /// Whoever cut content off in the middle of an array or a dictionary did so behind its last operator.
+    /// Closes arrays and dictionaries that the content ends in the middle of. These can only stand behind its
+    /// last operator.
     void closeOperands()
     {
         QByteArray open;
@@ -275,7 +276,7 @@ class Scanner
     const char* lastOperator_ = begin_;
     InlineImages images_;
     static constexpr char closed = ' ';
-    std::vector<char> open_; ///< by kind, in order; those ended out of order are closed
+    std::vector<char> open_; ///< the kinds of open items in order; those ended out of order are `closed`
     std::array<std::vector<std::size_t>, 3> places_; ///< where in open_ each kind stands
     bool pathPending_ = false;
     ContentBalance balance_;

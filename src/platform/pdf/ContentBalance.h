@@ -12,8 +12,9 @@ struct ContentBalance
 {
     /// Operators (and string ends) that close everything left open, in order; empty for sound content.
     QByteArray closing;
-    /// Positions of the Q operators that have no q before them. Viewers ignore these, and once the content
-    /// stands between q and Q of ours they must go, or they would take our state.
+    /// Positions of the Q operators that have no q before them. Viewers ignore these operators. When the
+    /// content is enclosed in a q and a Q of ours they must be removed, because they would restore the state
+    /// that our q saved.
     std::vector<std::size_t> strayRestores;
 
     [[nodiscard]] bool sound() const { return closing.isEmpty() && strayRestores.empty(); }

@@ -78,8 +78,8 @@ class Content
 
 using Inflater = std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)>;
 
-/// Inflates sound data in one go, which is several times as fast as piece by piece. False when they are not
-/// sound or larger than is guessed at most; nothing is appended then.
+/// Inflates sound data in one go, which is several times as fast as piece by piece. False when the data are
+/// damaged or inflate to more than the largest guess; nothing is appended then.
 bool inflateWhole(Content& content, const Buffer& deflated)
 {
     thread_local const Inflater inflater(libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
@@ -99,7 +99,7 @@ bool inflateWhole(Content& content, const Buffer& deflated)
     return false;
 }
 
-/// Inflates as far as the data go; damaged data give what can be had, as they do in a viewer.
+/// Inflates as much as possible: of damaged data, the part in front of the damage, as a viewer does.
 void inflateInto(Content& content, const Buffer& deflated)
 {
     if (inflateWhole(content, deflated)) return;
@@ -168,7 +168,7 @@ ContentScanner::Result scanPieces(const std::vector<Piece>& pieces)
     return result;
 }
 
-/// A woken thread costs more than reading a page; it is woken for this many.
+/// Waking the thread takes longer than reading a page, so it is woken only for this many pages.
 constexpr std::size_t worthWaking = 16;
 
 } // namespace
@@ -179,7 +179,7 @@ class ContentScanner::Scan
     std::vector<Piece> pieces;
     Result result;
     std::exception_ptr failure;
-    bool done = false; ///< guarded by the scanner's mutex; what stands above is final then
+    bool done = false; ///< guarded by the scanner's mutex; once set, the members above no longer change
 };
 
 ContentScanner::ContentScanner() : worker_([this] { work(); })
@@ -249,7 +249,7 @@ void ContentScanner::work()
             finish(*next);
             lock.lock();
         }
-        changed_.notify_all(); // whoever waits for the last one
+        changed_.notify_all(); // resultOf() may wait for the last scan
     }
 }
 
@@ -262,7 +262,7 @@ const ContentScanner::Result& ContentScanner::resultOf(Scan& scan)
             finish(*next);
             lock.lock();
         } else {
-            changed_.wait(lock); // the other thread has it
+            changed_.wait(lock); // the other thread is reading it
         }
     }
     if (scan.failure) std::rethrow_exception(scan.failure);

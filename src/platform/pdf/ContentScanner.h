@@ -2,6 +2,7 @@
 
 #include "platform/pdf/ContentBalance.h"
 
+#include <QByteArray>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -9,12 +10,13 @@
 #include <mutex>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <thread>
+#include <vector>
 
 namespace quillfern::pdf {
 
 /// Reads the content of pages on a thread beside the one that owns the document. The streams' bytes are taken
-/// out of the document at once, on the caller's thread; inflating and reading them is the other thread's
-/// work, and the caller's own while it has nothing better to do than wait.
+/// out of the document at once, on the caller's thread; they are inflated and read on the other thread, and
+/// by the caller itself while it waits for a result.
 class ContentScanner
 {
   public:
@@ -25,7 +27,7 @@ class ContentScanner
         QByteArray mended;
     };
 
-    /// The reading of one page's content, now or later.
+    /// The task of reading one page's content, with its result.
     class Scan;
 
     ContentScanner();
@@ -33,9 +35,9 @@ class ContentScanner
     ContentScanner(const ContentScanner&) = delete;
     ContentScanner& operator=(const ContentScanner&) = delete;
 
-    /// Content in a form that cannot be decoded counts as sound: nothing better can be known of it.
+    /// Content that cannot be decoded counts as sound, because nothing is known of it.
     [[nodiscard]] std::shared_ptr<Scan> scan(const std::vector<QPDFObjectHandle>& streams);
-    /// The result, once it is there. Throws Failure for content beyond all reason.
+    /// Waits for the result. Throws Failure for content that is too large or nested too deeply.
     [[nodiscard]] const Result& resultOf(Scan& scan);
 
   private:

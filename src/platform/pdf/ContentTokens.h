@@ -43,7 +43,8 @@ class ContentTokens
     /// Passes over the rest of the open arrays.
     void skipArray();
     [[nodiscard]] int openArrays() const { return arrays_; }
-    /// What ends the string that the content ends in; empty when it ends in none.
+    /// The bytes that close the string which the content ends inside of; empty when it ends outside of
+    /// strings.
     [[nodiscard]] const std::string& unclosedString() const { return unclosed_; }
 
   private:

@@ -14,7 +14,7 @@ QByteArray hex16(unsigned value)
     return QByteArray::number(value, 16).rightJustified(4, '0').toUpper();
 }
 
-/// Six capitals that tell subsets of one font apart, made from what the subset holds.
+/// Six capitals that distinguish subsets of one font, computed from the numbers of its glyphs.
 QByteArray subsetTag(const std::map<std::uint32_t, QString>& glyphs)
 {
     QCryptographicHash hash(QCryptographicHash::Md5);

@@ -1,10 +1,16 @@
 #pragma once
 
+#include "platform/drawing/FontFace.h"
 #include "platform/pdf/FontProgram.h"
 
+#include <QByteArray>
 #include <QHash>
+#include <QString>
+#include <cstdint>
 #include <map>
+#include <memory>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
 
 namespace quillfern::pdf {
 
@@ -20,14 +26,14 @@ class EmbeddedFont
     [[nodiscard]] QPDFObjectHandle object() const { return object_; }
 
     /// Notes that `glyph` is shown, standing for `text` (may be empty), and returns whether the font's map to
-    /// text says just that; where one glyph has to stand for different texts, the caller marks the text
-    /// itself.
+    /// text maps the glyph to exactly that text; where one glyph has to stand for different texts, the caller
+    /// marks the text itself.
     bool use(std::uint32_t glyph, const QString& text);
     [[nodiscard]] std::uint16_t code(std::uint32_t glyph) const { return program_.cid(glyph); }
     /// 1/1000 em.
     [[nodiscard]] double advance(std::uint32_t glyph) const { return program_.advance(glyph); }
 
-    /// True when a subset with the given glyphs can be made; asked before anything relies on it.
+    /// True when a subset of the font can be made. To be checked before text is written with the font.
     [[nodiscard]] bool canSubset() const { return program_.subset({0}).has_value(); }
     /// Writes the font into the document. Throws Failure when the subset cannot be made.
     void finish();

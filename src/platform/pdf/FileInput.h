@@ -3,16 +3,19 @@
 #include "platform/system/FilePath.h"
 
 #include <QString>
+#include <cstddef>
 #include <list>
 #include <memory>
 #include <qpdf/InputSource.hh>
+#include <string>
 #include <unordered_map>
 
 namespace quillfern::pdf {
 
-/// A file that qpdf reads in any order, held in blocks of which the last used are kept. As fast as a memory
-/// map for the way a document is parsed and written, but a source that another program cuts short while we
-/// read gives an error instead of a signal, and memory does not grow with the file beyond what is kept.
+/// A file that qpdf reads in any order, in blocks, of which the most recently used are kept in memory. As
+/// fast as a memory map for the way a document is parsed and written, but a file that another program
+/// shortens meanwhile gives an error instead of a signal, and memory does not grow with the file beyond what
+/// is kept.
 class FileInput final : public InputSource
 {
   public:
@@ -32,7 +35,8 @@ class FileInput final : public InputSource
 
   private:
     static constexpr qpdf_offset_t blockSize = qpdf_offset_t{128} * 1024;
-    /// 32 MiB: documents up to there are read once, though parsing and writing pass over them several times.
+    /// 32 MiB: the system reads documents up to this size once, though parsing and writing pass over them
+    /// several times.
     static constexpr std::size_t mostBlocks = 256;
     struct Block
     {

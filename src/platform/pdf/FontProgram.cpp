@@ -40,8 +40,8 @@ QByteArray copyOf(hb_blob_t* blob)
     return {data, static_cast<qsizetype>(length)};
 }
 
-/// The tables that a HarfBuzz face was given. While it makes a subset the library lets go of a table whose
-/// glyphs it goes on reading, so they stay until the face itself goes.
+/// The tables that a HarfBuzz face was given. While HarfBuzz makes a subset, it releases a table whose glyphs
+/// it still reads afterwards, so all tables are kept until the face is destroyed.
 struct Tables
 {
     const drawing::FontFace& face;
@@ -125,7 +125,7 @@ QByteArray FontProgram::postScriptName() const
     hb_ot_name_get_utf8(face.get(), HB_OT_NAME_ID_POSTSCRIPT_NAME, HB_LANGUAGE_INVALID, &size, name);
     QByteArray text(name);
     if (text.isEmpty()) text = face_->rawFont().familyName().toUtf8();
-    // What a name may hold without escapes in every reader.
+    // Only characters that need no escape in a name, for any reader.
     text.removeIf(
         [](char c) { return !(c == '-' || (c >= '0' && c <= '9') || ((c | 32) >= 'a' && (c | 32) <= 'z')); });
     return text.isEmpty() ? QByteArray("Font") : text;

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <set>
 #include <vector>
@@ -22,8 +23,8 @@ struct FontMetrics
     int weight = 400;
 };
 
-/// A face as it goes into a document: may it be embedded at all, its metrics, the codes of its glyphs, and
-/// subsets of it. Bound to the face's thread.
+/// A face as it is embedded in a document: whether it may be embedded, its metrics, the codes of its glyphs,
+/// and subsets of it. Bound to the face's thread.
 class FontProgram
 {
   public:
@@ -48,7 +49,7 @@ class FontProgram
         QByteArray program;             ///< a TrueType file or a bare CFF table
         std::set<std::uint32_t> glyphs; ///< all that it holds, parts of composed glyphs included
     };
-    /// A program with these glyphs at their own numbers, without hints; nothing when the face resists.
+    /// A program with these glyphs under their own numbers, without hints; nothing when it cannot be made.
     [[nodiscard]] std::optional<Subset> subset(const std::set<std::uint32_t>& glyphs) const;
 
   private:

@@ -12,7 +12,7 @@ namespace quillfern::pdf {
 
 namespace {
 
-/// What the image's dictionary says, as far as it tells how long the data are.
+/// The entries of the image's dictionary from which the length of its data follows.
 struct Facts
 {
     std::int64_t width = 0;
@@ -99,8 +99,8 @@ bool isControl(char c)
     return static_cast<unsigned char>(c) < ' ' && contentClassOf(c) != ContentClass::White;
 }
 
-/// True when what follows reads as content up to its first operator. Of a string or comment that goes on
-/// and on only the beginning is read, and it counts when it is text.
+/// True when what follows reads as content up to its first operator. Of a very long string or comment only
+/// the beginning is read; it counts as content when that is text.
 bool readsAsContent(const char* p, const char* end)
 {
     constexpr int mostOperands = 40;

@@ -7,16 +7,16 @@ namespace quillfern::pdf {
 /// Where an inline image ends.
 struct InlineImageEnd
 {
-    const char* after = nullptr; ///< behind the EI; the end of the content when it never comes
-    std::string closing;         ///< what would end an image that never ends; empty for one that does
+    const char* after = nullptr; ///< behind the EI; the end of the content when there is none
+    std::string closing;         ///< the bytes that close an image without an end; empty for one with an end
 };
 
 /// Finds the ends of the inline images of one content (ISO 32000-1, 8.9.7). Their data have no length of
 /// their own: it follows from the image's size when nothing compresses it, from the data's own end mark for
 /// some filters, and otherwise from an EI that is followed by something that reads as content.
 ///
-/// What was looked for far behind one image is kept for the next, so that all images together cost no more
-/// than one reading of the content, whatever it holds.
+/// A mark found far behind one image is remembered for the next images, so that all of them together cost no
+/// more than one reading of the content, whatever it holds.
 class InlineImages
 {
   public:
@@ -27,7 +27,7 @@ class InlineImages
     [[nodiscard]] InlineImageEnd endOf(const char* dictionary);
 
   private:
-    /// The next of something; it stays the next one for all places before it.
+    /// The place of the next mark; the mark stays the next one for all places in front of it.
     struct Next
     {
         const char* at = nullptr;    ///< the content's end when none comes; null before the first look
@@ -40,7 +40,7 @@ class InlineImages
     const char* end_;
     Next text85_;   ///< the next end mark of ASCII85 data
     Next textHex_;  ///< the next end mark of hexadecimal data
-    Next operator_; ///< the next EI that reads as one
+    Next operator_; ///< the next EI that is followed by something that reads as content
 };
 
 } // namespace quillfern::pdf

@@ -1,11 +1,22 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
+#include "platform/drawing/Picture.h"
+#include "platform/drawing/ShapedText.h"
 #include "platform/pdf/PdfResources.h"
 
+#include <QColor>
+#include <QPainterPath>
+#include <QRectF>
 #include <QTransform>
+#include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <vector>
+
+namespace quillfern::drawing {
+class TextShaper;
+}
 
 namespace quillfern::pdf {
 

@@ -27,7 +27,7 @@ namespace {
     throw Failure(QString::fromStdString(exception.getMessageDetail()));
 }
 
-/// Runs work on a document and translates what its library throws.
+/// Runs work on a document and turns the exceptions of its library into Failure.
 template <class Work>
 auto translated(Work&& work)
 {
@@ -61,8 +61,8 @@ std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page)
 
 namespace {
 
-/// Sets the counts below a node of the page tree right and returns its own. `counted` keeps a tree that leads
-/// into itself from being followed for ever.
+/// Corrects the counts of a node of the page tree and of those below it and returns the node's. `counted`
+/// holds the nodes seen so far, so that a tree with a cycle is not followed for ever.
 int correctCount(QPDFObjectHandle node, std::set<QPDFObjGen>& counted)
 {
     if (!node.isDictionary()) return 0;
@@ -87,7 +87,7 @@ class PdfDocument::Private
         qpdf.processInputSource(std::make_shared<FileInput>(path), "");
         pages = qpdf.getAllPages();
         if (!parentsLeadUp()) qpdf.pushInheritedAttributesToPage();
-        // Viewers believe the tree's count; one that is not true is not carried over.
+        // Viewers rely on the count in the page tree, so a wrong one is corrected.
         QPDFObjectHandle root = qpdf.getRoot().getKey("/Pages");
         QPDFObjectHandle count = root.getKey("/Count");
         std::set<QPDFObjGen> counted;
@@ -124,8 +124,8 @@ class PdfDocument::Private
     std::set<QPDFObjGen> widgetsToDrop;
 
   private:
-    /// Whether every page's chain of /Parent leads to the root in a few steps. Where it does not, what pages
-    /// inherit is only found on the way down the tree, which is how viewers come to them.
+    /// Whether every page's chain of /Parent leads to the root in a few steps. Where it does not, the
+    /// attributes that pages inherit can only be found from the root down, as viewers find them.
     bool parentsLeadUp();
     QPDFObjectHandle saveState();
 
@@ -164,8 +164,8 @@ QPDFObjectHandle PdfDocument::Private::saveState()
 std::shared_ptr<ContentScanner::Scan>
 PdfDocument::Private::scanOf(const std::vector<QPDFObjectHandle>& streams)
 {
-    // Pages that share their content are read once; only a page of one's own is not worth remembering for
-    // long.
+    // Content that several pages share is read once. The map is emptied when it grows large, because most
+    // content belongs to one page only.
     std::vector<QPDFObjGen> key;
     for (const QPDFObjectHandle& stream : streams)
         key.push_back(stream.getObjGen());
@@ -188,7 +188,8 @@ QPDFObjectHandle PdfDocument::Private::resourcesWith(const QPDFObjectHandle& pag
         return copy;
     };
     if (own || !present.isDictionary()) return extended();
-    // Pages that shared one dictionary share its extended copy; the original is left to whoever else uses it.
+    // Pages that shared one dictionary share its extended copy; the original stays for everything else that
+    // uses it.
     const std::pair key(present.isIndirect() ? present.getObjGen() : holder.getObjGen(), added.signature());
     QPDFObjectHandle& shared = sharedResources_[key];
     if (!shared.isInitialized()) shared = qpdf.makeIndirectObject(extended());
@@ -356,9 +357,9 @@ QPDFObjectHandle without(QPDFObjectHandle array, const std::set<QPDFObjGen>& gon
     return kept;
 }
 
-/// Form fields whose every widget went with a blanked page go too, and so do the fields that only grouped
-/// such; a form must not ask for what nobody sees. A field that is shown elsewhere as well only loses those
-/// widgets.
+/// Removes the form fields all of whose widgets were on blanked pages, and the fields that only grouped such
+/// fields: a form must not require a field that is shown nowhere. A field that is also shown elsewhere only
+/// loses the widgets on blanked pages.
 void dropFormFields(QPDF& document, const std::set<QPDFObjGen>& widgets)
 {
     QPDFObjectHandle form = document.getRoot().getKey("/AcroForm");
@@ -387,7 +388,7 @@ void PdfDocument::save(const PdfWriter& writer, store::AtomicFile& target)
         d->settleAll();
         dropFormFields(d->qpdf, d->widgetsToDrop);
         d->resources->finish();
-        // The first archival profile knows no transparency; better no claim than a false one.
+        // The first archival profile forbids transparency, so the claim would be false.
         if (d->archivalPart == 1 && d->resources->usesTransparency()) d->metadata->withdrawArchivalClaim();
         writer.write(d->qpdf, d->resources->usesTransparency(), target);
     });

@@ -7,6 +7,10 @@
 #include <QString>
 #include <memory>
 
+namespace quillfern::drawing {
+class TextShaper;
+}
+
 namespace quillfern::store {
 class AtomicFile;
 }
@@ -28,7 +32,7 @@ class PdfPage : public drawing::PageLayers
 /// stream is decoded and encoded again unless its content is broken in a way that a stamp would make worse.
 ///
 /// Owned and used by one thread. Pages are counted from 0. The source file is read until save() returns and
-/// must not change under its name by writing into it (replacing it is fine).
+/// must not be written to meanwhile (replacing it by another file is fine).
 class PdfDocument
 {
   public:
@@ -46,7 +50,7 @@ class PdfDocument
     /// Begins to stamp a page; its canvases span the media box in points, origin at the top left as it is
     /// read, y down. The page afterwards shows exactly its media box. The shaper must outlive the page.
     [[nodiscard]] std::unique_ptr<PdfPage> stampPage(int index, drawing::TextShaper& shaper);
-    /// Takes content, resources, annotations (with their form fields) and everything that acts off a page;
+    /// Removes content, resources, annotations (with their form fields), actions and metadata from a page;
     /// its box and rotation stay.
     void blankPage(int index);
     /// Drops the pages from `count` on.

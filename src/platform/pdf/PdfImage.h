@@ -3,6 +3,7 @@
 #include "platform/drawing/Picture.h"
 
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
 
 namespace quillfern::pdf {
 

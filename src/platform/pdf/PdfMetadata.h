@@ -5,11 +5,13 @@
 #include <QString>
 #include <optional>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
 
 namespace quillfern::pdf {
 
-/// What a document says about itself: the information dictionary and the XMP packet of its catalogue.
-/// A packet that cannot be understood, or is larger than any real one, stays as it is and claims nothing.
+/// What a document says about itself: the information dictionary and the XMP packet of its catalogue. A
+/// packet that cannot be understood, or is larger than any real one, stays as it is and counts as one without
+/// an archival claim.
 class PdfMetadata
 {
   public:
@@ -19,7 +21,7 @@ class PdfMetadata
 
     /// The archival profile that the XMP packet claims (pdfaid:part, ISO 19005); 0 for none.
     [[nodiscard]] int archivalPart() const;
-    /// Withdraws the archival claim: the document no longer is what it says.
+    /// Removes the archival claim, for a document that no longer fulfils it.
     void withdrawArchivalClaim();
     /// True when the document's output intent describes RGB output, so that plain RGB colours are defined.
     [[nodiscard]] bool hasRgbOutputIntent() const;
@@ -29,7 +31,7 @@ class PdfMetadata
 
     QPDF& document_;
     QPDFObjectHandle stream_;         ///< null without XMP
-    std::optional<XmpPacket> packet_; ///< one that is understood
+    std::optional<XmpPacket> packet_; ///< only when it is understood
 };
 
 } // namespace quillfern::pdf

@@ -4,6 +4,7 @@
 #include <QSizeF>
 #include <QTransform>
 #include <qpdf/QPDFObjectHandle.hh>
+#include <string>
 
 namespace quillfern::pdf {
 

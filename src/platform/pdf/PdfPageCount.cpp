@@ -18,7 +18,7 @@ std::unique_ptr<QPDF> openQuietly(const FilePath& path, const QByteArray& passwo
     return document;
 }
 
-/// The count that the root of the page tree states, where its kids bear it out one level down; 0 otherwise.
+/// The count that the root of the page tree states, if the counts of its kids add up to it; 0 otherwise.
 int statedCount(QPDFObjectHandle root)
 {
     QPDFObjectHandle count = root.isDictionary() ? root.getKey("/Count") : QPDFObjectHandle::newNull();

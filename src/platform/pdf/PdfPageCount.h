@@ -8,8 +8,8 @@
 
 namespace quillfern::pdf {
 
-/// The number of pages of a PDF file, from its trailer and page tree alone; 0 when it cannot be read, needs a
-/// password, or is none.
+/// The number of pages of a PDF file, from its trailer and page tree alone; 0 when the file cannot be read,
+/// needs a password, or is no PDF file.
 [[nodiscard]] int pdfPageCount(const FilePath& path);
 
 /// Why a PDF file has no usable pages, in words for people; nothing when it has some.

@@ -49,7 +49,7 @@ QPDFObjectHandle pageAt(QPDF& document, int index)
     if (index < 0) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no such page"));
     QPDFObjectHandle page = pageByCounts(document.getRoot().getKey("/Pages"), index);
     if (page.isDictionary()) return page;
-    // The long way mends a broken tree.
+    // Reading the whole tree takes longer but repairs a broken one.
     const auto& pages = document.getAllPages();
     if (static_cast<std::size_t>(index) >= pages.size())
         throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no such page"));
@@ -65,7 +65,8 @@ QPDFObjectHandle withKeys(QPDFObjectHandle from, std::initializer_list<const cha
     return result;
 }
 
-/// What of the annotations is seen. Their actions, parents and pop-ups would draw in half the document.
+/// The visible parts of the annotations. Their actions, parents and pop-ups refer to other objects, with
+/// which half of the document would be copied.
 QPDFObjectHandle visibleAnnotations(QPDFObjectHandle page)
 {
     QPDFObjectHandle result = QPDFObjectHandle::newArray();
@@ -106,7 +107,7 @@ ExtractedPage extract(const FilePath& path, int index)
     single.setSuppressWarnings(true);
     single.emptyPDF();
     single.addPage(single.copyForeignObject(selfContained(source, page, box)), false);
-    // Which layers are switched off is told by the document, not by the page.
+    // Which layers are switched off is stated in the document's catalogue, not in the page.
     QPDFObjectHandle layers = source.getRoot().getKey("/OCProperties");
     if (layers.isDictionary()) {
         if (!layers.isIndirect()) layers = source.makeIndirectObject(layers);

@@ -10,7 +10,7 @@ namespace quillfern::pdf {
 
 namespace {
 
-/// Opacities are told apart in steps that no eye and no percentage is finer than.
+/// Opacities are rounded to thousandths: finer than the eye can see, and than percentages.
 int step(double opacity)
 {
     return static_cast<int>(std::lround(opacity * 1000));

@@ -1,19 +1,23 @@
 #pragma once
 
+#include "platform/drawing/FontFace.h"
 #include "platform/drawing/Picture.h"
 #include "platform/pdf/EmbeddedFont.h"
 
+#include <QRectF>
 #include <map>
 #include <memory>
 #include <optional>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillfern::pdf {
 
 /// Something that content streams use by name: its category in a resource dictionary, the part of its name
-/// that tells it apart from our others, and the object.
+/// that distinguishes it from our other resources, and the object.
 struct PdfResource
 {
     std::string category; ///< "/Font", "/ExtGState", "/XObject", "/ColorSpace"

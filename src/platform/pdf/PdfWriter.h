@@ -10,13 +10,14 @@ class AtomicFile;
 
 namespace quillfern::pdf {
 
-/// How a changed document reaches the disk.
+/// Writes a changed document to the disk.
 class PdfWriter
 {
   public:
     virtual ~PdfWriter() = default;
-    /// Writes the document with all its changes. `needsTransparency` says that it uses what PDF 1.3 had not.
-    /// Throws Failure or what the document's library throws; the caller translates.
+    /// Writes the document with all its changes. `needsTransparency` is true when the document uses
+    /// transparency, which PDF 1.3 did not have. Throws Failure or what the document's library throws; the
+    /// caller translates.
     virtual void write(QPDF& document, bool needsTransparency, store::AtomicFile& target) const = 0;
 };
 

@@ -41,7 +41,7 @@ class XmpPacket
         std::vector<Property> parts;  ///< pdfaid:part
         std::vector<Property> claims; ///< every property of the archival claim, the part included
         qsizetype behindLast = -1;    ///< where another rdf:Description may stand; -1 for nowhere
-        bool hasRdfPrefix = false;    ///< there, rdf: is bound to RDF
+        bool hasRdfPrefix = false;    ///< at that place the prefix rdf: is bound to RDF
     };
 
     /// The bytes are decoded here and need not outlive the call.
@@ -52,9 +52,10 @@ class XmpPacket
 
     /// The archival profile that the packet claims (pdfaid:part, ISO 19005); 0 for none.
     [[nodiscard]] int archivalPart() const;
-    /// Withdraws the archival claim. False when there is none.
+    /// Removes the archival claim. False when there is none.
     bool withdrawArchivalClaim();
-    /// Makes xmp:CreatorTool say `creator`, adding it where it is missing. False when it cannot be said.
+    /// Sets xmp:CreatorTool to `creator`, adding the property where it is missing. False when that is not
+    /// possible.
     bool setCreatorTool(const QString& creator);
 
   private:

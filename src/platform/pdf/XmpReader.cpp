@@ -79,7 +79,7 @@ class Reader
             if (open_.size() > deepest || namespaces_ > mostNamespaces) return std::nullopt;
             last_ = place_.to;
         }
-        // What follows the root (zeros that pad a stream, say) is no concern of ours.
+        // What follows the root (zeros that pad a stream, say) is ignored.
         if (!rootEnded_) return std::nullopt;
         return std::move(content_);
     }
@@ -94,8 +94,8 @@ class Reader
     using Property = XmpPacket::Property;
     using Range = XmpPacket::Range;
 
-    /// Where the token stands. The XML reader says where it ended, with the < of the next where that is what
-    /// ended it. False when the text there is not such a token.
+    /// Sets place_ to the place of the token. The XML reader reports where it stopped: behind the token or,
+    /// for text, behind the < of the next token. False when the text there is not such a token.
     bool takePlace(QXmlStreamReader::TokenType token)
     {
         place_ = {last_, begin_ + static_cast<qsizetype>(xml_.characterOffset())};

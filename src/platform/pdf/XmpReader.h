@@ -2,6 +2,7 @@
 
 #include "platform/pdf/XmpPacket.h"
 
+#include <QString>
 #include <optional>
 
 namespace quillfern::pdf {

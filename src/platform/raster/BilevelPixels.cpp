@@ -54,7 +54,7 @@ void packBits(const uchar* source, std::size_t count, unsigned flip, uchar* targ
 
 QRect patchRect(const QImage& page, const QRectF& wanted)
 {
-    // A mark that is nowhere to be found by its numbers is looked for everywhere.
+    // A mark whose coordinates are not finite may be anywhere, so the whole page is taken.
     const bool isKnown = std::isfinite(wanted.x() + wanted.y() + wanted.width() + wanted.height());
     const QRect rect = isKnown ? (wanted & QRectF(page.rect())).toAlignedRect() & page.rect() : page.rect();
     if (rect.isEmpty()) return {};

@@ -21,12 +21,13 @@ struct FaxCode
     }
 };
 
-/// Run lengths of one colour: those below 64, and the multiples of 64 that go in front of them up to 2560.
+/// The code words for run lengths of one colour: those below 64, and those for the multiples of 64 up to
+/// 2560, which are written in front of them.
 struct FaxRunCodes
 {
     static constexpr std::size_t longest = 2560;
     std::array<FaxCode, 64> below64;
-    std::array<FaxCode, longest / 64 + 1> multiples; ///< the first stands for nothing
+    std::array<FaxCode, longest / 64 + 1> multiples; ///< by the length divided by 64; the first is unused
 };
 
 /// Runs of 0 bits.
@@ -37,7 +38,7 @@ struct FaxRunCodes
 namespace faxMode {
 inline constexpr FaxCode pass("0001");
 inline constexpr FaxCode horizontal("001");
-/// By how far the change stands right of the one above: -3 to 3.
+/// For a change that stands -3 to 3 pixels to the right of the one in the row above, in that order.
 inline constexpr std::array<FaxCode, 7> vertical = {FaxCode("0000010"), FaxCode("000010"), FaxCode("010"),
                                                     FaxCode("1"),       FaxCode("011"),    FaxCode("000011"),
                                                     FaxCode("0000011")};

@@ -18,7 +18,7 @@ namespace {
 class FaxWriter
 {
   public:
-    /// Makes room for so many bytes of code words.
+    /// Makes room for `size` more bytes of code words.
     void reserve(std::size_t size)
     {
         const auto needed = used_ + static_cast<qsizetype>(size) + 8;
@@ -39,7 +39,7 @@ class FaxWriter
     {
         if (bits_ > 0) qToBigEndian(pending_ << (64 - bits_), bytes_.data() + used_);
         bytes_.resize(used_ + static_cast<qsizetype>(bits_ + 7) / 8);
-        bytes_.squeeze(); // strips wait for their turn to be written
+        bytes_.squeeze(); // strips stay in memory until they are written
         return std::move(bytes_);
     }
 
@@ -76,7 +76,7 @@ class Changes
     }
 
     [[nodiscard]] std::size_t count() const { return count_; }
-    /// Behind the last change the width of the row, three times.
+    /// The places of the changes, followed by the width of the row three times.
     [[nodiscard]] const std::size_t* data() const { return at_.data(); }
 
   private:
@@ -108,12 +108,12 @@ void putRun(FaxWriter& writer, const FaxRunCodes& codes, std::size_t length)
     writer.put(codes.below64[length % 64]);
 }
 
-/// One row by its differences from the row above. The names are those of the recommendation: a0 is up to
-/// where the row is coded, a1 and a2 are its next changes, b1 is the next change above to the colour that a1
-/// changes to, and b2 the one behind it.
+/// One row by its differences from the row above. The names are those of the recommendation: a0 is the place
+/// up to which the row is coded, a1 and a2 are the next two changes in it, b1 is the next change in the row
+/// above to the colour that a1 changes to, and b2 the change behind b1.
 void putRow(FaxWriter& writer, const Changes& row, const Changes& above, std::size_t width)
 {
-    constexpr std::size_t vertical = 3; // as far as a1 may be from b1
+    constexpr std::size_t vertical = 3; // the largest distance of a1 from b1 in this mode
     writer.reserve(row.count() * 4 + above.count() + width / 1024 + 32);
     const std::size_t* a = row.data();
     const std::size_t* const aStart = a;

@@ -91,7 +91,8 @@ ImageFileFacts bmpFacts(QIODevice& file)
     const auto offset = qFromLittleEndian<quint32>(head.constData() + 10);
     if (head.size() < 54 || qFromLittleEndian<quint32>(head.constData() + 14) < 40) return facts;
     const qint64 width = qFromLittleEndian<qint32>(head.constData() + 18);
-    const qint64 height = std::abs(qint64{qFromLittleEndian<qint32>(head.constData() + 22)}); // or downwards
+    // The height is negative when the rows run from the top down.
+    const qint64 height = std::abs(qint64{qFromLittleEndian<qint32>(head.constData() + 22)});
     const auto bits = qFromLittleEndian<quint16>(head.constData() + 28);
     const auto coding = qFromLittleEndian<quint32>(head.constData() + 30);
     const auto dataSize = qFromLittleEndian<quint32>(head.constData() + 34);
@@ -104,7 +105,7 @@ ImageFileFacts bmpFacts(QIODevice& file)
     return facts;
 }
 
-/// Passes over a GIF's colour table, whose presence and size the packed byte tells.
+/// Passes over a GIF's colour table, whose presence and size are part of the byte `packed`.
 void skipColourTable(QIODevice& file, char packed)
 {
     if ((packed & 0x80) != 0) file.skip(3LL << ((packed & 7) + 1));

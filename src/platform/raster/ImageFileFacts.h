@@ -12,8 +12,9 @@ struct ImageFileFacts
     bool isWhole = true;        ///< false when the file breaks off before its end mark
 };
 
-/// Looks through a whole file, told by its first bytes; the device is left anywhere. Decoders fill in what a
-/// cut-off file lacks and call it a picture; this looks for the end.
+/// Reads through a whole file, whose format is recognised by its first bytes; the position of the device
+/// afterwards is undefined. Decoders fill in what a cut-off file lacks without an error, so the end mark is
+/// looked for here.
 [[nodiscard]] ImageFileFacts readImageFileFacts(QIODevice& file);
 
 } // namespace quillfern::raster

@@ -15,8 +15,8 @@ namespace {
 constexpr int bytesPerDecodedPixel = 4;
 constexpr double plainDotsPerInch = 72;
 
-/// Qt's limit on a decoded image is one for the whole process. Raises it to what one image needs, for as long
-/// as it is being read.
+/// Qt has a single limit on the size of decoded images for the whole process. This class raises it to what
+/// one image needs, for as long as that image is being read.
 class AllocationLimit
 {
   public:

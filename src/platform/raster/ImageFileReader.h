@@ -1,8 +1,14 @@
 #pragma once
 
+#include "platform/raster/RasterPage.h"
 #include "platform/raster/RasterReader.h"
 
+#include <QIODevice>
+#include <QImage>
+#include <QImageIOHandler>
 #include <QImageReader>
+#include <QSize>
+#include <memory>
 
 namespace quillfern::raster {
 

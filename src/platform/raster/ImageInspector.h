@@ -14,9 +14,9 @@ struct ImageFacts
     std::int32_t compression = 1; ///< the TIFF compression code of the first image; 1 for other formats
 };
 
-/// Looks at a raster file of any supported format, told by its content, not by its name. Reads the
-/// directories of a TIFF, the headers of others; never pixels. Nothing for a file that is none or cannot be
-/// read.
+/// Looks at a raster file of any supported format, recognised by its content, not by its name. Reads the
+/// directories of a TIFF, the headers of others; never pixels. Nothing for any other file and for one that
+/// cannot be read.
 [[nodiscard]] std::optional<ImageFacts> inspectImageFile(const FilePath& path);
 
 } // namespace quillfern::raster

@@ -11,7 +11,7 @@ namespace {
 constexpr unsigned clearCode = 256;
 constexpr unsigned endCode = 257;
 constexpr unsigned firstCode = 258;
-constexpr unsigned lastCode = 4094; ///< the table is given up before a code of its own would be 4095
+constexpr unsigned lastCode = 4094; ///< the table is cleared before it would assign code 4095
 constexpr unsigned narrowest = 9;
 
 /// The strings seen since the last clear code: which code stands for "the string of this code, then this
@@ -90,7 +90,7 @@ class CodeWriter
     {
         if (bits_ > 0) *out_++ = static_cast<uchar>(pending_ << (8 - bits_));
         bytes_.resize(out_ - reinterpret_cast<uchar*>(bytes_.data()));
-        bytes_.squeeze(); // strips wait for their turn to be written
+        bytes_.squeeze(); // strips stay in memory until they are written
         return std::move(bytes_);
     }
 
@@ -151,7 +151,7 @@ QByteArray encodeLzw(const QByteArray& bytes)
             ++in;
         }
         writer.put(prefix);
-        // The last string adds none to the table, but a decoder counts it all the same.
+        // The last string adds no entry to the table, but a decoder counts one nevertheless.
         if (in == end) {
             if (table.nextCode() + 1 < lastCode)
                 writer.fit(table.nextCode() + 1);

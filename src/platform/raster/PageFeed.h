@@ -1,16 +1,18 @@
 #pragma once
 
+#include "platform/raster/RasterPage.h"
 #include "platform/raster/RasterReader.h"
 
 #include <future>
+#include <memory>
 #include <optional>
 #include <vector>
 
 namespace quillfern::raster {
 
 /// Hands out the pages of a reader from `first` to `last` (1-based), decoding the next ones on threads of
-/// their own while the caller works on the present one: two at a time where the pages are small, as its first
-/// one tells, and the reader has a twin. Pages too large to be decoded ahead are decoded when asked for.
+/// their own while the caller works on the present one: two at a time when the first page is small and the
+/// reader has a twin. Pages too large to be decoded ahead are decoded when asked for.
 class PageFeed
 {
   public:
@@ -38,7 +40,7 @@ class PageFeed
     int first_;
     int last_;
     int page_;                ///< the next to be handed out
-    std::vector<Lane> lanes_; ///< which take turns
+    std::vector<Lane> lanes_; ///< one or two, which decode pages in turn
 };
 
 } // namespace quillfern::raster

@@ -16,7 +16,8 @@ namespace quillfern::raster {
 
 namespace {
 
-/// A picture is held for as long as its stamp is, and goes into every profile: less than a page may be.
+/// A picture stays in memory as long as its stamp does and is stored in every profile, so this limit is below
+/// that of a page.
 constexpr std::int64_t largestPictureBytes = std::int64_t{1} << 28;
 constexpr std::int64_t largestPictureFile = std::int64_t{1} << 29;
 constexpr std::size_t pictureStripBytes = std::size_t{1} << 18;
@@ -131,7 +132,7 @@ drawing::Picture decodePicture(const QByteArray& bytes)
 {
     Decoded decoded = decodeFirstPage(bytes);
     QImage image = std::move(decoded.page.image);
-    // The forms that painting is fast with; the colours stay as they are, not multiplied by alpha.
+    // The formats that Qt paints fastest; the colours stay as they are, not multiplied by alpha.
     if (image.format() != QImage::Format_Grayscale8)
         image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     if (image.isNull())

@@ -29,7 +29,7 @@ std::optional<PlainJpeg> readFrame(const QByteArray& frame)
                         static_cast<std::uint16_t>(luminance & 15)};
     for (const std::uint16_t factor : jpeg.subsampling)
         if (factor != 1 && factor != 2 && factor != 4) return std::nullopt;
-    // Components numbered by the letters R, G and B are colours of their own.
+    // Components whose identifiers are the letters R, G and B hold these colours instead of YCbCr.
     const bool isYCbCr = byteAt(frame, 6) == 1 && byteAt(frame, 10) == 0x11 && byteAt(frame, 13) == 0x11;
     return isYCbCr ? std::optional(jpeg) : std::nullopt;
 }

@@ -22,7 +22,7 @@ void checkPageSize(std::int64_t width, std::int64_t height, int bytesPerPixel)
 
 QImage makePageImage(std::int64_t width, std::int64_t height, QImage::Format format)
 {
-    // Pixels of one bit may have to become bytes.
+    // Pixels of one bit count as a byte each, because they may have to be expanded later.
     checkPageSize(width, height, std::max(1, QImage::toPixelFormat(format).bitsPerPixel() / 8));
     QImage image(static_cast<int>(width), static_cast<int>(height), format);
     if (image.isNull())

@@ -15,8 +15,8 @@ inline constexpr std::int64_t largestPageAhead = std::int64_t{1} << 26;
 /// Pages above this are decoded one at a time: a second one would cost more memory than it saves time.
 inline constexpr std::int64_t largestPageInPairs = std::int64_t{1} << 24;
 
-/// An uninitialised image of the given format. Throws Failure, in words for people, when the size is none, is
-/// beyond the limit or cannot be had.
+/// An uninitialised image of the given format. Throws Failure, in words for people, when the size is not
+/// positive, is beyond the limit or needs more memory than there is.
 [[nodiscard]] QImage makePageImage(std::int64_t width, std::int64_t height, QImage::Format format);
 
 /// Throws the same Failure without taking memory.

@@ -9,8 +9,8 @@
 
 namespace quillfern::raster {
 
-/// Reads the pages of a raster file one after the other: TIFF, BMP, JPEG, PNG or GIF, told by its content,
-/// not by its name. May be handed from thread to thread, but is used by one at a time.
+/// Reads the pages of a raster file one after the other: TIFF, BMP, JPEG, PNG or GIF, recognised by its
+/// content, not by its name. May be handed from thread to thread, but is used by one at a time.
 class RasterReader
 {
   public:
@@ -25,7 +25,7 @@ class RasterReader
 
     /// The next page. Throws Failure when it is damaged, cut off or too large, and when there is none.
     [[nodiscard]] virtual RasterPage readPage() = 0;
-    /// Bytes of pixels that the next page takes, as far as its header tells. Throws as readPage() does.
+    /// Bytes of pixels that the next page takes, as far as its header states. Throws as readPage() does.
     [[nodiscard]] virtual double nextPageBytes() = 0;
     /// Passes over the next page without decoding it, where the format allows.
     virtual void skipPage() = 0;

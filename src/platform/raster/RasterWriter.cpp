@@ -72,7 +72,7 @@ void RasterWriter::addPage(RasterPage page, std::int32_t compression, const QSiz
     const auto step = static_cast<int>(work.rowsPerStrip);
     const bool isHuge = page.image.sizeInBytes() > largestPageAhead;
     for (int top = 0; top < height; top += step) {
-        // The image is shared by the strips' tasks and goes with the last of them.
+        // The image is shared by the strips' tasks and freed with the last of them.
         auto task = std::make_shared<std::packaged_task<QByteArray()>>(
             [image = page.image, top, rows = std::min(step, height - top), format = work.format] {
                 return encodeRows(image, top, rows, format);

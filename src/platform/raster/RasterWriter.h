@@ -1,17 +1,26 @@
 #pragma once
 
 #include "platform/raster/RasterPage.h"
+#include "platform/raster/StripCodec.h"
 #include "platform/raster/TiffContainer.h"
 
+#include <QByteArray>
+#include <QSizeF>
 #include <QThreadPool>
+#include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <future>
+
+namespace quillfern::store {
+class AtomicFile;
+}
 
 namespace quillfern::raster {
 
 /// Writes pages into a multi-page TIFF as they come. A page is cut into strips that are encoded on all cores
-/// and written in order; while they are, the caller prepares the next page. What is held in memory depends on
-/// the size of a page and not on how many there are.
+/// and written in order; meanwhile the caller prepares the next page. What is held in memory depends on the
+/// size of a page and not on how many there are.
 class RasterWriter
 {
   public:
@@ -22,9 +31,10 @@ class RasterWriter
     RasterWriter(const RasterWriter&) = delete;
     RasterWriter& operator=(const RasterWriter&) = delete;
 
-    /// Adds a page under a TIFF compression code; one that does not suit the pixels is replaced by LZW. Pages
-    /// without alpha come out as JPEG coding at its best quality leaves them, except bilevel ones, which it
-    /// would not change. Throws Failure, here or at a later page.
+    /// Adds a page under a TIFF compression code; one that does not suit the pixels is replaced by LZW. The
+    /// pixels of pages without alpha are changed as JPEG coding at its best quality changes them, whatever
+    /// the compression; bilevel pages skip that coding, because it would not change them. Throws Failure,
+    /// here or at a later page.
     void addPage(RasterPage page, std::int32_t compression, const QSizeF& dotsPerInch);
     /// Writes what is left and the directories.
     void finish();
@@ -48,7 +58,7 @@ class RasterWriter
     TiffContainer container_;
     std::deque<PageInWork> inWork_;
     std::size_t pageCount_ = 0;
-    QThreadPool pool_; ///< last: its threads end first
+    QThreadPool pool_; ///< the last member, so that its threads end before the others are destroyed
 };
 
 } // namespace quillfern::raster

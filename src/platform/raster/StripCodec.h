@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace quillfern::raster {
@@ -21,10 +22,11 @@ struct StripFormat
     {
         return isBilevel ? (std::size_t{width} + 7) / 8 : std::size_t{width} * channels;
     }
-    /// Rows are stored as differences of neighbouring pixels, which halves what colour and grey pages take.
+    /// True when rows are stored as differences of neighbouring pixels, which halves the size of colour and
+    /// grey pages.
     [[nodiscard]] bool hasPredictor() const;
     [[nodiscard]] std::uint16_t photometric() const;
-    /// The pixels are JPEG's own, so that storing them is the coding at quality 100 already.
+    /// True for JPEG compression, where encoding a strip is already the coding at quality 100.
     [[nodiscard]] bool isJpeg() const;
 };
 
@@ -32,8 +34,8 @@ struct StripFormat
 /// written or do not suit the pixels give LZW.
 [[nodiscard]] std::uint16_t suitableCompression(std::int32_t requested, const StripFormat& format);
 
-/// Encodes whole rows (rowBytes() each, without padding) as one strip. The rows are scratched on the way. May
-/// be called from several threads at once. Throws Failure.
+/// Encodes whole rows (rowBytes() each, without padding) as one strip. The rows are overwritten meanwhile.
+/// May be called from several threads at once. Throws Failure.
 [[nodiscard]] QByteArray encodeStrip(const StripFormat& format, QByteArray rows);
 
 } // namespace quillfern::raster

@@ -2,7 +2,9 @@
 
 #include "platform/raster/StripCodec.h"
 
+#include <QByteArray>
 #include <QSizeF>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -17,7 +19,7 @@ class TiffOutput
 {
   public:
     virtual ~TiffOutput() = default;
-    /// Throws Failure, as does the other, when the bytes cannot be kept.
+    /// Throws Failure, as setHeader() does, when the bytes cannot be written.
     virtual void append(const char* data, std::size_t size) = 0;
     /// Fills the bytes in front of the appended ones.
     virtual void setHeader(const QByteArray& header) = 0;
@@ -26,7 +28,7 @@ class TiffOutput
     static constexpr std::uint64_t headerSize = 16;
 };
 
-/// A file to which nothing has been written, which is not owned and not committed here.
+/// Writes to a file to which nothing has been written before. The file is neither owned nor committed here.
 class TiffFileOutput final : public TiffOutput
 {
   public:

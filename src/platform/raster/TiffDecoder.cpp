@@ -16,7 +16,7 @@ namespace {
 
 constexpr auto damaged = QT_TRANSLATE_NOOP("quillfern::Failure", "a page is damaged or cut off");
 
-/// True for pages that stay as they are: a bit a pixel, upright.
+/// True for pages whose bits can be kept as stored: one bit a pixel, upright.
 bool canKeepBits(const TiffFile& file, const TiffPageInfo& info)
 {
     const bool isGrey =
@@ -162,7 +162,7 @@ QImage upright(QImage image, int orientation)
 
 QByteArray colourProfile(const TiffFile& file, const TiffPageInfo& info)
 {
-    // Of a page whose samples are converted (CMYK, palette, Lab) the profile no longer tells the truth.
+    // Where the samples are converted (CMYK, palette, Lab), the profile no longer describes them.
     if (info.photometric != PHOTOMETRIC_MINISBLACK && info.photometric != PHOTOMETRIC_MINISWHITE &&
         info.photometric != PHOTOMETRIC_RGB)
         return {};
@@ -182,7 +182,7 @@ RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info)
                                          : upright(TiffRows::canConvert(info) ? decodeRows(file, info)
                                                                               : decodeConverted(file, info),
                                                    info.orientation);
-    // A codec that stumbles over damage may go on with what it has; a page must be whole.
+    // A codec may report damage and still return part of a page; only whole pages are accepted.
     if (file.hasError()) throw file.failure(damaged);
     page.isBilevel = info.bits == 1 && info.samples == 1 && page.isGrey();
     page.isWhiteZero = info.photometric == PHOTOMETRIC_MINISWHITE;

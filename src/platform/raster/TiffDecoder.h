@@ -11,10 +11,8 @@ class TiffFile;
 /// missing or damaged, and, before memory is taken, when the page is too large.
 [[nodiscard]] RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info);
 
-/// Bytes of pixels that the page takes when decoded; more than there can be for a hostile header.
-[[nodiscard]] double decodedTiffBytes(const TiffPageInfo& info);
-
-/// Bytes of pixels that the page takes when decoded, at most; beyond all bounds for a hostile header.
+/// Bytes of pixels that the page takes when decoded, at most; for a hostile header more than any memory
+/// holds.
 [[nodiscard]] double decodedTiffBytes(const TiffPageInfo& info);
 
 } // namespace quillfern::raster

@@ -19,11 +19,11 @@ class TiffDirectory
     void offsets(std::uint16_t tag, const std::vector<std::uint64_t>& values);
     /// A positive fraction, with as many decimals as fit.
     void ratio(std::uint16_t tag, double value);
-    /// Bytes without a type that stand in the file already.
+    /// A tag of undefined type whose bytes are in the file already.
     void elsewhere(std::uint16_t tag, std::uint64_t offset, std::uint64_t size);
 
-    /// The directory, to stand at `at`, followed by the values that do not fit into it. The next directory,
-    /// if there is one, is to follow at once.
+    /// The bytes of the directory for the offset `at` of the file, followed by the values that do not fit
+    /// into it. The next directory, if there is one, must be written directly behind them.
     [[nodiscard]] QByteArray take(std::uint64_t at, bool isLast);
 
     /// What a file begins with: the byte order, the version and where the first directory is.

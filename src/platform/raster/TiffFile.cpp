@@ -44,7 +44,7 @@ TiffFile::TiffFile(const QByteArray& bytes) : TiffFile(Source{nullptr, &bytes}, 
 {
 }
 
-// 'm' leaves the file unmapped.
+// The mode "m" keeps libtiff from mapping the file into memory.
 TiffFile::TiffFile(Source source, const QByteArray& name)
     : source_(std::move(source)),
       tiff_(TIFFClientOpenExt(
@@ -67,14 +67,14 @@ int TiffFile::keepError(TIFF*, void* file, const char*, const char* format, va_l
     char text[512];
     std::vsnprintf(text, sizeof text, format, arguments);
     static_cast<TiffFile*>(file)->lastError_ = text;
-    return 1; // nobody else needs to hear of it
+    return 1; // handled: libtiff calls no other error handler
 }
 
 tmsize_t TiffFile::read(thandle_t handle, void* buffer, tmsize_t size)
 {
     auto& source = *static_cast<Source*>(handle);
     if (source.file) {
-        // Not through the file's own position, which all that read it would share.
+        // pread() leaves the file's own position alone, which all readers of the file would share.
         const ssize_t count = ::pread(source.file->handle(), buffer, static_cast<std::size_t>(size),
                                       static_cast<off_t>(source.position));
         if (count > 0) source.position += static_cast<toff_t>(count);

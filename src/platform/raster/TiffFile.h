@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QFileDevice>
 #include <QString>
+#include <cstdarg>
+#include <cstdint>
 #include <memory>
 #include <tiffio.h>
 
@@ -15,15 +17,16 @@ struct Reason;
 
 namespace quillfern::raster {
 
-/// An open TIFF for reading. What libtiff has to say about errors is kept here instead of printed. One handle
-/// belongs to one thread at a time.
+/// An open TIFF for reading. Errors that libtiff reports are kept here instead of printed. One handle belongs
+/// to one thread at a time.
 class TiffFile
 {
   public:
-    /// The file at `path`, not mapped into memory: it may shrink under our hands. Throws Failure.
+    /// The file at `path`, not mapped into memory, because another program may shorten it meanwhile. Throws
+    /// Failure.
     explicit TiffFile(const FilePath& path);
-    /// An open file, which may be read by several at once, each at a place of its own. `path` is what errors
-    /// call it. Throws Failure.
+    /// An open file, which several readers may share; each keeps a position of its own. Errors name the file
+    /// by `path`. Throws Failure.
     TiffFile(std::shared_ptr<const QFileDevice> file, const FilePath& path);
     /// A TIFF in memory, which must outlive this object. Throws Failure.
     explicit TiffFile(const QByteArray& bytes);
@@ -56,8 +59,8 @@ class TiffFile
     };
     struct Source
     {
-        std::shared_ptr<const QFileDevice> file; ///< either this
-        const QByteArray* bytes = nullptr;       ///< or that
+        std::shared_ptr<const QFileDevice> file; ///< null when `bytes` is read
+        const QByteArray* bytes = nullptr;       ///< null when `file` is read
         toff_t position = 0;
     };
 
@@ -70,7 +73,7 @@ class TiffFile
 
     QByteArray lastError_;
     Source source_;
-    std::unique_ptr<TIFF, Closer> tiff_; ///< last: closing may still report
+    std::unique_ptr<TIFF, Closer> tiff_; ///< the last member, because closing may still report an error
 };
 
 } // namespace quillfern::raster

@@ -20,7 +20,7 @@ QSizeF dotsPerInch(const TiffFile& file)
     if (!sensible(x)) x = y;
     if (!sensible(y)) y = x;
     if (unit == RESUNIT_CENTIMETER) return {x * centimetresPerInch, y * centimetresPerInch};
-    // Without a unit the two tell only how wide a pixel is to its height.
+    // Without a unit the two numbers only give the ratio of a pixel's width to its height.
     if (unit == RESUNIT_NONE) return {plainDotsPerInch, plainDotsPerInch * y / x};
     return {x, y};
 }

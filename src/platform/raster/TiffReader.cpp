@@ -10,7 +10,7 @@ TiffReader::TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& 
 {
     file_.clearErrors();
     const auto count = static_cast<int>(TIFFNumberOfDirectories(file_.handle()));
-    // A chain of directories that breaks off would pass for a shorter document.
+    // A chain of directories that breaks off would look like a shorter document.
     if (file_.hasError() || count < 1)
         throw file_.failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged or cut off"));
     setPages(count, readTiffPageInfo(file_).sizeInPoints());

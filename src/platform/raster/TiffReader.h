@@ -1,9 +1,13 @@
 #pragma once
 
+#include "platform/raster/RasterPage.h"
 #include "platform/raster/RasterReader.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/raster/TiffPageInfo.h"
 #include "platform/system/FilePath.h"
+
+#include <QFileDevice>
+#include <memory>
 
 namespace quillfern::raster {
 
@@ -11,7 +15,7 @@ namespace quillfern::raster {
 class TiffReader final : public RasterReader
 {
   public:
-    /// An open file; `path` is what errors call it. Throws Failure when it is no TIFF.
+    /// An open file, which errors name by `path`. Throws Failure when it is no TIFF.
     TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& path);
 
     [[nodiscard]] RasterPage readPage() override;

@@ -38,7 +38,7 @@ TiffRows::TiffRows(const TiffFile& file, const TiffPageInfo& info) : info_(info)
         throw Failure(
             QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged: a page without its palette"));
     const std::size_t size = std::size_t{1} << info.bits;
-    // Some writers fill only the low bytes.
+    // Some writers store values of 8 bits in the palette's 16-bit entries.
     const bool isWide = std::any_of(parts.begin(), parts.end(), [&](const std::uint16_t* part) {
         return std::any_of(part, part + size, [](std::uint16_t value) { return value > opaque; });
     });

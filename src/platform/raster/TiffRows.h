@@ -3,15 +3,17 @@
 #include "platform/raster/TiffPageInfo.h"
 
 #include <QImage>
+#include <QtGlobal>
 #include <array>
+#include <cstddef>
 #include <vector>
 
 namespace quillfern::raster {
 
 class TiffFile;
 
-/// Turns rows of a TIFF page's samples into rows of a page image: any of 1 to 16 bits a sample, grey of both
-/// directions, palette, RGB and CMYK, with or without opacity.
+/// Turns rows of a TIFF page's samples into rows of a page image: any of 1 to 16 bits a sample, grey with
+/// either black or white as zero, palette, RGB and CMYK, with or without opacity.
 class TiffRows
 {
   public:
@@ -22,11 +24,12 @@ class TiffRows
     [[nodiscard]] static bool canConvert(const TiffPageInfo& info);
 
     [[nodiscard]] QImage::Format format() const;
-    /// Samples of one pixel side by side, `count` pixels.
+    /// Converts `count` pixels whose samples stand side by side.
     void convert(const uchar* source, std::size_t count, uchar* target);
-    /// The samples of one plane, `count` pixels; other planes' bytes in the target stay.
+    /// Converts the samples that one plane holds of `count` pixels; the bytes of the other planes in the
+    /// target stay.
     void convertPlane(int plane, const uchar* source, std::size_t count, uchar* target);
-    /// True when a row as the file has it is a row of the image.
+    /// True when rows can be copied from the file into the image without conversion.
     [[nodiscard]] bool isVerbatim() const;
 
   private:
@@ -39,7 +42,7 @@ class TiffRows
     std::vector<uchar> unpacked_;
 };
 
-/// Divides the colours of straight-to-be RGBA pixels by their opacity.
+/// Divides the colours of RGBA pixels, which were stored multiplied by the opacity, by that opacity.
 void unpremultiply(QImage& image);
 
 } // namespace quillfern::raster

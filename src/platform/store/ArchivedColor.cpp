@@ -99,7 +99,8 @@ std::optional<QColor> readArchivedColor(const QByteArray& bytes)
     TypedStream stream(bytes);
     if (!stream.readHeader() || !bytes.contains("NSColor")) return std::nullopt;
     // The components stand behind the first spelt-out type of two, four or five floats, and the byte before
-    // it is their space. A named colour has its names before them; what else there is does not matter.
+    // that type is the colour space. A named colour has its names in front of the type; other bytes do not
+    // matter.
     for (qsizetype at = bytes.indexOf("NSColor"); at + 2 < bytes.size(); ++at) {
         if (static_cast<unsigned char>(bytes[at]) != newEntry) continue;
         const auto count = static_cast<std::size_t>(bytes[at + 1]);

@@ -106,7 +106,7 @@ void AtomicFile::takePermissionsOf(const FilePath& path)
 void AtomicFile::adoptPermissions() const
 {
     struct stat status = {};
-    // A link at the target's name is replaced, so it is not looked through; a model is.
+    // A link at the target's name is replaced, so it is not followed here; a link at permissionsOf_ is.
     const bool known = permissionsOf_.isEmpty() ? ::lstat(target_.bytes().constData(), &status) == 0
                                                 : ::stat(permissionsOf_.bytes().constData(), &status) == 0;
     if (!known || !S_ISREG(status.st_mode)) return;

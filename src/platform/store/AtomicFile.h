@@ -8,11 +8,12 @@
 namespace quillfern::store {
 
 /// A file that appears under its name only when it is whole. The bytes go to a nameless file in the target's
-/// folder (a hidden one where the file system knows no nameless files), and commit() moves it into place;
+/// folder (a hidden one where the file system supports no nameless files), and commit() moves it into place;
 /// without a commit, after a failure or when the process is killed, the target stays as it was.
 ///
 /// A target that exists keeps its permissions. A symbolic link at the target's name is replaced, not
-/// followed: whoever wants to write through a link resolves it first. Not for use from two threads at once.
+/// followed: a caller that wants to write through a link must resolve it first. Not for use from two threads
+/// at once.
 class AtomicFile
 {
   public:
@@ -32,8 +33,8 @@ class AtomicFile
     /// Gives the new file the owner and permissions of the file at `path` instead of the target's.
     void takePermissionsOf(const FilePath& path);
 
-    /// The descriptor, for libraries that write by themselves (seekable; nothing is buffered here when used
-    /// this way only). Owned by this object.
+    /// The descriptor, for libraries that write by themselves (seekable). Nothing is buffered here as long as
+    /// write() is not called. Owned by this object.
     [[nodiscard]] int descriptor() const { return descriptor_; }
 
     /// Writes `bytes` whole to `path` in one step.
@@ -52,11 +53,11 @@ class AtomicFile
     QByteArray buffer_;
     int descriptor_ = -1;
     long long written_ = 0;
-    long long started_ = 0; ///< how much of it the disk was told to begin with
+    long long started_ = 0; ///< of these bytes, how many the disk was already asked to write
 };
 
-/// Copies the file at `source` to `target` with the same care: whole or not at all, readable for those who
-/// may read the source. Throws Failure.
+/// Copies the file at `source` to `target` through an AtomicFile: whole or not at all, with the owner and
+/// permissions of the source. Throws Failure.
 void copyFileAtomically(const FilePath& source, const FilePath& target);
 
 } // namespace quillfern::store

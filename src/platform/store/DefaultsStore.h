@@ -7,7 +7,8 @@
 
 namespace quillfern::store {
 
-/// The per-user store of values that outlive a run. A seam, so that tests keep theirs in memory. Main thread.
+/// The per-user store of values that outlive a run. An interface, so that tests keep values in memory. Main
+/// thread.
 class DefaultsStore
 {
   public:

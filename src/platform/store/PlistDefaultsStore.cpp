@@ -15,7 +15,8 @@ namespace quillfern::store {
 
 namespace {
 
-/// Where the store really is: a file kept elsewhere and linked here is written there.
+/// The file behind all links at `path`, or `path` itself where there is none: a store that is a link to a
+/// file elsewhere is written there, and the link stays.
 FilePath followed(const FilePath& path)
 {
     FilePath target = resolvedPath(path);
@@ -84,7 +85,8 @@ void PlistDefaultsStore::flush()
         merged.set(key, value);
     AtomicFile file(target);
     file.write(writePropertyList(merged));
-    ::fchmod(file.descriptor(), S_IRUSR | S_IWUSR); // unless there is a file already: commit() keeps its own
+    // For a new file; commit() keeps the permissions of an existing one.
+    ::fchmod(file.descriptor(), S_IRUSR | S_IWUSR);
     file.commit();
     values_ = std::move(merged);
     changes_ = Record();

@@ -1,7 +1,11 @@
 #pragma once
 
 #include "platform/store/DefaultsStore.h"
+#include "platform/store/Record.h"
 #include "platform/system/FilePath.h"
+
+#include <QString>
+#include <optional>
 
 namespace quillfern {
 class Folders;
@@ -10,8 +14,8 @@ class Folders;
 namespace quillfern::store {
 
 /// The user's defaults in a property-list file, "Orvane/Quillfern1.plist" in the folder for configuration
-/// files. Read when made; written whole at every flush and readable by its owner only, since a password may
-/// be in it.
+/// files. Read by the constructor; written whole at every flush and readable by its owner only, since a
+/// password may be in it.
 ///
 /// Two programs may flush at once: each waits for the lock beside the store, reads what the other wrote and
 /// changes only the values it was given itself. A file that cannot be read counts as empty; the first flush
@@ -19,7 +23,7 @@ namespace quillfern::store {
 class PlistDefaultsStore final : public DefaultsStore
 {
   public:
-    /// Throws nothing; what is wrong with the file is told in the system log.
+    /// Throws nothing; when the file cannot be read, the reason is written to the system log.
     explicit PlistDefaultsStore(const Folders& folders);
 
     [[nodiscard]] std::optional<RecordValue> value(const QString& key) const override;

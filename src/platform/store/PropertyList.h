@@ -3,9 +3,12 @@
 #include "platform/store/Record.h"
 #include "platform/system/FilePath.h"
 
+#include <QByteArray>
+#include <QtGlobal>
+
 namespace quillfern::store {
 
-/// Nobody's settings come near this; a file that does is not ours, and is refused before it is parsed.
+/// In bytes, far above any real settings. A larger file is not ours and is refused before it is parsed.
 inline constexpr qint64 largestPropertyList = 256LL << 20;
 
 /// The record as a property list in XML form, UTF-8, its entries in their order. Characters that XML cannot

@@ -34,7 +34,7 @@ void countValue(quint64& values, int depth)
     if (++values > mostValues) refuse("it has too many values");
 }
 
-/// Nothing is a value that a record does not know.
+/// Empty for a value of a kind that a record cannot hold.
 using MaybeValue = std::optional<RecordValue>;
 
 MaybeValue integerIn(QStringView text)
@@ -115,8 +115,8 @@ class XmlReader
         }
     }
 
-    /// XML makes line feeds of carriage returns, but in the texts of these lists they stand for themselves:
-    /// the list, in UTF-8, with references to them there.
+    /// XML parsers turn carriage returns into line feeds, but in the texts of these lists carriage returns
+    /// have to stay. Returns the list, in UTF-8, with a character reference for each one in a text.
     static QByteArray keepingCarriageReturns(const QByteArray& xml)
     {
         QByteArray kept;
@@ -148,7 +148,7 @@ class XmlReader
                     refuse("it declares things of its own");
                 break;
             case QXmlStreamReader::StartElement:
-                // Bytes of our own: a view into the parser ends when it reads on.
+                // A copy: a view into the parser becomes invalid when the parser reads on.
                 name_ = reader_.qualifiedName().toUtf8();
                 return true;
             case QXmlStreamReader::Characters:
@@ -271,7 +271,7 @@ class BinaryReader
     }
 
   private:
-    // What the upper half of an object's first byte says.
+    // The kinds of objects, in the upper half of an object's first byte.
     static constexpr unsigned simple = 0, integer = 1, real = 2, date = 3, data = 4, ascii = 5, utf16 = 6,
                               uid = 8, array = 0xA, set = 0xC, dictionary = 0xD;
 
@@ -400,7 +400,7 @@ Record readPropertyList(const QByteArray& bytes)
 Record readPropertyListFile(const FilePath& path)
 {
     const auto file = readRegularFile(path);
-    // Bounded by what is read: the file may grow meanwhile.
+    // The number of bytes read is limited rather than the file's size, since the file may grow meanwhile.
     const QByteArray bytes = file->read(largestPropertyList + 1);
     if (file->error() != QFileDevice::NoError)
         throw Failure(QStringLiteral("cannot read %1: %2").arg(path.readable(), file->errorString()));

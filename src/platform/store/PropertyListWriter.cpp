@@ -35,15 +35,16 @@ QByteArray numberText(double value)
     if (std::isnan(value)) return "nan";
     if (std::isinf(value)) return value < 0 ? "-infinity" : "+infinity";
     if (value == 0) return "0.0";
-    // Seventeen digits, of two equally near the even one: QByteArray::number() takes the larger.
+    // Seventeen digits. Of two decimals that are equally near the even one is wanted, as std::to_chars()
+    // gives it; QByteArray::number() gives the larger.
     std::array<char, 32> text{};
     const char* end =
         std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 17).ptr;
     return {text.data(), end - text.data()};
 }
 
-/// Writes the XML form. QXmlStreamWriter would write a quotation mark as an entity, and no profile that is
-/// saved again unchanged may come out as other bytes.
+/// Writes the XML form. QXmlStreamWriter would write a quotation mark as an entity, but a profile that is
+/// saved again unchanged must have the same bytes as before.
 class PropertyListWriter
 {
   public:

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <utility>
@@ -17,7 +18,7 @@ class RecordValue;
 /// the entries is part of the format.
 ///
 /// Reading is tolerant, as the format demands: a missing key and a value of another kind both give zero,
-/// false or nothing. Numbers of either kind and booleans read as each other.
+/// false or nothing. Integers, real numbers and booleans can each be read as the others.
 class Record
 {
   public:
@@ -44,7 +45,7 @@ class Record
 
   private:
     std::vector<Entry> entries_;
-    QHash<QString, std::size_t> places_; ///< of the keys among the entries
+    QHash<QString, std::size_t> places_; ///< the index of each key in entries_
 };
 
 /// One value of a record: a boolean, an integer, a real number, a text, bytes, a record or a list of values.

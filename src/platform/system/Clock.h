@@ -4,7 +4,7 @@
 
 namespace quillfern {
 
-/// Where the present moment comes from. A seam, so that tests can say what time it is.
+/// Where the present moment comes from. An interface, so that tests can set the time.
 class Clock
 {
   public:

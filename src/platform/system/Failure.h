@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QByteArray>
 #include <QCoreApplication> // QT_TRANSLATE_NOOP, with which texts for a Reason are marked
 #include <QString>
+#include <QStringList>
 #include <exception>
 
 namespace quillfern {
@@ -13,7 +15,7 @@ struct Reason
     /// `text` is a literal, marked with QT_TRANSLATE_NOOP("quillfern::Failure", "…"); the parts stand in
     /// place of its "%1" and "%2".
     Reason(const char* text, const QStringList& parts = {});
-    /// What others say, in whatever language.
+    /// The words of a library or the system, in whatever language they are.
     Reason(const QString& said) : logged(said), shown(said) {}
 
     /// `text`, as above, with another reason in place of its "%1".
@@ -35,7 +37,7 @@ class Failure : public std::exception
 
     /// For logs and other files: never in another language.
     [[nodiscard]] const QString& reason() const { return reason_.logged; }
-    /// For windows as well.
+    /// In English for logs and in the user's language for windows.
     [[nodiscard]] const Reason& reasons() const { return reason_; }
     [[nodiscard]] const char* what() const noexcept override { return utf8_.constData(); }
 

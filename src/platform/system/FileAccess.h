@@ -12,23 +12,24 @@ namespace quillfern {
 /// The path of the file itself behind all links; empty when it is not there.
 [[nodiscard]] FilePath resolvedPath(const FilePath& path);
 
-/// Removes the name of a file. Whether it is gone now, or was not there.
+/// Removes the name of a file. Returns true when the name is gone now or did not exist.
 bool removeFile(const FilePath& path);
 
-/// Gives a file another name on the same file system; a file that had the name is gone. Whether it was done.
+/// Gives a file another name on the same file system; a file that already has that name is replaced. Returns
+/// whether it was done.
 bool renameFile(const FilePath& from, const FilePath& to);
 
-/// Makes a folder and those on the way to it. Whether it is there now.
+/// Makes a folder and the folders above it that are missing. Returns whether the folder exists now.
 bool makeFolders(const FilePath& folder);
 
-/// Whether new files may be made in a folder, as far as the system says before it is tried.
+/// Whether new files may be made in a folder, as far as the system knows without an attempt.
 [[nodiscard]] bool mayWriteInto(const FilePath& folder);
 
 /// A descriptor for reading a regular file, owned by the caller; a pipe or device is refused rather than
 /// waited for. Throws Failure.
 [[nodiscard]] int openRegularFile(const FilePath& path);
 
-/// The same for code that reads through Qt. The file knows no name. Throws Failure.
+/// The same for code that reads through Qt. The returned file has no file name. Throws Failure.
 [[nodiscard]] std::unique_ptr<QFileDevice> readRegularFile(const FilePath& path);
 
 } // namespace quillfern

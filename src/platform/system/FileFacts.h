@@ -24,7 +24,7 @@ enum class FileKind {
 /// The bytes that a file occupies on the disk; nothing when it cannot be looked at.
 [[nodiscard]] std::optional<std::uint64_t> allocatedSize(const FilePath& path);
 
-/// In UTC; invalid where the file system keeps none, or the file cannot be looked at.
+/// The times of a file in UTC; invalid where the file system keeps none, or the file cannot be looked at.
 struct FileTimes
 {
     QDateTime modified;

@@ -2,14 +2,15 @@
 
 #include "platform/system/FilePath.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
 
 namespace quillfern {
 
-/// Which file a path leads to, told by device and inode (links followed), so that a symbolic link, a ".." or
-/// a second mount of the same folder do not hide that two paths are one file.
+/// Identifies the file that a path leads to by its device and inode (links followed): paths through a
+/// symbolic link, a ".." or a second mount of the same folder give the same identity for the same file.
 struct FileIdentity
 {
     std::uint64_t device = 0;

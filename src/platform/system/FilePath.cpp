@@ -15,7 +15,8 @@ namespace {
 
 using SystemText = std::unique_ptr<char, decltype(&std::free)>;
 
-/// Takes an absolute path without "." and "/" at its end, "" for the root, one step up.
+/// Turns an absolute path (without "." and without "/" at its end; "" for the root) into that of its parent,
+/// as the system resolves a ".."; appends "/.." where the system does not say.
 void climb(QByteArray& path)
 {
     if (path.isEmpty()) return; // the root is its own parent

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QString>
 #include <QUrl>
+#include <cstddef>
 
 namespace quillfern {
 
@@ -16,7 +17,7 @@ namespace quillfern {
 /// there. Where the system does not say (a link that leads nowhere, a folder that may not be looked into) the
 /// ".." stays. Links are not followed otherwise, so two paths may still lead to one file; see FileIdentity.
 ///
-/// Nothing here opens a file, and only a ".." asks the file system anything. Safe to copy; any thread.
+/// No function here opens a file, and the file system is asked only about a "..". Safe to copy; any thread.
 class FilePath
 {
   public:
@@ -50,8 +51,8 @@ class FilePath
     [[nodiscard]] QString stem() const;
     /// The folder it is in; that of "/" is "/".
     [[nodiscard]] FilePath parent() const;
-    /// What `name`, in the text form of NativePath.h, is in this folder; several names may stand in it with
-    /// slashes between them. Empty when this path is.
+    /// The path of `name`, in the text form of NativePath.h, in this folder; `name` may be several names with
+    /// slashes between them. Empty when this path is empty.
     [[nodiscard]] FilePath child(const QString& name) const;
 
     bool operator==(const FilePath&) const = default;

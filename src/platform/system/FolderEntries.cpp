@@ -34,7 +34,7 @@ FolderEntry describe(int folder, const dirent& raw)
     struct stat status = {};
     const int seen = ::fstatat(folder, raw.d_name, &status, AT_SYMLINK_NOFOLLOW);
     if (seen != 0 || !S_ISLNK(status.st_mode)) {
-        // What vanished meanwhile may well have been a file.
+        // An entry that vanished meanwhile is counted as a file.
         tellKind(entry, seen == 0 ? status.st_mode : S_IFREG);
         return entry;
     }

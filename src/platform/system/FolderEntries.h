@@ -2,6 +2,7 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QString>
 #include <functional>
 #include <vector>
 
@@ -16,7 +17,7 @@ struct FolderEntry
 };
 
 /// Everything in a folder but "." and "..", in the order of the file system; as much of it as can be read.
-/// `goOn` is asked between entries and ends the reading when it says no.
+/// `goOn` is called before each entry; reading ends when it returns false.
 [[nodiscard]] std::vector<FolderEntry> folderEntries(const FilePath& folder,
                                                      const std::function<bool()>& goOn);
 

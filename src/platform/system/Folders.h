@@ -2,9 +2,11 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QString>
+
 namespace quillfern {
 
-/// Where the application keeps its own files. A seam, so that tests write into folders of their own.
+/// Where the application keeps its own files. An interface, so that tests write into folders of their own.
 class Folders
 {
   public:
@@ -14,7 +16,8 @@ class Folders
     /// The per-user folder for configuration files; empty when the system names none.
     [[nodiscard]] virtual FilePath configuration() const = 0;
 
-    /// The application's own folder, "Orvane/Quillfern1" below applicationSupport(); empty when that is.
+    /// The application's own folder, "Orvane/Quillfern1" below applicationSupport(); empty when that folder
+    /// is.
     [[nodiscard]] FilePath getAppPath() const;
 
     /// Makes sure that the folder `name` exists below getAppPath(), creating what is missing on the way.

@@ -8,7 +8,7 @@ namespace quillfern {
 /// standard error stream). May be called from any thread. Never shown in a window.
 void logLine(const QString& line);
 
-/// Like logLine, for things that went right but that whoever looks after the machine should know.
+/// Like logLine, for successful events that an administrator should know of.
 void logNotice(const QString& line);
 
 /// `pattern` with its "%@" replaced by `reason`, as one line.

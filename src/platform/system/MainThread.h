@@ -4,7 +4,8 @@
 
 namespace quillfern {
 
-/// The way from a worker to the main thread. A seam, so that tests can run everything on one thread.
+/// Runs work for other threads on the main thread. An interface, so that tests can run everything on one
+/// thread.
 class MainThread
 {
   public:

@@ -10,10 +10,10 @@ namespace quillfern {
 /// between them.
 [[nodiscard]] QString timeTakenString(const QDateTime& start, const QDateTime& end);
 
-/// What stands in place of a time while something is still at work.
+/// The text shown in place of a time while a job is still running.
 [[nodiscard]] QString timeTakenInProcess();
 
-/// The label that tells how a job stands.
+/// The label with a job's progress.
 [[nodiscard]] QString timeTakenLabel(const QString& timeTaken, int processed, int outputs);
 
 } // namespace quillfern

@@ -14,7 +14,7 @@
 namespace quillfern::desktop {
 namespace {
 
-/// A file manager that writes down what it is asked for.
+/// A file manager that records the requests it gets.
 class FakeFileManager final : public QDBusVirtualObject
 {
   public:
@@ -53,7 +53,7 @@ class Desktop : public testing::Test
                 }};
     }
 
-    /// Serves events until so many requests have arrived, or for ten seconds.
+    /// Serves events until `requests` requests have arrived, or for ten seconds.
     void await(qsizetype requests)
     {
         QElapsedTimer timer;
@@ -75,7 +75,7 @@ TEST_F(Desktop, TheFileManagerIsAskedForAllFilesAtOnce)
     auto desktop = services();
     desktop.reveal(asPaths({QStringLiteral("/a/one 1.pdf"), pathText("/b/latin\xE9.pdf")}));
     desktop.showProperties(asPaths({QStringLiteral("/a/one 1.pdf")}));
-    desktop.reveal({}); // nobody is bothered for nothing
+    desktop.reveal({}); // without files, no request is sent
     await(2);
     EXPECT_EQ(manager_.calls,
               (QStringList{QStringLiteral("ShowItems file:///a/one%201.pdf file:///b/latin%E9.pdf"),

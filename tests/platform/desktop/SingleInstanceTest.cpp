@@ -15,8 +15,8 @@ namespace {
 
 const QString service = QStringLiteral("org.orvane.test");
 
-/// The first instance lives in the test's thread; whoever talks to it does so from another, as from another
-/// process.
+/// The first instance lives in the test's thread; calls to it are made from another thread, as they would
+/// come from another process.
 class Instances : public testing::Test
 {
   protected:
@@ -127,7 +127,7 @@ TEST_F(Instances, OneThatIsLeavingTakesNothingMore)
     SingleInstance first(ours_, service);
     listen(first);
     QDBusPendingCall pending = theirs_.asyncCall(request("Activate", {QVariantMap()}));
-    QThread::msleep(50); // it is waiting for the first one now, which is busy with its end
+    QThread::msleep(50); // the call now waits for the first instance, which serves no events
     first.leave();
     elsewhere([&] { pending.waitForFinished(); });
     EXPECT_TRUE(pending.isError());

@@ -28,8 +28,7 @@ TEST(TextShaperTest, ExchangingFiguresGivesWhatAFullLayoutGives)
             for (const char* pattern : {"%1", "Page %1 of 1234", "A%1V", "%1/%1", "(%1)", "T%1,%1"}) {
                 const QString text = QString::fromLatin1(pattern).arg(number);
                 TextShaper fresh;
-                // Without figures nothing is exchanged: this shaper lays the very text out when it is its
-                // first.
+                // A shaper that keeps no layouts of earlier numbers.
                 EXPECT_EQ(glyphsOf(*running.shape(text, font)), glyphsOf(*fresh.shape(text, font)))
                     << text.toStdString();
                 EXPECT_DOUBLE_EQ(running.shape(text, font)->width, fresh.shape(text, font)->width);

@@ -8,7 +8,8 @@
 namespace quillfern::pageimages {
 namespace {
 
-/// Shows a page of the request's own path as its size, "slow" ones only when they are let through.
+/// Returns pages whose width is the page number, counted from 1. Those of the file "slow" wait for `gate`;
+/// the file "none" has no pages.
 class GatedPages final : public PageImageSource
 {
   public:
@@ -51,7 +52,7 @@ TEST(BackgroundPages, AnswerAtOnceWhenTheyCanAndLaterWhenTheyCannot)
     begun.acquire(begun.available());
     EXPECT_FALSE(impatient.page(request("slow", 0)).has_value());
     EXPECT_TRUE(impatient.isPending());
-    begun.acquire(); // it is in work
+    begun.acquire(); // the source is working on it
     EXPECT_FALSE(impatient.page(request("slow", 1)).has_value());
     EXPECT_FALSE(impatient.page(request("slow", 2)).has_value()) << "takes the place of the one before";
     gate.release(2);

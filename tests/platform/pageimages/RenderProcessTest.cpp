@@ -183,7 +183,7 @@ TEST(RenderProcess, HostileAndClosedFilesCostABoundedTimeAndGiveNone)
         if (c.waits) {
             EXPECT_GE(time.elapsed(), limit) << c.path.toStdString() << " ended by itself";
         }
-        // Ten times what is allowed: about ending at all, not about speed.
+        // Ten times the limit: the check is that the process ends at all, not how fast.
         EXPECT_LT(time.elapsed(), 10 * limit) << c.path.toStdString();
     }
     EXPECT_TRUE(RenderProcess(renderer()).page({asPath(open), 0, {600, 850}, 1}))

@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::size_t longest = 130;
 
-/// A copy of a text at a chosen distance from an aligned address, with nothing of ours behind its end.
+/// A copy of a text at a chosen distance from an aligned address. No allocated byte follows its end, so that
+/// sanitizers find a read behind it.
 class PlacedText
 {
   public:
@@ -52,7 +53,7 @@ bool isOther(char c)
     return filler.find(c) == std::string_view::npos && static_cast<unsigned char>(c) > ' ';
 }
 
-/// Both ways and the plain meaning of the words agree on a text.
+/// Compares the results of `Scan` for a text with those of the simplest code that fits their definitions.
 template <class Scan>
 void expectRight(std::string_view text, std::size_t alignment)
 {

@@ -74,7 +74,7 @@ TEST(CffCharsetTest, ATableCutAnywhereIsNotRead)
         for (qsizetype length = 0; length < whole.size(); ++length)
             EXPECT_FALSE(cidsByGlyph(whole.left(length))) << length << " of " << whole.size();
     }
-    // A font of names needs no more than its top dictionary.
+    // A font with glyph names is recognised by its top dictionary; nothing behind it is read.
     const QByteArray named = table(4, {}, false);
     for (qsizetype length = 0; length < named.size(); ++length)
         EXPECT_EQ(cidsByGlyph(named.left(length)).value_or(Cids{}), Cids{}) << length;

@@ -116,7 +116,7 @@ TEST(ContentBalanceTest, SurvivesAnyBytes)
         for (auto size = random() % 200; size > 0; --size)
             content += alphabet[static_cast<qsizetype>(random() % static_cast<std::size_t>(alphabet.size()))];
         const ContentBalance result = balance(content);
-        // What is closed by the result's own words is closed for good.
+        // Content that is followed by its own `closing` must be sound.
         if (result.strayRestores.empty()) {
             EXPECT_TRUE(balance(content + '\n' + result.closing).sound())
                 << content.toStdString() << " + " << result.closing.toStdString();
@@ -124,7 +124,7 @@ TEST(ContentBalanceTest, SurvivesAnyBytes)
     }
     EXPECT_THROW(static_cast<void>(balance(QByteArray("q ").repeated(1'500'000))), Failure);
     EXPECT_THROW(static_cast<void>(balance(QByteArray("Q ").repeated(1'500'000))), Failure);
-    // Ended in the other order: not slower for it.
+    // Marked content and text objects that overlap instead of nesting must not make this slow.
     const QByteArray crossed = QByteArray("/A BMC ").repeated(400'000) + QByteArray("BT ").repeated(400'000) +
                                QByteArray("EMC ").repeated(400'000) + QByteArray("ET ").repeated(400'000);
     EXPECT_TRUE(balance(crossed).sound());

@@ -20,8 +20,8 @@ namespace {
 
 constexpr double fontSize = 50;
 
-/// Boxes of their own heights for A to E, in a CID-keyed font whose CIDs are not its glyph numbers, or in one
-/// of names; for as long as the object lives it is one of the machine's fonts.
+/// A font with boxes of different heights for A to E, either CID-keyed with CIDs that are not its glyph
+/// numbers, or with glyph names. It is one of the application's fonts for as long as the object lives.
 class BoxFont
 {
   public:

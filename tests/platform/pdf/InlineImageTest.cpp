@@ -15,7 +15,7 @@ ContentBalance balance(const QByteArray& content)
 
 TEST(InlineImagesTest, OneImageAfterTheOtherEndsWhereItsOwnDataEnd)
 {
-    // What was found ahead of one image must not serve for another behind it.
+    // A mark that was found ahead of one image must not be taken for the end of an image behind that mark.
     const QByteArray content = "BI /F /A85 ID aEI b~> EI 1 g "
                                "BI /F /AHx ID 4145> EI 2 g "
                                "BI /F /A85 ID 87 EI(~>\n EI 3 g "

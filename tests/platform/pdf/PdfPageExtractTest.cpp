@@ -131,7 +131,7 @@ TEST(PdfPageExtract, AnnotationsBecomeContentAndBringNothingElseAlong)
 TEST(PdfPageExtract, BrokenTreesEndInAPageOrAWord)
 {
     const Scratch scratch;
-    // A page tree that goes round, one that lies about its counts, and one whose kid is no dictionary.
+    // A page tree with a cycle, one whose kid is no page, and one whose kids are no array.
     const QByteArray page = "<</Type/Page/Parent 2 0 R/MediaBox[0 0 200 100]>>";
     for (const QByteArray& tree :
          {QByteArray("<</Type/Pages/Count 3/Kids[2 0 R]>>"), QByteArray("<</Type/Pages/Count 1/Kids[null]>>"),

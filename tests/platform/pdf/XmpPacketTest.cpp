@@ -27,7 +27,7 @@ QByteArray written(const QString& text, const Writing& writing)
 }
 
 /// A packet as other programs write them, with `rdf` inside of rdf:RDF: characters of two, three and four
-/// bytes, both kinds of line ends, processing instructions, properties that nobody knows, padding.
+/// bytes, both kinds of line ends, processing instructions, unknown properties, padding.
 QString packet(const QString& rdf)
 {
     return QString::fromUtf8(
@@ -174,8 +174,8 @@ TEST(XmpPacketTest, ReadsTheArchivalPart)
         }
 }
 
-/// Cut at every place and with every byte changed in turn: what is then understood says only what stands
-/// there, and what is not is left alone.
+/// Cut at every place and with every byte changed in turn: a packet that is still understood keeps its bytes
+/// and can be edited.
 TEST(XmpPacketTest, SurvivesDamage)
 {
     const QString text = packet(description(QStringLiteral(" pdfaid:part='2'"),
@@ -193,7 +193,7 @@ TEST(XmpPacketTest, SurvivesDamage)
             if (!xmp.isUnderstood()) continue;
             ASSERT_EQ(xmp.bytes(), damaged) << at;
             if (!xmp.setCreatorTool(QStringLiteral("New"))) continue;
-            // The edit is a whole one: the packet can be read again, and says it once.
+            // The edit is complete: the packet can be read again and holds the new value.
             ASSERT_TRUE(xmp.isUnderstood()) << damaged.toStdString();
             ASSERT_TRUE(xmp.bytes().contains("CreatorTool>New</")) << damaged.toStdString();
         }

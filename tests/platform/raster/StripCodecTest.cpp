@@ -261,7 +261,7 @@ TEST(JpegCodecTest, RoundTripIsThatOfTheWholePicture)
 
 TEST(JpegCodecTest, OneShadeAllOverIsUnchangedOnlyWhenGrey)
 {
-    // What the shortcut for plain blocks rests on.
+    // The shortcut for blocks of one shade of grey relies on this.
     for (int value = 0; value < 256; ++value) {
         const QByteArray grey(64 * 3, static_cast<char>(value));
         ASSERT_EQ(plainRoundTrip(grey, 8, 8, 3), grey);

@@ -134,7 +134,8 @@ TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)
                     store.setValue(QStringLiteral("P%1").arg(program), round);
                     store.setValue(QStringLiteral("BULK%1").arg(program), QString(20'000, u'x'));
                     store.flush();
-                    QThread::msleep(10); // who looks for the lock now and then has to find it free at times
+                    // A process that polls for the lock must find it free from time to time.
+                    QThread::msleep(10);
                 }
             } catch (const Failure&) {
                 status = 1;
@@ -143,7 +144,7 @@ TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)
         }
         children.push_back(child);
     }
-    // Whoever looks meanwhile sees a whole file.
+    // A program that reads the store meanwhile finds a whole file.
     int looks = 0;
     for (std::size_t ended = 0; ended < children.size();) {
         if (QFileInfo::exists(scratch.path(storeName))) {

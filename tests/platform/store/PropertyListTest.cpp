@@ -14,7 +14,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// What the record holds, printed by a reader of another language.
+/// What the property list holds, as Python reads and prints it.
 QByteArray seenByPython(const QString& path)
 {
     const auto result = runTool(QStringLiteral("python3"),
@@ -368,7 +368,7 @@ TEST(PropertyList, DamagedBytesAreReadOrRefused)
                 else
                     bytes[at] = static_cast<char>(random());
             }
-            // Whatever it is, an answer comes back; and what is read can be kept.
+            // Damaged bytes are either read, and then written and read again, or refused with a reason.
             try {
                 static_cast<void>(readPropertyList(writePropertyList(readPropertyList(bytes))));
                 ++kept;
