@@ -30,7 +30,7 @@ class ActivityBar final : public QWidget
     void showTimeTaken(const QString& text);
 
   Q_SIGNALS:
-    /// Gathering is to stop.
+    /// The user wants gathering to stop.
     void cancelRequested();
 
   private:

@@ -28,7 +28,7 @@ class JobController final : public QObject, public ProcessObserver
     void viewLogAction();
     void closeProcessAction();
 
-    /// Asks a running job to stop and waits so long for it. True when none runs any more.
+    /// Asks a running job to stop and waits at most so long for its end. True when no job runs any more.
     bool stop(int milliseconds);
 
     [[nodiscard]] const Process* process() const { return process_.get(); } ///< null when there is none

@@ -20,8 +20,8 @@ class PreviewController final : public QObject
     Q_OBJECT
 
   public:
-    /// `state` returns what of the window decides about the picture, apart from the picture's own place. The
-    /// references outlive this.
+    /// `state` returns the state of the window that the picture depends on, except for the size of the
+    /// picture's place. The references must outlive this object.
     PreviewController(Numbering& number, PreviewPane& pane,
                       std::unique_ptr<pageimages::PageImageSource> pages,
                       std::function<PreviewState()> state);

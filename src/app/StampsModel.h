@@ -30,7 +30,7 @@ class StampsModel final : public QAbstractTableModel
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
   Q_SIGNALS:
-    /// A stamp was switched on or off here.
+    /// The user switched a stamp on or off in this table.
     void isSelectedEdited();
 
   private:

@@ -17,7 +17,8 @@ namespace quillfern {
 class PageCompositor;
 
 /// Stamps one raster file into a multi-page TIFF that holds the pages of the range; those of the chosen
-/// parity carry stamps. A pixel of a page is one unit of the stamps' space. Used on the shaper's thread.
+/// parity carry stamps. A pixel of a page is one unit of the space in which stamps are drawn. Used on the
+/// shaper's thread.
 class TiffProcessor
 {
   public:

@@ -4,7 +4,7 @@
 
 namespace quillfern {
 
-/// Shows pages of PDF files. Throws nothing; the time and memory it takes are up to the file.
+/// Makes images of PDF pages. Throws nothing; time and memory have no limit here and depend on the file.
 class PdfPageImages final : public pageimages::PageImageSource
 {
   public:

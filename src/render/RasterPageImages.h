@@ -4,7 +4,7 @@
 
 namespace quillfern {
 
-/// Shows pages of raster files. Throws nothing.
+/// Makes images of the pages of raster files. Throws nothing.
 class RasterPageImages final : public pageimages::PageImageSource
 {
   public:

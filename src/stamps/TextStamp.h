@@ -6,7 +6,8 @@
 
 namespace quillfern {
 
-/// How a stamp's text is lined. The values are stored in profiles; any other draws no line.
+/// The line under or through a stamp's text. The values are stored in profiles; any other value draws no
+/// line.
 enum UnderlineStyle : std::int32_t {
     Single = 0,
     Double = 1,
