@@ -1,12 +1,20 @@
 #pragma once
 
+#include "filelist/FileList.h"
 #include "filelist/FileListCommands.h"
 #include "filelist/FileListModel.h"
 #include "platform/desktop/Alerts.h"
+#include "platform/desktop/DesktopServices.h"
 #include "platform/desktop/FilePanels.h"
 #include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
 
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QWidget>
 #include <memory>
+#include <vector>
 
 namespace quillfern {
 

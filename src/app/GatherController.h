@@ -2,8 +2,16 @@
 
 #include "config/Settings.h"
 #include "filelist/FileGatherer.h"
+#include "filelist/FileList.h"
+#include "filelist/GatherObserver.h"
+#include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
+#include "platform/system/MainThread.h"
 
+#include <QList>
 #include <QObject>
+#include <QString>
+#include <atomic>
 
 namespace quillfern {
 

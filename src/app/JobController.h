@@ -1,11 +1,18 @@
 #pragma once
 
 #include "app/ProgressSheet.h"
+#include "batch/Job.h"
+#include "batch/Log.h"
 #include "batch/Process.h"
+#include "config/Settings.h"
 #include "filelist/FileList.h"
 #include "platform/desktop/Alerts.h"
 
+#include <QObject>
+#include <QString>
 #include <QThread>
+#include <QWidget>
+#include <memory>
 
 namespace quillfern {
 

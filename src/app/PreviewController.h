@@ -1,13 +1,18 @@
 #pragma once
 
 #include "config/Numbering.h"
+#include "config/Preview.h"
 #include "config/PreviewModel.h"
 #include "platform/drawing/TextShaper.h"
 #include "platform/pageimages/BackgroundPages.h"
+#include "platform/pageimages/PageImage.h"
 
+#include <QObject>
+#include <QSizeF>
 #include <QTimer>
 #include <QVariantAnimation>
 #include <functional>
+#include <memory>
 
 namespace quillfern {
 

@@ -9,8 +9,24 @@
 #include "app/StampsController.h"
 #include "app/WindowFocus.h"
 #include "app/WindowMemory.h"
+#include "batch/DocumentProcessors.h"
+#include "config/Numbering.h"
+#include "config/PreviewModel.h"
+#include "config/Settings.h"
+#include "filelist/FileList.h"
 #include "filelist/IncludeSubfolders.h"
+#include "platform/desktop/Alerts.h"
+#include "platform/desktop/DesktopServices.h"
+#include "platform/desktop/FilePanels.h"
+#include "platform/store/DefaultsStore.h"
+#include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
+#include "platform/system/Folders.h"
+#include "platform/system/MainThread.h"
 
+#include <QList>
+#include <QObject>
+#include <QString>
 #include <memory>
 
 namespace quillfern {

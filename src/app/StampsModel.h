@@ -1,8 +1,10 @@
 #pragma once
 
 #include "config/Numbering.h"
+#include "stamps/StampList.h"
 
 #include <QAbstractTableModel>
+#include <functional>
 
 namespace quillfern {
 

@@ -3,6 +3,7 @@
 #include "batch/OutputFile.h"
 #include "config/JobConfiguration.h"
 #include "config/Settings.h"
+#include "filelist/FileItem.h"
 #include "platform/system/FilePath.h"
 
 #include <QString>

@@ -2,8 +2,10 @@
 
 #include "batch/FileOutcome.h"
 #include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
 #include "platform/system/Folders.h"
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QLocale>
 #include <QString>

@@ -1,14 +1,24 @@
 #pragma once
 
 #include "batch/DocumentProcessors.h"
+#include "batch/FileOutcome.h"
 #include "batch/Job.h"
+#include "batch/JobRun.h"
 #include "batch/Log.h"
+#include "batch/OutputFile.h"
+#include "filelist/FileItem.h"
 #include "platform/desktop/DesktopServices.h"
+#include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
+#include "platform/system/Folders.h"
 #include "platform/system/MainThread.h"
 #include "platform/system/TimeTaken.h"
 
 #include <QCoreApplication>
+#include <QString>
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <mutex>
 #include <vector>
 

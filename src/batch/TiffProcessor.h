@@ -2,10 +2,10 @@
 
 #include "batch/FileOutcome.h"
 #include "batch/JobRun.h"
+#include "config/JobConfiguration.h"
 #include "platform/raster/RasterPage.h"
 #include "platform/system/FilePath.h"
 
-#include <QString>
 #include <cstdint>
 
 namespace quillfern::drawing {

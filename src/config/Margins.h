@@ -3,6 +3,7 @@
 #include "config/Numbering.h"
 
 #include <QSizeF>
+#include <cstdint>
 
 namespace quillfern {
 

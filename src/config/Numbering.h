@@ -1,13 +1,17 @@
 #pragma once
 
 #include "config/JobConfiguration.h"
+#include "platform/store/Record.h"
 #include "platform/system/FilePath.h"
 #include "stamps/PDFFont.h"
+#include "stamps/StampList.h"
 
+#include <QString>
 #include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillfern::store {

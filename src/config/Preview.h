@@ -2,6 +2,7 @@
 
 #include "config/JobConfiguration.h"
 #include "platform/pageimages/PageImage.h"
+#include "platform/system/FilePath.h"
 
 #include <QImage>
 #include <QSizeF>

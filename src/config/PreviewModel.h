@@ -1,9 +1,12 @@
 #pragma once
 
+#include "config/JobConfiguration.h"
 #include "config/Preview.h"
+#include "platform/system/FilePath.h"
 
+#include <QImage>
 #include <QRectF>
-#include <QString>
+#include <QSizeF>
 #include <cstdint>
 #include <optional>
 #include <vector>

@@ -1,8 +1,12 @@
 #pragma once
 
 #include "config/Numbering.h"
+#include "platform/store/DefaultsStore.h"
+#include "platform/store/Record.h"
 
+#include <QString>
 #include <memory>
+#include <optional>
 
 namespace quillfern {
 

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "config/Numbering.h"
+#include "stamps/IStampItem.h"
 
 #include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace quillfern {

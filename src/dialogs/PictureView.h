@@ -5,9 +5,12 @@
 
 #include <QImage>
 #include <QProgressBar>
+#include <QString>
 #include <QStringList>
 #include <QWidget>
 #include <optional>
+
+class QPainter;
 
 namespace quillfern {
 

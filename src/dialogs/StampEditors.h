@@ -5,8 +5,11 @@
 #include "dialogs/StampHost.h"
 #include "platform/desktop/Alerts.h"
 #include "platform/desktop/FilePanels.h"
+#include "stamps/IStampItem.h"
 
 #include <QPointer>
+#include <QWidget>
+#include <functional>
 #include <memory>
 #include <vector>
 

@@ -2,6 +2,8 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QList>
+
 namespace quillfern {
 
 /// One request to gather files.

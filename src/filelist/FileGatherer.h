@@ -4,14 +4,18 @@
 #include "filelist/FileList.h"
 #include "filelist/GatherObserver.h"
 #include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
 #include "platform/system/MainThread.h"
 
+#include <QList>
+#include <QString>
 #include <QThread>
 #include <QThreadPool>
 #include <atomic>
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quillfern {

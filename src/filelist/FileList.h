@@ -2,10 +2,14 @@
 
 #include "filelist/FileItem.h"
 #include "filelist/FileListOrder.h"
+#include "platform/system/FilePath.h"
 
 #include <QSet>
+#include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quillfern {

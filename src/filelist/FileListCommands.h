@@ -2,6 +2,12 @@
 
 #include "filelist/FileList.h"
 #include "platform/desktop/DesktopServices.h"
+#include "platform/system/FilePath.h"
+
+#include <QList>
+#include <QString>
+#include <optional>
+#include <vector>
 
 namespace quillfern {
 

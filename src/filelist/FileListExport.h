@@ -1,6 +1,10 @@
 #pragma once
 
 #include "filelist/FileList.h"
+#include "platform/system/FilePath.h"
+
+#include <QByteArray>
+#include <QString>
 
 namespace quillfern {
 

@@ -1,10 +1,15 @@
 #pragma once
 
 #include "filelist/FileList.h"
+#include "platform/system/FilePath.h"
 
 #include <QAbstractTableModel>
-#include <array>
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
 #include <atomic>
+#include <vector>
 
 namespace quillfern {
 

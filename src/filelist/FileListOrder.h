@@ -3,6 +3,9 @@
 #include "filelist/FileItem.h"
 #include "filelist/NameOrder.h"
 
+#include <QCollator>
+#include <QString>
+#include <cstdint>
 #include <variant>
 #include <vector>
 

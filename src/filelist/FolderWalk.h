@@ -1,9 +1,13 @@
 #pragma once
 
 #include "filelist/NameOrder.h"
+#include "platform/system/FilePath.h"
 #include "platform/system/FolderEntries.h"
 
+#include <QString>
 #include <functional>
+#include <utility>
+#include <vector>
 
 namespace quillfern {
 

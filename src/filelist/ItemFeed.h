@@ -1,8 +1,14 @@
 #pragma once
 
+#include "filelist/FileItem.h"
 #include "filelist/ItemPipeline.h"
+#include "platform/system/FilePath.h"
 
+#include <QString>
+#include <QThreadPool>
+#include <chrono>
 #include <functional>
+#include <vector>
 
 namespace quillfern {
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "filelist/FileItem.h"
+#include "platform/system/FilePath.h"
 
+#include <QString>
 #include <QThreadPool>
 #include <chrono>
+#include <cstddef>
 #include <memory>
 #include <vector>
 

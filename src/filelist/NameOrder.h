@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCollator>
+#include <QString>
 
 namespace quillfern {
 

@@ -2,6 +2,11 @@
 
 #include "filelist/Arguments.h"
 #include "filelist/PathListParser.h"
+#include "platform/system/FilePath.h"
+
+#include <QList>
+#include <QString>
+#include <optional>
 
 namespace quillfern {
 

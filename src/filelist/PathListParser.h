@@ -2,7 +2,10 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QList>
+#include <QString>
 #include <optional>
+#include <utility>
 
 namespace quillfern {
 

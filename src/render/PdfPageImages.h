@@ -2,6 +2,8 @@
 
 #include "platform/pageimages/PageImage.h"
 
+#include <optional>
+
 namespace quillfern {
 
 /// Makes images of PDF pages. Throws nothing; time and memory have no limit here and depend on the file.

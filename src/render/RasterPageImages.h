@@ -2,6 +2,8 @@
 
 #include "platform/pageimages/PageImage.h"
 
+#include <optional>
+
 namespace quillfern {
 
 /// Makes images of the pages of raster files. Throws nothing.

@@ -1,7 +1,17 @@
 #pragma once
 
+#include "filelist/Arguments.h"
 #include "filelist/FileGatherer.h"
+#include "filelist/FileList.h"
+#include "filelist/GatherObserver.h"
+#include "platform/system/Clock.h"
+#include "platform/system/MainThread.h"
 #include "runner/RunnerOptions.h"
+
+#include <QString>
+#include <atomic>
+#include <functional>
+#include <vector>
 
 namespace quillfern {
 

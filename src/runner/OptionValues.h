@@ -2,8 +2,13 @@
 
 #include "runner/RunnerOptions.h"
 
+#include <QLatin1String>
+#include <QString>
+#include <QStringList>
 #include <array>
-#include <limits>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
 
 namespace quillfern {
 

@@ -1,10 +1,18 @@
 #pragma once
 
+#include "batch/Log.h"
 #include "batch/Process.h"
+#include "config/Numbering.h"
+#include "config/Settings.h"
 #include "filelist/FileList.h"
+#include "platform/system/FilePath.h"
 #include "runner/RunnerOptions.h"
 
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
 #include <QTextStream>
+#include <functional>
 
 namespace quillfern {
 

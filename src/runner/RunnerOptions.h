@@ -5,6 +5,7 @@
 #include "platform/system/FilePath.h"
 
 #include <QSize>
+#include <QString>
 #include <QStringList>
 
 namespace quillfern {

@@ -2,6 +2,7 @@
 
 #include "config/JobConfiguration.h"
 #include "filelist/FileList.h"
+#include "platform/system/FilePath.h"
 
 #include <QSize>
 

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "runner/OptionValues.h"
+#include "stamps/IStampItem.h"
 #include "stamps/PageCompositor.h"
+#include "stamps/StampList.h"
 
+#include <QString>
 #include <memory>
 #include <span>
 

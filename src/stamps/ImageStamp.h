@@ -1,10 +1,18 @@
 #pragma once
 
+#include "platform/drawing/Canvas.h"
 #include "platform/drawing/Picture.h"
+#include "platform/store/Record.h"
 #include "platform/system/FilePath.h"
+#include "stamps/IStampItem.h"
 #include "stamps/StampBase.h"
 
+#include <QByteArray>
+#include <QRectF>
 #include <QSize>
+#include <QString>
+#include <cstdint>
+#include <memory>
 #include <optional>
 
 namespace quillfern {

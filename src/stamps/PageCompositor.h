@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/drawing/Canvas.h"
 #include "platform/drawing/InkProbe.h"
+#include "platform/drawing/TextShaper.h"
 #include "stamps/StampList.h"
 #include "stamps/StampRun.h"
 
 #include <QImage>
+#include <QPoint>
 #include <QRectF>
 #include <cstdint>
 #include <vector>

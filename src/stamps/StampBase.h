@@ -1,6 +1,12 @@
 #pragma once
 
+#include "platform/store/Record.h"
 #include "stamps/IStampItem.h"
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+#include <utility>
 
 namespace quillfern {
 

@@ -1,8 +1,18 @@
 #pragma once
 
+#include "platform/drawing/Canvas.h"
+#include "platform/store/Record.h"
+#include "stamps/IStampItem.h"
 #include "stamps/NumberText.h"
 #include "stamps/PDFFont.h"
 #include "stamps/StampBase.h"
+
+#include <QColor>
+#include <QRectF>
+#include <QString>
+#include <cstdint>
+#include <memory>
+#include <optional>
 
 namespace quillfern {
 
