@@ -8,7 +8,7 @@
 
 namespace quillfern {
 
-inline int failures = 0; ///< how many values were past their limits
+inline int failures = 0; ///< how many values were beyond their limits
 
 /// Prints a value beside its limit.
 inline void report(const QString& what, double value, const char* unit, double limit)

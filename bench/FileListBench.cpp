@@ -1,9 +1,9 @@
-// The file list at the scale of a whole archive: makes a tree of tiny but real documents, gathers it, and
-// measures what people would notice. Limits are those of a machine with two cores.
+// The file list at the scale of a whole archive: makes a tree of tiny but real documents, gathers them, and
+// measures the delays that a user would notice. The limits are for a machine with two cores.
 //
 //     bench_filelist [--files N] [--keep DIR]
 //
-// Ends with 1 when a limit is passed.
+// The exit status is 1 when a value is beyond its limit.
 
 #include "BenchSupport.h"
 #include "filelist/FileGatherer.h"
@@ -70,7 +70,7 @@ QByteArray tiffBytes(int pages)
     return bytes;
 }
 
-/// 200 files a folder, folders in folders; names as scanners and people make them.
+/// 200 files a folder, folders in folders; names as scanners and people give them.
 void makeTree(const QString& root, int files)
 {
     const QList<std::pair<QByteArray, QString>> kinds = {
@@ -88,7 +88,7 @@ void makeTree(const QString& root, int files)
     }
 }
 
-/// Gathers as the window does, with an event loop that counts how long it was kept from its events.
+/// Gathers as the window does, and measures how long the event loop is blocked.
 class Window final : public GatherObserver
 {
   public:
@@ -168,7 +168,7 @@ void benchCancel(const QString& tree, int files)
     }
     report(QStringLiteral("from cancel to the end, the longest of five"), window.cancelTook, "ms", 100);
 
-    // What is found goes into a list that is sorted, and is sorted on the way out, too.
+    // The list is sorted by a column here, so the files found are sorted in, too.
     window.cancelTook = 0;
     for (const char* column : {"name", "dateModified"}) {
         window.files.clear();

@@ -1,9 +1,9 @@
-// The whole window at work: how long the main thread is kept from its events while many files are gathered
-// and while a job runs. Time that the machine was busy with something else does not count.
+// The whole window at work: how long the main thread's event loop is blocked while many files are gathered
+// and while a job runs. Time in which the machine was busy with other programs does not count.
 //
 //     bench_liveness [--files N]
 //
-// Ends with 1 when a limit is passed.
+// The exit status is 1 when a value is beyond its limit.
 
 #include "BenchSupport.h"
 #include "app/MainWindow.h"
@@ -41,7 +41,7 @@ struct Gap
     Steady::time_point to;
 };
 
-/// Beats every few milliseconds on the thread it lives on and notes every beat that came late.
+/// Is called by a timer every few milliseconds and records every call that came late.
 class Beats
 {
   public:
@@ -58,8 +58,8 @@ class Beats
     std::vector<Gap> gaps_;
 };
 
-/// The main thread's heartbeat, and beside it that of a thread that has nothing else to do: while that one is
-/// late as well, the machine was busy with something else.
+/// The beats of the main thread, and those of a second thread that has nothing else to do: while both are
+/// late, the machine was busy with other programs.
 class Heartbeat
 {
   public:
@@ -80,7 +80,7 @@ class Heartbeat
     }
     ~Heartbeat() { end(); }
 
-    /// The longest time, in milliseconds, that the main thread was kept from its events by its own work.
+    /// The longest time, in milliseconds, that the main thread's event loop was blocked by its own work.
     double longestStall()
     {
         beats_.beat();
@@ -126,7 +126,7 @@ void serveEventsUntil(const std::function<bool()>& isDone)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
-/// What is measured has to hear a stall that is there.
+/// Checks the measurement itself: a stall made on purpose has to be found.
 void checkHeartbeat()
 {
     Heartbeat heart;
@@ -136,7 +136,7 @@ void checkHeartbeat()
     if (heart.longestStall() < 150) qFatal("a stall of 160 ms was not noticed");
 }
 
-/// The program in a folder of its own, with nobody at its windows.
+/// The program with settings and files in a folder of its own, without a user.
 class Program
 {
   public:

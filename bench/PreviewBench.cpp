@@ -1,4 +1,4 @@
-// Times what a person waits for when the preview is drawn, and what pdftoppm takes for the same page.
+// Measures how long a user waits for the preview, and how long pdftoppm takes for the same page.
 //     bench_preview FILE.pdf [RUNS]
 // Prints medians in milliseconds. bench/preview.py makes a long document and runs this.
 
@@ -26,7 +26,7 @@ using namespace quillfern;
 double median(int runs, const std::function<bool(int)>& work)
 {
     std::vector<double> times;
-    for (int run = -1; run < runs; ++run) { // the first warms up
+    for (int run = -1; run < runs; ++run) { // the first run warms up caches and does not count
         QElapsedTimer timer;
         timer.start();
         if (!work(run)) qFatal("a run failed; no figure would mean anything");
@@ -36,7 +36,7 @@ double median(int runs, const std::function<bool(int)>& work)
     return times[static_cast<std::size_t>(runs / 2)];
 }
 
-/// A page's usual furniture: numbers, a reference, a date, and a large translucent word across it.
+/// The usual stamps of a page: numbers, a reference, a date, and a large translucent word across the page.
 void addFiveStamps(Numbering& number)
 {
     const auto add = [&](const char* text, MarginAnchor anchor, double size) {
@@ -102,7 +102,7 @@ int main(int argc, char** argv)
         const Preview::View view{box, density, 0};
         const QString screen = density > 1 ? QStringLiteral(" (screen of density 2)") : QString();
         print(QStringLiteral("sample page") + screen, median(runs, [&](int run) {
-                  number.setStartNumber(run + 2); // another text every time, as when someone types
+                  number.setStartNumber(run + 2); // a different text in every run, as when a user types
                   return !cached.preview2(job, 4, view).isNull();
               }));
         print(QStringLiteral("live page from the cache") + screen, median(runs, [&](int run) {
@@ -114,7 +114,8 @@ int main(int argc, char** argv)
         const Preview::View view{box, 1, 0};
         if (!renderer.page({file, page - 1, box, 1})) qFatal("the page cannot be shown");
         print(QStringLiteral("live page %1, first time").arg(page), median(runs, [&](int) {
-                  // The sample page, which would stand in for a page that failed, is as wide as the view.
+                  // A page that failed is replaced by the sample page, which is recognised by its ratio of 1:
+                  // it is as wide as the view.
                   return fresh.previewLive(job, live(page), view).devicePixelRatio() != 1.0;
               }));
         print(QStringLiteral("pdftoppm, page %1").arg(page),

@@ -1,4 +1,4 @@
-// Starts the program as it is and ends it once its window has been painted for the first time. Prints the
+// Starts the complete program and ends it when its window has been painted for the first time. Prints the
 // milliseconds since the moment that BENCH_SINCE gives in milliseconds of the monotonic clock.
 
 #include "app/Application.h"
@@ -26,7 +26,8 @@ class FirstPaint final : public QObject
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        // What is asked for while painting runs when the whole window has been painted and shown.
+        // A call that is posted while the window is painted runs after the whole window has been painted and
+        // shown.
         if (event->type() == QEvent::Paint && !std::exchange(isDone_, true))
             QTimer::singleShot(0, this, [this] {
                 std::printf("%.1f\n", now() - since_);

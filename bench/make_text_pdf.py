@@ -58,7 +58,7 @@ ADVANCES = """
 """.split()
 LETTERS = {chr(ord("a") + place): int(advance) for place, advance in enumerate(ADVANCES)}
 SPACE = 250
-# How much closer some pairs stand.
+# Pairs of letters and how much closer they stand to each other.
 KERNS = {}
 for closer, pairs in (
     (5, "ge yo we"),
@@ -96,7 +96,7 @@ def word_list():
 
 WORDS = word_list()
 
-# Takes what belongs to the array out of a piece of it, and leaves the word.
+# Removes the brackets and numbers of a TJ array from a piece of the array, which leaves the word.
 UNKERNED = str.maketrans("", "", "()0123456789-")
 
 
@@ -127,7 +127,7 @@ def content(number):
         move = indent - carried
         carried = indent
         if left == 0:
-            # The end of a paragraph: a line that is not stretched, and cut somewhere.
+            # The last line of a paragraph: not stretched, and cut at a random word.
             words = parts[: max(1, chance.randint(len(parts) // 4, len(parts) - 1))]
             plain = " ".join(word.translate(UNKERNED) for word in words)
             out.append(f"{move} -{LEADING} Td\n({plain}.)Tj\n")
@@ -186,7 +186,7 @@ def write_document(pages, file):
     writer.write(b"%PDF-1.4\n%\xe2\xe3\xcf\xd3\n")
     catalog, info, font1, font2 = 1, 2, 3, 4
     levels = tree_levels(pages)
-    # Numbers of the objects of each level; below the leaves lie the streams, one a page.
+    # The object numbers of each level; below the leaves there is one content stream for each page.
     first, next_number = [], 5
     for count in levels:
         first.append(next_number)

@@ -1,4 +1,4 @@
-"""Runs commands as whole processes and tells their time and peak memory; what the benchmarks here share."""
+"""Runs commands as processes and measures their time and peak memory; shared by the benchmarks in this folder."""
 
 import os
 import statistics

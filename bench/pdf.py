@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Stamps a 2,000-page text document with Quillfern's runner and with what people would use instead.
+"""Stamps a 2,000-page text document with Quillfern's runner and with the programs that people would use otherwise.
 
     bench/pdf.py [--pages N] [--runs N] [--runner PATH]
 
@@ -59,7 +59,7 @@ def generate(pages, path):
 
 
 def check_output(folder, pages):
-    """The last page of each stamped copy has to say so; a benchmark of nothing would be fast."""
+    """Checks that the last page of each copy has its stamp: a program that stamps nothing would be fast."""
     for path in [folder / "out" / "text.pdf", folder / "fitz.pdf", folder / "overlay.pdf", folder / "pdftk.pdf"]:
         text = subprocess.run(["pdftotext", "-f", str(pages), "-l", str(pages), path, "-"], capture_output=True, check=True)
         if f"{pages} of {pages}" not in text.stdout.decode():

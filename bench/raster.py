@@ -20,7 +20,7 @@ import measure
 
 HERE = pathlib.Path(__file__).resolve().parent
 
-# name, file, what tiffcp makes it with, what ImageMagick calls the coding
+# name, file, the compression option of tiffcp, ImageMagick's name of the compression
 KINDS = [
     ("RGB LZW", "rgb-lzw.tif", "lzw:2", "LZW"),
     ("RGB JPEG", "rgb-jpeg.tif", "jpeg:r:85", "JPEG"),
@@ -28,7 +28,7 @@ KINDS = [
     ("bilevel Group 4", "bilevel-g4.tif", "g4", "Group4"),
 ]
 
-# ImageMagick as installed refuses a thousand million pixels; the comparison lets it have the memory.
+# ImageMagick's default policy refuses a thousand million pixels; this policy allows the memory for them.
 POLICY = """<policymap>
 <policy domain="resource" name="memory" value="12GiB"/>
 <policy domain="resource" name="map" value="12GiB"/>
@@ -37,7 +37,7 @@ POLICY = """<policymap>
 </policymap>
 """
 
-DISTINCT = 4  # pages that differ; a document repeats them
+DISTINCT = 4  # number of different pages, which a document repeats
 
 
 def font_file():

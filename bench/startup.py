@@ -54,7 +54,7 @@ def main():
         for process in filter(None, (screen, bus)):
             process.terminate()
             process.wait()
-    times = times[1:]  # the first one reads the program from the disk
+    times = times[1:]  # without the first run, which reads the program from the disk
     median = statistics.median(times)
     print(f"first painted window after {median:.0f} ms (median of {len(times)}; "
           f"{min(times):.0f} to {max(times):.0f}); the limit is {LIMIT:.0f} ms")

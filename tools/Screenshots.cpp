@@ -1,5 +1,5 @@
-// Takes pictures of the program's windows in the states that people see them in, from samples/, into a
-// folder. Run it through tools/screenshots.sh.
+// Takes pictures of the program's windows in the states that users see, with the files of samples/, and
+// writes them into a folder. Run it through tools/screenshots.sh.
 
 #include "app/MainWindow.h"
 #include "app/QuillfernAppDelegate.h"
@@ -25,7 +25,7 @@
 namespace quillfern {
 namespace {
 
-/// As desktops with dark windows have it.
+/// The palette of a desktop with dark windows.
 QPalette darkPalette()
 {
     QPalette palette(QColor(0x2b, 0x2d, 0x30), QColor(0x2b, 0x2d, 0x30));
@@ -40,7 +40,7 @@ QPalette darkPalette()
     return palette;
 }
 
-/// A job that takes its time, to be seen at work.
+/// Processors that are slow, so that a running job can be pictured.
 class SlowProcessors final : public DocumentProcessors
 {
   public:
@@ -113,7 +113,7 @@ class Photographer
     }
     static void settle(int milliseconds = 450) { QTest::qWait(milliseconds); }
 
-    /// What the screen shows of the window and what lies over it.
+    /// Takes a picture of the screen where the window is, with everything that lies over the window.
     void take(const char* name) { take(name, &window()); }
     void take(const char* name, QWidget* of)
     {

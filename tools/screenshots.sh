@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Takes pictures of all windows, on a screen that nobody sees: light, dark, right to left and at double density.
+# Takes pictures of all windows on a virtual screen: light, dark, right to left and at double density.
 #
 #   tools/screenshots.sh [FOLDER]     into FOLDER (out/screenshots)
 #   tools/screenshots.sh --docs       also puts those that the README and the manual show into docs/pictures
@@ -17,7 +17,8 @@ cmake --preset dev -DQUILLFERN_TOOLS=ON >/dev/null
 cmake --build --preset dev --target quillfern-screenshots quillfern-render -- --quiet
 
 take() { # LOOK SUFFIX SCALE
-    # A window manager gives the windows their frames, without which a sheet is lost on its window.
+    # A window manager draws the frames of the windows; without a frame a sheet cannot be told from its
+    # window.
     QT_SCALE_FACTOR=$3 QT_QPA_PLATFORM=xcb xvfb-run -a -s "-screen 0 2800x1800x24" bash -c \
         'openbox & manager=$!; sleep 1; build/dev/bin/quillfern-screenshots samples "$@"; kill $manager' \
         take "$folder" "$1" "$2"

@@ -2,7 +2,11 @@
 
 #include "app/WindowActions.h"
 
+#include <QAction>
+#include <QKeySequence>
+#include <QList>
 #include <array>
+#include <span>
 
 namespace quillfern {
 

@@ -22,7 +22,7 @@ class Activity final : public QObject
     [[nodiscard]] bool isIdle() const { return state_ == State::Idle; }
     [[nodiscard]] bool isGathering() const { return state_ == State::Gathering; }
     [[nodiscard]] bool isJob() const { return state_ == State::Job; }
-    /// True unless idle, for those that are given a flag to look at. Any thread.
+    /// True unless idle, for classes that read a flag instead of observing signals. Any thread.
     [[nodiscard]] const std::atomic<bool>& busy() const { return busy_; }
 
     /// Leaves the idle state. False, with nothing changed, when something else is under way.
@@ -33,9 +33,9 @@ class Activity final : public QObject
   Q_SIGNALS:
     /// The idle state is about to be left; all controls are still as they were.
     void aboutToBegin();
-    /// There is another state; controls take it on.
+    /// The state has changed; controls are to show the new state.
     void changed();
-    /// The idle state is back, and everything that observes changed() has taken it on.
+    /// The state is idle again, and everything that observes changed() shows this.
     void ended();
 
   private:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QWidget>
 #include <memory>
 
@@ -30,7 +31,7 @@ class ActivityBar final : public QWidget
     void showTimeTaken(const QString& text);
 
   Q_SIGNALS:
-    /// Gathering is to stop.
+    /// The user wants gathering to stop.
     void cancelRequested();
 
   private:

@@ -67,7 +67,7 @@ struct BeforeQt
         drawing::FontCatalog::preferEmbeddableFonts();
     }
 
-    QString activationToken; ///< the desktop's leave to take the keyboard; Qt may use it up
+    QString activationToken; ///< the desktop's permission to take the keyboard; valid once, and Qt may use it
 };
 
 /// Lets the next window that is activated take the keyboard. Elsewhere the window manager decides by itself.
@@ -111,7 +111,7 @@ struct Application::Parts
         if (loadTexts(texts)) QCoreApplication::installTranslator(&texts);
     }
 
-    /// Whether another instance has taken the files. Comes once, before the window.
+    /// Whether another instance has taken the files. Called once, before the window is made.
     bool handOver(const QList<FilePath>& files)
     {
         instance = std::make_unique<desktop::SingleInstance>(QDBusConnection::sessionBus(),

@@ -6,8 +6,8 @@ namespace quillfern {
 
 class MainWindow;
 
-/// The program with a window, with everything real: the user's settings, folders and desktop. Made once, on
-/// the main thread, before anything else of Qt.
+/// The program with a window, with the user's settings, folders and desktop. Constructed once, on the main
+/// thread, before any other Qt object.
 class Application
 {
   public:

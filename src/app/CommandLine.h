@@ -2,6 +2,9 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QList>
+#include <QString>
+
 namespace quillfern {
 
 /// What the command line of the program with a window asks for.

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QTableView>
+#include <functional>
+#include <utility>
 
 class QMenu;
 

@@ -1,12 +1,20 @@
 #pragma once
 
+#include "filelist/FileList.h"
 #include "filelist/FileListCommands.h"
 #include "filelist/FileListModel.h"
 #include "platform/desktop/Alerts.h"
+#include "platform/desktop/DesktopServices.h"
 #include "platform/desktop/FilePanels.h"
 #include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
 
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QWidget>
 #include <memory>
+#include <vector>
 
 namespace quillfern {
 
@@ -32,15 +40,15 @@ class FilesController final : public QObject, public FileListView
     [[nodiscard]] std::vector<int> selection() const;
     [[nodiscard]] bool containsPDFFiles() const;
 
-    /// Brings the list, its hint and its commands into the state that the activity and the list make.
+    /// Updates the list, its hint and its commands to the activity and the contents of the list.
     void updateCommands();
     void showTotals();
-    /// Some more files are in the list; the activity that adds them goes on.
+    /// Files were added to the list; the activity that adds files goes on.
     void listGrew();
     void deselectFiles();
 
   Q_SIGNALS:
-    /// The window is idle and there is another selection, or the same rows have other files in them.
+    /// The window is idle, and another row is selected or the selected rows contain other files.
     void selectionChanged();
     /// Other totals of the list, after a command or an activity.
     void totalsChanged();

@@ -2,8 +2,16 @@
 
 #include "config/Settings.h"
 #include "filelist/FileGatherer.h"
+#include "filelist/FileList.h"
+#include "filelist/GatherObserver.h"
+#include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
+#include "platform/system/MainThread.h"
 
+#include <QList>
 #include <QObject>
+#include <QString>
+#include <atomic>
 
 namespace quillfern {
 
@@ -23,13 +31,14 @@ class GatherController final : public QObject, private GatherObserver
     bool load(const QList<FilePath>& paths, bool isFolders, bool includeSubfolders);
     /// Gives files of the list a password and counts their pages anew; nothing happens while a job runs.
     void applyPassword(const QList<FilePath>& paths, const QString& password);
-    /// Ends what is under way; files that are in the list by then stay.
+    /// Ends the request that is running; files that are in the list by then stay.
     void cancel();
-    /// Ends what is under way for good and waits so long for it. True when nothing runs any more.
+    /// Ends the request that is running, prevents further ones, and waits at most so long. True when nothing
+    /// runs any more.
     bool stop(int milliseconds) { return gatherer_.stop(milliseconds); }
 
   Q_SIGNALS:
-    /// Some more files are in the list.
+    /// Files were added to the list.
     void listGrew();
     /// The text for the label that shows the time.
     void timeTakenChanged(const QString& text);

@@ -1,11 +1,18 @@
 #pragma once
 
 #include "app/ProgressSheet.h"
+#include "batch/Job.h"
+#include "batch/Log.h"
 #include "batch/Process.h"
+#include "config/Settings.h"
 #include "filelist/FileList.h"
 #include "platform/desktop/Alerts.h"
 
+#include <QObject>
+#include <QString>
 #include <QThread>
+#include <QWidget>
+#include <memory>
 
 namespace quillfern {
 
@@ -28,7 +35,7 @@ class JobController final : public QObject, public ProcessObserver
     void viewLogAction();
     void closeProcessAction();
 
-    /// Asks a running job to stop and waits so long for it. True when none runs any more.
+    /// Asks a running job to stop and waits at most so long for its end. True when no job runs any more.
     bool stop(int milliseconds);
 
     [[nodiscard]] const Process* process() const { return process_.get(); } ///< null when there is none

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "batch/FileOutcome.h"
 #include "batch/Log.h"
 
 #include <QAbstractTableModel>
+#include <QString>
+#include <cstdint>
 #include <vector>
 
 namespace quillfern {

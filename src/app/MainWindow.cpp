@@ -119,7 +119,7 @@ void MainWindow::showActivity(const Activity& activity)
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    event->ignore(); // leaving is decided in one place
+    event->ignore(); // the receiver of closeRequested() decides whether the program ends
     Q_EMIT closeRequested();
 }
 

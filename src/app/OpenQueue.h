@@ -2,6 +2,7 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QList>
 #include <QObject>
 #include <functional>
 

@@ -2,6 +2,7 @@
 
 #include "config/Settings.h"
 
+#include <QString>
 #include <QWidget>
 #include <memory>
 

@@ -1,12 +1,18 @@
 #pragma once
 
 #include "config/Margins.h"
+#include "config/Numbering.h"
 #include "dialogs/FieldFormatters.h"
 
+#include <QLineEdit>
+#include <QSizeF>
+#include <QString>
 #include <QWidget>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace quillfern {
 

@@ -37,7 +37,7 @@ PreviewController::PreviewController(Numbering& number, PreviewPane& pane,
 
 QSizeF PreviewController::viewSize() const
 {
-    // During the animation the size that the picture will have counts.
+    // During the animation this is the size that the picture will have at its end.
     if (animation_.state() == QAbstractAnimation::Running) return animation_.endValue().toRectF().size();
     return area_.previewImageView->size();
 }

@@ -1,13 +1,18 @@
 #pragma once
 
 #include "config/Numbering.h"
+#include "config/Preview.h"
 #include "config/PreviewModel.h"
 #include "platform/drawing/TextShaper.h"
 #include "platform/pageimages/BackgroundPages.h"
+#include "platform/pageimages/PageImage.h"
 
+#include <QObject>
+#include <QSizeF>
 #include <QTimer>
 #include <QVariantAnimation>
 #include <functional>
+#include <memory>
 
 namespace quillfern {
 
@@ -20,8 +25,8 @@ class PreviewController final : public QObject
     Q_OBJECT
 
   public:
-    /// `state` returns what of the window decides about the picture, apart from the picture's own place. The
-    /// references outlive this.
+    /// `state` returns the state of the window that the picture depends on, except for the size of the
+    /// picture's place. The references must outlive this object.
     PreviewController(Numbering& number, PreviewPane& pane,
                       std::unique_ptr<pageimages::PageImageSource> pages,
                       std::function<PreviewState()> state);

@@ -1,10 +1,14 @@
 #pragma once
 
 #include "app/JobResultsModel.h"
+#include "batch/Log.h"
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QString>
 #include <QTimer>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 

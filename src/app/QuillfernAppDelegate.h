@@ -9,15 +9,31 @@
 #include "app/StampsController.h"
 #include "app/WindowFocus.h"
 #include "app/WindowMemory.h"
+#include "batch/DocumentProcessors.h"
+#include "config/Numbering.h"
+#include "config/PreviewModel.h"
+#include "config/Settings.h"
+#include "filelist/FileList.h"
 #include "filelist/IncludeSubfolders.h"
+#include "platform/desktop/Alerts.h"
+#include "platform/desktop/DesktopServices.h"
+#include "platform/desktop/FilePanels.h"
+#include "platform/store/DefaultsStore.h"
+#include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
+#include "platform/system/Folders.h"
+#include "platform/system/MainThread.h"
 
+#include <QList>
+#include <QObject>
+#include <QString>
 #include <memory>
 
 namespace quillfern {
 
 class MainWindow;
 
-/// What the application needs of the outside world; everything outlives it.
+/// The services that the application uses; all of them must outlive the application.
 struct AppServices
 {
     const Clock& clock;
@@ -45,8 +61,8 @@ class QuillfernAppDelegate final : public QObject, public NumberingDelegate
     /// Stops what is running and waits for it. Does not save anything.
     ~QuillfernAppDelegate() override;
 
-    /// Ends editing, so that what was typed counts, and saves the settings. The application may always end
-    /// then.
+    /// Ends editing, so that what was typed counts, and saves the settings. The application can be ended
+    /// after this call.
     void applicationShouldTerminate();
     /// Brings the window to the front, unless it is visible.
     void applicationShouldHandleReopen();
@@ -56,7 +72,8 @@ class QuillfernAppDelegate final : public QObject, public NumberingDelegate
     /// The program was started once more, with these files and folders: the window comes to the front and
     /// takes them.
     void startedAgain(const QList<FilePath>& paths);
-    /// Asks what is running to stop and waits so long for it. True when nothing runs any more.
+    /// Asks gathering and a job to stop and waits at most so long for their end. True when nothing runs any
+    /// more.
     bool stop(int milliseconds);
 
     [[nodiscard]] MainWindow& window() { return *window_; }
@@ -90,14 +107,16 @@ class QuillfernAppDelegate final : public QObject, public NumberingDelegate
     Settings settings_;
     IncludeSubfolders includeSubfolders_;
     WindowMemory memory_;
-    std::unique_ptr<MainWindow> window_; ///< goes before the settings, which its panes edit
+    /// Declared after the settings, which its panes edit, so that the window is destroyed first.
+    std::unique_ptr<MainWindow> window_;
     WindowFocus focus_;
     std::unique_ptr<FilesController> filesController_;
     std::unique_ptr<StampsController> stampsController_;
     std::unique_ptr<PreviewController> preview_;
     std::unique_ptr<JobController> job_;
     std::unique_ptr<OpenQueue> openQueue_;
-    std::unique_ptr<GatherController> gatherer_; ///< last: gathering has to stop before anything else goes
+    /// Declared last: gathering has to stop before any other member is destroyed.
+    std::unique_ptr<GatherController> gatherer_;
 };
 
 } // namespace quillfern

@@ -1,12 +1,19 @@
 #pragma once
 
 #include "app/StampsModel.h"
+#include "config/Numbering.h"
 #include "config/Settings.h"
 #include "config/StampListOperations.h"
 #include "dialogs/StampEditors.h"
 #include "dialogs/StampHost.h"
 #include "platform/desktop/Alerts.h"
 #include "platform/desktop/FilePanels.h"
+#include "stamps/IStampItem.h"
+#include "stamps/StampList.h"
+
+#include <QObject>
+#include <memory>
+#include <vector>
 
 namespace quillfern {
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "config/Numbering.h"
+#include "stamps/StampList.h"
 
 #include <QAbstractTableModel>
+#include <functional>
 
 namespace quillfern {
 
@@ -30,7 +32,7 @@ class StampsModel final : public QAbstractTableModel
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
   Q_SIGNALS:
-    /// A stamp was switched on or off here.
+    /// The user switched a stamp on or off in this table.
     void isSelectedEdited();
 
   private:

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QAction>
-#include <QKeySequence>
+#include <QList>
 #include <span>
+#include <utility>
 
 class QAbstractButton;
 class QMenu;

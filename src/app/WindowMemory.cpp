@@ -45,7 +45,7 @@ void WindowMemory::restore(MainWindow& window) const
         window.resize(QSize(1240, 800).boundedTo(room - QSize(20, 60)).expandedTo(window.minimumSize()));
         return;
     }
-    // Each of these functions refuses bytes that another one has saved.
+    // Each of these restore functions returns false for bytes that another function has saved.
     const auto bytes = [&](const QString& name) { return record->bytes(name).value_or(QByteArray()); };
     window.restoreGeometry(bytes(geometryKey()));
     window.splitter().restoreState(bytes(splitterKey()));

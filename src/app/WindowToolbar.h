@@ -1,7 +1,12 @@
 #pragma once
 
+#include <QAction>
+#include <QList>
+#include <QString>
 #include <QToolBar>
 #include <QToolButton>
+
+class QMenu;
 
 namespace quillfern {
 

@@ -13,26 +13,27 @@
 namespace quillfern {
 
 /// The two ways from one source document to one stamped output document. Made and used on one thread. Both
-/// advance the run that they are handed and change nothing else of the job.
+/// advance the run that the caller passes and change nothing else of the job.
 class DocumentProcessors
 {
   public:
     virtual ~DocumentProcessors() = default;
 
-    /// Stamps a PDF file. A file that cannot be opened as a PDF creates nothing and has not failed.
+    /// Stamps a PDF file. For a file that cannot be opened as a PDF no copy is created; this counts as
+    /// CreatedNothing, not as a failure.
     [[nodiscard]] virtual FileOutcome processPDF(const FilePath& source, const FilePath& target,
                                                  const QString& password, JobRun& run) = 0;
-    /// Stamps any other file into a multi-page TIFF. `compression` is the TIFF code for the output; on pages
-    /// that it does not suit LZW takes its place.
+    /// Stamps any other file into a multi-page TIFF. `compression` is the TIFF code for the output; pages
+    /// that this code does not suit are written with LZW.
     [[nodiscard]] virtual FileOutcome processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
                                                   std::int32_t compression) = 0;
 };
 
-/// Makes the processors of a job; called on the thread that is to use them. The configuration outlives them.
+/// Makes the processors of a job; called on the thread that uses them. The configuration outlives them.
 using DocumentProcessorsFactory =
     std::function<std::unique_ptr<DocumentProcessors>(const JobConfiguration& job)>;
 
-/// The real ones.
+/// The processors of the program; tests use others.
 [[nodiscard]] std::unique_ptr<DocumentProcessors> makeDocumentProcessors(const JobConfiguration& job);
 
 } // namespace quillfern

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 namespace quillfern {
 
@@ -26,11 +27,12 @@ struct NumbersUsed
     bool operator==(const NumbersUsed&) const = default;
 };
 
-/// What has become of one file of a job, with all that a log, a list of results or an index says about it.
+/// What has become of one file of a job, with everything that a log, a list of results or an index shows of
+/// it.
 struct FileOutcome
 {
     FileStatus status = FileStatus::Cancelled;
-    std::optional<Reason> remark;       ///< why there is no copy, or what else there is to know of the copy
+    std::optional<Reason> remark;       ///< why there is no copy, or a note on the copy
     std::int32_t pages = 0;             ///< of the copy
     std::optional<NumbersUsed> numbers; ///< none when no page was stamped
 

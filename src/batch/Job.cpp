@@ -11,7 +11,7 @@ void requireOutputFolder(const std::optional<QString>& path)
     if (!path || path->isEmpty())
         throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "Please select output folder!"));
     const FilePath folder = FilePath::fromText(*path);
-    if (fileKind(folder) != FileKind::Folder) // what else is there cannot hold the copies
+    if (fileKind(folder) != FileKind::Folder) // a file at this path cannot hold the copies
         throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure",
                                         "Output folder missing!\r\nPlease select valid output folder."));
     if (!mayWriteInto(folder))

@@ -3,6 +3,7 @@
 #include "batch/OutputFile.h"
 #include "config/JobConfiguration.h"
 #include "config/Settings.h"
+#include "filelist/FileItem.h"
 #include "platform/system/FilePath.h"
 
 #include <QString>
@@ -12,8 +13,8 @@
 
 namespace quillfern {
 
-/// A job as it was planned: everything that its run goes by. What the user changes afterwards does not reach
-/// it.
+/// A job as it was planned, with everything that its run needs. Later changes by the user do not affect the
+/// job.
 struct Job
 {
     JobConfiguration configuration;
@@ -23,8 +24,8 @@ struct Job
     bool isOpenFolderAfterConversion = false;
 };
 
-/// Throws Failure with the words for an alert when a job cannot write into this output folder, a text as
-/// settings hold it.
+/// Throws Failure with the text of an alert when a job cannot write into this output folder. `path` is the
+/// text that the settings hold.
 void requireOutputFolder(const std::optional<QString>& path);
 
 /// Plans a job over the whole list, checked or not: one output of the same name in the settings' output

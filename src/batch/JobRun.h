@@ -11,7 +11,7 @@
 
 namespace quillfern {
 
-/// Called after every page of a document, on the thread that works on it.
+/// Called after every page of a document, on the thread that stamps the document.
 using PageProgress = std::function<void()>;
 
 /// What changes while a job's documents are stamped, one after the other. The configuration itself never
@@ -22,21 +22,21 @@ class JobRun
     /// Begins at the configuration's start number.
     explicit JobRun(const JobConfiguration& job, PageProgress progress = {});
 
-    /// Printed as the total; 0 or less stands for the page count of the document in work.
+    /// Printed as the total; 0 or less means the page count of the document in work.
     std::int64_t totalPages = 0;
 
     [[nodiscard]] StampRun& stamps() { return stamps_; }
     [[nodiscard]] std::int64_t numberCounter() const { return stamps_.numberCounter; }
-    /// The page at hand was stamped: takes the running number a step further.
+    /// The current page was stamped: advances the running number by one step.
     void numberUsed();
-    /// The page at hand is done, stamped or not.
+    /// The current page is done, stamped or not.
     void pageDone() const;
-    /// Back to the start number, as before the first document.
+    /// Resets the running number to the start number, as before the first document.
     void reset() { stamps_.reset(); }
 
-    /// A document is begun.
+    /// A document begins.
     void beginUpdate();
-    /// The document ends, or is to end after the page at hand. From any thread.
+    /// The document ends, or is to end after the current page. Any thread.
     void cancelUpdate() { isUpdating_ = false; }
     /// Whether to go on with the document's next page.
     [[nodiscard]] bool isUpdating() const { return isUpdating_; }

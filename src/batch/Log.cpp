@@ -10,8 +10,8 @@ namespace quillfern {
 
 namespace {
 
-/// File names may hold characters that no XML document may (XML 1.0, 2.2); they are shown as the replacement
-/// character rather than making the whole log unreadable.
+/// File names may hold characters that no XML document may (XML 1.0, 2.2); they are written as the
+/// replacement character, because the whole log would be unreadable otherwise.
 QString xmlText(QString text)
 {
     for (qsizetype i = 0; i < text.size(); ++i) {

@@ -2,8 +2,10 @@
 
 #include "batch/FileOutcome.h"
 #include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
 #include "platform/system/Folders.h"
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QLocale>
 #include <QString>
@@ -32,28 +34,28 @@ struct LogFiles
     std::vector<LogFile> logFiles;
 };
 
-/// The word for an outcome in the log: "Completed", "Failed", "No Pages", the reason of a file that was
-/// refused, or nothing for one that was not begun. English.
+/// The word for an outcome in the log: "Completed", "Failed", "No Pages", the reason for a file that was
+/// refused, or the empty text for a file that was not begun. English.
 [[nodiscard]] QString statusWord(const FileOutcome& outcome);
 
-/// What a job produced. Filled and saved by the job's worker; the path may be read when the job has
-/// completed.
+/// What a job produced. Filled and saved on the job's worker thread; other threads may read the path when the
+/// job has completed.
 class Log
 {
   public:
-    /// Starts and ends now, until the job says otherwise. Both references must outlive the log.
+    /// Start and end are the present time until the job sets them. Both references must outlive the log.
     Log(const Clock& clock, const Folders& folders);
 
     QDateTime startTime;
     QDateTime endTime;
     std::vector<LogFiles> files;
 
-    /// Where save() put the log; nothing before.
+    /// The file that save() wrote the log to; absent before save().
     [[nodiscard]] const std::optional<FilePath>& logFilePath() const { return logFilePath_; }
 
     /// Writes the log as an XML file named from the end time into the folder "Logs" of the application's
-    /// folder. Returns false only when it came to no path at all: a file that could not be written goes to
-    /// the system log, and the path then names a file that is not there.
+    /// folder. Returns false only when no path could be determined. When the file cannot be written, this is
+    /// reported in the system log, and the path then names a file that does not exist.
     bool save(const QLocale& locale = QLocale());
 
   private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "filelist/FileItem.h"
+#include "platform/system/FilePath.h"
 
 #include <optional>
 #include <vector>

@@ -26,7 +26,7 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
     try {
         document = pdf::PdfDocument::open(source);
     } catch (const Failure& failure) {
-        // Counts as processed, and nothing is written.
+        // The file counts as processed, and no copy is written.
         logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2")
                     .arg(source.readable(), failure.reason()));
         return FileOutcome::without(

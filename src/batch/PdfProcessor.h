@@ -2,6 +2,7 @@
 
 #include "batch/FileOutcome.h"
 #include "batch/JobRun.h"
+#include "config/JobConfiguration.h"
 #include "platform/system/FilePath.h"
 
 #include <QString>

@@ -46,7 +46,7 @@ void Process::findCollisions()
     collisions_.assign(outputFiles().size(), {});
     std::unordered_map<FileIdentity, FilePath> inputs;
     for (const OutputFile& output : outputFiles()) {
-        if (!isCombining_) return; // a cancel need not wait until thousands of files were looked at
+        if (!isCombining_) return; // a cancel does not wait until thousands of files have been examined
         for (const FileItem& item : output.fileItems()) {
             const FilePath& path = item.filePath();
             if (const auto identity = fileIdentity(path)) inputs.emplace(*identity, path);
@@ -119,7 +119,7 @@ void Process::runOutput(std::size_t index, DocumentProcessors& processors, JobRu
 
 namespace {
 
-/// None when the file can be read by now.
+/// Why the list counted no pages of the file; no reason when the file can be read by now.
 std::optional<Reason> reasonForNoPages(const FileItem& item)
 {
     if (isPdf(item)) return pdf::pdfProblem(item.filePath());

@@ -1,20 +1,30 @@
 #pragma once
 
 #include "batch/DocumentProcessors.h"
+#include "batch/FileOutcome.h"
 #include "batch/Job.h"
+#include "batch/JobRun.h"
 #include "batch/Log.h"
+#include "batch/OutputFile.h"
+#include "filelist/FileItem.h"
 #include "platform/desktop/DesktopServices.h"
+#include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
+#include "platform/system/Folders.h"
 #include "platform/system/MainThread.h"
 #include "platform/system/TimeTaken.h"
 
 #include <QCoreApplication>
+#include <QString>
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <mutex>
 #include <vector>
 
 namespace quillfern {
 
-/// Told how a job goes, on the main thread, while its worker waits.
+/// Is notified of the progress of a job, on the main thread, while the job's worker thread waits.
 class ProcessObserver
 {
   public:
@@ -25,7 +35,7 @@ class ProcessObserver
     virtual void outputFinished(const LogFiles& output) = 0;
 };
 
-/// What a job needs of the outside world; everything outlives the job.
+/// The services that a job uses; all of them must outlive the job.
 struct ProcessServices
 {
     const Clock& clock;
@@ -35,8 +45,8 @@ struct ProcessServices
     DocumentProcessorsFactory makeProcessors = makeDocumentProcessors;
 };
 
-/// One run of the batch: walks the planned output documents, has each made, keeps the log and ends with a
-/// message.
+/// One run of the batch: makes the planned output documents one after the other, keeps the log and ends with
+/// a message.
 ///
 /// start() runs on a worker thread; everything else may be called from the main thread meanwhile. One run
 /// only.
@@ -54,12 +64,12 @@ class Process
 
     /// Runs the whole job on the calling thread.
     void start();
-    /// Asks the job to stop; it finishes the file it is in.
+    /// Asks the job to stop after the file in work.
     void stop() { isCombining_ = false; }
-    /// Opens the log with its default application; does nothing before there is one.
+    /// Opens the log with its default application; does nothing before the log exists.
     void viewLog();
 
-    [[nodiscard]] bool isCombining() const { return isCombining_; } ///< keep running
+    [[nodiscard]] bool isCombining() const { return isCombining_; } ///< false asks the job to stop
     [[nodiscard]] bool isCompleted() const { return isCompleted_; } ///< message and time are final
     [[nodiscard]] std::int32_t totalFileSelected() const
     {
@@ -106,10 +116,10 @@ class Process
     Log log_;
     bool failed_ = false; ///< an exception was caught
 
-    /// Which other document of the job stands in the way of an output.
+    /// Which other document of the job an output collides with.
     struct Collision
     {
-        FilePath overwritesInput; ///< another input at the output's place; never harmed
+        FilePath overwritesInput; ///< another input at the output's path; the output is not written
         FilePath replacesCopyOf;  ///< an earlier input whose copy has the same name
     };
     std::vector<Collision> collisions_;

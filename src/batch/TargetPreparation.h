@@ -8,10 +8,10 @@ namespace quillfern {
 ///
 /// Processing in place (source and target are one file, whatever their paths say): with `isBackupFile` the
 /// source is copied beside itself under its name with "bak" appended, before anything is written. Otherwise a
-/// file that stands at the target is removed. Problems are ignored, but a backup that was asked for and
-/// cannot be made throws Failure: the only copy is not overwritten then.
+/// file at the target's path is removed. Problems are ignored, except that a backup that cannot be made
+/// throws Failure, so that the only copy of the file is not overwritten.
 ///
-/// Returns the path to write to: in place, the file itself behind any link.
+/// Returns the path to write to: in place, the file that a link leads to.
 [[nodiscard]] FilePath prepareTarget(const FilePath& source, const FilePath& target, bool isBackupFile);
 
 } // namespace quillfern

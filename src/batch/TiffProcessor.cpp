@@ -16,8 +16,8 @@ namespace quillfern {
 
 namespace {
 
-/// Gives the page the pixels that drawing in `ink` needs. A page of black and white becomes one of colour as
-/// soon as anything else is drawn on it, a grey page when a colour is.
+/// Converts the page to colour when drawing with `ink` needs that: a page of black and white as soon as
+/// anything else is drawn on the page, a grey page when a colour is drawn.
 void makeRoomFor(drawing::Ink ink, raster::RasterPage& page)
 {
     const bool suffices =
@@ -27,7 +27,7 @@ void makeRoomFor(drawing::Ink ink, raster::RasterPage& page)
     if (page.image.isNull())
         throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
     page.isBilevel = false;
-    page.colourProfile.clear(); // it was one for grey
+    page.colourProfile.clear(); // the profile was for grey pixels
 }
 
 /// The resolution that gives a page of so many pixels the physical size of the document's first page.

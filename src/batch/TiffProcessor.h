@@ -2,10 +2,10 @@
 
 #include "batch/FileOutcome.h"
 #include "batch/JobRun.h"
+#include "config/JobConfiguration.h"
 #include "platform/raster/RasterPage.h"
 #include "platform/system/FilePath.h"
 
-#include <QString>
 #include <cstdint>
 
 namespace quillfern::drawing {
@@ -17,7 +17,8 @@ namespace quillfern {
 class PageCompositor;
 
 /// Stamps one raster file into a multi-page TIFF that holds the pages of the range; those of the chosen
-/// parity carry stamps. A pixel of a page is one unit of the stamps' space. Used on the shaper's thread.
+/// parity carry stamps. A pixel of a page is one unit of the space in which stamps are drawn. Used on the
+/// shaper's thread.
 class TiffProcessor
 {
   public:

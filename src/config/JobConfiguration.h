@@ -8,14 +8,15 @@
 
 namespace quillfern {
 
-/// Which pages inside the page range are stamped. The values are stored in profiles; any other stamps none.
+/// Which pages inside the page range are stamped. The values are stored in profiles; any other value stamps
+/// no page.
 enum class PageRange : std::int32_t {
     AllPages = 0,
     OddPages = 1,
     EvenPages = 2,
 };
 
-/// The unit of the margins. The values are stored in profiles; any other counts as points.
+/// The unit of the margins. The values are stored in profiles; any other value counts as points.
 enum class MarginUnit : std::int32_t {
     Points = 0,
     Millimetres = 1,

@@ -3,11 +3,12 @@
 #include "config/Numbering.h"
 
 #include <QSizeF>
+#include <cstdint>
 
 namespace quillfern {
 
-/// What the user does with the margins and their unit. Works on the configuration it is given and keeps
-/// nothing of its own. Nothing is rounded anywhere; margins of zero or less are never converted.
+/// The user's operations on the margins and their unit. They change the configuration that the constructor
+/// takes; the class has no other state. Nothing is rounded, and margins of zero or less are never converted.
 class Margins
 {
   public:

@@ -28,7 +28,8 @@ void Numbering::settingsChanged()
 
 const std::set<std::string>& Numbering::keyPathsForValuesAffectingIsSettingsChanged()
 {
-    // "marginAnchor" and "numberType" are fields of stamps; whoever watches a configuration watches them too.
+    // "marginAnchor" and "numberType" are fields of stamps; a change of them counts as a change of the
+    // configuration, too.
     static const std::set<std::string> keys = {
         "hasLabel",     "isContinuousNumbering", "labelPrefix",  "marginAnchor", "marginLeft",
         "marginTop",    "marginRight",           "marginBottom", "numberType",   "pageRange",

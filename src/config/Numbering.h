@@ -1,13 +1,17 @@
 #pragma once
 
 #include "config/JobConfiguration.h"
+#include "platform/store/Record.h"
 #include "platform/system/FilePath.h"
 #include "stamps/PDFFont.h"
+#include "stamps/StampList.h"
 
+#include <QString>
 #include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillfern::store {
@@ -18,7 +22,7 @@ namespace quillfern {
 
 class Numbering;
 
-/// Told when the configuration has changed in a way that shows.
+/// Is notified when the configuration has changed in a way that the preview shows.
 class NumberingDelegate
 {
   public:
@@ -27,7 +31,7 @@ class NumberingDelegate
 };
 
 /// The job configuration while the user edits it: it owns the stamps and the fields of JobConfiguration, and
-/// notifies whoever shows them.
+/// notifies its delegate of changes.
 ///
 /// Every change of a field in the dependency set notifies the delegate at once, unless an update bracket is
 /// open; endUpdate(true) then notifies it once. Setting a field to the value it has changes nothing. Main
@@ -41,7 +45,7 @@ class Numbering
     Numbering(const Numbering&) = delete;
     Numbering& operator=(const Numbering&) = delete;
 
-    StampList stamps; ///< drawing order; changing the list tells nobody by itself
+    StampList stamps; ///< drawing order; changing the list does not notify the delegate
 
     /// Not owned; may be null.
     void setDelegate(NumberingDelegate* delegate) { delegate_ = delegate; }
@@ -52,7 +56,7 @@ class Numbering
     /// The fields alone, without the stamps.
     [[nodiscard]] const JobConfiguration& fields() const { return fields_; }
 
-    // Each field; JobConfiguration says what they mean.
+    // The fields, which JobConfiguration describes.
     [[nodiscard]] bool isLivePreview() const { return fields_.isLivePreview; }
     void setIsLivePreview(bool value) { change(fields_.isLivePreview, value); }
     [[nodiscard]] bool isHighlightStamp() const { return fields_.isHighlightStamp; }
@@ -96,25 +100,25 @@ class Numbering
 
     /// Opens the update bracket. Brackets do not nest.
     void beginUpdate() { isUpdating_ = true; }
-    /// Closes the bracket; with `notify` the delegate is told once.
+    /// Closes the bracket; with `notify` the delegate is notified once.
     void endUpdate(bool notify);
     void cancelUpdate() { isUpdating_ = false; }
     /// True inside a bracket.
     [[nodiscard]] bool isUpdating() const { return isUpdating_; }
 
-    /// The names of the fields whose change tells the delegate.
+    /// The dependency set: the names of the fields whose change notifies the delegate.
     [[nodiscard]] static const std::set<std::string>& keyPathsForValuesAffectingIsSettingsChanged();
 
-    /// The record form: every field in the format's order, then the stamps. It ends before the first absent
-    /// value. Nothing on a failure.
+    /// The configuration as a record: every field in the format's order, then the stamps. The record ends
+    /// before the first absent value. Returns no record on a failure.
     [[nodiscard]] std::optional<store::Record> getData() const;
-    /// Applies a record inside a bracket that tells nobody; a missing key gives 0, false or nothing, and the
-    /// stamps are replaced. Returns false, with nothing changed, without a record.
+    /// Applies a record without notifying the delegate; a missing key gives 0, false or no value, and the
+    /// stamps are replaced. Returns false, with nothing changed, for a null pointer.
     bool setData(const store::Record* data);
     /// Writes the record under "NUMBERING" into the store and flushes it.
     void synchronize();
-    /// Writes the record into a profile file, an XML property list; a file that is there is replaced only
-    /// once the new one is whole. Returns whether it worked.
+    /// Writes the record into a profile file, an XML property list; an existing file is replaced only after
+    /// the new one was written completely. Returns whether the profile was written.
     bool save(const FilePath& path) const;
     /// Reads a profile file and applies it with setData(). Returns false, with nothing changed, when the file
     /// cannot be read or is no property-list dictionary.

@@ -9,7 +9,8 @@ namespace quillfern {
 
 namespace {
 
-/// No record names its stamp's kind; the keys tell. Null for a record that is neither.
+/// The stamp that a record describes. A record does not name the kind of its stamp; the keys show the kind.
+/// Null for a record of neither kind.
 std::shared_ptr<IStampItem> stampFor(const store::Record& record)
 {
     if (record.contains(QStringLiteral("font"))) return std::make_shared<TextStamp>();

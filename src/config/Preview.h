@@ -2,6 +2,7 @@
 
 #include "config/JobConfiguration.h"
 #include "platform/pageimages/PageImage.h"
+#include "platform/system/FilePath.h"
 
 #include <QImage>
 #include <QSizeF>
@@ -16,7 +17,7 @@ class TextShaper;
 namespace quillfern {
 
 /// Draws what the stamps will look like, with the compositor and the canvas that the job draws raster pages
-/// with. Has no effect on any job: every picture is numbered in a run of its own. Belongs to the shaper's
+/// with. Has no effect on any job: every picture is numbered in a run of its own. To be used on the shaper's
 /// thread.
 class Preview
 {
@@ -26,7 +27,7 @@ class Preview
     {
     }
 
-    /// How large the picture may be, and what of it is to stand out.
+    /// How large the picture may be, and which stamp is highlighted.
     struct View
     {
         QSizeF size;                      ///< device-independent pixels, one for a point
@@ -34,7 +35,7 @@ class Preview
         std::int32_t highlightIndex = -1; ///< counts all stamps; -1 for none
     };
 
-    /// A page of a file of the list, and the list as far as the numbers on it need it.
+    /// A page of a file of the list, and what the numbers on that page depend on.
     struct LivePage
     {
         std::optional<FilePath> filePath;
@@ -44,8 +45,8 @@ class Preview
         std::int64_t totalPages = 0;             ///< below 1: the file's own count
     };
 
-    /// A blank page of the view's size with the area inside the margins and every stamp. A null image for a
-    /// view without room or beyond what a screen can have.
+    /// A blank page of the view's size with the area inside the margins and every stamp. Returns a null image
+    /// for a view without room or larger than a screen can be.
     [[nodiscard]] QImage preview2(const JobConfiguration& job, std::int64_t totalPages, const View& view);
 
     /// A page of a file with its stamps, numbered as the job would number it, at the page's own size in
@@ -58,10 +59,11 @@ class Preview
     pageimages::PageImageSource& pages_;
 };
 
-/// How many of the pages from the first to the 0-based index `before` (not counted itself) the preview takes
-/// for stamped. Its rule counts pages from 0 for the parity and takes one page more than endPage.
+/// How many of the pages in front of the one with the 0-based index `before` the preview regards as stamped.
+/// The preview's rule is not the job's: for the parity it counts pages from 0, and it includes one page after
+/// endPage.
 [[nodiscard]] std::int64_t previewStampedPages(const JobConfiguration& job, std::int64_t before);
-/// True when it takes the page with this 0-based index for stamped.
+/// True when the preview regards the page with this 0-based index as stamped.
 [[nodiscard]] bool isPreviewStampedPage(const JobConfiguration& job, std::int64_t index);
 
 } // namespace quillfern

@@ -15,7 +15,7 @@ constexpr double proportion = 0.7061224489795919; // of a page's width to its he
 std::int64_t pageTotal(const JobConfiguration& job, const PreviewState& state)
 {
     if (state.filePagesList.empty()) return samplePages;
-    // Of the first file, whichever is selected.
+    // The pages of the first file count, whichever file is selected.
     std::int64_t total = state.filePagesList.front();
     if (job.isContinuousNumbering) {
         total = 0;

@@ -6,8 +6,8 @@ namespace quillfern {
 
 class Numbering;
 
-/// Writes the configuration into a profile file, an XML property list; a file that is there is replaced only
-/// once the new one is whole. Throws Failure.
+/// Writes the configuration into a profile file, an XML property list; an existing file is replaced only
+/// after the new one was written completely. Throws Failure.
 void saveProfile(const Numbering& number, const FilePath& path);
 
 /// Reads a profile file and applies it. Throws Failure, with nothing changed, when the file cannot be read or

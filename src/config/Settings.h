@@ -1,18 +1,22 @@
 #pragma once
 
 #include "config/Numbering.h"
+#include "platform/store/DefaultsStore.h"
+#include "platform/store/Record.h"
 
+#include <QString>
 #include <memory>
+#include <optional>
 
 namespace quillfern {
 
-/// The job configuration and the few options that live outside it. Main thread; a running job reads it.
+/// The job configuration and the few options that are not part of it. Main thread.
 class Settings
 {
   public:
-    /// Starts from the defaults; then the configuration takes the record "NUMBERING" of the store and these
-    /// settings the record "SETTINGS", where there are such. The store (may be null: nothing is remembered)
-    /// must outlive this object.
+    /// Starts from the defaults; then applies the store's record "NUMBERING" to the configuration and its
+    /// record "SETTINGS" to these settings, as far as the store has them. The store (may be null: nothing is
+    /// remembered) must outlive this object.
     explicit Settings(store::DefaultsStore* defaults = nullptr);
 
     std::unique_ptr<Numbering> number; ///< null only in what initWithCoder() returns
@@ -22,18 +26,18 @@ class Settings
     std::optional<QString> outputFolderPath = QString();
     std::optional<QString> pdfOpenPassword = QString(); ///< tried on protected files when they are added
 
-    /// The record form, the configuration's in it. Absent texts become empty ones first, in this object too.
-    /// Nothing on a failure.
+    /// The settings as a record that contains the configuration's record. Absent texts become empty texts
+    /// first, also in this object. Returns no record on a failure.
     [[nodiscard]] std::optional<store::Record> getData();
-    /// Applies a record; a missing key gives false or nothing. A folder that is not to be remembered is
-    /// forgotten. Without a record nothing changes.
+    /// Applies a record; a missing key gives false or no value. An output folder that is not to be remembered
+    /// is cleared. A null pointer changes nothing.
     void setData(const store::Record* data);
     /// Writes the record under "SETTINGS" into the store and flushes it.
     void synchronize();
 
-    /// The keyed form, which leaves the configuration out.
+    /// Writes the keyed form, which does not contain the configuration.
     void encodeWithCoder(store::Record& coder) const;
-    /// The settings of a keyed form, with no configuration and no store.
+    /// Reads a keyed form into new settings, which have no configuration and no store.
     [[nodiscard]] static std::unique_ptr<Settings> initWithCoder(const store::Record& coder);
 
   private:

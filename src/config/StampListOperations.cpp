@@ -31,7 +31,7 @@ void StampListOperations::announce(IStampItem& stamp) const
 void StampListOperations::removeRows(const std::vector<int>& rows)
 {
     for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
-        stampAt(*row); // refuses a row that is none
+        stampAt(*row); // throws for a row that does not exist
         number_.stamps.erase(number_.stamps.begin() + *row);
     }
 }
@@ -54,7 +54,7 @@ RowSelection StampListOperations::removeStamp(const IStampItem& stamp, const std
         const auto isIt = [&](const auto& candidate) { return candidate.get() == &stamp; };
         const auto found = std::find_if(number_.stamps.begin(), number_.stamps.end(), isIt);
         if (found == number_.stamps.end()) throw Failure(QStringLiteral("the stamp is not in the list"));
-        // Kept alive until its own call into here has returned.
+        // The stamp's editor may have made this call: the stamp lives until the call returns.
         const std::shared_ptr<IStampItem> kept = *found;
         announce(*kept);
         if (!selectedRows.empty() && &stampAt(selectedRows.front()) == &stamp)

@@ -1,28 +1,31 @@
 #pragma once
 
 #include "config/Numbering.h"
+#include "stamps/IStampItem.h"
 
 #include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace quillfern {
 
-/// What a list should show after an operation: exactly these rows selected (a row of -1 or none: nothing),
-/// and this row scrolled into view.
+/// What a list should show after an operation: exactly these rows selected (no row for an empty vector or a
+/// row of -1), and this row scrolled into view.
 struct RowSelection
 {
     std::vector<int> rows;
     int scrollTo = -1;
 };
 
-/// What the user does with the list of stamps, for whatever shows it. Rows are indices into the list. The
+/// The user's operations on the list of stamps, for any view of the list. Rows are indices into the list. The
 /// caller reloads its list and applies the returned selection after each operation, also after one that
-/// failed: failures are logged and leave the list as far as it got. Main thread.
+/// failed: failures are logged, and what an operation changed before its failure stays. Main thread.
 class StampListOperations
 {
   public:
     /// `stampGoes` is called for the stamp whose editor a removal has to end, while the stamp is still in the
-    /// list. None is called when it is empty.
+    /// list. It may be empty.
     explicit StampListOperations(Numbering& number, std::function<void(IStampItem&)> stampGoes = {})
         : number_(number), stampGoes_(std::move(stampGoes))
     {
@@ -32,7 +35,7 @@ class StampListOperations
     RowSelection addStamp(std::shared_ptr<IStampItem> stamp);
     /// Removes the stamps in the selected rows (ascending).
     RowSelection removeStampAction(const std::vector<int>& selectedRows);
-    /// Removes one stamp; when it is the first selected one, the whole selection goes.
+    /// Removes one stamp; when this stamp is the first selected one, all selected stamps are removed.
     RowSelection removeStamp(const IStampItem& stamp, const std::vector<int>& selectedRows);
     /// Moves the selected stamps by one row. Moving row 0 up, or the last one down, fails and changes
     /// nothing.
@@ -42,8 +45,8 @@ class StampListOperations
     [[nodiscard]] bool canMoveUp(const std::vector<int>& selectedRows) const;
     [[nodiscard]] bool canMoveDown(const std::vector<int>& selectedRows) const;
 
-    /// Pages and numbers back to 1, to the end, from 1 in steps of 1; tells the delegate once if that changed
-    /// any.
+    /// Resets the page range to the whole document and the numbers to start at 1 in steps of 1; notifies the
+    /// delegate once if that changed a field.
     void resetNumberCounters();
 
   private:

@@ -2,6 +2,7 @@
 
 #include "stamps/MarginAnchor.h"
 
+#include <QAbstractButton>
 #include <QButtonGroup>
 #include <QWidget>
 

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QObject>
 #include <QPointer>
+#include <QString>
 #include <QWidget>
 #include <functional>
 #include <memory>

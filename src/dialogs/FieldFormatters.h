@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QLineEdit>
+#include <QString>
 #include <QValidator>
+#include <QWidget>
 #include <cstdint>
 
 namespace quillfern {

@@ -3,6 +3,7 @@
 #include "stamps/PDFFont.h"
 
 #include <QComboBox>
+#include <QString>
 #include <vector>
 
 namespace quillfern {

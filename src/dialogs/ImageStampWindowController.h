@@ -1,11 +1,17 @@
 #pragma once
 
+#include "config/Numbering.h"
 #include "dialogs/PictureLoader.h"
 #include "dialogs/StampEditorWindow.h"
+#include "dialogs/StampHost.h"
 #include "platform/desktop/Alerts.h"
 #include "platform/desktop/FilePanels.h"
+#include "platform/system/FilePath.h"
 #include "stamps/ImageStamp.h"
 
+#include <QString>
+#include <QWidget>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "filelist/PathListImport.h"
+#include "platform/system/FilePath.h"
 
 #include <QDialog>
+#include <QList>
+#include <QString>
 #include <memory>
 
 namespace quillfern::desktop {

@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QSlider>
+#include <QString>
 #include <QWidget>
 #include <cstdint>
 

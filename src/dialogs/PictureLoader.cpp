@@ -50,7 +50,7 @@ void PictureLoader::finish()
     } catch (...) {
         reason = reasonOfCurrentException();
     }
-    // A receiver of the signal may delete this object: nothing may follow.
+    // A receiver of the signal may delete this object, so no member may be used after it.
     if (picture)
         Q_EMIT loaded(*picture);
     else

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
 #include "stamps/ImageStamp.h"
 
 #include <QFutureWatcher>
 #include <QObject>
+#include <QString>
 
 namespace quillfern {
 

@@ -5,9 +5,12 @@
 
 #include <QImage>
 #include <QProgressBar>
+#include <QString>
 #include <QStringList>
 #include <QWidget>
 #include <optional>
+
+class QPainter;
 
 namespace quillfern {
 
@@ -24,7 +27,7 @@ class PictureView final : public QWidget
     void setTypes(const QStringList& types) { types_ = types; }
     void showPicture(const std::optional<drawing::Picture>& picture);
     [[nodiscard]] const std::optional<drawing::Picture>& picture() const { return picture_; }
-    /// What stands in the place of a picture.
+    /// The text that is shown when there is no picture.
     void setHint(const QString& hint);
     /// While a file is read a bar moves; the present picture stays visible.
     void setBusy(bool busy);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDial>
+#include <QPointF>
 
 namespace quillfern {
 

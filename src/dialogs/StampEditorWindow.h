@@ -3,12 +3,14 @@
 #include "config/Numbering.h"
 #include "dialogs/AnchorGrid.h"
 #include "dialogs/StampHost.h"
+#include "stamps/IStampItem.h"
 
 #include <QCheckBox>
 #include <QDialog>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QString>
 #include <memory>
 #include <optional>
 

@@ -66,7 +66,7 @@ void StampEditors::removeIf(const std::function<bool(const StampEditorWindow&)>&
         if (window && isDue(*window)) due.push_back(window);
         return !window || isDue(*window);
     });
-    // Out of the list first: a window that closes may lead back to here.
+    // The windows are taken out of the list first, because closing a window may call this function again.
     for (const auto& window : due) {
         if (!window) continue;
         window->invalidate();

@@ -5,8 +5,11 @@
 #include "dialogs/StampHost.h"
 #include "platform/desktop/Alerts.h"
 #include "platform/desktop/FilePanels.h"
+#include "stamps/IStampItem.h"
 
 #include <QPointer>
+#include <QWidget>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -16,8 +19,8 @@ class StampEditorWindow;
 
 /// The editors of stamps: one window for each stamp that was edited, any number open at once, above `parent`
 /// (which may be null). Stamps do not know their editors, and editors do not keep their stamps alive. A
-/// window goes with removehandlers(), with `parent`, or with this object, whichever goes first. What is
-/// handed in must outlive this object. Main thread.
+/// window is deleted by removehandlers(), with `parent`, or with this object, whichever comes first. The
+/// constructor's arguments must outlive this object. Main thread.
 class StampEditors final
 {
   public:

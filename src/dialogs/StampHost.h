@@ -15,7 +15,7 @@ class StampHost
     /// Takes the stamp out of the list, which ends its editor. The editor must not touch anything of its own
     /// after this call.
     virtual void removeStamp(IStampItem& stamp) = 0;
-    /// Something has changed that lists show and the preview does not.
+    /// A property has changed that lists show and the preview does not.
     virtual void stampRenamed(IStampItem& stamp) = 0;
 };
 

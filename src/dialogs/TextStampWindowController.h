@@ -1,9 +1,16 @@
 #pragma once
 
+#include "config/Numbering.h"
 #include "dialogs/ColorPanel.h"
 #include "dialogs/StampEditorWindow.h"
+#include "dialogs/StampHost.h"
 #include "stamps/TextStamp.h"
 
+#include <QColor>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
 #include <functional>
 #include <memory>
 

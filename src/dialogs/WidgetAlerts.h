@@ -2,6 +2,9 @@
 
 #include "platform/desktop/Alerts.h"
 
+#include <QObject>
+#include <QString>
+
 namespace quillfern {
 
 /// The alerts as message boxes that block the window of the widget `over`. A message's line ends may be of

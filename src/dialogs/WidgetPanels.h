@@ -1,9 +1,15 @@
 #pragma once
 
 #include "platform/desktop/FilePanels.h"
+#include "platform/system/FilePath.h"
 
 #include <QCoreApplication>
 #include <QHash>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <functional>
 
 class QFileDialog;
 class QWidget;

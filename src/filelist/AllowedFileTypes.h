@@ -5,8 +5,8 @@
 
 namespace quillfern {
 
-/// The extensions of files that can be processed, as the list of files accepts them: all-lower and all-upper
-/// only.
+/// The extensions of the files that can be processed, each in small letters and in capitals; other mixes of
+/// case are not among them.
 [[nodiscard]] const QStringList& allowedFileTypes();
 
 /// True when the extension of a file's name is one of allowedFileTypes(), compared with case.

@@ -2,12 +2,14 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QList>
+
 namespace quillfern {
 
 /// One request to gather files.
 struct Arguments
 {
-    QList<FilePath> urls;   ///< those of files and folders; others are left out where URLs come in
+    QList<FilePath> urls;   ///< paths of files and folders; URLs of anything else were left out before
     bool isFolders = false; ///< walk folders and test extensions; otherwise take every one as a file
     bool isIncludeSubdirectories = false;
 };

@@ -19,7 +19,7 @@ constexpr auto passwordFailure = "Error in (updatePDFReadPassword:) : %@";
 
 } // namespace
 
-/// What one request remembers while it runs. Lives on the gathering thread.
+/// The state of one request while it runs. Used on the gathering thread.
 class FileGatherer::Request
 {
   public:
@@ -32,7 +32,7 @@ class FileGatherer::Request
         std::optional<FileListOrder> order;
         std::vector<FileItem> present;
         gatherer_.mainThread_.postAndWait([&] {
-            known_ = gatherer_.files_.paths(); // to refuse duplicates before anything is read of them
+            known_ = gatherer_.files_.paths(); // to leave out duplicates without reading the files
             order = gatherer_.files_.order();
             if (order) present = gatherer_.files_.copies();
             revision_ = gatherer_.files_.revision();
@@ -40,7 +40,7 @@ class FileGatherer::Request
         if (!order) return;
         sorter_.emplace(*order);
         for (const FileItem& item : present) {
-            if (!goOn()) return; // nothing is added then, and so nothing sorted
+            if (!goOn()) return; // the request adds nothing then, and so does not sort
             sorter_->add(item);
         }
     }
@@ -61,8 +61,8 @@ class FileGatherer::Request
         return added_ > 0;
     }
 
-    /// Sorts the list as it was sorted before, if it was. The order is found here, and the window only puts
-    /// the rows in their places.
+    /// Sorts the list by its order again, if it has one. The order of the rows is computed on this thread;
+    /// the main thread only rearranges the rows.
     void sort()
     {
         if (!sorter_) return;
@@ -95,7 +95,8 @@ class FileGatherer::Request
     ItemFeed feed_;
     QSet<FilePath> known_;
     int added_ = 0;
-    std::optional<FileListSorter> sorter_; ///< knows the items in the list, as long as that has `revision_`
+    /// Has the items of the list, as long as the list's revision is `revision_`.
+    std::optional<FileListSorter> sorter_;
     std::uint64_t revision_ = 0;
 };
 
@@ -116,13 +117,14 @@ bool FileGatherer::stop(int milliseconds)
     isStopping_ = true;
     if (isRunning_) isProcessing_ = false;
     const QDeadlineTimer deadline(milliseconds);
-    // A thread may itself be waiting for this one to run something.
+    // A gathering thread may be waiting until this thread has run a posted call.
     for (const auto& thread : threads_)
         while (!thread->wait(10)) {
             QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
             if (deadline.hasExpired()) return false;
         }
-    // Requests leave files in work behind, and one on a dead network mount may never end.
+    // A request does not wait for the files in work, and reading a file on a dead network mount may never
+    // end.
     return counters_.waitForDone(static_cast<int>(deadline.remainingTime()));
 }
 
@@ -196,7 +198,7 @@ void FileGatherer::perform(const char* failure, const std::function<void()>& req
 void FileGatherer::showBusy()
 {
     mainThread_.postAndWait([this] {
-        if (isStopping_) return; // asked to before it had properly begun
+        if (isStopping_) return; // stop() was called before the request began
         observer_.resetViewObject(false);
         isProcessing_ = true;
         observer_.startProcess();

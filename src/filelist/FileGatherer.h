@@ -4,46 +4,52 @@
 #include "filelist/FileList.h"
 #include "filelist/GatherObserver.h"
 #include "platform/system/Clock.h"
+#include "platform/system/FilePath.h"
 #include "platform/system/MainThread.h"
 
+#include <QList>
+#include <QString>
 #include <QThread>
 #include <QThreadPool>
 #include <atomic>
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quillfern {
 
 /// Turns paths of files and folders into items of the list, on a thread of its own: the walk finds files one
 /// by one, all cores count pages, and the items reach the list on the main thread in the order in which they
-/// were found, a few at a time. Files of the list that are given a password are counted anew in the same way.
+/// were found, a few at a time. The pages of files of the list that are given a password are counted anew in
+/// the same way.
 ///
-/// One request at a time. Setting `isProcessing` to false stops it at once; what is in the list by then
-/// stays. Nothing else may change the list while a request runs.
+/// One request at a time. Setting `isProcessing` to false stops the request at once; the files that are in
+/// the list by then stay. Nothing else may change the list while a request runs.
 class FileGatherer
 {
   public:
-    /// The references outlive the gatherer. `isProcessing` is true while a request runs, and is set by it.
+    /// The references outlive the gatherer. The gatherer sets `isProcessing` to true while a request runs.
     FileGatherer(FileList& files, std::atomic<bool>& isProcessing, MainThread& mainThread, const Clock& clock,
                  GatherObserver& observer);
-    /// Stops what still runs and waits for it, however long that takes. Main thread.
+    /// Stops the requests and waits until their threads have ended, however long that takes. Main thread.
     ~FileGatherer();
     FileGatherer(const FileGatherer&) = delete;
     FileGatherer& operator=(const FileGatherer&) = delete;
 
     /// Begins a request on a new thread; false when one is still running, or after stop(). New items get a
-    /// copy of the password, which is made the empty text when it is absent. Main thread.
+    /// copy of the password; an absent password is replaced by the empty text, also in the caller's variable.
+    /// Main thread.
     bool start(const Arguments& request, std::optional<QString>& pdfOpenPassword);
 
-    /// Gives the items of these paths a password and counts their pages anew, on a new thread. It waits its
-    /// turn while another request runs. Items that a cancel leaves out keep the password they have. Main
-    /// thread.
+    /// Gives the items of these paths a password and counts their pages anew, on a new thread. The request
+    /// waits until a request that runs has ended. Items that were not counted before a cancel keep their old
+    /// password. Main thread.
     void startPasswords(const QList<FilePath>& paths, const QString& password);
 
-    /// Asks a request that runs to stop, for good: no other begins after this. Waits so long for it and for
-    /// the files still being counted; true when nothing runs any more. Main thread.
+    /// Asks a request that runs to stop; no other request begins after this call. Waits at most so long for
+    /// the request and for the files still being counted; true when nothing runs any more. Main thread.
     bool stop(int milliseconds);
 
     /// The whole request on the calling thread; start() runs this.
@@ -56,7 +62,7 @@ class FileGatherer
     void applyPassword(const QList<FilePath>& paths, const QString& password);
     void launch(std::function<void()> request);
     void launchNext();
-    /// Runs a request between busy and idle.
+    /// Shows the busy state, runs a request and shows the idle state.
     void perform(const char* failure, const std::function<void()>& request);
     [[nodiscard]] bool isWanted() const { return isProcessing_ && !isStopping_; }
     void showBusy();
@@ -71,7 +77,8 @@ class FileGatherer
     bool isRunning_ = false; ///< main thread
     std::atomic<bool> isStopping_ = false;
     std::deque<std::function<void()>> waiting_; ///< main thread
-    /// The last one, and those before it that had not quite ended when the next was started.
+    /// The thread of the last request, and those of earlier requests that had not quite ended when the next
+    /// began.
     std::vector<std::unique_ptr<QThread>> threads_;
 };
 

@@ -33,8 +33,8 @@ QString sizeText(std::int32_t bytes)
         ++step;
     }
     if (step < 2) return QStringLiteral("%1 KB").arg(std::lround(bytes / 1000.0));
-    // Width 4 with one decimal: a lone digit before the point has a blank before it, also where the ".0"
-    // goes.
+    // Width 4 with one decimal: a single digit before the point is preceded by a blank, also when the ".0" is
+    // removed below.
     const QString text = QString::number(static_cast<double>(s), 'f', 1).rightJustified(4);
     const QStringList parts = text.split(QLatin1Char('.'));
     const QString number = parts.size() == 2 && parts[1].toInt() == 0 ? parts[0] : text;

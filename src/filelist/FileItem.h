@@ -11,26 +11,27 @@
 
 namespace quillfern {
 
-/// The number of pages of a file and its TIFF compression code. `compression` keeps its value where the file
-/// states none. The password is accepted and not used: counting never unlocks a document.
+/// The number of pages of a file and its TIFF compression code. `compression` keeps its value when the file
+/// has no compression code. The password is accepted and not used: counting never unlocks a document.
 [[nodiscard]] std::int32_t getTiffPageCount(const FilePath& path, const QString& password,
                                             std::int32_t& compression);
 
 /// True when a PDF document opens from `path` and either is not encrypted or unlocks with `password`.
 [[nodiscard]] bool verifyPDF(const FilePath& path, const std::optional<QString>& password);
 
-/// What the totals and the commands tell apart.
+/// The kinds of files that the totals and the commands distinguish.
 enum class FileType { Pdf, Tiff, Other };
 
-/// A size in bytes for people: whole KB up to a million bytes, then with one decimal in decimal thousands.
+/// A size as people read it: in whole KB up to a million bytes, then in MB and GB with one decimal, in steps
+/// of a thousand.
 [[nodiscard]] QString sizeText(std::int32_t bytes);
 
 /// One input file of the list. Not for use from two threads at once.
 class FileItem
 {
   public:
-    /// A checked item for a file; nothing for an empty path, which is what a URL of anything else gives. Its
-    /// pages are counted by setPdfOpenPassword().
+    /// A checked item for a file; no item for an empty path, which stands for a URL of anything else.
+    /// setPdfOpenPassword() counts the pages.
     [[nodiscard]] static std::optional<FileItem> initWithURL(const FilePath& path);
 
     [[nodiscard]] bool isSelected() const { return isSelected_; } ///< the check mark
@@ -53,9 +54,9 @@ class FileItem
     [[nodiscard]] QString location() const { return filePath_.parent().text(); } ///< the folder
     [[nodiscard]] QString type() const { return filePath_.extension(); }         ///< as it is written
 
-    [[nodiscard]] FileType fileType() const; ///< told by the extension, in any mix of case
+    [[nodiscard]] FileType fileType() const; ///< by the extension, in any mix of case
     [[nodiscard]] QString sizeInKB() const { return sizeText(size_); }
-    // Read from the file system at every call; invalid when they cannot be.
+    // The dates are read from the file system at every call; a date that cannot be read is invalid.
     [[nodiscard]] QDateTime dateModified() const;
     [[nodiscard]] QDateTime dateCreated() const;
     [[nodiscard]] QDateTime dateAccessed() const;

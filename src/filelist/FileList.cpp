@@ -102,8 +102,8 @@ void FileList::removeRange(int first, int last)
 void FileList::remove(const std::vector<int>& rows)
 {
     auto ranges = runs(rows);
-    // Thousands of scattered rows one by one would cost a pass over list and view each. They are sorted to
-    // the end first, which is one pass, and then go as one range.
+    // Removing a range costs a pass over the list and the view, so thousands of scattered rows would be slow.
+    // They are moved to the end first, which is one pass, and then removed as one range.
     constexpr std::size_t many = 16;
     if (ranges.size() > many) {
         std::vector<int> order;
@@ -178,7 +178,7 @@ int FileList::takeCounts(const std::vector<FileItem>& counted, int from)
     for (const FileItem& result : counted) {
         if (!paths_.contains(result.filePath())) continue;
         do {
-            from = from < count() ? from + 1 : 1; // goes round once at most: the item is there
+            from = from < count() ? from + 1 : 1; // one round at most: the item is in the list
         } while (!(at(from - 1) == result));
         FileItem& item = *items_[static_cast<std::size_t>(from - 1)];
         tally(item, -1);

@@ -2,15 +2,19 @@
 
 #include "filelist/FileItem.h"
 #include "filelist/FileListOrder.h"
+#include "platform/system/FilePath.h"
 
 #include <QSet>
+#include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quillfern {
 
-/// What the list holds, kept up to date with every change.
+/// The counts of what the list holds, updated with every change.
 struct FileTotals
 {
     std::int64_t files = 0;
@@ -24,7 +28,7 @@ struct FileTotals
 /// The text of the totals label.
 [[nodiscard]] QString totalLabelText(const FileTotals& totals);
 
-/// Told of every change of the list while it happens, in the terms of a table's rows.
+/// Is notified of every change of the list, before and after the change, in terms of a table's rows.
 class FileListObserver
 {
   public:
@@ -33,7 +37,7 @@ class FileListObserver
     virtual void inserted() = 0;
     virtual void aboutToRemove(int first, int last) = 0;
     virtual void removed() = 0;
-    /// The rows from `first` to `last` are about to go before the row that is now at `before`.
+    /// The rows from `first` to `last` are about to be moved in front of the row that is now at `before`.
     virtual void aboutToMove(int first, int last, int before) = 0;
     virtual void moved() = 0;
     virtual void aboutToReorder() = 0;
@@ -52,7 +56,8 @@ class FileList
     FileList(const FileList&) = delete;
     FileList& operator=(const FileList&) = delete;
 
-    /// Not owned; one at most. Must outlive the list or be taken away.
+    /// Not owned; one at most. The observer must outlive the list, unless it is replaced or set to null
+    /// before.
     void setObserver(FileListObserver* observer) { observer_ = observer; }
 
     [[nodiscard]] int count() const { return static_cast<int>(items_.size()); }
@@ -61,35 +66,35 @@ class FileList
     [[nodiscard]] const FileTotals& totals() const { return totals_; }
     /// The paths of all items; a copy costs nothing.
     [[nodiscard]] const QSet<FilePath>& paths() const { return paths_; }
-    /// Another number after every change of which items there are and in what order.
+    /// A number that changes with every change of the items or of their order.
     [[nodiscard]] std::uint64_t revision() const { return revision_; }
-    /// As they are now; they are valid until the next change.
+    /// The items as they are now; the pointers are valid until the next change.
     [[nodiscard]] std::vector<const FileItem*> items() const;
-    /// Copies of them all, for another thread or for a job.
+    /// Copies of all items, for another thread or for a job.
     [[nodiscard]] std::vector<FileItem> copies() const;
 
-    /// Appends the items, in order, that have no equal yet. Returns how many those were.
+    /// Appends, in order, the items that have no equal in the list yet. Returns how many were appended.
     int append(std::vector<FileItem> batch);
     void remove(const std::vector<int>& rows);
     void clear();
 
-    /// Moves the rows one place down, as blocks. Returns where they are now; empty, and nothing moved, when
-    /// the last row is among them.
+    /// Moves the rows one place down, as blocks. Returns their new rows; empty, with nothing moved, when the
+    /// last row is among them.
     std::vector<int> moveDown(const std::vector<int>& rows);
-    /// The same one place up; nothing moves when row 0 is among them.
+    /// Moves the rows one place up; nothing moves when row 0 is among them.
     std::vector<int> moveUp(const std::vector<int>& rows);
 
     void setIsSelected(int row, bool selected);
-    /// Sets the marks of the rows, or turns each about when no value is given.
+    /// Sets the check marks of the rows, or inverts each mark when no value is given.
     void setIsSelected(const std::vector<int>& rows, std::optional<bool> selected);
-    /// Lets the items that are equal to these take over password, pages and compression; those that have no
-    /// equal are left out. They are looked for from row `from` on and then from the top: quick when they come
-    /// in list order. Returns the row after the last one found, where to look for those after these.
+    /// Copies password, pages and compression of each counted item to the equal item of the list; a counted
+    /// item without an equal is ignored. The search begins at row `from` and goes on from the top, which is
+    /// quick for items in list order. Returns the row after the last item found, as `from` for the next call.
     int takeCounts(const std::vector<FileItem>& counted, int from);
 
     /// Sorts, stably, by a column of FileItem::displayField(), and remembers the order.
     void sort(const FileListOrder& order);
-    /// The list keeps its present order until the next sort().
+    /// Forgets the column that the list was sorted by; the rows stay in their order until the next sort().
     void forgetOrder() { order_.reset(); }
     [[nodiscard]] const std::optional<FileListOrder>& order() const { return order_; }
     /// Puts the row `rows[i]` at `i`; the result of a FileListSorter for the present items.

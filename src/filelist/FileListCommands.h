@@ -2,6 +2,12 @@
 
 #include "filelist/FileList.h"
 #include "platform/desktop/DesktopServices.h"
+#include "platform/system/FilePath.h"
+
+#include <QList>
+#include <QString>
+#include <optional>
+#include <vector>
 
 namespace quillfern {
 
@@ -10,22 +16,23 @@ class FileListView
 {
   public:
     virtual ~FileListView() = default;
-    /// Puts the controls into their busy (false) or idle (true) state.
+    /// Changes the controls to their busy (false) or idle (true) state.
     virtual void resetView(bool idle) = 0;
-    /// Shows the totals anew.
+    /// Updates the totals that are shown.
     virtual void updateTotalLabel() = 0;
     /// Asks the user a question with the answers "Yes" (the default) and "No".
     virtual bool confirm(const QString& message) = 0;
     /// Selects exactly these rows of the table.
     virtual void selectRows(const std::vector<int>& rows) = 0;
-    /// The same, and takes the keyboard and scrolls to `scrollTo`.
+    /// Selects exactly these rows, gives the table the keyboard and scrolls to the row `scrollTo`.
     virtual void selectMovedRows(const std::vector<int>& rows, int scrollTo) = 0;
     /// Gives these files of the list a password and has their pages counted anew, in the background.
     virtual void applyPassword(const QList<FilePath>& paths, const QString& password) = 0;
 };
 
 /// The commands on the file list. Rows are those selected in the table, ascending, each once. No command
-/// throws: a failure is told of in the system log and leaves the list as far as it got. Main thread.
+/// throws: a failure is written to the system log, and what the command changed before the failure stays.
+/// Main thread.
 class FileListCommands
 {
   public:
@@ -35,14 +42,14 @@ class FileListCommands
     {
     }
 
-    /// By tag: 1 check, 2 uncheck, 3 turn about; others do nothing to the marks.
+    /// By tag: 1 checks, 2 unchecks, 3 inverts the marks; other tags leave the marks as they are.
     void checkUncheckInvertSelection(int tag, const std::vector<int>& rows);
     void checkUncheckInvertAll(int tag);
-    /// The space bar: turns the marks of the rows about.
+    /// The space bar: inverts the marks of the rows.
     void invertMarks(const std::vector<int>& rows);
 
-    /// By tag: 1 selects all rows, 2 the first one only, 3 removes all files when the user agrees, 4 the
-    /// rows.
+    /// By tag: 1 selects all rows, 2 selects the first row only, 3 removes all files when the user agrees, 4
+    /// removes the rows given.
     void selectDeselectRemoveAll(int tag, const std::vector<int>& rows);
     void removeFiles(const std::vector<int>& rows);
     void moveUp(const std::vector<int>& rows);
@@ -55,11 +62,11 @@ class FileListCommands
     void openEnclodingFolder(const std::vector<int>& rows);
     void getInfo(const std::vector<int>& rows);
 
-    /// Has the PDF files among the rows given a password; nothing happens without one.
+    /// Gives a password to the PDF files among the rows; without a password nothing happens.
     void updatePDFReadPassword(const std::optional<QString>& password, const std::vector<int>& rows);
 
     [[nodiscard]] bool containsPDFFiles(const std::vector<int>& rows) const;
-    /// PDF and TIFF files.
+    /// True when a PDF or TIFF file is among the rows.
     [[nodiscard]] bool containsMultiPageFiles(const std::vector<int>& rows) const;
 
   private:

@@ -1,6 +1,10 @@
 #pragma once
 
 #include "filelist/FileList.h"
+#include "platform/system/FilePath.h"
+
+#include <QByteArray>
+#include <QString>
 
 namespace quillfern {
 
@@ -10,8 +14,8 @@ class Clock;
 /// Dates are "yyyy-MM-dd HH:mm:ss +0000", absent ones "(null)".
 [[nodiscard]] QByteArray exportedList(const FileList& files);
 
-/// Writes exportedList() whole to a file. A failure is told of in the system log, and leaves what was there.
-/// Returns whether it was written.
+/// Writes exportedList() whole to a file. On a failure a line is written to the system log and an existing
+/// file stays as it was. Returns whether the file was written.
 bool exportList(const FileList& files, const FilePath& path);
 
 /// The name proposed for an export made now.

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QMimeData>
 #include <QUuid>
+#include <array>
 
 namespace quillfern {
 

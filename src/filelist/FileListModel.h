@@ -1,16 +1,21 @@
 #pragma once
 
 #include "filelist/FileList.h"
+#include "platform/system/FilePath.h"
 
 #include <QAbstractTableModel>
-#include <array>
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
 #include <atomic>
+#include <vector>
 
 namespace quillfern {
 
 /// The file list as a table. Row n is the item at n; the columns are named by the identifiers of
-/// FileItem::displayField(). Every change of the list, moves and sorts included, reaches views as what it is,
-/// so that selection and scroll position survive. Main thread.
+/// FileItem::displayField(). Every change of the list is announced to views as the insertion, removal or move
+/// that it is, not as a reset, so that selection and scroll position survive. Main thread.
 class FileListModel final : public QAbstractTableModel, private FileListObserver
 {
     Q_OBJECT
@@ -31,8 +36,8 @@ class FileListModel final : public QAbstractTableModel, private FileListObserver
     /// "isselected", "name" and so on.
     [[nodiscard]] static QString columnIdentifier(int column);
 
-    /// Edits, sorts and drops are refused while `isProcessing`. Both outlive the model; it is the list's
-    /// observer as long as it lives.
+    /// Edits, sorts and drops are refused while `isProcessing` is true. Both references outlive the model.
+    /// The model is the list's observer until its destruction.
     FileListModel(FileList& files, const std::atomic<bool>& isProcessing, QObject* parent = nullptr);
     ~FileListModel() override;
 
@@ -43,26 +48,26 @@ class FileListModel final : public QAbstractTableModel, private FileListObserver
                                       int role = Qt::DisplayRole) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
-    /// Column -1 keeps the present order, at any time.
+    /// Column -1 keeps the present order; it is never refused.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
     [[nodiscard]] QStringList mimeTypes() const override;
-    /// The rows' file URLs for other programs, with a mark by which this model knows its own rows again.
+    /// The rows' file URLs for other programs, and a mark by which this model recognises its own rows.
     [[nodiscard]] QMimeData* mimeData(const QModelIndexList& indexes) const override;
     [[nodiscard]] Qt::DropActions supportedDropActions() const override { return Qt::CopyAction; }
     [[nodiscard]] Qt::DropActions supportedDragActions() const override { return Qt::CopyAction; }
-    /// Files and folders may be dropped anywhere on the table; its own rows may not.
+    /// Files and folders may be dropped anywhere on the table; the table's own rows may not.
     [[nodiscard]] bool canDropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
                                        const QModelIndex& parent) const override;
-    /// Announces filesDropped(). Always answers that the drop was not taken: no row exists yet, and the
-    /// source of the drag is to keep what it has.
+    /// Announces filesDropped(). Always returns false: no row exists yet, and the source of the drag must not
+    /// delete the files as moved.
     bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
                       const QModelIndex& parent) override;
 
   Q_SIGNALS:
     /// Files and folders were dropped from elsewhere.
     void filesDropped(const QList<FilePath>& paths);
-    /// A check box was clicked, so that whoever shows totals can follow.
+    /// A check box was clicked; the totals shown may have to be updated.
     void checkMarkEdited();
     /// The user has sorted by a column.
     void sorted();

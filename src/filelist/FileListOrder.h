@@ -3,6 +3,9 @@
 #include "filelist/FileItem.h"
 #include "filelist/NameOrder.h"
 
+#include <QCollator>
+#include <QString>
+#include <cstdint>
 #include <variant>
 #include <vector>
 
@@ -17,9 +20,9 @@ struct FileListOrder
     bool operator==(const FileListOrder&) const = default;
 };
 
-/// Sorts items it is shown one by one: what they are compared by is taken then, once, and looks the dates of
-/// a file up if need be. So most of the work of sorting can be done while the items are still being found.
-/// Not for use from two threads at once.
+/// Sorts items that are added one by one. add() computes an item's sort key once, which may read a date from
+/// the file system, so that most of the work is done while the items are still being found. Not for use from
+/// two threads at once.
 class FileListSorter
 {
   public:
@@ -28,7 +31,7 @@ class FileListSorter
     void add(const FileItem& item);
     /// The order: the item at the i-th place is the one added at `result[i]`. Stable in both directions.
     /// Marks and numbers sort as such, sizes by their bytes, dates by their moments (absent ones first),
-    /// texts as NameOrder has them. A column that is none leaves everything in its place.
+    /// texts as NameOrder has them. An unknown column leaves every item in its place.
     [[nodiscard]] std::vector<int> sorted() const;
 
   private:
@@ -38,7 +41,7 @@ class FileListSorter
     std::variant<Number, Text> field_;
     bool ascending_;
     NameOrder names_;
-    std::vector<std::int64_t> numbers_; ///< one of these two is filled
+    std::vector<std::int64_t> numbers_; ///< only one of these two vectors is filled
     std::vector<QCollatorSortKey> texts_;
 };
 

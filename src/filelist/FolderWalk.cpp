@@ -9,7 +9,7 @@ namespace quillfern {
 
 namespace {
 
-/// Applications, their parts, and documents that are folders to the system and one file to people.
+/// Applications, their parts, and documents that the system stores as folders but people see as one file.
 bool isPackage(const QString& folderName)
 {
     static const QSet<QString> suffixes = [] {
@@ -38,8 +38,8 @@ std::vector<QString> FolderWalk::sorted(std::vector<QString> names) const
         if (!goOn_()) return {};
         keyed.push_back({order_.key(name), std::move(name)});
     }
-    // The file system gives names in any order: names that people would not tell apart go by their letters,
-    // so that the same folder always gives the same list.
+    // The file system returns names in any order. Names that NameOrder takes for equal are compared by their
+    // characters, so that the same folder always gives the same list.
     std::sort(keyed.begin(), keyed.end(), [](const Named& a, const Named& b) {
         const int compared = a.key.compare(b.key);
         return compared != 0 ? compared < 0 : a.name < b.name;

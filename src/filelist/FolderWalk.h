@@ -1,23 +1,27 @@
 #pragma once
 
 #include "filelist/NameOrder.h"
+#include "platform/system/FilePath.h"
 #include "platform/system/FolderEntries.h"
 
+#include <QString>
 #include <functional>
+#include <utility>
+#include <vector>
 
 namespace quillfern {
 
-/// Finds the files of a folder that can be processed, its subfolders' too when asked for: the files of each
-/// folder before its subfolders, both in the order people sort names in.
+/// Finds the files of a folder that can be processed, and those of its subfolders if asked for: the files of
+/// each folder before its subfolders, both in NameOrder.
 ///
-/// Passed over are hidden files and folders, the insides of packages (folders that the suffix of a bundle
-/// marks, such as Notes.app), folders that cannot be read, and links to folders, so that a walk never leaves
-/// the folder it was given and never goes in circles. A link to a file is taken.
+/// Passed over are hidden files and folders, the contents of packages (folders with the suffix of a bundle,
+/// such as Notes.app), folders that cannot be read, and links to folders, so that a walk never leaves the
+/// folder it was given and never goes in circles. A link to a file is taken.
 class FolderWalk
 {
   public:
-    /// `visit` gets the path of each file as it is found. `goOn` is asked often and ends the walk when it
-    /// says no. Both are called on the walking thread.
+    /// `visit` gets the path of each file as it is found. `goOn` is called often; the walk ends when it
+    /// returns false. Both are called on the walking thread.
     FolderWalk(std::function<void(const FilePath&)> visit, std::function<bool()> goOn)
         : visit_(std::move(visit)), goOn_(std::move(goOn))
     {

@@ -8,12 +8,12 @@ namespace quillfern {
 class IncludeSubfolders
 {
   public:
-    /// The store is not owned and outlives this.
+    /// The store is not owned and must outlive this object.
     explicit IncludeSubfolders(store::DefaultsStore& store) : store_(store) {}
 
     /// False when never set.
     [[nodiscard]] bool inculdeSubfolders() const;
-    /// On the disk when this returns; a store that cannot be written is told of in the system log.
+    /// The value is on the disk when this function returns; a failure to write is reported in the system log.
     void setInculdeSubfolders(bool include);
 
   private:

@@ -7,9 +7,9 @@ namespace {
 using namespace std::chrono_literals;
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr auto deliverEvery = 50ms;      ///< how long items may wait to be seen
+constexpr auto deliverEvery = 50ms;      ///< how long ready items wait at most before they are delivered
 constexpr auto waitAtMost = 20ms;        ///< between two looks at the stop signal
-constexpr std::size_t mostPending = 512; ///< files not yet counted: bounds memory, feeds the cores
+constexpr std::size_t mostPending = 512; ///< files not yet counted: enough for all cores, little memory
 
 } // namespace
 

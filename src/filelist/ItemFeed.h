@@ -1,25 +1,32 @@
 #pragma once
 
+#include "filelist/FileItem.h"
 #include "filelist/ItemPipeline.h"
+#include "platform/system/FilePath.h"
 
+#include <QString>
+#include <QThreadPool>
+#include <chrono>
 #include <functional>
+#include <vector>
 
 namespace quillfern {
 
-/// Sends paths through an ItemPipeline and hands on what comes out of it a few items at a time, as often as a
-/// person likes to see something happen. Used by one thread, on which both functions are called as well.
+/// Sends paths through an ItemPipeline and delivers the resulting items a few at a time, often enough for a
+/// person to see the list grow. Used by one thread, on which `wanted` and `deliver` are called as well.
 class ItemFeed
 {
   public:
     using Wanted = std::function<bool()>;
     using Deliver = std::function<void(std::vector<FileItem>)>;
 
-    /// For `pool`, `password` and `failure` see ItemPipeline. Once `wanted` is false, nothing more is begun.
+    /// For `pool`, `password` and `failure` see ItemPipeline. Once `wanted` returns false, no further file is
+    /// begun.
     ItemFeed(QThreadPool& pool, const QString& password, const char* failure, Wanted wanted, Deliver deliver);
 
-    /// Whether to continue. To be asked all the time: this is also where items find their way out.
+    /// Whether to continue. To be called often, because this call also delivers the items that are ready.
     bool goOn();
-    /// Waits for a place when too many files are in work.
+    /// Waits while too many files are in work.
     void add(const FilePath& path);
     /// Waits for the files that are still being counted, and delivers the last items.
     void finish();

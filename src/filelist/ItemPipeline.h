@@ -1,17 +1,20 @@
 #pragma once
 
 #include "filelist/FileItem.h"
+#include "platform/system/FilePath.h"
 
+#include <QString>
 #include <QThreadPool>
 #include <chrono>
+#include <cstddef>
 #include <memory>
 #include <vector>
 
 namespace quillfern {
 
-/// Makes items of paths, which means reading each file's page count, on the threads of a pool, and gives them
-/// back in the order in which the paths came. Used by one thread. Leaving waits for nobody: files not yet
-/// begun are dropped, and what is in work ends unheard.
+/// Makes items of paths on the threads of a pool, which means reading each file's page count, and returns
+/// them in the order of the paths. Used by one thread. The destructor does not wait: files not yet begun are
+/// dropped, and the results of files in work are ignored.
 class ItemPipeline
 {
   public:
@@ -23,11 +26,11 @@ class ItemPipeline
     ItemPipeline& operator=(const ItemPipeline&) = delete;
 
     void add(const FilePath& path);
-    /// Paths added and items not yet taken.
+    /// The number of paths that were added and whose items were not taken yet.
     [[nodiscard]] std::size_t pending() const;
-    /// Waits until the next item in order is ready, or for so long.
+    /// Waits until the next item in order is ready, but at most so long.
     void waitForNext(std::chrono::milliseconds atMost) const;
-    /// The items that are ready and have none before them that is not. An empty path gives none.
+    /// The items that are ready, up to the first one that is not. An empty path gives no item.
     [[nodiscard]] std::vector<FileItem> takeReady();
 
   private:

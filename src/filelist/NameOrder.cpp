@@ -7,7 +7,7 @@ namespace {
 QLocale languageToSortBy()
 {
     const QLocale users;
-    // The C locale compares bytes, and knows nothing of case or digits.
+    // The C locale compares bytes, without regard to letter case and the values of digits.
     return users.language() == QLocale::C ? QLocale(QLocale::English) : users;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCollator>
+#include <QString>
 
 namespace quillfern {
 
@@ -12,7 +13,7 @@ class NameOrder
   public:
     NameOrder();
 
-    /// Keys compare as their names do, many times faster.
+    /// A key of a name. Keys compare like the names themselves, but many times faster.
     [[nodiscard]] QCollatorSortKey key(const QString& name) const { return collator_.sortKey(name); }
 
   private:

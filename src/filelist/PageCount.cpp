@@ -11,7 +11,7 @@ namespace quillfern {
 
 namespace {
 
-/// The first bytes of a regular file; nothing of one that cannot be read.
+/// The first bytes of a regular file; empty when the file cannot be read.
 QByteArray startOf(const FilePath& path)
 {
     constexpr qint64 size = 1024;

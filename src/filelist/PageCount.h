@@ -13,8 +13,9 @@ struct PageCount
     std::int32_t compression = 1; ///< the TIFF compression code of the first picture; 1 for other formats
 };
 
-/// Counts the pages of a PDF or raster file of any supported format, told by its content, not by its name.
-/// Reads the trailer and page tree of a PDF, the directories of a TIFF, the headers of others; never pixels.
+/// Counts the pages of a PDF or raster file of any supported format, recognised by its content, not by its
+/// name. Reads the trailer and page tree of a PDF, the directories of a TIFF and the headers of other
+/// formats, never pixels.
 [[nodiscard]] PageCount countPages(const FilePath& path);
 
 } // namespace quillfern

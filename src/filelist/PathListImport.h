@@ -2,10 +2,16 @@
 
 #include "filelist/Arguments.h"
 #include "filelist/PathListParser.h"
+#include "platform/system/FilePath.h"
+
+#include <QList>
+#include <QString>
+#include <optional>
 
 namespace quillfern {
 
-/// What the import dialog decides, without the dialog: two ways to name files, and what Import makes of them.
+/// The logic of the import dialog: the two methods of naming files, and what the Import button does with the
+/// names.
 class PathListImport
 {
   public:
@@ -13,7 +19,7 @@ class PathListImport
         FromFile = 0, ///< importFile() names a text file
         FromText = 1  ///< importText() is the list
     };
-    /// What stands in the way of an import, and where the user can do something about it.
+    /// Why an import is not possible, and the field where the user can correct this.
     struct Problem
     {
         enum class Focus { Browse, Text, Nowhere };
@@ -23,9 +29,9 @@ class PathListImport
 
     explicit PathListImport(const QString& allowedTypes) : parser_(allowedTypes) {}
 
-    /// As each opening of the dialog begins: no texts, no files; the method stays the one last chosen.
+    /// The state in which the dialog opens: no texts, no files, and the method last chosen.
     void resetView();
-    /// Chooses a method by its number and clears both texts; with any other number neither is on.
+    /// Chooses a method by its number and clears both texts; with any other number no method is chosen.
     void importMethodChanged(int tag);
     [[nodiscard]] std::optional<Method> method() const { return method_; }
 
@@ -37,7 +43,7 @@ class PathListImport
     /// Takes the clipboard's text: importText() then holds the paths of the files found in it, one a line.
     /// Nothing happens when there is no text.
     void pasteText(const QString& clipboard);
-    /// Reads the list anew by the chosen method. Nothing in the way means that files() are to be loaded.
+    /// Reads the list anew by the chosen method. Without a problem files() are to be loaded.
     [[nodiscard]] std::optional<Problem> importAction();
 
     [[nodiscard]] const QList<FilePath>& files() const { return parser_.files(); }

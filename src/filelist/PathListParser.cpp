@@ -11,7 +11,7 @@ namespace quillfern {
 
 namespace {
 
-constexpr qint64 largestList = 256 << 20; // two million paths of a hundred bytes, and then some
+constexpr qint64 largestList = 256 << 20; // room for more than two million paths of a hundred bytes
 
 QString readList(const FilePath& path)
 {
@@ -22,7 +22,7 @@ QString readList(const FilePath& path)
     if (file->error() != QFileDevice::NoError)
         throw Failure(QStringLiteral("cannot read %1: %2").arg(path.readable(), file->errorString()));
     if (bytes.startsWith("\xEF\xBB\xBF"))
-        bytes.remove(0, 3); // says how the text is encoded, not what it says
+        bytes.remove(0, 3); // the byte order mark does not belong to the text
     return pathText(bytes);
 }
 

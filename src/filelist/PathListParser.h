@@ -2,7 +2,10 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QList>
+#include <QString>
 #include <optional>
+#include <utility>
 
 namespace quillfern {
 
@@ -13,20 +16,20 @@ class PathListParser
     /// The extensions joined with ","; only those spelt in capitals can match.
     explicit PathListParser(QString allowedTypes) : allowedTypes_(std::move(allowedTypes)) {}
 
-    /// Replaces files() by those of the text. Lines end at line feeds only, and nothing is trimmed. A path
-    /// that is not absolute counts from the current folder; whether the file exists is not asked.
+    /// Replaces files() by those of the text. Lines end at line feeds only, and nothing is trimmed. A
+    /// relative path is resolved against the current folder. The files need not exist.
     void parseText(const std::optional<QString>& text);
-    /// The same for the text, in UTF-8, of a file. Bytes of a line that are not UTF-8 belong to its path. A
-    /// file that cannot be read, or is too large to be a list of paths, is told of in the system log and
-    /// counts as no text; so it returns whether there was one.
+    /// parseText() for the text of a file, in UTF-8. Bytes of a line that are not UTF-8 are kept as part of
+    /// the path. A file that cannot be read, or is too large to be a list of paths, is reported in the system
+    /// log and leaves files() empty. Returns whether the file was read.
     bool parseFile(const FilePath& path);
     void clear() { files_.clear(); }
 
-    /// What was found, in order, each once.
+    /// The paths found, in order, without duplicates.
     [[nodiscard]] const QList<FilePath>& files() const { return files_; }
-    /// The text for the label that counts them.
+    /// The text for the label with the number of files found.
     [[nodiscard]] QString totalFilesFound() const;
-    /// Their paths in the text form of NativePath.h, one a line.
+    /// The paths of files() in the text form of NativePath.h, one a line.
     [[nodiscard]] QString foundPaths() const;
 
   private:

@@ -2,9 +2,11 @@
 
 #include "platform/pageimages/PageImage.h"
 
+#include <optional>
+
 namespace quillfern {
 
-/// Shows pages of PDF files. Throws nothing; the time and memory it takes are up to the file.
+/// Makes images of PDF pages. Throws nothing; time and memory have no limit here and depend on the file.
 class PdfPageImages final : public pageimages::PageImageSource
 {
   public:

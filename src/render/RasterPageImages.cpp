@@ -10,7 +10,7 @@ namespace quillfern {
 
 namespace {
 
-/// The pixels in the colours that a screen takes them for.
+/// The page's pixels converted to the colours of a screen.
 QImage forScreen(raster::RasterPage page)
 {
     page.spreadBits();
@@ -30,7 +30,7 @@ std::optional<pageimages::PageImage> RasterPageImages::page(const pageimages::Pa
         if (request.page >= reader->pageCount()) return std::nullopt;
         for (int i = 0; i < request.page; ++i)
             reader->skipPage();
-        // Every page is shown, as it is stamped, at the first page's size.
+        // Every page is shown at the size of the first page, as a job stamps it.
         const QSizeF page = reader->firstPageSize();
         const QSize size = pageimages::pixelSize(page, request);
         const QImage pixels =

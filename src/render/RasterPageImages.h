@@ -2,9 +2,11 @@
 
 #include "platform/pageimages/PageImage.h"
 
+#include <optional>
+
 namespace quillfern {
 
-/// Shows pages of raster files. Throws nothing.
+/// Makes images of the pages of raster files. Throws nothing.
 class RasterPageImages final : public pageimages::PageImageSource
 {
   public:

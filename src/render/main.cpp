@@ -6,11 +6,11 @@
 #include <clocale>
 #include <cstdio>
 
-// Shows one page of one file and ends:
+// Writes the image of one page of one file to the standard output and ends:
 //     quillfern-render FILE-URL PAGE WIDTH HEIGHT DENSITY
-// The URL carries names that are not UTF-8; PAGE counts from 0, the box is in points. Whoever starts it sets
-// the limits it lives in, reads the answer from its standard output, and takes any other end than exit status
-// 0 as "cannot be shown".
+// A file URL can hold names that are not UTF-8. PAGE counts from 0; WIDTH and HEIGHT are in points. The
+// program that starts this one sets the limits of time and memory, reads the image from the standard output,
+// and takes any end other than exit status 0 as "cannot be shown".
 int main(int argc, char** argv)
 {
     using namespace quillfern;

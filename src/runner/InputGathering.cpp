@@ -10,7 +10,7 @@ namespace quillfern {
 
 namespace {
 
-/// One more path, in the last request where that is of the same kind.
+/// Adds a path to the last request, or to a new one when the last request is of the other kind.
 void addTo(std::vector<Arguments>& requests, const FilePath& path, bool isFolder, bool subfolders)
 {
     if (requests.empty() || requests.back().isFolders != isFolder)

@@ -1,26 +1,37 @@
 #pragma once
 
+#include "filelist/Arguments.h"
 #include "filelist/FileGatherer.h"
+#include "filelist/FileList.h"
+#include "filelist/GatherObserver.h"
+#include "platform/system/Clock.h"
+#include "platform/system/MainThread.h"
 #include "runner/RunnerOptions.h"
+
+#include <QString>
+#include <atomic>
+#include <functional>
+#include <vector>
 
 namespace quillfern {
 
-/// What has to be gathered for a command line, in its order: files as they are, folders walked, then the
-/// files of the lists. Throws WrongUse for an input that is not there or is no file to stamp, and for a list
-/// that cannot be read or names nothing.
+/// The requests for the inputs of a command line, in their order (files are taken as they are, folders are
+/// walked), and then for the files of the lists. Throws WrongUse for an input that does not exist or cannot
+/// be stamped, and for a list that cannot be read or names no file that can be stamped.
 [[nodiscard]] std::vector<Arguments> requestsFor(const RunnerOptions& options);
 
-/// Gathers for a program without a window. Main thread.
+/// Gathers files for a program without a window. Main thread.
 class InputGathering final : private GatherObserver
 {
   public:
-    /// The references outlive this.
+    /// The references must outlive this object.
     InputGathering(FileList& files, MainThread& mainThread, const Clock& clock)
         : gatherer_(files, isProcessing_, mainThread, clock, *this)
     {
     }
 
-    /// Carries the requests out one after the other. `goOn` is asked now and then, and ends it.
+    /// Carries out the requests one after the other. `goOn` is called now and then; gathering ends when it
+    /// returns false.
     void gather(const std::vector<Arguments>& requests, const std::function<bool()>& goOn);
 
   private:

@@ -1,5 +1,7 @@
 #include "runner/OptionValues.h"
 
+#include <limits>
+
 namespace quillfern {
 
 void wrong(const QString& option, const QString& value, const QString& expected)

@@ -2,8 +2,13 @@
 
 #include "runner/RunnerOptions.h"
 
+#include <QLatin1String>
+#include <QString>
+#include <QStringList>
 #include <array>
-#include <limits>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
 
 namespace quillfern {
 
@@ -15,10 +20,11 @@ struct Option
     const char* help;
 };
 
-/// "--option takes <expected>, not <value>", as a WrongUse.
+/// Throws WrongUse with the text "--option takes <expected>, not <value>".
 [[noreturn]] void wrong(const QString& option, const QString& value, const QString& expected);
 
-/// The number that an option's value holds; throws WrongUse for anything else and outside the limits.
+/// The number that an option's value holds; throws WrongUse for a text that is no number and for a number
+/// outside the limits.
 [[nodiscard]] std::int64_t wholeNumber(const QString& option, const QString& text, std::int64_t lowest,
                                        std::int64_t highest);
 [[nodiscard]] double realNumber(const QString& option, const QString& text, double lowest, double highest);

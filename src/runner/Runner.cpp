@@ -52,7 +52,7 @@ void Runner::nameSubstitutes(const Numbering& number)
     const drawing::FontCatalog catalog;
     for (const auto& stamp : number.stamps) {
         const auto* text = dynamic_cast<const TextStamp*>(stamp.get());
-        // The default is an alias on most machines, and nobody asked for it by name.
+        // The default font is an alias on most machines, and the user did not name it: no message about it.
         if (!text || text->font.fontName == PDFFont().fontName) continue;
         const QString wanted = text->font.fontName.value_or(QString());
         const QString used = catalog.resolveFamily(wanted);

@@ -1,15 +1,23 @@
 #pragma once
 
+#include "batch/Log.h"
 #include "batch/Process.h"
+#include "config/Numbering.h"
+#include "config/Settings.h"
 #include "filelist/FileList.h"
+#include "platform/system/FilePath.h"
 #include "runner/RunnerOptions.h"
 
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
 #include <QTextStream>
+#include <functional>
 
 namespace quillfern {
 
-/// The headless front door to a job: takes a command line, makes the same job the window makes, and tells how
-/// it goes in text. Main thread; needs an application object with an event loop.
+/// Runs jobs without a window: reads a command line, runs the same job as the window would, and prints
+/// progress and results as text. Main thread; needs an application object with an event loop.
 class Runner final : public ProcessObserver
 {
   public:
@@ -20,15 +28,15 @@ class Runner final : public ProcessObserver
     Runner(ProcessServices services, QTextStream& out, QTextStream& err, bool showProgress);
     ~Runner() override;
 
-    /// Runs one command line to its end and returns the exit status. `stopRequested` is asked now and then
-    /// while the job runs; once it says true the job finishes its file and ends.
+    /// Runs one command line to its end and returns the exit status. `stopRequested` is called now and then
+    /// while the job runs; once it returns true, the job ends after the file in work.
     int run(const QStringList& arguments, const std::function<bool()>& stopRequested);
 
     void updateTimeTakenLabel(const QString& text) override;
     void outputFinished(const LogFiles& output) override;
 
   private:
-    /// Tells of fonts that were asked for and are not there.
+    /// Prints which fonts named on the command line are not installed, and what is used instead.
     void nameSubstitutes(const Numbering& number);
     void gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested);
     void writeExport(const FilePath& path, const FileList& files);

@@ -40,7 +40,7 @@ void readMargins(Numbering& number, const QString& text)
         values[static_cast<std::size_t>(i)] = match.captured(1).toDouble();
         unitNames[static_cast<std::size_t>(i)] = match.captured(2);
     }
-    // A unit after the last length counts for those before it that have none: 10,10,10,15mm.
+    // The unit of the last length also applies to lengths without a unit: 10,10,10,15mm.
     QString common = unitNames[3].isEmpty() ? QStringLiteral("pt") : unitNames[3];
     for (QString& unit : unitNames)
         if (unit.isEmpty()) unit = common;
@@ -65,29 +65,32 @@ constexpr std::array jobOptions = {
     Option{"output", "DIR", "Folder for the stamped copies. Required for a job."},
     Option{"profile", "FILE",
            "Begin with the stamps, pages, numbers and margins of a saved profile. Options after "
-           "it override it; stamps after it are added to its own."},
-    Option{"save-profile", "FILE", "Save all that as a profile. Without files to stamp, that is all."},
+           "--profile override the profile; stamps after it are added to the profile's stamps."},
+    Option{"save-profile", "FILE",
+           "Save the stamps, pages, numbers and margins as a profile. Without files no job is started."},
     Option{"preview", "PAGE.png",
            "Draw the first page of the first file with its stamps, or a blank page when no "
            "file is named, and stamp nothing."},
-    Option{"preview-size", "WxH", "The most pixels of the preview (600x850)."},
+    Option{"preview-size", "WxH", "Largest size of the preview in pixels (600x850)."},
     Option{"start-page", "N", "First page to stamp (1)."},
-    Option{"end-page", "N", "Last page to stamp; 0 is the last one (0)."},
+    Option{"end-page", "N", "Last page to stamp; 0 is the last page of each file (0)."},
     Option{"start-number", "N", "Number of the first stamped page (1)."},
-    Option{"step", "N", "From one stamped page's number to the next (1)."},
-    Option{"pages", "WHICH", "all (the default), odd or even. PDF pages of the other kind come out blank."},
-    Option{"continuous", nullptr, "Number through all files instead of beginning anew with each."},
-    Option{"no-continuous", nullptr, "Begin anew with each file, whatever the profile says."},
+    Option{"step", "N", "Difference between the numbers of successive stamped pages (1)."},
+    Option{"pages", "WHICH",
+           "Pages to stamp: all (the default), odd or even. The other pages of a PDF become blank."},
+    Option{"continuous", nullptr,
+           "Continue the numbers from file to file instead of restarting in each file."},
+    Option{"no-continuous", nullptr, "Restart the numbers in each file; overrides the profile."},
     Option{"margins", "L,T,R,B", "Margins with the unit pt, mm or in: 36,36,36,36 or 10,10,10,15mm."},
-    Option{"backup", nullptr, "Keep NAME.bak of a file that is processed in place."},
-    Option{"no-backup", nullptr, "Keep none, whatever the profile says."},
-    Option{"subfolders", nullptr, "Take files from the subfolders of folders, too."},
+    Option{"backup", nullptr, "Keep a copy NAME.bak of a file that is processed in place."},
+    Option{"no-backup", nullptr, "Keep no such copy; overrides the profile."},
+    Option{"subfolders", nullptr, "Also take files from the subfolders of the folders named."},
     Option{"list", "FILE",
            "Also take the files named in a text file, one path a line. They come after those named on the "
            "command line."},
     Option{"export", "FILE",
            "Write the list of files, with their pages, as tab-delimited text. Without --output and stamps "
-           "that is all that is done."},
+           "nothing else is done."},
     Option{"quiet", nullptr, "Print only what went wrong."},
     Option{"help", nullptr, "Show this text."},
     Option{"version", nullptr, "Show the version."},
@@ -110,7 +113,7 @@ class Reader
     }
 
   private:
-    /// Options that say what to do, not with which configuration.
+    /// Options that select what to do; they do not change the configuration.
     bool applyToRun(const QString& name, const QString& value, RunnerOptions& options)
     {
         if (name == QLatin1String("output"))
@@ -195,7 +198,7 @@ class Reader
     Settings& settings_;
     Numbering& number_;
     StampOptions stamps_;
-    bool isChanged_ = false; ///< by anything but a profile
+    bool isChanged_ = false; ///< by an option other than --profile
 };
 
 template <class Options>

@@ -5,6 +5,7 @@
 #include "platform/system/FilePath.h"
 
 #include <QSize>
+#include <QString>
 #include <QStringList>
 
 namespace quillfern {
@@ -12,12 +13,12 @@ namespace quillfern {
 /// What a command line of quillfern-run asks for.
 struct RunnerOptions
 {
-    QStringList inputs;      ///< files and folders, as given
-    QStringList lists;       ///< text files of paths; what they name comes after the inputs
-    FilePath exportFile;     ///< where the list of files is written; empty for nowhere
-    bool onlyExport = false; ///< there is nothing to stamp with and nowhere to put it, and no need to
-    FilePath saveProfile;    ///< file to write the configuration to; empty for none
-    FilePath preview;        ///< file to draw a preview into; empty for none
+    QStringList inputs;                  ///< files and folders, as given
+    QStringList lists;                   ///< text files of paths; the files they name come after the inputs
+    FilePath exportFile;                 ///< file to write the list of files to; empty for none
+    bool onlyExport = false;             ///< exportFile is given, and no stamp, output folder or other output
+    FilePath saveProfile;                ///< file to write the configuration to; empty for none
+    FilePath preview;                    ///< file to draw a preview into; empty for none
     QSize previewSize = QSize(600, 850); ///< pixels
     bool subfolders = false;
     bool quiet = false;
@@ -34,8 +35,8 @@ struct RunnerOptions
 };
 
 /// Reads a command line (program name first) into the settings of a job. Options that describe a stamp apply
-/// to the stamp last begun; a profile replaces the whole configuration and has to stand before what changes
-/// it. Throws WrongUse; the settings may have been changed by then.
+/// to the stamp last begun; a profile replaces the whole configuration and has to come before the options
+/// that change it. Throws WrongUse; the settings may have been changed by then.
 [[nodiscard]] RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& settings);
 
 /// The text of --help.

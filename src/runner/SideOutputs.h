@@ -2,14 +2,15 @@
 
 #include "config/JobConfiguration.h"
 #include "filelist/FileList.h"
+#include "platform/system/FilePath.h"
 
 #include <QSize>
 
 namespace quillfern {
 
-/// Draws what the window would show of the first file (the blank page when there is none) into a PNG file of
-/// at most `size` pixels. Returns false when the file could not be shown and the blank page stands for it.
-/// Throws Failure when nothing can be drawn or written.
+/// Draws the preview that the window would show of the first file, or of a blank page when there is no file,
+/// into a PNG file of at most `size` pixels. Returns false when the file cannot be shown and a blank page was
+/// drawn instead. Throws Failure when nothing can be drawn or written.
 bool drawPreview(JobConfiguration job, const FileList& files, const QSize& size, const FilePath& path);
 
 } // namespace quillfern

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "runner/OptionValues.h"
+#include "stamps/IStampItem.h"
 #include "stamps/PageCompositor.h"
+#include "stamps/StampList.h"
 
+#include <QString>
 #include <memory>
 #include <span>
 
@@ -11,7 +14,8 @@ namespace quillfern {
 class ImageStamp;
 class TextStamp;
 
-/// Builds the stamps that a command line describes: an option begins a stamp, those after it apply to it.
+/// Builds the stamps that a command line describes: --text and --image begin a stamp, and the options after
+/// them apply to that stamp.
 class StampOptions
 {
   public:
@@ -20,7 +24,8 @@ class StampOptions
 
     [[nodiscard]] static std::span<const Option> options();
 
-    /// False for an option that is not about stamps. Throws WrongUse for one that is wrong here.
+    /// Returns false for an option that does not describe a stamp. Throws WrongUse for an option that does
+    /// not fit the present stamp, and for a wrong value.
     bool apply(const QString& name, const QString& value);
 
   private:
@@ -35,7 +40,7 @@ class StampOptions
     ImageStamp& image(const QString& option);
 
     StampList& stamps_;
-    // The stamp last begun; one of the two kinds.
+    // The stamp last begun; at most one of the two is set.
     std::shared_ptr<TextStamp> text_;
     std::shared_ptr<ImageStamp> image_;
     bool isWidthGiven_ = false;

@@ -15,11 +15,12 @@ volatile std::sig_atomic_t stopRequested = 0;
 extern "C" void requestStop(int signal)
 {
     stopRequested = 1;
-    std::signal(signal, SIG_DFL); // a second one ends the program at once; no half file is left either way
+    // A second signal ends the program at once; even then no half-written file is left.
+    std::signal(signal, SIG_DFL);
 }
 
-/// Qt wants a folder for sockets and complains of a session without one, as on a server; nothing here needs
-/// it.
+/// Prints Qt's messages, except for the warning that a session has no runtime folder, as on a server; the
+/// runner does not need that folder.
 void printMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     if (text.startsWith(QLatin1String("QStandardPaths:"))) return;
@@ -32,12 +33,13 @@ void printMessage(QtMsgType type, const QMessageLogContext& context, const QStri
 int main(int argc, char** argv)
 {
     using namespace quillfern;
-    // Fonts and images come with Qt's GUI library, but no screen is ever asked for.
+    // Fonts and images are part of Qt's GUI library, which would otherwise look for a screen.
     qInstallMessageHandler(printMessage);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     drawing::FontCatalog::preferEmbeddableFonts();
     QGuiApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C"); // the application took the user's; libraries print numbers with it
+    // QGuiApplication has set the user's locale, with which libraries would print numbers.
+    std::setlocale(LC_NUMERIC, "C");
     std::signal(SIGINT, requestStop);
     std::signal(SIGTERM, requestStop);
 
@@ -48,7 +50,7 @@ int main(int argc, char** argv)
     EventLoopMainThread mainThread;
     desktop::NoDesktop desktop;
     Runner runner({clock, folders, mainThread, desktop}, out, err, ::isatty(STDERR_FILENO) != 0);
-    QStringList arguments; // the application's own would lose names that are not UTF-8
+    QStringList arguments; // QCoreApplication::arguments() would lose names that are not UTF-8
     for (int i = 0; i < argc; ++i)
         arguments.append(pathText(QByteArray(argv[i])));
     return runner.run(arguments, [] { return stopRequested != 0; });

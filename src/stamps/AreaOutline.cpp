@@ -11,7 +11,8 @@ void drawAreaOutline(QPainter& painter, const QRectF& area)
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     QPen dashes(Qt::black, 1);
     dashes.setCapStyle(Qt::FlatCap);
-    // The pattern 2 on, 2 off, 2 on goes round with on and off exchanged, as an odd pattern does.
+    // The pattern is 2, 2, 2. Its number of lengths is odd, so dashes and gaps change places in every other
+    // round; Qt takes an even number only, so both rounds are listed.
     dashes.setDashPattern({2, 2, 2, 2, 2, 2});
     painter.setPen(dashes);
     painter.setBrush(Qt::NoBrush);

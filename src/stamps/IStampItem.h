@@ -14,8 +14,8 @@ namespace quillfern {
 
 /// What the stamp list, the compositor and the editors know of a stamp, whatever its kind.
 ///
-/// A stamp is edited on the main thread. Drawing changes nothing of a stamp, so that several threads may draw
-/// a stamp that nobody edits; what changes from page to page is kept in a StampRun.
+/// A stamp is edited on the main thread. Drawing does not change a stamp, so that several threads may draw a
+/// stamp that nobody edits; what changes from page to page is in a StampRun.
 class IStampItem
 {
   public:
@@ -32,12 +32,13 @@ class IStampItem
     virtual void setIsSymmetry(bool symmetric) = 0; ///< left and right alternate on successive pages
     [[nodiscard]] virtual bool isSymmetry() const = 0;
 
-    /// Applies a record: a missing key gives false, 0 or nothing. Without a record nothing changes.
+    /// Applies a record: a missing key gives false, 0 or no value. A null pointer changes nothing.
     virtual void setData(const store::Record* data) = 0;
-    /// The record form; its entries end before the first absent value. Nothing on a failure.
+    /// The stamp as a record, whose entries end before the first absent value. Returns no record on a
+    /// failure.
     [[nodiscard]] virtual std::optional<store::Record> getData() const = 0;
 
-    /// A stamp of its own with the same settings.
+    /// A new stamp with the same settings.
     [[nodiscard]] virtual std::unique_ptr<IStampItem> clone() const = 0;
 
     /// Draws the stamp inside `rect`, the area inside the margins (points, y down). `marginAnchor` comes from
@@ -45,7 +46,7 @@ class IStampItem
     virtual void draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor,
                       std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) const = 0;
 
-    /// One line that tells the stamp from others in a list.
+    /// One line that distinguishes the stamp from others in a list.
     [[nodiscard]] virtual QString description() const = 0;
 };
 

@@ -1,16 +1,24 @@
 #pragma once
 
+#include "platform/drawing/Canvas.h"
 #include "platform/drawing/Picture.h"
+#include "platform/store/Record.h"
 #include "platform/system/FilePath.h"
+#include "stamps/IStampItem.h"
 #include "stamps/StampBase.h"
 
+#include <QByteArray>
+#include <QRectF>
 #include <QSize>
+#include <QString>
+#include <cstdint>
+#include <memory>
 #include <optional>
 
 namespace quillfern {
 
-/// A picture file as a stamp takes it. Making one is slow for large pictures and may be done on any thread;
-/// handing it on is not.
+/// What a stamp takes over from a picture file. Reading a large picture is slow and may be done on any
+/// thread; moving a LoadedPicture is quick.
 struct LoadedPicture
 {
     FilePath path;
@@ -18,12 +26,12 @@ struct LoadedPicture
     QSize size; ///< pixels
     drawing::Picture picture;
 
-    /// Reads a BMP, JPEG, PNG or GIF file. Throws Failure when it cannot be used.
+    /// Reads a BMP, JPEG, PNG or GIF file. Throws Failure when the file cannot be used.
     [[nodiscard]] static LoadedPicture readFor(const FilePath& path);
 };
 
-/// A stamp that puts a picture on every page. It carries the picture in itself, so that a profile does not
-/// depend on the file it came from.
+/// A stamp that puts a picture on every page. The stamp contains the picture, so that a profile does not
+/// depend on the picture file.
 class ImageStamp final : public StampBase
 {
   public:
@@ -33,10 +41,10 @@ class ImageStamp final : public StampBase
     std::int64_t stampImageOpacity = 100; ///< percent
     std::int64_t stampImageRotation = 0;  ///< whole degrees, counter-clockwise on the page
 
-    /// The picture's encoding (a TIFF of one page); empty or absent for a stamp without one.
+    /// The encoded picture (a TIFF of one page); empty or absent for a stamp without a picture.
     [[nodiscard]] const std::optional<QByteArray>& stampImage() const { return stampImage_; }
-    /// Takes over another encoding and decodes it. Throws Failure for bytes that do not decode; they are
-    /// kept, and the stamp draws nothing.
+    /// Replaces the encoded picture and decodes it. Throws Failure for bytes that cannot be decoded; the
+    /// stamp keeps such bytes and draws nothing.
     void setStampImage(std::optional<QByteArray> bytes);
     /// Takes over a picture, its path, and its size in pixels as the drawn size.
     void take(LoadedPicture loaded);
@@ -44,7 +52,7 @@ class ImageStamp final : public StampBase
     void loadPicture(const FilePath& path);
     /// Forgets the picture, its path and its size.
     void removePicture();
-    /// The decoded picture; present exactly when stampImage() holds bytes that decode.
+    /// The decoded picture; present exactly when stampImage() holds bytes that can be decoded.
     [[nodiscard]] const std::optional<drawing::Picture>& cacheImage() const { return cacheImage_; }
 
     void setData(const store::Record* data) override;

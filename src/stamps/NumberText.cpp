@@ -10,7 +10,7 @@ namespace quillfern {
 
 namespace {
 
-/// A stored padding length can be any number; no page is wider than this.
+/// A stored padding length can be any number; more characters than this fit on no page.
 constexpr std::int64_t mostPadding = 1000;
 
 QString padded(std::int32_t number, const NumberFormat& format)

@@ -14,14 +14,14 @@ enum class NumberType : std::int32_t {
     RomanNumbersSmall = 3,
 };
 
-/// The name shown for a number style; empty for a value that is none.
+/// The name shown for a number style; empty for a value that is no style.
 [[nodiscard]] QString numberTypeName(NumberType numberType);
 
 /// The template of a text stamp and how its numbers are written.
 struct NumberFormat
 {
-    /// "{0}" and "{1}" are slots. They are filled by the order in which they stand: the first with the page
-    /// number, the second with the total, any further one with nothing.
+    /// "{0}" and "{1}" are slots. Their order in the text counts, not the digit: the first slot is filled
+    /// with the page number, the second with the total, any further one with nothing.
     std::optional<QString> numberFormat = QStringLiteral("{0} of {1}");
     NumberType numberType = NumberType::Numbers;
     std::int64_t paddingLength = 1;
@@ -31,7 +31,7 @@ struct NumberFormat
     bool operator==(const NumberFormat&) const = default;
 };
 
-/// The text printed on a page; empty when nothing is. Numbers are cut to 32 bits.
+/// The text printed on a page; empty when nothing is printed. Numbers are cut to 32 bits.
 [[nodiscard]] QString numberText(const NumberFormat& format, std::int64_t pageNumber,
                                  std::int64_t totalPages);
 

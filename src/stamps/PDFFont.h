@@ -24,9 +24,9 @@ class PDFFont
     [[nodiscard]] static PDFFont initWithFont(const QString& name, std::int32_t fontID, double fontSize,
                                               bool isStandard);
 
-    /// The record form; its entries end before the first absent value. Nothing on a failure.
+    /// The font as a record, whose entries end before the first absent value. Returns no record on a failure.
     [[nodiscard]] std::optional<store::Record> getData() const;
-    /// Applies a record; a missing key gives nothing, 0 or false. Without a record nothing changes.
+    /// Applies a record; a missing key gives no value, 0 or false. A null pointer changes nothing.
     void setData(const store::Record* data);
 
     bool operator==(const PDFFont&) const = default;

@@ -67,7 +67,7 @@ void PageCompositor::drawOnImage(QImage& image, const QRectF& area, StampRun& ru
 {
     guarded("Error in (Numbering=>drawOnImage:pageNumber:pages:highlightIndex:isPreview:) : %@", [&] {
         QPainter painter(&image);
-        // Painters take no device-pixel ratio below 1 into account: a large page shown small.
+        // A large page that is shown small has a device-pixel ratio below 1, which painters ignore.
         const double ratio = image.devicePixelRatio();
         if (ratio < 1) painter.scale(ratio, ratio);
         prepare(painter);

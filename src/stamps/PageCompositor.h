@@ -1,27 +1,30 @@
 #pragma once
 
+#include "platform/drawing/Canvas.h"
 #include "platform/drawing/InkProbe.h"
+#include "platform/drawing/TextShaper.h"
 #include "stamps/StampList.h"
 #include "stamps/StampRun.h"
 
 #include <QImage>
+#include <QPoint>
 #include <QRectF>
 #include <cstdint>
 #include <vector>
 
 namespace quillfern {
 
-/// What the stamps show on one page, and at which anchor each of them does.
+/// What the stamps show on one page, and the anchor of each stamp.
 struct PageStamps
 {
     QRectF area; ///< inside the margins, in the space of the page
     std::int64_t number = 0;
     std::int64_t pages = 0;
-    std::vector<MarginAnchor> anchors; ///< of all stamps; of no meaning for those that are not enabled
+    std::vector<MarginAnchor> anchors; ///< one for each stamp; meaningless for a stamp that is not enabled
 };
 
-/// Puts stamps on one page. What changes from page to page is in the run that the caller hands in; two pages
-/// must not be composited with one run at once. Belongs to one thread, as its shaper does.
+/// Puts stamps on one page. What changes from page to page is in the run that the caller passes; one run must
+/// not be used for two pages at the same time. To be used on the shaper's thread only.
 class PageCompositor
 {
   public:
@@ -30,25 +33,27 @@ class PageCompositor
     {
     }
 
-    /// Draws every enabled stamp on a PDF page, those marked so beneath its content and the others above it,
-    /// in list order, with the run's number. `fillRect` is the area inside the margins, `pages` the total.
+    /// Draws every enabled stamp on a PDF page, in list order, with the run's number: the stamps with
+    /// isDrawUnderPDFContent() beneath the page's content, the others above it. `fillRect` is the area inside
+    /// the margins, `pages` the total.
     void drawPDFNumber(drawing::PageLayers& page, const QRectF& fillRect, StampRun& run,
                        std::int64_t pages) const;
 
     /// Draws every enabled stamp over an image, in list order. `area` is the area inside the margins in the
     /// space of the image, whose size in that space is its size in device-independent pixels.
-    /// `highlightIndex` counts all stamps, enabled or not; a value that matches none highlights none. A
-    /// preview also shades the margins and outlines the area.
+    /// `highlightIndex` counts all stamps, enabled or not; a value that is no stamp's index highlights
+    /// nothing. A preview also shades the margins and outlines the area.
     void drawOnImage(QImage& image, const QRectF& area, StampRun& run, std::int64_t pages,
                      std::int32_t highlightIndex, bool isPreview) const;
 
-    // The same in steps, for pages whose pixels depend on what is drawn on them.
+    // drawOnImage() in steps, for pages whose pixel format depends on what is drawn on them.
 
     /// Begins the next page of an output: decides on the anchors. Arguments as for drawOnImage().
     [[nodiscard]] PageStamps place(const QRectF& area, StampRun& run, std::int64_t pages) const;
-    /// Finds out what drawing them takes; draws nothing.
+    /// Finds out which colours drawing these stamps takes, and where the marks would be; draws nothing.
     [[nodiscard]] drawing::InkProbe probe(const PageStamps& stamps) const;
-    /// Draws them over an image that begins at `origin` of the page, pixel for pixel.
+    /// Draws these stamps over an image of a part of the page; the image's top left pixel is the page's pixel
+    /// `origin`.
     void drawPart(QImage& image, const QPoint& origin, const PageStamps& stamps) const;
 
     /// Kept in the interface; draws nothing.

@@ -57,13 +57,13 @@ double overshoot(double value, double limit)
     return value < 0 ? std::trunc(value) : 0;
 }
 
-/// How far to push the stamp back along one axis, in whole points: what the first corner to stick out asks
-/// for.
+/// How far to push the stamp back along one axis, in whole points: as far as the first corner that sticks out
+/// lies beyond the edge.
 ///
 /// That corner need not be the outermost. A stamp at the far edge that is narrower than the near margin
-/// sticks out with all its corners, and the first would take back only a part, leaving the stamp beyond the
-/// margin or even off the page. Where the stamp fits and would still stick out by a point, the outermost
-/// corner decides instead.
+/// sticks out with all its corners, and a push by the first corner's distance would be too short: the stamp
+/// would stay beyond the margin or even off the page. Where the stamp fits and would still stick out by a
+/// point, the outermost corner decides instead.
 double shiftInside(const std::array<double, 4>& visited, double limit)
 {
     double shift = 0;

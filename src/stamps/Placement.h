@@ -16,7 +16,7 @@ namespace quillfern {
 /// `pointIndex` 0 to 3 are the stamp's own top left, top right, bottom right and bottom left. The angle is
 /// taken as it is, without reduction to 0 to 359. Anchors outside 1 to 9 count as None. The middle positions
 /// are computed relative to the area while the far edges include its origin; the containment step, which
-/// moves by whole points only, takes the margin back out. An area of zero everywhere gives (0, 0).
+/// moves the stamp by whole points only, subtracts the margin again. An area of zero everywhere gives (0, 0).
 [[nodiscard]] QPointF getTransformedPoint(const QSizeF& size, int angle, const QRectF& rect,
                                           MarginAnchor marginAnchor, int pointIndex);
 

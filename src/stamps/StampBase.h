@@ -1,6 +1,12 @@
 #pragma once
 
+#include "platform/store/Record.h"
 #include "stamps/IStampItem.h"
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+#include <utility>
 
 namespace quillfern {
 
@@ -22,9 +28,9 @@ class StampBase : public IStampItem
   protected:
     StampBase() = default;
 
-    /// The five fields in their reading order, as every stamp's record begins to be read.
+    /// Reads the five shared fields, which every stamp reads from a record before its own fields.
     void readShared(const store::Record& data);
-    /// The same five, which end every stamp's record.
+    /// Appends the five shared fields, the last entries of every stamp's record.
     void addShared(store::RecordBuilder& builder) const;
 
   private:

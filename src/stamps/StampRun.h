@@ -8,20 +8,21 @@
 
 namespace quillfern {
 
-/// What changes from page to page while stamps are drawn: the running number, and the side on which each
-/// stamp stands that alternates on facing pages. Every job and every preview has a run of its own, so that
-/// neither changes the other's numbers. One thread at a time.
+/// What changes from page to page while stamps are drawn: the running number and, for every stamp that
+/// alternates on facing pages, the side on which the stamp stands. Every job and every preview has a run of
+/// its own, so that neither changes the other's numbers. Not for use from two threads at once.
 class StampRun
 {
   public:
-    /// Begins at the start number and on the side that each stamp was given.
+    /// Begins at the start number, with each stamp on the side of its own anchor.
     explicit StampRun(std::int64_t startNumber) : numberCounter(startNumber), startNumber_(startNumber) {}
 
-    /// The number printed on the page being drawn. Whoever draws the pages adds the step after each.
+    /// The number printed on the page being drawn. The caller adds the step after each stamped page.
     std::int64_t numberCounter;
 
-    /// The anchor of the stamp at `index` of the list on the page now being drawn; to be asked once a stamp
-    /// and page. With `isSymmetric` the anchor alternates from the given one, counted since the last reset().
+    /// The anchor of the stamp at `index` of the list on the page now being drawn; to be called once for each
+    /// stamp on each page. With `isSymmetric` the anchor alternates from the given one, counted since the
+    /// last reset().
     [[nodiscard]] MarginAnchor getNextMarginAnchor(std::size_t index, bool isSymmetric, MarginAnchor anchor);
 
     /// Back to the start number and to the side each stamp begins on.

@@ -1,12 +1,23 @@
 #pragma once
 
+#include "platform/drawing/Canvas.h"
+#include "platform/store/Record.h"
+#include "stamps/IStampItem.h"
 #include "stamps/NumberText.h"
 #include "stamps/PDFFont.h"
 #include "stamps/StampBase.h"
 
+#include <QColor>
+#include <QRectF>
+#include <QString>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
 namespace quillfern {
 
-/// How a stamp's text is lined. The values are stored in profiles; any other draws no line.
+/// The line under or through a stamp's text. The values are stored in profiles; any other value draws no
+/// line.
 enum class UnderlineStyle : std::int32_t {
     Single = 0,
     Double = 1,

@@ -12,7 +12,7 @@ using State = Activity::State;
 TEST(ActivityTest, IsOneThingAtATime)
 {
     Activity activity;
-    std::string seen; // each signal with the state in which it comes
+    std::string seen; // each signal with the state at its emission
     const auto note = [&](const char* name) {
         seen += std::string(name) +
                 (activity.isIdle()  ? " idle"
@@ -30,7 +30,7 @@ TEST(ActivityTest, IsOneThingAtATime)
     EXPECT_TRUE(activity.begin(State::Job));
     EXPECT_FALSE(activity.begin(State::Gathering));
     EXPECT_FALSE(activity.begin(State::Job));
-    activity.end(State::Gathering); // what could not begin must not end the job
+    activity.end(State::Gathering); // end() for a state that did not begin must not end the job
     EXPECT_EQ(seen, "about idle; changed job; ");
     EXPECT_TRUE(activity.isJob());
     seen.clear();

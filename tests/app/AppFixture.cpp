@@ -116,7 +116,7 @@ void AppTest::press(const QWidget& in, const char* button)
     auto* found = in.findChild<QAbstractButton*>(QString::fromLatin1(button));
     ASSERT_NE(found, nullptr) << button;
     ASSERT_TRUE(found->isEnabled()) << button;
-    // A check box is not sensitive all over its width.
+    // Only a part of a check box's width reacts to clicks.
     QTest::mouseClick(found, Qt::LeftButton, {},
                       QPoint(std::min(9, found->width() / 2), found->height() / 2));
 }

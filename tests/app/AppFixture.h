@@ -13,17 +13,17 @@
 
 namespace quillfern {
 
-/// The whole application in a folder of its own, driven through its real window. Only the person, the
-/// desktop and the clock are played.
+/// The whole application in a folder of its own, driven through its real window. Only the user, the desktop
+/// and the clock are simulated.
 class AppTest : public testing::Test
 {
   protected:
     AppTest();
     ~AppTest() override;
 
-    /// Starts it, with what an earlier start in this test has saved.
+    /// Starts the application with the settings that an earlier start in this test has saved.
     void start();
-    /// Leaves it as the user does.
+    /// Quits the application as the user does.
     void quit();
 
     [[nodiscard]] QuillfernAppDelegate& app() { return *app_; }
@@ -33,14 +33,13 @@ class AppTest : public testing::Test
     [[nodiscard]] Numbering& number() { return *app_->settings().number; }
     [[nodiscard]] FileList& files() { return app_->files(); }
 
-    /// Waits, with the window alive, until the condition holds; fails the test when it does not come to that.
+    /// Waits, with the event loop running, until the condition is true; fails the test after a time limit.
     static void waitFor(const std::function<bool()>& condition, const char* what);
     void waitUntilIdle();
 
-    /// Drops files and folders on the table of files. Returns whether the window takes them into
-    /// consideration.
+    /// Drops files and folders on the table of files. Returns whether the window accepts the drag.
     bool drop(const QStringList& paths);
-    /// The same, and waits for the list.
+    /// Drops files and folders on the table, and waits until they are in the list.
     void fill(const QStringList& paths);
 
     /// A PDF file of so many pages.
@@ -49,9 +48,9 @@ class AppTest : public testing::Test
     QStringList names();
     std::vector<int> selectedFiles();
     void select(const std::vector<int>& rows);
-    /// Types into a field what replaces its text.
+    /// Replaces the text of a field by typing.
     static void type(QLineEdit& field, const char* text);
-    /// The progress sheet; null when none is to be seen.
+    /// The progress sheet; null when none is visible.
     QDialog* sheet();
     /// Presses the button of this name in a window.
     static void press(const QWidget& in, const char* button);
@@ -60,7 +59,7 @@ class AppTest : public testing::Test
     FakeClock clock;
     FakeFolders folders;
     MemoryDefaults defaults;
-    store::DefaultsStore* store = &defaults; ///< what the application is given
+    store::DefaultsStore* store = &defaults; ///< the store that the application uses
     EventLoopMainThread mainThread;
     FakeDesktop desktop;
     FakePanels panels;

@@ -29,7 +29,7 @@ class Configuration : public AppTest
         action();
         return picture() != before;
     }
-    /// Whether the picture has come to its place and was drawn for it.
+    /// Whether the picture has reached its place and was drawn at its size.
     bool isPreviewAtRest()
     {
         const QWidget& view = *ui().previewImageView;
@@ -242,10 +242,10 @@ TEST_F(Configuration, NewStampsThatWereGivenUpGo)
 TEST_F(Configuration, ThePreviewsTotalFollowsTheList)
 {
     start();
-    ui().previewArea->setFixedSize(300, 400); // whatever else the window shows, its pictures are of one size
+    ui().previewArea->setFixedSize(300, 400); // a fixed size, so that pictures can be compared
     waitFor([this] { return isPreviewAtRest(); }, "the preview");
     addStamp("of {0} {1}");
-    const QImage ofFour = picture(); // as with no files
+    const QImage ofFour = picture(); // without files the total is 4
     fill({pdf("nine.pdf", 9)});
     const QImage ofNine = picture();
     ASSERT_EQ(ofNine.size(), ofFour.size());

@@ -1,5 +1,5 @@
-// The whole way of a person through the program: from a first start with nothing to stamped files on the
-// disk, and back the next day.
+// A complete session of a user: from a first start without settings to stamped files on the disk, and a
+// second start.
 
 #include "app/AppFixture.h"
 #include "platform/store/PlistDefaultsStore.h"
@@ -57,7 +57,7 @@ class EndToEnd : public AppTest
 
 TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
 {
-    // A folder as people have them.
+    // A folder with files of different kinds.
     pdf("case/a.pdf", 3);
     pdf("case/more/d.PDF", 2);
     scratch.write(QStringLiteral("case/broken.pdf"), "this was a document once");
@@ -79,7 +79,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
               (QStringList{QStringLiteral("a.pdf"), QStringLiteral("b.tif"), QStringLiteral("broken.pdf"),
                            QStringLiteral("c.png"), QStringLiteral("d.PDF")}));
 
-    // A number at the foot, through its editor.
+    // A number at the foot, made in the text editor.
     press(window(), "textStampButton");
     QWidget* text = editor("TextStampWindow");
     ASSERT_NE(text, nullptr);
@@ -89,7 +89,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     ASSERT_EQ(number().stamps.size(), 1U);
     EXPECT_FALSE(text->isVisible());
 
-    // A logo at the top, through its own.
+    // A logo at the top, made in the picture editor.
     press(window(), "imageStampButton");
     QWidget* picture = editor("ImageStampWindow");
     ASSERT_NE(picture, nullptr);
@@ -106,7 +106,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     EXPECT_EQ(image->stampImageHeight, 10) << "the proportions are kept";
     EXPECT_EQ(ui().stampsTableView->model()->rowCount(), 2);
 
-    // Saved as a profile, lost, and loaded again.
+    // The stamps are saved as a profile, removed, and loaded again.
     const QString profile = scratch.path(QStringLiteral("case.qfprofile"));
     panels.answers = {QStringList{profile}, QStringList{profile}};
     press(window(), "saveStampsButton");
@@ -117,7 +117,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     ASSERT_EQ(number().stamps.size(), 2U);
     EXPECT_TRUE(alerts.criticals.isEmpty());
 
-    // Stamped through the whole list.
+    // The whole list is stamped.
     ui().settingTabView->setCurrentIndex(1);
     press(window(), "isContinuousNumbering");
     ui().settingTabView->setCurrentIndex(2);
@@ -150,7 +150,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     EXPECT_FALSE(QFile::exists(out("broken.pdf")));
     EXPECT_EQ(readFile(scratch.path(QStringLiteral("case/broken.pdf"))), "this was a document once");
 
-    // The next day.
+    // The second start.
     quit();
     settings = std::make_unique<store::PlistDefaultsStore>(folders);
     store = settings.get();

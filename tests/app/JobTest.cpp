@@ -12,7 +12,7 @@
 namespace quillfern {
 namespace {
 
-/// Lets each file through when the gate does.
+/// Stamps each file only after the test has released the gate once for it.
 class GatedProcessors final : public DocumentProcessors
 {
   public:
@@ -35,7 +35,7 @@ class GatedProcessors final : public DocumentProcessors
 class JobInWindow : public AppTest
 {
   protected:
-    void TearDown() override { gate.release(1000); } // nobody may wait at it for ever
+    void TearDown() override { gate.release(1000); } // no thread may wait for ever
     void gated()
     {
         makeProcessors = [this](const JobConfiguration&) { return std::make_unique<GatedProcessors>(gate); };

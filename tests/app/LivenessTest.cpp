@@ -10,7 +10,7 @@
 namespace quillfern {
 namespace {
 
-/// Each file takes until the window has served an event that was posted when the file was begun.
+/// Works on each file until the window has handled an event that was posted when the file was begun.
 class WaitingProcessors final : public DocumentProcessors
 {
   public:
@@ -44,7 +44,7 @@ TEST_F(Liveness, TheWindowServesEventsWhileFilesAreGathered)
         QFile::link(first, scratch.path(QStringLiteral("many/%1.pdf").arg(i, 5, 10, QLatin1Char('0'))));
     start();
     ui().mainTableView->sortByColumn(FileListModel::NameColumn, Qt::DescendingOrder);
-    int turns = 0; // of the event loop, one at least between what the gatherer asks of the window
+    int turns = 0; // of the event loop; at least one between two calls of the gatherer to the main thread
     QTimer turn;
     QObject::connect(&turn, &QTimer::timeout, [&] { turns += app().activity().isGathering() ? 1 : 0; });
     turn.start(0);

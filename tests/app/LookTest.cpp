@@ -22,7 +22,7 @@
 namespace quillfern {
 namespace {
 
-/// A language whose letters are all another script's: what is still in Latin letters was not translated.
+/// A translation into fullwidth letters: a text that is still in ordinary Latin letters was not translated.
 class WideLetters final : public QTranslator
 {
   public:
@@ -48,7 +48,7 @@ class Look : public AppTest
         QApplication::setFont(font_);
     }
 
-    /// Every window with its controls as people meet them, told by name.
+    /// Opens every window of the program in turn and calls `look` with its name.
     void forEachWindow(const std::function<void(const char* name, QWidget& window)>& look)
     {
         ui().settingTabView->setCurrentIndex(0);
@@ -138,7 +138,7 @@ class Look : public AppTest
         look(name, *shown);
         QTest::keyClick(shown, Qt::Key_Escape);
         QTest::qWait(1);
-        EXPECT_FALSE(shown && shown->isVisible()) << name; // some are deleted then
+        EXPECT_FALSE(shown && shown->isVisible()) << name; // some windows are deleted when they are closed
         QApplication::setActiveWindow(&window());
     }
 
@@ -150,7 +150,7 @@ TEST_F(Look, EveryTextCanBeTranslated)
     WideLetters language;
     QCoreApplication::installTranslator(&language);
     start();
-    // Names of people's own things and of programs, and keys.
+    // File names and other names, programs and keys, which are not translated.
     static const QRegularExpression known(
         QStringLiteral("Quillfern|[123]\\.(pdf|png)|\\b(pdf|png)\\b|"
                        "Qt|Helvetica|\\bPDF\\b|\\b\\d+ KB|\\d\\d-\\p{L}+-\\d{4} \\d+:\\d\\d [AP]M|"
@@ -216,7 +216,7 @@ TEST_F(Look, TheKeyboardReachesEveryControlAndTellsWhatItIs)
 struct Letters
 {
     const char* name;
-    const char* family; ///< wide, narrow and tall ones, as desktops have them
+    const char* family; ///< a wide, a narrow or a tall font, as desktops use them
     double size;        ///< of the desktop's usual size
     Qt::LayoutDirection direction = Qt::LeftToRight;
 };
@@ -252,7 +252,7 @@ TEST_P(LookInLetters, NothingIsCutOffInTheSmallestWindow)
             ADD_FAILURE() << name << ": " << problem;
     });
     ui().labelTimeTaken->setText(QStringLiteral("Total Time Taken : In Process... 0/0"));
-    ui().cancelBtn->show(); // leaves the text less room
+    ui().cancelBtn->show(); // with this button the text has less room
     QTest::qWait(1);
     EXPECT_EQ(placeOfPreview(), preview) << "the preview jumps while files are gathered";
 }
@@ -290,7 +290,7 @@ TEST_F(Look, EveryCommandIsInAMenuUnderALetterOfItsOwn)
         if (!inMenus.contains(menu->menuAction())) {
             const std::set<QAction*> before = inMenus;
             walk(menu->title(), menu->actions(), {});
-            inMenus = before; // these are short cuts to what the menu bar has
+            inMenus = before; // context menus repeat commands of the menu bar
         }
     for (QAction* action : window().findChildren<QAction*>()) {
         const bool isCommand = !action->isSeparator() && !action->menu() && !action->text().isEmpty() &&

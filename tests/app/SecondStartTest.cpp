@@ -30,7 +30,7 @@ TEST_F(SecondStart, AnIdleWindowTakesTheFilesAndIsShown)
     app().startedAgain(asPaths({pdf("a.pdf", 1), pdf("b.pdf", 2)}));
     EXPECT_TRUE(window().isVisible());
     waitForFiles({QStringLiteral("a.pdf"), QStringLiteral("b.pdf")});
-    app().startedAgain({}); // only to be seen
+    app().startedAgain({}); // no files: the window only comes to the front
     EXPECT_FALSE(app().isProcessing());
 }
 
@@ -39,8 +39,8 @@ TEST_F(SecondStart, FilesWaitForTheEndOfAGathering)
     start();
     const QStringList first{pdf("a.pdf", 1)};
     ASSERT_TRUE(drop(first));
-    // The first is not even shown as begun, then it is at work, then it is cancelled: none of it loses a
-    // file.
+    // The second start comes before the first request is shown as begun, while it runs, and after its cancel:
+    // no file may be lost.
     app().startedAgain(asPaths({pdf("b.pdf", 1)}));
     app().startedAgain(asPaths({pdf("c.pdf", 1), pdf("d.pdf", 1)}));
     waitFor([this] { return app().isProcessing(); }, "the gathering");
@@ -83,7 +83,7 @@ TEST_F(SecondStart, FilesWaitUntilTheSheetIsClosed)
     waitFor([this] { return names().contains(QStringLiteral("c.pdf")); }, "the late file");
 }
 
-/// The program itself, in a home and on a bus of its own.
+/// The program itself, with a home folder and a session bus of its own.
 class Program : public testing::Test
 {
   protected:

@@ -115,10 +115,10 @@ TEST_F(StartUp, TheHintLettersPressTheirButtons)
         {Qt::Key_U, [this] { return ui().inculdeSubfoldersBtn->isChecked(); }},
     };
     for (const auto& row : rows) {
-        actions().update(false, false); // other states must not cost a button its letter
+        actions().update(false, false); // a button must keep its letter in other states
         actions().update(true, false);
         QTest::keyClick(&window(), row.key, Qt::AltModifier);
-        EXPECT_TRUE(QTest::qWaitFor(row.happened)) << char(row.key); // a button takes its time to go down
+        EXPECT_TRUE(QTest::qWaitFor(row.happened)) << char(row.key); // a button acts after a moment
     }
     EXPECT_EQ(panels.opened[0].message, QStringLiteral("Select TIFF or PDF File(s):"));
     EXPECT_EQ(panels.opened[1].message, QStringLiteral("Select folder(s) contains TIFF or PDF File(s):"));

@@ -17,8 +17,7 @@
 
 namespace quillfern {
 
-/// The controls of the main window, found by their names as a person or a screen reader finds them: which
-/// pane owns a control makes no difference.
+/// The controls of the main window, found by their object names, whichever pane owns them.
 struct WindowControls
 {
     explicit WindowControls(const QWidget& window) : window_(window) {}

@@ -85,7 +85,7 @@ bool isTextCut(const QWidget& widget)
     return false;
 }
 
-/// How lists, spin boxes and combo boxes arrange their parts is their own affair.
+/// Whether the widget is an inner part of a list, spin box or combo box, which Qt arranges.
 bool isPartOfControl(const QWidget& widget)
 {
     for (const QWidget* above = widget.parentWidget(); above; above = above->parentWidget())
@@ -139,7 +139,6 @@ std::vector<QWidget*> tabStops(QWidget& window)
 {
     std::vector<QWidget*> stops;
     for (QWidget* each : visibleWidgets(window))
-        // A splitter from right to left is off by one.
         if (each != &window && each->isEnabled() && !each->focusProxy() &&
             (each->focusPolicy() & Qt::TabFocus))
             stops.push_back(each);
@@ -155,7 +154,8 @@ std::vector<QWidget*> tabRound(QWidget& window)
         if (!now || (!round.empty() && now == round.front())) break;
         round.push_back(now);
     }
-    // The round has no beginning; a reader's is where the window's own chain begins.
+    // The focus chain is a circle; a reader begins at its first control in the order of the window's own
+    // chain.
     for (QWidget* each = window.nextInFocusChain(); each != &window; each = each->nextInFocusChain())
         if (const auto first = std::find(round.begin(), round.end(), each); first != round.end()) {
             std::rotate(round.begin(), first, round.end());
@@ -190,7 +190,7 @@ std::vector<std::string> cutOff(QWidget& window)
             problems.push_back(nameOf(*each) + " cuts its text off, at " + size(each->size()));
         if (each->objectName() == QLatin1String("qt_toolbar_ext_button"))
             problems.push_back("the toolbar has no room for all its items");
-        // A splitter from right to left is off by one.
+        // In a layout from right to left, QSplitter places its parts one pixel off.
         if (each != &window &&
             !each->parentWidget()->rect().adjusted(-1, -1, 1, 1).contains(each->geometry()))
             problems.push_back(nameOf(*each) + " is not all inside of " + nameOf(*each->parentWidget()));

@@ -6,24 +6,25 @@
 
 namespace quillfern {
 
-/// The window itself and everything in it that is to be seen.
+/// The window and all visible widgets in it.
 std::vector<QWidget*> visibleWidgets(QWidget& window);
 
-/// Everything the widget tells in words, to the eye, the pointer or a screen reader; not what people typed.
+/// All texts of the widget: on it, in its tool tip and for screen readers, without what users typed.
 QStringList textsOf(const QWidget& widget);
 
-/// The controls that take the keyboard, in the order in which Tab goes round from the first one that has it.
+/// The controls that the Tab key reaches, in its order, beginning with the first one.
 std::vector<QWidget*> tabRound(QWidget& window);
-/// Those that ought to be on that round.
+/// The controls that the Tab key ought to reach.
 std::vector<QWidget*> tabStops(QWidget& window);
-/// Whether one that follows another comes after it for a reader: below it, or beside it where reading goes
-/// on.
+/// Whether a reader comes to `one` after `other`: `one` is below `other`, beside it in the direction of
+/// reading, or in another column.
 bool isAfter(const QWidget& one, const QWidget& other);
 
-/// What of the window cannot be seen, or not in full: a sentence each.
+/// The visible widgets that are too small, cut their text off or stick out of their parent; a sentence for
+/// each.
 std::vector<std::string> cutOff(QWidget& window);
 
-/// For messages.
+/// The widget's name for messages.
 std::string nameOf(const QWidget& widget);
 
 } // namespace quillfern

@@ -1,4 +1,5 @@
-// What a document is besides its pages' marks has to survive stamping, and bad files have to lose nothing.
+// Everything in a document besides the content of its pages has to survive stamping, and a failed job must
+// not damage files.
 
 #include "batch/PdfProcessing.h"
 #include "platform/pdf/PdfPageCount.h"
@@ -19,7 +20,7 @@ QString sample(const QString& name)
     return qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/samples/") + name;
 }
 
-/// What qpdf tells of a document, one of its sections.
+/// One section of qpdf's JSON description of a document.
 QJsonValue described(const QString& pdf, const QString& section)
 {
     const QByteArray json = toolOutput(
@@ -27,7 +28,7 @@ QJsonValue described(const QString& pdf, const QString& section)
     return QJsonDocument::fromJson(json).object().value(section);
 }
 
-/// Object numbers change with every writing; what they lead to must not.
+/// Object numbers change whenever a document is written; the objects themselves must not.
 QJsonValue withoutObjectNumbers(const QJsonValue& value)
 {
     if (value.isArray()) {
@@ -313,8 +314,8 @@ TEST_F(CarryOver, AFailureLeavesTheSourceAndNoHalfFile)
     number.setIsBackupFile(true);
     const QByteArray pdf = numberedPdf(2);
     const QString source = scratch.write(QStringLiteral("in/doc.pdf"), pdf);
-    // The backup's name is taken by a folder with something in it: no backup, so no processing in place
-    // either.
+    // A folder that is not empty has the backup's name: no backup can be made, so the file is not processed
+    // in place.
     scratch.write(QStringLiteral("in/doc.pdf.bak/kept.txt"), "kept");
     EXPECT_EQ(stamp(source, source).status, FileStatus::Failed);
     EXPECT_EQ(readFile(source), pdf);
@@ -359,7 +360,7 @@ TEST_F(CarryOver, ABackupIsAsPrivateAsItsSource)
 
 TEST_F(CarryOver, DataThatClaimToBeEndlessAreRefused)
 {
-    // Zeros, deflated twice: a few kilobytes that unfold into a gigabyte.
+    // Blanks, compressed twice: a few kilobytes that become a gigabyte.
     QByteArray many = qCompress(QByteArray(1 << 20, ' ').repeated(1000), 9).mid(4);
     const QByteArray twice = qCompress(many, 9).mid(4);
     PdfBuilder pdf;
@@ -374,8 +375,8 @@ TEST_F(CarryOver, DataThatClaimToBeEndlessAreRefused)
 
 TEST_F(CarryOver, AFullDiskFailsCleanly)
 {
-    // A tiny file system of its own would need rights; the limit of the file size is the same error one door
-    // later.
+    // Filling a small file system would need the superuser's rights; a limit of the file size makes the same
+    // write fail.
     addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     const QString source = scratch.write(QStringLiteral("in/doc.pdf"), numberedPdf(400));
     const QString runner = qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run");

@@ -40,7 +40,7 @@ struct Selection
     const char* what;
     int startPage, endPage;
     PageRange pageRange;
-    std::vector<const char*> expected; // per page: what it says, in reading order
+    std::vector<const char*> expected; // for each page its text in reading order
 };
 
 class PageSelectionCases : public PdfProcessing, public testing::WithParamInterface<Selection>
@@ -82,8 +82,8 @@ INSTANTIATE_TEST_SUITE_P(
         Selection{"an end before the start", 3, 2, PageRange::AllPages, {"Body1", "Body2", "Body3"}},
         Selection{"a start beyond the end", 9, 0, PageRange::AllPages, {"Body1"}}));
 
-/// A page shown in some odd way; wherever it is stamped, the reader finds the stamp upright at the same
-/// place.
+/// A page with an unusual box, rotation or unit; a viewer shows the stamp upright at the same place on all of
+/// them.
 struct BoxCase
 {
     const char* what;
@@ -126,7 +126,7 @@ TEST_F(PdfProcessing, StampsAPageAsItsReaderSeesIt)
     for (std::size_t i = 0; i < cases.size(); ++i) {
         const BoxCase& c = cases[i];
         if (c.width < 600) {
-            // The tool gives the box before it is turned, and the words after.
+            // pdftotext reports the box before the rotation, and the words after it.
             EXPECT_NEAR(std::max(words[i].width, words[i].height), std::max(c.width, c.height), 0.01)
                 << c.what;
             EXPECT_NEAR(std::min(words[i].width, words[i].height), std::min(c.width, c.height), 0.01)
@@ -149,7 +149,7 @@ TEST_F(PdfProcessing, AUserUnitScalesThePageAndNotTheStamp)
     number.setMarginTop(36);
     addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     const QString output = process(simplePdf({{"", "/MediaBox[0 0 300 400]/UserUnit 2"}}));
-    // pdftotext counts in the page's own units: half the distance, half the size.
+    // pdftotext reports the page's own units: half the distance, half the size.
     const auto page = pdfWords(output).at(0);
     const QRectF box = page.boxOf(QStringLiteral("Stamp"));
     const double shown = page.width > 500 ? 1 : 2;
@@ -168,8 +168,8 @@ TEST_F(PdfProcessing, RotatedStampsStandAtTheirAnchors)
     EXPECT_NEAR(box.center().y(), 200, 2);
 }
 
-/// Content that leaves something open, or closes too much. The stamp has to be where it is on a sound page,
-/// and the page's own marks have to look as before.
+/// Content with unbalanced operators. The stamp has to be at the same place as on a sound page, and the
+/// page's own marks have to look as before.
 TEST_F(PdfProcessing, BrokenContentNeitherMovesNorHidesTheStamp)
 {
     const QByteArray box = "0.5 g 100 100 200 150 re f\n";
@@ -178,7 +178,7 @@ TEST_F(PdfProcessing, BrokenContentNeitherMovesNorHidesTheStamp)
         const char* what;
         QByteArray content;
         QByteArray
-            sameAs; // how viewers that ignore a stray Q show it; the tool used here drops what follows one
+            sameAs; // how viewers that ignore a stray Q show the page; pdftoppm drops what follows the Q
     };
     const std::vector<Case> cases = {
         {"sound", box, {}},
@@ -326,7 +326,7 @@ TEST_F(PdfProcessing, StampedTextInEveryScriptCanBeFound)
     {
         const char* what;
         QString text;
-        const char* coverage; // what fc-list has to find for the case to run; empty when any font will do
+        const char* coverage; // the case runs only when fc-list finds this; empty when any font will do
     };
     const std::vector<Script> scripts = {
         {"latin with marks", QStringLiteral("Seite {0} \u00fcber \u0141\u00f3d\u017a"), ""},
@@ -349,7 +349,7 @@ TEST_F(PdfProcessing, StampedTextInEveryScriptCanBeFound)
         const QString output = process(simplePdf({{"", "/MediaBox[0 0 500 200]"}}));
         QString expected = script.text;
         expected.replace(QStringLiteral("{0}"), QStringLiteral("1"));
-        // Readers may put marks and letters together or apart, and add direction marks.
+        // Readers may compose or decompose letters with accents, and add direction marks.
         const auto plain = [](const QString& text) {
             QString letters;
             for (const QChar c : text.normalized(QString::NormalizationForm_KC))

@@ -18,7 +18,7 @@
 namespace quillfern {
 namespace {
 
-/// Notes what it is asked to do and does as it is told.
+/// Records the calls of the processors, and gives each file the outcome that the test has set.
 struct Script
 {
     std::vector<std::string> calls;

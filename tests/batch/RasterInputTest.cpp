@@ -1,4 +1,4 @@
-// Every kind of raster page that has to come out right, read back with libtiff.
+// Every kind of raster page is stamped, and the output is read back with libtiff.
 
 #include "batch/RasterProcessing.h"
 
@@ -17,7 +17,7 @@ struct Kind
     Source source;
     TiffLayout layout;
     const char* mode = "w";
-    // What comes out.
+    // The expected output.
     int compression;
     int bits = 8;
     int samples = 3;
@@ -274,7 +274,8 @@ TEST_F(RasterFile, AlphaIsKept)
         EXPECT_EQ(pages[0].extraSample, 2);
         EXPECT_TRUE(hasStamp(pages[0].image));
         const bool isExact = source != associated;
-        // Colours under little opacity were rounded away before; opacity itself never is.
+        // With associated alpha, colours of a low opacity are already rounded in the file; the opacity is
+        // exact.
         for (int y = isExact ? 1 : 16; y < stampTop; ++y) {
             const QColor pixel = pages[0].image.pixelColor(20, y);
             EXPECT_EQ(pixel.alpha(), 4 * y);

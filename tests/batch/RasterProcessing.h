@@ -14,7 +14,8 @@
 
 namespace quillfern {
 
-/// Colours that can be told apart wherever they end up: a corner each, a bar that is not symmetric.
+/// A picture whose orientation can be recognised: a different colour in each corner, and a bar that is not
+/// symmetric.
 inline QImage colourPicture(int width = 120, int height = 88)
 {
     QImage image(width, height, QImage::Format_RGBA8888);
@@ -54,7 +55,7 @@ inline QImage blackAndWhitePicture(int width = 120, int height = 88)
 class RasterProcessing : public testing::Test
 {
   protected:
-    /// Rows from here down belong to the stamp, which stands at the bottom.
+    /// The first row of the stamp, which is at the bottom of the page.
     static constexpr int stampTop = 60;
 
     void addStamp(const QColor& colour = Qt::black)
@@ -97,7 +98,7 @@ class RasterProcessing : public testing::Test
         return outcome;
     }
 
-    /// True when both show the same outside the stamp.
+    /// True when both images are the same outside the stamp.
     static testing::AssertionResult showsSame(const QImage& actual, const QImage& expected, int tolerance)
     {
         if (actual.size() != expected.size()) return testing::AssertionFailure() << "another size";

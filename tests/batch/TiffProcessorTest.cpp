@@ -1,4 +1,4 @@
-// What processTIFF does with pages, numbers, files and compression codes, read back with libtiff.
+// Pages, numbers, files and compression codes in processTIFF(); the output is read back with libtiff.
 
 #include "batch/RasterProcessing.h"
 #include "platform/raster/PictureBytes.h"

@@ -186,7 +186,7 @@ class StampListTest : public testing::Test
         return text;
     }
     Numbering number;
-    std::string gone; ///< the labels of the stamps that were announced, each with what the list held then
+    std::string gone; ///< the labels of the announced stamps, each with the list at that moment
     StampListOperations list{
         number, [this](IStampItem& stamp) { gone += stamp.label()->toStdString() + " of " + order() + ";"; }};
 };

@@ -11,7 +11,7 @@
 namespace quillfern {
 namespace {
 
-/// Tells with what it was drawn, and paints its place red.
+/// Records the arguments of draw() and paints its place red.
 class SpyStamp final : public StampBase
 {
   public:
@@ -34,11 +34,11 @@ class SpyStamp final : public StampBase
         canvas.fillRect(QRectF(rect.center(), QSizeF(10, 10)), Qt::red);
     }
 
-    /// Of the stamp and of all its copies.
+    /// The calls of the stamp and of all its copies.
     std::shared_ptr<std::vector<Call>> calls = std::make_shared<std::vector<Call>>();
 };
 
-/// Pages of 300 by 400 points, light blue; files that say "bad" cannot be shown.
+/// Pages of 300 by 400 points, light blue; files with "bad" in their names cannot be shown.
 class PlainPages final : public pageimages::PageImageSource
 {
   public:
@@ -73,7 +73,7 @@ class PreviewTest : public testing::Test
         state.selectedPath = row < 0 ? FilePath() : asPath(QStringLiteral("/file%1").arg(row));
     }
 
-    /// The one call of the spy for the picture of the present state.
+    /// Draws the picture of the present state and returns the only call of the spy stamp.
     SpyStamp::Call drawn()
     {
         spy->calls->clear();
@@ -145,7 +145,7 @@ TEST_F(PreviewTest, PageTotalsFollowTheRule)
     };
     for (const Case& c : cases) {
         setFiles(c.files);
-        selectFile(static_cast<int>(c.files.size()) - 1); // the first file counts all the same
+        selectFile(static_cast<int>(c.files.size()) - 1); // the total is the first file's all the same
         number.setIsContinuousNumbering(c.continuous);
         number.setEndPage(c.endPage);
         EXPECT_EQ(drawn().total, c.total);

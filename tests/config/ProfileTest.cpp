@@ -74,7 +74,7 @@ TEST(Profile, GivesBackEveryFieldAndTheStampsInOrder)
     Numbering loaded;
     ASSERT_TRUE(loaded.load(asPath(scratch.path(name))));
     EXPECT_EQ(*loaded.getData(), *saved.getData());
-    // The record was compared, and that fields reach it is seen here for one of each kind.
+    // Equal records prove little if fields are missing from both: one field of each kind is compared, too.
     EXPECT_EQ(loaded.marginBottom(), 12345.678);
     EXPECT_EQ(loaded.numberSteps(), 5);
     ASSERT_EQ(loaded.stamps.size(), 2U);
@@ -249,7 +249,7 @@ TEST(Profile, AFailedSaveLeavesTheOldFile)
     EXPECT_FALSE(number.save(asPath(scratch.path(QStringLiteral("no/such/folder.qfprofile")))));
     EXPECT_FALSE(number.save(asPath(scratch.path()))) << "a folder is no file";
     scratch.write(name, "old");
-    // As good as a full disk: no file may grow beyond a few bytes.
+    // Stands for a full disk: no file may grow beyond a few bytes.
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit before = {};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);

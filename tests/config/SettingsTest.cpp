@@ -138,7 +138,7 @@ TEST(Settings, SynchronizeWritesAndFlushesOnce)
     settings.number->synchronize();
     EXPECT_EQ(store.flushes, 2);
     EXPECT_TRUE(store.values.count(QStringLiteral("NUMBERING")));
-    Settings().synchronize(); // nothing is remembered, and nothing goes wrong
+    Settings().synchronize(); // without a store nothing is saved, and nothing fails
 }
 
 TEST(Settings, KeyedFormLeavesTheConfigurationOut)

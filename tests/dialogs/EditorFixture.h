@@ -65,7 +65,7 @@ class EditorFixture : public testing::Test, public StampHost, public NumberingDe
         throw std::runtime_error("nobody holds this stamp");
     }
 
-    /// The window that editing a stamp brings up, active.
+    /// Opens the editor of a stamp and returns its active window.
     template <class Window, class Stamp>
     Window& edit(Stamp& stamp)
     {
@@ -102,7 +102,7 @@ class EditorFixture : public testing::Test, public StampHost, public NumberingDe
         QTest::mouseClick(&button, Qt::LeftButton, {}, qobject_cast<QCheckBox*>(&button) ? mark : QPoint());
     }
 
-    /// Lets what was put off happen.
+    /// Handles posted events and deferred deletions.
     static void settle()
     {
         QCoreApplication::processEvents();
@@ -115,10 +115,10 @@ class EditorFixture : public testing::Test, public StampHost, public NumberingDe
     Numbering number;
     FakePanels panels;
     FakeAlerts alerts;
-    QWidget main; ///< where people are when they ask for an editor
+    QWidget main; ///< the active window when an editor is opened
     StampEditors editors{number, *this, panels, alerts, nullptr};
     StampList held;
-    int told = 0;    ///< changes the preview follows
+    int told = 0;    ///< changes that the preview shows
     int renamed = 0; ///< changes that lists show
     int added = 0;
     int removed = 0;

@@ -167,7 +167,7 @@ TEST_F(ImageStampEditorTest, TheAspectLockCutsToWholePoints)
         EXPECT_EQ(control<NumberField>(editor, width).integerValue(), row.expectedWidth);
         EXPECT_EQ(control<NumberField>(editor, height).integerValue(), row.expectedHeight);
     }
-    // Whoever has emptied the field to type another number is left alone.
+    // A field that the user has emptied to type another number stays empty.
     auto& other = newStamp<ImageStamp>();
     auto& field = control<QLineEdit>(edit<Editor>(other), width);
     type(field, "7");

@@ -49,7 +49,8 @@ class ImportFiles : public testing::Test
     }
     void clipboard(const QString& text) { QApplication::clipboard()->setText(text); }
     QString focus() { return dialog.focusWidget() ? dialog.focusWidget()->objectName() : QString(); }
-    /// Names of the controls that are enabled, of those that depend on the method; "!" marks one that is on.
+    /// The names of the enabled controls among those that depend on the method; "!" marks a button that is
+    /// on.
     QStringList state()
     {
         QStringList names;

@@ -21,7 +21,7 @@ bool isRed(const QColor& color)
     return color.red() > 150 && color.green() < 90 && color.blue() < 90;
 }
 
-/// Where a picture is red; and whether some row of it is red all along, as an underline is.
+/// The red part of a picture, and whether one of its rows is red over the whole width, as an underline is.
 struct Mark
 {
     QRect box;
@@ -57,7 +57,7 @@ TEST(KeyHint, MarksOneLetterOfATitle)
         const char* text;
         const char* key;
         int occurrance;
-        int marked; ///< its place in the title; -1 for none
+        int marked; ///< position of the marked letter in the title; -1 for none
         const char* title;
     } rows[] = {
         {"Convert to Copy", "c", 1, 0, "Convert to Copy"},

@@ -19,7 +19,7 @@ TEST(PDFReadPassword, TellsWhatWasTypedWhenItIsApplied)
     EXPECT_EQ(dialog.pdfReadPassword(), QString());
     const struct
     {
-        const char* typed; ///< over the value of before, which is selected; null to type nothing
+        const char* typed; ///< replaces the previous value, which is selected; null to type nothing
         const char* end;   ///< a button, or a key in the field
         const char* password;
         bool isTold;

@@ -37,7 +37,7 @@ void typeAndAccept(QFileDialog& panel, const QString& path)
     QTest::qWait(0);
 }
 
-/// Presses a key in the message box that comes next; `look` sees it before.
+/// Presses a key in the next message box; `look` is called with the box before.
 void answerNextBox(Qt::Key key, std::function<void(const QMessageBox&)> look = {})
 {
     QTimer::singleShot(50, [key, look = std::move(look)] {
@@ -114,7 +114,7 @@ TEST(WidgetPanels, PickSeveralFolders)
         auto* const line = panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         if (isTyped) {
             line->setText(names[2]);
-            line->setModified(true); // as keys leave it
+            line->setModified(true); // as after typing
         }
         QTest::mouseClick(panel->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open),
                           Qt::LeftButton);

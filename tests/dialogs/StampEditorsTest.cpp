@@ -30,7 +30,7 @@ class StampEditorsTest : public EditorFixture
         editor.addStampAction();
         EXPECT_EQ(added, 1);
         const QPointer<QWidget> window(&editor);
-        click(remove); // takes stamp and window with it
+        click(remove); // removes the stamp and closes the window
         EXPECT_EQ(removed, 1);
         EXPECT_TRUE(number.stamps.empty());
         settle();
@@ -95,9 +95,9 @@ TEST_F(StampEditorsTest, EditorsGoWithTheirStamps)
     settle();
     EXPECT_FALSE(window);
     EXPECT_TRUE(editors.isOpen(other));
-    editors.removehandlers(first); // it has none now
+    editors.removehandlers(first); // the stamp has no editor any more
 
-    // A new set of stamps ends the stamps of the old one. Their editors touch nothing then, and go.
+    // A new set of stamps deletes the old stamps. The editors of these do nothing then, and are deleted.
     auto& orphan = edit<TextStampWindowController>(first);
     const QPointer<QWidget> second(&orphan);
     const store::Record empty;
@@ -139,7 +139,7 @@ TEST_F(StampEditorsTest, AStampMayGoDuringItsEdit)
 
 TEST_F(StampEditorsTest, WindowsMayGoBeforeTheirStamps)
 {
-    // With the window they belong to, or with what made them.
+    // Editors are deleted with their parent window or with the StampEditors object.
     auto parent = std::make_unique<QWidget>();
     auto above = std::make_unique<StampEditors>(number, *this, panels, alerts, parent.get());
     const auto stamp = std::make_shared<TextStamp>();

@@ -361,13 +361,13 @@ TEST_F(TextStampEditorTest, OneColourPanelServesWhoeverAskedLast)
 
     click(control<QWidget>(secondEditor, "outlineColorButton"));
     EXPECT_EQ(panel(), dialog);
-    EXPECT_EQ(second.outlineColor, QColor(Qt::black)); // being shown a colour changes none
+    EXPECT_EQ(second.outlineColor, QColor(Qt::black)); // opening the panel with a colour changes no stamp
     dialog->setCurrentColor(QColor(0, 0, 200));
     EXPECT_EQ(second.outlineColor, QColor(0, 0, 200));
     EXPECT_EQ(first.font.fontColor, QColor(255, 0, 0));
     EXPECT_EQ(first.outlineColor, QColor(Qt::black));
 
-    firstEditor.close(); // not the one that is served
+    firstEditor.close(); // the panel belongs to another editor
     EXPECT_TRUE(panel());
     number.stamps.clear();
     dialog->setCurrentColor(QColor(Qt::green)); // the stamp is gone

@@ -102,7 +102,7 @@ TEST_F(Gathering, FoldersAndFilesInTheOrderOfDiscoveryHoweverLongEachTakes)
 {
     QStringList expected;
     for (int i = 0; i < 300; ++i) {
-        // Pages that take their time are spread among files that take none.
+        // Files that are slow to count stand among files that are quick to count.
         const QString name = QStringLiteral("d/f%1.pdf").arg(i);
         scratch_.write(name, i % 50 == 0 ? numberedPdf(400) : QByteArray("none"));
         expected.append(QStringLiteral("f%1.pdf").arg(i));

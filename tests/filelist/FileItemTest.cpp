@@ -125,7 +125,7 @@ TEST(FileItemTest, TakesTheSizeOnDisk)
 {
     Scratch scratch;
     const QString path = scratch.write(QStringLiteral("sparse.pdf"), "x");
-    ASSERT_TRUE(QFile::resize(path, 50'000'000)); // a hole
+    ASSERT_TRUE(QFile::resize(path, 50'000'000)); // a hole takes no room on the disk
     EXPECT_LT(item(path).size(), 1'000'000);
 }
 

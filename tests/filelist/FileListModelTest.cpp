@@ -126,7 +126,8 @@ TEST_F(Model, TakesDropsOfFilesFromElsewhere)
                           Case{*own, false, 0}, Case{*others, true, 1}}) {
         dropped.clear();
         EXPECT_EQ(model_.canDropMimeData(&c.data, Qt::CopyAction, -1, -1, {}), c.accepted);
-        // Never "taken": the rows come later, and a source that moves is not to delete its files.
+        // The drop is never reported as taken: the rows come later, and a source that moves files must not
+        // delete them.
         EXPECT_FALSE(model_.dropMimeData(&c.data, Qt::CopyAction, -1, -1, {}));
         EXPECT_EQ(dropped.size(), c.urls);
     }

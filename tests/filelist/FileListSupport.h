@@ -17,7 +17,7 @@ inline FileItem itemAt(const QString& path)
     return *item;
 }
 
-/// Items for files that are not there: enough for what concerns their order.
+/// Items of files that do not exist, for tests of the order.
 inline std::vector<FileItem> itemsNamed(const QStringList& names)
 {
     std::vector<FileItem> items;

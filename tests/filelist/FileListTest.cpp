@@ -55,10 +55,11 @@ TEST(FileList, SortsNumbersAndDatesByTheirValues)
     {
         const char* name;
         int pages;
-        int padding; ///< bytes that make the size
+        int padding; ///< bytes that are appended to make the size
         time_t modified;
     };
-    // As texts, "9.0 MB" would come before "98 KB" or after "100 KB", and one date before another by its day.
+    // Sorted as texts, "9.0 MB" would stand in front of "98 KB" or behind "100 KB", and dates would be sorted
+    // by their day.
     for (const Made& made : {Made{"ten.pdf", 10, 0, 1'000'000}, Made{"two.pdf", 2, 9'000'000, 30'000'000},
                              Made{"nine.pdf", 9, 100'000, 999'999'999}}) {
         const QString path = scratch.write(QString::fromLatin1(made.name),
@@ -124,7 +125,7 @@ TEST(FileList, TotalsFollowEveryChange)
     EXPECT_EQ(files.totals(), FileTotals{});
 }
 
-/// The moves as they are defined, one item and one place at a time.
+/// Moves by definition, one item and one place at a time.
 std::vector<int> movedOneByOne(QStringList& names, const std::vector<int>& rows, bool down)
 {
     QStringList selected;
@@ -144,7 +145,7 @@ std::vector<int> movedOneByOne(QStringList& names, const std::vector<int>& rows,
 }
 
 /// Random changes of list and model against plain lists of names. Qt's tester watches every signal, and
-/// persistent indexes, as views keep them for selection and scrolling, have to follow their items.
+/// persistent indexes, as views keep them for selection and scrolling, must stay with their items.
 TEST(FileList, ModelAndListAgreeThroughAThousandRandomChanges)
 {
     std::mt19937 random(20261121);

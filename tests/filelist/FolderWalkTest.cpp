@@ -26,7 +26,7 @@ class WalkedFolder : public testing::Test
 
     [[nodiscard]] QByteArray at(const char* name) const { return nativePath(scratch_.path()) + '/' + name; }
 
-    /// What a walk finds, below the folder.
+    /// The paths that a walk finds, relative to the folder.
     [[nodiscard]] QList<QByteArray> found(bool includeSubfolders = true, int stopAfter = 1000) const
     {
         QList<QByteArray> paths;
@@ -81,7 +81,7 @@ TEST_F(WalkedFolder, LinksToFoldersAreNotFollowedLinksToFilesAreTaken)
     ASSERT_EQ(::symlink("nowhere", at("broken.pdf").constData()), 0);
     ASSERT_EQ(::symlink("self.pdf", at("self.pdf").constData()), 0);
     ASSERT_EQ(::mkfifo(at("pipe.pdf").constData(), 0600), 0);
-    // A link that leads nowhere is a file that cannot be read: shown, not silently missing.
+    // A broken link counts as a file that cannot be read: it is listed instead of being left out silently.
     EXPECT_EQ(found(), (Paths{"broken.pdf", "link.pdf", "self.pdf", "sub/a.pdf"}));
 }
 
@@ -92,7 +92,8 @@ TEST_F(WalkedFolder, AFolderThatCannotBeReadIsPassedOver)
     make("z/c.pdf");
     ASSERT_EQ(::chmod(at("").constData(), 0755), 0);
     ASSERT_EQ(::chmod(at("locked").constData(), 0), 0);
-    // Nothing is locked for the superuser, so the walk is made as nobody; for others this changes nothing.
+    // The superuser can read every folder, so the walk runs as the user nobody; for other users setfsuid()
+    // changes nothing.
     constexpr uid_t nobody = 65534;
     const auto self = static_cast<uid_t>(::setfsuid(nobody));
     const Paths paths = found();

@@ -1,4 +1,4 @@
-// The manual as it was built: what a reader needs of it, and that what it promises of the runner is there.
+// The built manual has what a reader needs, and the runner has what the manual says of it.
 
 #include "support/Tools.h"
 

@@ -24,7 +24,7 @@ TEST(InputGathering, FollowsTheCommandLine)
     const QString list = scratch.write(QStringLiteral("list.txt"), folder + "/d/sub/c.pdf\n" + folder +
                                                                        "/gone.tif\n" + nativePath(foreign));
     RunnerOptions options;
-    // A file of a folder comes where it is named first; what a list repeats is not taken again.
+    // A file stands where it is named first; a file that a list names again is not added again.
     options.inputs = {mixed, scratch.path(QStringLiteral("d/../d")), foreign, mixed};
     options.lists = {list};
     FileList files;
@@ -77,7 +77,7 @@ TEST(RunnerLists, ListsWithoutStampingAndStampsNamesOfAnyBytes)
         << readFile(list).toStdString();
     EXPECT_TRUE(result.out.contains("1 Total file(s); Total page count of PDF files: 3  TIFF files: 0"));
 
-    // The shell hands the program the very bytes of the name.
+    // The shell passes the bytes of the name to the program unchanged.
     scratch.write(QStringLiteral("out/keep"), "");
     result =
         runTool(QStringLiteral("sh"), {QStringLiteral("-c"),

@@ -1,4 +1,4 @@
-// One job over PDF and raster files with text and pictures, as it is started from the command line.
+// One job over PDF and raster files with text and picture stamps, started from the command line.
 
 #include "runner/RunnerOptions.h"
 #include "stamps/ImageStamp.h"
@@ -99,7 +99,7 @@ TEST_F(MixedJob, APictureIsOneObjectOfADocument)
         EXPECT_EQ(kinds, c.images);
         EXPECT_EQ(objects.size(), 1);
         EXPECT_TRUE(qpdfAccepts(at("out/a.pdf")));
-        // As it looks to another program: the picture at the middle of the bottom.
+        // Drawn by another program, the page has the picture at the middle of the bottom.
         runTool(QStringLiteral("pdftoppm"),
                 {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-png"),
                  QStringLiteral("-singlefile"), at("out/a.pdf"), at("shown")});

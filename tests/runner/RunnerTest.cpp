@@ -1,4 +1,4 @@
-// The program itself, as people and scripts call it.
+// Runs the program itself, as people and scripts call it.
 
 #include "runner/RunnerOptions.h"
 
@@ -201,7 +201,8 @@ TEST(RunnerOptionsTest, OptionsDescribeTheStampLastBegun)
     EXPECT_EQ(second.font.fontColor, QColor(10, 11, 12));
     EXPECT_EQ(second.number.numberType, NumberType::RomanNumbersSmall);
     EXPECT_EQ(settings.number->numberSteps(), -2);
-    // Units mixed: all in points then; those without one take the last one's.
+    // With different units all lengths are stored in points; lengths without a unit have the unit of the last
+    // one.
     EXPECT_EQ(settings.number->marginUnit(), MarginUnit::Points);
     EXPECT_DOUBLE_EQ(settings.number->marginTop(), 180);
     EXPECT_DOUBLE_EQ(settings.number->marginRight(), 3 * 72 / 25.4);

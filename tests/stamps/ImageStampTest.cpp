@@ -107,7 +107,7 @@ TEST_F(ImageStampTest, OpacityAlphaAndHighlightMix)
     EXPECT_NEAR(page.pixelColor(30, 5).red(), 128, 2);
     EXPECT_NEAR(page.pixelColor(30, 5).blue(), 255, 2);
     page = draw(stamp, MarginAnchor::TopLeft, true);
-    EXPECT_NEAR(page.pixelColor(5, 15).green(), 128, 2); // over the clear half, too
+    EXPECT_NEAR(page.pixelColor(5, 15).green(), 128, 2); // the highlight covers the transparent half, too
     EXPECT_NEAR(page.pixelColor(5, 15).red(), 255, 2);
 }
 
@@ -121,7 +121,7 @@ TEST_F(ImageStampTest, SmallDrawingsOfLargePicturesAreAveraged)
     ASSERT_TRUE(stripes.save(path));
     ImageStamp stamp;
     stamp.loadPicture(asPath(path));
-    stamp.stampImageWidth = stamp.stampImageHeight = 50; // two stripes a pixel
+    stamp.stampImageWidth = stamp.stampImageHeight = 50; // two stripes of the picture fall on each pixel
     const QImage page = draw(stamp, MarginAnchor::TopLeft);
     for (int x = 5; x < 45; ++x)
         EXPECT_NEAR(page.pixelColor(x, 25).red(), 128, 12);
@@ -133,7 +133,7 @@ TEST_F(ImageStampTest, PicturesOfAllKindsComeBackFromTheirRecord)
         SCOPED_TRACE(name);
         ImageStamp stamp;
         stamp.loadPicture(asPath(picture(name)));
-        // The bytes are a TIFF that other programs read, whatever the file was.
+        // The bytes are a TIFF that other programs can read, whatever the format of the file was.
         const QString tiff = scratch.write(QStringLiteral("kept.tif"), *stamp.stampImage());
         const ToolResult info = runTool(QStringLiteral("tiffinfo"), {QStringLiteral("-D"), tiff});
         EXPECT_EQ(info.exitCode, 0);

@@ -87,8 +87,9 @@ TEST(Placement, EveryAnchorAndAngleKeepsTheStampWithinAPointOfTheArea)
 
 TEST(Placement, TheCornerThatComesFirstDecides)
 {
-    // A square larger than the area, standing on a corner, sticks out on all sides; the shifts undo what the
-    // first corner to stick out does, and which comes first depends on the half turn and the anchor's group.
+    // A square larger than the area, turned by 45 degrees, sticks out on all sides. The shift is the distance
+    // of the first corner that sticks out, and the order of the corners depends on the angle and on the
+    // anchor's group.
     const QRectF area(0, 0, 60, 60);
     const double half = 50 * std::sqrt(2.0);
     const QPointF upright = getTransformedPoint({100, 100}, 45, area, MarginAnchor::TopLeft, 0);
@@ -117,7 +118,7 @@ TEST(FacingPages, AlternateFromTheAnchorUntilReset)
         for (int document = 0; document < 2; ++document) {
             for (const std::int32_t next : expected)
                 EXPECT_EQ(run.getNextMarginAnchor(2, true, anchor), MarginAnchor{next});
-            // An odd number of pages, so that only reset() brings the first side back.
+            // The number of pages is odd, so that without reset() the next page would be on the other side.
             EXPECT_EQ(run.getNextMarginAnchor(2, true, anchor), anchor);
             EXPECT_EQ(run.getNextMarginAnchor(0, true, MarginAnchor::BottomRight), MarginAnchor::BottomRight)
                 << "a stamp of its own";
