@@ -112,7 +112,7 @@ std::string describe(const Include& include)
 bool isQtOrStandard(const QString& header)
 {
     static const QRegularExpression plain(
-        QStringLiteral("^(Q[A-Za-z]+(/Q[A-Za-z0-9]+)?|[a-z_]+|ui_[A-Za-z]+\\.h|[A-Za-z]+\\.moc)$"));
+        QStringLiteral("^(Q[A-Za-z0-9]+(/Q[A-Za-z0-9]+)?|[a-z_]+|ui_[A-Za-z]+\\.h|[A-Za-z]+\\.moc)$"));
     return plain.match(header).hasMatch();
 }
 
