@@ -30,7 +30,7 @@ class Record
     [[nodiscard]] const RecordValue* find(const QString& key) const;
     [[nodiscard]] bool contains(const QString& key) const { return find(key) != nullptr; }
     [[nodiscard]] const std::vector<Entry>& entries() const { return entries_; }
-    [[nodiscard]] bool empty() const { return entries_.empty(); }
+    [[nodiscard]] bool empty() const;
 
     [[nodiscard]] bool boolean(const QString& key) const;
     /// The low 32 bits of the number under `key`, as the format stores all integers.
@@ -77,6 +77,11 @@ class RecordValue
   private:
     Variant value_;
 };
+
+inline bool Record::empty() const
+{
+    return entries_.empty();
+}
 
 /// Builds a record from values in order and stops for good at the first absent one: the entries after it are
 /// missing from the record. This cut is part of the format.
