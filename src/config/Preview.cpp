@@ -14,16 +14,7 @@ bool isPreviewStampedPage(const JobConfiguration& job, std::int64_t index)
 {
     if (index < job.startPage - 1) return false;
     if (job.endPage != 0 && index > job.endPage) return false;
-    switch (job.pageRange) {
-    case PageRange::AllPages:
-        return true;
-    case PageRange::OddPages:
-        return index % 2 == 1;
-    case PageRange::EvenPages:
-        return index % 2 == 0;
-    default:
-        return false;
-    }
+    return hasChosenParity(job, index); // counted from 0, so that the first page is even
 }
 
 std::int64_t previewStampedPages(const JobConfiguration& job, std::int64_t before)
