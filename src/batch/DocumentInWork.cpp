@@ -1,5 +1,6 @@
 #include "batch/DocumentInWork.h"
 
+#include "platform/system/Cancellation.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/LogLine.h"
 
@@ -15,6 +16,8 @@ FileOutcome processDocument(const char* pattern, const FilePath& source, JobRun&
     run.beginUpdate();
     try {
         outcome = stamp();
+    } catch (const Cancelled& given) {
+        outcome = FileOutcome::without(FileStatus::Cancelled, given.reasons());
     } catch (...) {
         const Reason reason = currentReason();
         logLine(failureLine(pattern, reason.logged));

@@ -10,7 +10,8 @@ namespace quillfern {
 
 /// What both processors do around their work on one document. A source that does not exist fails before any
 /// file is changed; the run is updating while `stamp` runs; an exception of `stamp` becomes a failed outcome
-/// and one line of the system log, made from `pattern` with the reason in place of "%@".
+/// and one line of the system log, made from `pattern` with the reason in place of "%@"; Cancelled becomes a
+/// cancelled outcome.
 [[nodiscard]] FileOutcome processDocument(const char* pattern, const FilePath& source, JobRun& run,
                                           const std::function<FileOutcome()>& stamp);
 

@@ -15,7 +15,7 @@ enum class FileStatus {
     NoPages,        ///< the list knows of no page in the file; it was not handed to a processor
     Failed,         ///< its processor failed; there is no copy
     Refused, ///< something outside its processor failed, or would have harmed another file; there is no copy
-    Cancelled, ///< the job was stopped before the file was begun
+    Cancelled, ///< the job was stopped before the file was begun, or the file was given up
 };
 
 /// The numbers on the stamped pages of one file.

@@ -1,9 +1,12 @@
 #include "batch/JobRun.h"
 
+#include "platform/system/Cancellation.h"
+
 namespace quillfern {
 
-JobRun::JobRun(const JobConfiguration& job, PageProgress progress)
-    : stamps_(job.startNumber), numberSteps_(job.numberSteps), progress_(std::move(progress))
+JobRun::JobRun(const JobConfiguration& job, PageProgress progress, std::stop_token abandon)
+    : stamps_(job.startNumber), numberSteps_(job.numberSteps), progress_(std::move(progress)),
+      abandon_(std::move(abandon))
 {
 }
 
@@ -16,6 +19,7 @@ void JobRun::numberUsed()
 
 void JobRun::pageDone() const
 {
+    throwIfCancelled(abandon_);
     if (progress_) progress_();
 }
 

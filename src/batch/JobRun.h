@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <stop_token>
 
 namespace quillfern {
 
@@ -20,7 +21,8 @@ class JobRun
 {
   public:
     /// Begins at the configuration's start number.
-    explicit JobRun(const JobConfiguration& job, PageProgress progress = {});
+    /// Once `abandon` is stopped, the document in work is given up (Cancelled).
+    explicit JobRun(const JobConfiguration& job, PageProgress progress = {}, std::stop_token abandon = {});
 
     /// Printed as the total; 0 or less means the page count of the document in work.
     std::int64_t totalPages = 0;
@@ -29,7 +31,7 @@ class JobRun
     [[nodiscard]] std::int64_t numberCounter() const { return stamps_.numberCounter; }
     /// The current page was stamped: advances the running number by one step.
     void numberUsed();
-    /// The current page is done, stamped or not.
+    /// The current page is done, stamped or not. Throws Cancelled when the document is given up.
     void pageDone() const;
     /// Resets the running number to the start number, as before the first document.
     void reset() { stamps_.reset(); }
@@ -41,6 +43,9 @@ class JobRun
     /// Whether to go on with the document's next page.
     [[nodiscard]] bool isUpdating() const { return isUpdating_; }
 
+    /// Handed to readers and writers, which look at the token while they work on the document.
+    [[nodiscard]] const std::stop_token& abandoned() const { return abandon_; }
+
     /// The numbers used since beginUpdate().
     [[nodiscard]] const std::optional<NumbersUsed>& numbers() const { return numbers_; }
 
@@ -50,6 +55,7 @@ class JobRun
     std::atomic<bool> isUpdating_ = false;
     std::optional<NumbersUsed> numbers_;
     PageProgress progress_;
+    std::stop_token abandon_;
 };
 
 } // namespace quillfern

@@ -85,7 +85,8 @@ void Process::start()
     try {
         findCollisions();
         const auto processors = services_.makeProcessors(job_.configuration);
-        JobRun run(job_.configuration, [this] { ++totalPagesProcessed_; });
+        JobRun run(
+            job_.configuration, [this] { ++totalPagesProcessed_; }, abandon_.get_token());
         if (job_.configuration.isContinuousNumbering) run.totalPages = job_.totalPages;
         for (std::size_t i = 0; i < outputFiles().size() && isCombining_; ++i)
             runOutput(i, *processors, run);

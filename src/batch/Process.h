@@ -20,6 +20,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
+#include <stop_token>
 #include <vector>
 
 namespace quillfern {
@@ -66,6 +67,12 @@ class Process
     void start();
     /// Asks the job to stop after the file in work.
     void stop() { isCombining_ = false; }
+    /// Asks the job to give up the file in work and to stop; nothing of the file's copy remains.
+    void abandon()
+    {
+        stop();
+        abandon_.request_stop();
+    }
     /// Opens the log with its default application; does nothing before the log exists.
     void viewLog();
 
@@ -102,6 +109,7 @@ class Process
     ProcessObserver& observer_;
 
     std::atomic<bool> isCombining_ = true;
+    std::stop_source abandon_;
     std::atomic<bool> isCompleted_ = false;
     std::atomic<std::int32_t> totalFileProcessed_ = 0;
     std::atomic<std::int32_t> totalFileCreated_ = 0;
