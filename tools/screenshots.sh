@@ -13,14 +13,14 @@ folder=${1:-out/screenshots}
 
 # shellcheck disable=SC2086
 ensure_packages $packages_to_build $packages_to_test xvfb xauth openbox
-cmake --preset dev -DQUILLFERN_TOOLS=ON >/dev/null
-cmake --build --preset dev --target quillfern-screenshots quillfern-render -- --quiet
+cmake --preset release -DQUILLFERN_TOOLS=ON >/dev/null
+cmake --build --preset release --target quillfern-screenshots quillfern-render -- --quiet
 
 take() { # LOOK SUFFIX SCALE
     # A window manager draws the frames of the windows; without a frame a sheet cannot be told from its
     # window.
     QT_SCALE_FACTOR=$3 QT_QPA_PLATFORM=xcb xvfb-run -a -s "-screen 0 2800x1800x24" bash -c \
-        'openbox & manager=$!; sleep 1; build/dev/bin/quillfern-screenshots samples "$@"; kill $manager' \
+        'openbox & manager=$!; sleep 1; build/release/bin/quillfern-screenshots samples "$@"; kill $manager' \
         take "$folder" "$1" "$2"
 }
 take light "" 1
