@@ -104,11 +104,17 @@ void AppTest::type(QLineEdit& field, const char* text)
     QTest::keyClicks(&field, QString::fromUtf8(text));
 }
 
-QDialog* AppTest::sheet()
+QDialog* AppTest::openDialog()
 {
     for (QDialog* dialog : window().findChildren<QDialog*>())
-        if (dialog->objectName() == QLatin1String("ProgressSheet") && dialog->isVisible()) return dialog;
+        if (dialog->isVisible()) return dialog;
     return nullptr;
+}
+
+QDialog* AppTest::sheet()
+{
+    QDialog* dialog = openDialog();
+    return dialog && dialog->objectName() == QLatin1String("ProgressSheet") ? dialog : nullptr;
 }
 
 void AppTest::press(const QWidget& in, const char* button)

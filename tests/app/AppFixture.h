@@ -13,6 +13,23 @@
 
 namespace quillfern {
 
+/// Does `work` for each file instead of stamping the file.
+class FakeProcessors final : public DocumentProcessors
+{
+  public:
+    explicit FakeProcessors(std::function<void(JobRun&)> work) : work_(std::move(work)) {}
+
+    FileOutcome processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
+    {
+        work_(run);
+        return {FileStatus::Created, std::nullopt, 1, std::nullopt};
+    }
+    FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override { return {}; }
+
+  private:
+    std::function<void(JobRun&)> work_;
+};
+
 /// The whole application in a folder of its own, driven through its real window. Only the user, the desktop
 /// and the clock are simulated.
 class AppTest : public testing::Test
@@ -50,6 +67,8 @@ class AppTest : public testing::Test
     void select(const std::vector<int>& rows);
     /// Replaces the text of a field by typing.
     static void type(QLineEdit& field, const char* text);
+    /// The dialog that is open over the window; null when there is none.
+    QDialog* openDialog();
     /// The progress sheet; null when none is visible.
     QDialog* sheet();
     /// Presses the button of this name in a window.
