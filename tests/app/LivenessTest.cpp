@@ -10,28 +10,6 @@
 namespace quillfern {
 namespace {
 
-/// Works on each file until the window has handled an event that was posted when the file was begun.
-class WaitingProcessors final : public DocumentProcessors
-{
-  public:
-    WaitingProcessors(QObject& window, std::atomic<int>& served) : window_(window), served_(served) {}
-
-    FileOutcome processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
-    {
-        const auto turn = std::make_shared<QSemaphore>();
-        QMetaObject::invokeMethod(
-            &window_, [turn] { turn->release(); }, Qt::QueuedConnection);
-        if (turn->tryAcquire(1, 30'000)) ++served_;
-        run.pageDone();
-        return {FileStatus::Created, std::nullopt, 1, std::nullopt};
-    }
-    FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override { return {}; }
-
-  private:
-    QObject& window_;
-    std::atomic<int>& served_;
-};
-
 class Liveness : public AppTest
 {
 };
@@ -57,9 +35,15 @@ TEST_F(Liveness, TheWindowServesEventsWhileFilesAreGathered)
 TEST_F(Liveness, TheWindowServesEventsDuringEveryFileOfAJob)
 {
     std::atomic<int> served = 0;
-    makeProcessors = [&](const JobConfiguration&) {
-        return std::make_unique<WaitingProcessors>(window(), served);
+    // Each file is in work until the window has handled an event that was posted when the file was begun.
+    const auto waitForWindow = [&](JobRun& run) {
+        const auto turn = std::make_shared<QSemaphore>();
+        QMetaObject::invokeMethod(
+            &window(), [turn] { turn->release(); }, Qt::QueuedConnection);
+        if (turn->tryAcquire(1, 30'000)) ++served;
+        run.pageDone();
     };
+    makeProcessors = [&](const JobConfiguration&) { return std::make_unique<FakeProcessors>(waitForWindow); };
     QStringList paths;
     for (int i = 0; i < 20; ++i)
         paths.append(pdf(qPrintable(QStringLiteral("in/%1.pdf").arg(i)), 1));
