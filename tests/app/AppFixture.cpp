@@ -42,11 +42,6 @@ void AppTest::waitFor(const std::function<bool()>& condition, const char* what)
     EXPECT_TRUE(QTest::qWaitFor(condition, 60'000)) << what;
 }
 
-void AppTest::waitUntilIdle()
-{
-    waitFor([this] { return !app_->isProcessing(); }, "the window stays busy");
-}
-
 bool AppTest::drop(const QStringList& paths)
 {
     QMimeData data;

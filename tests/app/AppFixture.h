@@ -13,23 +13,6 @@
 
 namespace quillfern {
 
-/// Does `work` for each file instead of stamping the file.
-class FakeProcessors final : public DocumentProcessors
-{
-  public:
-    explicit FakeProcessors(std::function<void(JobRun&)> work) : work_(std::move(work)) {}
-
-    FileOutcome processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
-    {
-        work_(run);
-        return {FileStatus::Created, std::nullopt, 1, std::nullopt};
-    }
-    FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override { return {}; }
-
-  private:
-    std::function<void(JobRun&)> work_;
-};
-
 /// The whole application in a folder of its own, driven through its real window. Only the user, the desktop
 /// and the clock are simulated.
 class AppTest : public testing::Test
@@ -52,7 +35,6 @@ class AppTest : public testing::Test
 
     /// Waits, with the event loop running, until the condition is true; fails the test after a time limit.
     static void waitFor(const std::function<bool()>& condition, const char* what);
-    void waitUntilIdle();
 
     /// Drops files and folders on the table of files. Returns whether the window accepts the drag.
     bool drop(const QStringList& paths);

@@ -1,6 +1,8 @@
 #include "app/AppFixture.h"
 
+#include <QFile>
 #include <QImage>
+#include <QTimer>
 
 namespace quillfern {
 namespace {
@@ -280,6 +282,24 @@ TEST_F(Files, WhileBusyNothingElseCanBeBegun)
     app().activity().end(Activity::State::Gathering);
     EXPECT_TRUE(ui().mainTableView->isEnabled());
     EXPECT_TRUE(actions().convert->isEnabled());
+}
+
+TEST_F(Files, TheWindowServesEventsWhileFilesAreGathered)
+{
+    constexpr int count = 3'000;
+    const QString first = scratch.write(QStringLiteral("many/00000.pdf"), numberedPdf(1));
+    for (int i = 1; i < count; ++i)
+        QFile::link(first, scratch.path(QStringLiteral("many/%1.pdf").arg(i, 5, 10, QLatin1Char('0'))));
+    start();
+    ui().mainTableView->sortByColumn(FileListModel::NameColumn, Qt::DescendingOrder);
+    int turns = 0; // of the event loop; at least one between two calls of the gatherer to the main thread
+    QTimer turn;
+    QObject::connect(&turn, &QTimer::timeout, [&] { turns += app().activity().isGathering() ? 1 : 0; });
+    turn.start(0);
+    fill({scratch.path(QStringLiteral("many"))});
+    EXPECT_GE(turns, 2);
+    EXPECT_EQ(files().count(), count);
+    EXPECT_EQ(files().at(0).name(), QStringLiteral("02999.pdf"));
 }
 
 } // namespace

@@ -12,6 +12,23 @@
 namespace quillfern {
 namespace {
 
+/// Does `work` for each file instead of stamping the file.
+class FakeProcessors final : public DocumentProcessors
+{
+  public:
+    explicit FakeProcessors(std::function<void(JobRun&)> work) : work_(std::move(work)) {}
+
+    FileOutcome processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
+    {
+        work_(run);
+        return {FileStatus::Created, std::nullopt, 1, std::nullopt};
+    }
+    FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override { return {}; }
+
+  private:
+    std::function<void(JobRun&)> work_;
+};
+
 class JobInWindow : public AppTest
 {
   protected:
