@@ -236,12 +236,10 @@ TEST_F(TextStampEditorTest, AnchorsAreChosenWithTheArrowKeysAndOneIsBordered)
     auto& stamp = newStamp<TextStamp>();
     auto& editor = edit<Editor>(stamp);
     const auto bordered = [&] {
-        QStringList names;
-        for (const auto* button : control<QWidget>(editor, "anchorGrid").findChildren<QToolButton*>()) {
-            EXPECT_FALSE(button->icon().isNull());
-            if (button->isChecked()) names.append(button->objectName());
-        }
-        return names.join(QLatin1Char(' '));
+        QString names;
+        for (const auto* button : control<QWidget>(editor, "anchorGrid").findChildren<QToolButton*>())
+            if (button->isChecked()) names += button->objectName();
+        return names;
     };
     EXPECT_EQ(bordered(), QString()); // a new stamp has no anchor
     click(control<QWidget>(editor, "marginMiddleMiddleButton"));
