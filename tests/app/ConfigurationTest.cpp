@@ -4,7 +4,6 @@
 #include "stamps/TextStamp.h"
 
 #include <QComboBox>
-#include <QDialog>
 
 namespace quillfern {
 namespace {
@@ -182,34 +181,6 @@ TEST_F(Configuration, StampsAreMovedAndRemovedInTheTable)
     EXPECT_EQ(order(), QStringLiteral("two"));
     EXPECT_TRUE(selectedRows(table).empty()) << "the last selected row was row 0";
     EXPECT_FALSE(actions().removeStamp->isEnabled());
-}
-
-TEST_F(Configuration, NewStampsThatWereGivenUpGo)
-{
-    start();
-    for (int i = 0; i < 4; ++i) {
-        actions().textStamp->trigger();
-        QTest::keyClick(openDialog(), Qt::Key_Escape);
-    }
-    actions().textStamp->trigger();
-    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    int editors = 0;
-    for (const QDialog* editor : window().findChildren<QDialog*>())
-        editors += editor->objectName() == QLatin1String("TextStampWindow");
-    EXPECT_EQ(editors, 1);
-    EXPECT_TRUE(number().stamps.empty());
-}
-
-TEST_F(Configuration, SelectAllMeansTheTableOneIsIn)
-{
-    start();
-    addStamp("one");
-    addStamp("two");
-    fill({pdf("a.pdf", 1)});
-    ui().stampsTableView->setFocus();
-    QTest::keyClick(ui().stampsTableView, Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(ui().stampsTableView->selectionModel()->selectedRows().size(), 2);
-    EXPECT_TRUE(selectedFiles().empty());
 }
 
 TEST_F(Configuration, ProfilesAreSavedAndLoaded)

@@ -10,24 +10,6 @@ class StartUp : public AppTest
 {
 };
 
-TEST_F(StartUp, AnEmptyWindowOffersWhatThereIsToDo)
-{
-    start();
-    EXPECT_TRUE(window().isVisible());
-    EXPECT_TRUE(QDir(folders.getAppPath().child(QStringLiteral("Logs")).text()).exists());
-    for (QAction* action :
-         {actions().exportToolbarItem, actions().openFileButton, actions().getInfoButton,
-          actions().openEnclosedFolderButton, actions().selectAllButton, actions().deselectAllButton,
-          actions().removeSelectedFilesButton, actions().removeAllFilesButton, actions().pdfPasswordButton,
-          actions().moveUpButton, actions().moveDownButton, actions().convert})
-        EXPECT_FALSE(action->isEnabled()) << action->text().toStdString();
-    EXPECT_FALSE(ui().convertBtn->isEnabled());
-    for (QAction* action : {actions().importFiles, actions().addFiles, actions().addFolder})
-        EXPECT_TRUE(action->isEnabled()) << action->text().toStdString();
-    EXPECT_EQ(ui().labelTimeTaken->text(), QStringLiteral("Total Time Taken : 0 sec(s) 0/0"));
-    EXPECT_FALSE(ui().previewImageView->image().isNull());
-}
-
 TEST_F(StartUp, WithoutAFolderThereIsNothingToRememberOrOpen)
 {
     start();

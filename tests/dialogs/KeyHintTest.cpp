@@ -1,16 +1,12 @@
 #include "dialogs/KeyHint.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QFontMetricsF>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QStyle>
 #include <QTest>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace quillfern {
 namespace {
@@ -84,31 +80,6 @@ TEST(KeyHint, MarksOneLetterOfATitle)
         EXPECT_NEAR(QRectF(mark.box).center().x(), left + letter / 2, 2.5) << row.text;
         EXPECT_TRUE(mark.isUnderlined) << row.text;
     }
-}
-
-TEST(KeyHint, WorksOnButtonsOfEveryKind)
-{
-    std::vector<std::unique_ptr<QAbstractButton>> buttons;
-    buttons.push_back(std::make_unique<QPushButton>());
-    buttons.push_back(std::make_unique<QCheckBox>());
-    buttons.push_back(std::make_unique<QRadioButton>());
-    for (const auto style : {Qt::ToolButtonTextUnderIcon, Qt::ToolButtonTextBesideIcon}) {
-        auto tool = std::make_unique<QToolButton>();
-        tool->setToolButtonStyle(style);
-        tool->setIcon(tool->style()->standardIcon(QStyle::SP_DirIcon));
-        buttons.push_back(std::move(tool));
-    }
-    for (const auto& button : buttons)
-        for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
-            const char* const kind = button->metaObject()->className();
-            button->setLayoutDirection(direction);
-            button->setText(QStringLiteral("Add Folder"));
-            setButtonKeyCharacter(*button, QStringLiteral("o"), Qt::red);
-            EXPECT_TRUE(redMark(*button).isUnderlined) << kind;
-            button->setEnabled(false);
-            EXPECT_TRUE(redMark(*button).box.isEmpty()) << kind << " has one colour when it is disabled";
-            button->setEnabled(true);
-        }
 }
 
 TEST(KeyHint, AltAndTheKeyClickAlsoAfterTheTitleOrTheStyleChanges)
