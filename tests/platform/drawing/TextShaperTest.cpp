@@ -59,6 +59,22 @@ TEST(TextShaperTest, MeasuresInEms)
     EXPECT_EQ(text->runs[0].glyphs[9].text, QStringLiteral("9"));
 }
 
+TEST(TextShaperTest, ClustersCarryTheirCharacters)
+{
+    TextShaper shaper;
+    const std::vector<QString> texts = {
+        QStringLiteral("office"), QStringLiteral("e\u0301a"), QStringLiteral("\u05e9\u05dc\u05d5\u05dd 12"),
+        QStringLiteral("\u0645\u0631\u062d\u0628\u0627"), QString::fromUtf8("a🌿b")};
+    for (const QString& text : texts) {
+        QString collected;
+        const auto shaped = shaper.shape(text, sans);
+        for (const ShapedRun& run : shaped->runs)
+            for (const ShapedGlyph& glyph : run.glyphs)
+                collected += glyph.text;
+        EXPECT_EQ(collected.toStdString(), text.toStdString()) << "in the order of the text";
+    }
+}
+
 TEST(TextShaperTest, AbsurdTextsAreBounded)
 {
     TextShaper shaper;
