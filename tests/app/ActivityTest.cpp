@@ -1,7 +1,5 @@
 #include "app/Activity.h"
-#include "app/ActionTable.h"
 
-#include <QSet>
 #include <gtest/gtest.h>
 
 namespace quillfern {
@@ -38,26 +36,6 @@ TEST(ActivityTest, IsOneThingAtATime)
     EXPECT_EQ(seen, "changed idle; ended idle; ");
     EXPECT_TRUE(activity.begin(State::Gathering));
     EXPECT_TRUE(activity.isGathering());
-}
-
-TEST(ActionTable, GivesEveryCommandANameATipAndAPlaceOfItsOwn)
-{
-    QSet<QString> names;
-    QSet<std::pair<int, int>> taken;
-    for (const ActionRow& row : actionTable()) {
-        EXPECT_FALSE(names.contains(QString::fromLatin1(row.name))) << row.name;
-        names.insert(QString::fromLatin1(row.name));
-        EXPECT_STRNE(row.tip, "") << row.name;
-        EXPECT_NE(row.spots[0].place, Place::None) << row.name;
-        for (const Spot& spot : row.spots) {
-            const std::pair position(static_cast<int>(spot.place), spot.position);
-            EXPECT_TRUE(spot.place == Place::None || !taken.contains(position)) << row.name;
-            taken.insert(position);
-        }
-        const bool isOnToolbar = std::any_of(row.spots.begin(), row.spots.end(),
-                                             [](const Spot& spot) { return spot.place == Place::Toolbar; });
-        EXPECT_EQ(isOnToolbar, row.shortText != nullptr) << row.name;
-    }
 }
 
 } // namespace

@@ -42,11 +42,6 @@ void AppTest::waitFor(const std::function<bool()>& condition, const char* what)
     EXPECT_TRUE(QTest::qWaitFor(condition, 60'000)) << what;
 }
 
-void AppTest::waitUntilIdle()
-{
-    waitFor([this] { return !app_->isProcessing(); }, "the window stays busy");
-}
-
 bool AppTest::drop(const QStringList& paths)
 {
     QMimeData data;
@@ -104,11 +99,17 @@ void AppTest::type(QLineEdit& field, const char* text)
     QTest::keyClicks(&field, QString::fromUtf8(text));
 }
 
-QDialog* AppTest::sheet()
+QDialog* AppTest::openDialog()
 {
     for (QDialog* dialog : window().findChildren<QDialog*>())
-        if (dialog->objectName() == QLatin1String("ProgressSheet") && dialog->isVisible()) return dialog;
+        if (dialog->isVisible()) return dialog;
     return nullptr;
+}
+
+QDialog* AppTest::sheet()
+{
+    QDialog* dialog = openDialog();
+    return dialog && dialog->objectName() == QLatin1String("ProgressSheet") ? dialog : nullptr;
 }
 
 void AppTest::press(const QWidget& in, const char* button)

@@ -35,7 +35,6 @@ class AppTest : public testing::Test
 
     /// Waits, with the event loop running, until the condition is true; fails the test after a time limit.
     static void waitFor(const std::function<bool()>& condition, const char* what);
-    void waitUntilIdle();
 
     /// Drops files and folders on the table of files. Returns whether the window accepts the drag.
     bool drop(const QStringList& paths);
@@ -50,6 +49,8 @@ class AppTest : public testing::Test
     void select(const std::vector<int>& rows);
     /// Replaces the text of a field by typing.
     static void type(QLineEdit& field, const char* text);
+    /// The dialog that is open over the window; null when there is none.
+    QDialog* openDialog();
     /// The progress sheet; null when none is visible.
     QDialog* sheet();
     /// Presses the button of this name in a window.

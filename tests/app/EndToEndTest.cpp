@@ -11,7 +11,6 @@
 #include <QImage>
 #include <QLabel>
 #include <QPushButton>
-#include <QXmlStreamReader>
 
 namespace quillfern {
 namespace {
@@ -32,26 +31,8 @@ class EndToEnd : public AppTest
     {
         QTest::mouseClick(ui().convertBtn, Qt::LeftButton);
         ASSERT_NE(sheet(), nullptr);
-        waitFor([this] { return app().job().process()->isCompleted(); }, "the job does not end");
-        waitFor(
-            [this] {
-                return sheet()->findChild<QPushButton*>(QStringLiteral("closeProcessBtn"))->isEnabled();
-            },
-            "the sheet does not notice");
-    }
-    /// name, status, name, status ... of the log.
-    static QStringList logged(const QString& path)
-    {
-        QStringList entries;
-        QXmlStreamReader xml(readFile(path));
-        while (!xml.atEnd())
-            if (xml.readNext() == QXmlStreamReader::StartElement)
-                for (const QXmlStreamAttribute& attribute : xml.attributes())
-                    if (attribute.value() == QLatin1String("Completed") ||
-                        attribute.value() == QLatin1String("No Pages"))
-                        entries.append(attribute.value().toString());
-        EXPECT_FALSE(xml.hasError());
-        return entries;
+        auto* close = sheet()->findChild<QPushButton*>(QStringLiteral("closeProcessBtn"));
+        waitFor([close] { return close->isEnabled(); }, "the job does not end");
     }
 };
 
@@ -75,9 +56,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     start();
     press(window(), "inculdeSubfoldersBtn");
     fill({scratch.path(QStringLiteral("case"))});
-    EXPECT_EQ(names(),
-              (QStringList{QStringLiteral("a.pdf"), QStringLiteral("b.tif"), QStringLiteral("broken.pdf"),
-                           QStringLiteral("c.png"), QStringLiteral("d.PDF")}));
+    EXPECT_EQ(names(), words("a.pdf b.tif broken.pdf c.png d.PDF"));
 
     // A number at the foot, made in the text editor.
     press(window(), "textStampButton");
@@ -106,17 +85,6 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     EXPECT_EQ(image->stampImageHeight, 10) << "the proportions are kept";
     EXPECT_EQ(ui().stampsTableView->model()->rowCount(), 2);
 
-    // The stamps are saved as a profile, removed, and loaded again.
-    const QString profile = scratch.path(QStringLiteral("case.qfprofile"));
-    panels.answers = {QStringList{profile}, QStringList{profile}};
-    press(window(), "saveStampsButton");
-    ui().stampsTableView->selectAll();
-    press(window(), "removeStampButton");
-    EXPECT_TRUE(number().stamps.empty());
-    press(window(), "loadStampsButton");
-    ASSERT_EQ(number().stamps.size(), 2U);
-    EXPECT_TRUE(alerts.criticals.isEmpty());
-
     // The whole list is stamped.
     ui().settingTabView->setCurrentIndex(1);
     press(window(), "isContinuousNumbering");
@@ -129,10 +97,9 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
               QStringLiteral("Total 4 files processed successfully."));
     press(*sheet(), "viewLogBtn");
     EXPECT_EQ(desktop.opened.value(0), outFolder());
-    EXPECT_EQ(
-        logged(desktop.opened.value(1)),
-        (QStringList{QStringLiteral("Completed"), QStringLiteral("Completed"), QStringLiteral("No Pages"),
-                     QStringLiteral("Completed"), QStringLiteral("Completed")}));
+    const QByteArray log = readFile(desktop.opened.value(1));
+    EXPECT_EQ(log.count("\"Completed\""), 4);
+    EXPECT_EQ(log.count("\"No Pages\""), 1);
     press(*sheet(), "closeProcessBtn");
 
     // 3 pages, then 2, then 1, then 2.

@@ -12,33 +12,36 @@
 namespace quillfern {
 namespace {
 
-/// Stamps each file only after the test has released the gate once for it.
-class GatedProcessors final : public DocumentProcessors
+/// Does `work` for each file instead of stamping the file.
+class FakeProcessors final : public DocumentProcessors
 {
   public:
-    explicit GatedProcessors(QSemaphore& gate) : gate_(gate) {}
+    explicit FakeProcessors(std::function<void(JobRun&)> work) : work_(std::move(work)) {}
 
     FileOutcome processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
     {
-        run.pageDone();
-        gate_.acquire();
-        FileOutcome outcome;
-        outcome.status = FileStatus::Created;
-        return outcome;
+        work_(run);
+        return {FileStatus::Created, std::nullopt, 1, std::nullopt};
     }
     FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override { return {}; }
 
   private:
-    QSemaphore& gate_;
+    std::function<void(JobRun&)> work_;
 };
 
 class JobInWindow : public AppTest
 {
   protected:
     void TearDown() override { gate.release(1000); } // no thread may wait for ever
+    /// Each file is done only after the test has released the gate once for it.
     void gated()
     {
-        makeProcessors = [this](const JobConfiguration&) { return std::make_unique<GatedProcessors>(gate); };
+        makeProcessors = [this](const JobConfiguration&) {
+            return std::make_unique<FakeProcessors>([this](JobRun& run) {
+                run.pageDone();
+                gate.acquire();
+            });
+        };
     }
     void stampWith(const char* format)
     {
@@ -125,8 +128,7 @@ TEST_F(JobInWindow, AListIsStampedAndTheSheetTellsWhatBecameOfIt)
     convert();
     EXPECT_EQ(ui().settingTabView->currentIndex(), 0);
     waitForEnd();
-    EXPECT_EQ(statuses(), (QStringList{QStringLiteral("Completed"), QStringLiteral("No Pages"),
-                                       QStringLiteral("Completed")}));
+    EXPECT_EQ(statuses().join(u','), QStringLiteral("Completed,No Pages,Completed"));
     EXPECT_EQ(shown("message"), QStringLiteral("Total 2 files processed successfully."));
     EXPECT_EQ(shown("filesDone"), QStringLiteral("3 of 3"));
     EXPECT_EQ(shown("pagesDone"), QStringLiteral("5 of 5"));
@@ -140,8 +142,7 @@ TEST_F(JobInWindow, AListIsStampedAndTheSheetTellsWhatBecameOfIt)
     EXPECT_TRUE(readFile(desktop.opened.constLast()).contains("No Pages"));
     press(*sheet(), "closeProcessBtn");
     EXPECT_EQ(sheet(), nullptr);
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("broken.pdf"), QStringLiteral("b.pdf")}))
-        << "checked files go, whatever became of them";
+    EXPECT_EQ(names(), words("broken.pdf b.pdf")) << "checked files go, whatever became of them";
     EXPECT_TRUE(ui().convertBtn->isEnabled());
     EXPECT_FALSE(app().isProcessing());
     EXPECT_EQ(app().job().process(), nullptr);

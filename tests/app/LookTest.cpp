@@ -208,8 +208,19 @@ TEST_F(Look, TheKeyboardReachesEveryControlAndTellsWhatItIs)
             EXPECT_TRUE(round[i]->parentWidget() != round[i - 1]->parentWidget() ||
                         isAfter(*round[i], *round[i - 1]))
                 << where(name, *round[i]) << " comes after " << nameOf(*round[i - 1]);
-        for (QLabel* label : top.findChildren<QLabel*>())
+        QSet<QString> keys;
+        const auto take = [&](const QKeySequence& sequence, const QWidget& owner) {
+            const QString key = sequence.toString();
+            EXPECT_TRUE(key.isEmpty() || !keys.contains(key))
+                << where(name, owner) << ": Alt+" << key.toStdString();
+            keys.insert(key);
+        };
+        for (QLabel* label : top.findChildren<QLabel*>()) {
             EXPECT_TRUE(label->buddy() || !fieldBeside(*label)) << where(name, *label);
+            if (label->buddy() && label->isVisible()) take(QKeySequence::mnemonic(label->text()), *label);
+        }
+        for (QAbstractButton* button : top.findChildren<QAbstractButton*>())
+            if (button->isVisible()) take(button->shortcut(), *button);
     });
 }
 

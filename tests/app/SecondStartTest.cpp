@@ -11,15 +11,9 @@ namespace {
 class SecondStart : public AppTest
 {
   protected:
-    QDialog* openDialog()
+    void waitForFiles(const char* expected)
     {
-        for (QDialog* dialog : window().findChildren<QDialog*>())
-            if (dialog->isVisible()) return dialog;
-        return nullptr;
-    }
-    void waitForFiles(const QStringList& expected)
-    {
-        waitFor([&] { return names() == expected && !app().isProcessing(); }, "the files handed over");
+        waitFor([&] { return names() == words(expected) && !app().isProcessing(); }, "the files handed over");
     }
 };
 
@@ -29,7 +23,7 @@ TEST_F(SecondStart, AnIdleWindowTakesTheFilesAndIsShown)
     window().hide();
     app().startedAgain(asPaths({pdf("a.pdf", 1), pdf("b.pdf", 2)}));
     EXPECT_TRUE(window().isVisible());
-    waitForFiles({QStringLiteral("a.pdf"), QStringLiteral("b.pdf")});
+    waitForFiles("a.pdf b.pdf");
     app().startedAgain({}); // no files: the window only comes to the front
     EXPECT_FALSE(app().isProcessing());
 }
@@ -65,7 +59,7 @@ TEST_F(SecondStart, FilesWaitUntilTheSheetIsClosed)
     QTest::qWait(20);
     EXPECT_EQ(files().count(), 1) << "the selection the password is for stays as it is";
     QTest::keyClick(dialog, Qt::Key_Escape);
-    waitForFiles({QStringLiteral("a.pdf"), QStringLiteral("b.pdf")});
+    waitForFiles("a.pdf b.pdf");
 
     ui().outputFolderPath->setText(outFolder());
     QTest::mouseClick(ui().convertBtn, Qt::LeftButton);
@@ -74,11 +68,8 @@ TEST_F(SecondStart, FilesWaitUntilTheSheetIsClosed)
     waitFor([this] { return app().job().process()->isCompleted(); }, "the job");
     QTest::qWait(20);
     EXPECT_EQ(files().count(), 2) << "the sheet shows the list as it was";
-    waitFor(
-        [this] {
-            return sheet()->findChild<QAbstractButton*>(QStringLiteral("closeProcessBtn"))->isEnabled();
-        },
-        "the sheet's end");
+    auto* close = sheet()->findChild<QAbstractButton*>(QStringLiteral("closeProcessBtn"));
+    waitFor([close] { return close->isEnabled(); }, "the sheet's end");
     press(*sheet(), "closeProcessBtn");
     waitFor([this] { return names().contains(QStringLiteral("c.pdf")); }, "the late file");
 }

@@ -66,14 +66,6 @@ TEST_F(LogFileTest, HasOneElementAnOutputInOrder)
     EXPECT_GE(xml.count('\n'), 5) << "one element a line";
 }
 
-TEST_F(LogFileTest, AnEmptyJobStillHasItsTimes)
-{
-    Log log(clock, folders);
-    ASSERT_TRUE(log.save(english));
-    EXPECT_EQ(elements(readFile(log.logFilePath()->text())).join(u'|').toStdString(),
-              "Log StartTime=11/16/2026 02:05:09 PM EndTime=11/16/2026 02:05:09 PM");
-}
-
 TEST_F(LogFileTest, DigitsArePlainInEveryLocale)
 {
     Log log(clock, folders);

@@ -12,7 +12,6 @@
 #include <QFileInfo>
 #include <gtest/gtest.h>
 #include <set>
-#include <sys/stat.h>
 #include <thread>
 
 namespace quillfern {
@@ -205,28 +204,6 @@ TEST_F(JobTest, OpensTheFolderOnlyWhenSomethingWasCreated)
     EXPECT_EQ(desktop.opened.back(), done.log().logFilePath()->text());
 }
 
-TEST_F(JobTest, TheOutputFolderIsCheckedFirst)
-{
-    const QString readOnly = scratch.path(QStringLiteral("locked"));
-    ASSERT_TRUE(QDir().mkpath(readOnly));
-    ::chmod(QFile::encodeName(readOnly).constData(), 0555);
-    const auto problem = [](const std::optional<QString>& path) {
-        try {
-            requireOutputFolder(path);
-            return QString();
-        } catch (const Failure& failure) {
-            return failure.reason();
-        }
-    };
-    EXPECT_EQ(problem(std::nullopt), QStringLiteral("Please select output folder!"));
-    EXPECT_EQ(problem(QString()), QStringLiteral("Please select output folder!"));
-    EXPECT_EQ(problem(scratch.path(QStringLiteral("gone"))),
-              QStringLiteral("Output folder missing!\r\nPlease select valid output folder."));
-    EXPECT_EQ(problem(QStringLiteral("/proc/self")), // read-only for everybody, root too
-              QStringLiteral("Output folder is non-writable!\r\nPlease select valid output folder."));
-    EXPECT_EQ(problem(settings.outputFolderPath), QString());
-}
-
 TEST_F(JobTest, TwoInputsOfOneNameOverwriteEachOtherAndSaySo)
 {
     settings.number->stamps.push_back(std::make_shared<TextStamp>());
@@ -323,16 +300,6 @@ TEST(TwoJobs, RunAtOnceWithoutTouchingEachOther)
     EXPECT_TRUE(first.contains(QStringLiteral("first-180/60>")) ||
                 first.contains(QStringLiteral("first-180/60<")))
         << "the number ran on through its own three documents";
-}
-
-TEST(OutputFileTest, TakesBothFieldsOrNone)
-{
-    OutputFile output;
-    output.initWithData(asPath(QStringLiteral("/out/a.pdf")), std::nullopt);
-    output.initWithData(std::nullopt, std::vector<FileItem>{});
-    EXPECT_TRUE(output.filename().isEmpty());
-    output.initWithData(asPath(QStringLiteral("/out/a.pdf")), std::vector<FileItem>{});
-    EXPECT_EQ(output.filename(), asPath(QStringLiteral("/out/a.pdf")));
 }
 
 } // namespace

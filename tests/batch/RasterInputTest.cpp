@@ -210,14 +210,6 @@ TEST_F(RasterFile, OtherFormatsBecomeTiffs)
     }
 }
 
-TEST_F(RasterFile, TiffUnderAnotherName)
-{
-    addStamp();
-    const QString source = path(QStringLiteral("really a tiff.jpg"));
-    TiffBuilder(source).page(colourPicture(), {.compression = 5}).page(colourPicture(), {.compression = 5});
-    EXPECT_EQ(readTiff(process(source)).size(), 2U);
-}
-
 TEST_F(RasterFile, GifFramesBecomePages)
 {
     const auto pages =

@@ -87,16 +87,6 @@ TEST_F(TiffProcessing, RangeWithoutPagesWritesNothing)
     process(source, false);
 }
 
-TEST_F(TiffProcessing, SeveralHundredPages)
-{
-    addStamp();
-    const auto pages = readTiff(process(shades(400, {.photometric = 0, .bits = 1, .compression = 4})));
-    ASSERT_EQ(pages.size(), 400U);
-    for (const TiffPage& page : pages)
-        EXPECT_EQ(page.compression, 4);
-    EXPECT_EQ(nextNumber, 401);
-}
-
 TEST_F(TiffProcessing, TotalIsTheFilesOwnWhenNoneIsGiven)
 {
     addStamp();

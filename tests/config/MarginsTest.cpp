@@ -8,13 +8,6 @@
 namespace quillfern {
 namespace {
 
-class Counter final : public NumberingDelegate
-{
-  public:
-    void PropertyChanged(Numbering&) override { ++count; }
-    int count = 0;
-};
-
 void setMargins(Numbering& number, double left, double top, double right, double bottom)
 {
     number.setMarginLeft(left);
@@ -105,26 +98,6 @@ TEST(Margins, PercentagesGoThereAndBack)
     number.setIsMarginInPercentage(true);
     margins.isMarginPercentageChanged({0, 400});
     EXPECT_TRUE(std::isinf(number.marginLeft()));
-}
-
-TEST(Margins, OnlyTheResetTellsTheDelegateAndOnlyOnce)
-{
-    Numbering number;
-    Counter counter;
-    setMargins(number, 1, 2, 3, 4);
-    number.setDelegate(&counter);
-    Margins margins(number);
-    margins.unitChanged(MarginUnit::Millimetres);
-    number.setIsMarginInPercentage(true);
-    margins.isMarginPercentageChanged({100, 100});
-    EXPECT_EQ(counter.count, 0);
-    margins.resetMargins();
-    EXPECT_EQ(counter.count, 1);
-    EXPECT_EQ(marginRect(number.fields(), {10, 10}), QRectF(0, 0, 10, 10));
-    EXPECT_EQ(number.marginUnit(), MarginUnit::Millimetres);
-    EXPECT_TRUE(number.isMarginInPercentage());
-    margins.resetMargins();
-    EXPECT_EQ(counter.count, 1);
 }
 
 } // namespace

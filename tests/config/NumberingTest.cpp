@@ -2,7 +2,6 @@
 
 #include "config/StampListOperations.h"
 #include "stamps/TextStamp.h"
-#include "support/Fakes.h"
 
 #include <gtest/gtest.h>
 
@@ -15,45 +14,6 @@ class Counter final : public NumberingDelegate
     void PropertyChanged(Numbering&) override { ++count; }
     int count = 0;
 };
-
-TEST(NumberingTest, WatchedFieldsTellTheDelegateOnceAndOthersNever)
-{
-    Numbering number;
-    Counter counter;
-    number.setDelegate(&counter);
-    const std::vector<std::pair<const char*, std::function<void()>>> watched = {
-        {"startPage", [&] { number.setStartPage(2); }},
-        {"endPage", [&] { number.setEndPage(9); }},
-        {"startNumber", [&] { number.setStartNumber(5); }},
-        {"numberSteps", [&] { number.setNumberSteps(2); }},
-        {"pageRange", [&] { number.setPageRange(PageRange::OddPages); }},
-        {"marginLeft", [&] { number.setMarginLeft(1); }},
-        {"marginTop", [&] { number.setMarginTop(1); }},
-        {"marginRight", [&] { number.setMarginRight(1); }},
-        {"marginBottom", [&] { number.setMarginBottom(1); }},
-        {"isContinuousNumbering", [&] { number.setIsContinuousNumbering(true); }},
-        {"isHighlightStamp", [&] { number.setIsHighlightStamp(false); }},
-        {"isLivePreview", [&] { number.setIsLivePreview(true); }},
-        {"hasLabel", [&] { number.setHasLabel(true); }},
-        {"labelPrefix", [&] { number.setLabelPrefix(QStringLiteral("x")); }},
-    };
-    std::set<std::string> names = {"marginAnchor", "numberType"}; // fields of stamps
-    for (const auto& [name, change] : watched) {
-        counter.count = 0;
-        change();
-        EXPECT_EQ(counter.count, 1) << name;
-        change();
-        EXPECT_EQ(counter.count, 1) << name << " set to what it was";
-        names.insert(name);
-    }
-    EXPECT_EQ(Numbering::keyPathsForValuesAffectingIsSettingsChanged(), names);
-    counter.count = 0;
-    number.setMarginUnit(MarginUnit::Inches);
-    number.setIsMarginInPercentage(true);
-    number.setIsBackupFile(true);
-    number.stamps.push_back(std::make_shared<TextStamp>());
-    EXPECT_EQ(counter.count, 0);
-}
 
 TEST(NumberingTest, BracketsHoldBackAndTellOnce)
 {
@@ -94,77 +54,6 @@ TEST(NumberingTest, AConfigurationKeepsWhatItWasMadeOf)
     ASSERT_EQ(job.stamps.size(), 1U);
     EXPECT_TRUE(job.stamps[0]->isSelected());
     EXPECT_EQ(job.stamps[0]->description(), QStringLiteral("Numbers [before]"));
-}
-
-TEST(NumberingTest, TheRecordGoesRoundInItsOrder)
-{
-    Numbering number;
-    number.setStartPage(2);
-    number.setEndPage((std::int64_t{1} << 32) + 7); // cut to 32 bits
-    number.setMarginTop(1.5);
-    number.setMarginUnit(MarginUnit::Millimetres);
-    number.setIsLivePreview(true);
-    auto stamp = std::make_shared<TextStamp>();
-    stamp->number.numberFormat = QStringLiteral("Seite {0} 🌿");
-    stamp->textRotation = 45.7;
-    stamp->font.fontColor = QColor(1, 2, 3);
-    number.stamps.push_back(stamp);
-    const auto record = number.getData();
-    ASSERT_TRUE(record);
-    QStringList keys;
-    for (const auto& [key, value] : record->entries())
-        keys.append(key);
-    EXPECT_EQ(
-        keys.join(u',').toStdString(),
-        "endPage,hasLabel,isBackupFile,isContinuousNumbering,isMarginInPercentage,isSymmetryPage,labelPrefix,"
-        "marginLeft,marginTop,marginRight,marginBottom,marginUnit,numberSteps,outputFolder,pageRange,"
-        "startNumber,"
-        "startPage,isHighlightStamp,isLivePreview,Stamps");
-    Numbering other;
-    Counter counter;
-    other.setDelegate(&counter);
-    EXPECT_TRUE(other.setData(&*record));
-    EXPECT_EQ(counter.count, 0);
-    EXPECT_EQ(other.endPage(), 7);
-    EXPECT_EQ(other.startPage(), 2);
-    ASSERT_EQ(other.stamps.size(), 1U);
-    const auto& copy = static_cast<const TextStamp&>(*other.stamps[0]);
-    EXPECT_EQ(copy.number, stamp->number);
-    EXPECT_EQ(copy.textRotation, 45);
-    EXPECT_EQ(copy.font, stamp->font);
-    EXPECT_EQ(*other.getData(), *record);
-}
-
-TEST(NumberingTest, RecordsAreReadTolerantly)
-{
-    Numbering number;
-    number.stamps.push_back(std::make_shared<TextStamp>());
-    EXPECT_FALSE(number.setData(nullptr));
-    EXPECT_EQ(number.stamps.size(), 1U);
-    store::Record record;
-    record.set(QStringLiteral("startPage"), QStringLiteral("three")); // of the wrong kind
-    store::Record font;
-    font.set(QStringLiteral("font"), store::Record());
-    record.set(QStringLiteral("Stamps"), store::RecordValue::List{store::Record(), true, font});
-    EXPECT_TRUE(number.setData(&record));
-    EXPECT_EQ(number.startPage(), 0);
-    EXPECT_EQ(number.numberSteps(), 0);
-    EXPECT_FALSE(number.labelPrefix().has_value());
-    EXPECT_EQ(number.stamps.size(), 1U) << "only the one with a font is a stamp";
-    EXPECT_EQ(number.getData()->entries().size(), 6U) << "the record ends before the absent prefix";
-    EXPECT_FALSE(number.isUpdating());
-}
-
-TEST(NumberingTest, BeginsWithWhatTheStoreHolds)
-{
-    MemoryDefaults store;
-    {
-        Numbering number(&store);
-        number.setStartNumber(77);
-        number.synchronize();
-    }
-    EXPECT_EQ(store.flushes, 1);
-    EXPECT_EQ(Numbering(&store).startNumber(), 77);
 }
 
 class StampListTest : public testing::Test
@@ -241,30 +130,6 @@ TEST_F(StampListTest, RemovesAGivenStampWithTheSelectionItLeads)
     list.removeStamp(*b, {});
     EXPECT_EQ(order(), "a") << "gone already";
     EXPECT_EQ(gone, "c of abcd;b of abd;");
-}
-
-TEST_F(StampListTest, AddsAtTheEndAndTellsWhatCanMove)
-{
-    EXPECT_EQ(list.addStamp(std::make_shared<TextStamp>()).rows, std::vector<int>{4});
-    EXPECT_FALSE(list.canMoveUp({0, 2}));
-    EXPECT_TRUE(list.canMoveUp({1}));
-    EXPECT_FALSE(list.canMoveUp({}));
-    EXPECT_TRUE(list.canMoveDown({3}));
-    EXPECT_FALSE(list.canMoveDown({1, 4}));
-    EXPECT_FALSE(list.canMoveDown({}));
-}
-
-TEST_F(StampListTest, ResettingTheCountersTellsOnlyWhenItChangesThem)
-{
-    Counter counter;
-    number.setDelegate(&counter);
-    list.resetNumberCounters();
-    EXPECT_EQ(counter.count, 0);
-    number.setEndPage(4);
-    counter.count = 0;
-    list.resetNumberCounters();
-    EXPECT_EQ(counter.count, 1);
-    EXPECT_EQ(number.endPage(), 0);
 }
 
 } // namespace

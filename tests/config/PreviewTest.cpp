@@ -122,14 +122,6 @@ TEST_F(PreviewTest, SamplePageShowsTheAreaInsideTheMargins)
     }
 }
 
-TEST_F(PreviewTest, MarginsInPercentAreOfThePicture)
-{
-    number.setIsMarginInPercentage(true);
-    number.setMarginLeft(50);
-    number.setMarginBottom(10);
-    EXPECT_EQ(drawn().area, QRectF(30, 0, 30, 76.5));
-}
-
 TEST_F(PreviewTest, PageTotalsFollowTheRule)
 {
     struct Case

@@ -141,26 +141,5 @@ TEST(Settings, SynchronizeWritesAndFlushesOnce)
     Settings().synchronize(); // without a store nothing is saved, and nothing fails
 }
 
-TEST(Settings, KeyedFormLeavesTheConfigurationOut)
-{
-    Settings settings;
-    settings.isClearProcessedFiles = true;
-    settings.isOpenFolderAfterConversion = false;
-    settings.isSetCurrentAsDefaultOutputFolderPath = false;
-    settings.outputFolderPath = QStringLiteral("/out");
-    settings.pdfOpenPassword.reset();
-    store::Record coder;
-    settings.encodeWithCoder(coder);
-    EXPECT_FALSE(coder.contains(QStringLiteral("number")));
-    const auto decoded = Settings::initWithCoder(coder);
-    EXPECT_EQ(decoded->number, nullptr);
-    EXPECT_TRUE(decoded->isClearProcessedFiles);
-    EXPECT_FALSE(decoded->isOpenFolderAfterConversion);
-    EXPECT_FALSE(decoded->isSetCurrentAsDefaultOutputFolderPath);
-    EXPECT_EQ(decoded->outputFolderPath, QStringLiteral("/out"))
-        << "taken as it is, without the rule of records";
-    EXPECT_FALSE(decoded->pdfOpenPassword);
-}
-
 } // namespace
 } // namespace quillfern

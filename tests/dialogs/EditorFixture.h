@@ -109,9 +109,6 @@ class EditorFixture : public testing::Test, public StampHost, public NumberingDe
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    /// Every control can be reached, is named and explained, and no two share a key.
-    static void expectUsable(QWidget& window);
-
     Numbering number;
     FakePanels panels;
     FakeAlerts alerts;

@@ -7,28 +7,6 @@
 namespace quillfern {
 namespace {
 
-QString typed(const QValidator& formatter, const char* keys)
-{
-    QLineEdit field;
-    field.setValidator(&formatter);
-    QTest::keyClicks(&field, QString::fromUtf8(keys));
-    return field.text();
-}
-
-TEST(FieldFormatters, TakeOnlyWhatTheirFieldsAreFor)
-{
-    const CustomNumberFormatterInteger three(999);
-    EXPECT_EQ(typed(three, "12345"), QStringLiteral("123"));
-    EXPECT_EQ(typed(three, "-1a2.3"), QStringLiteral("123"));
-    const CustomNumberFormatterDecimal decimal;
-    EXPECT_EQ(typed(decimal, "-12,5.2.5e3"), QStringLiteral("125.2.53"));
-    CustomTextFieldFormatter one;
-    one.setMaximumLength(1);
-    EXPECT_EQ(typed(one, "*0"), QStringLiteral("*"));
-    const CustomTextFieldFormatter any;
-    EXPECT_EQ(typed(any, "any text"), QStringLiteral("any text"));
-}
-
 TEST(FieldFormatters, ANumberFieldKeepsTheNumberItsTextBeginsWith)
 {
     const struct

@@ -263,12 +263,5 @@ TEST_F(ImageStampEditorTest, APictureThatComesDuringAJobWaitsForItsEnd)
     EXPECT_EQ(stamp.stampImageWidth, 400);
 }
 
-TEST_F(ImageStampEditorTest, IsUsableFromTheKeyboardAndBySpeech)
-{
-    auto& stamp = newStamp<ImageStamp>();
-    stamp.loadPicture(asPath(picture("a.png")));
-    expectUsable(edit<Editor>(stamp));
-}
-
 } // namespace
 } // namespace quillfern

@@ -49,17 +49,6 @@ class ImportFiles : public testing::Test
     }
     void clipboard(const QString& text) { QApplication::clipboard()->setText(text); }
     QString focus() { return dialog.focusWidget() ? dialog.focusWidget()->objectName() : QString(); }
-    /// The names of the enabled controls among those that depend on the method; "!" marks a button that is
-    /// on.
-    QStringList state()
-    {
-        QStringList names;
-        for (const char* const name : {"importFile", "browseBtn", "importText", "pasteFromClipboardBtn"})
-            if (part<QWidget>(name).isEnabled()) names.append(QLatin1String(name));
-        for (const char* const name : {"importFromFileBtn", "importFromTextBtn"})
-            if (part<QRadioButton>(name).isChecked()) names.append(u'!' + QLatin1String(name));
-        return names;
-    }
     QString total() { return part<QLabel>("totalFilesFound").text(); }
 
     FakePanels panels;
@@ -69,35 +58,6 @@ class ImportFiles : public testing::Test
     int finished = 0;
     QStringList imported;
 };
-
-TEST_F(ImportFiles, AMethodIsChosenByKeyAndByMouse)
-{
-    const QStringList file = {QStringLiteral("importFile"), QStringLiteral("browseBtn"),
-                              QStringLiteral("!importFromFileBtn")};
-    const QStringList text = {QStringLiteral("importText"), QStringLiteral("pasteFromClipboardBtn"),
-                              QStringLiteral("!importFromTextBtn")};
-    EXPECT_EQ(state(), file);
-    dialog.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-    QTest::keyClicks(&part<QLineEdit>("importFile"), QStringLiteral("/x"));
-    QTest::keyClick(&dialog, Qt::Key_T, Qt::AltModifier);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return state() == text; })) << "Alt+T";
-    EXPECT_EQ(part<QLineEdit>("importFile").text(), QString());
-    EXPECT_EQ(focus(), QStringLiteral("importFromTextBtn"));
-    QTest::keyClicks(&part<QPlainTextEdit>("importText"), QStringLiteral("/a.pdf"));
-    QTest::keyClick(&dialog, Qt::Key_F, Qt::AltModifier);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return state() == file; })) << "Alt+F";
-    EXPECT_EQ(part<QPlainTextEdit>("importText").toPlainText(), QString());
-    QTest::keyClick(&part<QRadioButton>("importFromFileBtn"), Qt::Key_Down);
-    EXPECT_EQ(state(), text) << "the arrow keys";
-    dialog.importMethodChanged(7);
-    EXPECT_EQ(state(), QStringList());
-    click("importFromTextBtn");
-    EXPECT_EQ(state(), text);
-    dialog.reject();
-    open();
-    EXPECT_EQ(state(), text) << "the method stays from one opening to the next";
-}
 
 TEST_F(ImportFiles, ImportSaysWhatIsMissingAndStaysOpen)
 {
@@ -119,7 +79,6 @@ TEST_F(ImportFiles, ImportSaysWhatIsMissingAndStaysOpen)
         {false, list("empty.txt", ""), none, "importBtn", {}},
         {false, scratch.path(QStringLiteral("gone.txt")), none, "importBtn", {}},
         {false, list("windows.txt", "/a.pdf\r\n/b.pdf\r\n"), none, "importBtn", {}},
-        {false, list("windows2.txt", "/a.pdf\r\n/b.pdf"), {}, "", {QStringLiteral("/b.pdf")}},
         {false,
          list("mixed.txt", "/b.PdF\n\n/d\n/a.doc\n/a.tif\n/b.PdF\n"),
          {},
@@ -131,7 +90,6 @@ TEST_F(ImportFiles, ImportSaysWhatIsMissingAndStaysOpen)
          {},
          "",
          {QStringLiteral("/gone.pdf"), QStringLiteral("/a.tif")}},
-        {true, QStringLiteral("/a\u00A0b.pdf"), {}, "", {QStringLiteral("/a\u00A0b.pdf")}},
     };
     for (const auto& row : rows) {
         open();
@@ -227,28 +185,6 @@ TEST_F(ImportFiles, TakesWhatIsDropped)
     EXPECT_EQ(part<QPlainTextEdit>("importText").toPlainText(), QStringLiteral("/c.tif"));
     QMimeData nothing;
     EXPECT_FALSE(drop(nothing));
-}
-
-TEST_F(ImportFiles, NoTwoButtonsShareALetter)
-{
-    QStringList keys;
-    for (const QAbstractButton* const button : dialog.findChildren<QAbstractButton*>())
-        keys.append(button->shortcut().toString());
-    EXPECT_FALSE(keys.contains(QString())) << "each has one";
-    EXPECT_EQ(keys.removeDuplicates(), 0) << keys.join(u' ').toStdString();
-}
-
-TEST_F(ImportFiles, ALongListIsPastedWhole)
-{
-    QString lines;
-    for (int i = 0; i < 100'000; ++i)
-        lines += QStringLiteral("/some/folder/of/files/document-%1.pdf\n").arg(i);
-    clipboard(lines);
-    click("importFromTextBtn");
-    click("pasteFromClipboardBtn");
-    EXPECT_EQ(total(), QStringLiteral("Total Files Found : 100000"));
-    click("importBtn");
-    EXPECT_EQ(imported.size(), 100'000);
 }
 
 } // namespace

@@ -1,17 +1,12 @@
 #include "dialogs/KeyHint.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QFontMetricsF>
-#include <QPainter>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QStyle>
 #include <QTest>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace quillfern {
 namespace {
@@ -28,8 +23,11 @@ struct Mark
     bool isUnderlined = false;
 };
 
-Mark redMark(const QImage& image)
+Mark redMark(QWidget& widget)
 {
+    widget.ensurePolished();
+    widget.resize(widget.sizeHint());
+    const QImage image = widget.grab().toImage();
     Mark mark;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
@@ -41,13 +39,6 @@ Mark redMark(const QImage& image)
         mark.isUnderlined |= run >= 5 && run == mark.box.width() && y >= mark.box.bottom() - 1;
     }
     return mark;
-}
-
-Mark redMark(QWidget& widget)
-{
-    widget.ensurePolished();
-    widget.resize(widget.sizeHint());
-    return redMark(widget.grab().toImage());
 }
 
 TEST(KeyHint, MarksOneLetterOfATitle)
@@ -88,58 +79,6 @@ TEST(KeyHint, MarksOneLetterOfATitle)
                            metrics.horizontalAdvance(title.left(row.marked));
         EXPECT_NEAR(QRectF(mark.box).center().x(), left + letter / 2, 2.5) << row.text;
         EXPECT_TRUE(mark.isUnderlined) << row.text;
-    }
-}
-
-TEST(KeyHint, WorksOnButtonsOfEveryKind)
-{
-    std::vector<std::unique_ptr<QAbstractButton>> buttons;
-    buttons.push_back(std::make_unique<QPushButton>());
-    buttons.push_back(std::make_unique<QCheckBox>());
-    buttons.push_back(std::make_unique<QRadioButton>());
-    for (const auto style : {Qt::ToolButtonTextUnderIcon, Qt::ToolButtonTextBesideIcon}) {
-        auto tool = std::make_unique<QToolButton>();
-        tool->setToolButtonStyle(style);
-        tool->setIcon(tool->style()->standardIcon(QStyle::SP_DirIcon));
-        buttons.push_back(std::move(tool));
-    }
-    for (const auto& button : buttons)
-        for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
-            const char* const kind = button->metaObject()->className();
-            button->setLayoutDirection(direction);
-            button->setText(QStringLiteral("Add Folder"));
-            const int plainWidth = button->sizeHint().width();
-            setButtonKeyCharacter(*button, QStringLiteral("o"), Qt::red);
-            EXPECT_GE(button->sizeHint().width(), plainWidth) << kind;
-            EXPECT_TRUE(redMark(*button).isUnderlined) << kind;
-            button->setEnabled(false);
-            EXPECT_TRUE(redMark(*button).box.isEmpty()) << kind << " has one colour when it is disabled";
-            button->setEnabled(true);
-            QPalette palette = button->palette();
-            palette.setColor(QPalette::WindowText, Qt::red);
-            palette.setColor(QPalette::ButtonText, Qt::red);
-            setButtonKeyCharacter(*button, QStringLiteral("o"));
-            EXPECT_TRUE(redMark(*button).box.isEmpty()) << kind;
-            button->setPalette(palette);
-            EXPECT_GT(redMark(*button).box.width(), 20) << kind << " follows the palette";
-            button->setPalette(QPalette());
-        }
-}
-
-TEST(KeyHint, ATitleCutShortKeepsOnlyALetterThatIsLeft)
-{
-    QToolButton button;
-    button.setText(QStringLiteral("&Set As Default Folder"));
-    setButtonKeyCharacter(button, QStringLiteral("f"), Qt::red);
-    for (const auto& [shown, isMarked] :
-         {std::pair("&Set As De\u2026", false), std::pair("&Set A\u2026Folder", false),
-          std::pair("&Set As Def\u2026", true)}) {
-        QImage image(200, 40, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        button.style()->drawItemText(&painter, image.rect(), Qt::AlignCenter | Qt::TextShowMnemonic,
-                                     button.palette(), true, QString::fromUtf8(shown), QPalette::ButtonText);
-        EXPECT_EQ(!redMark(image).box.isEmpty(), isMarked) << shown;
     }
 }
 

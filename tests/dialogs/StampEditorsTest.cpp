@@ -155,17 +155,5 @@ TEST_F(StampEditorsTest, WindowsMayGoBeforeTheirStamps)
     EXPECT_EQ(stamp.use_count(), 1);
 }
 
-TEST_F(StampEditorsTest, ShowWhatOthersChange)
-{
-    auto& stamp = newStamp<TextStamp>(true);
-    auto& editor = edit<TextStampWindowController>(stamp);
-    stamp.setIsSelected(false);
-    stamp.setLabel(QStringLiteral("elsewhere"));
-    editors.refreshEditors();
-    EXPECT_FALSE(control<QCheckBox>(editor, "enabledCheckbox").isChecked());
-    EXPECT_EQ(control<QLineEdit>(editor, "labelTextField").text(), QStringLiteral("elsewhere"));
-    EXPECT_EQ(told + renamed, 0);
-}
-
 } // namespace
 } // namespace quillfern

@@ -1,6 +1,5 @@
 #include "filelist/FileGatherer.h"
 
-#include "filelist/FileListModel.h"
 #include "filelist/FileListSupport.h"
 #include "support/Fakes.h"
 #include "support/PdfBuilder.h"
@@ -181,22 +180,6 @@ TEST_F(Gathering, AnOrderGivenUpMeanwhileIsNotRestored)
         gather({scratch_.path(name)}, false);
         EXPECT_EQ(files_.at(files_.count() - 1).name(), name);
     }
-}
-
-TEST_F(Gathering, FilesAreShownWhileOthersAreStillSought)
-{
-    constexpr int count = 300;
-    makeSlowFiles(count);
-    FileListModel model(files_, isProcessing_);
-    int inserts = 0;
-    QObject::connect(&model, &QAbstractItemModel::rowsInserted, [&] {
-        EXPECT_TRUE(onMainThread());
-        ++inserts;
-    });
-    gather({scratch_.path()});
-    EXPECT_EQ(files_.count(), count);
-    EXPECT_GT(inserts, 1);
-    EXPECT_LT(inserts, count) << "not a signal for each";
 }
 
 TEST_F(Gathering, ACancelEndsItAndKeepsWhatIsThere)

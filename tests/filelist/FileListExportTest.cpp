@@ -1,7 +1,6 @@
 #include "filelist/FileListExport.h"
 
 #include "filelist/FileListSupport.h"
-#include "support/Fakes.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
@@ -42,28 +41,12 @@ TEST(FileListExport, IsTheSameToTheByteWhateverTheLanguage)
     QLocale::setDefault(before);
 }
 
-TEST(FileListExport, OfAnEmptyListIsTheHeader)
-{
-    const Scratch scratch;
-    const QString path = scratch.path(QStringLiteral("e.txt"));
-    EXPECT_TRUE(exportList(FileList(), asPath(path)));
-    EXPECT_EQ(readFile(path), header);
-}
-
 TEST(FileListExport, AFailureLeavesWhatWasThere)
 {
     const Scratch scratch;
     EXPECT_FALSE(exportList(FileList(), asPath(scratch.path(QStringLiteral("gone/e.txt")))));
     EXPECT_FALSE(exportList(FileList(), asPath(scratch.path())));
     EXPECT_TRUE(QFileInfo(scratch.path()).isDir());
-}
-
-TEST(FileListExport, ProposesANameWithTheTime)
-{
-    const QLocale before;
-    QLocale::setDefault(QLocale(QLocale::English));
-    EXPECT_EQ(exportFileName(FakeClock()), QStringLiteral("Export 16-Nov-2026 02-05-09 PM.txt"));
-    QLocale::setDefault(before);
 }
 
 } // namespace

@@ -34,9 +34,4 @@ inline QStringList namesOf(const FileList& files)
     return names;
 }
 
-inline QStringList words(const char* text)
-{
-    return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
-}
-
 } // namespace quillfern

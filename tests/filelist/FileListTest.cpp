@@ -12,18 +12,6 @@
 namespace quillfern {
 namespace {
 
-TEST(FileList, RefusesEqualItemsHoweverTheyCome)
-{
-    FileList files;
-    EXPECT_EQ(files.append(itemsNamed(words("a.pdf b.pdf a.pdf"))), 2);
-    EXPECT_EQ(files.append(itemsNamed(words("b.pdf A.pdf"))), 1) << "names differ by case";
-    EXPECT_EQ(namesOf(files), words("a.pdf b.pdf A.pdf"));
-    files.remove({0});
-    EXPECT_EQ(files.append(itemsNamed(words("a.pdf"))), 1) << "what was removed may come again";
-    files.clear();
-    EXPECT_EQ(files.append(itemsNamed(words("a.pdf"))), 1);
-}
-
 TEST(FileList, SortsAsPeopleDo)
 {
     const std::vector<std::pair<const char*, const char*>> cases = {

@@ -50,13 +50,18 @@ TEST(PageCountTest, TheContentDecidesUnderAnyName)
             .pages,
         2);
     const QString picture = scratch.path(QStringLiteral("picture.pdf"));
-    ASSERT_TRUE(QImage(20, 10, QImage::Format_RGB32).save(picture, "png"));
-    EXPECT_EQ(countPages(asPath(picture)).pages, 1);
-    const QString fax =
-        qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/samples/letter-fax.tif");
-    const QString named = scratch.write(QStringLiteral("fax.pdf"), readFile(fax));
-    EXPECT_EQ(countPages(asPath(named)).pages, 3);
-    EXPECT_EQ(countPages(asPath(named)).compression, 4);
+    for (const char* format : {"png", "bmp", "jpg"}) {
+        ASSERT_TRUE(QImage(20, 10, QImage::Format_RGB32).save(picture, format));
+        EXPECT_EQ(countPages(asPath(picture)).pages, 1) << format;
+    }
+    const QString samples = qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/samples/");
+    for (const auto& [sample, pages, compression] :
+         {std::tuple("letter-fax.tif", 3, 4), {"photos.tif", 2, 5}, {"animation.gif", 3, 1}}) {
+        const QByteArray bytes = readFile(samples + QString::fromLatin1(sample));
+        const QString named = scratch.write(QStringLiteral("named.pdf"), bytes);
+        EXPECT_EQ(countPages(asPath(named)).pages, pages) << sample;
+        EXPECT_EQ(countPages(asPath(named)).compression, compression) << sample;
+    }
 }
 
 TEST(PageCountTest, WhatIsNoDocumentHasNoPages)

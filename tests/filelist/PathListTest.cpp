@@ -74,58 +74,5 @@ TEST(PathList, AFileThatCannotBeReadIsNoText)
     EXPECT_FALSE(parser.parseFile(asPath(huge)));
 }
 
-TEST(PathListImport, SaysWhatIsMissing)
-{
-    using Focus = PathListImport::Problem::Focus;
-    const Scratch scratch;
-    const QString good = scratch.write(QStringLiteral("good.txt"), "/a.pdf\n");
-    const QString empty = scratch.write(QStringLiteral("empty.txt"), "");
-    struct Case
-    {
-        int method;
-        QString file;
-        QString text;
-        const char* message;
-        Focus focus;
-        qsizetype found;
-    };
-    const char* const none = "No File(s) Found!";
-    for (const Case& c : {Case{0, {}, {}, "Please select file to import!", Focus::Browse, 0},
-                          Case{1, {}, {}, "Please paste file(s) path to import!", Focus::Text, 0},
-                          Case{0, empty, {}, none, Focus::Nowhere, 0},
-                          Case{1, {}, QStringLiteral("/a.doc"), none, Focus::Nowhere, 0},
-                          Case{0, good, {}, nullptr, Focus::Nowhere, 1},
-                          Case{1, {}, QStringLiteral("/a.pdf\n/b.gif"), nullptr, Focus::Nowhere, 2}}) {
-        PathListImport import(allTypes());
-        import.importMethodChanged(c.method);
-        import.setImportFile(c.file);
-        import.setImportText(c.text);
-        const auto problem = import.importAction();
-        ASSERT_EQ(problem.has_value(), c.message != nullptr);
-        if (problem) {
-            EXPECT_EQ(problem->message, QString::fromLatin1(c.message));
-            EXPECT_EQ(problem->focus, c.focus);
-        }
-        EXPECT_EQ(import.files().size(), c.found);
-    }
-}
-
-TEST(PathListImport, PastingShowsTheFilesFoundAndImportReadsThemAgain)
-{
-    PathListImport import(allTypes());
-    import.importMethodChanged(PathListImport::FromText);
-    import.pasteText(QStringLiteral("/x\n\n/b.pdf\n/a.doc\n/a.pdf\n/b.pdf\n"));
-    EXPECT_EQ(import.importText(), QStringLiteral("/b.pdf\n/a.pdf"));
-    EXPECT_EQ(import.totalFilesFound(), QStringLiteral("Total Files Found : 2"));
-    import.pasteText(QString());
-    EXPECT_EQ(import.importText(), QStringLiteral("/b.pdf\n/a.pdf")) << "an empty clipboard changes nothing";
-    import.setImportText(QStringLiteral("/a.pdf"));
-    EXPECT_FALSE(import.importAction().has_value());
-    EXPECT_EQ(pathsOf(import.files()), QList<QByteArray>{"/a.pdf"});
-    import.resetView();
-    EXPECT_TRUE(import.files().isEmpty() && import.importText().isEmpty());
-    EXPECT_EQ(import.method(), PathListImport::FromText);
-}
-
 } // namespace
 } // namespace quillfern

@@ -39,57 +39,6 @@ TEST(InputGathering, FollowsTheCommandLine)
     EXPECT_EQ(files.totals(), (FileTotals{5, 8, 0, 0}));
 }
 
-TEST(InputGathering, RefusesWhatCannotBeMeant)
-{
-    const Scratch scratch;
-    const QString text = scratch.write(QStringLiteral("notes.txt"), "nothing here\n");
-    struct Case
-    {
-        QStringList inputs;
-        QStringList lists;
-        const char* word;
-    };
-    for (const Case& c : {Case{{scratch.path(QStringLiteral("gone.pdf"))}, {}, "there is no file or folder"},
-                          Case{{text}, {}, "is not a PDF"},
-                          Case{{}, {scratch.path(QStringLiteral("gone.txt"))}, "cannot be read"},
-                          Case{{}, {text}, "names no PDF"}}) {
-        RunnerOptions options;
-        options.inputs = c.inputs;
-        options.lists = c.lists;
-        try {
-            static_cast<void>(requestsFor(options));
-            ADD_FAILURE() << c.word;
-        } catch (const WrongUse& wrongUse) {
-            EXPECT_TRUE(wrongUse.reason().contains(QLatin1String(c.word))) << wrongUse.what();
-        }
-    }
-}
-
-TEST(RunnerLists, ListsWithoutStampingAndStampsNamesOfAnyBytes)
-{
-    const Scratch scratch;
-    const QString program = qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run");
-    store::AtomicFile::writeWhole(asPath(scratch.path() + u'/' + pathText("in\xE9.pdf")), numberedPdf(3));
-    const QString list = scratch.path(QStringLiteral("list.txt"));
-    ToolResult result = runTool(program, {QStringLiteral("--export"), list, scratch.path()});
-    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
-    EXPECT_TRUE(readFile(list).contains("\nin\xEF\xBF\xBD.pdf\t3\t4 KB\tpdf\t"))
-        << readFile(list).toStdString();
-    EXPECT_TRUE(result.out.contains("1 Total file(s); Total page count of PDF files: 3  TIFF files: 0"));
-
-    // The shell passes the bytes of the name to the program unchanged.
-    scratch.write(QStringLiteral("out/keep"), "");
-    result =
-        runTool(QStringLiteral("sh"), {QStringLiteral("-c"),
-                                       QStringLiteral("cd \"$1\" && HOME=\"$1\" XDG_DATA_HOME=\"$1/data\" "
-                                                      "\"$2\" --text '{0}' --output out in*.pdf && "
-                                                      "cat out/in*.pdf > out/copy"),
-                                       QStringLiteral("sh"), scratch.path(), program});
-    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
-    EXPECT_FALSE(readFile(scratch.path(QStringLiteral("out/copy"))).isEmpty());
-    EXPECT_TRUE(qpdfAccepts(scratch.path(QStringLiteral("out/copy"))));
-}
-
 class RunnerNames : public testing::Test
 {
   protected:
@@ -131,40 +80,6 @@ TEST_F(RunnerNames, OfAnyBytesAreKeptInEveryPlace)
     // In place, with a backup beside it.
     result = shell("$run --output in$e --backup --text x in$e/a$e.pdf; cmp a.pdf in$e/a$e.pdf.bak");
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
-}
-
-TEST_F(RunnerNames, OneFileIsOneItemHoweverItIsSpelt)
-{
-    scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(1));
-    scratch.write(QStringLiteral("in/b.pdf"), numberedPdf(1));
-    for (const char* inputs :
-         {"in/a.pdf ./in/./a.pdf in//a.pdf in/b.pdf", "in/a.pdf in/. in/../in/", "$PWD/in/./a.pdf in//",
-          "--list l.txt in/../in/a.pdf", "--list l.txt", "gone/../in/a.pdf in/b.pdf"}) {
-        const ToolResult result =
-            shell((QByteArray("rm -rf out; mkdir out; printf '%s\\n' in/./a.pdf in//a.pdf $PWD/in/a.pdf "
-                              "$PWD/./in/b.pdf > l.txt\n"
-                              "$run --output ./out/../out/ --continuous --text 'No {0}/{1}' ") +
-                   inputs)
-                      .constData());
-        EXPECT_EQ(result.exitCode, 0) << inputs << ": " << result.err.toStdString();
-        EXPECT_EQ(result.out.count("Completed"), 2) << inputs << ": " << result.out.toStdString();
-        EXPECT_TRUE(result.out.contains(scratch.path(QStringLiteral("out/a.pdf")).toUtf8() + '\n'))
-            << inputs << ": " << result.out.toStdString();
-        EXPECT_TRUE(pdfText(scratch.path(QStringLiteral("out/a.pdf")), 1).contains(QStringLiteral("No 1/2")))
-            << inputs;
-        EXPECT_TRUE(pdfText(scratch.path(QStringLiteral("out/b.pdf")), 1).contains(QStringLiteral("No 2/2")))
-            << inputs;
-    }
-}
-
-TEST_F(RunnerNames, TheParentOfALinkedFolderIsTheOneItIsIn)
-{
-    scratch.write(QStringLiteral("a.pdf"), numberedPdf(1));
-    scratch.write(QStringLiteral("far/a.pdf"), numberedPdf(3));
-    const ToolResult result = shell("mkdir far/sub out; ln -s far/sub link\n"
-                                    "$run --output out --text x link/../a.pdf");
-    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
-    EXPECT_TRUE(result.out.contains("3 pages")) << result.out.toStdString();
 }
 
 } // namespace

@@ -42,11 +42,10 @@ class ProfileOptions : public testing::Test
         return settings;
     }
 
-    QStringList words(const char* text)
+    /// The words of a command line, with the scratch folder for each DIR.
+    QStringList line(const char* text) const
     {
-        return QString::fromUtf8(text)
-            .replace(QStringLiteral("DIR"), scratch.path())
-            .split(u' ', Qt::SkipEmptyParts);
+        return words(text).replaceInStrings(QStringLiteral("DIR"), scratch.path());
     }
 
     /// A profile with every option that the runner can override.
@@ -54,7 +53,7 @@ class ProfileOptions : public testing::Test
     {
         const QString path = scratch.path(QStringLiteral("p.qfprofile"));
         EXPECT_EQ(
-            run(words(
+            run(line(
                 "--text Saved{0} --bold --start-page 2 --end-page 9 --start-number 5 --step 3 --pages odd "
                 "--continuous --margins 10,10,10,10mm --backup --save-profile DIR/p.qfprofile")),
             Runner::AllCreated)
@@ -73,7 +72,7 @@ class ProfileOptions : public testing::Test
 TEST_F(ProfileOptions, WhatIsSavedIsWhatIsRead)
 {
     saved();
-    const Settings settings = parsed(words("--profile DIR/p.qfprofile"));
+    const Settings settings = parsed(line("--profile DIR/p.qfprofile"));
     const Numbering& number = *settings.number;
     EXPECT_EQ(number.startPage(), 2);
     EXPECT_EQ(number.endPage(), 9);
@@ -92,8 +91,8 @@ TEST_F(ProfileOptions, OptionsAfterAProfileOverrideIt)
 {
     saved();
     const Settings settings =
-        parsed(words("--profile DIR/p.qfprofile --start-page 1 --pages all --no-continuous --no-backup "
-                     "--margins 1,2,3,4pt --text More --opacity 50"));
+        parsed(line("--profile DIR/p.qfprofile --start-page 1 --pages all --no-continuous --no-backup "
+                    "--margins 1,2,3,4pt --text More --opacity 50"));
     const Numbering& number = *settings.number;
     EXPECT_EQ(number.startPage(), 1);
     EXPECT_EQ(number.pageRange(), PageRange::AllPages);
@@ -114,7 +113,7 @@ TEST_F(ProfileOptions, GivenMarginsAreLengthsWhateverTheProfileHad)
     percent.setIsMarginInPercentage(true);
     percent.setMarginLeft(50);
     ASSERT_TRUE(percent.save(asPath(scratch.path(QStringLiteral("percent")))));
-    const Settings settings = parsed(words("--profile DIR/percent --text A --margins 36,36,36,36pt"));
+    const Settings settings = parsed(line("--profile DIR/percent --text A --margins 36,36,36,36pt"));
     EXPECT_EQ(marginRect(settings.number->fields(), {612, 792}), QRectF(36, 36, 540, 720));
 }
 
@@ -144,7 +143,7 @@ TEST_F(ProfileOptions, CommandLinesThatCannotBeFollowed)
         {"--text A --preview DIR/x.png DIR/missing.pdf", "there is no file"},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(run(words(c.arguments)), Runner::CommandNotFollowed) << c.arguments;
+        EXPECT_EQ(run(line(c.arguments)), Runner::CommandNotFollowed) << c.arguments;
         EXPECT_THAT(printed.toStdString(), HasSubstr(c.message)) << c.arguments;
     }
     EXPECT_FALSE(QFileInfo::exists(scratch.path(QStringLiteral("x.png"))));
@@ -155,14 +154,14 @@ TEST_F(ProfileOptions, AJobRunsFromAProfileAndCanSaveItsOwn)
     saved();
     scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(3));
     scratch.write(QStringLiteral("out/keep"), "");
-    ASSERT_EQ(run(words("--profile DIR/p.qfprofile --pages all --start-page 1 --text And{1} --save-profile "
-                        "DIR/q --output "
-                        "DIR/out DIR/in/a.pdf")),
+    ASSERT_EQ(run(line("--profile DIR/p.qfprofile --pages all --start-page 1 --text And{1} --save-profile "
+                       "DIR/q --output "
+                       "DIR/out DIR/in/a.pdf")),
               Runner::AllCreated)
         << printed.toStdString();
     const QString text = pdfText(scratch.path(QStringLiteral("out/a.pdf")), 2);
     EXPECT_THAT(text.toStdString(), HasSubstr("Saved8"));
-    EXPECT_EQ(parsed(words("--profile DIR/q")).number->stamps.size(), 2U);
+    EXPECT_EQ(parsed(line("--profile DIR/q")).number->stamps.size(), 2U);
 }
 
 TEST_F(ProfileOptions, PreviewsAreDrawnAndNothingIsStamped)
@@ -184,7 +183,7 @@ TEST_F(ProfileOptions, PreviewsAreDrawnAndNothingIsStamped)
         {"--preview DIR/p.png DIR/locked.pdf", {600, 850}, Qt::white, true},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(run(words("--text Number --font-size 40") + words(c.arguments)), Runner::AllCreated)
+        EXPECT_EQ(run(line("--text Number --font-size 40") + line(c.arguments)), Runner::AllCreated)
             << printed.toStdString();
         EXPECT_EQ(printed.contains(QStringLiteral("cannot be shown")), c.isToldOf) << printed.toStdString();
         const QImage image(scratch.path(QStringLiteral("p.png")));
@@ -196,8 +195,8 @@ TEST_F(ProfileOptions, PreviewsAreDrawnAndNothingIsStamped)
                 dark += image.pixelColor(x, y).value() < 100 ? 1 : 0;
         EXPECT_GT(dark, 150) << c.arguments << ": no stamp is seen";
     }
-    EXPECT_EQ(run(words("--text A --preview DIR/no/such/folder.png")), Runner::SomeNotCreated);
-    EXPECT_EQ(run(words("--text A --save-profile DIR/no/such/p")), Runner::SomeNotCreated);
+    EXPECT_EQ(run(line("--text A --preview DIR/no/such/folder.png")), Runner::SomeNotCreated);
+    EXPECT_EQ(run(line("--text A --save-profile DIR/no/such/p")), Runner::SomeNotCreated);
     EXPECT_TRUE(desktop.opened.isEmpty());
 }
 

@@ -30,6 +30,11 @@ class RunnerProgram : public testing::Test
         return runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
                        arguments);
     }
+    /// The words of a command line, with the scratch folder for each DIR.
+    QStringList line(const char* text) const
+    {
+        return words(text).replaceInStrings(QStringLiteral("DIR"), scratch.path());
+    }
     QString out(const QString& name = {}) const { return scratch.path(QStringLiteral("out/") + name); }
 
     Scratch scratch;
@@ -42,13 +47,11 @@ TEST_F(RunnerProgram, StampsAFolderAndTellsWhatItDid)
     scratch.write(QStringLiteral("in/deep/c.pdf"), numberedPdf(1));
     scratch.write(QStringLiteral("in/note.txt"), "x");
     const ToolResult result =
-        run({QStringLiteral("--output"), out(), QStringLiteral("--continuous"),
-             QStringLiteral("--subfolders"), QStringLiteral("--text"), QStringLiteral("Nr {0}/{1}"),
-             QStringLiteral("--padding"), QStringLiteral("3"), scratch.path(QStringLiteral("in"))});
+        run(line("--output DIR/out --continuous --subfolders --text Nr{0}/{1} --padding 3 DIR/in"));
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
     EXPECT_TRUE(result.err.isEmpty()) << result.err.toStdString();
-    EXPECT_TRUE(pdfText(out(QStringLiteral("b10.pdf")), 3).contains(QStringLiteral("Nr 005/006")));
-    EXPECT_TRUE(pdfText(out(QStringLiteral("c.pdf")), 1).contains(QStringLiteral("Nr 006/006")));
+    EXPECT_TRUE(pdfText(out(QStringLiteral("b10.pdf")), 3).contains(QStringLiteral("Nr005/006")));
+    EXPECT_TRUE(pdfText(out(QStringLiteral("c.pdf")), 1).contains(QStringLiteral("Nr006/006")));
     const QList<QByteArray> lines = result.out.trimmed().split('\n');
     EXPECT_TRUE(lines[0].startsWith("Completed") && lines[0].contains("2 pages") &&
                 lines[0].contains(out(QStringLiteral("b2.pdf")).toUtf8()));
@@ -62,12 +65,7 @@ TEST_F(RunnerProgram, SaysWhenNotAllWasCreated)
 {
     scratch.write(QStringLiteral("good.pdf"), numberedPdf(1));
     scratch.write(QStringLiteral("bad.pdf"), "bad");
-    const QStringList arguments = {QStringLiteral("--output"),
-                                   out(),
-                                   QStringLiteral("--text"),
-                                   QStringLiteral("{0}"),
-                                   scratch.path(QStringLiteral("good.pdf")),
-                                   scratch.path(QStringLiteral("bad.pdf"))};
+    const QStringList arguments = line("--output DIR/out --text {0} DIR/good.pdf DIR/bad.pdf");
     ToolResult result = run(arguments);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.out.contains("No Pages") &&
@@ -80,37 +78,33 @@ TEST_F(RunnerProgram, SaysWhenNotAllWasCreated)
 
 TEST_F(RunnerProgram, RefusesWrongUseWithAWordAndWritesNothing)
 {
-    const QString good = scratch.write(QStringLiteral("good.pdf"), numberedPdf(1));
-    const QString text = scratch.write(QStringLiteral("note.txt"), "x");
-    const QString t = QStringLiteral("--text");
-    const QString o = QStringLiteral("--output");
-    const QString n = QStringLiteral("{0}");
-    const auto with = [&](const QStringList& extra) {
-        return QStringList{o, out(), t, n} + extra + QStringList{good};
-    };
-    const std::vector<std::pair<QStringList, const char*>> cases = {
-        {{}, "no files or folders"},
-        {{t, n, good}, "no output folder"},
-        {{o, out(), good}, "no stamp"},
-        {{o, out(), t, n}, "no files or folders"},
-        {{o, out(QStringLiteral("gone")), t, n, good}, "Output folder missing!"},
-        {{o, out(), t, n, scratch.path(QStringLiteral("gone.pdf"))}, "no file or folder"},
-        {{o, out(), t, n, text}, "not a PDF"},
-        {{o, out(), t, n, out()}, "hold no files"},
-        {{o, out(), QStringLiteral("--bold"), t, n, good}, "begin one with --text"},
-        {with({QStringLiteral("--anchor"), QStringLiteral("Nowhere")}), "--anchor takes one of TopLeft"},
-        {with({QStringLiteral("--font-size"), QStringLiteral("big")}), "--font-size takes a number"},
-        {with({QStringLiteral("--font-size"), QStringLiteral("nan")}), "--font-size takes a number"},
-        {with({QStringLiteral("--opacity"), QStringLiteral("101")}), "from 0 to 100"},
-        {with({QStringLiteral("--color"), QStringLiteral("red")}), "#RRGGBB"},
-        {with({QStringLiteral("--start-page"), QStringLiteral("0")}), "--start-page takes a whole number"},
-        {with({QStringLiteral("--margins"), QStringLiteral("1,2,3")}), "four lengths"},
-        {with({QStringLiteral("--margins"), QStringLiteral("1,2,3,4furlong")}), "pt, mm or in"},
-        {with({QStringLiteral("--pages"), QStringLiteral("prime")}), "one of all, odd, even"},
-        {with({QStringLiteral("--frobnicate")}), "frobnicate"},
+    scratch.write(QStringLiteral("good.pdf"), numberedPdf(1));
+    scratch.write(QStringLiteral("note.txt"), "x");
+    const std::vector<std::pair<const char*, const char*>> cases = {
+        {"", "no files or folders"},
+        {"--text {0} DIR/good.pdf", "no output folder"},
+        {"--output DIR/out DIR/good.pdf", "no stamp"},
+        {"--output DIR/out --text {0}", "no files or folders"},
+        {"--output DIR/out/gone --text {0} DIR/good.pdf", "Output folder missing!"},
+        {"--output DIR/out --text {0} DIR/gone.pdf", "no file or folder"},
+        {"--output DIR/out --text {0} DIR/note.txt", "not a PDF"},
+        {"--output DIR/out --text {0} DIR/out", "hold no files"},
+        {"--output DIR/out --text {0} --list DIR/gone.txt", "cannot be read"},
+        {"--output DIR/out --text {0} --list DIR/note.txt", "names no PDF"},
+        {"--output DIR/out --bold --text {0} DIR/good.pdf", "begin one with --text"},
+        {"--output DIR/out --text {0} --anchor Nowhere DIR/good.pdf", "--anchor takes one of TopLeft"},
+        {"--output DIR/out --text {0} --font-size big DIR/good.pdf", "--font-size takes a number"},
+        {"--output DIR/out --text {0} --font-size nan DIR/good.pdf", "--font-size takes a number"},
+        {"--output DIR/out --text {0} --opacity 101 DIR/good.pdf", "from 0 to 100"},
+        {"--output DIR/out --text {0} --color red DIR/good.pdf", "#RRGGBB"},
+        {"--output DIR/out --text {0} --start-page 0 DIR/good.pdf", "--start-page takes a whole number"},
+        {"--output DIR/out --text {0} --margins 1,2,3 DIR/good.pdf", "four lengths"},
+        {"--output DIR/out --text {0} --margins 1,2,3,4furlong DIR/good.pdf", "pt, mm or in"},
+        {"--output DIR/out --text {0} --pages prime DIR/good.pdf", "one of all, odd, even"},
+        {"--output DIR/out --text {0} --frobnicate DIR/good.pdf", "frobnicate"},
     };
     for (const auto& [arguments, reason] : cases) {
-        const ToolResult result = run(arguments);
+        const ToolResult result = run(line(arguments));
         EXPECT_EQ(result.exitCode, 2) << reason;
         EXPECT_TRUE(result.err.contains(reason)) << reason << " but said " << result.err.toStdString();
         EXPECT_TRUE(result.out.isEmpty()) << reason;
@@ -121,8 +115,7 @@ TEST_F(RunnerProgram, RefusesWrongUseWithAWordAndWritesNothing)
 
 TEST_F(RunnerProgram, StopsCleanlyWhenInterrupted)
 {
-    QStringList arguments = {QStringLiteral("--output"), out(), QStringLiteral("--text"),
-                             QStringLiteral("{0}")};
+    QStringList arguments = line("--output DIR/out --text {0}");
     const QByteArray large = numberedPdf(800);
     for (int i = 0; i < 40; ++i)
         arguments.append(scratch.write(QStringLiteral("in/f%1.pdf").arg(i), large));
@@ -146,8 +139,7 @@ TEST_F(RunnerProgram, StopsCleanlyWhenInterrupted)
 
 TEST_F(RunnerProgram, AKilledRunLeavesSourcesAndNoHalfFile)
 {
-    QStringList arguments = {QStringLiteral("--output"), scratch.path(QStringLiteral("in")),
-                             QStringLiteral("--text"), QStringLiteral("{0}")};
+    QStringList arguments = line("--output DIR/in --text {0}");
     const QByteArray large = numberedPdf(800);
     for (int i = 0; i < 40; ++i)
         arguments.append(scratch.write(QStringLiteral("in/f%1.pdf").arg(i), large));
@@ -166,28 +158,11 @@ TEST_F(RunnerProgram, AKilledRunLeavesSourcesAndNoHalfFile)
 TEST(RunnerOptionsTest, OptionsDescribeTheStampLastBegun)
 {
     Settings settings;
-    const RunnerOptions options = parseRunnerOptions({QStringLiteral("quillfern-run"),
-                                                      QStringLiteral("--text=A {0}"),
-                                                      QStringLiteral("--bold"),
-                                                      QStringLiteral("--rotation"),
-                                                      QStringLiteral("-45"),
-                                                      QStringLiteral("a.pdf"),
-                                                      QStringLiteral("--text"),
-                                                      QStringLiteral("B"),
-                                                      QStringLiteral("--anchor"),
-                                                      QStringLiteral("topright"),
-                                                      QStringLiteral("--color"),
-                                                      QStringLiteral("#0a0B0c"),
-                                                      QStringLiteral("--output"),
-                                                      QStringLiteral("o"),
-                                                      QStringLiteral("--number-type"),
-                                                      QStringLiteral("roman-small"),
-                                                      QStringLiteral("--under"),
-                                                      QStringLiteral("--margins"),
-                                                      QStringLiteral("1,2.5,3mm,4in"),
-                                                      QStringLiteral("--step"),
-                                                      QStringLiteral("-2")},
-                                                     settings);
+    const QStringList arguments =
+        QStringList{QStringLiteral("quillfern-run"), QStringLiteral("--text=A {0}")} +
+        words("--bold --rotation -45 a.pdf --text B --anchor topright --color #0a0B0c --output o "
+              "--number-type roman-small --under --margins 1,2.5,3mm,4in --step -2");
+    const RunnerOptions options = parseRunnerOptions(arguments, settings);
     EXPECT_EQ(options.inputs, QStringList{QStringLiteral("a.pdf")});
     ASSERT_EQ(settings.number->stamps.size(), 2U);
     const auto& first = static_cast<const TextStamp&>(*settings.number->stamps[0]);

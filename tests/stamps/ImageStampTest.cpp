@@ -211,15 +211,5 @@ TEST_F(ImageStampTest, BytesThatAreNoPictureLoadAndDrawNothing)
     EXPECT_EQ(forgetful.stampImageWidth, 40);
 }
 
-TEST_F(ImageStampTest, Descriptions)
-{
-    ImageStamp stamp;
-    EXPECT_EQ(stamp.description(), QStringLiteral("Image []"));
-    stamp.stampImagePath = QStringLiteral("/x/y/seal.png");
-    EXPECT_EQ(stamp.description(), QStringLiteral("Image [seal]"));
-    stamp.setLabel(QStringLiteral("our seal"));
-    EXPECT_EQ(stamp.description(), QStringLiteral("Image [our seal]"));
-}
-
 } // namespace
 } // namespace quillfern

@@ -81,21 +81,11 @@ TEST(TextStampRecord, MissingKeysGiveNothingRatherThanDefaults)
     EXPECT_EQ(stamp.outlineColor, QColor(Qt::black));
 }
 
-TEST(TextStampText, DescribesItself)
-{
-    TextStamp stamp;
-    EXPECT_EQ(stamp.description(), QStringLiteral("Numbers [{0} of {1}]"));
-    stamp.number.numberType = NumberType{9};
-    stamp.number.numberFormat.reset();
-    EXPECT_EQ(stamp.description(), QStringLiteral(" []"));
-}
-
 /// Pixels of an image that are not white, and their bounding box.
 struct Ink
 {
     QRect box;
     int count = 0;
-    int red = 0;
 };
 
 Ink inkOf(const QImage& image)
@@ -107,7 +97,6 @@ Ink inkOf(const QImage& image)
             if (qRed(p) > 250 && qGreen(p) > 250 && qBlue(p) > 250) continue;
             ink.box |= QRect(x, y, 1, 1);
             ++ink.count;
-            if (qRed(p) > qGreen(p) + 60) ++ink.red;
         }
     return ink;
 }
@@ -115,12 +104,12 @@ Ink inkOf(const QImage& image)
 class Drawing : public testing::Test
 {
   protected:
-    QImage drawn(std::int32_t highlight = -1, bool preview = false)
+    QImage drawn()
     {
         QImage image(400, 300, QImage::Format_RGB32);
         image.fill(Qt::white);
         const StampValues values = valuesOf(stamps);
-        PageCompositor(values, shaper).drawOnImage(image, area, run, 10, highlight, preview);
+        PageCompositor(values, shaper).drawOnImage(image, area, run, 10, -1, false);
         return image;
     }
     TextStamp& add(const QString& text, MarginAnchor anchor)
@@ -139,21 +128,6 @@ class Drawing : public testing::Test
     drawing::TextShaper shaper;
     QRectF area{40, 30, 320, 240};
 };
-
-TEST_F(Drawing, StaysInsideTheAreaAtEveryAnchor)
-{
-    for (int anchor = 1; anchor <= 9; ++anchor) {
-        stamps.clear();
-        add(QStringLiteral("Hxg {0}/{1}"), MarginAnchor{anchor});
-        const Ink ink = inkOf(drawn());
-        EXPECT_GT(ink.count, 100) << anchor;
-        EXPECT_TRUE(area.adjusted(-1, -1, 1, 1).contains(QRectF(ink.box))) << anchor;
-        const int column = (anchor - 1) % 3;
-        const int row = (anchor - 1) / 3;
-        EXPECT_EQ(static_cast<int>(ink.box.center().x() / (400.0 / 3)), column) << anchor;
-        EXPECT_EQ(static_cast<int>(ink.box.center().y() / 100.0), row) << anchor;
-    }
-}
 
 TEST_F(Drawing, OpacityOutlineAndLines)
 {
@@ -191,42 +165,6 @@ TEST_F(Drawing, RotationTurnsCounterClockwise)
     const Ink left = inkOf(image.copy(ink.box.left(), 0, ink.box.width() / 4, 300));
     const Ink right = inkOf(image.copy(ink.box.right() - ink.box.width() / 4, 0, ink.box.width() / 4, 300));
     EXPECT_GT(left.box.center().y(), right.box.center().y() + 10);
-}
-
-TEST_F(Drawing, HighlightsByTheIndexThatCountsEveryStamp)
-{
-    add(QStringLiteral("one"), MarginAnchor::TopLeft);
-    add(QStringLiteral("two"), MarginAnchor::MiddleMiddle).setIsSelected(false);
-    add(QStringLiteral("three"), MarginAnchor::BottomRight)
-        .setIsDrawUnderPDFContent(true); // no matter on an image
-    EXPECT_EQ(inkOf(drawn(-1)).red, 0);
-    EXPECT_EQ(inkOf(drawn(1)).red, 0) << "the disabled one";
-    const QImage image = drawn(2);
-    EXPECT_GT(inkOf(image).red, 200);
-    EXPECT_EQ(inkOf(image.copy(0, 0, 200, 150)).red, 0) << "only the third is marked";
-}
-
-TEST_F(Drawing, APreviewShadesTheMarginsAndOutlinesTheArea)
-{
-    const QImage image = drawn(-1, true);
-    EXPECT_NEAR(qGray(image.pixel(10, 150)), 127, 2);
-    EXPECT_NEAR(qGray(image.pixel(200, 10)), 127, 2);
-    EXPECT_NEAR(qGray(image.pixel(390, 150)), 127, 2);
-    EXPECT_NEAR(qGray(image.pixel(200, 290)), 127, 2);
-    EXPECT_EQ(qGray(image.pixel(200, 150)), 255);
-    int dark = 0;
-    for (int x = 40; x < 360; ++x)
-        if (qGray(image.pixel(x, 31)) < 60) ++dark;
-    EXPECT_NEAR(dark, 160, 12) << "half of a dashed line";
-}
-
-TEST_F(Drawing, SymmetricStampsChangeSidesFromPageToPage)
-{
-    TextStamp& stamp = add(QStringLiteral("page"), MarginAnchor::BottomLeft);
-    stamp.setIsSymmetry(true);
-    EXPECT_LT(inkOf(drawn()).box.right(), 200);
-    EXPECT_GT(inkOf(drawn()).box.left(), 200);
-    EXPECT_LT(inkOf(drawn()).box.right(), 200);
 }
 
 } // namespace

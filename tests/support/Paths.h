@@ -28,6 +28,12 @@ namespace quillfern {
     return texts;
 }
 
+/// The words of a text.
+[[nodiscard]] inline QStringList words(const char* text)
+{
+    return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
+}
+
 /// Prints the path in messages of failed tests.
 inline void PrintTo(const FilePath& path, std::ostream* stream)
 {

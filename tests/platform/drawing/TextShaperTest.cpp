@@ -59,15 +59,6 @@ TEST(TextShaperTest, MeasuresInEms)
     EXPECT_EQ(text->runs[0].glyphs[9].text, QStringLiteral("9"));
 }
 
-TEST(TextShaperTest, LinesAreCentredOnEachOther)
-{
-    TextShaper shaper;
-    const auto text = shaper.shape(QStringLiteral("wide wide wide\ni"), sans);
-    ASSERT_EQ(text->lines.size(), 2U);
-    EXPECT_NEAR(text->lines[1].x + text->lines[1].width / 2, text->width / 2, 1e-6);
-    EXPECT_GT(text->lines[1].baseline, text->lines[0].baseline + 1);
-}
-
 TEST(TextShaperTest, ClustersCarryTheirCharacters)
 {
     TextShaper shaper;

@@ -288,19 +288,6 @@ TEST(PageImageCache, AsksAgainOnlyForWhatItDoesNotHave)
     EXPECT_EQ(pages.count, 8);
 }
 
-TEST(PageImageCache, DrawingOnAPageLeavesTheCachedOneAlone)
-{
-    const Scratch scratch;
-    const PageImageRequest request{asPath(scratch.write(QStringLiteral("a.pdf"), "one")), 0, {600, 850}, 1};
-    CountedPages pages;
-    PageImageCache cache(pages);
-    auto page = cache.page(request);
-    ASSERT_TRUE(page);
-    const QRgb before = page->image.pixel(5, 5);
-    page->image.fill(Qt::red);
-    EXPECT_EQ(cache.page(request)->image.pixel(5, 5), before);
-}
-
 TEST(PageImageCache, KeepsWithinItsMemory)
 {
     const Scratch scratch;

@@ -89,31 +89,6 @@ using Scans = testing::Types<PortableByteScan>;
 #endif
 TYPED_TEST_SUITE(ByteScanTest, Scans);
 
-TYPED_TEST(ByteScanTest, FindsALoneByteWhereverItStands)
-{
-    for (std::size_t length = 0; length <= longest; ++length) {
-        const std::string fill(length, '7');
-        const std::string text(length, 'x');
-        for (std::size_t alignment = 0; alignment < 16; ++alignment) {
-            ASSERT_NO_FATAL_FAILURE(expectRight<TypeParam>(fill, alignment));
-            ASSERT_NO_FATAL_FAILURE(expectRight<TypeParam>(text, alignment));
-        }
-        for (std::size_t at = 0; at < length; ++at)
-            for (const char mark : {'(', ')', '\\', '/', ':', '*', '\x80', '\xAB'}) {
-                std::string marked = fill;
-                marked[at] = mark;
-                ASSERT_NO_FATAL_FAILURE(expectRight<TypeParam>(marked, (length + at) % 16));
-            }
-    }
-}
-
-TYPED_TEST(ByteScanTest, KnowsEveryByte)
-{
-    for (int byte = 0; byte < 256; ++byte)
-        ASSERT_NO_FATAL_FAILURE(
-            expectRight<TypeParam>(std::string(ContentMasks::size, static_cast<char>(byte)), 1));
-}
-
 TYPED_TEST(ByteScanTest, ReadsRandomBytesAtEveryLengthAndAlignment)
 {
     std::mt19937 random(5);

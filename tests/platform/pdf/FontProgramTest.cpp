@@ -79,34 +79,6 @@ TEST(FontProgramTest, EmbedsWhatMayBeAndCanBeEmbedded)
     }
 }
 
-TEST(FontProgramTest, MeasuresInThousandthsOfAnEm)
-{
-    OpenTypePlan plan = boxes(false);
-    plan.unitsPerEm = 2000;
-    plan.longMetrics = 3;
-    const FontProgram program(face(plan));
-    ASSERT_TRUE(program.embeddable());
-    EXPECT_TRUE(program.isCff());
-    const FontMetrics& metrics = program.metrics();
-    EXPECT_EQ(std::vector<double>(metrics.boundingBox, metrics.boundingBox + 4),
-              (std::vector<double>{-10, -100, 500, 450}));
-    EXPECT_EQ(metrics.ascent, 400);
-    EXPECT_EQ(metrics.descent, -100);
-    EXPECT_EQ(metrics.capHeight, 325);
-    EXPECT_EQ(metrics.italicAngle, -11.5);
-    EXPECT_EQ(metrics.weight, 500);
-    EXPECT_EQ(program.advance(0), 150);
-    EXPECT_EQ(program.advance(2), 250);
-    EXPECT_EQ(program.advance(4), 250) << "glyphs beyond the list have the last advance";
-    EXPECT_EQ(program.advance(70'000), 250);
-
-    plan.tables = {{"OS/2", {}}, {"post", {}}};
-    const FontMetrics bare = FontProgram(face(plan)).metrics();
-    EXPECT_EQ(bare.capHeight, 320) << "estimated from the ascent";
-    EXPECT_EQ(bare.weight, 400);
-    EXPECT_EQ(bare.italicAngle, 0);
-}
-
 TEST(FontProgramTest, NamesTheFontWithoutWhatAPdfNameWouldEscape)
 {
     for (const auto& [given, expected] : {std::pair<QByteArray, QByteArray>{"Box-Regular2", "Box-Regular2"},
@@ -117,17 +89,6 @@ TEST(FontProgramTest, NamesTheFontWithoutWhatAPdfNameWouldEscape)
         plan.postScriptName = given;
         EXPECT_EQ(FontProgram(face(plan)).postScriptName(), expected) << given.toStdString();
     }
-}
-
-TEST(FontProgramTest, SelectsGlyphsByTheirCids)
-{
-    const FontProgram keyed(face(boxes(true)));
-    const FontProgram named(face(boxes(false)));
-    for (std::uint32_t glyph = 0; glyph < cids.size(); ++glyph) {
-        EXPECT_EQ(keyed.cid(glyph), cids[glyph]);
-        EXPECT_EQ(named.cid(glyph), glyph);
-    }
-    EXPECT_EQ(keyed.cid(static_cast<std::uint32_t>(cids.size())), 0) << "no glyph of the font";
 }
 
 TEST(FontProgramTest, ASubsetKeepsItsGlyphsWhereTheyAre)

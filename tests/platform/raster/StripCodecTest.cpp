@@ -259,16 +259,5 @@ TEST(JpegCodecTest, RoundTripIsThatOfTheWholePicture)
     }
 }
 
-TEST(JpegCodecTest, OneShadeAllOverIsUnchangedOnlyWhenGrey)
-{
-    // The shortcut for blocks of one shade of grey relies on this.
-    for (int value = 0; value < 256; ++value) {
-        const QByteArray grey(64 * 3, static_cast<char>(value));
-        ASSERT_EQ(plainRoundTrip(grey, 8, 8, 3), grey);
-        const QByteArray single(64, static_cast<char>(value));
-        ASSERT_EQ(plainRoundTrip(single, 8, 8, 1), single);
-    }
-}
-
 } // namespace
 } // namespace quillfern::raster

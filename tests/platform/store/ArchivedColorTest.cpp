@@ -39,14 +39,6 @@ TEST(ArchivedColor, GivesTheComponents)
                   "DUATePYMl2hA+AYY="),
          0.8193, 0.1084, 0.1415, 1},
         {"calibrated 2",
-         archived("BAtzdHJlYW10eXBlZIHoA4QBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmg7JNIT2DkvUjPoO+"
-                  "F0s+AYY="),
-         0.0394, 0.1601, 0.1983, 1},
-        {"calibrated 3",
-         archived("BAtzdHJlYW10eXBlZIHoA4QBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmg9lI5j6DIYkKP4PVjK"
-                  "U8AYY="),
-         0.4498, 0.5412, 0.0202, 1},
-        {"calibrated 4",
          archived("BAtzdHJlYW10eXBlZIHoA4QBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmg/"
                   "j3dz+DlZSUPoP5+Hg+AYY="),
          0.9686, 0.2902, 0.2431, 1},

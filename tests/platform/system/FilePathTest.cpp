@@ -6,7 +6,6 @@
 #include "platform/system/NativePath.h"
 #include "support/Tools.h"
 
-#include <QSet>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -60,23 +59,6 @@ TEST(FilePathTest, EveryNameComesBackByteForByte)
         EXPECT_EQ(FilePath::fromUrl(QUrl(url.toString(QUrl::FullyEncoded))), path) << shown;
         EXPECT_TRUE(path.readable().isValidUtf16()) << shown;
     }
-}
-
-TEST(FilePathTest, DifferentFilesAreDifferentEverywhere)
-{
-    QSet<FilePath> paths;
-    QSet<QString> texts;
-    QSet<QUrl> urls;
-    for (const QByteArray& bytes : oddPaths()) {
-        paths.insert(at(bytes));
-        texts.insert(at(bytes).text());
-        urls.insert(at(bytes).url());
-    }
-    const auto count = static_cast<qsizetype>(oddPaths().size());
-    EXPECT_EQ(paths.size(), count);
-    EXPECT_EQ(texts.size(), count);
-    EXPECT_EQ(urls.size(), count);
-    EXPECT_LT(at("/a"), at("/b"));
 }
 
 TEST(FilePathTest, OneFileHasOneSpelling)
