@@ -32,7 +32,7 @@ class StampingProcessors final : public DocumentProcessors
   private:
     // One shaper for the whole run: a template is laid out once, not once a document.
     drawing::TextShaper shaper_;
-    pdf::RewritingPdfWriter writer_;
+    pdf::AppendingPdfWriter writer_;
     PdfProcessor pdf_;
     TiffProcessor tiff_;
 };

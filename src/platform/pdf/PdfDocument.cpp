@@ -1,6 +1,7 @@
 #include "platform/pdf/PdfDocument.h"
 
 #include "platform/pdf/ContentScanner.h"
+#include "platform/pdf/DocumentChanges.h"
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/PdfCanvas.h"
 #include "platform/pdf/PdfMetadata.h"
@@ -15,6 +16,7 @@
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFExc.hh>
 #include <set>
+#include <unordered_map>
 
 namespace quillfern::pdf {
 
@@ -81,21 +83,27 @@ int correctCount(QPDFObjectHandle node, std::set<QPDFObjGen>& counted)
 class PdfDocument::Private
 {
   public:
-    explicit Private(const FilePath& path)
+    explicit Private(const FilePath& path) : source(std::make_shared<FileInput>(path))
     {
         qpdf.setSuppressWarnings(true);
-        qpdf.processInputSource(std::make_shared<FileInput>(path), "");
+        qpdf.processInputSource(source, "");
+        changes.emplace(qpdf);
         pages = qpdf.getAllPages();
-        if (!parentsLeadUp()) qpdf.pushInheritedAttributesToPage();
+        if (!parentsLeadUp()) {
+            changes->noteRebuilt();
+            qpdf.pushInheritedAttributesToPage();
+        }
         // Viewers rely on the count in the page tree, so a wrong one is corrected.
         QPDFObjectHandle root = qpdf.getRoot().getKey("/Pages");
         QPDFObjectHandle count = root.getKey("/Count");
         std::set<QPDFObjGen> counted;
-        if (!count.isInteger() || count.getIntValue() != static_cast<long long>(pages.size()))
+        if (!count.isInteger() || count.getIntValue() != static_cast<long long>(pages.size())) {
+            changes->noteRebuilt();
             correctCount(root, counted);
+        }
         if (pages.empty())
             throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no pages"));
-        metadata.emplace(qpdf);
+        metadata.emplace(qpdf, *changes);
         archivalPart = metadata->archivalPart();
         resources.emplace(qpdf, archivalPart > 0 && !metadata->hasRgbOutputIntent());
     }
@@ -116,7 +124,9 @@ class PdfDocument::Private
     std::shared_ptr<ContentScanner::Scan> scanOf(const std::vector<QPDFObjectHandle>& streams);
     QPDFObjectHandle resourcesWith(const QPDFObjectHandle& page, const PdfPageResources& added);
 
+    std::shared_ptr<FileInput> source;
     QPDF qpdf;
+    std::optional<DocumentChanges> changes;
     std::vector<QPDFObjectHandle> pages;
     std::optional<PdfMetadata> metadata;
     std::optional<PdfResources> resources;
@@ -134,6 +144,7 @@ class PdfDocument::Private
     ContentScanner scanner_;
     std::map<std::vector<QPDFObjGen>, std::shared_ptr<ContentScanner::Scan>> scans_;
     std::map<std::pair<QPDFObjGen, std::string>, QPDFObjectHandle> sharedResources_;
+    std::unordered_map<std::string, QPDFObjectHandle> equalResources_; ///< by their text
     QPDFObjectHandle saveState_;
 };
 
@@ -188,12 +199,15 @@ QPDFObjectHandle PdfDocument::Private::resourcesWith(const QPDFObjectHandle& pag
         return copy;
     };
     if (own || !present.isDictionary()) return extended();
-    // Pages that shared one dictionary share its extended copy; the original stays for everything else that
-    // uses it.
+    // Pages that shared one dictionary, or had equal ones, share its extended copy; the original stays for
+    // everything else that uses it.
     const std::pair key(present.isIndirect() ? present.getObjGen() : holder.getObjGen(), added.signature());
     QPDFObjectHandle& shared = sharedResources_[key];
-    if (!shared.isInitialized()) shared = qpdf.makeIndirectObject(extended());
-    return shared;
+    if (shared.isInitialized()) return shared;
+    QPDFObjectHandle copy = extended();
+    QPDFObjectHandle& equal = equalResources_[copy.unparse()];
+    if (!equal.isInitialized()) equal = qpdf.makeIndirectObject(copy);
+    return shared = equal;
 }
 
 void PdfDocument::Private::add(Pending pending)
@@ -249,6 +263,7 @@ class PdfDocument::StampedPage final : public PdfPage
     void finish() override
     {
         translated([this] {
+            document_.changes->noteChanged(page_);
             showWholeMediaBox();
             if (!resources_.empty())
                 page_.replaceKey("/Resources", document_.resourcesWith(page_, resources_));
@@ -317,6 +332,7 @@ std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, drawing::TextShaper& 
 void PdfDocument::blankPage(int index)
 {
     translated([&] {
+        d->changes->noteRebuilt(); // what was on the page must not remain in the file
         QPDFObjectHandle page = d->pages.at(static_cast<std::size_t>(index));
         QPDFObjectHandle annotations = page.getKey("/Annots");
         if (annotations.isArray())
@@ -335,6 +351,7 @@ void PdfDocument::keepFirstPages(int count)
     translated([&] {
         d->settleAll();
         while (pageCount() > count) {
+            d->changes->noteRebuilt();
             d->qpdf.removePage(d->pages.back());
             d->pages = d->qpdf.getAllPages();
         }
@@ -390,7 +407,8 @@ void PdfDocument::save(const PdfWriter& writer, store::AtomicFile& target)
         d->resources->finish();
         // The first archival profile forbids transparency, so the claim would be false.
         if (d->archivalPart == 1 && d->resources->usesTransparency()) d->metadata->withdrawArchivalClaim();
-        writer.write(d->qpdf, d->resources->usesTransparency(), target);
+        if (d->resources->usesTransparency()) d->changes->noteTransparency();
+        writer.write(d->qpdf, *d->changes, *d->source, target);
     });
 }
 

@@ -1,11 +1,12 @@
 #include "platform/pdf/PdfMetadata.h"
 
 #include "platform/pdf/BoundedStream.h"
+#include "platform/pdf/DocumentChanges.h"
 
 namespace quillfern::pdf {
 
-PdfMetadata::PdfMetadata(QPDF& document)
-    : document_(document), stream_(document.getRoot().getKey("/Metadata"))
+PdfMetadata::PdfMetadata(QPDF& document, DocumentChanges& changes)
+    : document_(document), changes_(changes), stream_(document.getRoot().getKey("/Metadata"))
 {
     if (!stream_.isStream()) return;
     constexpr std::size_t largestPacket = std::size_t{32} << 20;
@@ -21,6 +22,7 @@ PdfMetadata::PdfMetadata(QPDF& document)
 
 void PdfMetadata::storePacket()
 {
+    changes_.noteChanged(stream_);
     // Without a filter, as archival profiles demand and other programs expect.
     stream_.replaceStreamData(packet_->bytes().toStdString(), QPDFObjectHandle::newNull(),
                               QPDFObjectHandle::newNull());
@@ -33,6 +35,7 @@ void PdfMetadata::setCreator(const QString& creator)
         info = document_.makeIndirectObject(QPDFObjectHandle::newDictionary());
         document_.getTrailer().replaceKey("/Info", info);
     }
+    changes_.noteChanged(info);
     info.replaceKey("/Creator", QPDFObjectHandle::newUnicodeString(creator.toStdString()));
     if (packet_ && packet_->setCreatorTool(creator)) storePacket();
 }

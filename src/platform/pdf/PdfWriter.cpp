@@ -1,5 +1,6 @@
 #include "platform/pdf/PdfWriter.h"
 
+#include "platform/pdf/DocumentChanges.h"
 #include "platform/store/AtomicFile.h"
 
 #include <qpdf/Pipeline.hh>
@@ -27,7 +28,8 @@ class FilePipeline final : public Pipeline
 
 } // namespace
 
-void RewritingPdfWriter::write(QPDF& document, bool needsTransparency, store::AtomicFile& target) const
+void RewritingPdfWriter::write(QPDF& document, DocumentChanges& changes, const FileInput&,
+                               store::AtomicFile& target) const
 {
     FilePipeline pipeline(target);
     QPDFWriter writer(document);
@@ -35,7 +37,7 @@ void RewritingPdfWriter::write(QPDF& document, bool needsTransparency, store::At
     writer.setStreamDataMode(qpdf_s_preserve);
     writer.setObjectStreamMode(qpdf_o_preserve);
     writer.setPreserveUnreferencedObjects(false);
-    writer.setMinimumPDFVersion(needsTransparency ? "1.4" : "1.3");
+    writer.setMinimumPDFVersion(changes.usesTransparency() ? "1.4" : "1.3");
     writer.write();
 }
 

@@ -1,5 +1,6 @@
 #include "platform/pdf/PdfMetadata.h"
 
+#include "platform/pdf/DocumentChanges.h"
 #include "support/PdfBuilder.h"
 
 #include <gtest/gtest.h>
@@ -38,6 +39,7 @@ class WithMetadata
         file_ = builder.build();
         document.setSuppressWarnings(true);
         document.processMemoryFile("metadata", file_.constData(), static_cast<std::size_t>(file_.size()));
+        changes_.emplace(document);
     }
 
     QByteArray raw()
@@ -67,10 +69,13 @@ class WithMetadata
             document.getTrailer().getKey("/Info").getKey("/Creator").getUTF8Value());
     }
 
+    DocumentChanges& changes() { return *changes_; }
+
     QPDF document;
 
   private:
     QByteArray file_;
+    std::optional<DocumentChanges> changes_;
 };
 
 QByteArray deflated(const QByteArray& bytes)
@@ -89,7 +94,7 @@ TEST(PdfMetadataTest, ChangesThePacketInItsOwnEncoding)
             const auto bytes = [wide](const QByteArray& text) { return wide ? asUtf16(text) : text; };
             WithMetadata with(filtered ? deflated(bytes(claiming)) : bytes(claiming),
                               filtered ? "/Filter/FlateDecode" : "");
-            PdfMetadata metadata(with.document);
+            PdfMetadata metadata(with.document, with.changes());
             EXPECT_EQ(metadata.archivalPart(), 2);
             metadata.setCreator(QStringLiteral("Quillfern"));
             EXPECT_EQ(with.raw(), bytes(named));
@@ -114,7 +119,7 @@ TEST(PdfMetadataTest, LeavesWhatItCannotReadAsItIs)
     };
     for (const auto& [what, bytes, entries] : cases) {
         WithMetadata with(bytes, entries);
-        PdfMetadata metadata(with.document);
+        PdfMetadata metadata(with.document, with.changes());
         EXPECT_EQ(metadata.archivalPart(), 0) << what;
         metadata.setCreator(QString::fromUtf8("Ä \"(q)"));
         metadata.withdrawArchivalClaim();
@@ -138,7 +143,8 @@ TEST(PdfMetadataTest, AnRgbOutputIntentIsOneWithThreeChannels)
     };
     for (const auto& [catalogue, stream, rgb] : cases) {
         WithMetadata with(claiming, stream, catalogue);
-        EXPECT_EQ(PdfMetadata(with.document).hasRgbOutputIntent(), rgb) << catalogue.toStdString();
+        EXPECT_EQ(PdfMetadata(with.document, with.changes()).hasRgbOutputIntent(), rgb)
+            << catalogue.toStdString();
     }
 }
 
