@@ -72,18 +72,25 @@ const FileInput::Block& FileInput::blockAt(qpdf_offset_t offset)
     return block;
 }
 
-size_t FileInput::read(char* bytes, size_t length)
+size_t FileInput::copyAt(qpdf_offset_t offset, char* bytes, size_t length)
 {
-    last_offset = position_;
     size_t done = 0;
-    while (done < length && position_ >= 0 && position_ < size_) {
-        const Block& block = blockAt(position_);
-        const auto inside = static_cast<size_t>(position_ - block.start);
+    while (done < length && offset >= 0 && offset < size_) {
+        const Block& block = blockAt(offset);
+        const auto inside = static_cast<size_t>(offset - block.start);
         const size_t part = std::min(length - done, block.size - inside);
         std::memcpy(bytes + done, block.bytes.get() + inside, part);
         done += part;
-        position_ += static_cast<qpdf_offset_t>(part);
+        offset += static_cast<qpdf_offset_t>(part);
     }
+    return done;
+}
+
+size_t FileInput::read(char* bytes, size_t length)
+{
+    last_offset = position_;
+    const size_t done = copyAt(position_, bytes, length);
+    position_ += static_cast<qpdf_offset_t>(done);
     return done;
 }
 

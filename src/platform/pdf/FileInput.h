@@ -37,6 +37,9 @@ class FileInput final : public InputSource
     [[nodiscard]] qpdf_offset_t size() const { return size_; }
     /// For copying the file as it is. Owned by this object; its own position is not used here.
     [[nodiscard]] int descriptor() const { return descriptor_; }
+    /// Copies up to `length` bytes from `offset` on and returns how many the file has there; through the
+    /// blocks in memory, without moving the position. Throws Failure.
+    size_t copyAt(qpdf_offset_t offset, char* bytes, size_t length);
     /// Bytes that lie within the file, read from the disk. Throws Failure.
     [[nodiscard]] QByteArray bytesAt(qpdf_offset_t offset, qpdf_offset_t length) const;
 

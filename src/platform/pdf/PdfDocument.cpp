@@ -8,6 +8,7 @@
 #include "platform/pdf/PdfPageBox.h"
 #include "platform/pdf/PdfResources.h"
 #include "platform/pdf/PdfWriter.h"
+#include "platform/pdf/PlainStreams.h"
 #include "platform/store/AtomicFile.h"
 #include "platform/system/Failure.h"
 
@@ -44,16 +45,20 @@ auto translated(Work&& work)
     }
 }
 
-std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page)
+/// The streams of the page's content. Those that can be read straight from the file are not resolved.
+std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page, PlainStreams& plain)
 {
     QPDFObjectHandle contents = page.getKey("/Contents");
+    const auto isStream = [&plain](QPDFObjectHandle& object) {
+        return object.isIndirect() && (plain.isPlain(object.getObjGen()) || object.isStream());
+    };
     std::vector<QPDFObjectHandle> streams;
-    if (contents.isStream()) {
+    if (isStream(contents)) {
         streams.push_back(contents);
     } else if (contents.isArray()) {
         for (int i = 0; i < contents.getArrayNItems(); ++i) {
             QPDFObjectHandle item = contents.getArrayItem(i);
-            if (item.isStream()) streams.push_back(item);
+            if (isStream(item)) streams.push_back(item);
         }
     }
     return streams;
@@ -88,6 +93,8 @@ class PdfDocument::Private
         qpdf.setSuppressWarnings(true);
         qpdf.processInputSource(source, "");
         changes.emplace(qpdf);
+        plain.emplace(qpdf, *source);
+        scanner_.emplace(*plain);
         pages = qpdf.getAllPages();
         if (!parentsLeadUp()) {
             changes->noteRebuilt();
@@ -127,6 +134,7 @@ class PdfDocument::Private
     std::shared_ptr<FileInput> source;
     QPDF qpdf;
     std::optional<DocumentChanges> changes;
+    std::optional<PlainStreams> plain;
     std::vector<QPDFObjectHandle> pages;
     std::optional<PdfMetadata> metadata;
     std::optional<PdfResources> resources;
@@ -141,7 +149,7 @@ class PdfDocument::Private
 
     static constexpr std::size_t mostPending = 256;
     std::deque<Pending> pending_;
-    ContentScanner scanner_;
+    std::optional<ContentScanner> scanner_;
     std::map<std::vector<QPDFObjGen>, std::shared_ptr<ContentScanner::Scan>> scans_;
     std::map<std::pair<QPDFObjGen, std::string>, QPDFObjectHandle> sharedResources_;
     std::unordered_map<std::string, QPDFObjectHandle> equalResources_; ///< by their text
@@ -183,7 +191,7 @@ PdfDocument::Private::scanOf(const std::vector<QPDFObjectHandle>& streams)
     const auto found = scans_.find(key);
     if (found != scans_.end()) return found->second;
     if (scans_.size() >= 4 * mostPending) scans_.clear();
-    return scans_.emplace(std::move(key), scanner_.scan(streams)).first->second;
+    return scans_.emplace(std::move(key), scanner_->scan(streams)).first->second;
 }
 
 QPDFObjectHandle PdfDocument::Private::resourcesWith(const QPDFObjectHandle& page,
@@ -230,7 +238,7 @@ void PdfDocument::Private::settleOldest()
 
     std::string closing;
     if (pending.scan) {
-        const ContentScanner::Result& scan = scanner_.resultOf(*pending.scan);
+        const ContentScanner::Result& scan = scanner_->resultOf(*pending.scan);
         closing = scan.balance.closing.toStdString();
         if (!scan.mended.isEmpty()) pending.streams = {deflatedStream(qpdf, scan.mended)};
     }
@@ -268,7 +276,8 @@ class PdfDocument::StampedPage final : public PdfPage
             if (!resources_.empty())
                 page_.replaceKey("/Resources", document_.resourcesWith(page_, resources_));
             if (under_.content().empty() && over_.content().empty()) return;
-            Private::Pending pending{page_, contentStreams(page_), {}, under_.content(), over_.content()};
+            Private::Pending pending{
+                page_, contentStreams(page_, *document_.plain), {}, under_.content(), over_.content()};
             if (!pending.over.empty() && !pending.streams.empty())
                 pending.scan = document_.scanOf(pending.streams);
             document_.add(std::move(pending));
