@@ -1,6 +1,7 @@
 #include "platform/pdf/DocumentChanges.h"
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/IncrementalUpdate.h"
+#include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
 
@@ -40,24 +41,23 @@ void requireVersion(QPDF& document, DocumentChanges& changes, const char* versio
 
 } // namespace
 
-void AppendingPdfWriter::write(QPDF& document, DocumentChanges& changes, const FileInput& source,
-                               store::AtomicFile& target) const
+void AppendingPdfWriter::write(QPDF& document, DocumentChanges& changes, NewObjects& objects,
+                               const FileInput& source, store::AtomicFile& target) const
 {
     const std::optional<SourceEnd> end = appendableEnd(document, changes, source);
     if (!end) {
-        RewritingPdfWriter().write(document, changes, source, target);
+        RewritingPdfWriter().write(document, changes, objects, source, target);
         return;
     }
     if (changes.usesTransparency()) requireVersion(document, changes, "1.4");
     target.copyFrom(source.descriptor(), end->size);
-    IncrementalUpdate update(document, *end, target);
+    IncrementalUpdate update(document, *end, objects.nextNumber(), target);
     for (const QPDFObjGen& id : changes.objects())
-        if (id.getObj() <= changes.highestOfSource()) update.addObject(document.getObject(id));
-    const int last = static_cast<int>(document.getObjectCount());
-    for (int number = changes.highestOfSource() + 1; number <= last; ++number) {
-        const QPDFObjectHandle object = document.getObject(number, 0);
-        if (!QPDFObjectHandle(object).isNull()) update.addObject(object);
-    }
+        update.addObject(document.getObject(id));
+    for (const int number : objects.others())
+        update.addObject(document.getObject(number, 0));
+    for (const NewObjects::Stream& stream : objects.streams())
+        update.addStream(QPDFObjGen(stream.number, 0), stream.dictionary, stream.bytes);
     update.finish();
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <set>
 
@@ -11,9 +10,6 @@ namespace quillfern::pdf {
 class DocumentChanges
 {
   public:
-    /// Made before the first change.
-    explicit DocumentChanges(QPDF& document) : ofSource_(static_cast<int>(document.getObjectCount())) {}
-
     /// `object` was edited. A direct object counts with the indirect one that holds it, which the caller
     /// notes instead.
     void noteChanged(const QPDFObjectHandle& object)
@@ -27,14 +23,11 @@ class DocumentChanges
     void noteTransparency() { usesTransparency_ = true; }
 
     [[nodiscard]] const std::set<QPDFObjGen>& objects() const { return objects_; }
-    /// Objects with higher numbers than this are new.
-    [[nodiscard]] int highestOfSource() const { return ofSource_; }
     [[nodiscard]] bool isRebuilt() const { return isRebuilt_; }
     [[nodiscard]] bool usesTransparency() const { return usesTransparency_; }
 
   private:
     std::set<QPDFObjGen> objects_;
-    int ofSource_;
     bool isRebuilt_ = false;
     bool usesTransparency_ = false;
 };

@@ -1,5 +1,6 @@
 #include "platform/pdf/IncrementalUpdate.h"
 
+#include "platform/pdf/NewObjects.h"
 #include "platform/store/AtomicFile.h"
 
 #include <array>
@@ -15,11 +16,6 @@ namespace {
 /// Enough for the common beginnings of page dictionaries to be worth compressing together, few enough that a
 /// reader need not unpack thousands of objects for one page.
 constexpr std::size_t objectsPerStream = 200;
-
-QByteArray deflated(const QByteArray& bytes)
-{
-    return qCompress(bytes, 9).mid(4); // qCompress puts the length before the zlib stream
-}
 
 std::string header(int number, int generation)
 {
@@ -43,14 +39,15 @@ QByteArray predicted(const QByteArray& rows, int width)
 
 } // namespace
 
-IncrementalUpdate::IncrementalUpdate(QPDF& document, const SourceEnd& source, store::AtomicFile& target)
+IncrementalUpdate::IncrementalUpdate(QPDF& document, const SourceEnd& source, int nextNumber,
+                                     store::AtomicFile& target)
     : document_(document), source_(source), target_(target), position_(source.size),
-      hash_(QCryptographicHash::Md5), nextNumber_(static_cast<int>(document.getObjectCount()) + 1)
+      hash_(QCryptographicHash::Md5), nextNumber_(nextNumber)
 {
     put("\n"); // the source may end without a line end
 }
 
-void IncrementalUpdate::put(const std::string& bytes)
+void IncrementalUpdate::put(std::string_view bytes)
 {
     target_.write(bytes.data(), bytes.size());
     hash_.addData(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
@@ -63,12 +60,7 @@ void IncrementalUpdate::addObject(const QPDFObjectHandle& object)
     const QPDFObjGen id = handle.getObjGen();
     if (handle.isStream()) {
         const std::shared_ptr<Buffer> raw = handle.getRawStreamData();
-        QPDFObjectHandle entries = handle.getDict().shallowCopy();
-        entries.replaceKey("/Length", QPDFObjectHandle::newInteger(static_cast<long long>(raw->getSize())));
-        places_[id.getObj()] = {position_, id.getGen(), false};
-        put(header(id.getObj(), id.getGen()) + entries.unparseResolved() + "\nstream\n");
-        put(std::string(reinterpret_cast<const char*>(raw->getBuffer()), raw->getSize()));
-        put("\nendstream\nendobj\n");
+        addStream(id, handle.getDict(), {reinterpret_cast<const char*>(raw->getBuffer()), raw->getSize()});
     } else if (source_.isStream && id.getGen() == 0) {
         waiting_.emplace_back(id.getObj(), handle.unparseResolved());
         if (waiting_.size() == objectsPerStream) putObjectStream();
@@ -76,6 +68,17 @@ void IncrementalUpdate::addObject(const QPDFObjectHandle& object)
         places_[id.getObj()] = {position_, id.getGen(), false};
         put(header(id.getObj(), id.getGen()) + handle.unparseResolved() + "\nendobj\n");
     }
+}
+
+void IncrementalUpdate::addStream(const QPDFObjGen& id, const QPDFObjectHandle& dictionary,
+                                  std::string_view bytes)
+{
+    QPDFObjectHandle entries = QPDFObjectHandle(dictionary).shallowCopy();
+    entries.replaceKey("/Length", QPDFObjectHandle::newInteger(static_cast<long long>(bytes.size())));
+    places_[id.getObj()] = {position_, id.getGen(), false};
+    put(header(id.getObj(), id.getGen()) + entries.unparseResolved() + "\nstream\n");
+    put(bytes);
+    put("\nendstream\nendobj\n");
 }
 
 void IncrementalUpdate::putStream(int number, const std::string& entries, const QByteArray& data)
@@ -102,7 +105,7 @@ void IncrementalUpdate::putObjectStream()
     putStream(number,
               "/Type /ObjStm /N " + std::to_string(waiting_.size()) + " /First " +
                   std::to_string(index.size()) + " /Filter /FlateDecode",
-              deflated(index + bodies));
+              deflatedBytes(index + bodies));
     waiting_.clear();
 }
 
@@ -161,7 +164,7 @@ void IncrementalUpdate::putCrossReferenceStream()
               "/Type /XRef /W [1 " + std::to_string(offsetBytes) + " 2] /Index [" + index +
                   "] /Filter /FlateDecode /DecodeParms << /Predictor 12 /Columns " + columns + " >> " +
                   trailerEntries(),
-              deflated(rows));
+              deflatedBytes(rows));
 }
 
 QByteArray IncrementalUpdate::crossReferenceRows(int offsetBytes) const

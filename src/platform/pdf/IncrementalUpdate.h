@@ -9,6 +9,7 @@
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillfern::store {
@@ -27,9 +28,12 @@ class IncrementalUpdate
 {
   public:
     /// The target holds the source's bytes already. Both are borrowed.
-    IncrementalUpdate(QPDF& document, const SourceEnd& source, store::AtomicFile& target);
+    /// `nextNumber` is the first number that no object has.
+    IncrementalUpdate(QPDF& document, const SourceEnd& source, int nextNumber, store::AtomicFile& target);
 
     void addObject(const QPDFObjectHandle& object);
+    /// `dictionary` is without /Length.
+    void addStream(const QPDFObjGen& id, const QPDFObjectHandle& dictionary, std::string_view bytes);
     /// Writes what was collected, the cross-reference section and the trailer.
     void finish();
 
@@ -41,7 +45,7 @@ class IncrementalUpdate
         bool isInStream;
     };
 
-    void put(const std::string& bytes);
+    void put(std::string_view bytes);
     void putStream(int number, const std::string& entries, const QByteArray& data);
     void putObjectStream();
     void putTable();

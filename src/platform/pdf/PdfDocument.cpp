@@ -3,6 +3,7 @@
 #include "platform/pdf/ContentScanner.h"
 #include "platform/pdf/DocumentChanges.h"
 #include "platform/pdf/FileInput.h"
+#include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PdfCanvas.h"
 #include "platform/pdf/PdfMetadata.h"
 #include "platform/pdf/PdfPageBox.h"
@@ -92,12 +93,11 @@ class PdfDocument::Private
     {
         qpdf.setSuppressWarnings(true);
         qpdf.processInputSource(source, "");
-        changes.emplace(qpdf);
         plain.emplace(qpdf, *source);
         scanner_.emplace(*plain);
         pages = qpdf.getAllPages();
         if (!parentsLeadUp()) {
-            changes->noteRebuilt();
+            changes.noteRebuilt();
             qpdf.pushInheritedAttributesToPage();
         }
         // Viewers rely on the count in the page tree, so a wrong one is corrected.
@@ -105,14 +105,15 @@ class PdfDocument::Private
         QPDFObjectHandle count = root.getKey("/Count");
         std::set<QPDFObjGen> counted;
         if (!count.isInteger() || count.getIntValue() != static_cast<long long>(pages.size())) {
-            changes->noteRebuilt();
+            changes.noteRebuilt();
             correctCount(root, counted);
         }
         if (pages.empty())
             throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no pages"));
-        metadata.emplace(qpdf, *changes);
+        objects.emplace(qpdf, changes.isRebuilt() || qpdf.anyWarnings());
+        metadata.emplace(qpdf, changes, *objects);
         archivalPart = metadata->archivalPart();
-        resources.emplace(qpdf, archivalPart > 0 && !metadata->hasRgbOutputIntent());
+        resources.emplace(*objects, archivalPart > 0 && !metadata->hasRgbOutputIntent());
     }
 
     /// A page whose marks are drawn and whose own content is still being read.
@@ -133,7 +134,8 @@ class PdfDocument::Private
 
     std::shared_ptr<FileInput> source;
     QPDF qpdf;
-    std::optional<DocumentChanges> changes;
+    DocumentChanges changes;
+    std::optional<NewObjects> objects;
     std::optional<PlainStreams> plain;
     std::vector<QPDFObjectHandle> pages;
     std::optional<PdfMetadata> metadata;
@@ -176,7 +178,7 @@ bool PdfDocument::Private::parentsLeadUp()
 
 QPDFObjectHandle PdfDocument::Private::saveState()
 {
-    if (!saveState_.isInitialized()) saveState_ = qpdf.newStream("q\n");
+    if (!saveState_.isInitialized()) saveState_ = objects->addStream("q\n");
     return saveState_;
 }
 
@@ -214,7 +216,7 @@ QPDFObjectHandle PdfDocument::Private::resourcesWith(const QPDFObjectHandle& pag
     if (shared.isInitialized()) return shared;
     QPDFObjectHandle copy = extended();
     QPDFObjectHandle& equal = equalResources_[copy.unparse()];
-    if (!equal.isInitialized()) equal = qpdf.makeIndirectObject(copy);
+    if (!equal.isInitialized()) equal = objects->add(copy);
     return shared = equal;
 }
 
@@ -240,18 +242,18 @@ void PdfDocument::Private::settleOldest()
     if (pending.scan) {
         const ContentScanner::Result& scan = scanner_->resultOf(*pending.scan);
         closing = scan.balance.closing.toStdString();
-        if (!scan.mended.isEmpty()) pending.streams = {deflatedStream(qpdf, scan.mended)};
+        if (!scan.mended.isEmpty()) pending.streams = {objects->addDeflated(scan.mended)};
     }
     const bool wrap = !pending.over.empty() && !pending.streams.empty();
     if (!pending.under.empty())
-        contents.appendItem(qpdf.newStream(pending.under + (wrap ? "q\n" : "")));
+        contents.appendItem(objects->addStream(pending.under + (wrap ? "q\n" : "")));
     else if (wrap)
         contents.appendItem(saveState());
     for (const QPDFObjectHandle& stream : pending.streams)
         contents.appendItem(stream);
     // The line feed ends a comment, or an escape, that the content ends in.
     if (!pending.over.empty())
-        contents.appendItem(qpdf.newStream(wrap ? '\n' + closing + "Q\n" + pending.over : pending.over));
+        contents.appendItem(objects->addStream(wrap ? '\n' + closing + "Q\n" + pending.over : pending.over));
     pending.page.replaceKey("/Contents", contents);
 }
 
@@ -271,7 +273,7 @@ class PdfDocument::StampedPage final : public PdfPage
     void finish() override
     {
         translated([this] {
-            document_.changes->noteChanged(page_);
+            document_.changes.noteChanged(page_);
             showWholeMediaBox();
             if (!resources_.empty())
                 page_.replaceKey("/Resources", document_.resourcesWith(page_, resources_));
@@ -341,7 +343,7 @@ std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, drawing::TextShaper& 
 void PdfDocument::blankPage(int index)
 {
     translated([&] {
-        d->changes->noteRebuilt(); // what was on the page must not remain in the file
+        d->changes.noteRebuilt(); // what was on the page must not remain in the file
         QPDFObjectHandle page = d->pages.at(static_cast<std::size_t>(index));
         QPDFObjectHandle annotations = page.getKey("/Annots");
         if (annotations.isArray())
@@ -360,7 +362,7 @@ void PdfDocument::keepFirstPages(int count)
     translated([&] {
         d->settleAll();
         while (pageCount() > count) {
-            d->changes->noteRebuilt();
+            d->changes.noteRebuilt();
             d->qpdf.removePage(d->pages.back());
             d->pages = d->qpdf.getAllPages();
         }
@@ -416,8 +418,8 @@ void PdfDocument::save(const PdfWriter& writer, store::AtomicFile& target)
         d->resources->finish();
         // The first archival profile forbids transparency, so the claim would be false.
         if (d->archivalPart == 1 && d->resources->usesTransparency()) d->metadata->withdrawArchivalClaim();
-        if (d->resources->usesTransparency()) d->changes->noteTransparency();
-        writer.write(d->qpdf, *d->changes, *d->source, target);
+        if (d->resources->usesTransparency()) d->changes.noteTransparency();
+        writer.write(d->qpdf, d->changes, *d->objects, *d->source, target);
     });
 }
 

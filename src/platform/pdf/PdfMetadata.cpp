@@ -2,11 +2,13 @@
 
 #include "platform/pdf/BoundedStream.h"
 #include "platform/pdf/DocumentChanges.h"
+#include "platform/pdf/NewObjects.h"
 
 namespace quillfern::pdf {
 
-PdfMetadata::PdfMetadata(QPDF& document, DocumentChanges& changes)
-    : document_(document), changes_(changes), stream_(document.getRoot().getKey("/Metadata"))
+PdfMetadata::PdfMetadata(QPDF& document, DocumentChanges& changes, NewObjects& objects)
+    : document_(document), changes_(changes), objects_(objects),
+      stream_(document.getRoot().getKey("/Metadata"))
 {
     if (!stream_.isStream()) return;
     constexpr std::size_t largestPacket = std::size_t{32} << 20;
@@ -32,7 +34,7 @@ void PdfMetadata::setCreator(const QString& creator)
 {
     QPDFObjectHandle info = document_.getTrailer().getKey("/Info");
     if (!info.isDictionary()) {
-        info = document_.makeIndirectObject(QPDFObjectHandle::newDictionary());
+        info = objects_.add(QPDFObjectHandle::newDictionary());
         document_.getTrailer().replaceKey("/Info", info);
     }
     changes_.noteChanged(info);

@@ -10,6 +10,7 @@
 namespace quillfern::pdf {
 
 class DocumentChanges;
+class NewObjects;
 
 /// What a document says about itself: the information dictionary and the XMP packet of its catalogue. A
 /// packet that cannot be understood, or is larger than any real one, stays as it is and counts as one without
@@ -18,7 +19,7 @@ class PdfMetadata
 {
   public:
     /// Both are borrowed.
-    PdfMetadata(QPDF& document, DocumentChanges& changes);
+    PdfMetadata(QPDF& document, DocumentChanges& changes, NewObjects& objects);
 
     void setCreator(const QString& creator);
 
@@ -34,6 +35,7 @@ class PdfMetadata
 
     QPDF& document_;
     DocumentChanges& changes_;
+    NewObjects& objects_;
     QPDFObjectHandle stream_;         ///< null without XMP
     std::optional<XmpPacket> packet_; ///< only when it is understood
 };

@@ -1,6 +1,7 @@
 #include "platform/pdf/PdfWriter.h"
 
 #include "platform/pdf/DocumentChanges.h"
+#include "platform/pdf/NewObjects.h"
 #include "platform/store/AtomicFile.h"
 
 #include <qpdf/Pipeline.hh>
@@ -28,9 +29,10 @@ class FilePipeline final : public Pipeline
 
 } // namespace
 
-void RewritingPdfWriter::write(QPDF& document, DocumentChanges& changes, const FileInput&,
-                               store::AtomicFile& target) const
+void RewritingPdfWriter::write(QPDF& document, DocumentChanges& changes, NewObjects& objects,
+                               const FileInput&, store::AtomicFile& target) const
 {
+    objects.materialise();
     FilePipeline pipeline(target);
     QPDFWriter writer(document);
     writer.setOutputPipeline(&pipeline);

@@ -12,6 +12,7 @@ namespace quillfern::pdf {
 
 class DocumentChanges;
 class FileInput;
+class NewObjects;
 
 /// Writes a changed document to the disk.
 class PdfWriter
@@ -20,7 +21,7 @@ class PdfWriter
     virtual ~PdfWriter() = default;
     /// Writes the document, which was opened from `source`, with all its changes. Throws Failure or what the
     /// document's library throws; the caller translates.
-    virtual void write(QPDF& document, DocumentChanges& changes, const FileInput& source,
+    virtual void write(QPDF& document, DocumentChanges& changes, NewObjects& objects, const FileInput& source,
                        store::AtomicFile& target) const = 0;
 };
 
@@ -28,7 +29,7 @@ class PdfWriter
 class RewritingPdfWriter final : public PdfWriter
 {
   public:
-    void write(QPDF& document, DocumentChanges& changes, const FileInput& source,
+    void write(QPDF& document, DocumentChanges& changes, NewObjects& objects, const FileInput& source,
                store::AtomicFile& target) const override;
 };
 
@@ -41,7 +42,7 @@ class RewritingPdfWriter final : public PdfWriter
 class AppendingPdfWriter final : public PdfWriter
 {
   public:
-    void write(QPDF& document, DocumentChanges& changes, const FileInput& source,
+    void write(QPDF& document, DocumentChanges& changes, NewObjects& objects, const FileInput& source,
                store::AtomicFile& target) const override;
 };
 
