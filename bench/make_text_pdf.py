@@ -1,12 +1,17 @@
 #!/usr/bin/env python3
-"""Writes a text document of any length for benchmarks.
+"""Writes a document of any length for benchmarks.
 
-    make_text_pdf.py [--objstm] PAGES OUT.pdf
+    make_text_pdf.py [--shape text|light|pieces|scan] [--objstm] PAGES OUT.pdf
 
 Letter pages of small, justified type, as a book or a transcript has them: each page has a content stream of its
 own with its own words, about 11.5 KB when compressed, so that 2,000 pages make about 23 MB. The page tree has nodes
 of 50 kids; MediaBox and Resources are inherited from its root. Two of the standard 14 fonts, nothing embedded, a
 classic cross-reference table. The same arguments give the same bytes.
+
+The other shapes keep the page tree and change what is on the pages:
+    light   a few lines of type, so that 2,000 pages make about 1.2 MB in few objects
+    pieces  the light page's type in 40 small content streams a page: 2,000 pages make about 84,000 objects
+    scan    one grey picture a page, 591 KB that do not compress: 700 pages make 414 MB
 
 --objstm passes the document through qpdf, which packs its objects into object streams and writes a
 cross-reference stream. That option needs qpdf; all else is Python's standard library.
@@ -141,8 +146,45 @@ def content(number):
     return "".join(out)
 
 
-def compressed(number):
-    return zlib.compress(content(number).encode("ascii"), 6)
+def stream(data, entries=b""):
+    return b"<< /Length %d%s >>\nstream\n" % (len(data), entries) + data + b"\nendstream"
+
+
+def deflated(text):
+    return stream(zlib.compress(text.encode("ascii"), 6), b" /Filter /FlateDecode")
+
+
+def text_page(number):
+    """The streams of a page: those of its content, and the one of its picture if there is one."""
+    return [deflated(content(number))], None
+
+
+def light_lines(number, count):
+    chance = random.Random(number)
+    for line in range(count):
+        words = " ".join(word for _, _, word in chance.choices(WORDS, k=8))
+        yield f"BT /F1 11 Tf 72 {700 - 15 * line} Td ({words}) Tj ET\n"
+
+
+def light_page(number):
+    return [deflated("".join(light_lines(number, 6)))], None
+
+
+def pieces_page(number):
+    return [stream(line.encode("ascii")) for line in light_lines(number, 40)], None
+
+
+def scan_page(number):
+    width, height = 600, 985
+    picture = stream(
+        random.Random(number).randbytes(width * height),
+        b" /Type /XObject /Subtype /Image /Width %d /Height %d /ColorSpace /DeviceGray /BitsPerComponent 8"
+        % (width, height),
+    )
+    return [stream(b"q %d 0 0 %d 0 0 cm /Im0 Do Q\n" % (WIDTH, HEIGHT))], picture
+
+
+SHAPES = {"text": text_page, "light": light_page, "pieces": pieces_page, "scan": scan_page}
 
 
 def tree_levels(pages):
@@ -181,17 +223,16 @@ class Writer:
         )
 
 
-def write_document(pages, file):
+def write_document(pages, shape, file):
     writer = Writer(file)
     writer.write(b"%PDF-1.4\n%\xe2\xe3\xcf\xd3\n")
     catalog, info, font1, font2 = 1, 2, 3, 4
     levels = tree_levels(pages)
-    # The object numbers of each level; below the leaves there is one content stream for each page.
+    # The object numbers of each level; those of the streams come after them.
     first, next_number = [], 5
     for count in levels:
         first.append(next_number)
         next_number += count
-    streams = next_number
     root = first[-1]
 
     writer.put(catalog, b"<< /Type /Catalog /Pages %d 0 R >>" % root)
@@ -215,19 +256,24 @@ def write_document(pages, file):
                 body += b" /Parent %d 0 R" % (first[level + 1] + node // KIDS)
             writer.put(first[level] + node, body + b" >>")
     with multiprocessing.Pool() as pool:
-        for page, data in enumerate(pool.imap(compressed, range(1, pages + 1), chunksize=20)):
+        for page, (contents, picture) in enumerate(pool.imap(SHAPES[shape], range(1, pages + 1), chunksize=20)):
+            references = b" ".join(b"%d 0 R" % (next_number + place) for place in range(len(contents)))
+            entries = b" /Contents " + (references if len(contents) == 1 else b"[ " + references + b" ]")
+            if picture:
+                entries += b" /Resources << /XObject << /Im0 %d 0 R >> >>" % (next_number + len(contents))
+                contents = contents + [picture]
             writer.put(
-                first[0] + page,
-                b"<< /Type /Page /Parent %d 0 R /Contents %d 0 R >>" % (first[1] + page // KIDS, streams + page),
+                first[0] + page, b"<< /Type /Page /Parent %d 0 R" % (first[1] + page // KIDS) + entries + b" >>"
             )
-            writer.put(
-                streams + page, b"<< /Length %d /Filter /FlateDecode >>\nstream\n" % len(data) + data + b"\nendstream"
-            )
+            for body in contents:
+                writer.put(next_number, body)
+                next_number += 1
     writer.finish(catalog, info, hashlib.md5(b"text %d" % pages).hexdigest().encode())
 
 
 def main():
-    parser = argparse.ArgumentParser(description="Writes a text document of any length for benchmarks.")
+    parser = argparse.ArgumentParser(description="Writes a document of any length for benchmarks.")
+    parser.add_argument("--shape", choices=SHAPES, default="text", help="what is on the pages")
     parser.add_argument("--objstm", action="store_true", help="pack the objects into object streams (needs qpdf)")
     parser.add_argument("pages", type=int, help="how many pages, at least one")
     parser.add_argument("out", help="the file to write")
@@ -238,7 +284,7 @@ def main():
     part, packed = arguments.out + ".part", arguments.out + ".packed"
     try:
         with open(part, "wb") as file:
-            write_document(arguments.pages, file)
+            write_document(arguments.pages, arguments.shape, file)
         if arguments.objstm:
             subprocess.run(["qpdf", "--object-streams=generate", "--deterministic-id", part, packed], check=True)
             os.replace(packed, arguments.out)

@@ -13,7 +13,7 @@ class StampingProcessors final : public DocumentProcessors
 {
   public:
     explicit StampingProcessors(const JobConfiguration& job)
-        : pdf_(job, shaper_, writer_), tiff_(job, shaper_)
+        : pdf_(job, shaper_, writerFor(job)), tiff_(job, shaper_)
     {
     }
 
@@ -30,9 +30,15 @@ class StampingProcessors final : public DocumentProcessors
     }
 
   private:
+    [[nodiscard]] const pdf::PdfWriter& writerFor(const JobConfiguration& job) const
+    {
+        return job.isWrittenAnew ? static_cast<const pdf::PdfWriter&>(rewriting_) : appending_;
+    }
+
     // One shaper for the whole run: a template is laid out once, not once a document.
     drawing::TextShaper shaper_;
-    pdf::RewritingPdfWriter writer_;
+    const pdf::AppendingPdfWriter appending_;
+    const pdf::RewritingPdfWriter rewriting_;
     PdfProcessor pdf_;
     TiffProcessor tiff_;
 };

@@ -43,10 +43,11 @@ struct JobConfiguration
     double marginBottom = 0;
     MarginUnit marginUnit = MarginUnit::Points;
     bool isMarginInPercentage = false;
-    bool isContinuousNumbering = false;              ///< the running number goes on from file to file
-    bool isBackupFile = false;                       ///< keep a copy of a file that is processed in place
-    bool isSymmetryPage = false;                     ///< kept and saved only
-    bool hasLabel = false;                           ///< kept and saved only
+    bool isContinuousNumbering = false; ///< the running number goes on from file to file
+    bool isBackupFile = false;          ///< keep a copy of a file that is processed in place
+    bool isSymmetryPage = false;        ///< kept and saved only
+    bool hasLabel = false;              ///< kept and saved only
+    bool isWrittenAnew = false;         ///< PDF copies keep no earlier revision of the source; not saved
     std::optional<QString> labelPrefix = QString();  ///< kept and saved only
     std::optional<QString> outputFolder = QString(); ///< kept and saved only
 };

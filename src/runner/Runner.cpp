@@ -100,7 +100,9 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
         if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
 
         services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
-        Process process(services_, planJob(files.copies(), settings), *this);
+        Job job = planJob(files.copies(), settings);
+        job.configuration.isWrittenAnew = options.rewrite;
+        Process process(services_, std::move(job), *this);
         runJob(process, stopRequested);
         return report(process);
     } catch (const WrongUse& wrongUse) {

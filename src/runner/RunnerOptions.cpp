@@ -84,6 +84,10 @@ constexpr std::array jobOptions = {
     Option{"margins", "L,T,R,B", "Margins with the unit pt, mm or in: 36,36,36,36 or 10,10,10,15mm."},
     Option{"backup", nullptr, "Keep a copy NAME.bak of a file that is processed in place."},
     Option{"no-backup", nullptr, "Keep no such copy; overrides the profile."},
+    Option{
+        "rewrite", nullptr,
+        "Write every object of a PDF anew, so that the copy holds no earlier revision of it. Otherwise the "
+        "stamps are appended to a copy of the file, which is faster and keeps a signed revision."},
     Option{"subfolders", nullptr, "Also take files from the subfolders of the folders named."},
     Option{"list", "FILE",
            "Also take the files named in a text file, one path a line. They come after those named on the "
@@ -126,6 +130,8 @@ class Reader
             options.previewSize = pixelSize(name, value);
         else if (name == QLatin1String("subfolders"))
             options.subfolders = true;
+        else if (name == QLatin1String("rewrite"))
+            options.rewrite = true;
         else if (name == QLatin1String("list"))
             options.lists.append(value);
         else if (name == QLatin1String("export"))

@@ -21,6 +21,7 @@ struct RunnerOptions
     FilePath preview;                    ///< file to draw a preview into; empty for none
     QSize previewSize = QSize(600, 850); ///< pixels
     bool subfolders = false;
+    bool rewrite = false; ///< write PDF documents anew instead of appending to a copy
     bool quiet = false;
     bool showHelp = false;
     bool showVersion = false;

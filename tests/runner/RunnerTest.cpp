@@ -61,6 +61,19 @@ TEST_F(RunnerProgram, StampsAFolderAndTellsWhatItDid)
         << lines.back().toStdString();
 }
 
+TEST_F(RunnerProgram, KeepsTheEarlierRevisionOfAPdfUnlessToldToRewrite)
+{
+    const QString source = scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(2));
+    for (const bool rewrites : {false, true}) {
+        QStringList arguments{QStringLiteral("--output"), out(), QStringLiteral("--text"),
+                              QStringLiteral("Nr{0}"), source};
+        if (rewrites) arguments << QStringLiteral("--rewrite");
+        EXPECT_EQ(run(arguments).exitCode, 0);
+        EXPECT_EQ(readFile(out(QStringLiteral("a.pdf"))).startsWith(readFile(source)), !rewrites);
+        EXPECT_TRUE(pdfText(out(QStringLiteral("a.pdf")), 2).contains(QStringLiteral("Nr2")));
+    }
+}
+
 TEST_F(RunnerProgram, SaysWhenNotAllWasCreated)
 {
     scratch.write(QStringLiteral("good.pdf"), numberedPdf(1));

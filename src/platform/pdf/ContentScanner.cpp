@@ -1,6 +1,7 @@
 #include "platform/pdf/ContentScanner.h"
 
 #include "platform/pdf/BoundedStream.h"
+#include "platform/pdf/PlainStreams.h"
 #include "platform/system/Failure.h"
 
 #include <algorithm>
@@ -126,8 +127,12 @@ bool isPlainDeflate(QPDFObjectHandle dictionary)
            dictionary.getKey("/DecodeParms").isNull() && dictionary.getKey("/DP").isNull();
 }
 
-bool takePiece(QPDFObjectHandle stream, std::vector<Piece>& pieces)
+bool takePiece(QPDFObjectHandle stream, PlainStreams& plainStreams, std::vector<Piece>& pieces)
 {
+    if (auto bytes = plainStreams.read(stream.getObjGen())) {
+        pieces.push_back({std::move(bytes->raw), {}, bytes->isDeflated});
+        return true;
+    }
     QPDFObjectHandle dictionary = stream.getDict();
     const bool plain = dictionary.getKey("/Filter").isNull();
     if (plain || isPlainDeflate(dictionary)) {
@@ -182,7 +187,7 @@ class ContentScanner::Scan
     bool done = false; ///< guarded by the scanner's mutex; once set, the members above no longer change
 };
 
-ContentScanner::ContentScanner() : worker_([this] { work(); })
+ContentScanner::ContentScanner(PlainStreams& plain) : plain_(plain), worker_([this] { work(); })
 {
 }
 
@@ -200,7 +205,7 @@ ContentScanner::~ContentScanner()
 std::shared_ptr<ContentScanner::Scan> ContentScanner::scan(const std::vector<QPDFObjectHandle>& streams)
 {
     auto scan = std::make_shared<Scan>();
-    const auto take = [&](const QPDFObjectHandle& stream) { return takePiece(stream, scan->pieces); };
+    const auto take = [&](const QPDFObjectHandle& stream) { return takePiece(stream, plain_, scan->pieces); };
     if (!std::all_of(streams.begin(), streams.end(), take)) {
         scan->done = true;
         return scan;

@@ -14,6 +14,8 @@
 
 namespace quillfern::pdf {
 
+class PlainStreams;
+
 /// Reads the content of pages on a thread beside the one that owns the document. The streams' bytes are taken
 /// out of the document at once, on the caller's thread; they are inflated and read on the other thread, and
 /// by the caller itself while it waits for a result.
@@ -30,7 +32,8 @@ class ContentScanner
     /// The task of reading one page's content, with its result.
     class Scan;
 
-    ContentScanner();
+    /// `plain` is borrowed.
+    explicit ContentScanner(PlainStreams& plain);
     ~ContentScanner();
     ContentScanner(const ContentScanner&) = delete;
     ContentScanner& operator=(const ContentScanner&) = delete;
@@ -45,6 +48,7 @@ class ContentScanner
     std::shared_ptr<Scan> takeNext();
     void finish(Scan& scan);
 
+    PlainStreams& plain_;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<std::shared_ptr<Scan>> waiting_;

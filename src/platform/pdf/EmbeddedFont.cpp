@@ -38,18 +38,8 @@ QPDFObjectHandle nameObject(const QByteArray& name)
 
 } // namespace
 
-QPDFObjectHandle deflatedStream(QPDF& document, const QByteArray& bytes)
-{
-    // qCompress puts the length before the zlib stream.
-    const QByteArray packed = qCompress(bytes, 9).mid(4);
-    QPDFObjectHandle stream = document.newStream(packed.toStdString());
-    stream.getDict().replaceKey("/Filter", QPDFObjectHandle::newName("/FlateDecode"));
-    return stream;
-}
-
-EmbeddedFont::EmbeddedFont(QPDF& document, std::shared_ptr<const drawing::FontFace> face)
-    : document_(document), program_(std::move(face)),
-      object_(document.makeIndirectObject(QPDFObjectHandle::newDictionary()))
+EmbeddedFont::EmbeddedFont(NewObjects& objects, std::shared_ptr<const drawing::FontFace> face)
+    : objects_(objects), program_(std::move(face)), object_(objects.add(QPDFObjectHandle::newDictionary()))
 {
 }
 
@@ -110,11 +100,12 @@ QPDFObjectHandle EmbeddedFont::descriptor(const QByteArray& name, const FontProg
     for (const double edge : metrics.boundingBox)
         box.appendItem(real(edge));
 
-    QPDFObjectHandle file = deflatedStream(document_, subset.program);
+    QPDFObjectHandle kind = QPDFObjectHandle::newDictionary();
     if (program_.isCff())
-        file.getDict().replaceKey("/Subtype", QPDFObjectHandle::newName("/CIDFontType0C"));
+        kind.replaceKey("/Subtype", QPDFObjectHandle::newName("/CIDFontType0C"));
     else
-        file.getDict().replaceKey("/Length1", QPDFObjectHandle::newInteger(subset.program.size()));
+        kind.replaceKey("/Length1", QPDFObjectHandle::newInteger(subset.program.size()));
+    const QPDFObjectHandle file = objects_.addDeflated(subset.program, kind);
 
     // One bit a code, the first in the highest bit; some archival profiles demand it.
     QByteArray cidSet;
@@ -139,8 +130,8 @@ QPDFObjectHandle EmbeddedFont::descriptor(const QByteArray& name, const FontProg
          // The usual estimate of the stems' width from the weight class.
          {"/StemV", QPDFObjectHandle::newInteger(std::lround(50 + std::pow(metrics.weight / 65.0, 2)))},
          {program_.isCff() ? "/FontFile3" : "/FontFile2", file},
-         {"/CIDSet", deflatedStream(document_, cidSet)}});
-    return document_.makeIndirectObject(dictionary);
+         {"/CIDSet", objects_.addDeflated(cidSet)}});
+    return objects_.add(dictionary);
 }
 
 void EmbeddedFont::finish()
@@ -170,9 +161,9 @@ void EmbeddedFont::finish()
     object_.replaceKey("/BaseFont", nameObject(program_.isCff() ? name + "-Identity-H" : name));
     object_.replaceKey("/Encoding", QPDFObjectHandle::newName("/Identity-H"));
     QPDFObjectHandle descendants = QPDFObjectHandle::newArray();
-    descendants.appendItem(document_.makeIndirectObject(descendant));
+    descendants.appendItem(objects_.add(descendant));
     object_.replaceKey("/DescendantFonts", descendants);
-    object_.replaceKey("/ToUnicode", deflatedStream(document_, toUnicodeMap()));
+    object_.replaceKey("/ToUnicode", objects_.addDeflated(toUnicodeMap()));
 }
 
 } // namespace quillfern::pdf

@@ -2,6 +2,7 @@
 
 #include "platform/drawing/FontFace.h"
 #include "platform/pdf/FontProgram.h"
+#include "platform/pdf/NewObjects.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -19,7 +20,7 @@ namespace quillfern::pdf {
 class EmbeddedFont
 {
   public:
-    EmbeddedFont(QPDF& document, std::shared_ptr<const drawing::FontFace> face);
+    EmbeddedFont(NewObjects& objects, std::shared_ptr<const drawing::FontFace> face);
 
     [[nodiscard]] bool embeddable() const { return program_.embeddable(); }
     /// The font dictionary, an indirect object; complete after finish().
@@ -43,13 +44,10 @@ class EmbeddedFont
     [[nodiscard]] QPDFObjectHandle widths() const;
     QPDFObjectHandle descriptor(const QByteArray& name, const FontProgram::Subset& subset);
 
-    QPDF& document_;
+    NewObjects& objects_;
     FontProgram program_;
     QPDFObjectHandle object_;
     std::map<std::uint32_t, QString> glyphs_;
 };
-
-/// `bytes` as a new stream of the document, deflated.
-[[nodiscard]] QPDFObjectHandle deflatedStream(QPDF& document, const QByteArray& bytes);
 
 } // namespace quillfern::pdf

@@ -23,6 +23,30 @@ FileInput::~FileInput()
     ::close(descriptor_);
 }
 
+void FileInput::readAt(qpdf_offset_t offset, char* bytes, std::size_t length) const
+{
+    std::size_t filled = 0;
+    while (filled < length) {
+        const ssize_t count = ::pread(descriptor_, bytes + filled, length - filled,
+                                      offset + static_cast<qpdf_offset_t>(filled));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0)
+            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read the file"), errno);
+        if (count == 0)
+            throw Failure(
+                QT_TRANSLATE_NOOP("quillfern::Failure", "the file became shorter while it was read"));
+        filled += static_cast<std::size_t>(count);
+    }
+}
+
+QByteArray FileInput::bytesAt(qpdf_offset_t offset, qpdf_offset_t length) const
+{
+    if (offset < 0 || length < 0 || offset + length > size_) return {};
+    QByteArray bytes(static_cast<qsizetype>(length), Qt::Uninitialized);
+    readAt(offset, bytes.data(), static_cast<std::size_t>(length));
+    return bytes;
+}
+
 const FileInput::Block& FileInput::blockAt(qpdf_offset_t offset)
 {
     const qpdf_offset_t start = offset - offset % blockSize;
@@ -42,35 +66,31 @@ const FileInput::Block& FileInput::blockAt(qpdf_offset_t offset)
     block.start = -1; // until it is filled
     if (!block.bytes) block.bytes.reset(new char[static_cast<std::size_t>(blockSize)]);
     block.size = static_cast<std::size_t>(std::min(blockSize, size_ - start));
-    std::size_t filled = 0;
-    while (filled < block.size) {
-        const ssize_t count = ::pread(descriptor_, block.bytes.get() + filled, block.size - filled,
-                                      start + static_cast<qpdf_offset_t>(filled));
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0)
-            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read the file"), errno);
-        if (count == 0)
-            throw Failure(
-                QT_TRANSLATE_NOOP("quillfern::Failure", "the file became shorter while it was read"));
-        filled += static_cast<std::size_t>(count);
-    }
+    readAt(start, block.bytes.get(), block.size);
     block.start = start;
     byStart_[start] = blocks_.begin();
     return block;
 }
 
-size_t FileInput::read(char* bytes, size_t length)
+size_t FileInput::copyAt(qpdf_offset_t offset, char* bytes, size_t length)
 {
-    last_offset = position_;
     size_t done = 0;
-    while (done < length && position_ >= 0 && position_ < size_) {
-        const Block& block = blockAt(position_);
-        const auto inside = static_cast<size_t>(position_ - block.start);
+    while (done < length && offset >= 0 && offset < size_) {
+        const Block& block = blockAt(offset);
+        const auto inside = static_cast<size_t>(offset - block.start);
         const size_t part = std::min(length - done, block.size - inside);
         std::memcpy(bytes + done, block.bytes.get() + inside, part);
         done += part;
-        position_ += static_cast<qpdf_offset_t>(part);
+        offset += static_cast<qpdf_offset_t>(part);
     }
+    return done;
+}
+
+size_t FileInput::read(char* bytes, size_t length)
+{
+    last_offset = position_;
+    const size_t done = copyAt(position_, bytes, length);
+    position_ += static_cast<qpdf_offset_t>(done);
     return done;
 }
 

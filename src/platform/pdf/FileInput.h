@@ -2,7 +2,7 @@
 
 #include "platform/system/FilePath.h"
 
-#include <QString>
+#include <QByteArray>
 #include <cstddef>
 #include <list>
 #include <memory>
@@ -33,6 +33,16 @@ class FileInput final : public InputSource
     size_t read(char* bytes, size_t length) override;
     void unreadCh(char) override { --position_; }
 
+    /// The size of the file when it was opened, in bytes.
+    [[nodiscard]] qpdf_offset_t size() const { return size_; }
+    /// For copying the file as it is. Owned by this object; its own position is not used here.
+    [[nodiscard]] int descriptor() const { return descriptor_; }
+    /// Copies up to `length` bytes from `offset` on and returns how many the file has there; through the
+    /// blocks in memory, without moving the position. Throws Failure.
+    size_t copyAt(qpdf_offset_t offset, char* bytes, size_t length);
+    /// Bytes that lie within the file, read from the disk. Throws Failure.
+    [[nodiscard]] QByteArray bytesAt(qpdf_offset_t offset, qpdf_offset_t length) const;
+
   private:
     static constexpr qpdf_offset_t blockSize = qpdf_offset_t{128} * 1024;
     /// 32 MiB: the system reads documents up to this size once, though parsing and writing pass over them
@@ -45,6 +55,8 @@ class FileInput final : public InputSource
         std::size_t size = 0;
     };
 
+    /// Fills `bytes` from the file. Throws Failure when the file has fewer.
+    void readAt(qpdf_offset_t offset, char* bytes, std::size_t length) const;
     /// The block that holds `offset`, which lies before the end of the file.
     const Block& blockAt(qpdf_offset_t offset);
 

@@ -191,6 +191,7 @@ void PdfCanvas::glyphsAsText(const drawing::ShapedRun& run, PdfResources::Font& 
     // A string goes on as long as the glyphs follow each other on one line; small shifts are written between.
     double pen = 0;
     double line = 0;
+    bool isFirst = true;
     bool open = false;
     bool inString = false;
     const auto closeString = [&] {
@@ -225,9 +226,16 @@ void PdfCanvas::glyphsAsText(const drawing::ShapedRun& run, PdfResources::Font& 
             if (!open || std::abs(glyph.y - line) > 0.0005) {
                 closeArray();
                 const QTransform place = QTransform(1, 0, 0, -1, glyph.x * size, glyph.y * size) * transform_;
-                numbers({place.m11(), place.m12(), place.m21(), place.m22()}, factorDecimals);
-                numbers({place.dx(), place.dy()});
-                content_ += "Tm[";
+                // A text object begins at the origin, so upright text needs no matrix there.
+                if (isFirst && place.type() <= QTransform::TxTranslate) {
+                    numbers({place.dx(), place.dy()});
+                    content_ += "Td[";
+                } else {
+                    numbers({place.m11(), place.m12(), place.m21(), place.m22()}, factorDecimals);
+                    numbers({place.dx(), place.dy()});
+                    content_ += "Tm[";
+                }
+                isFirst = false;
                 open = true;
                 line = glyph.y;
             } else if (std::abs(shift) > 0.5) {

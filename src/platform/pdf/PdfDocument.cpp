@@ -1,12 +1,15 @@
 #include "platform/pdf/PdfDocument.h"
 
 #include "platform/pdf/ContentScanner.h"
+#include "platform/pdf/DocumentChanges.h"
 #include "platform/pdf/FileInput.h"
+#include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PdfCanvas.h"
 #include "platform/pdf/PdfMetadata.h"
 #include "platform/pdf/PdfPageBox.h"
 #include "platform/pdf/PdfResources.h"
 #include "platform/pdf/PdfWriter.h"
+#include "platform/pdf/PlainStreams.h"
 #include "platform/store/AtomicFile.h"
 #include "platform/system/Failure.h"
 
@@ -15,6 +18,7 @@
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFExc.hh>
 #include <set>
+#include <unordered_map>
 
 namespace quillfern::pdf {
 
@@ -42,16 +46,20 @@ auto translated(Work&& work)
     }
 }
 
-std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page)
+/// The streams of the page's content. Those that can be read straight from the file are not resolved.
+std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page, PlainStreams& plain)
 {
     QPDFObjectHandle contents = page.getKey("/Contents");
+    const auto isStream = [&plain](QPDFObjectHandle& object) {
+        return object.isIndirect() && (plain.isPlain(object.getObjGen()) || object.isStream());
+    };
     std::vector<QPDFObjectHandle> streams;
-    if (contents.isStream()) {
+    if (isStream(contents)) {
         streams.push_back(contents);
     } else if (contents.isArray()) {
         for (int i = 0; i < contents.getArrayNItems(); ++i) {
             QPDFObjectHandle item = contents.getArrayItem(i);
-            if (item.isStream()) streams.push_back(item);
+            if (isStream(item)) streams.push_back(item);
         }
     }
     return streams;
@@ -81,23 +89,31 @@ int correctCount(QPDFObjectHandle node, std::set<QPDFObjGen>& counted)
 class PdfDocument::Private
 {
   public:
-    explicit Private(const FilePath& path)
+    explicit Private(const FilePath& path) : source(std::make_shared<FileInput>(path))
     {
         qpdf.setSuppressWarnings(true);
-        qpdf.processInputSource(std::make_shared<FileInput>(path), "");
+        qpdf.processInputSource(source, "");
+        plain.emplace(qpdf, *source);
+        scanner_.emplace(*plain);
         pages = qpdf.getAllPages();
-        if (!parentsLeadUp()) qpdf.pushInheritedAttributesToPage();
+        if (!parentsLeadUp()) {
+            changes.noteRebuilt();
+            qpdf.pushInheritedAttributesToPage();
+        }
         // Viewers rely on the count in the page tree, so a wrong one is corrected.
         QPDFObjectHandle root = qpdf.getRoot().getKey("/Pages");
         QPDFObjectHandle count = root.getKey("/Count");
         std::set<QPDFObjGen> counted;
-        if (!count.isInteger() || count.getIntValue() != static_cast<long long>(pages.size()))
+        if (!count.isInteger() || count.getIntValue() != static_cast<long long>(pages.size())) {
+            changes.noteRebuilt();
             correctCount(root, counted);
+        }
         if (pages.empty())
             throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no pages"));
-        metadata.emplace(qpdf);
+        objects.emplace(qpdf, changes.isRebuilt() || qpdf.anyWarnings());
+        metadata.emplace(qpdf, changes, *objects);
         archivalPart = metadata->archivalPart();
-        resources.emplace(qpdf, archivalPart > 0 && !metadata->hasRgbOutputIntent());
+        resources.emplace(*objects, archivalPart > 0 && !metadata->hasRgbOutputIntent());
     }
 
     /// A page whose marks are drawn and whose own content is still being read.
@@ -116,7 +132,11 @@ class PdfDocument::Private
     std::shared_ptr<ContentScanner::Scan> scanOf(const std::vector<QPDFObjectHandle>& streams);
     QPDFObjectHandle resourcesWith(const QPDFObjectHandle& page, const PdfPageResources& added);
 
+    std::shared_ptr<FileInput> source;
     QPDF qpdf;
+    DocumentChanges changes;
+    std::optional<NewObjects> objects;
+    std::optional<PlainStreams> plain;
     std::vector<QPDFObjectHandle> pages;
     std::optional<PdfMetadata> metadata;
     std::optional<PdfResources> resources;
@@ -131,9 +151,10 @@ class PdfDocument::Private
 
     static constexpr std::size_t mostPending = 256;
     std::deque<Pending> pending_;
-    ContentScanner scanner_;
+    std::optional<ContentScanner> scanner_;
     std::map<std::vector<QPDFObjGen>, std::shared_ptr<ContentScanner::Scan>> scans_;
     std::map<std::pair<QPDFObjGen, std::string>, QPDFObjectHandle> sharedResources_;
+    std::unordered_map<std::string, QPDFObjectHandle> equalResources_; ///< by their text
     QPDFObjectHandle saveState_;
 };
 
@@ -157,7 +178,7 @@ bool PdfDocument::Private::parentsLeadUp()
 
 QPDFObjectHandle PdfDocument::Private::saveState()
 {
-    if (!saveState_.isInitialized()) saveState_ = qpdf.newStream("q\n");
+    if (!saveState_.isInitialized()) saveState_ = objects->addStream("q\n");
     return saveState_;
 }
 
@@ -172,7 +193,7 @@ PdfDocument::Private::scanOf(const std::vector<QPDFObjectHandle>& streams)
     const auto found = scans_.find(key);
     if (found != scans_.end()) return found->second;
     if (scans_.size() >= 4 * mostPending) scans_.clear();
-    return scans_.emplace(std::move(key), scanner_.scan(streams)).first->second;
+    return scans_.emplace(std::move(key), scanner_->scan(streams)).first->second;
 }
 
 QPDFObjectHandle PdfDocument::Private::resourcesWith(const QPDFObjectHandle& page,
@@ -188,12 +209,15 @@ QPDFObjectHandle PdfDocument::Private::resourcesWith(const QPDFObjectHandle& pag
         return copy;
     };
     if (own || !present.isDictionary()) return extended();
-    // Pages that shared one dictionary share its extended copy; the original stays for everything else that
-    // uses it.
+    // Pages that shared one dictionary, or had equal ones, share its extended copy; the original stays for
+    // everything else that uses it.
     const std::pair key(present.isIndirect() ? present.getObjGen() : holder.getObjGen(), added.signature());
     QPDFObjectHandle& shared = sharedResources_[key];
-    if (!shared.isInitialized()) shared = qpdf.makeIndirectObject(extended());
-    return shared;
+    if (shared.isInitialized()) return shared;
+    QPDFObjectHandle copy = extended();
+    QPDFObjectHandle& equal = equalResources_[copy.unparse()];
+    if (!equal.isInitialized()) equal = objects->add(copy);
+    return shared = equal;
 }
 
 void PdfDocument::Private::add(Pending pending)
@@ -216,20 +240,20 @@ void PdfDocument::Private::settleOldest()
 
     std::string closing;
     if (pending.scan) {
-        const ContentScanner::Result& scan = scanner_.resultOf(*pending.scan);
+        const ContentScanner::Result& scan = scanner_->resultOf(*pending.scan);
         closing = scan.balance.closing.toStdString();
-        if (!scan.mended.isEmpty()) pending.streams = {deflatedStream(qpdf, scan.mended)};
+        if (!scan.mended.isEmpty()) pending.streams = {objects->addDeflated(scan.mended)};
     }
     const bool wrap = !pending.over.empty() && !pending.streams.empty();
     if (!pending.under.empty())
-        contents.appendItem(qpdf.newStream(pending.under + (wrap ? "q\n" : "")));
+        contents.appendItem(objects->addStream(pending.under + (wrap ? "q\n" : "")));
     else if (wrap)
         contents.appendItem(saveState());
     for (const QPDFObjectHandle& stream : pending.streams)
         contents.appendItem(stream);
     // The line feed ends a comment, or an escape, that the content ends in.
     if (!pending.over.empty())
-        contents.appendItem(qpdf.newStream(wrap ? '\n' + closing + "Q\n" + pending.over : pending.over));
+        contents.appendItem(objects->addStream(wrap ? '\n' + closing + "Q\n" + pending.over : pending.over));
     pending.page.replaceKey("/Contents", contents);
 }
 
@@ -249,11 +273,13 @@ class PdfDocument::StampedPage final : public PdfPage
     void finish() override
     {
         translated([this] {
+            document_.changes.noteChanged(page_);
             showWholeMediaBox();
             if (!resources_.empty())
                 page_.replaceKey("/Resources", document_.resourcesWith(page_, resources_));
             if (under_.content().empty() && over_.content().empty()) return;
-            Private::Pending pending{page_, contentStreams(page_), {}, under_.content(), over_.content()};
+            Private::Pending pending{
+                page_, contentStreams(page_, *document_.plain), {}, under_.content(), over_.content()};
             if (!pending.over.empty() && !pending.streams.empty())
                 pending.scan = document_.scanOf(pending.streams);
             document_.add(std::move(pending));
@@ -317,6 +343,7 @@ std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, drawing::TextShaper& 
 void PdfDocument::blankPage(int index)
 {
     translated([&] {
+        d->changes.noteRebuilt(); // what was on the page must not remain in the file
         QPDFObjectHandle page = d->pages.at(static_cast<std::size_t>(index));
         QPDFObjectHandle annotations = page.getKey("/Annots");
         if (annotations.isArray())
@@ -335,6 +362,7 @@ void PdfDocument::keepFirstPages(int count)
     translated([&] {
         d->settleAll();
         while (pageCount() > count) {
+            d->changes.noteRebuilt();
             d->qpdf.removePage(d->pages.back());
             d->pages = d->qpdf.getAllPages();
         }
@@ -390,7 +418,8 @@ void PdfDocument::save(const PdfWriter& writer, store::AtomicFile& target)
         d->resources->finish();
         // The first archival profile forbids transparency, so the claim would be false.
         if (d->archivalPart == 1 && d->resources->usesTransparency()) d->metadata->withdrawArchivalClaim();
-        writer.write(d->qpdf, d->resources->usesTransparency(), target);
+        if (d->resources->usesTransparency()) d->changes.noteTransparency();
+        writer.write(d->qpdf, d->changes, *d->objects, *d->source, target);
     });
 }
 

@@ -1,6 +1,6 @@
 #include "platform/pdf/PdfImage.h"
 
-#include "platform/pdf/EmbeddedFont.h"
+#include "platform/pdf/NewObjects.h"
 
 #include <QtGlobal>
 #include <algorithm>
@@ -70,22 +70,22 @@ void describeImage(QPDFObjectHandle& dictionary, int width, int height, int chan
     dictionary.replaceKey("/Filter", QPDFObjectHandle::newName(filter));
 }
 
-QPDFObjectHandle imageStream(QPDF& document, const QByteArray& rows, int width, int height, int channels)
+QPDFObjectHandle imageStream(NewObjects& objects, const QByteArray& rows, int width, int height, int channels,
+                             const QPDFObjectHandle& mask = {})
 {
     const qsizetype stride = qsizetype{width} * channels;
-    QByteArray plain = qCompress(rows, 9);
-    QByteArray differences = qCompress(predicted(rows, stride, channels), 9);
+    const QByteArray plain = deflatedBytes(rows);
+    const QByteArray differences = deflatedBytes(predicted(rows, stride, channels));
     const bool usePredictor = differences.size() < plain.size();
-    const QByteArray packed = (usePredictor ? differences : plain).mid(4); // qCompress puts the length first
-    QPDFObjectHandle stream = document.newStream(packed.toStdString());
-    QPDFObjectHandle dictionary = stream.getDict();
+    QPDFObjectHandle dictionary = QPDFObjectHandle::newDictionary();
     describeImage(dictionary, width, height, channels, "/FlateDecode");
     if (usePredictor)
         dictionary.replaceKey("/DecodeParms", QPDFObjectHandle::newDictionary(
                                                   {{"/Predictor", QPDFObjectHandle::newInteger(15)},
                                                    {"/Colors", QPDFObjectHandle::newInteger(channels)},
                                                    {"/Columns", QPDFObjectHandle::newInteger(width)}}));
-    return stream;
+    if (mask.isInitialized()) dictionary.replaceKey("/SMask", mask);
+    return objects.addStream((usePredictor ? differences : plain).toStdString(), dictionary);
 }
 
 QByteArray rowsOf(const QImage& image, int channels)
@@ -111,15 +111,14 @@ bool isOpaque(const QImage& image)
 
 } // namespace
 
-PdfImage makeImage(QPDF& document, const drawing::Picture& picture)
+PdfImage makeImage(NewObjects& objects, const drawing::Picture& picture)
 {
     const QImage& image = picture.image();
     if (!picture.jpeg().isEmpty()) {
-        QPDFObjectHandle stream = document.newStream(picture.jpeg().toStdString());
-        QPDFObjectHandle dictionary = stream.getDict();
+        QPDFObjectHandle dictionary = QPDFObjectHandle::newDictionary();
         describeImage(dictionary, image.width(), image.height(),
                       image.format() == QImage::Format_Grayscale8 ? 1 : 3, "/DCTDecode");
-        return {stream, false};
+        return {objects.addStream(picture.jpeg().toStdString(), dictionary), false};
     }
     const bool opaque = isOpaque(image);
     const int channels = image.isGrayscale() ? 1 : 3;
@@ -129,14 +128,13 @@ PdfImage makeImage(QPDF& document, const drawing::Picture& picture)
     const QImage colours = straight.convertToFormat(QImage::Format_RGB32);
     const QImage pixels =
         colours.convertToFormat(channels == 1 ? QImage::Format_Grayscale8 : QImage::Format_RGB888);
-    QPDFObjectHandle stream =
-        imageStream(document, rowsOf(pixels, channels), image.width(), image.height(), channels);
+    QPDFObjectHandle mask;
     if (!opaque) {
         const QImage alpha = image.convertToFormat(QImage::Format_Alpha8);
-        stream.getDict().replaceKey(
-            "/SMask", imageStream(document, rowsOf(alpha, 1), image.width(), image.height(), 1));
+        mask = imageStream(objects, rowsOf(alpha, 1), image.width(), image.height(), 1);
     }
-    return {stream, !opaque};
+    return {imageStream(objects, rowsOf(pixels, channels), image.width(), image.height(), channels, mask),
+            !opaque};
 }
 
 } // namespace quillfern::pdf

@@ -2,10 +2,11 @@
 
 #include "platform/drawing/Picture.h"
 
-#include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 
 namespace quillfern::pdf {
+
+class NewObjects;
 
 struct PdfImage
 {
@@ -16,6 +17,6 @@ struct PdfImage
 /// Puts a picture into the document without loss: one that comes from a JPEG as that JPEG; grey pictures as
 /// grey, others as RGB, deflated with predictors or without, whichever is smaller, and with a soft mask only
 /// when some pixel is not opaque.
-[[nodiscard]] PdfImage makeImage(QPDF& document, const drawing::Picture& picture);
+[[nodiscard]] PdfImage makeImage(NewObjects& objects, const drawing::Picture& picture);
 
 } // namespace quillfern::pdf

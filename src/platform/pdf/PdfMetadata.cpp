@@ -1,11 +1,14 @@
 #include "platform/pdf/PdfMetadata.h"
 
 #include "platform/pdf/BoundedStream.h"
+#include "platform/pdf/DocumentChanges.h"
+#include "platform/pdf/NewObjects.h"
 
 namespace quillfern::pdf {
 
-PdfMetadata::PdfMetadata(QPDF& document)
-    : document_(document), stream_(document.getRoot().getKey("/Metadata"))
+PdfMetadata::PdfMetadata(QPDF& document, DocumentChanges& changes, NewObjects& objects)
+    : document_(document), changes_(changes), objects_(objects),
+      stream_(document.getRoot().getKey("/Metadata"))
 {
     if (!stream_.isStream()) return;
     constexpr std::size_t largestPacket = std::size_t{32} << 20;
@@ -21,6 +24,7 @@ PdfMetadata::PdfMetadata(QPDF& document)
 
 void PdfMetadata::storePacket()
 {
+    changes_.noteChanged(stream_);
     // Without a filter, as archival profiles demand and other programs expect.
     stream_.replaceStreamData(packet_->bytes().toStdString(), QPDFObjectHandle::newNull(),
                               QPDFObjectHandle::newNull());
@@ -30,9 +34,10 @@ void PdfMetadata::setCreator(const QString& creator)
 {
     QPDFObjectHandle info = document_.getTrailer().getKey("/Info");
     if (!info.isDictionary()) {
-        info = document_.makeIndirectObject(QPDFObjectHandle::newDictionary());
+        info = objects_.add(QPDFObjectHandle::newDictionary());
         document_.getTrailer().replaceKey("/Info", info);
     }
+    changes_.noteChanged(info);
     info.replaceKey("/Creator", QPDFObjectHandle::newUnicodeString(creator.toStdString()));
     if (packet_ && packet_->setCreatorTool(creator)) storePacket();
 }

@@ -9,13 +9,17 @@
 
 namespace quillfern::pdf {
 
+class DocumentChanges;
+class NewObjects;
+
 /// What a document says about itself: the information dictionary and the XMP packet of its catalogue. A
 /// packet that cannot be understood, or is larger than any real one, stays as it is and counts as one without
 /// an archival claim.
 class PdfMetadata
 {
   public:
-    explicit PdfMetadata(QPDF& document);
+    /// Both are borrowed.
+    PdfMetadata(QPDF& document, DocumentChanges& changes, NewObjects& objects);
 
     void setCreator(const QString& creator);
 
@@ -30,6 +34,8 @@ class PdfMetadata
     void storePacket();
 
     QPDF& document_;
+    DocumentChanges& changes_;
+    NewObjects& objects_;
     QPDFObjectHandle stream_;         ///< null without XMP
     std::optional<XmpPacket> packet_; ///< only when it is understood
 };

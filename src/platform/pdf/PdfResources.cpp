@@ -47,8 +47,8 @@ GlyphPicture paintGlyph(const drawing::FontFace& face, quint32 glyph)
 
 } // namespace
 
-PdfResources::PdfResources(QPDF& document, bool calibratedColour)
-    : document_(document), calibratedColour_(calibratedColour)
+PdfResources::PdfResources(NewObjects& objects, bool calibratedColour)
+    : objects_(objects), calibratedColour_(calibratedColour)
 {
 }
 
@@ -57,7 +57,7 @@ PdfResources::Font* PdfResources::font(const std::shared_ptr<const drawing::Font
     const auto found = fonts_.find(face.get());
     if (found != fonts_.end()) return found->second.get();
     std::unique_ptr<Font> entry;
-    auto font = std::make_unique<EmbeddedFont>(document_, face);
+    auto font = std::make_unique<EmbeddedFont>(objects_, face);
     if (font->embeddable() && font->canSubset()) {
         entry = std::make_unique<Font>();
         entry->resource = {"/Font", numbered("F", fonts_.size()), font->object()};
@@ -76,7 +76,7 @@ const PdfResource& PdfResources::opacity(double fill, double stroke)
     auto state = QPDFObjectHandle::newDictionary({{"/Type", QPDFObjectHandle::newName("/ExtGState")},
                                                   {"/ca", QPDFObjectHandle::newReal(fill, 3)},
                                                   {"/CA", QPDFObjectHandle::newReal(stroke, 3)}});
-    PdfResource resource{"/ExtGState", numbered("G", opacities_.size()), document_.makeIndirectObject(state)};
+    PdfResource resource{"/ExtGState", numbered("G", opacities_.size()), objects_.add(state)};
     return opacities_.emplace(key, std::move(resource)).first->second;
 }
 
@@ -84,7 +84,7 @@ const PdfResource& PdfResources::picture(const drawing::Picture& picture)
 {
     const auto found = pictures_.find(picture.key());
     if (found != pictures_.end()) return found->second;
-    const PdfImage image = makeImage(document_, picture);
+    const PdfImage image = makeImage(objects_, picture);
     usesTransparency_ = usesTransparency_ || image.hasMask;
     keptPictures_.push_back(picture);
     PdfResource resource{"/XObject", numbered("X", pictures_.size()), image.object};
@@ -108,7 +108,7 @@ const PdfResource* PdfResources::colourSpace()
         // sRGB's white point, gamma and primaries (ISO 32000-1, 8.6.5.3).
         colourSpace_ =
             PdfResource{"/ColorSpace", "C0",
-                        document_.makeIndirectObject(QPDFObjectHandle::parse(
+                        objects_.add(QPDFObjectHandle::parse(
                             "[/CalRGB << /WhitePoint [0.9505 1 1.089] /Gamma [2.2 2.2 2.2] "
                             "/Matrix [0.4124 0.2126 0.0193 0.3576 0.7152 0.1192 0.1805 0.0722 0.9505] >>]"))};
     }

@@ -39,7 +39,7 @@ class PdfResources
   public:
     /// With `calibratedColour`, colours other than greys are written in a calibrated space, for documents
     /// whose archival claim allows no plain RGB.
-    PdfResources(QPDF& document, bool calibratedColour);
+    PdfResources(NewObjects& objects, bool calibratedColour);
 
     struct Font
     {
@@ -63,7 +63,7 @@ class PdfResources
     void finish();
 
   private:
-    QPDF& document_;
+    NewObjects& objects_;
     bool calibratedColour_;
     bool usesTransparency_ = false;
     std::map<const drawing::FontFace*, std::shared_ptr<const drawing::FontFace>> faces_; ///< keeps them alive

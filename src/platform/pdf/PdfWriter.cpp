@@ -1,5 +1,7 @@
 #include "platform/pdf/PdfWriter.h"
 
+#include "platform/pdf/DocumentChanges.h"
+#include "platform/pdf/NewObjects.h"
 #include "platform/store/AtomicFile.h"
 
 #include <qpdf/Pipeline.hh>
@@ -27,15 +29,17 @@ class FilePipeline final : public Pipeline
 
 } // namespace
 
-void RewritingPdfWriter::write(QPDF& document, bool needsTransparency, store::AtomicFile& target) const
+void RewritingPdfWriter::write(QPDF& document, DocumentChanges& changes, NewObjects& objects,
+                               const FileInput&, store::AtomicFile& target) const
 {
+    objects.materialise();
     FilePipeline pipeline(target);
     QPDFWriter writer(document);
     writer.setOutputPipeline(&pipeline);
     writer.setStreamDataMode(qpdf_s_preserve);
     writer.setObjectStreamMode(qpdf_o_preserve);
     writer.setPreserveUnreferencedObjects(false);
-    writer.setMinimumPDFVersion(needsTransparency ? "1.4" : "1.3");
+    writer.setMinimumPDFVersion(changes.usesTransparency() ? "1.4" : "1.3");
     writer.write();
 }
 

@@ -10,22 +10,40 @@ class AtomicFile;
 
 namespace quillfern::pdf {
 
+class DocumentChanges;
+class FileInput;
+class NewObjects;
+
 /// Writes a changed document to the disk.
 class PdfWriter
 {
   public:
     virtual ~PdfWriter() = default;
-    /// Writes the document with all its changes. `needsTransparency` is true when the document uses
-    /// transparency, which PDF 1.3 did not have. Throws Failure or what the document's library throws; the
-    /// caller translates.
-    virtual void write(QPDF& document, bool needsTransparency, store::AtomicFile& target) const = 0;
+    /// Writes the document, which was opened from `source`, with all its changes. Throws Failure or what the
+    /// document's library throws; the caller translates.
+    virtual void write(QPDF& document, DocumentChanges& changes, NewObjects& objects, const FileInput& source,
+                       store::AtomicFile& target) const = 0;
 };
 
 /// Writes every object anew, streams as they are. Object streams and encryption are kept.
 class RewritingPdfWriter final : public PdfWriter
 {
   public:
-    void write(QPDF& document, bool needsTransparency, store::AtomicFile& target) const override;
+    void write(QPDF& document, DocumentChanges& changes, NewObjects& objects, const FileInput& source,
+               store::AtomicFile& target) const override;
+};
+
+/// Writes a copy of the source followed by an incremental update (ISO 32000-1, 7.5.6) that holds only the new
+/// and the changed objects: the signed revision of a signed document stays valid, and large documents are
+/// copied by the system instead of being parsed and written.
+///
+/// Where the update would be wrong the document is written anew: the source was read with repairs, is
+/// encrypted, does not begin with its header, or something is to disappear from it.
+class AppendingPdfWriter final : public PdfWriter
+{
+  public:
+    void write(QPDF& document, DocumentChanges& changes, NewObjects& objects, const FileInput& source,
+               store::AtomicFile& target) const override;
 };
 
 } // namespace quillfern::pdf

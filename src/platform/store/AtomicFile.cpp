@@ -4,11 +4,16 @@
 #include "platform/system/FileAccess.h"
 
 #include <QRandomGenerator>
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#ifdef __linux__
+#include <linux/fs.h>
+#endif
 
 namespace quillfern::store {
 
@@ -88,14 +93,70 @@ void AtomicFile::writeOut(const char* data, std::size_t size)
         size -= static_cast<std::size_t>(written);
         written_ += written;
     }
+    startWriting();
+}
+
+void AtomicFile::startWriting()
+{
 #ifdef SYNC_FILE_RANGE_WRITE
-    // Let the disk begin while we go on, so that the flush at the end has little left to wait for.
     constexpr long long worthStarting = 4LL << 20;
     if (written_ - started_ >= worthStarting) {
         ::sync_file_range(descriptor_, started_, written_ - started_, SYNC_FILE_RANGE_WRITE);
         started_ = written_;
     }
 #endif
+}
+
+bool AtomicFile::cloneFrom(int descriptor, long long size)
+{
+#ifdef FICLONE
+    // A clone begins at the start of a file and has the size of the source.
+    struct stat status = {};
+    if (written_ != 0 || ::fstat(descriptor, &status) != 0 || status.st_size != size) return false;
+    if (::ioctl(descriptor_, FICLONE, descriptor) != 0) return false;
+    written_ = size;
+    started_ = size;
+    return ::lseek(descriptor_, size, SEEK_SET) == size;
+#else
+    Q_UNUSED(descriptor)
+    Q_UNUSED(size)
+    return false;
+#endif
+}
+
+void AtomicFile::copyFrom(int descriptor, long long size)
+{
+    flushBuffer();
+    if (cloneFrom(descriptor, size)) return;
+    constexpr long long step = 8LL << 20; // so that the disk begins to write long before all is copied
+    long long done = 0;
+#ifdef Q_OS_LINUX
+    while (done < size) {
+        off_t from = done;
+        const ssize_t copied = ::copy_file_range(descriptor, &from, descriptor_, nullptr,
+                                                 static_cast<std::size_t>(std::min(step, size - done)), 0);
+        if (copied < 0 && errno == EINTR) continue;
+        if (copied <= 0) break; // between these file systems it may be impossible; reading says why
+        done += copied;
+        written_ += copied;
+        startWriting();
+    }
+#endif
+    QByteArray block(bufferSize, Qt::Uninitialized);
+    while (done < size) {
+        const ssize_t count =
+            ::pread(descriptor, block.data(),
+                    static_cast<std::size_t>(std::min<long long>(block.size(), size - done)),
+                    static_cast<off_t>(done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0)
+            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read the file"), errno);
+        if (count == 0)
+            throw Failure(
+                QT_TRANSLATE_NOOP("quillfern::Failure", "the file became shorter while it was read"));
+        writeOut(block.constData(), static_cast<std::size_t>(count));
+        done += count;
+    }
 }
 
 void AtomicFile::takePermissionsOf(const FilePath& path)

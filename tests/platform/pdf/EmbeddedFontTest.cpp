@@ -156,7 +156,8 @@ TEST(EmbeddedFontTest, AGlyphStandsForOneTextInTheWholeDocument)
     const auto face = shaper.shape(QStringLiteral("a"), {QStringLiteral("Liberation Sans"), false, false})
                           ->runs.front()
                           .face;
-    EmbeddedFont font(document, face);
+    NewObjects objects(document, false);
+    EmbeddedFont font(objects, face);
     EXPECT_TRUE(font.use(5, QString()));
     EXPECT_TRUE(font.use(5, QStringLiteral("a"))) << "a glyph that stood for nothing can still be named";
     EXPECT_TRUE(font.use(5, QStringLiteral("a")));

@@ -1,5 +1,7 @@
 #include "platform/pdf/PdfMetadata.h"
 
+#include "platform/pdf/DocumentChanges.h"
+#include "platform/pdf/NewObjects.h"
 #include "support/PdfBuilder.h"
 
 #include <gtest/gtest.h>
@@ -38,6 +40,7 @@ class WithMetadata
         file_ = builder.build();
         document.setSuppressWarnings(true);
         document.processMemoryFile("metadata", file_.constData(), static_cast<std::size_t>(file_.size()));
+        objects.emplace(document, false);
     }
 
     QByteArray raw()
@@ -68,6 +71,8 @@ class WithMetadata
     }
 
     QPDF document;
+    DocumentChanges changes;
+    std::optional<NewObjects> objects;
 
   private:
     QByteArray file_;
@@ -89,7 +94,7 @@ TEST(PdfMetadataTest, ChangesThePacketInItsOwnEncoding)
             const auto bytes = [wide](const QByteArray& text) { return wide ? asUtf16(text) : text; };
             WithMetadata with(filtered ? deflated(bytes(claiming)) : bytes(claiming),
                               filtered ? "/Filter/FlateDecode" : "");
-            PdfMetadata metadata(with.document);
+            PdfMetadata metadata(with.document, with.changes, *with.objects);
             EXPECT_EQ(metadata.archivalPart(), 2);
             metadata.setCreator(QStringLiteral("Quillfern"));
             EXPECT_EQ(with.raw(), bytes(named));
@@ -114,7 +119,7 @@ TEST(PdfMetadataTest, LeavesWhatItCannotReadAsItIs)
     };
     for (const auto& [what, bytes, entries] : cases) {
         WithMetadata with(bytes, entries);
-        PdfMetadata metadata(with.document);
+        PdfMetadata metadata(with.document, with.changes, *with.objects);
         EXPECT_EQ(metadata.archivalPart(), 0) << what;
         metadata.setCreator(QString::fromUtf8("Ä \"(q)"));
         metadata.withdrawArchivalClaim();
@@ -138,7 +143,8 @@ TEST(PdfMetadataTest, AnRgbOutputIntentIsOneWithThreeChannels)
     };
     for (const auto& [catalogue, stream, rgb] : cases) {
         WithMetadata with(claiming, stream, catalogue);
-        EXPECT_EQ(PdfMetadata(with.document).hasRgbOutputIntent(), rgb) << catalogue.toStdString();
+        EXPECT_EQ(PdfMetadata(with.document, with.changes, *with.objects).hasRgbOutputIntent(), rgb)
+            << catalogue.toStdString();
     }
 }
 

@@ -1,0 +1,64 @@
+#include "platform/pdf/DocumentChanges.h"
+#include "platform/pdf/FileInput.h"
+#include "platform/pdf/IncrementalUpdate.h"
+#include "platform/pdf/NewObjects.h"
+#include "platform/pdf/PdfWriter.h"
+#include "platform/store/AtomicFile.h"
+
+namespace quillfern::pdf {
+
+namespace {
+
+/// A cross-reference table has ten digits for an offset.
+constexpr std::int64_t largestWithTable = 9'000'000'000;
+
+std::optional<SourceEnd> appendableEnd(QPDF& document, const DocumentChanges& changes,
+                                       const FileInput& source)
+{
+    if (changes.isRebuilt() || document.anyWarnings() || document.isEncrypted()) return std::nullopt;
+    const std::optional<SourceEnd> end = findSourceEnd(source);
+    if (end && !end->isStream && end->size > largestWithTable) return std::nullopt;
+    return end;
+}
+
+/// "1.3" and the like as numbers that can be compared; 0 for what is none.
+double versionNumber(const std::string& version)
+{
+    return QByteArray::fromStdString(version).toDouble();
+}
+
+/// The header of the source stays, so a higher version stands in the catalogue (ISO 32000-1, 7.2.2).
+void requireVersion(QPDF& document, DocumentChanges& changes, const char* version)
+{
+    QPDFObjectHandle catalogue = document.getRoot();
+    QPDFObjectHandle stated = catalogue.getKey("/Version");
+    const double present = std::max(versionNumber(document.getPDFVersion()),
+                                    stated.isName() ? versionNumber(stated.getName().substr(1)) : 0.0);
+    if (present >= versionNumber(version)) return;
+    catalogue.replaceKey("/Version", QPDFObjectHandle::newName(std::string("/") + version));
+    changes.noteChanged(catalogue);
+}
+
+} // namespace
+
+void AppendingPdfWriter::write(QPDF& document, DocumentChanges& changes, NewObjects& objects,
+                               const FileInput& source, store::AtomicFile& target) const
+{
+    const std::optional<SourceEnd> end = appendableEnd(document, changes, source);
+    if (!end) {
+        RewritingPdfWriter().write(document, changes, objects, source, target);
+        return;
+    }
+    if (changes.usesTransparency()) requireVersion(document, changes, "1.4");
+    target.copyFrom(source.descriptor(), end->size);
+    IncrementalUpdate update(document, *end, objects.nextNumber(), target);
+    for (const QPDFObjGen& id : changes.objects())
+        update.addObject(document.getObject(id));
+    for (const int number : objects.others())
+        update.addObject(document.getObject(number, 0));
+    for (const NewObjects::Stream& stream : objects.streams())
+        update.addStream(QPDFObjGen(stream.number, 0), stream.dictionary, stream.bytes);
+    update.finish();
+}
+
+} // namespace quillfern::pdf

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/pdf/SourceEnd.h"
+
+#include <QByteArray>
+#include <QCryptographicHash>
+#include <cstdint>
+#include <map>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillfern::store {
+class AtomicFile;
+}
+
+namespace quillfern::pdf {
+
+/// The part that an incremental update appends to a PDF file (ISO 32000-1, 7.5.6): objects, a cross-reference
+/// section of the same kind as the file's last one, and a trailer that leads to the file's own. Where the
+/// file has cross-reference streams, dictionaries go into object streams.
+///
+/// The same objects give the same bytes: the second part of the file identifier is a hash of what is
+/// appended. Used once, on the document's thread.
+class IncrementalUpdate
+{
+  public:
+    /// The target holds the source's bytes already. Both are borrowed.
+    /// `nextNumber` is the first number that no object has.
+    IncrementalUpdate(QPDF& document, const SourceEnd& source, int nextNumber, store::AtomicFile& target);
+
+    void addObject(const QPDFObjectHandle& object);
+    /// `dictionary` is without /Length.
+    void addStream(const QPDFObjGen& id, const QPDFObjectHandle& dictionary, std::string_view bytes);
+    /// Writes what was collected, the cross-reference section and the trailer.
+    void finish();
+
+  private:
+    struct Place
+    {
+        std::int64_t where; ///< offset from the start of the file, or the number of the object stream
+        int index;          ///< generation, or the index in the object stream
+        bool isInStream;
+    };
+
+    void put(std::string_view bytes);
+    void putStream(int number, const std::string& entries, const QByteArray& data);
+    void putObjectStream();
+    void putTable();
+    void putCrossReferenceStream();
+    [[nodiscard]] QByteArray crossReferenceRows(int offsetBytes) const;
+    /// The entries of the trailer dictionary, without its brackets.
+    [[nodiscard]] std::string trailerEntries();
+    /// Runs of consecutive object numbers: the first number and the count.
+    [[nodiscard]] std::vector<std::pair<int, int>> runs() const;
+
+    QPDF& document_;
+    SourceEnd source_;
+    store::AtomicFile& target_;
+    std::int64_t position_;
+    QCryptographicHash hash_;
+    std::map<int, Place> places_; ///< by object number
+    int nextNumber_;
+    std::vector<std::pair<int, std::string>> waiting_; ///< for the next object stream
+};
+
+} // namespace quillfern::pdf

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QByteArray>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
+#include <string>
+#include <vector>
+
+namespace quillfern::pdf {
+
+/// Makes the objects that are added to an open document. The document's library would first read every object
+/// of the file to find a free number; here the numbers go on behind those that the cross-reference states,
+/// and the bytes of new streams stay aside until a writer asks for them. All new objects of a document come
+/// from here, so that no number is given twice. Used on the document's thread.
+class NewObjects
+{
+  public:
+    /// Made when the document is read and mended. `wasMended` when the library may have added objects itself.
+    NewObjects(QPDF& document, bool wasMended);
+
+    /// The object, now an indirect one; its content may be changed until it is written.
+    [[nodiscard]] QPDFObjectHandle add(const QPDFObjectHandle& direct);
+    /// A reference to a new stream. `bytes` are as the stream's filters, stated in the dictionary, leave
+    /// them.
+    [[nodiscard]] QPDFObjectHandle addStream(std::string bytes, const QPDFObjectHandle& dictionary);
+    [[nodiscard]] QPDFObjectHandle addStream(std::string bytes);
+    /// The same with the bytes deflated here.
+    [[nodiscard]] QPDFObjectHandle addDeflated(const QByteArray& bytes, const QPDFObjectHandle& dictionary);
+    [[nodiscard]] QPDFObjectHandle addDeflated(const QByteArray& bytes);
+
+    struct Stream
+    {
+        int number;
+        QPDFObjectHandle dictionary; ///< without /Length
+        std::string bytes;
+    };
+    [[nodiscard]] const std::vector<Stream>& streams() const { return streams_; }
+    /// The numbers of the new objects that are no streams.
+    [[nodiscard]] const std::vector<int>& others() const { return others_; }
+    /// The first number that no object has.
+    [[nodiscard]] int nextNumber() const { return next_; }
+
+    /// Puts the streams into the document, for a writer of the library. Nothing may be added afterwards.
+    void materialise();
+
+  private:
+    QPDF& document_;
+    int next_;
+    std::vector<Stream> streams_;
+    std::vector<int> others_;
+};
+
+/// zlib data, as small as zlib makes them.
+[[nodiscard]] QByteArray deflatedBytes(const QByteArray& bytes);
+
+} // namespace quillfern::pdf

@@ -1,0 +1,237 @@
+#include "platform/drawing/TextShaper.h"
+#include "platform/pdf/PdfDocument.h"
+#include "platform/pdf/PdfWriter.h"
+#include "platform/store/AtomicFile.h"
+#include "support/PdfBuilder.h"
+#include "support/Tools.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace quillfern::pdf {
+namespace {
+
+constexpr int pageCount = 3;
+
+struct Marks
+{
+    QString word = QStringLiteral("Stamp");
+    double opacity = 1;
+    bool blanksFirstPage = false;
+};
+
+/// Puts a word on every page of a document.
+void stampAll(const QString& source, const QString& target, const Marks& marks = {})
+{
+    drawing::TextShaper shaper;
+    const auto document = PdfDocument::open(asPath(source));
+    document->setCreator(QStringLiteral("Quillfern"));
+    for (int i = 0; i < document->pageCount(); ++i) {
+        if (marks.blanksFirstPage && i == 0) {
+            document->blankPage(i);
+            continue;
+        }
+        const auto page = document->stampPage(i, shaper);
+        page->over().translate(50, 50);
+        drawing::TextPaint paint;
+        paint.fontSize = 12;
+        paint.fill.setAlphaF(static_cast<float>(marks.opacity));
+        page->over().drawText(*shaper.shape(marks.word, drawing::FontSpec()), paint);
+        page->finish();
+    }
+    store::AtomicFile file(asPath(target));
+    document->save(AppendingPdfWriter(), file);
+    file.commit();
+}
+
+void expectWords(const QString& path, const QStringList& stamps)
+{
+    EXPECT_TRUE(qpdfAccepts(path));
+    const std::vector<PdfTextPage> pages = pdfWords(path);
+    ASSERT_EQ(pages.size(), std::size_t{pageCount});
+    for (int i = 0; i < pageCount; ++i) {
+        const QByteArray byMupdf =
+            runTool(QStringLiteral("mutool"), {QStringLiteral("draw"), QStringLiteral("-F"),
+                                               QStringLiteral("txt"), path, QString::number(i + 1)})
+                .out;
+        QStringList expected = stamps;
+        expected << QStringLiteral("Body%1").arg(i + 1);
+        for (const QString& word : expected) {
+            EXPECT_TRUE(pages[static_cast<std::size_t>(i)].contains(word)) << i << word.toStdString();
+            EXPECT_TRUE(byMupdf.contains(word.toUtf8())) << i << word.toStdString();
+        }
+    }
+}
+
+/// A document whose last cross-reference table leads to a stream as well, for readers of both kinds.
+QByteArray hybrid(QByteArray bytes)
+{
+    const QByteArray start = bytes.mid(bytes.lastIndexOf("startxref") + 10).split('\n').first();
+    const QByteArray entries = bytes.mid(bytes.lastIndexOf("/Root")).split('>').first();
+    const QByteArray stream = QByteArray::number(bytes.size());
+    const QByteArray row = QByteArray("\x01", 1) +
+                           QByteArray::fromHex(QByteArray::number(bytes.size(), 16).rightJustified(8, '0')) +
+                           QByteArray("\0", 1);
+    bytes += "90 0 obj\n<</Type/XRef/W[1 4 1]/Index[90 1]/Size 91/Length 6" + entries + ">>\nstream\n" + row +
+             "\nendstream\nendobj\n";
+    const QByteArray table = QByteArray::number(bytes.size());
+    return bytes + "xref\n0 0\ntrailer <</Size 91" + entries + "/Prev " + start + "/XRefStm " + stream +
+           ">>\nstartxref\n" + table + "\n%%EOF\n";
+}
+
+class Appending : public testing::Test
+{
+  protected:
+    QString throughQpdf(const QStringList& options)
+    {
+        const QString plain = scratch.write(QStringLiteral("plain.pdf"), numberedPdf(pageCount));
+        const QString made = scratch.path(QStringLiteral("source.pdf"));
+        EXPECT_EQ(runTool(QStringLiteral("qpdf"), QStringList(options) << plain << made).exitCode, 0);
+        return made;
+    }
+    QString written(const QByteArray& bytes) { return scratch.write(QStringLiteral("source.pdf"), bytes); }
+
+    Scratch scratch;
+    const QString target = scratch.path(QStringLiteral("out.pdf"));
+};
+
+TEST_F(Appending, KeepsTheBytesOfTheSourceWhereTheFormatAllowsThat)
+{
+    const QStringList objectStreams{QStringLiteral("--object-streams=generate")};
+    const std::vector<std::pair<const char*, std::function<QString()>>> sources = {
+        {"table", [&] { return written(numberedPdf(pageCount)); }},
+        {"no line end", [&] { return written(numberedPdf(pageCount).trimmed()); }},
+        {"hybrid", [&] { return written(hybrid(numberedPdf(pageCount))); }},
+        {"object streams", [&] { return throughQpdf(objectStreams); }},
+        {"linearized", [&] { return throughQpdf({QStringLiteral("--linearize")}); }},
+        {"linearized, object streams",
+         [&] { return throughQpdf(QStringList(objectStreams) << QStringLiteral("--linearize")); }},
+    };
+    for (const auto& [what, make] : sources) {
+        SCOPED_TRACE(what);
+        const QString source = make();
+        stampAll(source, target);
+        const QByteArray before = readFile(source);
+        const QByteArray after = readFile(target);
+        EXPECT_TRUE(after.startsWith(before));
+        EXPECT_EQ(after.mid(before.size()).contains("/ObjStm"), before.contains("/ObjStm"));
+        expectWords(target, {QStringLiteral("Stamp")});
+        stampAll(source, target);
+        EXPECT_TRUE(readFile(target) == after) << "the same changes give the same bytes";
+    }
+}
+
+TEST_F(Appending, WritesAnewWhatCannotBeContinued)
+{
+    QByteArray damaged = numberedPdf(pageCount);
+    damaged.replace("startxref\n", "startxref\n9");
+    const std::vector<std::tuple<const char*, std::function<QString()>, Marks>> sources = {
+        {"bytes before the header", [&] { return written("mail\r\n" + numberedPdf(pageCount)); }, {}},
+        {"no cross-reference", [&] { return written(damaged); }, {}},
+        {"encrypted",
+         [&] {
+             return throughQpdf({QStringLiteral("--encrypt"),
+                                 {},
+                                 QStringLiteral("owner"),
+                                 QStringLiteral("256"),
+                                 QStringLiteral("--")});
+         },
+         {}},
+        {"a page to be blanked", [&] { return written(numberedPdf(pageCount)); }, {{}, 1, true}},
+    };
+    for (const auto& [what, make, marks] : sources) {
+        SCOPED_TRACE(what);
+        const QString source = make();
+        stampAll(source, target, marks);
+        EXPECT_FALSE(readFile(target).contains(readFile(source)));
+        EXPECT_TRUE(qpdfAccepts(target));
+        if (marks.blanksFirstPage)
+            EXPECT_FALSE(readFile(target).contains("Body1")) << "the content is gone from the file";
+        else
+            expectWords(target, {QStringLiteral("Stamp")});
+    }
+}
+
+TEST_F(Appending, GoesOnTenTimes)
+{
+    for (const bool streams : {false, true}) {
+        QString source = streams ? throughQpdf({QStringLiteral("--object-streams=generate")})
+                                 : written(numberedPdf(pageCount));
+        QStringList words;
+        for (int round = 0; round < 10; ++round) {
+            words << QStringLiteral("Round%1").arg(round);
+            const QString next = scratch.path(QStringLiteral("%1-%2.pdf").arg(streams).arg(round));
+            stampAll(source, next, {words.last()});
+            EXPECT_TRUE(readFile(next).startsWith(readFile(source)));
+            source = next;
+        }
+        expectWords(source, words);
+    }
+}
+
+TEST_F(Appending, RaisesTheVersionOnlyForWhatNeedsIt)
+{
+    QByteArray old = numberedPdf(pageCount);
+    old.replace(0, 8, "%PDF-1.3");
+    const QString source = written(old);
+    stampAll(source, target);
+    EXPECT_FALSE(readFile(target).contains("/Version"));
+    stampAll(source, target, {QStringLiteral("Stamp"), 0.5});
+    EXPECT_TRUE(readFile(target).contains("/Version /1.4"));
+    expectWords(target, {QStringLiteral("Stamp")});
+}
+
+/// A document with a signature over all its bytes, made with a key of the test's own.
+QByteArray signedPdf(const Scratch& scratch)
+{
+    constexpr int room = 8192;
+    const QByteArray gap = '<' + QByteArray(room, '0') + '>';
+    const QByteArray range = "/ByteRange[0 1111111111 2222222222 3333333333]";
+    PdfBuilder builder;
+    builder.add("<</Type/Catalog/Pages 2 0 R/AcroForm<</SigFlags 3/Fields[4 0 R]>>>>");
+    builder.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
+    builder.add("<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]/Annots[4 0 R]>>");
+    builder.add("<</Type/Annot/Subtype/Widget/FT/Sig/T(Signature)/Rect[0 0 0 0]/P 3 0 R/V 5 0 R>>");
+    builder.add("<</Type/Sig/Filter/Adobe.PPKLite/SubFilter/adbe.pkcs7.detached" + range + "/Contents" + gap +
+                ">>");
+    QByteArray bytes = builder.build();
+    const qsizetype first = bytes.indexOf(gap);
+    const qsizetype second = first + gap.size();
+    QByteArray stated = QByteArray("/ByteRange[0 ") + QByteArray::number(first) + ' ' +
+                        QByteArray::number(second) + ' ' + QByteArray::number(bytes.size() - second) + ']';
+    bytes.replace(bytes.indexOf(range), range.size(), stated.leftJustified(range.size()));
+    const QString covered =
+        scratch.write(QStringLiteral("covered"), bytes.first(first) + bytes.sliced(second));
+    const QString key = scratch.path(QStringLiteral("key.pem"));
+    const QString certificate = scratch.path(QStringLiteral("certificate.pem"));
+    const QString openssl = QStringLiteral("openssl");
+    EXPECT_EQ(
+        runTool(openssl,
+                QStringLiteral("req -x509 -newkey rsa:2048 -nodes -subj /CN=Test -days 9 -keyout %1 -out %2")
+                    .arg(key, certificate)
+                    .split(u' '))
+            .exitCode,
+        0);
+    const ToolResult made = runTool(
+        openssl, QStringLiteral("cms -sign -binary -md sha256 -outform DER -in %1 -signer %2 -inkey %3")
+                     .arg(covered, certificate, key)
+                     .split(u' '));
+    EXPECT_EQ(made.exitCode, 0) << made.err.toStdString();
+    const QByteArray hex = made.out.toHex();
+    return bytes.replace(first + 1, hex.size(), hex);
+}
+
+TEST_F(Appending, LeavesTheSignedRevisionOfASignedDocumentValid)
+{
+    const QString source = written(signedPdf(scratch));
+    const auto verdict = [](const QString& path) {
+        return runTool(QStringLiteral("pdfsig"), {QStringLiteral("-nocert"), path}).out;
+    };
+    ASSERT_TRUE(verdict(source).contains("Signature is Valid")) << verdict(source).toStdString();
+    stampAll(source, target);
+    EXPECT_TRUE(verdict(target).contains("Signature is Valid")) << verdict(target).toStdString();
+    EXPECT_TRUE(pdfWords(target).at(0).contains(QStringLiteral("Stamp")));
+}
+
+} // namespace
+} // namespace quillfern::pdf
