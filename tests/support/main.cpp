@@ -19,7 +19,7 @@ int main(int argc, char** argv)
     if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) qputenv("XDG_RUNTIME_DIR", "/tmp");
     // In the environment, so that programs which a test starts inherit the setting.
     if (!qEnvironmentVariableIsSet("FONTCONFIG_FILE"))
-        qputenv("FONTCONFIG_FILE", qgetenv("QUILLFERN_SOURCE_DIR") + "/tests/support/fonts.conf");
+        qputenv("FONTCONFIG_FILE", qgetenv("QUILLFERN_BIN_DIR") + "/../tests/fonts.conf");
     quillfern::drawing::FontCatalog::preferEmbeddableFonts();
     // Hides warnings about what the offscreen platform cannot do with windows.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.*=false"));
