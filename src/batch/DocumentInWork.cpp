@@ -20,10 +20,11 @@ FileOutcome processDocument(const char* pattern, const FilePath& source, JobRun&
         outcome = FileOutcome::without(FileStatus::Cancelled, given.reasons());
     } catch (...) {
         const Reason reason = currentReason();
-        logLine(failureLine(pattern, reason.logged));
+        logLine(failureLine(pattern, QStringLiteral("%1: %2").arg(source.readable(), reason.logged)));
         outcome = FileOutcome::without(FileStatus::Failed, reason);
     }
     run.cancelUpdate();
+    if (outcome.status == FileStatus::Failed) outcome.lostNumbers = run.numbers();
     return outcome;
 }
 

@@ -7,6 +7,7 @@
 #include "platform/raster/PageFeed.h"
 #include "platform/raster/RasterWriter.h"
 #include "platform/store/AtomicFile.h"
+#include "platform/system/Cancellation.h"
 #include "platform/system/Failure.h"
 #include "stamps/PageCompositor.h"
 
@@ -48,7 +49,9 @@ FileOutcome TiffProcessor::processTIFF(const FilePath& source, const FilePath& t
 FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run,
                                  std::int32_t compression)
 {
-    const FilePath path = prepareTarget(source, target, job_.isBackupFile);
+    const PageCompositor compositor(job_.stamps, shaper_);
+    compositor.requireFont(); // before anything is changed
+    const FilePath path = run.isTargetOfThisJob ? target : prepareTarget(source, target, job_.isBackupFile);
     const auto reader = raster::RasterReader::open(source);
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
@@ -59,7 +62,6 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
             FileStatus::Failed,
             QT_TRANSLATE_NOOP("quillfern::Failure", "no page of the file lies in the page range"));
 
-    const PageCompositor compositor(job_.stamps, shaper_);
     store::AtomicFile file(path);
     raster::RasterWriter writer(file);
     raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last));
@@ -77,6 +79,7 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
         return FileOutcome::without(FileStatus::Failed,
                                     QT_TRANSLATE_NOOP("quillfern::Failure", "no page was written"));
     writer.finish();
+    throwIfCancelled(run.abandoned());
     file.commit();
     return {FileStatus::Created, std::nullopt, static_cast<std::int32_t>(writer.pageCount()), run.numbers()};
 }

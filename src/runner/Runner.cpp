@@ -1,6 +1,7 @@
 #include "runner/Runner.h"
 
 #include "batch/Job.h"
+#include "batch/JobWarnings.h"
 #include "config/Profile.h"
 #include "filelist/FileListExport.h"
 #include "platform/drawing/FontCatalog.h"
@@ -22,7 +23,7 @@ Runner::Runner(ProcessServices services, QTextStream& out, QTextStream& err, boo
 
 Runner::~Runner() = default;
 
-void Runner::gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested)
+void Runner::gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests)
 {
     InputGathering gathering(files, services_.mainThread, services_.clock);
     gathering.gather(requestsFor(options), [&] {
@@ -31,7 +32,7 @@ void Runner::gather(const RunnerOptions& options, FileList& files, const std::fu
             err_.flush();
             progressShown_ = true;
         }
-        return !stopRequested();
+        return stopRequests() == 0;
     });
     clearProgressLine();
     if (files.empty()) throw WrongUse(QStringLiteral("the folders named hold no files to stamp"));
@@ -62,7 +63,7 @@ void Runner::nameSubstitutes(const Numbering& number)
     err_.flush();
 }
 
-int Runner::run(const QStringList& arguments, const std::function<bool()>& stopRequested)
+int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
 {
     try {
         Settings settings;
@@ -77,13 +78,13 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
         }
         FileList files;
         if (options.onlyExport) {
-            gather(options, files, stopRequested);
+            gather(options, files, stopRequests);
             writeExport(options.exportFile, files);
             return AllCreated;
         }
         if (!options.saveProfile.isEmpty()) saveProfile(*settings.number, options.saveProfile);
         if (!options.preview.isEmpty()) {
-            if (options.namesFiles()) gather(options, files, stopRequested);
+            if (options.namesFiles()) gather(options, files, stopRequests);
             preview(settings, options, files);
         }
         if (!options.asksForJob()) return AllCreated;
@@ -96,12 +97,12 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
                            QStringLiteral(" (--output)"));
         }
         nameSubstitutes(*settings.number);
-        gather(options, files, stopRequested);
+        gather(options, files, stopRequests);
         if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
 
         services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
         Process process(services_, planJob(files.copies(), settings), *this);
-        runJob(process, stopRequested);
+        runJob(process, stopRequests);
         return report(process);
     } catch (const WrongUse& wrongUse) {
         err_ << "quillfern-run: " << wrongUse.reason() << "\nTry quillfern-run --help.\n";
@@ -121,22 +122,33 @@ void Runner::preview(Settings& settings, const RunnerOptions& options, const Fil
     err_.flush();
 }
 
-void Runner::runJob(Process& process, const std::function<bool()>& stopRequested)
+void Runner::runJob(Process& process, const StopRequests& stopRequests)
 {
-    bool stopping = false;
+    int seen = 0;
     started_ = services_.clock.now();
-    runOnWorker([&] { process.start(); },
-                [&] {
-                    if (!stopping && stopRequested()) {
-                        stopping = true;
-                        process.stop();
-                        clearProgressLine();
-                        err_ << "Stopping after the current file ...\n";
-                        err_.flush();
-                    }
-                    if (showProgress_ && !quiet_) showProgressLine(process);
-                });
+    const auto watch = [&] {
+        const int requests = stopRequests();
+        if (requests > 0 && seen == 0) {
+            process.stop();
+            say("Stopping after the current file ...");
+        }
+        if (requests > 1 && seen < 2) {
+            process.abandon();
+            say("Giving up the current file ...");
+        }
+        seen = requests;
+        if (showProgress_ && !quiet_) showProgressLine(process);
+    };
+    watch(); // the user may have stopped the gathering already
+    runOnWorker([&] { process.start(); }, watch);
     clearProgressLine();
+}
+
+void Runner::say(const char* line)
+{
+    clearProgressLine();
+    err_ << line << '\n';
+    err_.flush();
 }
 
 void Runner::showProgressLine(const Process& process)
@@ -169,12 +181,14 @@ void Runner::outputFinished(const LogFiles& output)
 {
     const FilePath path = FilePath::fromText(output.targetPath).child(output.filename);
     const FileOutcome& outcome = output.outcome;
-    const bool created = outcome.status == FileStatus::Created;
-    if (!created) ++outputsMissing_;
-    if (quiet_ && created) return;
+    const bool isSound = outcome.status == FileStatus::Created && !outcome.isWarning();
+    if (!isSound) ++outputsMissing_;
+    if (quiet_ && isSound) return;
     clearProgressLine();
     QTextStream& stream = quiet_ ? err_ : out_;
-    stream << statusWord(outcome).leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
+    const QString word =
+        outcome.status == FileStatus::CreatedNothing ? QStringLiteral("No Output") : statusWord(outcome);
+    stream << word.leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
            << (output.pages == 1 ? " page   " : " pages  ") << path.readable();
     if (outcome.remark && outcome.status != FileStatus::Refused)
         stream << "  (" << outcome.remark->shown << ')';
@@ -197,6 +211,9 @@ int Runner::report(const Process& process)
         err_.flush();
         out_.flush();
     }
+    for (const Reason& warning : jobWarnings(process.log().files))
+        err_ << "Warning: " << warning.shown << '\n';
+    err_.flush();
     const bool all = outputsMissing_ == 0 && process.log().files.size() == process.outputFiles().size();
     return all ? AllCreated : SomeNotCreated;
 }

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <new>
+#include <system_error>
 
 namespace quillfern {
 
@@ -29,6 +30,14 @@ Reason Reason::quoting(const char* text, const Reason& part)
     return reason;
 }
 
+Reason Reason::followedBy(const Reason& next) const
+{
+    Reason both = *this;
+    both.logged += u' ' + next.logged;
+    both.shown += u' ' + next.shown;
+    return both;
+}
+
 Reason Reason::with(const QString& said) const
 {
     Reason both = *this;
@@ -54,6 +63,10 @@ Reason currentReason()
         return failure.reasons();
     } catch (const std::bad_alloc&) {
         return QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory");
+    } catch (const std::system_error& error) {
+        if (error.code() == std::errc::resource_unavailable_try_again)
+            return QT_TRANSLATE_NOOP("quillfern::Failure", "The system allows no further thread.");
+        return QString::fromUtf8(error.what());
     } catch (const std::exception& exception) {
         return QString::fromUtf8(exception.what());
     } catch (...) {

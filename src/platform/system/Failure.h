@@ -21,6 +21,9 @@ struct Reason
     /// `text`, as above, with another reason in place of its "%1".
     [[nodiscard]] static Reason quoting(const char* text, const Reason& part);
 
+    /// "<this> <next>", of two sentences.
+    [[nodiscard]] Reason followedBy(const Reason& next) const;
+
     /// "<this>: <said>"
     [[nodiscard]] Reason with(const QString& said) const;
 
