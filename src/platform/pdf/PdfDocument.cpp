@@ -15,16 +15,19 @@
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFExc.hh>
 #include <set>
+#include <system_error>
 
 namespace quillfern::pdf {
 
 namespace {
 
+constexpr auto damaged = QT_TRANSLATE_NOOP("quillfern::Failure", "The document is damaged beyond repair.");
+
 [[noreturn]] void refuse(const QPDFExc& exception)
 {
     if (exception.getErrorCode() == qpdf_e_password)
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document needs a password"));
-    throw Failure(QString::fromStdString(exception.getMessageDetail()));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document needs a password."));
+    throw Failure(Reason(damaged).with(QString::fromStdString(exception.getMessageDetail())));
 }
 
 /// Runs work on a document and turns the exceptions of its library into Failure.
@@ -35,10 +38,12 @@ auto translated(Work&& work)
         return work();
     } catch (const QPDFExc& exception) {
         refuse(exception);
+    } catch (const std::system_error&) {
+        throw; // the system's lack (of a thread, say) and not the document's
     } catch (const std::logic_error& error) {
-        throw Failure(QString::fromUtf8(error.what()));
+        throw Failure(Reason(damaged).with(QString::fromUtf8(error.what())));
     } catch (const std::runtime_error& error) {
-        throw Failure(QString::fromUtf8(error.what()));
+        throw Failure(Reason(damaged).with(QString::fromUtf8(error.what())));
     }
 }
 
@@ -94,7 +99,7 @@ class PdfDocument::Private
         if (!count.isInteger() || count.getIntValue() != static_cast<long long>(pages.size()))
             correctCount(root, counted);
         if (pages.empty())
-            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no pages"));
+            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no pages."));
         metadata.emplace(qpdf);
         archivalPart = metadata->archivalPart();
         resources.emplace(qpdf, archivalPart > 0 && !metadata->hasRgbOutputIntent());
