@@ -19,7 +19,7 @@ void addCount(const std::vector<LogFiles>& files, const std::function<bool(const
     qsizetype count = 0;
     for (const LogFiles& file : files) {
         if (!counts(file.outcome)) continue;
-        if (++count <= mostNames) names.append(readableName(file.filename));
+        if (++count <= mostNames) names.append(printable(readableName(file.filename)));
     }
     if (count == 0) return;
     if (count > mostNames) names.append(QStringLiteral("…"));

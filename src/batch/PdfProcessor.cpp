@@ -32,11 +32,11 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
         throw;
     } catch (const Failure& failure) {
         // The file counts as processed, and no copy is written.
-        logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2")
-                    .arg(source.readable(), failure.reason()));
+        const Reason reason = whyNotOpened(source, failure.reasons());
+        logLine(QStringLiteral("%1: %2").arg(source.readable(), reason.logged));
         return FileOutcome::without(
             FileStatus::CreatedNothing,
-            failure.reasons().followedBy(QT_TRANSLATE_NOOP("quillfern::Failure", "No copy was made.")));
+            reason.followedBy(QT_TRANSLATE_NOOP("quillfern::Failure", "No copy was made.")));
     }
     document->setCreator(getAppTitle());
     const int pages = stampPages(*document, compositor, run);

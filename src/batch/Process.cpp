@@ -1,5 +1,6 @@
 #include "batch/Process.h"
 
+#include "batch/DocumentInWork.h"
 #include "batch/JobWarnings.h"
 #include "platform/pdf/PdfPageCount.h"
 #include "platform/system/FileIdentity.h"
@@ -120,9 +121,12 @@ namespace {
 /// Why the list counted no pages of the file; no reason when the file can be read by now.
 std::optional<Reason> reasonForNoPages(const FileItem& item)
 {
-    if (isPdf(item)) return pdf::pdfProblem(item.filePath());
+    if (isPdf(item)) {
+        const auto problem = pdf::pdfProblem(item.filePath());
+        return problem ? std::optional(whyNotOpened(item.filePath(), *problem)) : std::nullopt;
+    }
     return Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
-                                    "the file is not there or holds no picture that can be read"));
+                                    "The file is not there or holds no picture that can be read."));
 }
 
 } // namespace
@@ -130,12 +134,17 @@ std::optional<Reason> reasonForNoPages(const FileItem& item)
 FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentProcessors& processors,
                              JobRun& run)
 {
-    if (item.pages() <= 0) return {FileStatus::NoPages, reasonForNoPages(item), 0, std::nullopt};
+    if (item.pages() <= 0) {
+        const std::optional<Reason> reason = reasonForNoPages(item);
+        if (reason) logLine(QStringLiteral("%1: %2").arg(item.filePath().readable(), reason->logged));
+        return {FileStatus::NoPages, reason, 0, std::nullopt};
+    }
     const Collision& collision = collisions_[index];
     if (!collision.overwritesInput.isEmpty())
-        throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure",
-                                         "not written: it would overwrite another file of the list, %1"),
-                       {collision.overwritesInput.readable()}});
+        throw Failure(
+            {QT_TRANSLATE_NOOP("quillfern::Failure",
+                               "No copy was made: it would overwrite another file of the list, %1."),
+             {collision.overwritesInput.readable()}});
     const bool isContinuous = job_.configuration.isContinuousNumbering;
     const FilePath& source = item.filePath();
     const FilePath& target = outputFiles()[index].filename();

@@ -26,7 +26,8 @@ void makeRoomFor(drawing::Ink ink, raster::RasterPage& page)
     if (suffices) return;
     page.image.convertTo(QImage::Format_RGB888);
     if (page.image.isNull())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
+        throw Failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory for a page of this size."));
     page.isBilevel = false;
     page.colourProfile.clear(); // the profile was for grey pixels
 }
@@ -60,7 +61,7 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
     if (first > last)
         return FileOutcome::without(
             FileStatus::Failed,
-            QT_TRANSLATE_NOOP("quillfern::Failure", "no page of the file lies in the page range"));
+            QT_TRANSLATE_NOOP("quillfern::Failure", "No page of the file lies in the page range."));
 
     store::AtomicFile file(path);
     raster::RasterWriter writer(file);
@@ -77,7 +78,7 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
     }
     if (writer.pageCount() == 0)
         return FileOutcome::without(FileStatus::Failed,
-                                    QT_TRANSLATE_NOOP("quillfern::Failure", "no page was written"));
+                                    QT_TRANSLATE_NOOP("quillfern::Failure", "No page was written."));
     writer.finish();
     throwIfCancelled(run.abandoned());
     file.commit();

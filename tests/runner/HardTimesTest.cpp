@@ -109,5 +109,76 @@ TEST_F(HardTimes, ASecondSignalGivesUpTheFileInWork)
     }
 }
 
+TEST_F(HardTimes, WithLittleMemoryTheRunnerStillEndsWithAWord)
+{
+    QStringList inputs = {scratch.write(QStringLiteral("a.pdf"), numberedPdf(300))};
+    for (int i = 0; i < 4; ++i) {
+        QImage picture(1500, 1000, QImage::Format_RGB32);
+        picture.fill(QColor(i * 50, 80, 90));
+        inputs.append(scratch.path(QStringLiteral("p%1.png").arg(i)));
+        ASSERT_TRUE(picture.save(inputs.constLast()));
+    }
+    // In KiB of address space: from what the program can hardly start in to what the job may just need.
+    for (int limit = 110'000; limit <= 240'000; limit += 5'000) {
+        const ToolResult result =
+            run(QStringList{QStringLiteral("-c"), QStringLiteral("ulimit -v %1; exec \"$@\"").arg(limit),
+                            QStringLiteral("sh"), program()} +
+                    jobOf(inputs),
+                QStringLiteral("/bin/sh"));
+        EXPECT_TRUE(result.exitCode != 0 || copies().size() == 5) << limit;
+        EXPECT_FALSE(result.exitCode != 0 && result.err.isEmpty() && result.out.isEmpty()) << limit;
+        for (const QString& copy : copies()) {
+            EXPECT_FALSE(copy.startsWith(u'.')) << limit;
+            if (copy.endsWith(QLatin1String("pdf"))) {
+                EXPECT_TRUE(qpdfAccepts(out() + copy)) << limit;
+            }
+        }
+    }
+}
+
+TEST_F(HardTimes, NamesCannotWriteToTheTerminal)
+{
+    const QString odd = QStringLiteral("a\nb\t\x1b[31mc.pdf");
+    const QString junk = QStringLiteral("junk\x1b]0;x\x07.pdf");
+    const ToolResult result = run(jobOf({scratch.write(odd, numberedPdf(1)), scratch.write(junk, "junk"),
+                                         scratch.write(QStringLiteral("two/") + odd, numberedPdf(1))}));
+    EXPECT_EQ(result.exitCode, 1);
+    for (QByteArray stream : {result.out, result.err}) {
+        stream.replace('\n', QByteArray());
+        for (const char c : stream)
+            EXPECT_GE(static_cast<unsigned char>(c), 0x20) << stream.constData();
+    }
+    EXPECT_EQ(result.out.count("/out/a\\nb\\t\\x1b[31mc.pdf"), 2) << result.out.constData();
+    EXPECT_TRUE(result.err.contains("of its name: a\\nb\\t\\x1b[31mc.pdf")) << result.err.constData();
+    EXPECT_TRUE(result.out.contains("(This is not a PDF document.)")) << result.out.constData();
+    EXPECT_TRUE(result.err.contains("junk\\x1b]0;x\\x07.pdf: This is not a PDF document: "))
+        << "the log has the library's words as well: " << result.err.constData();
+
+    const ToolResult wrong = run(jobOf({scratch.path(QStringLiteral("no\nsuch.pdf"))}));
+    EXPECT_EQ(wrong.exitCode, 2);
+    EXPECT_TRUE(wrong.err.contains("no\\nsuch.pdf")) << wrong.err.constData();
+}
+
+TEST_F(HardTimes, APreviewThatDoesNotShowTheFileIsAFailure)
+{
+    const QStringList stamp = {QStringLiteral("--text"), QStringLiteral("{0}"), QStringLiteral("--preview"),
+                               out("p.png")};
+    EXPECT_EQ(run(stamp + QStringList{scratch.write(QStringLiteral("good.pdf"), numberedPdf(1))}).exitCode,
+              0);
+    const ToolResult result = run(stamp + QStringList{scratch.write(QStringLiteral("bad.pdf"), "junk")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.err.contains("bad.pdf cannot be shown")) << result.err.constData();
+}
+
+TEST_F(HardTimes, ALogThatCannotBeWrittenIsAFailure)
+{
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), QStringLiteral("/proc"));
+    const ToolResult result = run(QStringList{QStringLiteral("--quiet")} +
+                                  jobOf({scratch.write(QStringLiteral("good.pdf"), numberedPdf(1))}));
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.err.contains("The log could not be written")) << result.err.constData();
+    EXPECT_EQ(copies().size(), 1) << "the copy is there all the same";
+}
+
 } // namespace
 } // namespace quillfern

@@ -16,7 +16,7 @@ namespace {
 
 Reason cannotWrite(const FilePath& path)
 {
-    return {QT_TRANSLATE_NOOP("quillfern::Failure", "cannot write %1"), {path.readable()}};
+    return {QT_TRANSLATE_NOOP("quillfern::Failure", "%1 cannot be written."), {path.readable()}};
 }
 
 constexpr qsizetype bufferSize = 1 << 20;
@@ -33,7 +33,7 @@ AtomicFile::AtomicFile(FilePath target) : target_(std::move(target)), folder_(ta
 {
     if (target_.name().isEmpty())
         throw Failure(
-            {QT_TRANSLATE_NOOP("quillfern::Failure", "a file needs a name: %1"), {target_.readable()}});
+            {QT_TRANSLATE_NOOP("quillfern::Failure", "A file needs a name: %1"), {target_.readable()}});
 #ifdef O_TMPFILE
     descriptor_ = ::open(folder_.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
 #endif
@@ -155,7 +155,7 @@ void copyFileAtomically(const FilePath& source, const FilePath& target)
     for (;;) {
         const qint64 size = input->read(block.data(), block.size());
         if (size < 0)
-            throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1: %2"),
+            throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "%1 cannot be read: %2"),
                            {source.readable(), input->errorString()}});
         if (size == 0) break;
         output.write(block.constData(), static_cast<std::size_t>(size));

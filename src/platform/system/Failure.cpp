@@ -15,6 +15,13 @@ QString filled(QString text, const QStringList& parts)
     return text;
 }
 
+/// "<sentence>: <said>"
+QString continued(QString sentence, const QString& said)
+{
+    if (sentence.endsWith(u'.')) sentence.chop(1);
+    return sentence + QStringLiteral(": ") + said;
+}
+
 } // namespace
 
 Reason::Reason(const char* text, const QStringList& parts)
@@ -40,10 +47,9 @@ Reason Reason::followedBy(const Reason& next) const
 
 Reason Reason::with(const QString& said) const
 {
-    Reason both = *this;
-    both.logged += QStringLiteral(": ") + said;
-    both.shown += QStringLiteral(": ") + said;
-    return both;
+    Reason more = *this;
+    more.logged = continued(logged, said);
+    return more;
 }
 
 Failure::Failure(Reason reason) : reason_(std::move(reason)), utf8_(reason_.logged.toUtf8())
@@ -52,7 +58,11 @@ Failure::Failure(Reason reason) : reason_(std::move(reason)), utf8_(reason_.logg
 
 Failure Failure::fromErrno(const Reason& doing, int errorNumber)
 {
-    return Failure(doing.with(QString::fromLocal8Bit(std::strerror(errorNumber))));
+    const QString said = QString::fromLocal8Bit(std::strerror(errorNumber));
+    Reason reason = doing;
+    reason.logged = continued(doing.logged, said);
+    reason.shown = continued(doing.shown, said) + u'.';
+    return Failure(reason);
 }
 
 Reason currentReason()
@@ -62,7 +72,7 @@ Reason currentReason()
     } catch (const Failure& failure) {
         return failure.reasons();
     } catch (const std::bad_alloc&) {
-        return QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory");
+        return QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory.");
     } catch (const std::system_error& error) {
         if (error.code() == std::errc::resource_unavailable_try_again)
             return QT_TRANSLATE_NOOP("quillfern::Failure", "The system allows no further thread.");
@@ -70,7 +80,7 @@ Reason currentReason()
     } catch (const std::exception& exception) {
         return QString::fromUtf8(exception.what());
     } catch (...) {
-        return QT_TRANSLATE_NOOP("quillfern::Failure", "unknown failure");
+        return QT_TRANSLATE_NOOP("quillfern::Failure", "An unknown error happened.");
     }
 }
 
