@@ -56,6 +56,12 @@ void JobController::combine()
             Q_EMIT outputFolderRefused();
             return;
         }
+        try {
+            requireResources();
+        } catch (const Failure& failure) {
+            alerts_.critical(&parent_, failure.reasons().shown);
+            return;
+        }
         Q_EMIT starting();
         activity_.begin(Activity::State::Job);
         launch(planJob(files_.copies(), settings_));

@@ -6,7 +6,6 @@
 #include "filelist/FileListExport.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/system/Failure.h"
-#include "platform/system/FileFacts.h"
 #include "platform/system/NativePath.h"
 #include "platform/system/TimeTaken.h"
 #include "runner/InputGathering.h"
@@ -76,6 +75,7 @@ int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
             out_.flush();
             return AllCreated;
         }
+        requireResources();
         FileList files;
         if (options.onlyExport) {
             gather(options, files, stopRequests);
@@ -85,9 +85,9 @@ int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
         if (!options.saveProfile.isEmpty()) saveProfile(*settings.number, options.saveProfile);
         if (!options.preview.isEmpty()) {
             if (options.namesFiles()) gather(options, files, stopRequests);
-            preview(settings, options, files);
+            if (!preview(settings, options, files)) ++outputsMissing_;
         }
-        if (!options.asksForJob()) return AllCreated;
+        if (!options.asksForJob()) return outputsMissing_ == 0 ? AllCreated : SomeNotCreated;
         settings.outputFolderPath = FilePath::fromText(*settings.outputFolderPath).text();
         try {
             requireOutputFolder(settings.outputFolderPath);
@@ -105,21 +105,27 @@ int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
         runJob(process, stopRequests);
         return report(process);
     } catch (const WrongUse& wrongUse) {
-        err_ << "quillfern-run: " << wrongUse.reason() << "\nTry quillfern-run --help.\n";
+        err_ << "quillfern-run: " << printable(wrongUse.reason()) << "\nTry quillfern-run --help.\n";
         err_.flush();
         return CommandNotFollowed;
     } catch (const Failure& failure) {
-        err_ << "quillfern-run: " << failure.reason() << '\n';
+        err_ << "quillfern-run: " << printable(failure.reason()) << '\n';
+        err_.flush();
+        return SomeNotCreated;
+    } catch (const std::exception&) {
+        err_ << "quillfern-run: " << printable(reasonOfCurrentException()) << '\n';
         err_.flush();
         return SomeNotCreated;
     }
 }
 
-void Runner::preview(Settings& settings, const RunnerOptions& options, const FileList& files)
+bool Runner::preview(Settings& settings, const RunnerOptions& options, const FileList& files)
 {
-    if (drawPreview(settings.number->configuration(), files, options.previewSize, options.preview)) return;
+    if (drawPreview(settings.number->configuration(), files, options.previewSize, options.preview))
+        return true;
     err_ << files.at(0).filePath().readable() << " cannot be shown; the preview is of a blank page\n";
     err_.flush();
+    return false;
 }
 
 void Runner::runJob(Process& process, const StopRequests& stopRequests)
@@ -153,7 +159,7 @@ void Runner::say(const char* line)
 
 void Runner::showProgressLine(const Process& process)
 {
-    const QString file = readableName(process.fileInProcess());
+    const QString file = printable(readableName(process.fileInProcess()));
     err_ << "\r\x1b[K"
          << QStringLiteral("%1 of %2 files, %3 of %4 pages, %5%6")
                 .arg(process.totalFileProcessed())
@@ -191,30 +197,29 @@ void Runner::outputFinished(const LogFiles& output)
     stream << word.leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
            << (output.pages == 1 ? " page   " : " pages  ") << path.readable();
     if (outcome.remark && outcome.status != FileStatus::Refused)
-        stream << "  (" << outcome.remark->shown << ')';
+        stream << "  (" << printable(outcome.remark->shown) << ')';
     stream << '\n';
     stream.flush();
 }
 
 int Runner::report(const Process& process)
 {
+    const FilePath log = process.log().logFilePath().value_or(FilePath());
+    const bool isLogged = process.log().isWritten();
     if (!quiet_) {
         QString message = process.message();
         out_ << message.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) << '\n';
         const QString time = process.timeTaken().trimmed();
         if (!time.isEmpty()) out_ << "Time: " << time << '\n';
-        const FilePath log = process.log().logFilePath().value_or(FilePath());
-        if (fileKind(log) != FileKind::Missing)
-            out_ << "Log: " << log.readable() << '\n';
-        else
-            err_ << "The log could not be written: " << log.readable() << '\n';
-        err_.flush();
+        if (isLogged) out_ << "Log: " << log.readable() << '\n';
         out_.flush();
     }
+    if (!isLogged) err_ << "The log could not be written: " << log.readable() << '\n';
     for (const Reason& warning : jobWarnings(process.log().files))
         err_ << "Warning: " << warning.shown << '\n';
     err_.flush();
-    const bool all = outputsMissing_ == 0 && process.log().files.size() == process.outputFiles().size();
+    const bool all =
+        isLogged && outputsMissing_ == 0 && process.log().files.size() == process.outputFiles().size();
     return all ? AllCreated : SomeNotCreated;
 }
 

@@ -43,7 +43,8 @@ class Runner final : public ProcessObserver
     void nameSubstitutes(const Numbering& number);
     void gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests);
     void writeExport(const FilePath& path, const FileList& files);
-    void preview(Settings& settings, const RunnerOptions& options, const FileList& files);
+    /// False when a blank page is shown instead of the file.
+    bool preview(Settings& settings, const RunnerOptions& options, const FileList& files);
     void runJob(Process& process, const StopRequests& stopRequests);
     void say(const char* line);
     void showProgressLine(const Process& process);

@@ -1,4 +1,5 @@
 #include "platform/drawing/FontCatalog.h"
+#include "platform/system/FreeMemory.h"
 #include "platform/system/NativePath.h"
 #include "runner/Runner.h"
 
@@ -40,6 +41,7 @@ void printMessage(QtMsgType type, const QMessageLogContext& context, const QStri
 int main(int argc, char** argv)
 {
     using namespace quillfern;
+    saveAddressSpace();
     // Fonts and images are part of Qt's GUI library, which would otherwise look for a screen.
     qInstallMessageHandler(printMessage);
     qputenv("QT_QPA_PLATFORM", "offscreen");
