@@ -118,6 +118,13 @@ TEST_F(HardTimes, WithLittleMemoryTheRunnerStillEndsWithAWord)
         inputs.append(scratch.path(QStringLiteral("p%1.png").arg(i)));
         ASSERT_TRUE(picture.save(inputs.constLast()));
     }
+    // With a cache of its own: fontconfig may keep what it could not read for want of memory.
+    environment.insert(QStringLiteral("FONTCONFIG_FILE"),
+                       scratch.write(QStringLiteral("fonts.conf"),
+                                     "<?xml version=\"1.0\"?><fontconfig>"
+                                     "<dir>/usr/share/fonts/truetype/liberation</dir><cachedir>" +
+                                         scratch.path(QStringLiteral("cache")).toUtf8() +
+                                         "</cachedir></fontconfig>"));
     // In KiB of address space: from what the program can hardly start in to what the job may just need.
     for (int limit = 110'000; limit <= 240'000; limit += 5'000) {
         const ToolResult result =
