@@ -66,7 +66,7 @@ QVariant JobResultsModel::data(const QModelIndex& index, int role) const
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
     switch (index.column()) {
     case FileColumn:
-        return row.file;
+        return role == Qt::ToolTipRole ? row.source : row.file;
     case PagesColumn:
         return row.pages;
     case StatusColumn:

@@ -97,7 +97,8 @@ void ProgressSheet::outputFinished(const LogFiles& record)
     // The worker waits for this call. Rows are therefore collected and shown a few times a second.
     if (finished_ < pages_.size()) finishedPages_ += std::max(pages_[finished_], 0);
     ++finished_;
-    unshown_.push_back({readableName(record.filename), record.pages, record.outcome});
+    unshown_.push_back(
+        {readableName(record.filename), record.pages, record.outcome, record.source.readable()});
     if (process_) processedBefore_ = process_->totalPagesProcessed();
 }
 

@@ -32,6 +32,7 @@ struct LogFiles
     FileOutcome outcome;
     std::int32_t pages = 0; ///< of the source, as the list counted them
     std::vector<LogFile> logFiles;
+    FilePath source = {}; ///< the input; for people, not in the log's file
 };
 
 /// The word for an outcome in the log: "Completed", "Failed", "No Pages", the reason for a file that was

@@ -103,6 +103,7 @@ void Process::runOutput(std::size_t index, DocumentProcessors& processors, JobRu
     try {
         for (const FileItem& item : outputFiles()[index].fileItems()) {
             if (!isCombining_) break;
+            record.source = item.filePath();
             if (item.pages() > 0) record.pages = item.pages();
             record.outcome = runItem(item, index, processors, run);
         }

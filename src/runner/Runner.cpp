@@ -194,10 +194,13 @@ void Runner::outputFinished(const LogFiles& output)
     QTextStream& stream = quiet_ ? err_ : out_;
     const QString word =
         outcome.status == FileStatus::CreatedNothing ? QStringLiteral("No Output") : statusWord(outcome);
-    stream << word.leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
+    stream << printable(word).leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
            << (output.pages == 1 ? " page   " : " pages  ") << path.readable();
-    if (outcome.remark && outcome.status != FileStatus::Refused)
-        stream << "  (" << printable(outcome.remark->shown) << ')';
+    if (outcome.remark && outcome.status != FileStatus::Refused) {
+        stream << "  (";
+        if (outcome.status != FileStatus::Created) stream << output.source.readable() << ": ";
+        stream << printable(outcome.remark->shown) << ')';
+    }
     stream << '\n';
     stream.flush();
 }

@@ -157,7 +157,7 @@ TEST_F(HardTimes, NamesCannotWriteToTheTerminal)
     }
     EXPECT_EQ(result.out.count("/out/a\\nb\\t\\x1b[31mc.pdf"), 2) << result.out.constData();
     EXPECT_TRUE(result.err.contains("of its name: a\\nb\\t\\x1b[31mc.pdf")) << result.err.constData();
-    EXPECT_TRUE(result.out.contains("(This is not a PDF document.)")) << result.out.constData();
+    EXPECT_TRUE(result.out.contains("x\\x07.pdf: This is not a PDF document.)")) << result.out.constData();
     EXPECT_TRUE(result.err.contains("junk\\x1b]0;x\\x07.pdf: This is not a PDF document: "))
         << "the log has the library's words as well: " << result.err.constData();
 
