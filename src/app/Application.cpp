@@ -11,6 +11,7 @@
 #include "platform/pageimages/RenderProcess.h"
 #include "platform/store/PlistDefaultsStore.h"
 #include "platform/system/FileFacts.h"
+#include "platform/system/FreeMemory.h"
 #include "platform/system/NativePath.h"
 
 #include <QApplication>
@@ -64,6 +65,7 @@ struct BeforeQt
 {
     BeforeQt() : activationToken(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"))
     {
+        saveAddressSpace();
         drawing::FontCatalog::preferEmbeddableFonts();
     }
 

@@ -4,6 +4,7 @@
 #include "app/WindowFocus.h"
 #include "batch/Job.h"
 #include "platform/system/Guarded.h"
+#include "platform/system/StartedThread.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -27,6 +28,13 @@ bool JobController::stop(int milliseconds)
 {
     if (!worker_) return true;
     process_->stop();
+    if (waitForEnd(milliseconds)) return true;
+    process_->abandon();
+    return waitForEnd(1000);
+}
+
+bool JobController::waitForEnd(int milliseconds) const
+{
     // The worker may itself be waiting for this thread to run something.
     const QDeadlineTimer deadline(milliseconds);
     while (!worker_->wait(10)) {
@@ -46,6 +54,12 @@ void JobController::combine()
         } catch (const Failure& failure) {
             alerts_.critical(&parent_, failure.reasons().shown);
             Q_EMIT outputFolderRefused();
+            return;
+        }
+        try {
+            requireResources();
+        } catch (const Failure& failure) {
+            alerts_.critical(&parent_, failure.reasons().shown);
             return;
         }
         Q_EMIT starting();
@@ -72,9 +86,17 @@ void JobController::launch(Job job)
     for (const FileItem* item : files_.items())
         pages.push_back(item->pages());
     processViewPanel_->follow(*process_, pages);
-    worker_.reset(QThread::create([process = process_.get()] { process->start(); }));
-    connect(worker_.get(), &QThread::finished, this, &JobController::completed);
-    worker_->start();
+    try {
+        worker_ = startedThread([process = process_.get()] { process->start(); },
+                                [this](const QThread& thread) {
+                                    connect(&thread, &QThread::finished, this, &JobController::completed);
+                                });
+    } catch (const Failure& failure) {
+        processViewPanel_->forget();
+        process_.reset();
+        alerts_.critical(&parent_, failure.reasons().shown);
+        throw; // for the system log
+    }
     processViewPanel_->open();
 }
 
@@ -96,6 +118,16 @@ void JobController::completed()
 void JobController::cancelProcessAction()
 {
     if (!process_) return;
+    if (process_->isCombining()) {
+        stopAfterFile();
+    } else if (!process_->isCompleted()) {
+        process_->abandon();
+        processViewPanel_->showAbandoning();
+    }
+}
+
+void JobController::stopAfterFile()
+{
     process_->stop();
     processViewPanel_->showCancelling();
 }
@@ -107,7 +139,7 @@ void JobController::leave()
         !alerts_.confirm(processViewPanel_.get(),
                          tr("A job is running. Stop it once the current file is done, and quit?")))
         return;
-    if (isRunning) cancelProcessAction();
+    if (isRunning && process_->isCombining()) stopAfterFile();
     Q_EMIT quitRequested();
 }
 

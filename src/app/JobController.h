@@ -35,7 +35,8 @@ class JobController final : public QObject, public ProcessObserver
     void viewLogAction();
     void closeProcessAction();
 
-    /// Asks a running job to stop and waits at most so long for its end. True when no job runs any more.
+    /// Asks a running job to stop and waits at most so long for the file in work. A file that takes longer is
+    /// given up, for which there is another second. True when no job runs any more.
     bool stop(int milliseconds);
 
     [[nodiscard]] const Process* process() const { return process_.get(); } ///< null when there is none
@@ -54,6 +55,8 @@ class JobController final : public QObject, public ProcessObserver
 
   private:
     void leave();
+    void stopAfterFile();
+    [[nodiscard]] bool waitForEnd(int milliseconds) const;
     void updateTimeTakenLabel(const QString& text) override;
     void outputFinished(const LogFiles& record) override;
     void launch(Job job);

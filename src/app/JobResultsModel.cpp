@@ -6,11 +6,11 @@ namespace quillfern {
 
 namespace {
 
-QString iconName(FileStatus status)
+QString iconName(const FileOutcome& outcome)
 {
-    switch (status) {
+    if (outcome.isWarning()) return QStringLiteral("warning");
+    switch (outcome.status) {
     case FileStatus::Created:
-    case FileStatus::CreatedNothing:
         return QStringLiteral("done");
     case FileStatus::NoPages:
         return QStringLiteral("no-pages");
@@ -23,8 +23,9 @@ QString shownStatus(FileStatus status)
 {
     switch (status) {
     case FileStatus::Created:
-    case FileStatus::CreatedNothing:
         return JobResultsModel::tr("Completed");
+    case FileStatus::CreatedNothing:
+        return JobResultsModel::tr("No Output"); // the log says that the file was completed
     case FileStatus::NoPages:
         return JobResultsModel::tr("No Pages");
     case FileStatus::Cancelled:
@@ -59,13 +60,13 @@ QVariant JobResultsModel::data(const QModelIndex& index, int role) const
     if (!index.isValid()) return {};
     const Row& row = rows_[static_cast<std::size_t>(index.row())];
     if (role == Qt::DecorationRole && index.column() == StatusColumn)
-        return themedIcon(iconName(row.outcome.status));
+        return themedIcon(iconName(row.outcome));
     if (role == Qt::TextAlignmentRole && index.column() == PagesColumn)
         return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter));
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
     switch (index.column()) {
     case FileColumn:
-        return row.file;
+        return role == Qt::ToolTipRole ? row.source : row.file;
     case PagesColumn:
         return row.pages;
     case StatusColumn:

@@ -25,6 +25,7 @@ class JobResultsModel final : public QAbstractTableModel
         QString file;
         std::int32_t pages;
         FileOutcome outcome;
+        QString source; ///< the input's path, shown as a tip: two files may have one name
     };
     /// Many rows at once cost little more than one.
     void append(const std::vector<Row>& rows);

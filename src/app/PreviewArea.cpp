@@ -26,6 +26,14 @@ void PreviewImageView::setIsWaiting(bool waiting)
     update();
 }
 
+void PreviewImageView::setProblem(const QString& problem)
+{
+    if (problem_ == problem) return;
+    problem_ = problem;
+    setAccessibleDescription(problem.isEmpty() ? tr("What a page will look like with its stamps") : problem);
+    update();
+}
+
 void PreviewImageView::paintEvent(QPaintEvent*)
 {
     if (image_.isNull()) return;
@@ -43,15 +51,18 @@ void PreviewImageView::paintEvent(QPaintEvent*)
     painter.drawImage(place, image_);
     painter.setPen(QPen(palette().color(QPalette::Mid), 0));
     painter.drawRect(place.adjusted(0, 0, -1 / density, -1 / density));
-    if (!isWaiting_) return;
-    const QString text = tr("Loading the page…");
-    QRectF plate = painter.fontMetrics().boundingRect(text).adjusted(-12, -6, 12, 6);
+    const QString text = isWaiting_ ? tr("Loading the page…") : problem_;
+    if (text.isEmpty()) return;
+    const QRect room = rect().adjusted(24, 12, -24, -12);
+    QRectF plate = painter.fontMetrics()
+                       .boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, text)
+                       .adjusted(-12, -6, 12, 6);
     plate.moveCenter(place.center());
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(palette().window());
     painter.drawRoundedRect(plate, 6, 6);
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(plate, Qt::AlignCenter, text);
+    painter.drawText(plate, Qt::AlignCenter | Qt::TextWordWrap, text);
 }
 
 PreviewArea::PreviewArea(QWidget* parent)

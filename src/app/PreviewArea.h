@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QString>
 #include <QWidget>
 
 namespace quillfern {
@@ -17,6 +18,8 @@ class PreviewImageView final : public QWidget
     [[nodiscard]] const QImage& image() const { return image_; }
     /// Whether to say that another picture is being made.
     void setIsWaiting(bool waiting);
+    /// Shown over the picture: why it lacks something. Empty for none.
+    void setProblem(const QString& problem);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -24,6 +27,7 @@ class PreviewImageView final : public QWidget
   private:
     QImage image_; ///< in its device-independent size
     bool isWaiting_ = false;
+    QString problem_;
 };
 
 /// Holds the preview: a box of a page's proportions, as large as fits, with the picture's view in it.

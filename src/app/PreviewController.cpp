@@ -3,6 +3,7 @@
 #include "app/PreviewArea.h"
 #include "app/PreviewPane.h"
 #include "platform/system/Guarded.h"
+#include "stamps/PageCompositor.h"
 
 namespace quillfern {
 
@@ -47,13 +48,25 @@ void PreviewController::refreshSwitches()
     pane_.showSwitches(number_.isHighlightStamp(), number_.isLivePreview());
 }
 
+QString PreviewController::fontProblem(const JobConfiguration& job)
+{
+    try {
+        PageCompositor(job.stamps, shaper_).requireFont();
+    } catch (const Failure& failure) {
+        return failure.reasons().shown;
+    }
+    return {};
+}
+
 void PreviewController::render()
 {
     PreviewState state = state_();
     state.size = viewSize();
     state.density = area_.devicePixelRatioF();
     if (state.size.width() < 1 || state.size.height() < 1) return;
-    const std::optional<QImage> image = model_.PropertyChanged(number_.configuration(), state);
+    const JobConfiguration job = number_.configuration();
+    area_.previewImageView->setProblem(fontProblem(job));
+    const std::optional<QImage> image = model_.PropertyChanged(job, state);
     if (!image) return;
     const bool isPageAsked = number_.isLivePreview() && state.selectedFile >= 0;
     const bool isWaiting = isPageAsked && pages_.isPending();

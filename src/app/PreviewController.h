@@ -47,6 +47,8 @@ class PreviewController final : public QObject
     void resized();
 
   private:
+    /// Why the stamps cannot be drawn on any page; empty when they can.
+    [[nodiscard]] QString fontProblem(const JobConfiguration& job);
     Numbering& number_;
     PreviewPane& pane_;
     PreviewArea& area_;

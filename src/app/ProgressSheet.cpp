@@ -1,14 +1,17 @@
 #include "app/ProgressSheet.h"
 
 #include "app/TableRows.h"
+#include "batch/JobWarnings.h"
 #include "batch/Process.h"
 #include "dialogs/KeyHint.h"
+#include "dialogs/ThemedIcon.h"
 #include "platform/system/NativePath.h"
 #include "ui_ProgressSheet.h"
 
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QStyle>
 #include <algorithm>
 #include <numeric>
 
@@ -17,6 +20,7 @@ namespace quillfern {
 namespace {
 
 constexpr int lookEveryMs = 100;
+constexpr int stopNowAfterMs = 700;      ///< so that a double click on Cancel does not give up the file
 constexpr qint64 estimateAfterMs = 1500; ///< an estimate from a shorter time would change too much
 
 } // namespace
@@ -42,7 +46,7 @@ ProgressSheet::ProgressSheet(QWidget* parent) : QDialog(parent), ui_(std::make_u
     table.horizontalHeader()->setStretchLastSection(true);
 
     setButtonKeyCharacter(*ui_->viewLogBtn, QStringLiteral("l"), QColor());
-    setButtonKeyCharacter(*ui_->cancelProcessBtn, QStringLiteral("c"), QColor());
+    offerCancel();
     connect(ui_->cancelProcessBtn, &QPushButton::clicked, this, &ProgressSheet::cancelRequested);
     connect(ui_->viewLogBtn, &QPushButton::clicked, this, &ProgressSheet::viewLogRequested);
     connect(ui_->closeProcessBtn, &QPushButton::clicked, this, &ProgressSheet::closeRequested);
@@ -50,6 +54,9 @@ ProgressSheet::ProgressSheet(QWidget* parent) : QDialog(parent), ui_(std::make_u
     connect(leave, &QShortcut::activated, this, &ProgressSheet::quitRequested);
     poll_.setInterval(lookEveryMs);
     connect(&poll_, &QTimer::timeout, this, &ProgressSheet::update);
+    stopNow_.setSingleShot(true);
+    stopNow_.setInterval(stopNowAfterMs);
+    connect(&stopNow_, &QTimer::timeout, this, &ProgressSheet::offerStopNow);
 }
 
 ProgressSheet::~ProgressSheet() = default;
@@ -64,7 +71,6 @@ void ProgressSheet::follow(const Process& process, const std::vector<std::int32_
     unshown_.clear();
     finishedPages_ = 0;
     processedBefore_ = 0;
-    isCancelling_ = false;
     isCompleted_ = false;
 
     delete results_;
@@ -77,7 +83,8 @@ void ProgressSheet::follow(const Process& process, const std::vector<std::int32_
 
     ui_->headline->setText(tr("Stamping files…"));
     ui_->message->setText(tr("Cancel stops once the current file is done."));
-    ui_->cancelProcessBtn->setEnabled(true);
+    showWarnings({});
+    offerCancel();
     ui_->viewLogBtn->setEnabled(false);
     ui_->closeProcessBtn->setEnabled(false);
     elapsed_.start();
@@ -90,7 +97,8 @@ void ProgressSheet::outputFinished(const LogFiles& record)
     // The worker waits for this call. Rows are therefore collected and shown a few times a second.
     if (finished_ < pages_.size()) finishedPages_ += std::max(pages_[finished_], 0);
     ++finished_;
-    unshown_.push_back({readableName(record.filename), record.pages, record.outcome});
+    unshown_.push_back(
+        {readableName(record.filename), record.pages, record.outcome, record.source.readable()});
     if (process_) processedBefore_ = process_->totalPagesProcessed();
 }
 
@@ -143,11 +151,47 @@ void ProgressSheet::update()
     ui_->bar->setValue(static_cast<int>(part * ui_->bar->maximum()));
 }
 
+void ProgressSheet::offerCancel()
+{
+    stopNow_.stop();
+    ui_->cancelProcessBtn->setText(tr("Cancel"));
+    ui_->cancelProcessBtn->setToolTip(tr("Stop once the current file is done; the files done so far stay"));
+    setButtonKeyCharacter(*ui_->cancelProcessBtn, QStringLiteral("c"), QColor());
+    ui_->cancelProcessBtn->setEnabled(true);
+}
+
+void ProgressSheet::offerStopNow()
+{
+    ui_->cancelProcessBtn->setEnabled(true);
+}
+
 void ProgressSheet::showCancelling()
 {
-    isCancelling_ = true;
     ui_->cancelProcessBtn->setEnabled(false);
-    ui_->message->setText(tr("Stopping: the current file is finished first…"));
+    ui_->cancelProcessBtn->setText(tr("Stop Now"));
+    ui_->cancelProcessBtn->setToolTip(tr("Give up the current file as well; nothing of its copy remains"));
+    setButtonKeyCharacter(*ui_->cancelProcessBtn, QStringLiteral("s"), QColor());
+    ui_->message->setText(tr("Stopping: the current file is finished first… Stop Now gives that file up."));
+    stopNow_.start();
+}
+
+void ProgressSheet::showAbandoning()
+{
+    ui_->cancelProcessBtn->setEnabled(false);
+    ui_->message->setText(tr("Stopping: the current file is given up…"));
+}
+
+void ProgressSheet::showWarnings(const std::vector<Reason>& warnings)
+{
+    QStringList lines;
+    for (const Reason& warning : warnings)
+        lines.append(warning.shown);
+    ui_->warnings->setText(lines.join(u'\n'));
+    ui_->warnings->setTextFormat(Qt::PlainText); // names of files may look like markup
+    const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    ui_->warningsIcon->setPixmap(themedIcon(QStringLiteral("warning")).pixmap(side));
+    ui_->warnings->setVisible(!lines.isEmpty());
+    ui_->warningsIcon->setVisible(!lines.isEmpty());
 }
 
 void ProgressSheet::showCompleted()
@@ -155,10 +199,12 @@ void ProgressSheet::showCompleted()
     if (!process_) return;
     isCompleted_ = true;
     poll_.stop();
+    stopNow_.stop();
     update();
     ui_->headline->setText(tr("Finished"));
     ui_->fileInProcess->clear();
     ui_->message->setText(QString(process_->message()).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    showWarnings(jobWarnings(process_->log().files));
     ui_->cancelProcessBtn->setEnabled(false);
     ui_->viewLogBtn->setEnabled(true);
     ui_->closeProcessBtn->setEnabled(true);
@@ -168,6 +214,7 @@ void ProgressSheet::showCompleted()
 void ProgressSheet::forget()
 {
     poll_.stop();
+    stopNow_.stop();
     process_ = nullptr;
 }
 

@@ -37,16 +37,19 @@ class ProgressSheet final : public QDialog
     void outputFinished(const LogFiles& record);
     /// The job has come to its end: the result is shown and the sheet can be closed.
     void showCompleted();
-    /// The user asked the job to stop.
+    /// The user asked the job to stop: the button Cancel becomes Stop Now, which can be pressed a moment
+    /// later.
     void showCancelling();
+    /// The user pressed Stop Now.
+    void showAbandoning();
     /// The job is about to be deleted: the sheet no longer reads it.
     void forget();
 
     [[nodiscard]] const JobResultsModel& results() const { return *results_; }
 
   Q_SIGNALS:
-    void quitRequested(); ///< leave the program
-    void cancelRequested();
+    void quitRequested();   ///< leave the program
+    void cancelRequested(); ///< by Cancel, and again by Stop Now
     void viewLogRequested();
     void closeRequested();
 
@@ -55,6 +58,9 @@ class ProgressSheet final : public QDialog
     void reject() override;
 
   private:
+    void offerCancel();
+    void offerStopNow();
+    void showWarnings(const std::vector<Reason>& warnings);
     void update();
     void showResults();
     [[nodiscard]] std::int64_t pagesDone() const;
@@ -71,7 +77,7 @@ class ProgressSheet final : public QDialog
     std::int64_t processedBefore_ = 0; ///< the job's own count when the present output was begun
     QElapsedTimer elapsed_;
     QTimer poll_;
-    bool isCancelling_ = false;
+    QTimer stopNow_;
     bool isCompleted_ = true;
 };
 

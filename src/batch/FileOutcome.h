@@ -35,11 +35,16 @@ struct FileOutcome
     std::optional<Reason> remark;       ///< why there is no copy, or a note on the copy
     std::int32_t pages = 0;             ///< of the copy
     std::optional<NumbersUsed> numbers; ///< none when no page was stamped
+    /// Numbers that a file without a copy has used up: the next file does not get them again.
+    std::optional<NumbersUsed> lostNumbers = std::nullopt;
+    bool replacesCopy = false; ///< an earlier file's copy of the same name, made by the same job
 
     [[nodiscard]] static FileOutcome without(FileStatus status, Reason remark)
     {
         return {status, std::move(remark), 0, std::nullopt};
     }
+    /// Whether people have to look at a file that counts as created.
+    [[nodiscard]] bool isWarning() const { return status == FileStatus::CreatedNothing || replacesCopy; }
     /// Whether the file counts among those that the job created.
     [[nodiscard]] bool countsAsCreated() const
     {

@@ -3,6 +3,11 @@
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 #include "platform/system/FileFacts.h"
+#include "platform/system/FreeMemory.h"
+#include "platform/system/QtThreads.h"
+
+#include <QThread>
+#include <algorithm>
 
 namespace quillfern {
 
@@ -17,6 +22,15 @@ void requireOutputFolder(const std::optional<QString>& path)
     if (!mayWriteInto(folder))
         throw Failure(QT_TRANSLATE_NOOP(
             "quillfern::Failure", "Output folder is non-writable!\r\nPlease select valid output folder."));
+}
+
+void requireResources()
+{
+    constexpr std::size_t fontsAndLibraries = std::size_t{32} << 20;
+    constexpr std::size_t stackOfThread = std::size_t{10} << 20;
+    const auto threads = static_cast<std::size_t>(std::max(2, QThread::idealThreadCount()));
+    requireFreeMemory(fontsAndLibraries + threads * stackOfThread);
+    startQtThreads();
 }
 
 Job planJob(const std::vector<FileItem>& files, const Settings& settings)

@@ -28,6 +28,11 @@ struct Job
 /// text that the settings hold.
 void requireOutputFolder(const std::optional<QString>& path);
 
+/// Throws Failure when there are too little memory or too few threads to begin any job: Qt's fonts crash
+/// where memory fails, and Qt's images wait for ever for a thread that the system refuses. What is needed
+/// beyond this is checked file by file. Main thread.
+void requireResources();
+
 /// Plans a job over the whole list, checked or not: one output of the same name in the settings' output
 /// folder for each file, in list order.
 [[nodiscard]] Job planJob(const std::vector<FileItem>& files, const Settings& settings);

@@ -27,6 +27,9 @@ class JobRun
     /// Printed as the total; 0 or less means the page count of the document in work.
     std::int64_t totalPages = 0;
 
+    /// The document's target is a copy that this job has written. It stays until the new copy is whole.
+    bool isTargetOfThisJob = false;
+
     [[nodiscard]] StampRun& stamps() { return stamps_; }
     [[nodiscard]] std::int64_t numberCounter() const { return stamps_.numberCounter; }
     /// The current page was stamped: advances the running number by one step.

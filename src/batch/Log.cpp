@@ -1,6 +1,6 @@
 #include "batch/Log.h"
 
-#include "platform/store/AtomicFile.h"
+#include "platform/store/KeptFile.h"
 #include "platform/system/DateText.h"
 #include "platform/system/Guarded.h"
 
@@ -91,7 +91,8 @@ bool Log::save(const QLocale& locale)
         const QString name = dateText(endTime, QStringLiteral("ddMMyyHHmmss")) + QStringLiteral(".log");
         logFilePath_ = folders_.getAppPath().child(QStringLiteral("Logs/") + name);
         try {
-            store::AtomicFile::writeWhole(*logFilePath_, bytes);
+            logFilePath_ = store::writeKeepingEarlier(*logFilePath_, bytes);
+            isWritten_ = true;
         } catch (const Failure&) {
             logLine(QStringLiteral("Could not write document out..."));
         }

@@ -32,6 +32,7 @@ struct LogFiles
     FileOutcome outcome;
     std::int32_t pages = 0; ///< of the source, as the list counted them
     std::vector<LogFile> logFiles;
+    FilePath source = {}; ///< the input; for people, not in the log's file
 };
 
 /// The word for an outcome in the log: "Completed", "Failed", "No Pages", the reason for a file that was
@@ -53,8 +54,12 @@ class Log
     /// The file that save() wrote the log to; absent before save().
     [[nodiscard]] const std::optional<FilePath>& logFilePath() const { return logFilePath_; }
 
+    /// Whether the file is there.
+    [[nodiscard]] bool isWritten() const { return isWritten_; }
+
     /// Writes the log as an XML file named from the end time into the folder "Logs" of the application's
-    /// folder. Returns false only when no path could be determined. When the file cannot be written, this is
+    /// folder. The log of another job that ended in the same second is kept beside this one, with "-2" in its
+    /// name. Returns false only when no path could be determined. When the file cannot be written, this is
     /// reported in the system log, and the path then names a file that does not exist.
     bool save(const QLocale& locale = QLocale());
 
@@ -63,6 +68,7 @@ class Log
 
     const Folders& folders_;
     std::optional<FilePath> logFilePath_;
+    bool isWritten_ = false;
 };
 
 } // namespace quillfern

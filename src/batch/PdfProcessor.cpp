@@ -6,6 +6,7 @@
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
+#include "platform/system/Cancellation.h"
 #include "platform/system/Folders.h"
 #include "platform/system/LogLine.h"
 #include "stamps/PageCompositor.h"
@@ -21,30 +22,34 @@ FileOutcome PdfProcessor::processPDF(const FilePath& source, const FilePath& tar
 
 FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run)
 {
-    const FilePath path = prepareTarget(source, target, job_.isBackupFile);
+    const PageCompositor compositor(job_.stamps, shaper_);
+    compositor.requireFont(); // before anything is changed
+    const FilePath path = run.isTargetOfThisJob ? target : prepareTarget(source, target, job_.isBackupFile);
     std::unique_ptr<pdf::PdfDocument> document;
     try {
         document = pdf::PdfDocument::open(source);
+    } catch (const Cancelled&) {
+        throw;
     } catch (const Failure& failure) {
         // The file counts as processed, and no copy is written.
-        logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2")
-                    .arg(source.readable(), failure.reason()));
+        const Reason reason = whyNotOpened(source, failure.reasons());
+        logLine(QStringLiteral("%1: %2").arg(source.readable(), reason.logged));
         return FileOutcome::without(
             FileStatus::CreatedNothing,
-            Reason::quoting(QT_TRANSLATE_NOOP("quillfern::Failure", "no output: %1"), failure.reasons()));
+            reason.followedBy(QT_TRANSLATE_NOOP("quillfern::Failure", "No copy was made.")));
     }
     document->setCreator(getAppTitle());
-    const int pages = stampPages(*document, run);
+    const int pages = stampPages(*document, compositor, run);
     document->keepFirstPages(pages);
     store::AtomicFile file(path);
     document->save(writer_, file);
+    throwIfCancelled(run.abandoned());
     file.commit();
     return {FileStatus::Created, std::nullopt, pages, run.numbers()};
 }
 
-int PdfProcessor::stampPages(pdf::PdfDocument& document, JobRun& run)
+int PdfProcessor::stampPages(pdf::PdfDocument& document, const PageCompositor& compositor, JobRun& run)
 {
-    const PageCompositor compositor(job_.stamps, shaper_);
     const int count = document.pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
     for (int i = 1; i <= count; ++i) {

@@ -17,6 +17,8 @@ class PdfWriter;
 
 namespace quillfern {
 
+class PageCompositor;
+
 /// Stamps one PDF file: pages outside the range stay as they are, pages inside it are stamped or, where the
 /// parity is not the chosen one, left blank. Used on the shaper's thread.
 class PdfProcessor
@@ -34,7 +36,7 @@ class PdfProcessor
 
   private:
     FileOutcome stamp(const FilePath& source, const FilePath& target, JobRun& run);
-    int stampPages(pdf::PdfDocument& document, JobRun& run);
+    int stampPages(pdf::PdfDocument& document, const PageCompositor& compositor, JobRun& run);
 
     const JobConfiguration& job_;
     drawing::TextShaper& shaper_;

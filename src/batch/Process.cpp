@@ -1,10 +1,11 @@
 #include "batch/Process.h"
 
+#include "batch/DocumentInWork.h"
+#include "batch/JobWarnings.h"
 #include "platform/pdf/PdfPageCount.h"
 #include "platform/system/FileIdentity.h"
 #include "platform/system/Guarded.h"
 
-#include <QHash>
 #include <unordered_map>
 
 namespace quillfern {
@@ -52,7 +53,6 @@ void Process::findCollisions()
             if (const auto identity = fileIdentity(path)) inputs.emplace(*identity, path);
         }
     }
-    QHash<FilePath, FilePath> writers;
     for (std::size_t i = 0; i < outputFiles().size() && isCombining_; ++i) {
         const OutputFile& output = outputFiles()[i];
         if (output.fileItems().empty()) continue;
@@ -61,9 +61,6 @@ void Process::findCollisions()
         const auto input = present ? inputs.find(*present) : inputs.end();
         if (input != inputs.end() && !isSameFile(output.filename(), own))
             collisions_[i].overwritesInput = input->second;
-        if (!collisions_[i].overwritesInput.isEmpty()) continue; // will not be written
-        collisions_[i].replacesCopyOf = writers.value(output.filename());
-        writers.insert(output.filename(), own);
     }
 }
 
@@ -106,13 +103,15 @@ void Process::runOutput(std::size_t index, DocumentProcessors& processors, JobRu
     try {
         for (const FileItem& item : outputFiles()[index].fileItems()) {
             if (!isCombining_) break;
+            record.source = item.filePath();
             if (item.pages() > 0) record.pages = item.pages();
             record.outcome = runItem(item, index, processors, run);
         }
     } catch (...) {
         failed_ = true;
         record.outcome = FileOutcome::without(FileStatus::Refused, currentReason());
-        logLine(failureLine("Error in (Process=>start) : %@", record.outcome.remark->logged));
+        logLine(failureLine("Error in (Process=>start) : %@",
+                            QStringLiteral("%1: %2").arg(target.readable(), record.outcome.remark->logged)));
     }
     write(outputFileInProcess_, QString());
     services_.mainThread.postAndWait([&] { observer_.outputFinished(record); });
@@ -123,9 +122,12 @@ namespace {
 /// Why the list counted no pages of the file; no reason when the file can be read by now.
 std::optional<Reason> reasonForNoPages(const FileItem& item)
 {
-    if (isPdf(item)) return pdf::pdfProblem(item.filePath());
+    if (isPdf(item)) {
+        const auto problem = pdf::pdfProblem(item.filePath());
+        return problem ? std::optional(whyNotOpened(item.filePath(), *problem)) : std::nullopt;
+    }
     return Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
-                                    "the file is not there or holds no picture that can be read"));
+                                    "The file is not there or holds no picture that can be read."));
 }
 
 } // namespace
@@ -133,30 +135,56 @@ std::optional<Reason> reasonForNoPages(const FileItem& item)
 FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentProcessors& processors,
                              JobRun& run)
 {
-    if (item.pages() <= 0) return {FileStatus::NoPages, reasonForNoPages(item), 0, std::nullopt};
+    if (item.pages() <= 0) {
+        const std::optional<Reason> reason = reasonForNoPages(item);
+        if (reason) logLine(QStringLiteral("%1: %2").arg(item.filePath().readable(), reason->logged));
+        return {FileStatus::NoPages, reason, 0, std::nullopt};
+    }
     const Collision& collision = collisions_[index];
     if (!collision.overwritesInput.isEmpty())
-        throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure",
-                                         "not written: it would overwrite another file of the list, %1"),
-                       {collision.overwritesInput.readable()}});
+        throw Failure(
+            {QT_TRANSLATE_NOOP("quillfern::Failure",
+                               "No copy was made: it would overwrite another file of the list, %1."),
+             {collision.overwritesInput.readable()}});
     const bool isContinuous = job_.configuration.isContinuousNumbering;
     const FilePath& source = item.filePath();
     const FilePath& target = outputFiles()[index].filename();
     write(fileInProcess_, item.name());
     if (!isContinuous) run.totalPages = item.pages();
 
+    run.isTargetOfThisJob = written_.contains(target);
     FileOutcome outcome = isPdf(item) ? processors.processPDF(source, target, QString(), run)
                                       : processors.processTIFF(source, target, run, item.compression());
     if (!isContinuous) run.reset();
     ++totalFileProcessed_;
     postLabel();
     if (outcome.countsAsCreated()) ++totalFileCreated_;
-    if (outcome.status == FileStatus::Created && !outcome.remark && !collision.replacesCopyOf.isEmpty()) {
-        outcome.remark = Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "replaces the copy of %1"),
-                                {collision.replacesCopyOf.readable()});
-        logNotice(QStringLiteral("%1 %2").arg(target.readable(), outcome.remark->logged));
-    }
+    addRemarks(outcome, item, target, isContinuous);
     return outcome;
+}
+
+void Process::addRemarks(FileOutcome& outcome, const FileItem& item, const FilePath& target,
+                         bool isContinuous)
+{
+    const auto add = [&outcome](const Reason& more) {
+        outcome.remark = outcome.remark ? outcome.remark->followedBy(more) : more;
+    };
+    if (!isContinuous) outcome.lostNumbers.reset(); // the next file begins at the start number anyway
+    if (outcome.lostNumbers) {
+        const Reason lost = lostNumbersText(*outcome.lostNumbers);
+        logLine(QStringLiteral("%1: %2").arg(item.filePath().readable(), lost.logged));
+        add(lost);
+    }
+    if (outcome.status != FileStatus::Created) return;
+    const auto earlier = written_.constFind(target);
+    if (earlier != written_.constEnd()) {
+        outcome.replacesCopy = true;
+        const Reason replaces(QT_TRANSLATE_NOOP("quillfern::Failure", "This copy replaces the copy of %1."),
+                              {earlier->readable()});
+        logNotice(QStringLiteral("%1: %2").arg(target.readable(), replaces.logged));
+        add(replaces);
+    }
+    written_.insert(target, item.filePath());
 }
 
 QString Process::resultMessage() const

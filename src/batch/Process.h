@@ -15,6 +15,7 @@
 #include "platform/system/TimeTaken.h"
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QString>
 #include <atomic>
 #include <cstddef>
@@ -96,6 +97,7 @@ class Process
     void runOutput(std::size_t index, DocumentProcessors& processors, JobRun& run);
     [[nodiscard]] FileOutcome runItem(const FileItem& item, std::size_t index, DocumentProcessors& processors,
                                       JobRun& run);
+    void addRemarks(FileOutcome& outcome, const FileItem& item, const FilePath& target, bool isContinuous);
     void finish();
     void postLabel();
     void findCollisions();
@@ -128,9 +130,9 @@ class Process
     struct Collision
     {
         FilePath overwritesInput; ///< another input at the output's path; the output is not written
-        FilePath replacesCopyOf;  ///< an earlier input whose copy has the same name
     };
     std::vector<Collision> collisions_;
+    QHash<FilePath, FilePath> written_; ///< the copies of this job so far, and the input of each
 };
 
 } // namespace quillfern

@@ -7,6 +7,7 @@
 #include "platform/raster/PageFeed.h"
 #include "platform/raster/RasterWriter.h"
 #include "platform/store/AtomicFile.h"
+#include "platform/system/Cancellation.h"
 #include "platform/system/Failure.h"
 #include "stamps/PageCompositor.h"
 
@@ -25,7 +26,8 @@ void makeRoomFor(drawing::Ink ink, raster::RasterPage& page)
     if (suffices) return;
     page.image.convertTo(QImage::Format_RGB888);
     if (page.image.isNull())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
+        throw Failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory for a page of this size."));
     page.isBilevel = false;
     page.colourProfile.clear(); // the profile was for grey pixels
 }
@@ -48,7 +50,9 @@ FileOutcome TiffProcessor::processTIFF(const FilePath& source, const FilePath& t
 FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run,
                                  std::int32_t compression)
 {
-    const FilePath path = prepareTarget(source, target, job_.isBackupFile);
+    const PageCompositor compositor(job_.stamps, shaper_);
+    compositor.requireFont(); // before anything is changed
+    const FilePath path = run.isTargetOfThisJob ? target : prepareTarget(source, target, job_.isBackupFile);
     const auto reader = raster::RasterReader::open(source);
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
@@ -57,9 +61,8 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
     if (first > last)
         return FileOutcome::without(
             FileStatus::Failed,
-            QT_TRANSLATE_NOOP("quillfern::Failure", "no page of the file lies in the page range"));
+            QT_TRANSLATE_NOOP("quillfern::Failure", "No page of the file lies in the page range."));
 
-    const PageCompositor compositor(job_.stamps, shaper_);
     store::AtomicFile file(path);
     raster::RasterWriter writer(file);
     raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last));
@@ -75,8 +78,9 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
     }
     if (writer.pageCount() == 0)
         return FileOutcome::without(FileStatus::Failed,
-                                    QT_TRANSLATE_NOOP("quillfern::Failure", "no page was written"));
+                                    QT_TRANSLATE_NOOP("quillfern::Failure", "No page was written."));
     writer.finish();
+    throwIfCancelled(run.abandoned());
     file.commit();
     return {FileStatus::Created, std::nullopt, static_cast<std::int32_t>(writer.pageCount()), run.numbers()};
 }

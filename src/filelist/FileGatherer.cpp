@@ -5,6 +5,7 @@
 #include "filelist/ItemFeed.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/Guarded.h"
+#include "platform/system/StartedThread.h"
 #include "platform/system/TimeTaken.h"
 
 #include <QCoreApplication>
@@ -132,8 +133,7 @@ bool FileGatherer::start(const Arguments& request, std::optional<QString>& pdfOp
 {
     if (isRunning_ || isStopping_) return false;
     if (!pdfOpenPassword) pdfOpenPassword = QString();
-    launch([this, request, password = *pdfOpenPassword] { loadURLs(request, password); });
-    return true;
+    return launch([this, request, password = *pdfOpenPassword] { loadURLs(request, password); });
 }
 
 void FileGatherer::startPasswords(const QList<FilePath>& paths, const QString& password)
@@ -149,12 +149,18 @@ void FileGatherer::launchNext()
     waiting_.pop_front();
 }
 
-void FileGatherer::launch(std::function<void()> request)
+bool FileGatherer::launch(std::function<void()> request)
 {
     isRunning_ = true;
     std::erase_if(threads_, [](const auto& thread) { return thread->isFinished(); });
-    threads_.emplace_back(QThread::create(std::move(request)));
-    threads_.back()->start();
+    try {
+        threads_.push_back(startedThread(std::move(request)));
+    } catch (const Failure& failure) {
+        isRunning_ = false;
+        logLine(failureLine(loadFailure, failure.reason()));
+        return false;
+    }
+    return true;
 }
 
 void FileGatherer::loadURLs(const Arguments& arguments, const QString& pdfOpenPassword)

@@ -6,11 +6,11 @@
 #include "platform/system/Clock.h"
 #include "platform/system/FilePath.h"
 #include "platform/system/MainThread.h"
+#include "platform/system/WorkerPool.h"
 
 #include <QList>
 #include <QString>
 #include <QThread>
-#include <QThreadPool>
 #include <atomic>
 #include <deque>
 #include <functional>
@@ -38,7 +38,8 @@ class FileGatherer
     FileGatherer(const FileGatherer&) = delete;
     FileGatherer& operator=(const FileGatherer&) = delete;
 
-    /// Begins a request on a new thread; false when one is still running, or after stop(). New items get a
+    /// Begins a request on a new thread; false when one is still running, after stop(), or when the system
+    /// allows no further thread. New items get a
     /// copy of the password; an absent password is replaced by the empty text, also in the caller's variable.
     /// Main thread.
     bool start(const Arguments& request, std::optional<QString>& pdfOpenPassword);
@@ -60,7 +61,8 @@ class FileGatherer
     bool addFolderToList(Request& request, const QList<FilePath>& paths, bool includeSubdirectories);
     bool addFilesToList(Request& request, const QList<FilePath>& paths);
     void applyPassword(const QList<FilePath>& paths, const QString& password);
-    void launch(std::function<void()> request);
+    /// False when the system allows no further thread; the system log says so.
+    bool launch(std::function<void()> request);
     void launchNext();
     /// Shows the busy state, runs a request and shows the idle state.
     void perform(const char* failure, const std::function<void()>& request);
@@ -73,7 +75,7 @@ class FileGatherer
     MainThread& mainThread_;
     const Clock& clock_;
     GatherObserver& observer_;
-    QThreadPool counters_;
+    WorkerPool counters_;
     bool isRunning_ = false; ///< main thread
     std::atomic<bool> isStopping_ = false;
     std::deque<std::function<void()>> waiting_; ///< main thread

@@ -13,7 +13,7 @@ constexpr std::size_t mostPending = 512; ///< files not yet counted: enough for 
 
 } // namespace
 
-ItemFeed::ItemFeed(QThreadPool& pool, const QString& password, const char* failure, Wanted wanted,
+ItemFeed::ItemFeed(WorkerPool& pool, const QString& password, const char* failure, Wanted wanted,
                    Deliver deliver)
     : pipeline_(pool, password, failure), wanted_(std::move(wanted)), deliver_(std::move(deliver))
 {

@@ -3,9 +3,9 @@
 #include "filelist/FileItem.h"
 #include "filelist/ItemPipeline.h"
 #include "platform/system/FilePath.h"
+#include "platform/system/WorkerPool.h"
 
 #include <QString>
-#include <QThreadPool>
 #include <chrono>
 #include <functional>
 #include <vector>
@@ -22,7 +22,7 @@ class ItemFeed
 
     /// For `pool`, `password` and `failure` see ItemPipeline. Once `wanted` returns false, no further file is
     /// begun.
-    ItemFeed(QThreadPool& pool, const QString& password, const char* failure, Wanted wanted, Deliver deliver);
+    ItemFeed(WorkerPool& pool, const QString& password, const char* failure, Wanted wanted, Deliver deliver);
 
     /// Whether to continue. To be called often, because this call also delivers the items that are ready.
     bool goOn();

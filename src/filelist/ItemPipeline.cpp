@@ -29,7 +29,7 @@ struct ItemPipeline::State
     [[nodiscard]] bool nextIsReady() const { return !slots.empty() && slots.front()->isReady; }
 };
 
-ItemPipeline::ItemPipeline(QThreadPool& pool, QString password, const char* failure)
+ItemPipeline::ItemPipeline(WorkerPool& pool, QString password, const char* failure)
     : pool_(pool), password_(std::move(password)), failure_(failure), state_(std::make_shared<State>())
 {
 }

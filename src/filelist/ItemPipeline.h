@@ -2,9 +2,9 @@
 
 #include "filelist/FileItem.h"
 #include "platform/system/FilePath.h"
+#include "platform/system/WorkerPool.h"
 
 #include <QString>
-#include <QThreadPool>
 #include <chrono>
 #include <cstddef>
 #include <memory>
@@ -20,7 +20,7 @@ class ItemPipeline
   public:
     /// `password` is every new item's. `failure` is the pattern of the line for the system log about a file
     /// that fails, a literal. The pool is not owned and outlives the pipeline.
-    ItemPipeline(QThreadPool& pool, QString password, const char* failure);
+    ItemPipeline(WorkerPool& pool, QString password, const char* failure);
     ~ItemPipeline();
     ItemPipeline(const ItemPipeline&) = delete;
     ItemPipeline& operator=(const ItemPipeline&) = delete;
@@ -35,7 +35,7 @@ class ItemPipeline
 
   private:
     struct State;
-    QThreadPool& pool_;
+    WorkerPool& pool_;
     QString password_;
     const char* failure_;
     std::shared_ptr<State> state_; ///< shared with the tasks in the pool

@@ -20,7 +20,7 @@ QString readList(const FilePath& path)
         throw Failure(QStringLiteral("%1 is too large for a list of paths").arg(path.readable()));
     QByteArray bytes = file->read(largestList);
     if (file->error() != QFileDevice::NoError)
-        throw Failure(QStringLiteral("cannot read %1: %2").arg(path.readable(), file->errorString()));
+        throw Failure(QStringLiteral("%1 cannot be read: %2").arg(path.readable(), file->errorString()));
     if (bytes.startsWith("\xEF\xBB\xBF"))
         bytes.remove(0, 3); // the byte order mark does not belong to the text
     return pathText(bytes);

@@ -1,11 +1,11 @@
 #include "runner/Runner.h"
 
 #include "batch/Job.h"
+#include "batch/JobWarnings.h"
 #include "config/Profile.h"
 #include "filelist/FileListExport.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/system/Failure.h"
-#include "platform/system/FileFacts.h"
 #include "platform/system/NativePath.h"
 #include "platform/system/TimeTaken.h"
 #include "runner/InputGathering.h"
@@ -22,7 +22,7 @@ Runner::Runner(ProcessServices services, QTextStream& out, QTextStream& err, boo
 
 Runner::~Runner() = default;
 
-void Runner::gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested)
+void Runner::gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests)
 {
     InputGathering gathering(files, services_.mainThread, services_.clock);
     gathering.gather(requestsFor(options), [&] {
@@ -31,7 +31,7 @@ void Runner::gather(const RunnerOptions& options, FileList& files, const std::fu
             err_.flush();
             progressShown_ = true;
         }
-        return !stopRequested();
+        return stopRequests() == 0;
     });
     clearProgressLine();
     if (files.empty()) throw WrongUse(QStringLiteral("the folders named hold no files to stamp"));
@@ -62,7 +62,7 @@ void Runner::nameSubstitutes(const Numbering& number)
     err_.flush();
 }
 
-int Runner::run(const QStringList& arguments, const std::function<bool()>& stopRequested)
+int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
 {
     try {
         Settings settings;
@@ -75,18 +75,19 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
             out_.flush();
             return AllCreated;
         }
+        requireResources();
         FileList files;
         if (options.onlyExport) {
-            gather(options, files, stopRequested);
+            gather(options, files, stopRequests);
             writeExport(options.exportFile, files);
             return AllCreated;
         }
         if (!options.saveProfile.isEmpty()) saveProfile(*settings.number, options.saveProfile);
         if (!options.preview.isEmpty()) {
-            if (options.namesFiles()) gather(options, files, stopRequested);
-            preview(settings, options, files);
+            if (options.namesFiles()) gather(options, files, stopRequests);
+            if (!preview(settings, options, files)) ++outputsMissing_;
         }
-        if (!options.asksForJob()) return AllCreated;
+        if (!options.asksForJob()) return outputsMissing_ == 0 ? AllCreated : SomeNotCreated;
         settings.outputFolderPath = FilePath::fromText(*settings.outputFolderPath).text();
         try {
             requireOutputFolder(settings.outputFolderPath);
@@ -96,54 +97,71 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
                            QStringLiteral(" (--output)"));
         }
         nameSubstitutes(*settings.number);
-        gather(options, files, stopRequested);
+        gather(options, files, stopRequests);
         if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
 
         services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
         Job job = planJob(files.copies(), settings);
         job.configuration.isWrittenAnew = options.rewrite;
         Process process(services_, std::move(job), *this);
-        runJob(process, stopRequested);
+        runJob(process, stopRequests);
         return report(process);
     } catch (const WrongUse& wrongUse) {
-        err_ << "quillfern-run: " << wrongUse.reason() << "\nTry quillfern-run --help.\n";
+        err_ << "quillfern-run: " << printable(wrongUse.reason()) << "\nTry quillfern-run --help.\n";
         err_.flush();
         return CommandNotFollowed;
     } catch (const Failure& failure) {
-        err_ << "quillfern-run: " << failure.reason() << '\n';
+        err_ << "quillfern-run: " << printable(failure.reason()) << '\n';
+        err_.flush();
+        return SomeNotCreated;
+    } catch (const std::exception&) {
+        err_ << "quillfern-run: " << printable(reasonOfCurrentException()) << '\n';
         err_.flush();
         return SomeNotCreated;
     }
 }
 
-void Runner::preview(Settings& settings, const RunnerOptions& options, const FileList& files)
+bool Runner::preview(Settings& settings, const RunnerOptions& options, const FileList& files)
 {
-    if (drawPreview(settings.number->configuration(), files, options.previewSize, options.preview)) return;
+    if (drawPreview(settings.number->configuration(), files, options.previewSize, options.preview))
+        return true;
     err_ << files.at(0).filePath().readable() << " cannot be shown; the preview is of a blank page\n";
     err_.flush();
+    return false;
 }
 
-void Runner::runJob(Process& process, const std::function<bool()>& stopRequested)
+void Runner::runJob(Process& process, const StopRequests& stopRequests)
 {
-    bool stopping = false;
+    int seen = 0;
     started_ = services_.clock.now();
-    runOnWorker([&] { process.start(); },
-                [&] {
-                    if (!stopping && stopRequested()) {
-                        stopping = true;
-                        process.stop();
-                        clearProgressLine();
-                        err_ << "Stopping after the current file ...\n";
-                        err_.flush();
-                    }
-                    if (showProgress_ && !quiet_) showProgressLine(process);
-                });
+    const auto watch = [&] {
+        const int requests = stopRequests();
+        if (requests > 0 && seen == 0) {
+            process.stop();
+            say("Stopping after the current file ...");
+        }
+        if (requests > 1 && seen < 2) {
+            process.abandon();
+            say("Giving up the current file ...");
+        }
+        seen = requests;
+        if (showProgress_ && !quiet_) showProgressLine(process);
+    };
+    watch(); // the user may have stopped the gathering already
+    runOnWorker([&] { process.start(); }, watch);
     clearProgressLine();
+}
+
+void Runner::say(const char* line)
+{
+    clearProgressLine();
+    err_ << line << '\n';
+    err_.flush();
 }
 
 void Runner::showProgressLine(const Process& process)
 {
-    const QString file = readableName(process.fileInProcess());
+    const QString file = printable(readableName(process.fileInProcess()));
     err_ << "\r\x1b[K"
          << QStringLiteral("%1 of %2 files, %3 of %4 pages, %5%6")
                 .arg(process.totalFileProcessed())
@@ -171,35 +189,42 @@ void Runner::outputFinished(const LogFiles& output)
 {
     const FilePath path = FilePath::fromText(output.targetPath).child(output.filename);
     const FileOutcome& outcome = output.outcome;
-    const bool created = outcome.status == FileStatus::Created;
-    if (!created) ++outputsMissing_;
-    if (quiet_ && created) return;
+    const bool isSound = outcome.status == FileStatus::Created && !outcome.isWarning();
+    if (!isSound) ++outputsMissing_;
+    if (quiet_ && isSound) return;
     clearProgressLine();
     QTextStream& stream = quiet_ ? err_ : out_;
-    stream << statusWord(outcome).leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
+    const QString word =
+        outcome.status == FileStatus::CreatedNothing ? QStringLiteral("No Output") : statusWord(outcome);
+    stream << printable(word).leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
            << (output.pages == 1 ? " page   " : " pages  ") << path.readable();
-    if (outcome.remark && outcome.status != FileStatus::Refused)
-        stream << "  (" << outcome.remark->shown << ')';
+    if (outcome.remark && outcome.status != FileStatus::Refused) {
+        stream << "  (";
+        if (outcome.status != FileStatus::Created) stream << output.source.readable() << ": ";
+        stream << printable(outcome.remark->shown) << ')';
+    }
     stream << '\n';
     stream.flush();
 }
 
 int Runner::report(const Process& process)
 {
+    const FilePath log = process.log().logFilePath().value_or(FilePath());
+    const bool isLogged = process.log().isWritten();
     if (!quiet_) {
         QString message = process.message();
         out_ << message.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) << '\n';
         const QString time = process.timeTaken().trimmed();
         if (!time.isEmpty()) out_ << "Time: " << time << '\n';
-        const FilePath log = process.log().logFilePath().value_or(FilePath());
-        if (fileKind(log) != FileKind::Missing)
-            out_ << "Log: " << log.readable() << '\n';
-        else
-            err_ << "The log could not be written: " << log.readable() << '\n';
-        err_.flush();
+        if (isLogged) out_ << "Log: " << log.readable() << '\n';
         out_.flush();
     }
-    const bool all = outputsMissing_ == 0 && process.log().files.size() == process.outputFiles().size();
+    if (!isLogged) err_ << "The log could not be written: " << log.readable() << '\n';
+    for (const Reason& warning : jobWarnings(process.log().files))
+        err_ << "Warning: " << warning.shown << '\n';
+    err_.flush();
+    const bool all =
+        isLogged && outputsMissing_ == 0 && process.log().files.size() == process.outputFiles().size();
     return all ? AllCreated : SomeNotCreated;
 }
 

@@ -28,9 +28,12 @@ class Runner final : public ProcessObserver
     Runner(ProcessServices services, QTextStream& out, QTextStream& err, bool showProgress);
     ~Runner() override;
 
-    /// Runs one command line to its end and returns the exit status. `stopRequested` is called now and then
-    /// while the job runs; once it returns true, the job ends after the file in work.
-    int run(const QStringList& arguments, const std::function<bool()>& stopRequested);
+    /// How often the user has asked the program to stop; called now and then.
+    using StopRequests = std::function<int()>;
+
+    /// Runs one command line to its end and returns the exit status. At the first request to stop, gathering
+    /// ends at once and a job after the file in work; at the second the job gives up the file in work.
+    int run(const QStringList& arguments, const StopRequests& stopRequests);
 
     void updateTimeTakenLabel(const QString& text) override;
     void outputFinished(const LogFiles& output) override;
@@ -38,10 +41,12 @@ class Runner final : public ProcessObserver
   private:
     /// Prints which fonts named on the command line are not installed, and what is used instead.
     void nameSubstitutes(const Numbering& number);
-    void gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested);
+    void gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests);
     void writeExport(const FilePath& path, const FileList& files);
-    void preview(Settings& settings, const RunnerOptions& options, const FileList& files);
-    void runJob(Process& process, const std::function<bool()>& stopRequested);
+    /// False when a blank page is shown instead of the file.
+    bool preview(Settings& settings, const RunnerOptions& options, const FileList& files);
+    void runJob(Process& process, const StopRequests& stopRequests);
+    void say(const char* line);
     void showProgressLine(const Process& process);
     void clearProgressLine();
     int report(const Process& process);

@@ -253,9 +253,11 @@ QString runnerHelp()
                "display.\n\nStamps:\n") +
            describe(StampOptions::options()) + QStringLiteral("\nPages, numbers and files:\n") +
            describe(jobOptions) +
-           QStringLiteral("\nExit status: 0 when every copy was created, 1 when some were not, 2 for a "
-                          "command line that\n"
-                          "cannot be followed (nothing is written then).\n");
+           QStringLiteral("\nExit status: 0 when every file has its copy, 1 when some have none or one was "
+                          "replaced by the\n"
+                          "copy of another file of the same name, 2 for a command line that cannot be "
+                          "followed (nothing\n"
+                          "is written then).\n");
 }
 
 RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& settings)

@@ -5,6 +5,7 @@
 #include "platform/pageimages/RenderProcess.h"
 #include "platform/store/AtomicFile.h"
 #include "platform/system/Failure.h"
+#include "stamps/PageCompositor.h"
 
 #include <QBuffer>
 
@@ -48,6 +49,7 @@ bool drawPreview(JobConfiguration job, const FileList& files, const QSize& size,
     pageimages::RenderProcess renderer(pageimages::RenderProcess::installedProgram());
     WitnessedPages pages(renderer);
     drawing::TextShaper shaper;
+    PageCompositor(job.stamps, shaper).requireFont();
     Preview preview(shaper, pages);
     const auto image = PreviewModel(preview).PropertyChanged(job, state);
     if (!image || image->isNull()) throw Failure(QStringLiteral("the preview cannot be drawn"));

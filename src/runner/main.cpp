@@ -1,4 +1,5 @@
 #include "platform/drawing/FontCatalog.h"
+#include "platform/system/FreeMemory.h"
 #include "platform/system/NativePath.h"
 #include "runner/Runner.h"
 
@@ -10,13 +11,20 @@
 
 namespace {
 
-volatile std::sig_atomic_t stopRequested = 0;
+volatile std::sig_atomic_t stopRequests = 0;
 
 extern "C" void requestStop(int signal)
 {
-    stopRequested = 1;
-    // A second signal ends the program at once; even then no half-written file is left.
-    std::signal(signal, SIG_DFL);
+    stopRequests = stopRequests + 1;
+    // The first signal lets the file in work be finished, the second gives the file up; a third ends the
+    // program at once. Even then no half-written file is left.
+    if (stopRequests > 1) std::signal(signal, SIG_DFL);
+}
+
+/// A signal that the caller has chosen to ignore, as nohup does, stays ignored.
+void stopAt(int signal)
+{
+    if (std::signal(signal, requestStop) == SIG_IGN) std::signal(signal, SIG_IGN);
 }
 
 /// Prints Qt's messages, except for the warning that a session has no runtime folder, as on a server; the
@@ -33,6 +41,7 @@ void printMessage(QtMsgType type, const QMessageLogContext& context, const QStri
 int main(int argc, char** argv)
 {
     using namespace quillfern;
+    saveAddressSpace();
     // Fonts and images are part of Qt's GUI library, which would otherwise look for a screen.
     qInstallMessageHandler(printMessage);
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -40,8 +49,8 @@ int main(int argc, char** argv)
     QGuiApplication application(argc, argv);
     // QGuiApplication has set the user's locale, with which libraries would print numbers.
     std::setlocale(LC_NUMERIC, "C");
-    std::signal(SIGINT, requestStop);
-    std::signal(SIGTERM, requestStop);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        stopAt(signal);
 
     QTextStream out(stdout);
     QTextStream err(stderr);
@@ -53,5 +62,5 @@ int main(int argc, char** argv)
     QStringList arguments; // QCoreApplication::arguments() would lose names that are not UTF-8
     for (int i = 0; i < argc; ++i)
         arguments.append(pathText(QByteArray(argv[i])));
-    return runner.run(arguments, [] { return stopRequested != 0; });
+    return runner.run(arguments, [] { return int{stopRequests}; });
 }

@@ -46,6 +46,9 @@ class IStampItem
     virtual void draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor,
                       std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) const = 0;
 
+    /// Throws Failure when a stamp that shows text can be drawn on no page, because no font is installed.
+    virtual void requireFont(drawing::TextShaper&) const {}
+
     /// One line that distinguishes the stamp from others in a list.
     [[nodiscard]] virtual QString description() const = 0;
 };

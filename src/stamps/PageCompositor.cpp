@@ -48,6 +48,12 @@ void shadeMargins(QPainter& painter, const QSizeF& size, const QRectF& area)
 
 } // namespace
 
+void PageCompositor::requireFont() const
+{
+    for (const auto& stamp : stamps_)
+        if (stamp->isSelected()) stamp->requireFont(shaper_);
+}
+
 void PageCompositor::drawPDFNumber(drawing::PageLayers& page, const QRectF& fillRect, StampRun& run,
                                    std::int64_t pages) const
 {

@@ -33,6 +33,10 @@ class PageCompositor
     {
     }
 
+    /// Throws Failure when an enabled stamp shows text and no font is installed: the stamp would be missing
+    /// on every page.
+    void requireFont() const;
+
     /// Draws every enabled stamp on a PDF page, in list order, with the run's number: the stamps with
     /// isDrawUnderPDFContent() beneath the page's content, the others above it. `fillRect` is the area inside
     /// the margins, `pages` the total.

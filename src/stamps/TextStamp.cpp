@@ -78,6 +78,12 @@ void TextStamp::draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor m
     });
 }
 
+void TextStamp::requireFont(drawing::TextShaper& shaper) const
+{
+    if (isVisible())
+        (void)shaper.shape(QStringLiteral("0"), {font.fontName.value_or(QString()), isBold, isItalic});
+}
+
 QString TextStamp::description() const
 {
     return QStringLiteral("%1 [%2]").arg(numberTypeName(number.numberType),

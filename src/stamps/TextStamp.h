@@ -46,6 +46,7 @@ class TextStamp final : public StampBase
     [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
     void draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor, std::int64_t pageNumber,
               std::int64_t totalPages, bool isHighLightStamp) const override;
+    void requireFont(drawing::TextShaper& shaper) const override;
     [[nodiscard]] QString description() const override;
 
   private:

@@ -1,5 +1,6 @@
 #include "app/AppFixture.h"
 #include "app/JobResultsModel.h"
+#include "platform/system/Cancellation.h"
 #include "stamps/TextStamp.h"
 
 #include <QAbstractButton>
@@ -20,8 +21,14 @@ class FakeProcessors final : public DocumentProcessors
 
     FileOutcome processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
     {
-        work_(run);
-        return {FileStatus::Created, std::nullopt, 1, std::nullopt};
+        try {
+            work_(run);
+        } catch (const Cancelled& given) {
+            return FileOutcome::without(FileStatus::Cancelled, given.reasons());
+        }
+        FileOutcome outcome;
+        outcome.status = FileStatus::Created;
+        return outcome;
     }
     FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override { return {}; }
 
@@ -33,13 +40,14 @@ class JobInWindow : public AppTest
 {
   protected:
     void TearDown() override { gate.release(1000); } // no thread may wait for ever
-    /// Each file is done only after the test has released the gate once for it.
+    /// Each file is done only after the test has released the gate once for it, or until the file is given up.
     void gated()
     {
         makeProcessors = [this](const JobConfiguration&) {
             return std::make_unique<FakeProcessors>([this](JobRun& run) {
                 run.pageDone();
-                gate.acquire();
+                while (!gate.tryAcquire(1, 10))
+                    throwIfCancelled(run.abandoned());
             });
         };
     }
@@ -157,6 +165,25 @@ TEST_F(JobInWindow, AListIsStampedAndTheSheetTellsWhatBecameOfIt)
     EXPECT_EQ(sheet(), nullptr) << "Escape closes the sheet of a job that has ended";
 }
 
+TEST_F(JobInWindow, AFileWithoutOutputIsWarnedOf)
+{
+    start();
+    fill({pdf("a.pdf", 2), pdf("<b>.pdf", 1)});
+    stampWith("{0}");
+    scratch.write(QStringLiteral("<b>.pdf"), "damaged since it was listed");
+    convert();
+    waitForEnd();
+    EXPECT_EQ(statuses(), (QStringList{QStringLiteral("Completed"), QStringLiteral("No Output")}));
+    EXPECT_EQ(shown("message"), QStringLiteral("All files processed successfully."));
+    EXPECT_EQ(shown("warnings"), QStringLiteral("1 file gave no output: <b>.pdf"));
+    EXPECT_TRUE(sheet()->findChild<QLabel*>(QStringLiteral("warningsIcon"))->isVisible());
+    press(*sheet(), "closeProcessBtn");
+    files().remove({1});
+    convert();
+    waitForEnd();
+    EXPECT_FALSE(sheet()->findChild<QLabel*>(QStringLiteral("warnings"))->isVisible());
+}
+
 TEST_F(JobInWindow, WhileItRunsTheWindowIsItsAlone)
 {
     gated();
@@ -194,6 +221,32 @@ TEST_F(JobInWindow, WhileItRunsTheWindowIsItsAlone)
     EXPECT_EQ(files().count(), 3);
 }
 
+TEST_F(JobInWindow, StopNowGivesUpTheFileInWork)
+{
+    gated();
+    start();
+    fill({pdf("a.pdf", 4), pdf("b.pdf", 4)});
+    stampWith("{0}");
+    for (int round = 0; round < 2; ++round) { // the second job begins with Cancel again
+        convert();
+        waitFor([this] { return sheet() && shown("pagesDone") == QLatin1String("1 of 8"); },
+                "the first page");
+        auto& button = *sheet()->findChild<QAbstractButton*>(QStringLiteral("cancelProcessBtn"));
+        EXPECT_EQ(button.text(), QStringLiteral("Cancel"));
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QTest::mouseClick(&button, Qt::LeftButton);
+        EXPECT_EQ(button.text(), QStringLiteral("Stop Now"));
+        EXPECT_FALSE(button.isEnabled()) << "a double click does not give up the file";
+        waitFor([&] { return button.isEnabled(); }, "the button");
+        EXPECT_FALSE(app().job().process()->isCompleted());
+        QTest::keyClick(sheet(), Qt::Key_S, Qt::AltModifier);
+        waitForEnd();
+        EXPECT_EQ(statuses(), QStringList{QStringLiteral("Cancelled")});
+        EXPECT_EQ(shown("message"), QStringLiteral("Process cancelled!"));
+        press(*sheet(), "closeProcessBtn");
+    }
+}
+
 TEST_F(JobInWindow, TheSheetCanBeLeftWithTheProgram)
 {
     gated();
@@ -214,19 +267,29 @@ TEST_F(JobInWindow, TheSheetCanBeLeftWithTheProgram)
     EXPECT_FALSE(app().job().process()->isCombining());
 }
 
-TEST_F(JobInWindow, LeavingStopsTheJobAfterTheFileInWork)
+TEST_F(JobInWindow, LeavingWaitsForTheFileInWorkAndThenGivesItUp)
 {
     gated();
     start();
     fill({pdf("a.pdf", 1), pdf("b.pdf", 1)});
-    convert();
-    waitFor([this] { return app().job().process()->totalPagesProcessed() == 1; }, "the first file");
-    app().applicationShouldTerminate();
-    EXPECT_FALSE(app().stop(50)) << "it is still in the first file";
-    gate.release();
-    EXPECT_TRUE(app().stop(20'000));
-    EXPECT_EQ(gate.available(), 0) << "one file went through";
-    EXPECT_EQ(app().job().process()->totalFileProcessed(), 1) << "the second one was not begun";
+    for (const bool isQuick : {true, false}) {
+        convert();
+        waitFor([this] { return app().job().process()->totalPagesProcessed() == 1; }, "the first file");
+        app().applicationShouldTerminate();
+        if (isQuick) gate.release();
+        EXPECT_TRUE(app().stop(isQuick ? 20'000 : 50));
+        EXPECT_EQ(gate.available(), 0);
+        EXPECT_EQ(app().job().process()->totalFileProcessed(), 1) << "the second one was not begun";
+        EXPECT_EQ(app().job().process()->totalFileCreated(), isQuick ? 1 : 0);
+        EXPECT_TRUE(QFile::exists(app().job().process()->log().logFilePath()->text()));
+        waitForEnd();
+        press(*sheet(), "closeProcessBtn");
+        if (isQuick) {
+            quit();
+            start();
+            fill({pdf("a.pdf", 1), pdf("b.pdf", 1)});
+        }
+    }
 }
 
 TEST_F(JobInWindow, ClockTexts)

@@ -4,8 +4,10 @@
 #include "support/Fakes.h"
 #include "support/Tools.h"
 
+#include <QDir>
 #include <QXmlStreamReader>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace quillfern {
 namespace {
@@ -73,6 +75,39 @@ TEST_F(LogFileTest, DigitsArePlainInEveryLocale)
     EXPECT_TRUE(readFile(log.logFilePath()->text()).contains("11/16/2026 02:05:09"));
 }
 
+TEST_F(LogFileTest, JobsThatEndInOneSecondKeepTheirLogs)
+{
+    constexpr int jobs = 24;
+    std::vector<std::unique_ptr<Log>> logs;
+    for (int i = 0; i < jobs; ++i) {
+        logs.push_back(std::make_unique<Log>(clock, folders));
+        logs.back()->files.push_back({QStringLiteral("job%1.pdf").arg(i), QStringLiteral("/out"), {}, 1, {}});
+    }
+    std::vector<std::thread> threads;
+    for (const auto& log : logs)
+        threads.emplace_back([&log] {
+            EXPECT_TRUE(log->save(english) && log->isWritten());
+            EXPECT_EQ(log->logFilePath()->name(), QStringLiteral("161126140509.log"));
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    Log last(clock, folders);
+    last.files.push_back({QStringLiteral("last.pdf"), QStringLiteral("/out"), {}, 1, {}});
+    EXPECT_TRUE(last.save(english));
+
+    const QDir folder(scratch.path(QStringLiteral("Orvane/Quillfern1/Logs")));
+    const QStringList names = folder.entryList(QDir::Files | QDir::Hidden);
+    EXPECT_EQ(names.size(), jobs + 1) << names.join(u' ').toStdString();
+    EXPECT_TRUE(names.contains(QStringLiteral("161126140509-2.log")));
+    EXPECT_TRUE(names.contains(QStringLiteral("161126140509-25.log")));
+    QByteArray all;
+    for (const QString& name : names)
+        all += readFile(folder.filePath(name));
+    for (int i = 0; i < jobs; ++i)
+        EXPECT_EQ(all.count("\"job" + QByteArray::number(i) + ".pdf\""), 1) << i;
+    EXPECT_TRUE(readFile(folder.filePath(QStringLiteral("161126140509.log"))).contains("last.pdf"));
+}
+
 TEST(LogWithoutFolder, NamesAPathAndLosesNothingElse)
 {
     Scratch scratch;
@@ -81,6 +116,7 @@ TEST(LogWithoutFolder, NamesAPathAndLosesNothingElse)
     Log log(clock, folders);
     EXPECT_TRUE(log.save()) << "deliberately: a log that cannot be written is no failure of the job";
     ASSERT_TRUE(log.logFilePath());
+    EXPECT_FALSE(log.isWritten());
     EXPECT_FALSE(QFile::exists(log.logFilePath()->text()));
 }
 

@@ -389,7 +389,7 @@ TEST_F(CarryOver, AFullDiskFailsCleanly)
                  runner, scratch.path(QStringLiteral("out")), source, scratch.path(QStringLiteral("data"))});
     EXPECT_EQ(result.exitCode, 1) << result.out.toStdString() << result.err.toStdString();
     EXPECT_TRUE(result.out.contains("Failed")) << result.out.toStdString();
-    EXPECT_TRUE(result.out.contains("cannot write")) << result.out.toStdString();
+    EXPECT_TRUE(result.out.contains("cannot be written")) << result.out.toStdString();
     EXPECT_TRUE(QDir(scratch.path(QStringLiteral("out"))).entryList(QDir::Files | QDir::Hidden).isEmpty());
 }
 

@@ -1,5 +1,7 @@
 #include "batch/Process.h"
 
+#include "batch/DocumentInWork.h"
+#include "batch/JobWarnings.h"
 #include "platform/system/Failure.h"
 #include "stamps/TextStamp.h"
 #include "support/Fakes.h"
@@ -56,6 +58,33 @@ class ScriptedProcessors final : public DocumentProcessors
     Script& script_;
 };
 
+/// The real processors, in a job that is given up as soon as the first file is in work.
+class AbandonedProcessors final : public DocumentProcessors
+{
+  public:
+    AbandonedProcessors(const JobConfiguration& job, Process& process)
+        : real_(makeDocumentProcessors(job)), process_(process)
+    {
+    }
+
+    FileOutcome processPDF(const FilePath& source, const FilePath& target, const QString& password,
+                           JobRun& run) override
+    {
+        process_.abandon();
+        return real_->processPDF(source, target, password, run);
+    }
+    FileOutcome processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
+                            std::int32_t compression) override
+    {
+        process_.abandon();
+        return real_->processTIFF(source, target, run, compression);
+    }
+
+  private:
+    std::unique_ptr<DocumentProcessors> real_;
+    Process& process_;
+};
+
 class JobTest : public testing::Test, public ProcessObserver
 {
   protected:
@@ -100,6 +129,14 @@ class JobTest : public testing::Test, public ProcessObserver
         const auto& remark = output.outcome.remark;
         results.append(output.filename + u' ' + statusWord(output.outcome) +
                        (remark ? u' ' + remark->shown : QString()));
+    }
+
+    QStringList warnings() const
+    {
+        QStringList texts;
+        for (const Reason& warning : jobWarnings(process->log().files))
+            texts.append(warning.shown);
+        return texts;
     }
 
     Scratch scratch;
@@ -190,6 +227,35 @@ TEST_F(JobTest, CancellingFinishesTheFileAndWritesTheLog)
     EXPECT_EQ(readFile(done.log().logFilePath()->text()).count("Completed"), 2);
 }
 
+TEST_F(JobTest, AbandoningGivesUpTheFileAndLeavesNothingOfIt)
+{
+    settings.number->stamps.push_back(std::make_shared<TextStamp>());
+    QImage page(400, 300, QImage::Format_RGB32);
+    page.fill(Qt::white);
+    ASSERT_TRUE(page.save(scratch.path(QStringLiteral("a.png"))));
+    for (const char* name : {"a.pdf", "a.png"}) {
+        files.clear();
+        const QString path = QString::fromLatin1(name);
+        if (path.endsWith(QLatin1String("png"))) {
+            files.push_back(*FileItem::initWithURL(asPath(scratch.path(path))));
+            files.back().setPdfOpenPassword(std::nullopt);
+        } else {
+            add(path, 3);
+        }
+        add(QStringLiteral("z.pdf"), 1);
+        ProcessServices given = services(false);
+        given.makeProcessors = [this](const JobConfiguration& job) {
+            return std::make_unique<AbandonedProcessors>(job, *process);
+        };
+        process = std::make_unique<Process>(given, planJob(files, settings), *this);
+        process->start();
+        ASSERT_EQ(process->log().files.size(), 1U);
+        EXPECT_EQ(process->log().files[0].outcome.status, FileStatus::Cancelled) << name;
+        EXPECT_EQ(process->message(), QStringLiteral("Process cancelled!"));
+        EXPECT_TRUE(QDir(scratch.path(QStringLiteral("out"))).isEmpty()) << name;
+    }
+}
+
 TEST_F(JobTest, OpensTheFolderOnlyWhenSomethingWasCreated)
 {
     settings.isOpenFolderAfterConversion = true;
@@ -211,9 +277,69 @@ TEST_F(JobTest, TwoInputsOfOneNameOverwriteEachOtherAndSaySo)
     add(QStringLiteral("two/doc.pdf"), 2);
     run(false);
     EXPECT_EQ(results[0], QStringLiteral("doc.pdf Completed"));
-    EXPECT_EQ(results[1], QStringLiteral("doc.pdf Completed replaces the copy of ") +
-                              scratch.path(QStringLiteral("one/doc.pdf")));
+    EXPECT_EQ(results[1], QStringLiteral("doc.pdf Completed This copy replaces the copy of %1.")
+                              .arg(scratch.path(QStringLiteral("one/doc.pdf"))));
+    EXPECT_EQ(warnings(),
+              QStringList{QStringLiteral("1 file replaced the copy of another file of its name: doc.pdf")});
     EXPECT_EQ(pdfWords(scratch.path(QStringLiteral("out/doc.pdf"))).size(), 2U);
+}
+
+TEST_F(JobTest, AFileThatIsNoDocumentAnyMoreCountsAndIsWarnedOf)
+{
+    settings.number->stamps.push_back(std::make_shared<TextStamp>());
+    add(QStringLiteral("one/doc.pdf"), 1);
+    add(QStringLiteral("two/doc.pdf"), 2);
+    add(QStringLiteral("other.pdf"), 1);
+    scratch.write(QStringLiteral("two/doc.pdf"), "damaged since it was listed");
+    scratch.write(QStringLiteral("other.pdf"), "likewise");
+    const QString old = scratch.write(QStringLiteral("out/other.pdf"), numberedPdf(1));
+    const Process& done = run(false);
+    EXPECT_EQ(done.message(), QStringLiteral("All files processed successfully."));
+    EXPECT_EQ(done.totalFileCreated(), 3);
+    EXPECT_EQ(readFile(done.log().logFilePath()->text()).count("Status=\"Completed\""), 3);
+    EXPECT_EQ(done.log().files[1].outcome.status, FileStatus::CreatedNothing);
+    EXPECT_TRUE(results[1].endsWith(QStringLiteral(" No copy was made."))) << results[1].toStdString();
+    EXPECT_EQ(warnings(), QStringList{QStringLiteral("2 files gave no output: doc.pdf, other.pdf")});
+    EXPECT_EQ(pdfWords(scratch.path(QStringLiteral("out/doc.pdf"))).size(), 1U)
+        << "the first one's copy stays";
+    EXPECT_FALSE(QFile::exists(old)) << "a copy of an earlier job would pass for one of this job";
+}
+
+/// Uses three numbers of every file, and fails in the second file.
+class FailingMidway final : public DocumentProcessors
+{
+  public:
+    FileOutcome processPDF(const FilePath& source, const FilePath&, const QString&, JobRun& run) override
+    {
+        return processDocument("Error in [processPDF:] : %@", source, run, [&] {
+            for (int page = 0; page < 3; ++page)
+                run.numberUsed();
+            if (source.name() == QLatin1String("b.pdf")) throw Failure(QStringLiteral("The page is torn."));
+            return FileOutcome{FileStatus::Created, std::nullopt, 3, run.numbers()};
+        });
+    }
+    FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override { return {}; }
+};
+
+TEST_F(JobTest, NumbersOfAFileThatFailsMidwayAreNamed)
+{
+    for (const char* name : {"a.pdf", "b.pdf", "c.pdf"})
+        add(QString::fromLatin1(name), 3);
+    settings.number->setStartNumber(101);
+    settings.number->setNumberSteps(10);
+    for (const bool isContinuous : {true, false}) {
+        results.clear();
+        settings.number->setIsContinuousNumbering(isContinuous);
+        ProcessServices given = services();
+        given.makeProcessors = [](const JobConfiguration&) { return std::make_unique<FailingMidway>(); };
+        process = std::make_unique<Process>(given, planJob(files, settings), *this);
+        process->start();
+        const QString lost = QStringLiteral("The numbers 131 to 151 appear in no file.");
+        EXPECT_EQ(results[1], QStringLiteral("b.pdf Failed The page is torn.") +
+                                  (isContinuous ? u' ' + lost : QString()));
+        EXPECT_EQ(warnings(), isContinuous ? QStringList{lost} : QStringList{});
+        EXPECT_EQ(process->log().files[2].outcome.numbers->first, isContinuous ? 161 : 101) << "they run on";
+    }
 }
 
 TEST_F(JobTest, AnotherFileOfTheListIsNeverOverwritten)

@@ -119,7 +119,7 @@ bool isQtOrStandard(const QString& header)
 bool isOperatingSystem(const QString& header)
 {
     static const QRegularExpression posix(
-        QStringLiteral("^(unistd|fcntl|signal|dirent|(sys|linux)/[a-z]+|emmintrin)\\.h$"));
+        QStringLiteral("^(unistd|fcntl|signal|dirent|(sys|linux)/[a-z]+|malloc|emmintrin)\\.h$"));
     return posix.match(header).hasMatch();
 }
 

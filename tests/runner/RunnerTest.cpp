@@ -89,6 +89,23 @@ TEST_F(RunnerProgram, SaysWhenNotAllWasCreated)
     EXPECT_TRUE(result.err.contains("bad.pdf") && !result.err.contains("good.pdf"));
 }
 
+TEST_F(RunnerProgram, WarnsWhenOneCopyReplacesAnother)
+{
+    const QStringList arguments = {QStringLiteral("--quiet"),
+                                   QStringLiteral("--output"),
+                                   out(),
+                                   QStringLiteral("--text"),
+                                   QStringLiteral("{0}"),
+                                   scratch.write(QStringLiteral("one/doc.pdf"), numberedPdf(1)),
+                                   scratch.write(QStringLiteral("two/doc.pdf"), numberedPdf(2))};
+    const ToolResult result = run(arguments);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(
+        result.err.contains("Warning: 1 file replaced the copy of another file of its name: doc.pdf\n"))
+        << result.err.constData();
+    EXPECT_EQ(pdfWords(out(QStringLiteral("doc.pdf"))).size(), 2U);
+}
+
 TEST_F(RunnerProgram, RefusesWrongUseWithAWordAndWritesNothing)
 {
     scratch.write(QStringLiteral("good.pdf"), numberedPdf(1));

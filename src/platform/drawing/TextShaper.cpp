@@ -1,5 +1,7 @@
 #include "platform/drawing/TextShaper.h"
 
+#include "platform/system/Failure.h"
+
 #include <QGlyphRun>
 #include <QTextLayout>
 #include <QTextOption>
@@ -107,6 +109,11 @@ TextShaper::FontEntry& TextShaper::entryFor(const FontSpec& font)
 
 std::shared_ptr<const FontFace> TextShaper::faceFor(const QRawFont& font)
 {
+    // Without any installed font the layout gives boxes, whose font claims to be valid, has no tables and
+    // crashes when it is asked for its name. Fonts without tables are left out by preferEmbeddableFonts().
+    if (!font.isValid() || font.fontTable("head").isEmpty())
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                        "No font is installed with which the text could be drawn."));
     const QByteArray identity = FontFace::identityOf(font);
     std::shared_ptr<const FontFace>& face = faces_[identity];
     if (!face) face = std::make_shared<const FontFace>(font);

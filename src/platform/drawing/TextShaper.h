@@ -29,6 +29,7 @@ class TextShaper
     TextShaper(const TextShaper&) = delete;
     TextShaper& operator=(const TextShaper&) = delete;
 
+    /// Throws Failure when no font is installed.
     [[nodiscard]] std::shared_ptr<const ShapedText> shape(const QString& text, const FontSpec& font);
 
     /// The number of full layouts so far, which the caching keeps low.

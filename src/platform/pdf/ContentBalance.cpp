@@ -218,7 +218,7 @@ class Scanner
     {
         if (depth > deepestNesting)
             throw Failure(
-                QT_TRANSLATE_NOOP("quillfern::Failure", "the content of a page is nested too deeply"));
+                QT_TRANSLATE_NOOP("quillfern::Failure", "The content of a page is nested too deeply."));
     }
 
     static std::size_t kindIndex(char kind) { return kind == 'q' ? 0 : kind == 't' ? 1 : 2; }

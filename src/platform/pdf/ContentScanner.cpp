@@ -28,7 +28,7 @@ struct Piece
 [[noreturn]] void refuseSize()
 {
     throw Failure(
-        QT_TRANSLATE_NOOP("quillfern::Failure", "the content of a page is larger than any real page's"));
+        QT_TRANSLATE_NOOP("quillfern::Failure", "The content of a page is larger than any real page's."));
 }
 
 /// The decoded content of a page. Its memory is kept from page to page: asking the system for fresh memory,

@@ -140,7 +140,7 @@ void EmbeddedFont::finish()
     for (const auto& [glyph, text] : glyphs_)
         wanted.insert(glyph);
     const auto subset = program_.subset(wanted);
-    if (!subset) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "a font cannot be embedded"));
+    if (!subset) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "A font cannot be embedded."));
 
     const QByteArray name = subsetTag(glyphs_) + '+' + program_.postScriptName();
     auto descendant = QPDFObjectHandle::newDictionary(

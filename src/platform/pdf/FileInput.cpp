@@ -31,10 +31,10 @@ void FileInput::readAt(qpdf_offset_t offset, char* bytes, std::size_t length) co
                                       offset + static_cast<qpdf_offset_t>(filled));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0)
-            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read the file"), errno);
+            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The file cannot be read."), errno);
         if (count == 0)
             throw Failure(
-                QT_TRANSLATE_NOOP("quillfern::Failure", "the file became shorter while it was read"));
+                QT_TRANSLATE_NOOP("quillfern::Failure", "The file became shorter while it was read."));
         filled += static_cast<std::size_t>(count);
     }
 }
@@ -98,7 +98,8 @@ void FileInput::seek(qpdf_offset_t offset, int whence)
 {
     const qpdf_offset_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? position_ : size_;
     if (base + offset < 0)
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file points before its own beginning"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                        "The document is damaged: it points before its own beginning."));
     position_ = base + offset;
 }
 

@@ -19,16 +19,19 @@
 #include <qpdf/QPDFExc.hh>
 #include <set>
 #include <unordered_map>
+#include <system_error>
 
 namespace quillfern::pdf {
 
 namespace {
 
+constexpr auto damaged = QT_TRANSLATE_NOOP("quillfern::Failure", "The document is damaged beyond repair.");
+
 [[noreturn]] void refuse(const QPDFExc& exception)
 {
     if (exception.getErrorCode() == qpdf_e_password)
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document needs a password"));
-    throw Failure(QString::fromStdString(exception.getMessageDetail()));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document needs a password."));
+    throw Failure(Reason(damaged).with(QString::fromStdString(exception.getMessageDetail())));
 }
 
 /// Runs work on a document and turns the exceptions of its library into Failure.
@@ -39,10 +42,12 @@ auto translated(Work&& work)
         return work();
     } catch (const QPDFExc& exception) {
         refuse(exception);
+    } catch (const std::system_error&) {
+        throw; // the system's lack (of a thread, say) and not the document's
     } catch (const std::logic_error& error) {
-        throw Failure(QString::fromUtf8(error.what()));
+        throw Failure(Reason(damaged).with(QString::fromUtf8(error.what())));
     } catch (const std::runtime_error& error) {
-        throw Failure(QString::fromUtf8(error.what()));
+        throw Failure(Reason(damaged).with(QString::fromUtf8(error.what())));
     }
 }
 
@@ -109,7 +114,7 @@ class PdfDocument::Private
             correctCount(root, counted);
         }
         if (pages.empty())
-            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no pages"));
+            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no pages."));
         objects.emplace(qpdf, changes.isRebuilt() || qpdf.anyWarnings());
         metadata.emplace(qpdf, changes, *objects);
         archivalPart = metadata->archivalPart();

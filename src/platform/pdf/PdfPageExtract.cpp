@@ -46,13 +46,13 @@ QPDFObjectHandle pageByCounts(QPDFObjectHandle node, int index)
 
 QPDFObjectHandle pageAt(QPDF& document, int index)
 {
-    if (index < 0) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no such page"));
+    if (index < 0) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no such page."));
     QPDFObjectHandle page = pageByCounts(document.getRoot().getKey("/Pages"), index);
     if (page.isDictionary()) return page;
     // Reading the whole tree takes longer but repairs a broken one.
     const auto& pages = document.getAllPages();
     if (static_cast<std::size_t>(index) >= pages.size())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no such page"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no such page."));
     return pages[static_cast<std::size_t>(index)];
 }
 
@@ -121,7 +121,7 @@ ExtractedPage extract(const FilePath& path, int index)
     writer.write();
     const auto bytes = writer.getBufferSharedPointer();
     if (bytes->getSize() > std::numeric_limits<int>::max())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the page is too large to be shown"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The page is too large to be shown."));
     return {QByteArray(reinterpret_cast<const char*>(bytes->getBuffer()),
                        static_cast<qsizetype>(bytes->getSize())),
             box.displaySize()};
@@ -135,7 +135,7 @@ ExtractedPage extractPdfPage(const FilePath& path, int index)
         return extract(path, index);
     } catch (const QPDFExc& exception) {
         if (exception.getErrorCode() == qpdf_e_password)
-            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document needs a password"));
+            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document needs a password."));
         throw Failure(QString::fromStdString(exception.getMessageDetail()));
     } catch (const std::logic_error& error) {
         throw Failure(QString::fromUtf8(error.what()));

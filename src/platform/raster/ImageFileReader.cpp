@@ -64,7 +64,8 @@ RasterPage pageFromImage(QImage image)
                     : isGrey                ? QImage::Format_Grayscale8
                                             : QImage::Format_RGB888);
     if (image.isNull())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
+        throw Failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory for a page of this size."));
     if (page.hasAlpha()) page.isBilevel = false;
     page.image = std::move(image);
     return page;
@@ -80,10 +81,10 @@ ImageFileReader::ImageFileReader(std::unique_ptr<QIODevice> device) : device_(st
     size_ = reader_.size();
     const QSize size = size_;
     if (!reader_.canRead() || !size.isValid())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is not a picture that can be read"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "This is not a picture that can be read."));
     checkPageSize(size.width(), size.height(), bytesPerDecodedPixel);
     if (!facts.isWhole)
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged or cut off"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The picture is damaged or cut off."));
     const QSizeF dots = facts.dotsPerInch;
     QSizeF points(size.width() / dots.width() * plainDotsPerInch,
                   size.height() / dots.height() * plainDotsPerInch);
@@ -97,8 +98,9 @@ QImage ImageFileReader::readImage()
     const AllocationLimit limit(size.isValid() ? std::int64_t{size.width()} * size.height() * 8 : 0);
     QImage image;
     if (!reader_.read(&image) || image.isNull())
-        throw Failure(Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "a page is damaged or cut off"))
-                          .with(reader_.errorString()));
+        throw Failure(
+            Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "A page of the file is damaged or cut off."))
+                .with(reader_.errorString()));
     return image;
 }
 

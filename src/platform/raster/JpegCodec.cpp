@@ -23,9 +23,9 @@ using Handle = std::unique_ptr<void, HandleFree>;
 
 [[noreturn]] void fail(const Handle& handle)
 {
-    throw Failure(
-        Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "JPEG coding failed"))
-            .with(QString::fromLatin1(handle ? tjGetErrorStr2(handle.get()) : "not enough memory")));
+    throw Failure(Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "A page could not be stored as JPEG."))
+                      .with(QString::fromLatin1(handle ? tjGetErrorStr2(handle.get())
+                                                       : "There is not enough memory.")));
 }
 
 int pixelFormat(int channels)

@@ -26,7 +26,7 @@ void checkPictureSize(const QSize& size)
 {
     if (std::int64_t{size.width()} * size.height() > largestPictureBytes / 4)
         throw Failure(
-            {QT_TRANSLATE_NOOP("quillfern::Failure", "a picture of %1 x %2 pixels is too large for a stamp"),
+            {QT_TRANSLATE_NOOP("quillfern::Failure", "A picture of %1 x %2 pixels is too large for a stamp."),
              {QString::number(size.width()), QString::number(size.height())}});
 }
 
@@ -70,7 +70,7 @@ Decoded decodeFirstPage(const QByteArray& bytes)
     RasterPage page = decodeTiffPage(file, info);
     page.spreadBits();
     if (page.image.isNull())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a picture"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory for the picture."));
     return {std::move(page), jpegInside(file, info)};
 }
 
@@ -121,7 +121,7 @@ PictureBytes readPictureFile(const FilePath& path)
     const auto file = readRegularFile(path);
     if (file->size() > largestPictureFile)
         throw Failure(
-            QT_TRANSLATE_NOOP("quillfern::Failure", "the file is too large for the picture of a stamp"));
+            QT_TRANSLATE_NOOP("quillfern::Failure", "The file is too large for the picture of a stamp."));
     const Decoded decoded = decodeFirstPage(file->readAll());
     const QSize size = decoded.page.image.size();
     const auto plain = readPlainJpeg(decoded.jpeg);
@@ -136,7 +136,7 @@ drawing::Picture decodePicture(const QByteArray& bytes)
     if (image.format() != QImage::Format_Grayscale8)
         image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     if (image.isNull())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a picture"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory for the picture."));
     return drawing::Picture(std::move(image), std::move(decoded.jpeg));
 }
 

@@ -13,11 +13,11 @@ void checkPageSize(std::int64_t width, std::int64_t height, int bytesPerPixel)
         return Failure({text, {QString::number(width), QString::number(height)}});
     };
     if (width <= 0 || height <= 0)
-        throw failure(
-            QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged: a page of %1 x %2 pixels"));
+        throw failure(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                        "The file is damaged: one of its pages has %1 x %2 pixels."));
     if (width > largestPageBytes / bytesPerPixel / height)
-        throw failure(
-            QT_TRANSLATE_NOOP("quillfern::Failure", "a page of %1 x %2 pixels is too large to be processed"));
+        throw failure(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                        "A page of %1 x %2 pixels is too large to be processed."));
 }
 
 QImage makePageImage(std::int64_t width, std::int64_t height, QImage::Format format)
@@ -26,7 +26,8 @@ QImage makePageImage(std::int64_t width, std::int64_t height, QImage::Format for
     checkPageSize(width, height, std::max(1, QImage::toPixelFormat(format).bitsPerPixel() / 8));
     QImage image(static_cast<int>(width), static_cast<int>(height), format);
     if (image.isNull())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
+        throw Failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory for a page of this size."));
     return image;
 }
 

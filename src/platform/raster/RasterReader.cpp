@@ -12,11 +12,11 @@ std::unique_ptr<RasterReader> RasterReader::open(const FilePath& path)
 {
     auto file = readRegularFile(path);
     const QByteArray start = file->peek(1024);
-    if (start.isEmpty()) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is empty"));
+    if (start.isEmpty()) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The file is empty."));
     if (TiffFile::isTiff(start)) return std::make_unique<TiffReader>(std::move(file), path);
     if (start.contains("%PDF-"))
         throw Failure(
-            QT_TRANSLATE_NOOP("quillfern::Failure", "the file is a PDF document under another kind of name"));
+            QT_TRANSLATE_NOOP("quillfern::Failure", "This is a PDF document under the name of a picture."));
     return std::make_unique<ImageFileReader>(std::move(file));
 }
 

@@ -4,7 +4,6 @@
 #include "platform/raster/JpegCodec.h"
 #include "platform/raster/RasterLimits.h"
 
-#include <QThread>
 #include <algorithm>
 #include <cstring>
 
@@ -45,13 +44,12 @@ QByteArray encodeRows(const QImage& image, int top, int rows, const StripFormat&
 
 RasterWriter::RasterWriter(store::AtomicFile& file) : output_(file), container_(output_)
 {
-    pool_.setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
 }
 
 RasterWriter::~RasterWriter()
 {
     pool_.clear();
-    pool_.waitForDone();
+    (void)pool_.waitForDone();
 }
 
 void RasterWriter::addPage(RasterPage page, std::int32_t compression, const QSizeF& dotsPerInch)

@@ -3,10 +3,10 @@
 #include "platform/raster/RasterPage.h"
 #include "platform/raster/StripCodec.h"
 #include "platform/raster/TiffContainer.h"
+#include "platform/system/WorkerPool.h"
 
 #include <QByteArray>
 #include <QSizeF>
-#include <QThreadPool>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -58,7 +58,7 @@ class RasterWriter
     TiffContainer container_;
     std::deque<PageInWork> inWork_;
     std::size_t pageCount_ = 0;
-    QThreadPool pool_; ///< the last member, so that its threads end before the others are destroyed
+    WorkerPool pool_; ///< the last member, so that its threads end before the others are destroyed
 };
 
 } // namespace quillfern::raster

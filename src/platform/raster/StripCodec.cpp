@@ -112,10 +112,11 @@ QByteArray encodeWithLibrary(const StripFormat& format, QByteArray rows, int row
     {
         const auto tiff = openScratch(scratch);
         if (!tiff)
-            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory to encode a page"));
+            throw Failure(
+                QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory to store a page."));
         describe(tiff.get(), format, static_cast<std::uint32_t>(rowCount));
         if (TIFFWriteEncodedStrip(tiff.get(), 0, rows.data(), rows.size()) < 0)
-            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "a page could not be encoded"));
+            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "A page could not be stored."));
         offset = TIFFGetStrileOffset(tiff.get(), 0);
         size = TIFFGetStrileByteCount(tiff.get(), 0);
     }

@@ -13,7 +13,8 @@ namespace quillfern::raster {
 TiffFileOutput::TiffFileOutput(store::AtomicFile& file) : file_(file)
 {
     if (::lseek(file_.descriptor(), static_cast<off_t>(headerSize), SEEK_SET) < 0)
-        throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "cannot write the pages"), errno);
+        throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The pages cannot be written."),
+                                 errno);
 }
 
 void TiffFileOutput::append(const char* data, std::size_t size)
@@ -25,7 +26,8 @@ void TiffFileOutput::setHeader(const QByteArray& header)
 {
     const auto size = static_cast<std::size_t>(header.size());
     if (::pwrite(file_.descriptor(), header.constData(), size, 0) != header.size())
-        throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "cannot write the pages"), errno);
+        throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The pages cannot be written."),
+                                 errno);
 }
 
 TiffContainer::TiffContainer(TiffOutput& output, std::uint64_t classicLimit)

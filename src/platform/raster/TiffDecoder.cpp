@@ -14,7 +14,7 @@ namespace quillfern::raster {
 
 namespace {
 
-constexpr auto damaged = QT_TRANSLATE_NOOP("quillfern::Failure", "a page is damaged or cut off");
+constexpr auto damaged = QT_TRANSLATE_NOOP("quillfern::Failure", "A page of the file is damaged or cut off.");
 
 /// True for pages whose bits can be kept as stored: one bit a pixel, upright.
 bool canKeepBits(const TiffFile& file, const TiffPageInfo& info)
@@ -75,7 +75,7 @@ void decodeTiles(TiffFile& file, const TiffPageInfo& info, TiffRows& rows, QImag
         throw file.failure(damaged);
     if (size > static_cast<std::uint64_t>(largestPageBytes))
         throw Failure(
-            QT_TRANSLATE_NOOP("quillfern::Failure", "the tiles of a page are too large to be processed"));
+            QT_TRANSLATE_NOOP("quillfern::Failure", "The tiles of a page are too large to be processed."));
     std::vector<uchar> tile(size);
     const auto planes = static_cast<std::uint16_t>(separate ? info.samples : 1);
     const auto bytesPerPixel = static_cast<std::uint32_t>(image.depth() / 8);
@@ -119,9 +119,9 @@ QImage decodeConverted(TiffFile& file, const TiffPageInfo& info)
     char reason[1024] = "";
     TIFFRGBAImage converter;
     if (TIFFRGBAImageBegin(&converter, file.handle(), 1, reason) != 1)
-        throw Failure(
-            Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "a kind of page that cannot be processed"))
-                .with(QString::fromLocal8Bit(reason)));
+        throw Failure(Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                               "A page of the file is of a kind that cannot be processed."))
+                          .with(QString::fromLocal8Bit(reason)));
     const std::unique_ptr<TIFFRGBAImage, void (*)(TIFFRGBAImage*)> end(&converter, TIFFRGBAImageEnd);
     // Rows as they are stored; the caller turns the page.
     converter.orientation = ORIENTATION_TOPLEFT;

@@ -51,7 +51,7 @@ TiffFile::TiffFile(Source source, const QByteArray& name)
           name.constData(), "rm", &source_, read, [](thandle_t, void*, tmsize_t) -> tmsize_t { return 0; },
           seek, [](thandle_t) { return 0; }, size, nullptr, nullptr, openOptions(keepError, this).get()))
 {
-    if (!tiff_) throw failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the TIFF data cannot be read"));
+    if (!tiff_) throw failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The TIFF file cannot be read."));
 }
 
 bool TiffFile::isTiff(const QByteArray& start)

@@ -70,7 +70,8 @@ TiffPageInfo readTiffPageInfo(const TiffFile& file)
                                                                                    : PHOTOMETRIC_MINISBLACK);
     info.dotsPerInch = dotsPerInch(file);
     if (info.width == 0 || info.height == 0 || info.samples == 0)
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged: a page without a size"));
+        throw Failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "The file is damaged: one of its pages has no size."));
     return info;
 }
 

@@ -12,7 +12,7 @@ TiffReader::TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& 
     const auto count = static_cast<int>(TIFFNumberOfDirectories(file_.handle()));
     // A chain of directories that breaks off would look like a shorter document.
     if (file_.hasError() || count < 1)
-        throw file_.failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged or cut off"));
+        throw file_.failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The picture is damaged or cut off."));
     setPages(count, readTiffPageInfo(file_).sizeInPoints());
 }
 
@@ -25,7 +25,8 @@ TiffPageInfo TiffReader::info()
 {
     for (; pending_ > 0; --pending_)
         if (TIFFReadDirectory(file_.handle()) != 1)
-            throw file_.failure(QT_TRANSLATE_NOOP("quillfern::Failure", "a page is missing or damaged"));
+            throw file_.failure(
+                QT_TRANSLATE_NOOP("quillfern::Failure", "A page of the file is missing or damaged."));
     return readTiffPageInfo(file_);
 }
 

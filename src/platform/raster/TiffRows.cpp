@@ -35,8 +35,8 @@ TiffRows::TiffRows(const TiffFile& file, const TiffPageInfo& info) : info_(info)
     if (info.photometric != PHOTOMETRIC_PALETTE) return;
     std::array<std::uint16_t*, 3> parts = {};
     if (TIFFGetField(file.handle(), TIFFTAG_COLORMAP, &parts[0], &parts[1], &parts[2]) != 1)
-        throw Failure(
-            QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged: a page without its palette"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                        "The file is damaged: one of its pages lacks its palette."));
     const std::size_t size = std::size_t{1} << info.bits;
     // Some writers store values of 8 bits in the palette's 16-bit entries.
     const bool isWide = std::any_of(parts.begin(), parts.end(), [&](const std::uint16_t* part) {

@@ -21,7 +21,7 @@ namespace {
 
 Reason cannotWrite(const FilePath& path)
 {
-    return {QT_TRANSLATE_NOOP("quillfern::Failure", "cannot write %1"), {path.readable()}};
+    return {QT_TRANSLATE_NOOP("quillfern::Failure", "%1 cannot be written."), {path.readable()}};
 }
 
 constexpr qsizetype bufferSize = 1 << 20;
@@ -38,7 +38,7 @@ AtomicFile::AtomicFile(FilePath target) : target_(std::move(target)), folder_(ta
 {
     if (target_.name().isEmpty())
         throw Failure(
-            {QT_TRANSLATE_NOOP("quillfern::Failure", "a file needs a name: %1"), {target_.readable()}});
+            {QT_TRANSLATE_NOOP("quillfern::Failure", "A file needs a name: %1"), {target_.readable()}});
 #ifdef O_TMPFILE
     descriptor_ = ::open(folder_.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
 #endif
@@ -150,10 +150,10 @@ void AtomicFile::copyFrom(int descriptor, long long size)
                     static_cast<off_t>(done));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0)
-            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read the file"), errno);
+            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The file cannot be read."), errno);
         if (count == 0)
             throw Failure(
-                QT_TRANSLATE_NOOP("quillfern::Failure", "the file became shorter while it was read"));
+                QT_TRANSLATE_NOOP("quillfern::Failure", "The file became shorter while it was read."));
         writeOut(block.constData(), static_cast<std::size_t>(count));
         done += count;
     }
@@ -216,7 +216,7 @@ void copyFileAtomically(const FilePath& source, const FilePath& target)
     for (;;) {
         const qint64 size = input->read(block.data(), block.size());
         if (size < 0)
-            throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1: %2"),
+            throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "%1 cannot be read: %2"),
                            {source.readable(), input->errorString()}});
         if (size == 0) break;
         output.write(block.constData(), static_cast<std::size_t>(size));

@@ -16,7 +16,7 @@ FileLock::FileLock(const FilePath& path, int patience)
     : descriptor_(::open(path.bytes().constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
 {
     if (descriptor_ < 0)
-        throw Failure::fromErrno(QStringLiteral("cannot write %1").arg(path.readable()), errno);
+        throw Failure::fromErrno(QStringLiteral("%1 cannot be written.").arg(path.readable()), errno);
     const QDeadlineTimer deadline(patience);
     while (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR) return;

@@ -403,7 +403,7 @@ Record readPropertyListFile(const FilePath& path)
     // The number of bytes read is limited rather than the file's size, since the file may grow meanwhile.
     const QByteArray bytes = file->read(largestPropertyList + 1);
     if (file->error() != QFileDevice::NoError)
-        throw Failure(QStringLiteral("cannot read %1: %2").arg(path.readable(), file->errorString()));
+        throw Failure(QStringLiteral("%1 cannot be read: %2").arg(path.readable(), file->errorString()));
     return readPropertyList(bytes);
 }
 

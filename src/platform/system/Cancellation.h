@@ -11,7 +11,10 @@ namespace quillfern {
 class Cancelled final : public Failure
 {
   public:
-    Cancelled() : Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "given up before it was done")) {}
+    Cancelled()
+        : Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The file was given up before it was done."))
+    {
+    }
 };
 
 /// Throws Cancelled once a stop was requested. Cheap enough for every row, block and object; whatever may

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <new>
+#include <system_error>
 
 namespace quillfern {
 
@@ -12,6 +13,13 @@ QString filled(QString text, const QStringList& parts)
     if (parts.size() == 1) return text.arg(parts[0]);
     if (parts.size() == 2) return text.arg(parts[0], parts[1]); // at once: a part may hold a "%2" itself
     return text;
+}
+
+/// "<sentence>: <said>"
+QString continued(QString sentence, const QString& said)
+{
+    if (sentence.endsWith(u'.')) sentence.chop(1);
+    return sentence + QStringLiteral(": ") + said;
 }
 
 } // namespace
@@ -29,12 +37,19 @@ Reason Reason::quoting(const char* text, const Reason& part)
     return reason;
 }
 
-Reason Reason::with(const QString& said) const
+Reason Reason::followedBy(const Reason& next) const
 {
     Reason both = *this;
-    both.logged += QStringLiteral(": ") + said;
-    both.shown += QStringLiteral(": ") + said;
+    both.logged += u' ' + next.logged;
+    both.shown += u' ' + next.shown;
     return both;
+}
+
+Reason Reason::with(const QString& said) const
+{
+    Reason more = *this;
+    more.logged = continued(logged, said);
+    return more;
 }
 
 Failure::Failure(Reason reason) : reason_(std::move(reason)), utf8_(reason_.logged.toUtf8())
@@ -43,7 +58,11 @@ Failure::Failure(Reason reason) : reason_(std::move(reason)), utf8_(reason_.logg
 
 Failure Failure::fromErrno(const Reason& doing, int errorNumber)
 {
-    return Failure(doing.with(QString::fromLocal8Bit(std::strerror(errorNumber))));
+    const QString said = QString::fromLocal8Bit(std::strerror(errorNumber));
+    Reason reason = doing;
+    reason.logged = continued(doing.logged, said);
+    reason.shown = continued(doing.shown, said) + u'.';
+    return Failure(reason);
 }
 
 Reason currentReason()
@@ -53,11 +72,15 @@ Reason currentReason()
     } catch (const Failure& failure) {
         return failure.reasons();
     } catch (const std::bad_alloc&) {
-        return QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory");
+        return QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory.");
+    } catch (const std::system_error& error) {
+        if (error.code() == std::errc::resource_unavailable_try_again)
+            return QT_TRANSLATE_NOOP("quillfern::Failure", "The system allows no further thread.");
+        return QString::fromUtf8(error.what());
     } catch (const std::exception& exception) {
         return QString::fromUtf8(exception.what());
     } catch (...) {
-        return QT_TRANSLATE_NOOP("quillfern::Failure", "unknown failure");
+        return QT_TRANSLATE_NOOP("quillfern::Failure", "An unknown error happened.");
     }
 }
 

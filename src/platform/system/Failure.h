@@ -8,8 +8,9 @@
 
 namespace quillfern {
 
-/// Why something failed, as the logs have it and as windows show it. Made from one of our own texts, which is
-/// in English in the logs and in the user's language in a window, or from what a library or the system says.
+/// Why something failed, as the logs have it and as windows show it: a sentence in plain words. Made from one
+/// of our own texts, which is in English in the logs and in the user's language in a window, or from what a
+/// library or the system says.
 struct Reason
 {
     /// `text` is a literal, marked with QT_TRANSLATE_NOOP("quillfern::Failure", "…"); the parts stand in
@@ -21,7 +22,10 @@ struct Reason
     /// `text`, as above, with another reason in place of its "%1".
     [[nodiscard]] static Reason quoting(const char* text, const Reason& part);
 
-    /// "<this>: <said>"
+    /// "<this> <next>", of two sentences.
+    [[nodiscard]] Reason followedBy(const Reason& next) const;
+
+    /// "<this>: <said>" in the logs, for the words of a library, which help nobody in a window.
     [[nodiscard]] Reason with(const QString& said) const;
 
     QString logged;
@@ -41,7 +45,7 @@ class Failure : public std::exception
     [[nodiscard]] const Reason& reasons() const { return reason_; }
     [[nodiscard]] const char* what() const noexcept override { return utf8_.constData(); }
 
-    /// "<doing>: <text of the errno value>", for a system call that failed.
+    /// "<doing>: <text of the errno value>", for a system call that failed. `doing` is a sentence.
     static Failure fromErrno(const Reason& doing, int errorNumber);
 
   private:

@@ -49,11 +49,14 @@ int openRegularFile(const FilePath& path)
     const QString name = path.readable();
     const int descriptor = ::open(path.bytes().constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0)
-        throw Failure::fromErrno({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1"), {name}}, errno);
+        throw Failure::fromErrno({QT_TRANSLATE_NOOP("quillfern::Failure", "%1 cannot be read."), {name}},
+                                 errno);
     struct stat status = {};
     if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) return descriptor;
     ::close(descriptor);
-    throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1: not a regular file"), {name}});
+    throw Failure(
+        {QT_TRANSLATE_NOOP("quillfern::Failure", "%1 cannot be read, because it is not a regular file."),
+         {name}});
 }
 
 std::unique_ptr<QFileDevice> readRegularFile(const FilePath& path)
@@ -62,7 +65,7 @@ std::unique_ptr<QFileDevice> readRegularFile(const FilePath& path)
     auto file = std::make_unique<QFile>();
     if (file->open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) return file;
     ::close(descriptor);
-    throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "cannot read %1: %2"),
+    throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "%1 cannot be read: %2"),
                    {path.readable(), file->errorString()}});
 }
 

@@ -88,7 +88,7 @@ QString FilePath::text() const
 
 QString FilePath::readable() const
 {
-    return readableName(text());
+    return printable(readableName(text()));
 }
 
 QUrl FilePath::url() const

@@ -38,7 +38,8 @@ class FilePath
     [[nodiscard]] const QByteArray& bytes() const { return bytes_; }
     /// For storing and for fields that hold a path: the text form of NativePath.h, which fromText() reads.
     [[nodiscard]] QString text() const;
-    /// For people and documents: bytes that are not UTF-8 show as the replacement character.
+    /// For people, terminals and logs: bytes that are not UTF-8 show as the replacement character, control
+    /// characters as printable() spells them.
     [[nodiscard]] QString readable() const;
     /// For other programs: bytes that are not UTF-8 are percent-encoded. An empty URL for an empty path.
     [[nodiscard]] QUrl url() const;

@@ -1,5 +1,7 @@
 #include "platform/system/LogLine.h"
 
+#include "platform/system/NativePath.h"
+
 #include <QLoggingCategory>
 
 namespace quillfern {
@@ -10,12 +12,12 @@ Q_LOGGING_CATEGORY(systemLog, "quillfern")
 
 void logLine(const QString& line)
 {
-    qCWarning(systemLog).noquote() << line;
+    qCWarning(systemLog).noquote() << printable(line);
 }
 
 void logNotice(const QString& line)
 {
-    qCInfo(systemLog).noquote() << line;
+    qCInfo(systemLog).noquote() << printable(line);
 }
 
 QString failureLine(const char* pattern, const QString& reason)

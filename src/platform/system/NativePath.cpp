@@ -70,4 +70,26 @@ QString readableName(QString path)
     return path;
 }
 
+QString printable(const QString& text)
+{
+    QString line;
+    for (const QChar c : text) {
+        const char16_t unit = c.unicode();
+        const bool breaksLines = unit == QChar::LineSeparator || unit == QChar::ParagraphSeparator;
+        if (c == u'\n')
+            line += QStringLiteral("\\n");
+        else if (c == u'\t')
+            line += QStringLiteral("\\t");
+        else if (c == u'\r')
+            line += QStringLiteral("\\r");
+        else if (c.category() == QChar::Other_Control)
+            line += QStringLiteral("\\x%1").arg(unit, 2, 16, QLatin1Char('0'));
+        else if (breaksLines)
+            line += QStringLiteral("\\u%1").arg(unit, 4, 16, QLatin1Char('0'));
+        else
+            line += c;
+    }
+    return line;
+}
+
 } // namespace quillfern

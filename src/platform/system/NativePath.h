@@ -20,4 +20,8 @@ namespace quillfern {
 /// A path or name for people and for documents: bytes that are not UTF-8 show as the replacement character.
 [[nodiscard]] QString readableName(QString path);
 
+/// A text in which control characters are spelt as in C (\\n, \\t, \\x1b), for a terminal or one line of a
+/// log: the name of a file may hold any.
+[[nodiscard]] QString printable(const QString& text);
+
 } // namespace quillfern

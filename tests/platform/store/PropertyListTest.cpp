@@ -394,9 +394,9 @@ TEST(PropertyList, RefusesFilesThatCannotBeOne)
         const char* reason;
     };
     const std::vector<Case> cases = {{huge.fileName(), "256 MB"},
-                                     {QStringLiteral("/dev/zero"), "cannot read"},
-                                     {scratch.path(), "cannot read"},
-                                     {scratch.path(QStringLiteral("missing")), "cannot read"}};
+                                     {QStringLiteral("/dev/zero"), "cannot be read"},
+                                     {scratch.path(), "cannot be read"},
+                                     {scratch.path(QStringLiteral("missing")), "cannot be read"}};
     for (const Case& c : cases) {
         try {
             static_cast<void>(readPropertyListFile(asPath(c.path)));
