@@ -24,6 +24,7 @@ Settings::Settings(store::DefaultsStore* defaults)
     if (!defaults_) return;
     const auto stored = defaults_->value(storeKey);
     if (stored) setData(stored->as<store::Record>());
+    number->fillAbsentValues();
 }
 
 std::optional<store::Record> Settings::getData()

@@ -15,8 +15,8 @@ class Settings
 {
   public:
     /// Starts from the defaults; then applies the store's record "NUMBERING" to the configuration and its
-    /// record "SETTINGS" to these settings, as far as the store has them. The store (may be null: nothing is
-    /// remembered) must outlive this object.
+    /// record "SETTINGS" to these settings, as far as the store has them, and fills what is absent in the
+    /// configuration. The store (may be null: nothing is remembered) must outlive this object.
     explicit Settings(store::DefaultsStore* defaults = nullptr);
 
     std::unique_ptr<Numbering> number; ///< null only in what initWithCoder() returns

@@ -25,7 +25,12 @@ Runner::~Runner() = default;
 void Runner::gather(const RunnerOptions& options, FileList& files, const std::function<bool()>& stopRequested)
 {
     InputGathering gathering(files, services_.mainThread, services_.clock);
-    gathering.gather(requestsFor(options), [&] {
+    QStringList remarks;
+    const std::vector<Arguments> requests = requestsFor(options, remarks);
+    for (const QString& remark : remarks)
+        err_ << remark << '\n';
+    err_.flush();
+    gathering.gather(requests, [&] {
         if (showProgress_ && !quiet_) {
             err_ << "\r\x1b[K" << QStringLiteral("%1 files found").arg(files.count());
             err_.flush();
@@ -96,6 +101,9 @@ int Runner::run(const QStringList& arguments, const std::function<bool()>& stopR
                            QStringLiteral(" (--output)"));
         }
         nameSubstitutes(*settings.number);
+        for (const QString& remark : options.remarks)
+            err_ << remark << '\n';
+        err_.flush();
         gather(options, files, stopRequested);
         if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
 

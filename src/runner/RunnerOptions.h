@@ -21,6 +21,7 @@ struct RunnerOptions
     FilePath preview;                    ///< file to draw a preview into; empty for none
     QSize previewSize = QSize(600, 850); ///< pixels
     bool subfolders = false;
+    QStringList remarks; ///< sentences about what the options do to a job without naming it
     bool quiet = false;
     bool showHelp = false;
     bool showVersion = false;
