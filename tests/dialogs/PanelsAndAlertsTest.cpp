@@ -56,7 +56,7 @@ TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
     QWidget window;
     WidgetPanels panels;
     QStringList chosen;
-    const desktop::OpenPanel text{QStringLiteral("Pick:"), {QStringLiteral("txt")}, false, false};
+    desktop::OpenPanel text{QStringLiteral("Pick:"), {QStringLiteral("txt")}, false, false};
     const auto open = [&](const desktop::OpenPanel& panel) {
         chosen.clear();
         panels.open(&window, panel, [&](const QList<FilePath>& paths) { chosen = textsOf(paths); });
@@ -74,6 +74,12 @@ TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
 
     typeAndAccept(*open(text), loud);
     EXPECT_TRUE(chosen.isEmpty()) << "types are compared with case";
+    text.anyCase = true;
+    panel = open(text);
+    EXPECT_EQ(panel->nameFilters(), QStringList{QStringLiteral("Text files (*.txt *.TXT)")});
+    EXPECT_FALSE(panel->filter().testFlag(QDir::CaseSensitive)) << "loud.TXT is hidden";
+    typeAndAccept(*panel, loud);
+    EXPECT_EQ(chosen, QStringList{loud});
     typeAndAccept(*open(text), list);
     EXPECT_EQ(chosen, QStringList{list});
     panel = open(text);

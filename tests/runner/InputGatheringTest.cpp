@@ -31,7 +31,8 @@ TEST(InputGathering, FollowsTheCommandLine)
     const FakeClock clock;
     EventLoopMainThread mainThread;
     InputGathering gathering(files, mainThread, clock);
-    gathering.gather(requestsFor(options), [] { return true; });
+    QStringList remarks;
+    gathering.gather(requestsFor(options, remarks), [] { return true; });
     QList<QByteArray> paths;
     for (int row = 0; row < files.count(); ++row)
         paths.append(files.at(row).filePath().bytes().mid(folder.size() + 1));
@@ -43,6 +44,7 @@ TEST(InputGathering, RefusesWhatCannotBeMeant)
 {
     const Scratch scratch;
     const QString text = scratch.write(QStringLiteral("notes.txt"), "nothing here\n");
+    const QString windows = scratch.write(QStringLiteral("windows.txt"), "/a.pdf\r\n/b.pdf\r\n");
     struct Case
     {
         QStringList inputs;
@@ -52,17 +54,30 @@ TEST(InputGathering, RefusesWhatCannotBeMeant)
     for (const Case& c : {Case{{scratch.path(QStringLiteral("gone.pdf"))}, {}, "there is no file or folder"},
                           Case{{text}, {}, "is not a PDF"},
                           Case{{}, {scratch.path(QStringLiteral("gone.txt"))}, "cannot be read"},
-                          Case{{}, {text}, "names no PDF"}}) {
+                          Case{{}, {text}, "names no PDF"}, Case{{}, {windows}, "carriage return"}}) {
         RunnerOptions options;
         options.inputs = c.inputs;
         options.lists = c.lists;
         try {
-            static_cast<void>(requestsFor(options));
+            QStringList remarks;
+            static_cast<void>(requestsFor(options, remarks));
             ADD_FAILURE() << c.word;
         } catch (const WrongUse& wrongUse) {
             EXPECT_TRUE(wrongUse.reason().contains(QLatin1String(c.word))) << wrongUse.what();
         }
     }
+}
+
+TEST(InputGathering, LinesLeftOutOfAListAreCounted)
+{
+    const Scratch scratch;
+    RunnerOptions options;
+    options.lists = {scratch.write(QStringLiteral("mixed.txt"), "/a.pdf\r\n/b.pdf\r\n/notes.doc\r\n/c.pdf")};
+    QStringList remarks;
+    EXPECT_EQ(requestsFor(options, remarks).at(0).urls, asPaths({QStringLiteral("/c.pdf")}));
+    ASSERT_EQ(remarks.size(), 1);
+    EXPECT_TRUE(remarks[0].contains(QStringLiteral("mixed.txt\" 2 line(s) end with a carriage return")))
+        << remarks[0].toStdString();
 }
 
 TEST(RunnerLists, ListsWithoutStampingAndStampsNamesOfAnyBytes)
