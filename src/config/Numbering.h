@@ -130,6 +130,11 @@ class Numbering
     /// changed, when the file cannot be read, is no property-list dictionary or holds no configuration.
     bool load(const FilePath& path);
 
+    /// What the pictures of all stamps together may have, in bytes, so that the settings can hold them.
+    static constexpr qint64 mostPictureBytes = 160LL << 20;
+    /// What they would have if `stamp`, which need not be in the list, had a picture of so many bytes.
+    [[nodiscard]] qint64 pictureBytesWith(const IStampItem& stamp, qint64 bytes) const;
+
     /// One entry for every installed font family, as the font menu offers them.
     [[nodiscard]] const std::vector<PDFFont>& fonts() const { return fonts_; }
     /// Reads the installed families anew.

@@ -60,6 +60,15 @@ std::optional<store::Record> Numbering::getData() const
     });
 }
 
+qint64 Numbering::pictureBytesWith(const IStampItem& stamp, qint64 bytes) const
+{
+    for (const auto& each : stamps) {
+        const auto* other = dynamic_cast<const ImageStamp*>(each.get());
+        if (other && other != &stamp && other->stampImage()) bytes += other->stampImage()->size();
+    }
+    return bytes;
+}
+
 bool Numbering::isConfiguration(const store::Record& record)
 {
     const store::Record whole = recordOf(JobConfiguration(), {});
