@@ -32,12 +32,15 @@ std::optional<store::Record> Settings::getData()
     return guarded<std::optional<store::Record>>("Error in (Settings=>getData) : %@", std::nullopt, [this] {
         if (!pdfOpenPassword) pdfOpenPassword = QString();
         if (!outputFolderPath) outputFolderPath = QString();
+        // Settings without their configuration would replace those that are stored.
+        const auto configuration = number ? number->getData() : std::nullopt;
+        if (number && !configuration) throw Failure(QStringLiteral("the configuration has no record"));
         return std::optional(store::RecordBuilder()
                                  .add(keepFolderKey, isSetCurrentAsDefaultOutputFolderPath)
                                  .add(openFolderKey, isOpenFolderAfterConversion)
                                  .add(passwordKey, pdfOpenPassword)
                                  .add(folderKey, outputFolderPath)
-                                 .add(numberKey, number ? number->getData() : std::nullopt)
+                                 .add(numberKey, configuration)
                                  .add(clearFilesKey, isClearProcessedFiles)
                                  .take());
     });
@@ -55,14 +58,22 @@ void Settings::setData(const store::Record* data)
     });
 }
 
-void Settings::synchronize()
+std::optional<Reason> Settings::synchronize()
 {
-    guarded("Error in (Settings=>synchronize) : %@", [this] {
-        auto record = getData();
-        if (!defaults_ || !record) return;
-        defaults_->setValue(storeKey, std::move(*record));
-        defaults_->flush();
+    std::optional<Reason> problem;
+    guarded("Error in (Settings=>synchronize) : %@", [&] {
+        try {
+            if (!defaults_) return;
+            auto record = getData();
+            if (!record) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory"));
+            defaults_->setValue(storeKey, std::move(*record));
+            defaults_->flush();
+        } catch (...) {
+            problem = currentReason();
+            throw;
+        }
     });
+    return problem;
 }
 
 void Settings::readOptions(const store::Record& data)

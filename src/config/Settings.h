@@ -3,6 +3,7 @@
 #include "config/Numbering.h"
 #include "platform/store/DefaultsStore.h"
 #include "platform/store/Record.h"
+#include "platform/system/Failure.h"
 
 #include <QString>
 #include <memory>
@@ -32,8 +33,9 @@ class Settings
     /// Applies a record; a missing key gives false or no value. An output folder that is not to be remembered
     /// is cleared. A null pointer changes nothing.
     void setData(const store::Record* data);
-    /// Writes the record under "SETTINGS" into the store and flushes it.
-    void synchronize();
+    /// Writes the record under "SETTINGS" into the store and flushes it. Returns why that failed; nothing
+    /// when the settings are saved, or there is no store.
+    std::optional<Reason> synchronize();
 
     /// Writes the keyed form, which does not contain the configuration.
     void encodeWithCoder(store::Record& coder) const;

@@ -1,6 +1,8 @@
 #include "config/Settings.h"
 
 #include "platform/store/PlistDefaultsStore.h"
+#include "platform/store/PropertyList.h"
+#include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
 #include "support/Fakes.h"
 #include "support/Tools.h"
@@ -139,6 +141,33 @@ TEST(Settings, SynchronizeWritesAndFlushesOnce)
     EXPECT_EQ(store.flushes, 2);
     EXPECT_TRUE(store.values.count(QStringLiteral("NUMBERING")));
     Settings().synchronize(); // without a store nothing is saved, and nothing fails
+}
+
+TEST(Settings, SynchronizeSaysWhatWentWrongAndCanBeRepeated)
+{
+    MemoryDefaults store;
+    Settings settings(&store);
+    store.failures = 1;
+    const auto problem = settings.synchronize();
+    ASSERT_TRUE(problem);
+    EXPECT_EQ(problem->shown, QStringLiteral("no space left"));
+    EXPECT_FALSE(settings.synchronize());
+    EXPECT_EQ(store.flushes, 1);
+}
+
+TEST(Settings, HoldPicturesUpToTheirLimit)
+{
+    // A tenth of the limit is written; with the picture the text grows in proportion.
+    constexpr qint64 bytes = Numbering::mostPictureBytes / 10;
+    auto stamp = std::make_shared<ImageStamp>();
+    EXPECT_THROW(stamp->setStampImage(QByteArray(bytes, '\0')), Failure); // no picture, but kept
+    Settings settings;
+    settings.number->stamps = {stamp};
+    EXPECT_EQ(settings.number->pictureBytesWith(*stamp, 5), 5) << "its own picture is replaced";
+    EXPECT_EQ(settings.number->pictureBytesWith(TextStamp(), 5), bytes + 5);
+    store::Record all;
+    all.set(settingsKey, *settings.getData());
+    EXPECT_LT(store::writePropertyList(all).size() * 10, store::largestPropertyList);
 }
 
 TEST(Settings, KeyedFormLeavesTheConfigurationOut)

@@ -179,6 +179,23 @@ TEST(WidgetAlerts, TellAndAskInTheNameOfTheApplication)
         answerNextBox(key, look);
         EXPECT_EQ(alerts.confirm(&window, message), answer) << key;
     }
+    using desktop::QuitChoice;
+    const auto buttons = [&](const QMessageBox& box) {
+        look(box);
+        EXPECT_EQ(box.button(QMessageBox::Retry)->text(), QStringLiteral("Try Again"));
+        EXPECT_EQ(box.button(QMessageBox::Discard)->text(), QStringLiteral("Quit Anyway"));
+    };
+    for (const auto& [key, answer] :
+         {std::pair(Qt::Key_Return, QuitChoice::TryAgain), std::pair(Qt::Key_Escape, QuitChoice::Stay)}) {
+        answerNextBox(key, buttons);
+        EXPECT_EQ(alerts.chooseToQuit(&window, message), answer) << key;
+    }
+    QTimer::singleShot(50, [] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        QTest::mouseClick(box->button(QMessageBox::Discard), Qt::LeftButton);
+    });
+    EXPECT_EQ(alerts.chooseToQuit(&window, message), QuitChoice::QuitAnyway);
     answerNextBox(Qt::Key_Return, look);
     alerts.information(&window, message);
     answerNextBox(Qt::Key_Escape, look);
