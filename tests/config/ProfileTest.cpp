@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace quillfern {
 namespace {
@@ -294,6 +295,22 @@ TEST(Profile, ColoursOfTheOriginalPlatformAreReadAndOursWritten)
     EXPECT_EQ(stamp->label(), QStringLiteral("after"));
     ASSERT_TRUE(number.save(asPath(scratch.path(name))));
     EXPECT_TRUE(readFile(scratch.path(name)).contains(QByteArray("#FF00FF00").toBase64()));
+}
+
+TEST(Profile, HasThePermissionsThatTheUserGivesToFiles)
+{
+    const Scratch scratch;
+    const QByteArray path = scratch.path(name).toUtf8();
+    const mode_t mask = ::umask(022);
+    EXPECT_TRUE(Numbering().save(asPath(scratch.path(name))));
+    struct stat status = {};
+    ASSERT_EQ(::stat(path.constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0644U) << "a profile is made to be passed on";
+    ASSERT_EQ(::chmod(path.constData(), 0664), 0);
+    EXPECT_TRUE(Numbering().save(asPath(scratch.path(name))));
+    ASSERT_EQ(::stat(path.constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0664U);
+    ::umask(mask);
 }
 
 TEST(Profile, AFailedSaveLeavesTheOldFile)
