@@ -28,7 +28,8 @@ class Settings
     std::optional<QString> pdfOpenPassword = QString(); ///< tried on protected files when they are added
 
     /// The settings as a record that contains the configuration's record. Absent texts become empty texts
-    /// first, also in this object. Returns no record on a failure.
+    /// first, also in this object. The bytes of an output folder that is not UTF-8 stand in an entry of their
+    /// own behind the others. Returns no record on a failure.
     [[nodiscard]] std::optional<store::Record> getData();
     /// Applies a record; a missing key gives false or no value. An output folder that is not to be remembered
     /// is cleared. A null pointer changes nothing.

@@ -2,6 +2,7 @@
 
 #include "platform/store/PlistDefaultsStore.h"
 #include "platform/store/PropertyList.h"
+#include "platform/system/NativePath.h"
 #include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
 #include "support/Fakes.h"
@@ -64,6 +65,35 @@ TEST(Settings, SurviveARunWithTheirConfiguration)
     EXPECT_EQ(settings.number->startNumber(), 7);
     EXPECT_EQ(settings.number->marginLeft(), 28.34645669291339);
     EXPECT_EQ(settings.number->stamps.size(), 1U);
+}
+
+TEST(Settings, AnOutputFolderOfAnyBytesIsRemembered)
+{
+    const QString bytesKey = QStringLiteral("outputFolderPathBytes");
+    for (const QByteArray& path : {QByteArray("/out/latin\xE9/\xFF"),
+                                   QByteArray("/out/\xC3\xA9 \xF0\x9F\x98\x80"), QByteArray("/plain")}) {
+        const Scratch scratch;
+        const FakeFolders folders(scratch.path());
+        {
+            store::PlistDefaultsStore store(folders);
+            Settings settings(&store);
+            settings.outputFolderPath = pathText(path);
+            EXPECT_FALSE(settings.synchronize());
+        }
+        store::PlistDefaultsStore store(folders);
+        EXPECT_EQ(nativePath(*Settings(&store).outputFolderPath), path);
+        const store::RecordValue stored = *store.value(settingsKey);
+        const store::Record& record = *stored.as<store::Record>();
+        EXPECT_EQ(record.contains(bytesKey), !QString::fromUtf8(path).toUtf8().contains(path))
+            << "ordinary paths are stored as ever";
+
+        // Another folder that was written without its bytes counts, not the bytes of the one before.
+        store::Record edited = record;
+        edited.set(QStringLiteral("outputFolderPath"), QStringLiteral("/another"));
+        Settings settings;
+        settings.setData(&edited);
+        EXPECT_EQ(settings.outputFolderPath, QStringLiteral("/another"));
+    }
 }
 
 TEST(Settings, AFolderNotToBeRememberedIsForgotten)
