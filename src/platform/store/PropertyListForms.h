@@ -3,7 +3,6 @@
 #include "platform/store/Record.h"
 
 #include <QByteArray>
-#include <QByteArrayView>
 #include <QString>
 #include <QtGlobal>
 #include <optional>

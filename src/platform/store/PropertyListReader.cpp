@@ -3,6 +3,8 @@
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 
+#include <algorithm>
+
 namespace quillfern::store {
 
 void refusePropertyList(const QString& reason)
@@ -35,7 +37,14 @@ Record readPropertyListFile(const FilePath& path)
 {
     const auto file = readRegularFile(path);
     // The number of bytes read is limited rather than the file's size, since the file may grow meanwhile.
-    const QByteArray bytes = file->read(largestPropertyList + 1);
+    // It is read in blocks, because a buffer as large as the limit would be taken for the smallest file.
+    constexpr qint64 blockSize = 1 << 20;
+    QByteArray bytes;
+    while (bytes.size() <= largestPropertyList) {
+        const QByteArray block = file->read(std::min(blockSize, largestPropertyList + 1 - bytes.size()));
+        if (block.isEmpty()) break;
+        bytes += block;
+    }
     if (file->error() != QFileDevice::NoError)
         throw Failure(QStringLiteral("cannot read %1: %2").arg(path.readable(), file->errorString()));
     return readPropertyList(bytes);
