@@ -7,6 +7,7 @@
 #include "dialogs/WidgetPanels.h"
 #include "platform/desktop/FreedesktopServices.h"
 #include "platform/desktop/SingleInstance.h"
+#include "platform/desktop/TerminationSignals.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/pageimages/RenderProcess.h"
 #include "platform/store/PlistDefaultsStore.h"
@@ -132,19 +133,30 @@ struct Application::Parts
                              delegate.startedAgain(paths);
                          });
         QObject::connect(&delegate, &QuillfernAppDelegate::quitRequested, &qt, [this, &delegate] {
-            delegate.applicationShouldTerminate();
-            instance->leave(); // only now: the next instance reads the settings saved above
-            delegate.window().hide();
-            QCoreApplication::quit();
+            if (delegate.saveToQuit()) leave();
         });
-        // The session ends: there may be no time to do more than save the settings.
+        // The system or the session ends the program: there is no person to ask, and perhaps no time to do
+        // more than save the settings.
+        QObject::connect(&terminationSignals, &desktop::TerminationSignals::received, &qt, [this, &delegate] {
+            delegate.applicationShouldTerminate();
+            leave();
+        });
         QObject::connect(&qt, &QGuiApplication::commitDataRequest, &delegate,
                          &QuillfernAppDelegate::applicationShouldTerminate, Qt::DirectConnection);
         if (!files.isEmpty()) delegate.openFiles(files);
     }
 
+    /// Ends the event loop. The settings are saved by then, so the next instance may read them.
+    void leave()
+    {
+        instance->leave();
+        program->delegate.window().hide();
+        QCoreApplication::quit();
+    }
+
     BeforeQt beforeQt;
     QApplication qt;
+    desktop::TerminationSignals terminationSignals; ///< made early: a signal waits until there is a window
     QTranslator translator;
     QTranslator texts;
     std::unique_ptr<desktop::SingleInstance> instance;

@@ -1,6 +1,7 @@
 #include "app/CustomTableView.h"
 
 #include "app/TableRows.h"
+#include "dialogs/DropAsCopy.h"
 #include "filelist/FileListModel.h"
 
 #include <QAction>
@@ -128,7 +129,8 @@ void CustomTableView::contextMenuEvent(QContextMenuEvent* event)
                             : viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
 }
 
-// Always a copy: the files stay where they are, also when the source of the drag would allow a move.
+// Always a copy: the files stay where they are, also when the source of the drag proposes a move. The table's
+// own functions accept what is proposed, so the answer is given again after them.
 
 bool CustomTableView::refuses(QDropEvent& event) const
 {
@@ -143,6 +145,7 @@ void CustomTableView::dragEnterEvent(QDragEnterEvent* event)
     if (refuses(*event)) return;
     event->setDropAction(Qt::CopyAction);
     QTableView::dragEnterEvent(event);
+    if (event->isAccepted()) acceptAsCopy(*event);
 }
 
 void CustomTableView::dragMoveEvent(QDragMoveEvent* event)
@@ -150,6 +153,7 @@ void CustomTableView::dragMoveEvent(QDragMoveEvent* event)
     if (refuses(*event)) return;
     event->setDropAction(Qt::CopyAction);
     QTableView::dragMoveEvent(event);
+    if (event->isAccepted()) acceptAsCopy(*event);
 }
 
 void CustomTableView::dropEvent(QDropEvent* event)
@@ -157,6 +161,7 @@ void CustomTableView::dropEvent(QDropEvent* event)
     if (refuses(*event)) return;
     event->setDropAction(Qt::CopyAction);
     QTableView::dropEvent(event);
+    if (event->isAccepted()) acceptAsCopy(*event);
 }
 
 } // namespace quillfern

@@ -15,6 +15,7 @@
 
 #include <QApplication>
 #include <QDeadlineTimer>
+#include <QScopedValueRollback>
 
 namespace quillfern {
 
@@ -218,11 +219,26 @@ void QuillfernAppDelegate::aboutAction()
     dialog->open();
 }
 
-void QuillfernAppDelegate::applicationShouldTerminate()
+std::optional<Reason> QuillfernAppDelegate::applicationShouldTerminate()
 {
     endEditing(*window_);
     memory_.remember(*window_);
-    settings_.synchronize();
+    return settings_.synchronize();
+}
+
+bool QuillfernAppDelegate::saveToQuit()
+{
+    if (isAskedToQuit_) return false; // the open question decides
+    const QScopedValueRollback asked(isAskedToQuit_, true);
+    while (const std::optional<Reason> problem = applicationShouldTerminate()) {
+        const desktop::QuitChoice choice = services_.alerts.chooseToQuit(
+            window_.get(),
+            tr("The settings could not be saved: %1.\nStamps and options that were changed would be "
+               "lost. Save a profile to keep them elsewhere.")
+                .arg(problem->shown));
+        if (choice != desktop::QuitChoice::TryAgain) return choice == desktop::QuitChoice::QuitAnyway;
+    }
+    return true;
 }
 
 void QuillfernAppDelegate::applicationShouldHandleReopen()

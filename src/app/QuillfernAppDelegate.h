@@ -20,6 +20,7 @@
 #include "platform/desktop/FilePanels.h"
 #include "platform/store/DefaultsStore.h"
 #include "platform/system/Clock.h"
+#include "platform/system/Failure.h"
 #include "platform/system/FilePath.h"
 #include "platform/system/Folders.h"
 #include "platform/system/MainThread.h"
@@ -28,6 +29,7 @@
 #include <QObject>
 #include <QString>
 #include <memory>
+#include <optional>
 
 namespace quillfern {
 
@@ -62,8 +64,11 @@ class QuillfernAppDelegate final : public QObject, public NumberingDelegate
     ~QuillfernAppDelegate() override;
 
     /// Ends editing, so that what was typed counts, and saves the settings. The application can be ended
-    /// after this call.
-    void applicationShouldTerminate();
+    /// after this call. Returns why the settings could not be saved; nothing when they are.
+    std::optional<Reason> applicationShouldTerminate();
+    /// The same for a person who leaves: when the settings cannot be saved, the person may try again. False
+    /// when the application is to go on.
+    [[nodiscard]] bool saveToQuit();
     /// Brings the window to the front, unless it is visible.
     void applicationShouldHandleReopen();
     /// Adds files and folders, as a command line names them; later when the window is busy now, or a sheet
@@ -102,6 +107,7 @@ class QuillfernAppDelegate final : public QObject, public NumberingDelegate
     void PropertyChanged(Numbering& number) override;
 
     AppServices services_;
+    bool isAskedToQuit_ = false; ///< a question about the settings is open
     Activity activity_;
     FileList files_;
     Settings settings_;

@@ -218,9 +218,11 @@ void StampsController::stampLoadAction()
     desktop::OpenPanel panel;
     panel.message = tr("%1 Profile").arg(getAppTitle());
     panel.types = QStringList{profileType()};
+    panel.anyCase = true;
     guarded("Error in [stampLoadAction:] : %@", [&] {
         panels_.open(pane_.window(), panel, [this](const QList<FilePath>& paths) {
             const StampList before = number_.stamps;
+            const bool hadBackup = number_.isBackupFile();
             if (!number_.load(paths.value(0))) {
                 alerts_.critical(pane_.window(), tr("Unable to load %1 Profile!").arg(getAppTitle()));
                 return;
@@ -231,6 +233,12 @@ void StampsController::stampLoadAction()
             show({{0}, 0});
             Q_EMIT profileLoaded();
             Q_EMIT renderRequested();
+            // The option is on another page of the settings, and files are overwritten according to it.
+            if (number_.isBackupFile() != hadBackup)
+                alerts_.information(
+                    pane_.window(),
+                    hadBackup ? tr("This profile turns the backup of files that are stamped in place off.")
+                              : tr("This profile turns the backup of files that are stamped in place on."));
         });
     });
 }

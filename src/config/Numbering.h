@@ -115,14 +115,25 @@ class Numbering
     /// Applies a record without notifying the delegate; a missing key gives 0, false or no value, and the
     /// stamps are replaced. Returns false, with nothing changed, for a null pointer.
     bool setData(const store::Record* data);
+    /// Gives every absent value of the fields and stamps the value that has the same effect, so that the next
+    /// record is whole: the entries behind an absent value, the stamps among them, would be missing from it.
+    /// Does not notify the delegate.
+    void fillAbsentValues();
+    /// False for a record without any key of a configuration.
+    [[nodiscard]] static bool isConfiguration(const store::Record& record);
     /// Writes the record under "NUMBERING" into the store and flushes it.
     void synchronize();
     /// Writes the record into a profile file, an XML property list; an existing file is replaced only after
     /// the new one was written completely. Returns whether the profile was written.
     bool save(const FilePath& path) const;
-    /// Reads a profile file and applies it with setData(). Returns false, with nothing changed, when the file
-    /// cannot be read or is no property-list dictionary.
+    /// Reads a profile file, applies it with setData() and fills absent values. Returns false, with nothing
+    /// changed, when the file cannot be read, is no property-list dictionary or holds no configuration.
     bool load(const FilePath& path);
+
+    /// What the pictures of all stamps together may have, in bytes, so that the settings can hold them.
+    static constexpr qint64 mostPictureBytes = 160LL << 20;
+    /// What they would have if `stamp`, which need not be in the list, had a picture of so many bytes.
+    [[nodiscard]] qint64 pictureBytesWith(const IStampItem& stamp, qint64 bytes) const;
 
     /// One entry for every installed font family, as the font menu offers them.
     [[nodiscard]] const std::vector<PDFFont>& fonts() const { return fonts_; }

@@ -5,6 +5,8 @@
 #include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
 
+#include <algorithm>
+
 namespace quillfern {
 
 namespace {
@@ -18,6 +20,32 @@ std::shared_ptr<IStampItem> stampFor(const store::Record& record)
     return nullptr;
 }
 
+store::Record recordOf(const JobConfiguration& fields, store::RecordValue::List stampRecords)
+{
+    return store::RecordBuilder()
+        .add(QStringLiteral("endPage"), store::low32(fields.endPage))
+        .add(QStringLiteral("hasLabel"), fields.hasLabel)
+        .add(QStringLiteral("isBackupFile"), fields.isBackupFile)
+        .add(QStringLiteral("isContinuousNumbering"), fields.isContinuousNumbering)
+        .add(QStringLiteral("isMarginInPercentage"), fields.isMarginInPercentage)
+        .add(QStringLiteral("isSymmetryPage"), fields.isSymmetryPage)
+        .add(QStringLiteral("labelPrefix"), fields.labelPrefix)
+        .add(QStringLiteral("marginLeft"), fields.marginLeft)
+        .add(QStringLiteral("marginTop"), fields.marginTop)
+        .add(QStringLiteral("marginRight"), fields.marginRight)
+        .add(QStringLiteral("marginBottom"), fields.marginBottom)
+        .add(QStringLiteral("marginUnit"), qToUnderlying(fields.marginUnit))
+        .add(QStringLiteral("numberSteps"), store::low32(fields.numberSteps))
+        .add(QStringLiteral("outputFolder"), fields.outputFolder)
+        .add(QStringLiteral("pageRange"), qToUnderlying(fields.pageRange))
+        .add(QStringLiteral("startNumber"), store::low32(fields.startNumber))
+        .add(QStringLiteral("startPage"), store::low32(fields.startPage))
+        .add(QStringLiteral("isHighlightStamp"), fields.isHighlightStamp)
+        .add(QStringLiteral("isLivePreview"), fields.isLivePreview)
+        .add(QStringLiteral("Stamps"), std::move(stampRecords))
+        .take();
+}
+
 } // namespace
 
 std::optional<store::Record> Numbering::getData() const
@@ -28,29 +56,32 @@ std::optional<store::Record> Numbering::getData() const
             auto record = stamp->getData();
             if (record) stampRecords.emplace_back(std::move(*record));
         }
-        return std::optional(store::RecordBuilder()
-                                 .add(QStringLiteral("endPage"), store::low32(fields_.endPage))
-                                 .add(QStringLiteral("hasLabel"), fields_.hasLabel)
-                                 .add(QStringLiteral("isBackupFile"), fields_.isBackupFile)
-                                 .add(QStringLiteral("isContinuousNumbering"), fields_.isContinuousNumbering)
-                                 .add(QStringLiteral("isMarginInPercentage"), fields_.isMarginInPercentage)
-                                 .add(QStringLiteral("isSymmetryPage"), fields_.isSymmetryPage)
-                                 .add(QStringLiteral("labelPrefix"), fields_.labelPrefix)
-                                 .add(QStringLiteral("marginLeft"), fields_.marginLeft)
-                                 .add(QStringLiteral("marginTop"), fields_.marginTop)
-                                 .add(QStringLiteral("marginRight"), fields_.marginRight)
-                                 .add(QStringLiteral("marginBottom"), fields_.marginBottom)
-                                 .add(QStringLiteral("marginUnit"), qToUnderlying(fields_.marginUnit))
-                                 .add(QStringLiteral("numberSteps"), store::low32(fields_.numberSteps))
-                                 .add(QStringLiteral("outputFolder"), fields_.outputFolder)
-                                 .add(QStringLiteral("pageRange"), qToUnderlying(fields_.pageRange))
-                                 .add(QStringLiteral("startNumber"), store::low32(fields_.startNumber))
-                                 .add(QStringLiteral("startPage"), store::low32(fields_.startPage))
-                                 .add(QStringLiteral("isHighlightStamp"), fields_.isHighlightStamp)
-                                 .add(QStringLiteral("isLivePreview"), fields_.isLivePreview)
-                                 .add(QStringLiteral("Stamps"), std::move(stampRecords))
-                                 .take());
+        return std::optional(recordOf(fields_, std::move(stampRecords)));
     });
+}
+
+qint64 Numbering::pictureBytesWith(const IStampItem& stamp, qint64 bytes) const
+{
+    for (const auto& each : stamps) {
+        const auto* other = dynamic_cast<const ImageStamp*>(each.get());
+        if (other && other != &stamp && other->stampImage()) bytes += other->stampImage()->size();
+    }
+    return bytes;
+}
+
+bool Numbering::isConfiguration(const store::Record& record)
+{
+    const store::Record whole = recordOf(JobConfiguration(), {});
+    return std::any_of(whole.entries().begin(), whole.entries().end(),
+                       [&](const store::Record::Entry& entry) { return record.contains(entry.first); });
+}
+
+void Numbering::fillAbsentValues()
+{
+    if (!fields_.labelPrefix) fields_.labelPrefix = QString();
+    if (!fields_.outputFolder) fields_.outputFolder = QString();
+    for (const auto& stamp : stamps)
+        stamp->fillAbsentValues();
 }
 
 bool Numbering::setData(const store::Record* data)

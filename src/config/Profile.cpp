@@ -17,7 +17,10 @@ void saveProfile(const Numbering& number, const FilePath& path)
 void loadProfile(Numbering& number, const FilePath& path)
 {
     const store::Record record = store::readPropertyListFile(path);
+    // Applying such a record would remove all stamps and set every number to zero.
+    if (!Numbering::isConfiguration(record)) throw Failure(QStringLiteral("the file holds no configuration"));
     if (!number.setData(&record)) throw Failure(QStringLiteral("the profile cannot be applied"));
+    number.fillAbsentValues();
 }
 
 } // namespace quillfern

@@ -10,8 +10,8 @@ class Numbering;
 /// after the new one was written completely. Throws Failure.
 void saveProfile(const Numbering& number, const FilePath& path);
 
-/// Reads a profile file and applies it. Throws Failure, with nothing changed, when the file cannot be read or
-/// is no property-list dictionary.
+/// Reads a profile file, applies it and fills absent values. Throws Failure, with nothing changed, when the
+/// file cannot be read, is no property-list dictionary or has none of a configuration's keys.
 void loadProfile(Numbering& number, const FilePath& path);
 
 } // namespace quillfern

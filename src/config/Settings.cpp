@@ -2,6 +2,7 @@
 
 #include "platform/store/DefaultsStore.h"
 #include "platform/system/Guarded.h"
+#include "platform/system/NativePath.h"
 
 namespace quillfern {
 
@@ -12,9 +13,27 @@ const QString keepFolderKey = QStringLiteral("isSetCurrentAsDefaultOutputFolderP
 const QString openFolderKey = QStringLiteral("isOpenFolderAfterConversion");
 const QString passwordKey = QStringLiteral("pdfOpenPassword");
 const QString folderKey = QStringLiteral("outputFolderPath");
+/// Beside folderKey, for a folder whose name is not UTF-8 only: property lists hold no such text.
+const QString folderBytesKey = QStringLiteral("outputFolderPathBytes");
 const QString numberKey = QStringLiteral("number");
 const QString clearFilesKey = QStringLiteral("isClearProcessedFiles");
 const QString storeKey = QStringLiteral("SETTINGS");
+
+/// The text without what a property list leaves out of a path: the bytes that are not UTF-8.
+QString withoutForeignBytes(QString path)
+{
+    return path.removeIf([](QChar c) { return c >= QChar(0xDC80) && c <= QChar(0xDCFF); });
+}
+
+/// The output folder in a record. Its bytes count only together with the text that they belong to.
+std::optional<QString> folderIn(const store::Record& data)
+{
+    std::optional<QString> folder = data.text(folderKey);
+    const auto bytes = data.bytes(folderBytesKey);
+    if (!folder || !bytes) return folder;
+    const QString whole = pathText(*bytes);
+    return withoutForeignBytes(whole) == withoutForeignBytes(*folder) ? whole : folder;
+}
 
 } // namespace
 
@@ -24,6 +43,7 @@ Settings::Settings(store::DefaultsStore* defaults)
     if (!defaults_) return;
     const auto stored = defaults_->value(storeKey);
     if (stored) setData(stored->as<store::Record>());
+    number->fillAbsentValues();
 }
 
 std::optional<store::Record> Settings::getData()
@@ -31,14 +51,19 @@ std::optional<store::Record> Settings::getData()
     return guarded<std::optional<store::Record>>("Error in (Settings=>getData) : %@", std::nullopt, [this] {
         if (!pdfOpenPassword) pdfOpenPassword = QString();
         if (!outputFolderPath) outputFolderPath = QString();
-        return std::optional(store::RecordBuilder()
-                                 .add(keepFolderKey, isSetCurrentAsDefaultOutputFolderPath)
-                                 .add(openFolderKey, isOpenFolderAfterConversion)
-                                 .add(passwordKey, pdfOpenPassword)
-                                 .add(folderKey, outputFolderPath)
-                                 .add(numberKey, number ? number->getData() : std::nullopt)
-                                 .add(clearFilesKey, isClearProcessedFiles)
-                                 .take());
+        // Settings without their configuration would replace those that are stored.
+        const auto configuration = number ? number->getData() : std::nullopt;
+        if (number && !configuration) throw Failure(QStringLiteral("the configuration has no record"));
+        store::RecordBuilder builder;
+        builder.add(keepFolderKey, isSetCurrentAsDefaultOutputFolderPath)
+            .add(openFolderKey, isOpenFolderAfterConversion)
+            .add(passwordKey, pdfOpenPassword)
+            .add(folderKey, outputFolderPath)
+            .add(numberKey, configuration)
+            .add(clearFilesKey, isClearProcessedFiles);
+        const QByteArray folder = nativePath(*outputFolderPath);
+        if (QString::fromUtf8(folder) != outputFolderPath) builder.add(folderBytesKey, folder);
+        return std::optional(builder.take());
     });
 }
 
@@ -54,14 +79,22 @@ void Settings::setData(const store::Record* data)
     });
 }
 
-void Settings::synchronize()
+std::optional<Reason> Settings::synchronize()
 {
-    guarded("Error in (Settings=>synchronize) : %@", [this] {
-        auto record = getData();
-        if (!defaults_ || !record) return;
-        defaults_->setValue(storeKey, std::move(*record));
-        defaults_->flush();
+    std::optional<Reason> problem;
+    guarded("Error in (Settings=>synchronize) : %@", [&] {
+        try {
+            if (!defaults_) return;
+            auto record = getData();
+            if (!record) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory."));
+            defaults_->setValue(storeKey, std::move(*record));
+            defaults_->flush();
+        } catch (...) {
+            problem = currentReason();
+            throw;
+        }
     });
+    return problem;
 }
 
 void Settings::readOptions(const store::Record& data)
@@ -69,7 +102,7 @@ void Settings::readOptions(const store::Record& data)
     isSetCurrentAsDefaultOutputFolderPath = data.boolean(keepFolderKey);
     isOpenFolderAfterConversion = data.boolean(openFolderKey);
     pdfOpenPassword = data.text(passwordKey);
-    outputFolderPath = data.text(folderKey);
+    outputFolderPath = folderIn(data);
     isClearProcessedFiles = data.boolean(clearFilesKey);
 }
 

@@ -3,6 +3,7 @@
 #include "config/Numbering.h"
 #include "platform/store/DefaultsStore.h"
 #include "platform/store/Record.h"
+#include "platform/system/Failure.h"
 
 #include <QString>
 #include <memory>
@@ -15,8 +16,8 @@ class Settings
 {
   public:
     /// Starts from the defaults; then applies the store's record "NUMBERING" to the configuration and its
-    /// record "SETTINGS" to these settings, as far as the store has them. The store (may be null: nothing is
-    /// remembered) must outlive this object.
+    /// record "SETTINGS" to these settings, as far as the store has them, and fills what is absent in the
+    /// configuration. The store (may be null: nothing is remembered) must outlive this object.
     explicit Settings(store::DefaultsStore* defaults = nullptr);
 
     std::unique_ptr<Numbering> number; ///< null only in what initWithCoder() returns
@@ -27,13 +28,15 @@ class Settings
     std::optional<QString> pdfOpenPassword = QString(); ///< tried on protected files when they are added
 
     /// The settings as a record that contains the configuration's record. Absent texts become empty texts
-    /// first, also in this object. Returns no record on a failure.
+    /// first, also in this object. The bytes of an output folder that is not UTF-8 stand in an entry of their
+    /// own behind the others. Returns no record on a failure.
     [[nodiscard]] std::optional<store::Record> getData();
     /// Applies a record; a missing key gives false or no value. An output folder that is not to be remembered
     /// is cleared. A null pointer changes nothing.
     void setData(const store::Record* data);
-    /// Writes the record under "SETTINGS" into the store and flushes it.
-    void synchronize();
+    /// Writes the record under "SETTINGS" into the store and flushes it. Returns why that failed; nothing
+    /// when the settings are saved, or there is no store.
+    std::optional<Reason> synchronize();
 
     /// Writes the keyed form, which does not contain the configuration.
     void encodeWithCoder(store::Record& coder) const;

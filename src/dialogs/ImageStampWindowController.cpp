@@ -80,7 +80,11 @@ void ImageStampWindowController::connectControls()
 
     connect(&loader_, &PictureLoader::loaded, this, [this](const LoadedPicture& picture) {
         showPicture();
-        if (isEditingEnabled())
+        if (!image()) return;
+        const qint64 bytes = number().pictureBytesWith(*image(), picture.tiff.size());
+        if (bytes > Numbering::mostPictureBytes)
+            refuse(bytes);
+        else if (isEditingEnabled())
             take(picture);
         else
             waiting_ = picture;
@@ -163,6 +167,17 @@ void ImageStampWindowController::loadPicture(const FilePath& path)
     waiting_.reset();
     loader_.load(path);
     showPicture();
+}
+
+void ImageStampWindowController::refuse(qint64 bytes)
+{
+    const auto megabytes = [](qint64 size) { return QString::number((size + (1 << 20) - 1) >> 20); };
+    logLine(
+        QStringLiteral("Error in [changeImageAction:] : pictures of %1 bytes cannot be saved").arg(bytes));
+    const QString reason = tr("The pictures of all stamps would have %1 MB together and could not be saved; "
+                              "%2 MB is the most.")
+                               .arg(megabytes(bytes), megabytes(Numbering::mostPictureBytes));
+    alerts_.critical(this, tr("Unable to load selected image!") + QStringLiteral("\n\n") + reason);
 }
 
 void ImageStampWindowController::take(const LoadedPicture& picture)

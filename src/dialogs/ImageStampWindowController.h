@@ -56,6 +56,8 @@ class ImageStampWindowController final : public StampEditorWindow
     void connectSide(NumberField& field, std::int64_t ImageStamp::*side, NumberField& otherField,
                      std::int64_t ImageStamp::*otherSide);
     void take(const LoadedPicture& picture);
+    /// Says that pictures of so many bytes cannot be saved.
+    void refuse(qint64 bytes);
     void showPicture();
     void showSize();
 

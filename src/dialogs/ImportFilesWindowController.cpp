@@ -1,5 +1,6 @@
 #include "dialogs/ImportFilesWindowController.h"
 
+#include "dialogs/DropAsCopy.h"
 #include "dialogs/KeyHint.h"
 #include "platform/desktop/Alerts.h"
 #include "platform/desktop/FilePanels.h"
@@ -102,7 +103,7 @@ void ImportFilesWindowController::importMethodChanged(int tag)
 
 void ImportFilesWindowController::browseImportFileAction()
 {
-    panels_.open(this, {tr("Select Text File To Import:"), {QStringLiteral("txt")}, false, false},
+    panels_.open(this, {tr("Select Text File To Import:"), {QStringLiteral("txt")}, false, false, true},
                  [this](const QList<FilePath>& paths) {
                      if (!paths.isEmpty()) ui_->importFile->setText(paths.constLast().text());
                  });
@@ -110,7 +111,7 @@ void ImportFilesWindowController::browseImportFileAction()
 
 void ImportFilesWindowController::pasetFromClipboardAction()
 {
-    paste(QGuiApplication::clipboard()->text());
+    if (const QMimeData* const copied = QGuiApplication::clipboard()->mimeData()) paste(pathListOf(*copied));
 }
 
 void ImportFilesWindowController::paste(const QString& text)
@@ -119,6 +120,13 @@ void ImportFilesWindowController::paste(const QString& text)
     import_.pasteText(text);
     showTexts();
     showTotal();
+    showRemark();
+}
+
+void ImportFilesWindowController::showRemark()
+{
+    const QString remark = import_.remark();
+    if (!remark.isEmpty()) alerts_.information(this, remark);
 }
 
 void ImportFilesWindowController::importAction()
@@ -127,6 +135,7 @@ void ImportFilesWindowController::importAction()
     const std::optional<PathListImport::Problem> problem = import_.importAction();
     showTotal();
     if (!problem) {
+        showRemark(); // while the dialog that the remark is about is visible
         Q_EMIT ImportFilesWindowControllerDidFinish(import_.files());
         accept();
         return;
@@ -161,28 +170,20 @@ void ImportFilesWindowController::showTotal()
 
 void ImportFilesWindowController::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (event->mimeData()->hasUrls() || event->mimeData()->hasText()) event->acceptProposedAction();
+    if (event->mimeData()->hasUrls() || event->mimeData()->hasText()) acceptAsCopy(*event);
 }
 
 void ImportFilesWindowController::dropEvent(QDropEvent* event)
 {
     const QMimeData& dropped = *event->mimeData();
-    event->acceptProposedAction();
-    if (!dropped.hasUrls()) {
-        importMethodChanged(PathListImport::FromText);
-        paste(dropped.text());
-        return;
-    }
+    if (!acceptAsCopy(*event)) return;
     const QList<FilePath> paths = filePaths(dropped.urls());
     if (paths.size() == 1 && paths.constFirst().extension().compare(u"txt", Qt::CaseInsensitive) == 0) {
         importMethodChanged(PathListImport::FromFile);
         ui_->importFile->setText(paths.constFirst().text());
     } else {
         importMethodChanged(PathListImport::FromText);
-        QStringList lines;
-        for (const FilePath& path : paths)
-            lines.append(path.text());
-        paste(lines.join(u'\n'));
+        paste(pathListOf(dropped));
     }
 }
 

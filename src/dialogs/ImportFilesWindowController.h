@@ -62,6 +62,8 @@ class ImportFilesWindowController final : public QDialog
     void readFields();
     void showTexts();
     void showTotal();
+    /// Shows what was left out of the last list read.
+    void showRemark();
 
     desktop::FilePanels& panels_;
     desktop::Alerts& alerts_;

@@ -1,5 +1,7 @@
 #include "dialogs/PictureView.h"
 
+#include "dialogs/DropAsCopy.h"
+
 #include <QDragEnterEvent>
 #include <QMimeData>
 #include <QPainter>
@@ -121,10 +123,7 @@ void PictureView::resizeEvent(QResizeEvent* event)
 
 void PictureView::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (fileOf(*event).isEmpty()) return;
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    setDropping(true);
+    if (!fileOf(*event).isEmpty() && acceptAsCopy(*event)) setDropping(true);
 }
 
 void PictureView::dragLeaveEvent(QDragLeaveEvent*)
@@ -136,10 +135,7 @@ void PictureView::dropEvent(QDropEvent* event)
 {
     setDropping(false);
     const FilePath path = fileOf(*event);
-    if (path.isEmpty()) return;
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    Q_EMIT fileDropped(path);
+    if (!path.isEmpty() && acceptAsCopy(*event)) Q_EMIT fileDropped(path);
 }
 
 /// The one file that is dropped; empty when it is not exactly one of the right kind.

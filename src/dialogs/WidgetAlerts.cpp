@@ -4,6 +4,8 @@
 
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
+#include <map>
 
 namespace quillfern {
 
@@ -11,7 +13,8 @@ namespace {
 
 QMessageBox::StandardButton ask(QObject* over, QMessageBox::Icon icon, QString message,
                                 QMessageBox::StandardButtons buttons, QMessageBox::StandardButton byDefault,
-                                QMessageBox::StandardButton onEscape)
+                                QMessageBox::StandardButton onEscape,
+                                const std::map<QMessageBox::StandardButton, QString>& titles = {})
 {
     message.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
     auto* const widget = qobject_cast<QWidget*>(over);
@@ -22,6 +25,8 @@ QMessageBox::StandardButton ask(QObject* over, QMessageBox::Icon icon, QString m
     box->setWindowModality(Qt::WindowModal);
     box->setDefaultButton(byDefault);
     box->setEscapeButton(onEscape);
+    for (const auto& [button, title] : titles)
+        box->button(button)->setText(title);
     box->exec();
     if (!box) return onEscape;
     const QMessageBox::StandardButton answer = box->standardButton(box->clickedButton());
@@ -50,6 +55,22 @@ bool WidgetAlerts::confirm(QObject* over, const QString& message)
 {
     return ask(over, QMessageBox::Question, message, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes,
                QMessageBox::No) == QMessageBox::Yes;
+}
+
+desktop::QuitChoice WidgetAlerts::chooseToQuit(QObject* over, const QString& message)
+{
+    const auto answer = ask(
+        over, QMessageBox::Warning, message, QMessageBox::Retry | QMessageBox::Discard | QMessageBox::Cancel,
+        QMessageBox::Retry, QMessageBox::Cancel,
+        {{QMessageBox::Retry, tr("Try Again")}, {QMessageBox::Discard, tr("Quit Anyway")}});
+    switch (answer) {
+    case QMessageBox::Retry:
+        return desktop::QuitChoice::TryAgain;
+    case QMessageBox::Discard:
+        return desktop::QuitChoice::QuitAnyway;
+    default:
+        return desktop::QuitChoice::Stay;
+    }
 }
 
 } // namespace quillfern

@@ -83,8 +83,12 @@ void WidgetPanels::open(QObject* over, const desktop::OpenPanel& panel,
     if (panel.folders) {
         dialog->setOption(QFileDialog::ShowDirsOnly);
     } else {
-        dialog->setNameFilter(nameFilter(panel.types));
-        dialog->setFilter(dialog->filter() | QDir::CaseSensitive);
+        QStringList patterns = panel.types;
+        if (panel.anyCase) // for the desktops' dialogs, which compare with case
+            for (const QString& type : panel.types)
+                patterns.append(type.toUpper());
+        dialog->setNameFilter(nameFilter(patterns));
+        if (!panel.anyCase) dialog->setFilter(dialog->filter() | QDir::CaseSensitive);
     }
     QObject::connect(
         dialog, &QDialog::accepted, dialog, [this, dialog, kind, panel, chosen = std::move(chosen)] {
@@ -92,7 +96,10 @@ void WidgetPanels::open(QObject* over, const desktop::OpenPanel& panel,
             for (const QString& text : panel.folders ? dialog->pickedFolders() : dialog->selectedFiles())
                 paths.append(FilePath::fromText(text));
             if (!panel.folders && !panel.types.isEmpty())
-                paths.removeIf([&](const FilePath& path) { return !panel.types.contains(path.extension()); });
+                paths.removeIf([&](const FilePath& path) {
+                    return !panel.types.contains(path.extension(),
+                                                 panel.anyCase ? Qt::CaseInsensitive : Qt::CaseSensitive);
+                });
             if (paths.isEmpty()) return;
             remember(kind, paths.constLast());
             chosen(paths);

@@ -46,6 +46,9 @@ class PathListImport
     /// Reads the list anew by the chosen method. Without a problem files() are to be loaded.
     [[nodiscard]] std::optional<Problem> importAction();
 
+    /// What was left out of the last list read, and why, for an alert; empty when nothing was.
+    [[nodiscard]] QString remark() const;
+
     [[nodiscard]] const QList<FilePath>& files() const { return parser_.files(); }
     [[nodiscard]] QString totalFilesFound() const { return parser_.totalFilesFound(); }
 

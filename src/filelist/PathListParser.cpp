@@ -30,7 +30,7 @@ QString readList(const FilePath& path)
 
 void PathListParser::parseText(const std::optional<QString>& text)
 {
-    files_.clear();
+    clear();
     guarded("Error in (parseText:) : %@", [&] { takeLines(text.value_or(QString())); });
 }
 
@@ -42,6 +42,12 @@ bool PathListParser::parseFile(const FilePath& path)
     return text.has_value();
 }
 
+void PathListParser::clear()
+{
+    files_.clear();
+    carriageReturns_ = 0;
+}
+
 void PathListParser::takeLines(const QString& text)
 {
     const QStringList types = allowedTypes_.split(u',');
@@ -50,6 +56,7 @@ void PathListParser::takeLines(const QString& text)
     for (const QStringView line : QStringView(text).split(u'\n')) {
         const FilePath path = FilePath::fromText(line.toString());
         const QString extension = path.extension().toUpper();
+        if (extension.endsWith(u'\r') && allowed.contains(extension.chopped(1))) ++carriageReturns_;
         if (extension.isEmpty() || !allowed.contains(extension)) continue;
         const qsizetype before = seen.size();
         seen.insert(path);

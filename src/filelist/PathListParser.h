@@ -23,10 +23,13 @@ class PathListParser
     /// the path. A file that cannot be read, or is too large to be a list of paths, is reported in the system
     /// log and leaves files() empty. Returns whether the file was read.
     bool parseFile(const FilePath& path);
-    void clear() { files_.clear(); }
+    void clear();
 
     /// The paths found, in order, without duplicates.
     [[nodiscard]] const QList<FilePath>& files() const { return files_; }
+    /// The number of lines that were left out only because a carriage return ends them: the line ends of the
+    /// text are then those of Windows.
+    [[nodiscard]] qsizetype carriageReturns() const { return carriageReturns_; }
     /// The text for the label with the number of files found.
     [[nodiscard]] QString totalFilesFound() const;
     /// The paths of files() in the text form of NativePath.h, one a line.
@@ -37,6 +40,7 @@ class PathListParser
 
     QString allowedTypes_;
     QList<FilePath> files_;
+    qsizetype carriageReturns_ = 0;
 };
 
 } // namespace quillfern

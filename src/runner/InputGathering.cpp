@@ -18,20 +18,28 @@ void addTo(std::vector<Arguments>& requests, const FilePath& path, bool isFolder
     requests.back().urls.append(path);
 }
 
-QList<FilePath> filesOfList(const QString& list)
+QList<FilePath> filesOfList(const QString& list, QStringList& remarks)
 {
     PathListParser parser(allowedFileTypes().join(u','));
     if (!parser.parseFile(FilePath::fromText(list)))
         throw WrongUse(QStringLiteral("the list \"%1\" cannot be read").arg(readableName(list)));
+    const QString left =
+        parser.carriageReturns() == 0
+            ? QString()
+            : QStringLiteral(
+                  "%1 line(s) end with a carriage return, as in texts from Windows, and are left out")
+                  .arg(parser.carriageReturns());
     if (parser.files().isEmpty())
-        throw WrongUse(QStringLiteral("the list \"%1\" names no PDF, TIFF, BMP, JPEG, PNG or GIF file")
-                           .arg(readableName(list)));
+        throw WrongUse(QStringLiteral("the list \"%1\" names no PDF, TIFF, BMP, JPEG, PNG or GIF file%2")
+                           .arg(readableName(list), left.isEmpty() ? left : QStringLiteral("; ") + left));
+    if (!left.isEmpty())
+        remarks.append(QStringLiteral("In the list \"%1\" %2.").arg(readableName(list), left));
     return parser.files();
 }
 
 } // namespace
 
-std::vector<Arguments> requestsFor(const RunnerOptions& options)
+std::vector<Arguments> requestsFor(const RunnerOptions& options, QStringList& remarks)
 {
     std::vector<Arguments> requests;
     for (const QString& input : options.inputs) {
@@ -45,7 +53,7 @@ std::vector<Arguments> requestsFor(const RunnerOptions& options)
         addTo(requests, path, kind == FileKind::Folder, options.subfolders);
     }
     for (const QString& list : options.lists)
-        for (const FilePath& path : filesOfList(list))
+        for (const FilePath& path : filesOfList(list, remarks))
             addTo(requests, path, false, false);
     return requests;
 }

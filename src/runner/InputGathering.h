@@ -17,8 +17,9 @@ namespace quillfern {
 
 /// The requests for the inputs of a command line, in their order (files are taken as they are, folders are
 /// walked), and then for the files of the lists. Throws WrongUse for an input that does not exist or cannot
-/// be stamped, and for a list that cannot be read or names no file that can be stamped.
-[[nodiscard]] std::vector<Arguments> requestsFor(const RunnerOptions& options);
+/// be stamped, and for a list that cannot be read or names no file that can be stamped. Sentences about lines
+/// that were left out of a list are appended to `remarks`.
+[[nodiscard]] std::vector<Arguments> requestsFor(const RunnerOptions& options, QStringList& remarks);
 
 /// Gathers files for a program without a window. Main thread.
 class InputGathering final : private GatherObserver

@@ -25,7 +25,12 @@ Runner::~Runner() = default;
 void Runner::gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests)
 {
     InputGathering gathering(files, services_.mainThread, services_.clock);
-    gathering.gather(requestsFor(options), [&] {
+    QStringList remarks;
+    const std::vector<Arguments> requests = requestsFor(options, remarks);
+    for (const QString& remark : remarks)
+        err_ << printable(remark) << '\n';
+    err_.flush();
+    gathering.gather(requests, [&] {
         if (showProgress_ && !quiet_) {
             err_ << "\r\x1b[K" << QStringLiteral("%1 files found").arg(files.count());
             err_.flush();
@@ -97,6 +102,9 @@ int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
                            QStringLiteral(" (--output)"));
         }
         nameSubstitutes(*settings.number);
+        for (const QString& remark : options.remarks)
+            err_ << printable(remark) << '\n';
+        err_.flush();
         gather(options, files, stopRequests);
         if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
 

@@ -116,6 +116,14 @@ class Reader
         if (!stamps_.apply(name, value)) applyToJob(name, value);
     }
 
+    void addRemarks(RunnerOptions& options) const
+    {
+        if (!backupProfile_.isEmpty())
+            options.remarks.append(QStringLiteral("The profile \"%1\" turns the backup of files that are "
+                                                  "processed in place on (--no-backup turns it off).")
+                                       .arg(readableName(backupProfile_)));
+    }
+
   private:
     /// Options that select what to do; they do not change the configuration.
     bool applyToRun(const QString& name, const QString& value, RunnerOptions& options)
@@ -168,6 +176,7 @@ class Reader
                 QStringLiteral("--profile replaces the stamps and options given before it; name it first"));
         try {
             quillfern::loadProfile(number_, FilePath::fromText(path));
+            backupProfile_ = number_.isBackupFile() ? path : QString();
         } catch (const Failure& failure) {
             throw WrongUse(QStringLiteral("the profile \"%1\" cannot be used: %2")
                                .arg(readableName(path), failure.reason()));
@@ -193,18 +202,25 @@ class Reader
         else if (name == QLatin1String("margins"))
             readMargins(number_, value);
         else if (name == QLatin1String("backup"))
-            number_.setIsBackupFile(true);
+            setBackup(true);
         else if (name == QLatin1String("no-backup"))
-            number_.setIsBackupFile(false);
+            setBackup(false);
         else
             return false;
         return true;
+    }
+
+    void setBackup(bool on)
+    {
+        number_.setIsBackupFile(on);
+        backupProfile_.clear();
     }
 
     Settings& settings_;
     Numbering& number_;
     StampOptions stamps_;
     bool isChanged_ = false; ///< by an option other than --profile
+    QString backupProfile_;  ///< the profile that has turned the backup on; empty when an option decides
 };
 
 template <class Options>
@@ -278,6 +294,7 @@ RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& setting
         const qsizetype index = seen[name]++;
         reader.apply(name, index < values.size() ? values[index] : QString(), options);
     }
+    reader.addRemarks(options);
     if (options.showHelp || options.showVersion) return options;
     const bool hasOutput = !settings.outputFolderPath.value_or(QString()).isEmpty();
     const bool hasStamps = !settings.number->stamps.empty();

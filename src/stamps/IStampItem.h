@@ -37,6 +37,9 @@ class IStampItem
     /// The stamp as a record, whose entries end before the first absent value. Returns no record on a
     /// failure.
     [[nodiscard]] virtual std::optional<store::Record> getData() const = 0;
+    /// Gives every absent text, colour and picture the value that draws the same (an empty text, black, no
+    /// bytes), so that the stamp's next record is whole.
+    virtual void fillAbsentValues() = 0;
 
     /// A new stamp with the same settings.
     [[nodiscard]] virtual std::unique_ptr<IStampItem> clone() const = 0;

@@ -96,6 +96,13 @@ std::optional<store::Record> ImageStamp::getData() const
     });
 }
 
+void ImageStamp::fillAbsentValues()
+{
+    StampBase::fillAbsentValues();
+    if (!stampImage_) stampImage_ = QByteArray();
+    if (!stampImagePath) stampImagePath = QString();
+}
+
 void ImageStamp::setData(const store::Record* data)
 {
     cacheImage_.reset();

@@ -57,6 +57,7 @@ class ImageStamp final : public StampBase
 
     void setData(const store::Record* data) override;
     [[nodiscard]] std::optional<store::Record> getData() const override;
+    void fillAbsentValues() override;
     /// See IStampItem; the numbers are ignored.
     [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
     void draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor, std::int64_t pageNumber,

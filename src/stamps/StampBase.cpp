@@ -11,6 +11,11 @@ void StampBase::readShared(const store::Record& data)
     isSymmetry_ = data.boolean(QStringLiteral("isSymmetry"));
 }
 
+void StampBase::fillAbsentValues()
+{
+    if (!label_) label_ = QString();
+}
+
 void StampBase::addShared(store::RecordBuilder& builder) const
 {
     builder.add(QStringLiteral("isSymmetry"), isSymmetry_)

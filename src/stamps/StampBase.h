@@ -24,6 +24,8 @@ class StampBase : public IStampItem
     [[nodiscard]] bool isDrawUnderPDFContent() const override { return isDrawUnderPDFContent_; }
     void setIsSymmetry(bool symmetric) override { isSymmetry_ = symmetric; }
     [[nodiscard]] bool isSymmetry() const override { return isSymmetry_; }
+    /// Fills the label; a stamp with more values that can be absent calls this from its own.
+    void fillAbsentValues() override;
 
   protected:
     StampBase() = default;

@@ -116,6 +116,15 @@ std::optional<store::Record> TextStamp::getData() const
     });
 }
 
+void TextStamp::fillAbsentValues()
+{
+    StampBase::fillAbsentValues();
+    for (std::optional<QString>* text : {&font.fontName, &number.numberFormat, &number.paddingCharacter})
+        if (!*text) *text = QString();
+    for (std::optional<QColor>* color : {&font.fontColor, &outlineColor})
+        if (!*color) *color = QColor(Qt::black); // an absent colour is drawn in black
+}
+
 void TextStamp::setData(const store::Record* data)
 {
     guarded("Error in (TextStamp=>setData:) : %@", [&] {

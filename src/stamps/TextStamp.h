@@ -43,6 +43,7 @@ class TextStamp final : public StampBase
 
     void setData(const store::Record* data) override;
     [[nodiscard]] std::optional<store::Record> getData() const override;
+    void fillAbsentValues() override;
     [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
     void draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor, std::int64_t pageNumber,
               std::int64_t totalPages, bool isHighLightStamp) const override;

@@ -51,14 +51,17 @@ bool AppTest::drop(const QStringList& paths)
     data.setUrls(urls);
     QWidget* viewport = ui().mainTableView->viewport();
     const QPoint place(20, 20);
-    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    // With Shift the source proposes a move.
+    const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
+    QDragEnterEvent enter(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier);
     QApplication::sendEvent(viewport, &enter);
-    QDragMoveEvent move(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDragMoveEvent move(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier);
     QApplication::sendEvent(viewport, &move);
     if (!move.isAccepted()) return false;
     EXPECT_EQ(move.dropAction(), Qt::CopyAction) << "files must never be moved away from where they are";
-    QDropEvent dropped(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent dropped(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier);
     QApplication::sendEvent(viewport, &dropped);
+    EXPECT_TRUE(!dropped.isAccepted() || dropped.dropAction() == Qt::CopyAction);
     return true;
 }
 

@@ -211,6 +211,29 @@ TEST_F(Configuration, ProfilesAreSavedAndLoaded)
     EXPECT_EQ(alerts.criticals.constLast(), QStringLiteral("Unable to save Quillfern Profile!"));
 }
 
+TEST_F(Configuration, AProfileThatSwitchesTheBackupIsNotLoadedSilently)
+{
+    start();
+    addStamp("{0}");
+    const QString with = scratch.path(QStringLiteral("with.qfprofile"));
+    const QString without = scratch.path(QStringLiteral("without.qfprofile"));
+    ASSERT_TRUE(number().save(asPath(without)));
+    number().setIsBackupFile(true);
+    ASSERT_TRUE(number().save(asPath(with)));
+    panels.answers = {{with}, {without}, {without}, {with}};
+    actions().loadStamps->trigger();
+    EXPECT_TRUE(alerts.informations.isEmpty()) << "nothing was switched";
+    actions().loadStamps->trigger();
+    EXPECT_FALSE(ui().find<QCheckBox>("isBackupFile")->isChecked());
+    ASSERT_EQ(alerts.informations.size(), 1);
+    EXPECT_TRUE(alerts.informations[0].contains(QStringLiteral("stamped in place off")));
+    actions().loadStamps->trigger();
+    EXPECT_EQ(alerts.informations.size(), 1);
+    actions().loadStamps->trigger();
+    ASSERT_EQ(alerts.informations.size(), 2);
+    EXPECT_TRUE(alerts.informations[1].contains(QStringLiteral("stamped in place on")));
+}
+
 TEST_F(Configuration, WhatAProfileHoldsBeyondTheFieldsStaysUntilEdited)
 {
     start();

@@ -1,9 +1,11 @@
 #include "app/AppFixture.h"
+#include "platform/store/PropertyList.h"
 #include "support/PrivateBus.h"
 
 #include <QDBusConnectionInterface>
 #include <QDir>
 #include <QProcess>
+#include <csignal>
 
 namespace quillfern {
 namespace {
@@ -147,6 +149,32 @@ TEST_F(Program, ASecondStartEndsAndTheFirstRunsOn)
     EXPECT_EQ(first.state(), QProcess::Running);
     first.kill();
     EXPECT_TRUE(first.waitForFinished());
+}
+
+TEST_F(Program, SavesItsSettingsWhenItIsAskedToEnd)
+{
+    const QDBusConnection bus = bus_.connect("watcher");
+    ASSERT_TRUE(bus.isConnected());
+    const QString settings = scratch_.path(QStringLiteral("Orvane/Quillfern1.plist"));
+    for (const int number : {SIGTERM, SIGHUP, SIGINT}) {
+        QFile::remove(settings);
+        QProcess process;
+        prepare(process, {});
+        process.start();
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] {
+                return bus.interface()->isServiceRegistered(QStringLiteral("org.orvane.quillfern")).value();
+            },
+            30'000));
+        EXPECT_FALSE(QFile::exists(settings));
+        ASSERT_EQ(::kill(static_cast<pid_t>(process.processId()), number), 0);
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit) << number;
+        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+        const store::Record saved = store::readPropertyListFile(asPath(settings));
+        EXPECT_NE(saved.record(QStringLiteral("SETTINGS")), nullptr);
+        EXPECT_NE(saved.record(QStringLiteral("WINDOW")), nullptr);
+    }
 }
 
 } // namespace

@@ -33,6 +33,31 @@ TEST_F(StartUp, WithoutAFolderThereIsNothingToRememberOrOpen)
     EXPECT_FALSE(ui().openFolderAfterConversionBtn->isEnabled());
 }
 
+TEST_F(StartUp, SettingsThatCannotBeSavedKeepTheWindowOpenUntilThePersonDecides)
+{
+    using desktop::QuitChoice;
+    start();
+    defaults.failures = 2;
+    alerts.quitChoices = {QuitChoice::TryAgain, QuitChoice::Stay};
+    EXPECT_FALSE(app().saveToQuit());
+    ASSERT_EQ(alerts.questions.size(), 2);
+    EXPECT_TRUE(alerts.questions[0].contains(QStringLiteral("no space left")));
+    EXPECT_EQ(defaults.flushes, 0);
+
+    defaults.failures = 1;
+    alerts.quitChoices = {QuitChoice::TryAgain};
+    EXPECT_TRUE(app().saveToQuit()) << "the second attempt has saved them";
+    EXPECT_EQ(defaults.flushes, 1);
+
+    defaults.failures = 1;
+    alerts.quitChoices = {QuitChoice::QuitAnyway};
+    EXPECT_TRUE(app().saveToQuit());
+    EXPECT_EQ(defaults.flushes, 1);
+    EXPECT_EQ(alerts.questions.size(), 4);
+    EXPECT_TRUE(app().saveToQuit()) << "without a failure there is no question";
+    EXPECT_EQ(alerts.questions.size(), 4);
+}
+
 TEST_F(StartUp, ATypedFolderBecomesAWholePath)
 {
     start();

@@ -1,15 +1,19 @@
 #include "config/Numbering.h"
+#include "config/Settings.h"
 #include "platform/store/PropertyList.h"
 #include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
+#include "support/Fakes.h"
 #include "support/Tools.h"
 
 #include <QDir>
 #include <QImage>
+#include <QRegularExpression>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <limits>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace quillfern {
 namespace {
@@ -158,6 +162,54 @@ TEST(Profile, AnAbsentTextCutsTheRecordShort)
     EXPECT_EQ(number.numberSteps(), 0) << "a missing key gives zero, not the default";
 }
 
+TEST(Profile, AnAbsentValueDoesNotCostTheStampsAtTheNextSave)
+{
+    const Scratch scratch;
+    Numbering whole;
+    fill(whole);
+    auto picture = std::make_shared<ImageStamp>();
+    picture->setLabel(QStringLiteral("Seal"));
+    whole.stamps = {oddStamp(), picture, oddStamp()};
+    const QByteArray full = store::writePropertyList(*whole.getData());
+    const auto without = [&](const char* pattern) {
+        const QRegularExpression each(QString::fromLatin1(pattern),
+                                      QRegularExpression::DotMatchesEverythingOption);
+        QString text = QString::fromUtf8(full);
+        EXPECT_TRUE(text.contains(each)) << pattern;
+        return text.remove(each).toUtf8();
+    };
+    const QString text = QStringLiteral("<key>%1</key>\\s*<string>[^<]*</string>");
+    const QString data = QStringLiteral("<key>%1</key>\\s*<data>[^<]*</data>");
+    for (const QString& pattern :
+         {text.arg(QStringLiteral("labelPrefix")), text.arg(QStringLiteral("outputFolder")),
+          text.arg(QStringLiteral("label")), text.arg(QStringLiteral("paddingCharacter")),
+          text.arg(QStringLiteral("numberFormat")), text.arg(QStringLiteral("fontName")),
+          text.arg(QStringLiteral("stampImagePath")), data.arg(QStringLiteral("fontColor")),
+          data.arg(QStringLiteral("outlineColor"))}) {
+        SCOPED_TRACE(pattern.toStdString());
+        const QByteArray cut = without(pattern.toUtf8().constData());
+        Numbering number;
+        ASSERT_TRUE(number.load(asPath(scratch.write(name, cut))));
+        ASSERT_TRUE(number.save(asPath(scratch.path(name))));
+        // Settings hold the same record.
+        const store::Record read = store::readPropertyList(cut);
+        store::Record settingsRecord;
+        settingsRecord.set(QStringLiteral("number"), read);
+        MemoryDefaults store;
+        store.setValue(QStringLiteral("SETTINGS"), settingsRecord);
+        Settings settings(&store);
+        EXPECT_EQ(settings.getData()->record(QStringLiteral("number"))->entries().size(), 20U);
+
+        Numbering again;
+        ASSERT_TRUE(again.load(asPath(scratch.path(name))));
+        EXPECT_EQ(again.getData()->entries().size(), 20U);
+        ASSERT_EQ(again.stamps.size(), 3U);
+        EXPECT_EQ(again.stamps[0]->getData()->entries().size(), 20U);
+        EXPECT_EQ(again.stamps[1]->getData()->entries().size(), 11U);
+        EXPECT_EQ(again.startNumber(), -3) << "the entries that are there count";
+    }
+}
+
 TEST(Profile, UnusableFilesChangeNothing)
 {
     const Scratch scratch;
@@ -171,6 +223,9 @@ TEST(Profile, UnusableFilesChangeNothing)
         scratch.write(QStringLiteral("text"), "startPage=2"),
         scratch.write(QStringLiteral("array"), array),
         scratch.write(QStringLiteral("deep"), deep),
+        scratch.write(QStringLiteral("nothing"), "<plist><dict/></plist>"),
+        scratch.write(QStringLiteral("another"),
+                      "<plist><dict><key>Label</key><string>x</string></dict></plist>"),
         scratch.write(QStringLiteral("half"), "<plist><dict><key>startPage</key><integer>9</integer>"),
     };
     for (const QString& path : paths) {
@@ -198,7 +253,7 @@ TEST(Profile, ValuesOfTheWrongKindCountAsMissing)
     EXPECT_EQ(number.startPage(), 0);
     EXPECT_EQ(number.marginLeft(), 0.0);
     EXPECT_EQ(number.numberSteps(), 2);
-    EXPECT_FALSE(number.labelPrefix());
+    EXPECT_EQ(number.labelPrefix(), QString());
     EXPECT_TRUE(number.hasLabel());
     EXPECT_EQ(number.endPage(), 0);
     EXPECT_EQ(number.stamps.size(), 1U) << "only the one with a font is a stamp";
@@ -228,6 +283,22 @@ TEST(Profile, ColoursOfTheOriginalPlatformAreReadAndOursWritten)
     EXPECT_EQ(stamp->label(), QStringLiteral("after"));
     ASSERT_TRUE(number.save(asPath(scratch.path(name))));
     EXPECT_TRUE(readFile(scratch.path(name)).contains(QByteArray("#FF00FF00").toBase64()));
+}
+
+TEST(Profile, HasThePermissionsThatTheUserGivesToFiles)
+{
+    const Scratch scratch;
+    const QByteArray path = scratch.path(name).toUtf8();
+    const mode_t mask = ::umask(022);
+    EXPECT_TRUE(Numbering().save(asPath(scratch.path(name))));
+    struct stat status = {};
+    ASSERT_EQ(::stat(path.constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0644U) << "a profile is made to be passed on";
+    ASSERT_EQ(::chmod(path.constData(), 0664), 0);
+    EXPECT_TRUE(Numbering().save(asPath(scratch.path(name))));
+    ASSERT_EQ(::stat(path.constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0664U);
+    ::umask(mask);
 }
 
 TEST(Profile, AFailedSaveLeavesTheOldFile)

@@ -1,6 +1,9 @@
 #include "config/Settings.h"
 
 #include "platform/store/PlistDefaultsStore.h"
+#include "platform/store/PropertyList.h"
+#include "platform/system/NativePath.h"
+#include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
 #include "support/Fakes.h"
 #include "support/Tools.h"
@@ -62,6 +65,35 @@ TEST(Settings, SurviveARunWithTheirConfiguration)
     EXPECT_EQ(settings.number->startNumber(), 7);
     EXPECT_EQ(settings.number->marginLeft(), 28.34645669291339);
     EXPECT_EQ(settings.number->stamps.size(), 1U);
+}
+
+TEST(Settings, AnOutputFolderOfAnyBytesIsRemembered)
+{
+    const QString bytesKey = QStringLiteral("outputFolderPathBytes");
+    for (const QByteArray& path : {QByteArray("/out/latin\xE9/\xFF"),
+                                   QByteArray("/out/\xC3\xA9 \xF0\x9F\x98\x80"), QByteArray("/plain")}) {
+        const Scratch scratch;
+        const FakeFolders folders(scratch.path());
+        {
+            store::PlistDefaultsStore store(folders);
+            Settings settings(&store);
+            settings.outputFolderPath = pathText(path);
+            EXPECT_FALSE(settings.synchronize());
+        }
+        store::PlistDefaultsStore store(folders);
+        EXPECT_EQ(nativePath(*Settings(&store).outputFolderPath), path);
+        const store::RecordValue stored = *store.value(settingsKey);
+        const store::Record& record = *stored.as<store::Record>();
+        EXPECT_EQ(record.contains(bytesKey), !QString::fromUtf8(path).toUtf8().contains(path))
+            << "ordinary paths are stored as ever";
+
+        // Another folder that was written without its bytes counts, not the bytes of the one before.
+        store::Record edited = record;
+        edited.set(QStringLiteral("outputFolderPath"), QStringLiteral("/another"));
+        Settings settings;
+        settings.setData(&edited);
+        EXPECT_EQ(settings.outputFolderPath, QStringLiteral("/another"));
+    }
 }
 
 TEST(Settings, AFolderNotToBeRememberedIsForgotten)
@@ -139,6 +171,33 @@ TEST(Settings, SynchronizeWritesAndFlushesOnce)
     EXPECT_EQ(store.flushes, 2);
     EXPECT_TRUE(store.values.count(QStringLiteral("NUMBERING")));
     Settings().synchronize(); // without a store nothing is saved, and nothing fails
+}
+
+TEST(Settings, SynchronizeSaysWhatWentWrongAndCanBeRepeated)
+{
+    MemoryDefaults store;
+    Settings settings(&store);
+    store.failures = 1;
+    const auto problem = settings.synchronize();
+    ASSERT_TRUE(problem);
+    EXPECT_EQ(problem->shown, QStringLiteral("no space left"));
+    EXPECT_FALSE(settings.synchronize());
+    EXPECT_EQ(store.flushes, 1);
+}
+
+TEST(Settings, HoldPicturesUpToTheirLimit)
+{
+    // A tenth of the limit is written; with the picture the text grows in proportion.
+    constexpr qint64 bytes = Numbering::mostPictureBytes / 10;
+    auto stamp = std::make_shared<ImageStamp>();
+    EXPECT_THROW(stamp->setStampImage(QByteArray(bytes, '\0')), Failure); // no picture, but kept
+    Settings settings;
+    settings.number->stamps = {stamp};
+    EXPECT_EQ(settings.number->pictureBytesWith(*stamp, 5), 5) << "its own picture is replaced";
+    EXPECT_EQ(settings.number->pictureBytesWith(TextStamp(), 5), bytes + 5);
+    store::Record all;
+    all.set(settingsKey, *settings.getData());
+    EXPECT_LT(store::writePropertyList(all).size() * 10, store::largestPropertyList);
 }
 
 } // namespace

@@ -111,6 +111,29 @@ TEST_F(ImageStampEditorTest, AFileThatIsNoPictureChangesNothing)
     }
 }
 
+TEST_F(ImageStampEditorTest, APictureThatCouldNotBeSavedIsRefusedAtOnce)
+{
+    // The other stamp's bytes are no picture, but it keeps them, and they would have to be saved.
+    auto other = std::make_shared<ImageStamp>();
+    const qint64 size = LoadedPicture::readFor(asPath(picture("other.png"))).tiff.size();
+    EXPECT_THROW(other->setStampImage(QByteArray(Numbering::mostPictureBytes - size + 1, '\0')), Failure);
+    number.stamps.push_back(other);
+    auto& stamp = newStamp<ImageStamp>();
+    auto& editor = edit<Editor>(stamp);
+    editor.loadPicture(asPath(picture("seal.png")));
+    waitUntilRead(editor);
+    ASSERT_EQ(alerts.criticals.size(), 1);
+    EXPECT_TRUE(
+        alerts.criticals[0].startsWith(QStringLiteral("Unable to load selected image!\n\nThe pictures")))
+        << alerts.criticals[0].toStdString();
+    EXPECT_FALSE(stamp.cacheImage());
+    number.stamps.clear(); // there is room again
+    editor.loadPicture(asPath(picture("seal.png")));
+    waitUntilRead(editor);
+    EXPECT_EQ(alerts.criticals.size(), 1);
+    EXPECT_TRUE(stamp.cacheImage());
+}
+
 TEST_F(ImageStampEditorTest, TakesOnlyPictureFilesThatAreDropped)
 {
     const QUrl good = QUrl::fromLocalFile(picture("drop.PNG"));

@@ -66,19 +66,34 @@ TEST_F(ImportFiles, ImportSaysWhatIsMissingAndStaysOpen)
     const auto list = [&](const char* name, const QByteArray& lines) {
         return scratch.write(QString::fromLatin1(name), lines);
     };
+    const auto left = [](int lines) {
+        return QStringLiteral(
+                   "Lines left out: %1. They end with a carriage return, as in texts from Windows. Save "
+                   "the list with Unix line ends.")
+            .arg(lines);
+    };
     const struct
     {
         bool isText;
         QString entered;
-        QString alert; ///< empty for none: the files are imported
+        QString alert; ///< empty for none
         const char* focus;
         QStringList paths;
     } rows[] = {
         {false, {}, QStringLiteral("Please select file to import!"), "browseBtn", {}},
         {true, {}, QStringLiteral("Please paste file(s) path to import!"), "importText", {}},
         {false, list("empty.txt", ""), none, "importBtn", {}},
-        {false, scratch.path(QStringLiteral("gone.txt")), none, "importBtn", {}},
-        {false, list("windows.txt", "/a.pdf\r\n/b.pdf\r\n"), none, "importBtn", {}},
+        {false,
+         scratch.path(QStringLiteral("gone.txt")),
+         none + QStringLiteral("\n\nThe text file cannot be read."),
+         "importBtn",
+         {}},
+        {false,
+         list("windows.txt", "/a.pdf\r\n/b.pdf\r\n/c.doc\r\n"),
+         none + QStringLiteral("\n\n") + left(2),
+         "importBtn",
+         {}},
+        {false, list("windows2.txt", "/a.pdf\r\n/b.pdf"), left(1), "", {QStringLiteral("/b.pdf")}},
         {false,
          list("mixed.txt", "/b.PdF\n\n/d\n/a.doc\n/a.tif\n/b.PdF\n"),
          {},
@@ -104,10 +119,10 @@ TEST_F(ImportFiles, ImportSaysWhatIsMissingAndStaysOpen)
         click("importBtn");
         const std::string name = row.entered.toStdString();
         EXPECT_EQ(alerts.informations, row.alert.isEmpty() ? QStringList() : QStringList{row.alert}) << name;
-        EXPECT_EQ(dialog.isVisible(), !row.alert.isEmpty()) << name;
+        EXPECT_EQ(dialog.isVisible(), row.paths.isEmpty()) << name << ": files that are found are imported";
         EXPECT_EQ(imported, row.paths) << name;
         EXPECT_EQ(total(), QStringLiteral("Total Files Found : %1").arg(row.paths.size())) << name;
-        if (!row.alert.isEmpty()) {
+        if (row.paths.isEmpty()) {
             EXPECT_EQ(focus(), QString::fromLatin1(row.focus)) << name;
         }
     }
@@ -138,6 +153,41 @@ TEST_F(ImportFiles, PastingShowsWhatWasFoundAndImportCountsWhatStandsThere)
     EXPECT_EQ(total(), QStringLiteral("Total Files Found : 0"));
 }
 
+TEST_F(ImportFiles, FilesCopiedInAFileManagerArePastedAsPaths)
+{
+    struct Case
+    {
+        const char* type;
+        const char* data;
+    };
+    const QString paths = QStringLiteral("/d/a b.pdf\n/d/\u00e4.tif");
+    for (const Case& c :
+         {Case{"text/uri-list", "file:///d/a%20b.pdf\r\nfile:///d/%C3%A4.tif\r\n"},
+          Case{"x-special/gnome-copied-files", "cut\nfile:///d/a%20b.pdf\nfile:///d/%C3%A4.tif"},
+          Case{"text/plain", "/d/a b.pdf\n/d/\xC3\xA4.tif"}}) {
+        SCOPED_TRACE(c.type);
+        const auto copy = [&] {
+            auto* const data = new QMimeData;
+            data->setData(QString::fromLatin1(c.type), c.data);
+            if (QLatin1String(c.type) == QLatin1String("x-special/gnome-copied-files"))
+                data->setText(QStringLiteral("x-special/nautilus-clipboard\ncut\nfile:///d/a%20b.pdf"));
+            QApplication::clipboard()->setMimeData(data);
+        };
+        auto& text = part<QPlainTextEdit>("importText");
+        click("importFromTextBtn");
+        copy();
+        click("pasteFromClipboardBtn");
+        EXPECT_EQ(text.toPlainText(), paths) << "by the button";
+        text.clear();
+        text.paste();
+        EXPECT_EQ(text.toPlainText(), paths) << "by the keyboard";
+        click("importBtn");
+        EXPECT_EQ(imported.join(u'\n'), paths);
+        imported.clear();
+        open();
+    }
+}
+
 TEST_F(ImportFiles, BrowsingFillsTheFieldAndCancellingImportsNothing)
 {
     const Scratch scratch;
@@ -149,6 +199,7 @@ TEST_F(ImportFiles, BrowsingFillsTheFieldAndCancellingImportsNothing)
     EXPECT_EQ(part<QLineEdit>("importFile").text(), list);
     EXPECT_EQ(panels.opened.constLast().message, QStringLiteral("Select Text File To Import:"));
     EXPECT_EQ(panels.opened.constLast().types, QStringList{QStringLiteral("txt")});
+    EXPECT_TRUE(panels.opened.constLast().anyCase);
     QTest::keyClick(&dialog, Qt::Key_Escape);
     EXPECT_FALSE(dialog.isVisible());
     open();
@@ -163,12 +214,21 @@ TEST_F(ImportFiles, BrowsingFillsTheFieldAndCancellingImportsNothing)
 
 TEST_F(ImportFiles, TakesWhatIsDropped)
 {
-    const auto drop = [&](const QMimeData& data) {
-        QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    // With Shift a source proposes to move what is dragged: a text would be cut out of its editor.
+    const auto dropOf = [&](const QMimeData& data, Qt::DropActions actions) {
+        QDragEnterEvent enter(QPoint(9, 9), actions, &data, Qt::LeftButton, Qt::ShiftModifier);
         QApplication::sendEvent(&dialog, &enter);
-        QDropEvent event(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        if (!enter.isAccepted()) return false;
+        EXPECT_EQ(enter.dropAction(), Qt::CopyAction);
+        QDropEvent event(QPointF(9, 9), actions, &data, Qt::LeftButton, Qt::ShiftModifier);
+        EXPECT_EQ(event.proposedAction(), Qt::MoveAction);
         QApplication::sendEvent(&dialog, &event);
-        return enter.isAccepted();
+        EXPECT_TRUE(event.isAccepted());
+        EXPECT_EQ(event.dropAction(), Qt::CopyAction);
+        return true;
+    };
+    const auto drop = [&](const QMimeData& data) {
+        return dropOf(data, Qt::CopyAction | Qt::MoveAction | Qt::LinkAction);
     };
     QMimeData text;
     text.setText(QStringLiteral("/a.pdf\n/x"));
@@ -185,6 +245,7 @@ TEST_F(ImportFiles, TakesWhatIsDropped)
     EXPECT_EQ(part<QPlainTextEdit>("importText").toPlainText(), QStringLiteral("/c.tif"));
     QMimeData nothing;
     EXPECT_FALSE(drop(nothing));
+    EXPECT_FALSE(dropOf(text, Qt::MoveAction)) << "no copy is offered";
 }
 
 } // namespace

@@ -56,7 +56,7 @@ TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
     QWidget window;
     WidgetPanels panels;
     QStringList chosen;
-    const desktop::OpenPanel text{QStringLiteral("Pick:"), {QStringLiteral("txt")}, false, false};
+    desktop::OpenPanel text{QStringLiteral("Pick:"), {QStringLiteral("txt")}, false, false};
     const auto open = [&](const desktop::OpenPanel& panel) {
         chosen.clear();
         panels.open(&window, panel, [&](const QList<FilePath>& paths) { chosen = textsOf(paths); });
@@ -74,6 +74,12 @@ TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
 
     typeAndAccept(*open(text), loud);
     EXPECT_TRUE(chosen.isEmpty()) << "types are compared with case";
+    text.anyCase = true;
+    panel = open(text);
+    EXPECT_EQ(panel->nameFilters(), QStringList{QStringLiteral("Text files (*.txt *.TXT)")});
+    EXPECT_FALSE(panel->filter().testFlag(QDir::CaseSensitive)) << "loud.TXT is hidden";
+    typeAndAccept(*panel, loud);
+    EXPECT_EQ(chosen, QStringList{loud});
     typeAndAccept(*open(text), list);
     EXPECT_EQ(chosen, QStringList{list});
     panel = open(text);
@@ -173,6 +179,23 @@ TEST(WidgetAlerts, TellAndAskInTheNameOfTheApplication)
         answerNextBox(key, look);
         EXPECT_EQ(alerts.confirm(&window, message), answer) << key;
     }
+    using desktop::QuitChoice;
+    const auto buttons = [&](const QMessageBox& box) {
+        look(box);
+        EXPECT_EQ(box.button(QMessageBox::Retry)->text(), QStringLiteral("Try Again"));
+        EXPECT_EQ(box.button(QMessageBox::Discard)->text(), QStringLiteral("Quit Anyway"));
+    };
+    for (const auto& [key, answer] :
+         {std::pair(Qt::Key_Return, QuitChoice::TryAgain), std::pair(Qt::Key_Escape, QuitChoice::Stay)}) {
+        answerNextBox(key, buttons);
+        EXPECT_EQ(alerts.chooseToQuit(&window, message), answer) << key;
+    }
+    QTimer::singleShot(50, [] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        QTest::mouseClick(box->button(QMessageBox::Discard), Qt::LeftButton);
+    });
+    EXPECT_EQ(alerts.chooseToQuit(&window, message), QuitChoice::QuitAnyway);
     answerNextBox(Qt::Key_Return, look);
     alerts.information(&window, message);
     answerNextBox(Qt::Key_Escape, look);

@@ -31,12 +31,25 @@ TEST(InputGathering, FollowsTheCommandLine)
     const FakeClock clock;
     EventLoopMainThread mainThread;
     InputGathering gathering(files, mainThread, clock);
-    gathering.gather(requestsFor(options), [] { return true; });
+    QStringList remarks;
+    gathering.gather(requestsFor(options, remarks), [] { return true; });
     QList<QByteArray> paths;
     for (int row = 0; row < files.count(); ++row)
         paths.append(files.at(row).filePath().bytes().mid(folder.size() + 1));
     EXPECT_EQ(paths, (QList<QByteArray>{"z.Pdf", "d/b.pdf", "latin\xE9.pdf", "d/sub/c.pdf", "gone.tif"}));
     EXPECT_EQ(files.totals(), (FileTotals{5, 8, 0, 0}));
+}
+
+TEST(InputGathering, LinesLeftOutOfAListAreCounted)
+{
+    const Scratch scratch;
+    RunnerOptions options;
+    options.lists = {scratch.write(QStringLiteral("mixed.txt"), "/a.pdf\r\n/b.pdf\r\n/notes.doc\r\n/c.pdf")};
+    QStringList remarks;
+    EXPECT_EQ(requestsFor(options, remarks).at(0).urls, asPaths({QStringLiteral("/c.pdf")}));
+    ASSERT_EQ(remarks.size(), 1);
+    EXPECT_TRUE(remarks[0].contains(QStringLiteral("mixed.txt\" 2 line(s) end with a carriage return")))
+        << remarks[0].toStdString();
 }
 
 class RunnerNames : public testing::Test

@@ -121,6 +121,7 @@ TEST_F(ProfileOptions, CommandLinesThatCannotBeFollowed)
 {
     saved();
     scratch.write(QStringLiteral("bad"), "<plist><array/></plist>");
+    scratch.write(QStringLiteral("another"), "<plist><dict><key>Label</key><true/></dict></plist>");
     Numbering empty;
     ASSERT_TRUE(empty.save(asPath(scratch.path(QStringLiteral("empty")))));
     const QString pdf = scratch.write(QStringLiteral("in.pdf"), numberedPdf(1));
@@ -132,6 +133,7 @@ TEST_F(ProfileOptions, CommandLinesThatCannotBeFollowed)
     const std::vector<Case> cases = {
         {"--profile DIR/none --output DIR DIR/in.pdf", "cannot be read"},
         {"--profile DIR/bad --output DIR DIR/in.pdf", "not a dictionary"},
+        {"--profile DIR/another --output DIR DIR/in.pdf", "holds no configuration"},
         {"--profile DIR/empty --output DIR DIR/in.pdf", "no stamp"},
         {"--text A --profile DIR/p.qfprofile --output DIR DIR/in.pdf", "name it first"},
         {"--start-number 4 --profile DIR/p.qfprofile --output DIR DIR/in.pdf", "name it first"},
@@ -159,9 +161,15 @@ TEST_F(ProfileOptions, AJobRunsFromAProfileAndCanSaveItsOwn)
                        "DIR/out DIR/in/a.pdf")),
               Runner::AllCreated)
         << printed.toStdString();
+    EXPECT_THAT(printed.toStdString(), HasSubstr("p.qfprofile\" turns the backup of files"));
     const QString text = pdfText(scratch.path(QStringLiteral("out/a.pdf")), 2);
     EXPECT_THAT(text.toStdString(), HasSubstr("Saved8"));
     EXPECT_EQ(parsed(line("--profile DIR/q")).number->stamps.size(), 2U);
+    for (const char* const choice : {"--backup", "--no-backup"}) {
+        run(line("--profile DIR/p.qfprofile --output DIR/out DIR/in/a.pdf") +
+            QStringList{QString::fromLatin1(choice)});
+        EXPECT_EQ(printed.indexOf(QStringLiteral("backup")), -1) << "the command line says it itself";
+    }
 }
 
 TEST_F(ProfileOptions, PreviewsAreDrawnAndNothingIsStamped)

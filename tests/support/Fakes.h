@@ -5,6 +5,7 @@
 #include "platform/desktop/FilePanels.h"
 #include "platform/store/DefaultsStore.h"
 #include "platform/system/Clock.h"
+#include "platform/system/Failure.h"
 #include "platform/system/Folders.h"
 #include "platform/system/MainThread.h"
 
@@ -102,7 +103,14 @@ class FakeAlerts final : public desktop::Alerts
         return answer;
     }
 
-    bool answer = true; ///< to every question
+    [[nodiscard]] desktop::QuitChoice chooseToQuit(QObject*, const QString& message) override
+    {
+        questions.append(message);
+        return quitChoices.isEmpty() ? desktop::QuitChoice::QuitAnyway : quitChoices.takeFirst();
+    }
+
+    bool answer = true;                     ///< to every question
+    QList<desktop::QuitChoice> quitChoices; ///< in turn
     QStringList criticals;
     QStringList informations;
     QStringList questions;
@@ -120,7 +128,16 @@ class MemoryDefaults final : public store::DefaultsStore
     {
         values.insert_or_assign(key, std::move(value));
     }
-    void flush() override { ++flushes; }
+    void flush() override
+    {
+        if (failures > 0) {
+            --failures;
+            throw Failure(QStringLiteral("no space left"));
+        }
+        ++flushes;
+    }
+
+    int failures = 0; ///< how many of the next flushes fail
 
     std::map<QString, store::RecordValue> values;
     int flushes = 0;

@@ -14,9 +14,10 @@ namespace quillfern::desktop {
 struct OpenPanel
 {
     QString message;
-    QStringList types;    ///< extensions, compared with case; empty for any
+    QStringList types;    ///< extensions; empty for any
     bool folders = false; ///< folders only; otherwise files only
     bool multiple = false;
+    bool anyCase = false; ///< the types match in any mix of case; otherwise they are compared with case
 };
 
 /// A panel in which the user chooses where a file is to be written.

@@ -38,6 +38,16 @@ void setAside(const FilePath& path)
     throw Failure(QStringLiteral("there are too many unreadable copies of %1").arg(path.readable()));
 }
 
+/// Takes the permissions of others from a file that exists; the file written in its place gets the same ones.
+/// Best effort: only the owner may do so, and some file systems know no permissions.
+void narrowToOwner(const FilePath& path)
+{
+    struct stat status = {};
+    if (::stat(path.bytes().constData(), &status) != 0) return;
+    constexpr mode_t others = S_IRWXG | S_IRWXO;
+    if ((status.st_mode & others) != 0) ::chmod(path.bytes().constData(), status.st_mode & S_IRWXU);
+}
+
 } // namespace
 
 PlistDefaultsStore::PlistDefaultsStore(const Folders& folders)
@@ -75,6 +85,7 @@ void PlistDefaultsStore::flush()
     const FilePath target = followed(path_);
     Record merged;
     if (fileKind(target) != FileKind::Missing) {
+        narrowToOwner(target);
         try {
             merged = readPropertyListFile(target);
         } catch (const Failure&) {
@@ -83,10 +94,11 @@ void PlistDefaultsStore::flush()
     }
     for (const auto& [key, value] : changes_.entries())
         merged.set(key, value);
+    const QByteArray list = writePropertyList(merged);
     AtomicFile file(target);
-    file.write(writePropertyList(merged));
     // For a new file; commit() keeps the permissions of an existing one.
     ::fchmod(file.descriptor(), S_IRUSR | S_IWUSR);
+    file.write(list);
     file.commit();
     values_ = std::move(merged);
     changes_ = Record();

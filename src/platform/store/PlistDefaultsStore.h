@@ -15,7 +15,7 @@ namespace quillfern::store {
 
 /// The user's defaults in a property-list file, "Orvane/Quillfern1.plist" in the folder for configuration
 /// files. Read by the constructor; written whole at every flush and readable by its owner only, since a
-/// password may be in it.
+/// password may be in it: an existing file loses the permissions of others then.
 ///
 /// Two programs may flush at once: each waits for the lock beside the store, reads what the other wrote and
 /// changes only the values it was given itself. A file that cannot be read counts as empty; the first flush

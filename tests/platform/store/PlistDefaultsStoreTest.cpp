@@ -4,6 +4,7 @@
 #include "platform/store/PropertyList.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileFacts.h"
+#include "platform/system/NativePath.h"
 #include "support/Fakes.h"
 #include "support/Tools.h"
 
@@ -11,6 +12,7 @@
 #include <QFileInfo>
 #include <QThread>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -45,6 +47,25 @@ TEST(PlistDefaultsStore, KeepsValuesFromRunToRun)
                   .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               (QStringList{QStringLiteral(".Quillfern1.lock"), QStringLiteral("Quillfern1.plist")}))
         << "something was left behind";
+}
+
+TEST(PlistDefaultsStore, TakesItsFileAwayFromOthers)
+{
+    const Scratch scratch;
+    const FakeFolders folders(scratch.path());
+    for (const auto& [before, after] : {std::pair(0644U, 0600U), std::pair(0666U, 0600U),
+                                        std::pair(0600U, 0600U), std::pair(0440U, 0400U)}) {
+        const QByteArray path = nativePath(scratch.write(storeName, writePropertyList(Record())));
+        ASSERT_EQ(::chmod(path.constData(), before), 0);
+        PlistDefaultsStore store(folders);
+        store.setValue(QStringLiteral("A"), QStringLiteral("secret"));
+        store.flush();
+        struct stat status = {};
+        ASSERT_EQ(::stat(path.constData(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777U, after) << std::oct << before;
+        EXPECT_EQ(textIn(PlistDefaultsStore(folders), "A"), QStringLiteral("secret"));
+        QFile::remove(scratch.path(storeName));
+    }
 }
 
 TEST(PlistDefaultsStore, KeepsWhatAnotherProgramWroteMeanwhile)
