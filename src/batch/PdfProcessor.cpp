@@ -1,7 +1,7 @@
 #include "batch/PdfProcessor.h"
 
 #include "batch/DocumentInWork.h"
-#include "batch/TargetPreparation.h"
+#include "batch/DocumentTarget.h"
 #include "config/PageArea.h"
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfWriter.h"
@@ -21,7 +21,7 @@ FileOutcome PdfProcessor::processPDF(const FilePath& source, const FilePath& tar
 
 FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run)
 {
-    const FilePath path = prepareTarget(source, target, job_.isBackupFile);
+    DocumentTarget place(source, target, job_.isBackupFile, run.sourceVersion);
     std::unique_ptr<pdf::PdfDocument> document;
     try {
         document = pdf::PdfDocument::open(source);
@@ -36,10 +36,10 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
     document->setCreator(getAppTitle());
     const int pages = stampPages(*document, run);
     document->keepFirstPages(pages);
-    store::AtomicFile file(path);
+    store::AtomicFile file(place.path());
     document->save(writer_, file);
-    file.commit();
-    return {FileStatus::Created, std::nullopt, pages, run.numbers()};
+    std::optional<Reason> remark = place.commit(file, run.abandoned());
+    return {FileStatus::Created, std::move(remark), pages, run.numbers()};
 }
 
 int PdfProcessor::stampPages(pdf::PdfDocument& document, JobRun& run)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/Collisions.h"
 #include "batch/DocumentProcessors.h"
 #include "batch/FileOutcome.h"
 #include "batch/Job.h"
@@ -98,7 +99,6 @@ class Process
                                       JobRun& run);
     void finish();
     void postLabel();
-    void findCollisions();
     [[nodiscard]] QString resultMessage() const;
 
     [[nodiscard]] QString read(const QString& field) const;
@@ -124,12 +124,6 @@ class Process
     Log log_;
     bool failed_ = false; ///< an exception was caught
 
-    /// Which other document of the job an output collides with.
-    struct Collision
-    {
-        FilePath overwritesInput; ///< another input at the output's path; the output is not written
-        FilePath replacesCopyOf;  ///< an earlier input whose copy has the same name
-    };
     std::vector<Collision> collisions_;
 };
 

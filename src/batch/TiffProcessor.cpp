@@ -1,7 +1,7 @@
 #include "batch/TiffProcessor.h"
 
 #include "batch/DocumentInWork.h"
-#include "batch/TargetPreparation.h"
+#include "batch/DocumentTarget.h"
 #include "config/PageArea.h"
 #include "platform/raster/BilevelPixels.h"
 #include "platform/raster/PageFeed.h"
@@ -48,7 +48,7 @@ FileOutcome TiffProcessor::processTIFF(const FilePath& source, const FilePath& t
 FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run,
                                  std::int32_t compression)
 {
-    const FilePath path = prepareTarget(source, target, job_.isBackupFile);
+    DocumentTarget place(source, target, job_.isBackupFile, run.sourceVersion);
     const auto reader = raster::RasterReader::open(source);
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
@@ -60,7 +60,7 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
             QT_TRANSLATE_NOOP("quillfern::Failure", "no page of the file lies in the page range"));
 
     const PageCompositor compositor(job_.stamps, shaper_);
-    store::AtomicFile file(path);
+    store::AtomicFile file(place.path());
     raster::RasterWriter writer(file);
     raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last));
     for (int i = 1; i <= count && run.isUpdating(); ++i) {
@@ -77,8 +77,9 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
         return FileOutcome::without(FileStatus::Failed,
                                     QT_TRANSLATE_NOOP("quillfern::Failure", "no page was written"));
     writer.finish();
-    file.commit();
-    return {FileStatus::Created, std::nullopt, static_cast<std::int32_t>(writer.pageCount()), run.numbers()};
+    std::optional<Reason> remark = place.commit(file, run.abandoned());
+    return {FileStatus::Created, std::move(remark), static_cast<std::int32_t>(writer.pageCount()),
+            run.numbers()};
 }
 
 void TiffProcessor::stampPage(raster::RasterPage& page, const PageCompositor& compositor, std::int64_t total,

@@ -42,6 +42,8 @@ int main(int argc, char** argv)
     std::setlocale(LC_NUMERIC, "C");
     std::signal(SIGINT, requestStop);
     std::signal(SIGTERM, requestStop);
+    // A limit of the file size fails the write and not the whole job.
+    std::signal(SIGXFSZ, SIG_IGN);
 
     QTextStream out(stdout);
     QTextStream err(stderr);

@@ -9,8 +9,6 @@
 #include "platform/system/Folders.h"
 #include "platform/system/LogLine.h"
 
-#include <sys/stat.h>
-
 namespace quillfern::store {
 
 namespace {
@@ -85,8 +83,7 @@ void PlistDefaultsStore::flush()
         merged.set(key, value);
     AtomicFile file(target);
     file.write(writePropertyList(merged));
-    // For a new file; commit() keeps the permissions of an existing one.
-    ::fchmod(file.descriptor(), S_IRUSR | S_IWUSR);
+    file.makePrivate();
     file.commit();
     values_ = std::move(merged);
     changes_ = Record();
