@@ -2,6 +2,7 @@
 
 #include "batch/FileOutcome.h"
 #include "config/JobConfiguration.h"
+#include "platform/system/FileIdentity.h"
 #include "stamps/StampRun.h"
 
 #include <atomic>
@@ -26,6 +27,8 @@ class JobRun
 
     /// Printed as the total; 0 or less means the page count of the document in work.
     std::int64_t totalPages = 0;
+    /// The version that the next document had when the job began; none when any version will do.
+    std::optional<FileVersion> sourceVersion;
 
     /// The document's target is a copy that this job has written. It stays until the new copy is whole.
     bool isTargetOfThisJob = false;

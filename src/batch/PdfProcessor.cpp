@@ -1,7 +1,7 @@
 #include "batch/PdfProcessor.h"
 
 #include "batch/DocumentInWork.h"
-#include "batch/TargetPreparation.h"
+#include "batch/DocumentTarget.h"
 #include "config/PageArea.h"
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfWriter.h"
@@ -24,7 +24,7 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
 {
     const PageCompositor compositor(job_.stamps, shaper_);
     compositor.requireFont(); // before anything is changed
-    const FilePath path = run.isTargetOfThisJob ? target : prepareTarget(source, target, job_.isBackupFile);
+    DocumentTarget place(source, target, job_.isBackupFile, run.sourceVersion, run.isTargetOfThisJob);
     std::unique_ptr<pdf::PdfDocument> document;
     try {
         document = pdf::PdfDocument::open(source);
@@ -41,11 +41,11 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
     document->setCreator(getAppTitle());
     const int pages = stampPages(*document, compositor, run);
     document->keepFirstPages(pages);
-    store::AtomicFile file(path);
+    store::AtomicFile file(place.path());
     document->save(writer_, file);
     throwIfCancelled(run.abandoned());
-    file.commit();
-    return {FileStatus::Created, std::nullopt, pages, run.numbers()};
+    std::optional<Reason> remark = place.commit(file, run.abandoned());
+    return {FileStatus::Created, std::move(remark), pages, run.numbers()};
 }
 
 int PdfProcessor::stampPages(pdf::PdfDocument& document, const PageCompositor& compositor, JobRun& run)

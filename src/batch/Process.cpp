@@ -3,10 +3,8 @@
 #include "batch/DocumentInWork.h"
 #include "batch/JobWarnings.h"
 #include "platform/pdf/PdfPageCount.h"
-#include "platform/system/FileIdentity.h"
+#include "platform/store/TemporaryNames.h"
 #include "platform/system/Guarded.h"
-
-#include <unordered_map>
 
 namespace quillfern {
 
@@ -42,28 +40,6 @@ void Process::postLabel()
     services_.mainThread.postAndWait([&] { observer_.updateTimeTakenLabel(text); });
 }
 
-void Process::findCollisions()
-{
-    collisions_.assign(outputFiles().size(), {});
-    std::unordered_map<FileIdentity, FilePath> inputs;
-    for (const OutputFile& output : outputFiles()) {
-        if (!isCombining_) return; // a cancel does not wait until thousands of files have been examined
-        for (const FileItem& item : output.fileItems()) {
-            const FilePath& path = item.filePath();
-            if (const auto identity = fileIdentity(path)) inputs.emplace(*identity, path);
-        }
-    }
-    for (std::size_t i = 0; i < outputFiles().size() && isCombining_; ++i) {
-        const OutputFile& output = outputFiles()[i];
-        if (output.fileItems().empty()) continue;
-        const FilePath own = output.fileItems().back().filePath();
-        const auto present = fileIdentity(output.filename());
-        const auto input = present ? inputs.find(*present) : inputs.end();
-        if (input != inputs.end() && !isSameFile(output.filename(), own))
-            collisions_[i].overwritesInput = input->second;
-    }
-}
-
 namespace {
 
 bool isPdf(const FileItem& item)
@@ -80,7 +56,8 @@ void Process::start()
     log_.startTime = services_.clock.now();
     write(message_, QString());
     try {
-        findCollisions();
+        collisions_ = findCollisions(outputFiles(), [this] { return isCombining_.load(); });
+        store::removeLeftovers(job_.outputFolder);
         const auto processors = services_.makeProcessors(job_.configuration);
         JobRun run(
             job_.configuration, [this] { ++totalPagesProcessed_; }, abandon_.get_token());
@@ -146,6 +123,13 @@ FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentPr
             {QT_TRANSLATE_NOOP("quillfern::Failure",
                                "No copy was made: it would overwrite another file of the list, %1."),
              {collision.overwritesInput.readable()}});
+    if (!collision.stampedAs.isEmpty())
+        return FileOutcome::without(
+            FileStatus::Refused,
+            {QT_TRANSLATE_NOOP("quillfern::Failure",
+                               "It was not stamped a second time: it is the same file as %1 of the list."),
+             {collision.stampedAs.readable()}});
+    run.sourceVersion = collision.version;
     const bool isContinuous = job_.configuration.isContinuousNumbering;
     const FilePath& source = item.filePath();
     const FilePath& target = outputFiles()[index].filename();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/Collisions.h"
 #include "batch/DocumentProcessors.h"
 #include "batch/FileOutcome.h"
 #include "batch/Job.h"
@@ -100,7 +101,6 @@ class Process
     void addRemarks(FileOutcome& outcome, const FileItem& item, const FilePath& target, bool isContinuous);
     void finish();
     void postLabel();
-    void findCollisions();
     [[nodiscard]] QString resultMessage() const;
 
     [[nodiscard]] QString read(const QString& field) const;
@@ -126,11 +126,6 @@ class Process
     Log log_;
     bool failed_ = false; ///< an exception was caught
 
-    /// Which other document of the job an output collides with.
-    struct Collision
-    {
-        FilePath overwritesInput; ///< another input at the output's path; the output is not written
-    };
     std::vector<Collision> collisions_;
     QHash<FilePath, FilePath> written_; ///< the copies of this job so far, and the input of each
 };

@@ -1,7 +1,7 @@
 #include "batch/TiffProcessor.h"
 
 #include "batch/DocumentInWork.h"
-#include "batch/TargetPreparation.h"
+#include "batch/DocumentTarget.h"
 #include "config/PageArea.h"
 #include "platform/raster/BilevelPixels.h"
 #include "platform/raster/PageFeed.h"
@@ -52,7 +52,7 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
 {
     const PageCompositor compositor(job_.stamps, shaper_);
     compositor.requireFont(); // before anything is changed
-    const FilePath path = run.isTargetOfThisJob ? target : prepareTarget(source, target, job_.isBackupFile);
+    DocumentTarget place(source, target, job_.isBackupFile, run.sourceVersion, run.isTargetOfThisJob);
     const auto reader = raster::RasterReader::open(source);
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
@@ -63,7 +63,7 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
             FileStatus::Failed,
             QT_TRANSLATE_NOOP("quillfern::Failure", "No page of the file lies in the page range."));
 
-    store::AtomicFile file(path);
+    store::AtomicFile file(place.path());
     raster::RasterWriter writer(file);
     raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last));
     for (int i = 1; i <= count && run.isUpdating(); ++i) {
@@ -81,8 +81,9 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
                                     QT_TRANSLATE_NOOP("quillfern::Failure", "No page was written."));
     writer.finish();
     throwIfCancelled(run.abandoned());
-    file.commit();
-    return {FileStatus::Created, std::nullopt, static_cast<std::int32_t>(writer.pageCount()), run.numbers()};
+    std::optional<Reason> remark = place.commit(file, run.abandoned());
+    return {FileStatus::Created, std::move(remark), static_cast<std::int32_t>(writer.pageCount()),
+            run.numbers()};
 }
 
 void TiffProcessor::stampPage(raster::RasterPage& page, const PageCompositor& compositor, std::int64_t total,

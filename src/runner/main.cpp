@@ -51,6 +51,8 @@ int main(int argc, char** argv)
     std::setlocale(LC_NUMERIC, "C");
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         stopAt(signal);
+    // A limit of the file size fails the write and not the whole job.
+    std::signal(SIGXFSZ, SIG_IGN);
 
     QTextStream out(stdout);
     QTextStream err(stderr);

@@ -384,7 +384,7 @@ TEST_F(CarryOver, AFullDiskFailsCleanly)
     const ToolResult result =
         runTool(QStringLiteral("sh"),
                 {QStringLiteral("-c"),
-                 QStringLiteral("trap '' XFSZ; ulimit -f 40; XDG_DATA_HOME=\"$3\" exec \"$0\" --output "
+                 QStringLiteral("ulimit -f 40; XDG_DATA_HOME=\"$3\" exec \"$0\" --output "
                                 "\"$1\" --text '{0}' \"$2\""),
                  runner, scratch.path(QStringLiteral("out")), source, scratch.path(QStringLiteral("data"))});
     EXPECT_EQ(result.exitCode, 1) << result.out.toStdString() << result.err.toStdString();

@@ -1,9 +1,8 @@
 #include "platform/store/AtomicFile.h"
 
+#include "platform/store/TemporaryNames.h"
 #include "platform/system/Failure.h"
-#include "platform/system/FileAccess.h"
 
-#include <QRandomGenerator>
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -26,38 +25,62 @@ Reason cannotWrite(const FilePath& path)
 
 constexpr qsizetype bufferSize = 1 << 20;
 
-QByteArray temporaryNameIn(const QByteArray& folder)
-{
-    return folder + "/.quillfern-" + QByteArray::number(QRandomGenerator::system()->generate64(), 16) +
-           ".tmp";
-}
-
 } // namespace
+
+void AtomicFile::requireReplaceable(const FilePath& path)
+{
+    struct stat status = {};
+    const char* const name = path.bytes().constData();
+    if (::lstat(name, &status) != 0 || S_ISREG(status.st_mode)) return;
+    if (S_ISLNK(status.st_mode) &&
+        (::stat(name, &status) != 0 || S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)))
+        return; // the link itself is replaced
+    const char* const why =
+        S_ISDIR(status.st_mode)
+            ? QT_TRANSLATE_NOOP("quillfern::Failure", "%1 cannot be written: it is a folder.")
+            : QT_TRANSLATE_NOOP("quillfern::Failure",
+                                "%1 cannot be written: it is a device, pipe or socket.");
+    throw Failure({why, {path.readable()}});
+}
 
 AtomicFile::AtomicFile(FilePath target) : target_(std::move(target)), folder_(target_.parent().bytes())
 {
     if (target_.name().isEmpty())
         throw Failure(
             {QT_TRANSLATE_NOOP("quillfern::Failure", "A file needs a name: %1"), {target_.readable()}});
+    requireReplaceable(target_);
+    constexpr mode_t usual = 0666;
+    constexpr mode_t closed = S_IRUSR | S_IWUSR;
 #ifdef O_TMPFILE
-    descriptor_ = ::open(folder_.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
+    descriptor_ = ::open(folder_.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, usual);
 #endif
-    if (descriptor_ < 0) openNamed();
+    if (descriptor_ >= 0) {
+        fresh_ = accessOf(descriptor_);
+        ::fchmod(descriptor_, closed); // nobody could have opened a file without a name yet
+    } else {
+        // What a new file is like here, is seen of one that holds nothing: whoever opens the other one as
+        // soon as it has a name would go on reading it.
+        const int sample = openNamed(usual);
+        fresh_ = accessOf(sample);
+        ::close(sample);
+        ::unlink(temporaryName_.constData());
+        descriptor_ = openNamed(closed);
+    }
     buffer_.reserve(bufferSize);
 }
 
-void AtomicFile::openNamed()
+int AtomicFile::openNamed(mode_t mode)
 {
     for (int attempt = 0; attempt < 16; ++attempt) {
-        temporaryName_ = temporaryNameIn(folder_);
-        descriptor_ = ::open(temporaryName_.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (descriptor_ >= 0 || errno != EEXIST) break;
+        temporaryName_ = folder_ + '/' + temporaryName();
+        const int descriptor =
+            ::open(temporaryName_.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (descriptor >= 0) return descriptor;
+        if (errno != EEXIST) break;
     }
-    if (descriptor_ < 0) {
-        const int error = errno;
-        temporaryName_.clear();
-        throw Failure::fromErrno(cannotWrite(target_), error);
-    }
+    const int error = errno;
+    temporaryName_.clear();
+    throw Failure::fromErrno(cannotWrite(target_), error);
 }
 
 AtomicFile::~AtomicFile()
@@ -150,7 +173,8 @@ void AtomicFile::copyFrom(int descriptor, long long size)
                     static_cast<off_t>(done));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0)
-            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The file cannot be read."), errno);
+            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The file cannot be read."),
+                                     errno);
         if (count == 0)
             throw Failure(
                 QT_TRANSLATE_NOOP("quillfern::Failure", "The file became shorter while it was read."));
@@ -159,38 +183,51 @@ void AtomicFile::copyFrom(int descriptor, long long size)
     }
 }
 
-void AtomicFile::takePermissionsOf(const FilePath& path)
+void AtomicFile::takeAttributes(FileAttributes attributes, bool withDates)
 {
-    permissionsOf_ = path;
+    attributes_ = std::move(attributes);
+    takesDates_ = withDates;
 }
 
-void AtomicFile::adoptPermissions() const
+void AtomicFile::makePrivate()
 {
-    struct stat status = {};
-    // A link at the target's name is replaced, so it is not followed here; a link at permissionsOf_ is.
-    const bool known = permissionsOf_.isEmpty() ? ::lstat(target_.bytes().constData(), &status) == 0
-                                                : ::stat(permissionsOf_.bytes().constData(), &status) == 0;
-    if (!known || !S_ISREG(status.st_mode)) return;
-    // Best effort: only root may give a file away, and a file system may know no permissions at all.
-    if (::fchown(descriptor_, status.st_uid, status.st_gid) != 0) errno = 0;
-    ::fchmod(descriptor_, status.st_mode & 07777);
+    fresh_ = AccessList::ofMode(fresh_.owner, fresh_.group, fresh_.ownerRights << 6);
 }
 
-void AtomicFile::commit()
+void AtomicFile::adoptAttributes() const
 {
+    const auto attributes = attributes_ || bound_ ? attributes_ : FileAttributes::ofFileAt(target_);
+    if (attributes)
+        attributes->giveTo(descriptor_);
+    else
+        setAccess(descriptor_, bound_ ? fresh_.limitedBy(*bound_) : fresh_);
+    if (attributes && takesDates_) attributes->giveDatesTo(descriptor_);
+}
+
+void AtomicFile::prepareCommit()
+{
+    if (isPrepared_) return;
     const Reason doing = cannotWrite(target_);
     flushBuffer();
-    adoptPermissions();
+    adoptAttributes();
     // Without this a power cut after the rename could leave an empty file where a whole one stood.
     if (::fsync(descriptor_) != 0 && errno != EINVAL && errno != EROFS)
         throw Failure::fromErrno(doing, errno);
     if (temporaryName_.isEmpty()) {
         const QByteArray self = "/proc/self/fd/" + QByteArray::number(descriptor_);
-        const QByteArray name = temporaryNameIn(folder_);
+        const QByteArray name = folder_ + '/' + temporaryName();
         if (::linkat(AT_FDCWD, self.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) != 0)
             throw Failure::fromErrno(doing, errno);
         temporaryName_ = name;
     }
+    isPrepared_ = true;
+}
+
+void AtomicFile::commit()
+{
+    prepareCommit();
+    const Reason doing = cannotWrite(target_);
+    requireReplaceable(target_);
     if (std::rename(temporaryName_.constData(), target_.bytes().constData()) != 0)
         throw Failure::fromErrno(doing, errno);
     temporaryName_.clear();
@@ -205,23 +242,6 @@ void AtomicFile::writeWhole(const FilePath& path, const QByteArray& bytes)
     AtomicFile file(path);
     file.write(bytes);
     file.commit();
-}
-
-void copyFileAtomically(const FilePath& source, const FilePath& target)
-{
-    const auto input = readRegularFile(source);
-    AtomicFile output(target);
-    output.takePermissionsOf(source);
-    QByteArray block(bufferSize, Qt::Uninitialized);
-    for (;;) {
-        const qint64 size = input->read(block.data(), block.size());
-        if (size < 0)
-            throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "%1 cannot be read: %2"),
-                           {source.readable(), input->errorString()}});
-        if (size == 0) break;
-        output.write(block.constData(), static_cast<std::size_t>(size));
-    }
-    output.commit();
 }
 
 } // namespace quillfern::store

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "platform/store/AccessList.h"
+#include "platform/store/FileAttributes.h"
 #include "platform/system/FilePath.h"
 
 #include <QByteArray>
 #include <cstddef>
+#include <optional>
+#include <sys/types.h>
 
 namespace quillfern::store {
 
@@ -11,13 +15,15 @@ namespace quillfern::store {
 /// folder (a hidden one where the file system supports no nameless files), and commit() moves it into place;
 /// without a commit, after a failure or when the process is killed, the target stays as it was.
 ///
-/// A target that exists keeps its permissions. A symbolic link at the target's name is replaced, not
-/// followed: a caller that wants to write through a link must resolve it first. Not for use from two threads
-/// at once.
+/// A target that exists keeps its owner, permissions and attributes (FileAttributes). Until the commit only
+/// this user may open the file. A symbolic link at the target's name is replaced, not followed: a caller that
+/// wants to write through a link must resolve it first. A folder, device, pipe or socket is never replaced.
+/// Not for use from two threads at once.
 class AtomicFile
 {
   public:
-    /// Opens the temporary file. Throws Failure when the folder is missing or not writable.
+    /// Opens the temporary file. Throws Failure when the folder is missing or not writable, and when the
+    /// target is no file that could be replaced.
     explicit AtomicFile(FilePath target);
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;
@@ -32,11 +38,23 @@ class AtomicFile
     /// `descriptor` is not used. Throws Failure.
     void copyFrom(int descriptor, long long size);
 
+    /// Does all of commit() that takes time, up to the last step. Nothing may be written afterwards. Throws
+    /// Failure.
+    void prepareCommit();
     /// Flushes to the disk and moves the file into place. Throws Failure; the target is then untouched.
     void commit();
 
-    /// Gives the new file the owner and permissions of the file at `path` instead of the target's.
-    void takePermissionsOf(const FilePath& path);
+    /// Gives the new file these attributes instead of the target's; the dates too, when `withDates`.
+    void takeAttributes(FileAttributes attributes, bool withDates = false);
+    /// Makes the new file one of its own, whatever the target had: as open as a new file of this user in this
+    /// folder, but to nobody more than `bound` is.
+    void limitAccess(AccessList bound) { bound_ = std::move(bound); }
+    /// Keeps a file that is not there yet to its owner.
+    void makePrivate();
+
+    /// Throws Failure when `path` is a folder, device, pipe or socket, which no file may replace, or a link
+    /// to one of the last three.
+    static void requireReplaceable(const FilePath& path);
 
     /// The descriptor, for libraries that write by themselves (seekable). Nothing is buffered here as long as
     /// write() is not called. Owned by this object.
@@ -46,16 +64,20 @@ class AtomicFile
     static void writeWhole(const FilePath& path, const QByteArray& bytes);
 
   private:
-    void openNamed();
+    int openNamed(mode_t mode);
     void flushBuffer();
     void writeOut(const char* data, std::size_t size);
     /// Lets the disk begin with what was written, so that the flush at the end has little left to wait for.
     void startWriting();
     bool cloneFrom(int descriptor, long long size);
-    void adoptPermissions() const;
+    void adoptAttributes() const;
 
     FilePath target_;
-    FilePath permissionsOf_; ///< empty for the target's own
+    std::optional<FileAttributes> attributes_; ///< none for the target's own
+    std::optional<AccessList> bound_;
+    AccessList fresh_; ///< of a new file in this folder
+    bool takesDates_ = false;
+    bool isPrepared_ = false;
     QByteArray folder_;
     QByteArray temporaryName_; ///< empty while the file has no name
     QByteArray buffer_;
@@ -63,9 +85,5 @@ class AtomicFile
     long long written_ = 0;
     long long started_ = 0; ///< of these bytes, how many the disk was already asked to write
 };
-
-/// Copies the file at `source` to `target` through an AtomicFile: whole or not at all, with the owner and
-/// permissions of the source. Throws Failure.
-void copyFileAtomically(const FilePath& source, const FilePath& target);
 
 } // namespace quillfern::store

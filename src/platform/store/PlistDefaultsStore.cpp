@@ -9,8 +9,6 @@
 #include "platform/system/Folders.h"
 #include "platform/system/LogLine.h"
 
-#include <sys/stat.h>
-
 namespace quillfern::store {
 
 namespace {
@@ -96,9 +94,8 @@ void PlistDefaultsStore::flush()
         merged.set(key, value);
     const QByteArray list = writePropertyList(merged);
     AtomicFile file(target);
-    // For a new file; commit() keeps the permissions of an existing one.
-    ::fchmod(file.descriptor(), S_IRUSR | S_IWUSR);
     file.write(list);
+    file.makePrivate();
     file.commit();
     values_ = std::move(merged);
     changes_ = Record();

@@ -26,7 +26,7 @@ bool makeFolders(const FilePath& folder);
 [[nodiscard]] bool mayWriteInto(const FilePath& folder);
 
 /// A descriptor for reading a regular file, owned by the caller; a pipe or device is refused rather than
-/// waited for. Throws Failure.
+/// waited for. Where the system allows, reading does not change the date of the last access. Throws Failure.
 [[nodiscard]] int openRegularFile(const FilePath& path);
 
 /// The same for code that reads through Qt. The returned file has no file name. Throws Failure.

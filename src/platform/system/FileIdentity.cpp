@@ -11,13 +11,45 @@ std::optional<FileIdentity> fileIdentity(const FilePath& path)
     return FileIdentity{status.st_dev, status.st_ino};
 }
 
+namespace {
+
+std::int64_t nanoseconds(const struct timespec& time)
+{
+    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+FileVersion versionFrom(const struct stat& status)
+{
+    return {{status.st_dev, status.st_ino},
+            nanoseconds(status.st_mtim),
+            status.st_size,
+            nanoseconds(status.st_ctim)};
+}
+
+} // namespace
+
 std::optional<FileVersion> fileVersion(const FilePath& path)
 {
     struct stat status = {};
     if (::stat(path.bytes().constData(), &status) != 0) return std::nullopt;
-    return FileVersion{{status.st_dev, status.st_ino},
-                       std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec,
-                       status.st_size};
+    return versionFrom(status);
+}
+
+std::optional<FileVersion> fileVersion(int descriptor)
+{
+    struct stat status = {};
+    if (::fstat(descriptor, &status) != 0) return std::nullopt;
+    return versionFrom(status);
+}
+
+std::optional<FilePlace> filePlace(const FilePath& path)
+{
+    const auto folder = fileIdentity(path.parent());
+    if (!folder) return std::nullopt;
+    struct stat status = {};
+    if (::lstat(path.bytes().constData(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1)
+        return FilePlace{*folder, {}, status.st_ino};
+    return FilePlace{*folder, path.bytes().mid(path.bytes().lastIndexOf('/') + 1), 0};
 }
 
 bool isSameFile(const FilePath& first, const FilePath& second)

@@ -1,6 +1,7 @@
 #include "platform/store/AtomicFile.h"
 
 #include "platform/system/Failure.h"
+#include "platform/system/FileFacts.h"
 #include "platform/system/FileIdentity.h"
 #include "support/Tools.h"
 
@@ -68,15 +69,33 @@ TEST(AtomicFileTest, RefusesWhatCannotBeWritten)
     EXPECT_EQ(everythingIn(scratch), QStringList{QStringLiteral("folder")});
 }
 
-TEST(AtomicFileTest, CopiesWhole)
+TEST(AtomicFileTest, NeverTakesThePlaceOfWhatIsNoFile)
 {
     Scratch scratch;
-    const QByteArray bytes(2'500'000, 'y');
-    const QString source = scratch.write(QStringLiteral("a"), bytes);
-    copyFileAtomically(asPath(source), asPath(scratch.path(QStringLiteral("b"))));
-    EXPECT_EQ(readFile(scratch.path(QStringLiteral("b"))), bytes);
-    EXPECT_THROW(copyFileAtomically(asPath(scratch.path(QStringLiteral("gone"))), asPath(source)), Failure);
-    EXPECT_EQ(readFile(source), bytes);
+    const QString pipe = scratch.path(QStringLiteral("pipe"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const QString link = scratch.path(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(pipe, link));
+    const QString folder = scratch.path(QStringLiteral("folder"));
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const std::pair<QString, const char*> cases[] = {{pipe, "device, pipe or socket"},
+                                                     {link, "device, pipe or socket"},
+                                                     {QStringLiteral("/dev/null"), "device, pipe or socket"},
+                                                     {folder, "it is a folder"}};
+    for (const auto& [path, words] : cases) {
+        try {
+            AtomicFile file(asPath(path));
+            ADD_FAILURE() << path.toStdString();
+        } catch (const Failure& failure) {
+            EXPECT_TRUE(failure.reason().contains(QString::fromLatin1(words)))
+                << failure.reason().toStdString();
+        }
+    }
+    AtomicFile late(asPath(scratch.path(QStringLiteral("late"))));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(scratch.path(QStringLiteral("late"))).constData(), 0600), 0);
+    EXPECT_THROW(late.commit(), Failure) << "made while the file was written";
+    EXPECT_EQ(fileKind(asPath(pipe)), FileKind::Other);
+    EXPECT_EQ(fileKind(asPath(QStringLiteral("/dev/null"))), FileKind::Other);
 }
 
 TEST(FileIdentityTest, SeesThroughLinksAndDetours)
@@ -90,6 +109,26 @@ TEST(FileIdentityTest, SeesThroughLinksAndDetours)
     EXPECT_FALSE(isSameFile(asPath(file), asPath(same)));
     EXPECT_FALSE(isSameFile(asPath(scratch.path(QStringLiteral("gone"))),
                             asPath(scratch.path(QStringLiteral("gone")))));
+}
+
+TEST(FileIdentityTest, APlaceIsAFolderAndAName)
+{
+    Scratch scratch;
+    const QString file = scratch.write(QStringLiteral("one/file"), "x");
+    ASSERT_TRUE(QFile::link(scratch.path(QStringLiteral("one")), scratch.path(QStringLiteral("linked"))));
+    ASSERT_TRUE(QFile::link(file, scratch.path(QStringLiteral("one/link"))));
+    const auto place = [&](const char* name) {
+        return filePlace(asPath(scratch.path(QString::fromLatin1(name))));
+    };
+    EXPECT_TRUE(place("one/file") == place("linked/file"));
+    EXPECT_TRUE(place("one/gone") == place("linked/gone"));
+    EXPECT_FALSE(place("one/file") == place("one/link")) << "a link is another name";
+    EXPECT_FALSE(place("no/folder").has_value());
+    ASSERT_EQ(::link(QFile::encodeName(file).constData(),
+                     QFile::encodeName(scratch.path(QStringLiteral("one/hard"))).constData()),
+              0);
+    EXPECT_FALSE(place("one/file") == place("one/hard"));
+    EXPECT_TRUE(place("one/hard") == place("linked/hard"));
 }
 
 } // namespace

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "batch/OutputFile.h"
+#include "platform/system/FileIdentity.h"
+#include "platform/system/FilePath.h"
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace quillfern {
+
+/// What one output of a job has to do with the other documents of the job.
+struct Collision
+{
+    FilePath overwritesInput; ///< another input at the output's place; the output is not written
+    FilePath replacesCopyOf;  ///< an earlier input whose copy has the same name
+    FilePath stampedAs;       ///< an earlier name of the same file, which the job stamps in place under it
+    /// The input as it was when the job began; for an output in place only.
+    std::optional<FileVersion> version;
+};
+
+/// One entry for each output, in order; empty entries from where `goOn` returned false, which is called
+/// before each output and each input. Looks at every file of the list, and changes nothing.
+[[nodiscard]] std::vector<Collision> findCollisions(const std::vector<OutputFile>& outputs,
+                                                    const std::function<bool()>& goOn);
+
+} // namespace quillfern
