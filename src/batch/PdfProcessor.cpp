@@ -6,6 +6,7 @@
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
+#include "platform/system/Cancellation.h"
 #include "platform/system/Folders.h"
 #include "platform/system/LogLine.h"
 #include "stamps/PageCompositor.h"
@@ -24,7 +25,9 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
     const FilePath path = prepareTarget(source, target, job_.isBackupFile);
     std::unique_ptr<pdf::PdfDocument> document;
     try {
-        document = pdf::PdfDocument::open(source);
+        document = pdf::PdfDocument::open(source, run.abandoned());
+    } catch (const Cancelled&) {
+        throw;
     } catch (const Failure& failure) {
         // The file counts as processed, and no copy is written.
         logLine(QStringLiteral("%1 cannot be opened as a PDF document: %2")
@@ -39,7 +42,7 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
     store::AtomicFile file(path);
     document->save(writer_, file);
     file.commit();
-    return {FileStatus::Created, std::nullopt, pages, run.numbers()};
+    return {FileStatus::Created, document->remark(), pages, run.numbers()};
 }
 
 int PdfProcessor::stampPages(pdf::PdfDocument& document, JobRun& run)

@@ -1,5 +1,8 @@
 #include "platform/pdf/BoundedStream.h"
 
+#include "platform/pdf/LibraryErrors.h"
+#include "platform/system/Cancellation.h"
+
 #include <qpdf/Pipeline.hh>
 #include <stdexcept>
 
@@ -10,10 +13,14 @@ namespace {
 class BoundedSink final : public Pipeline
 {
   public:
-    explicit BoundedSink(std::size_t largest) : Pipeline("bounded data", nullptr), largest_(largest) {}
+    BoundedSink(std::size_t largest, const std::stop_token& stop)
+        : Pipeline("bounded data", nullptr), largest_(largest), stop_(stop)
+    {
+    }
 
     void write(unsigned char const* bytes, size_t length) override
     {
+        interruptible([this] { throwIfCancelled(stop_); });
         if (data.size() + length > largest_) {
             tooLarge = true;
             throw std::runtime_error(
@@ -28,13 +35,14 @@ class BoundedSink final : public Pipeline
 
   private:
     std::size_t largest_;
+    const std::stop_token& stop_;
 };
 
 } // namespace
 
-BoundedStream decodeBounded(QPDFObjectHandle stream, std::size_t largest)
+BoundedStream decodeBounded(QPDFObjectHandle stream, std::size_t largest, const std::stop_token& stop)
 {
-    BoundedSink sink(largest);
+    BoundedSink sink(largest, stop);
     BoundedStream result;
     try {
         bool filtered = false;

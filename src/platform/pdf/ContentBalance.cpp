@@ -3,7 +3,7 @@
 #include "platform/pdf/ByteScan.h"
 #include "platform/pdf/ContentTokens.h"
 #include "platform/pdf/InlineImage.h"
-#include "platform/system/Failure.h"
+#include "platform/system/Cancellation.h"
 
 #include <algorithm>
 #include <array>
@@ -28,11 +28,18 @@ constexpr unsigned code(const char* word)
 class Scanner
 {
   public:
-    Scanner(const char* data, std::size_t size) : begin_(data), p_(data), end_(data + size), images_(end_) {}
+    Scanner(const char* data, std::size_t size, const std::stop_token& stop)
+        : begin_(data), p_(data), end_(data + size), stop_(stop), images_(data, end_, stop)
+    {
+    }
 
     ContentBalance run()
     {
         while (advance()) {
+            if (p_ >= nextLook_) {
+                throwIfCancelled(stop_);
+                nextLook_ = end_ - p_ > stride ? p_ + stride : end_;
+            }
             if (contentClassOf(*p_) == ContentClass::Delimiter)
                 delimiter(*p_);
             else
@@ -270,9 +277,14 @@ class Scanner
             if (*kind != closed) closing += *kind == 'q' ? "Q " : *kind == 't' ? "ET " : "EMC ";
     }
 
+    /// Between two looks at the stop token.
+    static constexpr std::ptrdiff_t stride = std::ptrdiff_t{1} << 16;
+
     const char* begin_;
     const char* p_;
     const char* end_;
+    const char* nextLook_ = begin_;
+    const std::stop_token& stop_;
     const char* lastOperator_ = begin_;
     InlineImages images_;
     static constexpr char closed = ' ';
@@ -284,9 +296,9 @@ class Scanner
 
 } // namespace
 
-ContentBalance balanceOfContent(const char* data, std::size_t size)
+ContentBalance balanceOfContent(const char* data, std::size_t size, const std::stop_token& stop)
 {
-    return Scanner(data, size).run();
+    return Scanner(data, size, stop).run();
 }
 
 } // namespace quillfern::pdf

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <cstddef>
+#include <stop_token>
 #include <vector>
 
 namespace quillfern::pdf {
@@ -21,7 +22,9 @@ struct ContentBalance
 };
 
 /// Reads a page's whole decoded content (ISO 32000-1, 7.8.2; its streams joined by white space). Strings,
-/// comments and inline image data are passed over. Throws Failure for content nested beyond all reason.
-[[nodiscard]] ContentBalance balanceOfContent(const char* data, std::size_t size);
+/// comments and inline image data are passed over; the time is in proportion to the size, whatever the
+/// content holds. Throws Failure for content nested beyond all reason, Cancelled once `stop` is stopped.
+[[nodiscard]] ContentBalance balanceOfContent(const char* data, std::size_t size,
+                                              const std::stop_token& stop = {});
 
 } // namespace quillfern::pdf

@@ -1,7 +1,7 @@
 #include "platform/pdf/ContentScanner.h"
 
 #include "platform/pdf/BoundedStream.h"
-#include "platform/system/Failure.h"
+#include "platform/system/Cancellation.h"
 
 #include <algorithm>
 #include <cstring>
@@ -100,7 +100,7 @@ bool inflateWhole(Content& content, const Buffer& deflated)
 }
 
 /// Inflates as much as possible: of damaged data, the part in front of the damage, as a viewer does.
-void inflateInto(Content& content, const Buffer& deflated)
+void inflateInto(Content& content, const Buffer& deflated, const std::stop_token& stop)
 {
     if (inflateWhole(content, deflated)) return;
     z_stream stream = {};
@@ -110,6 +110,7 @@ void inflateInto(Content& content, const Buffer& deflated)
     stream.avail_in = static_cast<uInt>(std::min<std::size_t>(deflated.getSize(), UINT_MAX));
     constexpr std::size_t step = std::size_t{256} * 1024;
     for (;;) {
+        throwIfCancelled(stop);
         stream.next_out = reinterpret_cast<Bytef*>(content.room(step));
         stream.avail_out = static_cast<uInt>(step);
         const int status = inflate(&stream, Z_NO_FLUSH);
@@ -126,7 +127,7 @@ bool isPlainDeflate(QPDFObjectHandle dictionary)
            dictionary.getKey("/DecodeParms").isNull() && dictionary.getKey("/DP").isNull();
 }
 
-bool takePiece(QPDFObjectHandle stream, std::vector<Piece>& pieces)
+bool takePiece(QPDFObjectHandle stream, std::vector<Piece>& pieces, const std::stop_token& stop)
 {
     QPDFObjectHandle dictionary = stream.getDict();
     const bool plain = dictionary.getKey("/Filter").isNull();
@@ -138,20 +139,21 @@ bool takePiece(QPDFObjectHandle stream, std::vector<Piece>& pieces)
             return false;
         }
     }
-    BoundedStream decoded = decodeBounded(stream, largestContent / 2);
+    BoundedStream decoded = decodeBounded(stream, largestContent / 2, stop);
     if (decoded.tooLarge) refuseSize();
     if (!decoded.data) return false;
     pieces.push_back({nullptr, std::move(*decoded.data), false});
     return true;
 }
 
-ContentScanner::Result scanPieces(const std::vector<Piece>& pieces)
+ContentScanner::Result scanPieces(const std::vector<Piece>& pieces, const std::stop_token& stop)
 {
     thread_local Content content;
     content.clear();
     for (const Piece& piece : pieces) {
+        throwIfCancelled(stop);
         if (piece.deflated)
-            inflateInto(content, *piece.bytes);
+            inflateInto(content, *piece.bytes, stop);
         else if (!piece.bytes)
             content.append(piece.decoded.data(), piece.decoded.size());
         else
@@ -159,7 +161,7 @@ ContentScanner::Result scanPieces(const std::vector<Piece>& pieces)
         content.append("\n", 1);
     }
     ContentScanner::Result result;
-    result.balance = balanceOfContent(content.data(), content.size());
+    result.balance = balanceOfContent(content.data(), content.size(), stop);
     if (!result.balance.strayRestores.empty()) {
         for (const std::size_t position : result.balance.strayRestores)
             content.data()[position] = ' ';
@@ -182,7 +184,7 @@ class ContentScanner::Scan
     bool done = false; ///< guarded by the scanner's mutex; once set, the members above no longer change
 };
 
-ContentScanner::ContentScanner() : worker_([this] { work(); })
+ContentScanner::ContentScanner(std::stop_token stop) : stop_(std::move(stop)), worker_([this] { work(); })
 {
 }
 
@@ -200,7 +202,7 @@ ContentScanner::~ContentScanner()
 std::shared_ptr<ContentScanner::Scan> ContentScanner::scan(const std::vector<QPDFObjectHandle>& streams)
 {
     auto scan = std::make_shared<Scan>();
-    const auto take = [&](const QPDFObjectHandle& stream) { return takePiece(stream, scan->pieces); };
+    const auto take = [&](const QPDFObjectHandle& stream) { return takePiece(stream, scan->pieces, stop_); };
     if (!std::all_of(streams.begin(), streams.end(), take)) {
         scan->done = true;
         return scan;
@@ -228,7 +230,7 @@ std::shared_ptr<ContentScanner::Scan> ContentScanner::takeNext()
 void ContentScanner::finish(Scan& scan)
 {
     try {
-        scan.result = scanPieces(scan.pieces);
+        scan.result = scanPieces(scan.pieces, stop_);
     } catch (...) {
         scan.failure = std::current_exception();
     }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <qpdf/QPDFObjectHandle.hh>
+#include <stop_token>
 #include <thread>
 #include <vector>
 
@@ -30,7 +31,8 @@ class ContentScanner
     /// The task of reading one page's content, with its result.
     class Scan;
 
-    ContentScanner();
+    /// Reading ends with Cancelled once `stop` is stopped.
+    explicit ContentScanner(std::stop_token stop = {});
     ~ContentScanner();
     ContentScanner(const ContentScanner&) = delete;
     ContentScanner& operator=(const ContentScanner&) = delete;
@@ -45,6 +47,7 @@ class ContentScanner
     std::shared_ptr<Scan> takeNext();
     void finish(Scan& scan);
 
+    std::stop_token stop_;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<std::shared_ptr<Scan>> waiting_;

@@ -1,6 +1,7 @@
 #include "platform/pdf/InlineImage.h"
 
 #include "platform/pdf/ContentTokens.h"
+#include "platform/system/Cancellation.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -49,10 +50,11 @@ void note(Facts& facts, std::string_view key, std::string_view value)
 }
 
 /// Reads the dictionary; leaves `tokens` behind the ID operator. False when that never comes.
-bool readDictionary(ContentTokens& tokens, Facts& facts)
+bool readDictionary(ContentTokens& tokens, Facts& facts, const std::stop_token& stop)
 {
     std::string_view key;
     while (const auto token = tokens.next()) {
+        throwIfCancelled(stop);
         if (*token == "ID") return true;
         if (*token == "[") continue; // the value is the array's first element
         if (key.empty()) {
@@ -99,16 +101,19 @@ bool isControl(char c)
     return static_cast<unsigned char>(c) < ' ' && contentClassOf(c) != ContentClass::White;
 }
 
+/// What is read behind a possible end to see whether content follows.
+constexpr std::ptrdiff_t mostLookedAt = 256;
+
 /// True when what follows reads as content up to its first operator. Of a very long string or comment only
-/// the beginning is read; it counts as content when that is text.
-bool readsAsContent(const char* p, const char* end)
+/// the beginning is read; it counts as content when that is text. `read` receives how far that was.
+bool readsAsContent(const char* p, const char* end, const char*& read)
 {
     constexpr int mostOperands = 40;
-    constexpr std::ptrdiff_t mostBytes = 256;
-    const char* limit = p + std::min(mostBytes, end - p);
+    const char* limit = p + std::min(mostLookedAt, end - p);
     ContentTokens tokens(p, limit);
     for (int i = 0; i < mostOperands; ++i) {
         const auto token = tokens.next();
+        read = tokens.position();
         if (tokens.position() == limit && limit < end) return std::none_of(p, limit, isControl);
         if (!token) return true;
         if (isContentOperator(*token)) return true;
@@ -145,25 +150,49 @@ const char* InlineImages::endByMark(Next& next, const char* mark, const char* da
     return next.after;
 }
 
+InlineImages::InlineImages(const char* contentBegin, const char* contentEnd, const std::stop_token& stop)
+    : end_(contentEnd), stop_(stop)
+{
+    // Far more than any real content needs, and still in proportion to the content.
+    constexpr std::size_t times = 8;
+    constexpr std::size_t least = std::size_t{1} << 20;
+    mayLookAt_ = times * static_cast<std::size_t>(contentEnd - contentBegin) + least;
+}
+
+/// Whether an EI that ends at `after` is followed by content. Content that consists of nothing but possible
+/// ends uses up what may be looked at; no end is believed from then on.
+bool InlineImages::looksAhead(const char* after)
+{
+    throwIfCancelled(stop_);
+    if (mayLookAt_ < static_cast<std::size_t>(mostLookedAt)) return false;
+    const char* read = after;
+    const bool accepted = readsAsContent(after, end_, read);
+    mayLookAt_ -= static_cast<std::size_t>(read - after);
+    return accepted;
+}
+
 const char* InlineImages::endByLooking(const char* data)
 {
-    if (!operator_.at || operator_.at < data) {
-        const char* found = nextEndOperator(
-            data, end_, [this](const char*, const char* after) { return readsAsContent(after, end_); });
-        operator_ = found ? Next{found, found + 2} : Next{end_, nullptr};
-    }
-    if (operator_.after) return operator_.after;
-    const char* plausible = nextEndOperator(data, end_, [data](const char* at, const char*) {
-        return at == data || contentClassOf(at[-1]) == ContentClass::White;
+    const auto find = [&](Next& next, auto accept) {
+        if (next.at && next.at >= data) return next.after;
+        const char* found = nextEndOperator(data, end_, accept);
+        next = found ? Next{found, found + 2} : Next{end_, nullptr};
+        return next.after;
+    };
+    if (const char* after =
+            find(operator_, [this](const char*, const char* behind) { return looksAhead(behind); }))
+        return after;
+    if (const char* after = endOperatorAt(data, end_)) return after;
+    return find(apart_, [data](const char* at, const char*) {
+        return at > data && contentClassOf(at[-1]) == ContentClass::White;
     });
-    return plausible ? plausible + 2 : nullptr;
 }
 
 InlineImageEnd InlineImages::endOf(const char* dictionary)
 {
     ContentTokens tokens(dictionary, end_);
     Facts facts;
-    if (!readDictionary(tokens, facts)) {
+    if (!readDictionary(tokens, facts, stop_)) {
         const std::string arrays(static_cast<std::size_t>(tokens.openArrays()), ']');
         return {end_, tokens.unclosedString() + arrays + "\nID \nEI\n"};
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <stop_token>
 #include <string>
 
 namespace quillfern::pdf {
@@ -20,8 +22,9 @@ struct InlineImageEnd
 class InlineImages
 {
   public:
-    /// The content must outlive this object.
-    explicit InlineImages(const char* contentEnd) : end_(contentEnd) {}
+    /// The content and the token must outlive this object. endOf() throws Cancelled once the token is
+    /// stopped.
+    InlineImages(const char* contentBegin, const char* contentEnd, const std::stop_token& stop);
 
     /// `dictionary` is the place behind a BI operator; the images are asked for in their order.
     [[nodiscard]] InlineImageEnd endOf(const char* dictionary);
@@ -36,11 +39,15 @@ class InlineImages
 
     const char* endByMark(Next& next, const char* mark, const char* data);
     const char* endByLooking(const char* data);
+    bool looksAhead(const char* after);
 
     const char* end_;
-    Next text85_;   ///< the next end mark of ASCII85 data
-    Next textHex_;  ///< the next end mark of hexadecimal data
-    Next operator_; ///< the next EI that is followed by something that reads as content
+    const std::stop_token& stop_;
+    std::size_t mayLookAt_; ///< bytes that may still be read behind possible ends
+    Next text85_;           ///< the next end mark of ASCII85 data
+    Next textHex_;          ///< the next end mark of hexadecimal data
+    Next operator_;         ///< the next EI that is followed by something that reads as content
+    Next apart_;            ///< the next EI with white space before it
 };
 
 } // namespace quillfern::pdf

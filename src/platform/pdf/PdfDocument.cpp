@@ -1,46 +1,24 @@
 #include "platform/pdf/PdfDocument.h"
 
 #include "platform/pdf/ContentScanner.h"
-#include "platform/pdf/FileInput.h"
+#include "platform/pdf/DocumentOpening.h"
+#include "platform/pdf/LibraryErrors.h"
 #include "platform/pdf/PdfCanvas.h"
 #include "platform/pdf/PdfMetadata.h"
 #include "platform/pdf/PdfPageBox.h"
 #include "platform/pdf/PdfResources.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
-#include "platform/system/Failure.h"
+#include "platform/system/Cancellation.h"
 
 #include <deque>
-#include <optional>
+#include <map>
 #include <qpdf/QPDF.hh>
-#include <qpdf/QPDFExc.hh>
 #include <set>
 
 namespace quillfern::pdf {
 
 namespace {
-
-[[noreturn]] void refuse(const QPDFExc& exception)
-{
-    if (exception.getErrorCode() == qpdf_e_password)
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document needs a password"));
-    throw Failure(QString::fromStdString(exception.getMessageDetail()));
-}
-
-/// Runs work on a document and turns the exceptions of its library into Failure.
-template <class Work>
-auto translated(Work&& work)
-{
-    try {
-        return work();
-    } catch (const QPDFExc& exception) {
-        refuse(exception);
-    } catch (const std::logic_error& error) {
-        throw Failure(QString::fromUtf8(error.what()));
-    } catch (const std::runtime_error& error) {
-        throw Failure(QString::fromUtf8(error.what()));
-    }
-}
 
 std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page)
 {
@@ -59,45 +37,14 @@ std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page)
 
 } // namespace
 
-namespace {
-
-/// Corrects the counts of a node of the page tree and of those below it and returns the node's. `counted`
-/// holds the nodes seen so far, so that a tree with a cycle is not followed for ever.
-int correctCount(QPDFObjectHandle node, std::set<QPDFObjGen>& counted)
-{
-    if (!node.isDictionary()) return 0;
-    QPDFObjectHandle kids = node.getKey("/Kids");
-    if (!kids.isArray()) return 1;
-    if (!counted.insert(node.getObjGen()).second) return 0;
-    int sum = 0;
-    for (int i = 0; i < kids.getArrayNItems(); ++i)
-        sum += correctCount(kids.getArrayItem(i), counted);
-    node.replaceKey("/Count", QPDFObjectHandle::newInteger(sum));
-    return sum;
-}
-
-} // namespace
-
 class PdfDocument::Private
 {
   public:
-    explicit Private(const FilePath& path)
+    Private(OpenedDocument opened, std::stop_token stopToken)
+        : stop(std::move(stopToken)), document(std::move(opened)), qpdf(*document.qpdf),
+          pages(document.pages), metadata(qpdf, stop), archivalPart(metadata.archivalPart()),
+          resources(qpdf, archivalPart > 0 && !metadata.hasRgbOutputIntent()), scanner_(stop)
     {
-        qpdf.setSuppressWarnings(true);
-        qpdf.processInputSource(std::make_shared<FileInput>(path), "");
-        pages = qpdf.getAllPages();
-        if (!parentsLeadUp()) qpdf.pushInheritedAttributesToPage();
-        // Viewers rely on the count in the page tree, so a wrong one is corrected.
-        QPDFObjectHandle root = qpdf.getRoot().getKey("/Pages");
-        QPDFObjectHandle count = root.getKey("/Count");
-        std::set<QPDFObjGen> counted;
-        if (!count.isInteger() || count.getIntValue() != static_cast<long long>(pages.size()))
-            correctCount(root, counted);
-        if (pages.empty())
-            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no pages"));
-        metadata.emplace(qpdf);
-        archivalPart = metadata->archivalPart();
-        resources.emplace(qpdf, archivalPart > 0 && !metadata->hasRgbOutputIntent());
     }
 
     /// A page whose marks are drawn and whose own content is still being read.
@@ -116,17 +63,16 @@ class PdfDocument::Private
     std::shared_ptr<ContentScanner::Scan> scanOf(const std::vector<QPDFObjectHandle>& streams);
     QPDFObjectHandle resourcesWith(const QPDFObjectHandle& page, const PdfPageResources& added);
 
-    QPDF qpdf;
-    std::vector<QPDFObjectHandle> pages;
-    std::optional<PdfMetadata> metadata;
-    std::optional<PdfResources> resources;
-    int archivalPart = 0;
+    std::stop_token stop;
+    OpenedDocument document;
+    QPDF& qpdf;
+    std::vector<QPDFObjectHandle>& pages;
+    PdfMetadata metadata;
+    int archivalPart;
+    PdfResources resources;
     std::set<QPDFObjGen> widgetsToDrop;
 
   private:
-    /// Whether every page's chain of /Parent leads to the root in a few steps. Where it does not, the
-    /// attributes that pages inherit can only be found from the root down, as viewers find them.
-    bool parentsLeadUp();
     QPDFObjectHandle saveState();
 
     static constexpr std::size_t mostPending = 256;
@@ -136,24 +82,6 @@ class PdfDocument::Private
     std::map<std::pair<QPDFObjGen, std::string>, QPDFObjectHandle> sharedResources_;
     QPDFObjectHandle saveState_;
 };
-
-bool PdfDocument::Private::parentsLeadUp()
-{
-    constexpr int usualDepth = 32;
-    QPDFObjGen root = qpdf.getRoot().getKey("/Pages").getObjGen();
-    std::set<QPDFObjGen> known{root};
-    for (const QPDFObjectHandle& page : pages) {
-        std::vector<QPDFObjGen> chain;
-        QPDFObjectHandle parent = QPDFObjectHandle(page).getKey("/Parent");
-        while (known.count(parent.getObjGen()) == 0) {
-            if (!parent.isDictionary() || chain.size() > usualDepth) return false;
-            chain.push_back(parent.getObjGen());
-            parent = parent.getKey("/Parent");
-        }
-        known.insert(chain.begin(), chain.end());
-    }
-    return true;
-}
 
 QPDFObjectHandle PdfDocument::Private::saveState()
 {
@@ -238,8 +166,8 @@ class PdfDocument::StampedPage final : public PdfPage
   public:
     StampedPage(Private& document, const QPDFObjectHandle& page, drawing::TextShaper& shaper)
         : document_(document), page_(page), box_(page), resources_(inheritedAttribute(page, "/Resources")),
-          under_(*document.resources, resources_, shaper, box_.toUserSpace()),
-          over_(*document.resources, resources_, shaper, box_.toUserSpace())
+          under_(document.resources, resources_, shaper, box_.toUserSpace()),
+          over_(document.resources, resources_, shaper, box_.toUserSpace())
     {
     }
 
@@ -291,15 +219,22 @@ PdfDocument::PdfDocument(std::unique_ptr<Private> data) : d(std::move(data))
 }
 PdfDocument::~PdfDocument() = default;
 
-std::unique_ptr<PdfDocument> PdfDocument::open(const FilePath& path)
+std::unique_ptr<PdfDocument> PdfDocument::open(const FilePath& path, const std::stop_token& stop)
 {
-    return translated(
-        [&] { return std::unique_ptr<PdfDocument>(new PdfDocument(std::make_unique<Private>(path))); });
+    return translated([&] {
+        return std::unique_ptr<PdfDocument>(
+            new PdfDocument(std::make_unique<Private>(openDocument(path, stop), stop)));
+    });
 }
 
 int PdfDocument::pageCount() const
 {
     return static_cast<int>(d->pages.size());
+}
+
+std::optional<Reason> PdfDocument::remark() const
+{
+    return d->document.loss;
 }
 
 QSizeF PdfDocument::pageSize(int index) const
@@ -310,6 +245,7 @@ QSizeF PdfDocument::pageSize(int index) const
 std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, drawing::TextShaper& shaper)
 {
     return translated([&]() -> std::unique_ptr<PdfPage> {
+        throwIfCancelled(d->stop);
         return std::make_unique<StampedPage>(*d, d->pages.at(static_cast<std::size_t>(index)), shaper);
     });
 }
@@ -317,6 +253,7 @@ std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, drawing::TextShaper& 
 void PdfDocument::blankPage(int index)
 {
     translated([&] {
+        throwIfCancelled(d->stop);
         QPDFObjectHandle page = d->pages.at(static_cast<std::size_t>(index));
         QPDFObjectHandle annotations = page.getKey("/Annots");
         if (annotations.isArray())
@@ -334,16 +271,16 @@ void PdfDocument::keepFirstPages(int count)
 {
     translated([&] {
         d->settleAll();
-        while (pageCount() > count) {
+        for (; pageCount() > count; d->pages.pop_back()) {
+            throwIfCancelled(d->stop);
             d->qpdf.removePage(d->pages.back());
-            d->pages = d->qpdf.getAllPages();
         }
     });
 }
 
 void PdfDocument::setCreator(const QString& creator)
 {
-    translated([&] { d->metadata->setCreator(creator); });
+    translated([&] { d->metadata.setCreator(creator); });
 }
 
 namespace {
@@ -387,10 +324,10 @@ void PdfDocument::save(const PdfWriter& writer, store::AtomicFile& target)
     translated([&] {
         d->settleAll();
         dropFormFields(d->qpdf, d->widgetsToDrop);
-        d->resources->finish();
+        d->resources.finish();
         // The first archival profile forbids transparency, so the claim would be false.
-        if (d->archivalPart == 1 && d->resources->usesTransparency()) d->metadata->withdrawArchivalClaim();
-        writer.write(d->qpdf, d->resources->usesTransparency(), target);
+        if (d->archivalPart == 1 && d->resources.usesTransparency()) d->metadata.withdrawArchivalClaim();
+        writer.write(d->qpdf, d->resources.usesTransparency(), target, d->stop);
     });
 }
 

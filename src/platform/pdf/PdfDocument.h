@@ -1,11 +1,14 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
+#include "platform/system/Failure.h"
 #include "platform/system/FilePath.h"
 
 #include <QSizeF>
 #include <QString>
 #include <memory>
+#include <optional>
+#include <stop_token>
 
 namespace quillfern::drawing {
 class TextShaper;
@@ -37,13 +40,17 @@ class PdfDocument
 {
   public:
     /// Opens a file that needs no password to be read; repairs what can be repaired. Throws Failure when it
-    /// is no PDF file, needs a password, or is damaged beyond repair.
-    [[nodiscard]] static std::unique_ptr<PdfDocument> open(const FilePath& path);
+    /// is no PDF file, needs a password, or is so damaged that a page would be lost. Once `stop` is stopped,
+    /// this and everything that is done to the document later throws Cancelled.
+    [[nodiscard]] static std::unique_ptr<PdfDocument> open(const FilePath& path,
+                                                           const std::stop_token& stop = {});
     ~PdfDocument();
     PdfDocument(const PdfDocument&) = delete;
     PdfDocument& operator=(const PdfDocument&) = delete;
 
     [[nodiscard]] int pageCount() const;
+    /// What is to be said beside a successful result, in words for people: what was lost with a damaged file.
+    [[nodiscard]] std::optional<Reason> remark() const;
     /// The page as its reader sees it, in points: the media box, turned by /Rotate and scaled by /UserUnit.
     [[nodiscard]] QSizeF pageSize(int index) const;
 

@@ -4,12 +4,12 @@
 
 namespace quillfern::pdf {
 
-PdfMetadata::PdfMetadata(QPDF& document)
+PdfMetadata::PdfMetadata(QPDF& document, const std::stop_token& stop)
     : document_(document), stream_(document.getRoot().getKey("/Metadata"))
 {
     if (!stream_.isStream()) return;
     constexpr std::size_t largestPacket = std::size_t{32} << 20;
-    const BoundedStream packet = decodeBounded(stream_, largestPacket);
+    const BoundedStream packet = decodeBounded(stream_, largestPacket, stop);
     if (packet.data)
         packet_.emplace(
             QByteArray::fromRawData(packet.data->data(), static_cast<qsizetype>(packet.data->size())));

@@ -6,6 +6,7 @@
 #include <optional>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
+#include <stop_token>
 
 namespace quillfern::pdf {
 
@@ -15,7 +16,7 @@ namespace quillfern::pdf {
 class PdfMetadata
 {
   public:
-    explicit PdfMetadata(QPDF& document);
+    explicit PdfMetadata(QPDF& document, const std::stop_token& stop = {});
 
     void setCreator(const QString& creator);
 

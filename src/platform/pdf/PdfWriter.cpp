@@ -1,6 +1,8 @@
 #include "platform/pdf/PdfWriter.h"
 
+#include "platform/pdf/LibraryErrors.h"
 #include "platform/store/AtomicFile.h"
+#include "platform/system/Cancellation.h"
 
 #include <qpdf/Pipeline.hh>
 #include <qpdf/QPDF.hh>
@@ -13,23 +15,37 @@ namespace {
 class FilePipeline final : public Pipeline
 {
   public:
-    explicit FilePipeline(store::AtomicFile& file) : Pipeline("output file", nullptr), file_(file) {}
+    FilePipeline(store::AtomicFile& file, std::stop_token stop)
+        : Pipeline("output file", nullptr), file_(file), stop_(std::move(stop))
+    {
+    }
 
     void write(unsigned char const* data, size_t length) override
     {
-        file_.write(reinterpret_cast<const char*>(data), length);
+        // What is still in the pipelines in front of this one comes here while the exception passes through
+        // their destructors, where another exception would end the program.
+        if (failed_) return;
+        interruptible([&] {
+            failed_ = true;
+            throwIfCancelled(stop_);
+            file_.write(reinterpret_cast<const char*>(data), length);
+            failed_ = false;
+        });
     }
     void finish() override {}
 
   private:
     store::AtomicFile& file_;
+    std::stop_token stop_;
+    bool failed_ = false;
 };
 
 } // namespace
 
-void RewritingPdfWriter::write(QPDF& document, bool needsTransparency, store::AtomicFile& target) const
+void RewritingPdfWriter::write(QPDF& document, bool needsTransparency, store::AtomicFile& target,
+                               std::stop_token stop) const
 {
-    FilePipeline pipeline(target);
+    FilePipeline pipeline(target, std::move(stop));
     QPDFWriter writer(document);
     writer.setOutputPipeline(&pipeline);
     writer.setStreamDataMode(qpdf_s_preserve);

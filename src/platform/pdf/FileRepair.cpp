@@ -1,0 +1,164 @@
+#include "platform/pdf/FileRepair.h"
+
+#include "platform/pdf/BoundedStream.h"
+#include "platform/pdf/ContentTokens.h"
+#include "platform/pdf/ObjectText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <vector>
+
+namespace quillfern::pdf {
+
+namespace {
+
+/// Ends an object, or the stream of one, in whose middle a file may end. Nobody minds the words elsewhere.
+const std::string endOfCutObject = "\nendstream\nendobj\n";
+
+/// No object is larger than this that people's programs write, apart from streams that need no mending.
+constexpr qpdf_offset_t largestObject = qpdf_offset_t{64} << 20;
+
+std::string readBytes(FileInput& input, qpdf_offset_t offset, qpdf_offset_t size)
+{
+    std::string bytes(static_cast<std::size_t>(std::max<qpdf_offset_t>(size, 0)), '\0');
+    input.seek(offset, SEEK_SET);
+    bytes.resize(input.read(bytes.data(), bytes.size()));
+    return bytes;
+}
+
+long long numberOf(std::string_view text)
+{
+    long long value = -1;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+/// The offset that the last "startxref" of the file states; -1 for none.
+long long statedStart(FileInput& input)
+{
+    constexpr qpdf_offset_t searched = 1054; // where qpdf looks for the word
+    const qpdf_offset_t from = std::max<qpdf_offset_t>(0, input.fileSize() - searched);
+    const std::string end = readBytes(input, from, input.fileSize() - from);
+    const std::size_t word = end.rfind("startxref");
+    if (word == std::string::npos) return -1;
+    ContentTokens tokens(end.data() + word, end.data() + end.size());
+    tokens.next();
+    const auto number = tokens.next();
+    return number ? numberOf(*number) : -1;
+}
+
+} // namespace
+
+FileRepair::FileRepair(QPDF& document, FileInput& input, bool rebuilt)
+    : document_(document), input_(input), rebuilt_(rebuilt)
+{
+    constexpr qpdf_offset_t searched = 1024; // where qpdf looks for the header
+    const std::size_t header = readBytes(input, 0, searched).find("%PDF-");
+    if (header != std::string::npos) headerAt_ = static_cast<qpdf_offset_t>(header);
+
+    const auto table = document.getXRefTable();
+    std::set<qpdf_offset_t> starts{input.fileSize() - headerAt_};
+    for (const auto& [id, entry] : table)
+        if (entry.getType() == 1) starts.insert(entry.getOffset());
+    for (const auto& [id, entry] : table) {
+        if (!document.getObject(id).isNull()) continue;
+        if (entry.getType() == 1 && entry.getOffset() > 0) {
+            const auto next = starts.upper_bound(entry.getOffset());
+            if (next != starts.end()) examine(id, textAt(entry.getOffset(), *next));
+        } else if (entry.getType() == 2) {
+            examine(id, textInStream(entry.getObjStreamNumber(), id.getObj()));
+        }
+    }
+}
+
+void FileRepair::examine(QPDFObjGen id, std::string_view text)
+{
+    std::string mended = mendedObjectText(text);
+    if (mended.empty()) return;
+    unreadable_.insert(id);
+    mended_.emplace(id, std::move(mended));
+}
+
+/// The text behind the "obj" that stands at `offset`; empty when none does.
+std::string FileRepair::textAt(qpdf_offset_t offset, qpdf_offset_t end)
+{
+    const std::string text = readBytes(input_, offset + headerAt_, std::min(end - offset, largestObject));
+    ContentTokens tokens(text.data(), text.data() + text.size());
+    tokens.next();
+    tokens.next();
+    const auto word = tokens.next();
+    // The object itself may follow without white space.
+    if (!word || word->substr(0, 3) != "obj") return {};
+    return text.substr(static_cast<std::size_t>(word->data() - text.data()) + 3);
+}
+
+/// The text of an object in an object stream (ISO 32000-1, 7.5.7).
+std::string_view FileRepair::textInStream(int streamNumber, int objectNumber)
+{
+    // The strings in such a stream are not encrypted each by itself; in an update they would have to be.
+    if (document_.isEncrypted()) return {};
+    QPDFObjectHandle stream = document_.getObject(streamNumber, 0);
+    if (!stream.isStream() || !stream.getDict().getKey("/First").isInteger()) return {};
+    if (decodedNumber_ != streamNumber) {
+        decodedNumber_ = streamNumber;
+        decoded_ = decodeBounded(stream, static_cast<std::size_t>(largestObject)).data;
+    }
+    const long long first = stream.getDict().getKey("/First").getIntValue();
+    if (!decoded_ || first < 0 || first > static_cast<long long>(decoded_->size())) return {};
+    long long from = -1;
+    std::vector<long long> starts{static_cast<long long>(decoded_->size())};
+    ContentTokens tokens(decoded_->data(), decoded_->data() + first);
+    while (const auto number = tokens.next()) {
+        const auto offset = tokens.next();
+        if (!offset) break;
+        starts.push_back(first + numberOf(*offset));
+        if (numberOf(*number) == objectNumber) from = starts.back();
+    }
+    if (from < first) return {};
+    long long to = from;
+    for (const long long start : starts)
+        if (start > from && (to == from || start < to)) to = start;
+    if (to > static_cast<long long>(decoded_->size())) return {};
+    return std::string_view(*decoded_).substr(static_cast<std::size_t>(from),
+                                              static_cast<std::size_t>(to - from));
+}
+
+std::string FileRepair::update()
+{
+    std::string text = endOfCutObject;
+    std::map<QPDFObjGen, std::size_t> places;
+    for (const auto& [id, object] : mended_) {
+        places[id] = text.size();
+        text += id.unparse(' ') + " obj\n" + object + endOfCutObject;
+    }
+    // A table that is made anew has the last object of each number, so these.
+    if (!rebuilt_ && !places.empty()) text += crossReferences(places, text.size());
+    return text;
+}
+
+std::string FileRepair::crossReferences(const std::map<QPDFObjGen, std::size_t>& places, std::size_t at)
+{
+    const auto fileOffset = [this](std::size_t place) {
+        return input_.fileSize() - headerAt_ + static_cast<qpdf_offset_t>(place);
+    };
+    const auto digits = [](long long value, int count) {
+        std::string text = std::to_string(value);
+        return std::string(static_cast<std::size_t>(std::max(0, count - static_cast<int>(text.size()))),
+                           '0') +
+               text;
+    };
+    std::string text = "xref\n";
+    for (const auto& [id, place] : places)
+        text += std::to_string(id.getObj()) + " 1\n" + digits(fileOffset(place), 10) + ' ' +
+                digits(id.getGen(), 5) + " n \n";
+    text += "trailer\n<<";
+    QPDFObjectHandle trailer = document_.getTrailer();
+    static const std::set<std::string> ofTheStream = {"/Prev",  "/XRefStm", "/Type",        "/W",
+                                                      "/Index", "/Filter",  "/DecodeParms", "/Length"};
+    for (const std::string& key : trailer.getKeys())
+        if (ofTheStream.count(key) == 0) text += key + ' ' + trailer.getKey(key).unparse() + '\n';
+    return text + "/Prev " + std::to_string(statedStart(input_)) + ">>\nstartxref\n" +
+           std::to_string(fileOffset(at)) + "\n%%EOF\n";
+}
+
+} // namespace quillfern::pdf
