@@ -10,6 +10,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace quillfern::pdf {
 
@@ -100,6 +101,19 @@ class Scanner
             else
                 hexString();
             break;
+        case '>':
+            ++p_;
+            if (p_ < end_ && *p_ == '>')
+                ++p_;
+            else
+                balance_.damaged = true;
+            break;
+        case ')':
+        case '{':
+        case '}':
+            ++p_;
+            balance_.damaged = true;
+            break;
         case '/':
             ++p_;
             skipRegular();
@@ -128,6 +142,7 @@ class Scanner
             if (depth == 0) return;
         }
         // A backslash at the very end escapes the first parenthesis of the closing, so one more is needed.
+        balance_.damaged = true;
         if (p_ < end_) balance_.closing += ')';
         p_ = end_;
         balance_.closing += QByteArray(depth, ')');
@@ -141,6 +156,7 @@ class Scanner
             p_ = static_cast<const char*>(found) + 1;
         } else {
             p_ = end_;
+            balance_.damaged = true;
             balance_.closing += '>';
         }
     }
@@ -151,7 +167,11 @@ class Scanner
         skipRegular();
         const auto length = p_ - start;
         // The tail of something that began like a number is no operator.
-        if (length > 3 || (start > begin_ && contentClassOf(start[-1]) == ContentClass::Regular)) return;
+        if (start > begin_ && contentClassOf(start[-1]) == ContentClass::Regular) return;
+        if (length > 3) {
+            noteWord({start, static_cast<std::size_t>(length)});
+            return;
+        }
         unsigned word = 0;
         for (const char* c = start; c < p_; ++c)
             word = word << 8 | static_cast<unsigned char>(*c);
@@ -209,9 +229,73 @@ class Scanner
         case code("n"):
             pathPending_ = false;
             break;
-        default:
+        case code("BX"):
+            mayHoldOtherWords_ = true;
             break;
+        default:
+            if (!isOtherOperator(word)) noteWord({start, static_cast<std::size_t>(p_ - start)});
         }
+    }
+
+    /// Whether the word is an operator besides those that operation() looks at.
+    static bool isOtherOperator(unsigned word)
+    {
+        switch (word) {
+        case code("Tj"):
+        case code("TJ"):
+        case code("Td"):
+        case code("TD"):
+        case code("Tm"):
+        case code("T*"):
+        case code("Tc"):
+        case code("TL"):
+        case code("Tr"):
+        case code("Ts"):
+        case code("Tw"):
+        case code("Tz"):
+        case code("Tf"):
+        case code("'"):
+        case code("\""):
+        case code("cm"):
+        case code("gs"):
+        case code("Do"):
+        case code("rg"):
+        case code("RG"):
+        case code("g"):
+        case code("G"):
+        case code("k"):
+        case code("K"):
+        case code("cs"):
+        case code("CS"):
+        case code("sc"):
+        case code("SC"):
+        case code("scn"):
+        case code("SCN"):
+        case code("sh"):
+        case code("w"):
+        case code("J"):
+        case code("j"):
+        case code("M"):
+        case code("d"):
+        case code("i"):
+        case code("ri"):
+        case code("h"):
+        case code("MP"):
+        case code("DP"):
+        case code("EX"):
+        case code("d0"):
+        case code("d1"):
+            return true;
+        default:
+            return false;
+        }
+    }
+
+    /// A word that is no operator. Between BX and EX there may be any.
+    void noteWord(std::string_view word)
+    {
+        if (word != "true" && word != "false" && word != "null" && !mayHoldOtherWords_)
+            balance_.damaged = true;
     }
 
     void push(char kind)
@@ -246,6 +330,7 @@ class Scanner
     {
         const InlineImageEnd image = images_.endOf(p_);
         p_ = image.after;
+        balance_.damaged = balance_.damaged || image.damaged;
         checkDepth(image.closing.size());
         balance_.closing += QByteArray::fromStdString(image.closing);
     }
@@ -264,6 +349,7 @@ class Scanner
         }
         for (auto kind = open.rbegin(); kind != open.rend(); ++kind)
             balance_.closing += *kind == '[' ? "]" : ">>";
+        balance_.damaged = balance_.damaged || !open.isEmpty();
         checkDepth(static_cast<std::size_t>(open.size()));
     }
 
@@ -271,6 +357,7 @@ class Scanner
     {
         QByteArray& closing = balance_.closing;
         closeOperands();
+        balance_.unfinished = !closing.isEmpty();
         if (!closing.isEmpty() && !closing.endsWith('\n')) closing += '\n';
         if (pathPending_) closing += "n ";
         for (auto kind = open_.rbegin(); kind != open_.rend(); ++kind)
@@ -291,6 +378,7 @@ class Scanner
     std::vector<char> open_; ///< the kinds of open items in order; those ended out of order are `closed`
     std::array<std::vector<std::size_t>, 3> places_; ///< where in open_ each kind stands
     bool pathPending_ = false;
+    bool mayHoldOtherWords_ = false;
     ContentBalance balance_;
 };
 

@@ -99,10 +99,11 @@ bool inflateWhole(Content& content, const Buffer& deflated)
     return false;
 }
 
-/// Inflates as much as possible: of damaged data, the part in front of the damage, as a viewer does.
-void inflateInto(Content& content, const Buffer& deflated, const std::stop_token& stop)
+/// Inflates as much as possible: of damaged data, the part in front of the damage, as a viewer does. False
+/// for damaged data.
+bool inflateInto(Content& content, const Buffer& deflated, const std::stop_token& stop)
 {
-    if (inflateWhole(content, deflated)) return;
+    if (inflateWhole(content, deflated)) return true;
     z_stream stream = {};
     if (inflateInit(&stream) != Z_OK) throw std::bad_alloc();
     const std::unique_ptr<z_stream, int (*)(z_stream*)> cleanUp(&stream, inflateEnd);
@@ -115,7 +116,7 @@ void inflateInto(Content& content, const Buffer& deflated, const std::stop_token
         stream.avail_out = static_cast<uInt>(step);
         const int status = inflate(&stream, Z_NO_FLUSH);
         content.grow(step - stream.avail_out);
-        if (status != Z_OK || stream.avail_out > 0) break;
+        if (status != Z_OK || stream.avail_out > 0) return status == Z_STREAM_END;
     }
 }
 
@@ -150,10 +151,11 @@ ContentScanner::Result scanPieces(const std::vector<Piece>& pieces, const std::s
 {
     thread_local Content content;
     content.clear();
+    bool whole = true;
     for (const Piece& piece : pieces) {
         throwIfCancelled(stop);
         if (piece.deflated)
-            inflateInto(content, *piece.bytes, stop);
+            whole = inflateInto(content, *piece.bytes, stop) && whole;
         else if (!piece.bytes)
             content.append(piece.decoded.data(), piece.decoded.size());
         else
@@ -162,7 +164,8 @@ ContentScanner::Result scanPieces(const std::vector<Piece>& pieces, const std::s
     }
     ContentScanner::Result result;
     result.balance = balanceOfContent(content.data(), content.size(), stop);
-    if (!result.balance.strayRestores.empty()) {
+    result.balance.damaged = result.balance.damaged || !whole;
+    if (!result.balance.strayRestores.empty() || result.balance.damaged) {
         for (const std::size_t position : result.balance.strayRestores)
             content.data()[position] = ' ';
         result.mended = QByteArray(content.data(), static_cast<qsizetype>(content.size()));
@@ -204,6 +207,7 @@ std::shared_ptr<ContentScanner::Scan> ContentScanner::scan(const std::vector<QPD
     auto scan = std::make_shared<Scan>();
     const auto take = [&](const QPDFObjectHandle& stream) { return takePiece(stream, scan->pieces, stop_); };
     if (!std::all_of(streams.begin(), streams.end(), take)) {
+        scan->result.undecodable = true;
         scan->done = true;
         return scan;
     }

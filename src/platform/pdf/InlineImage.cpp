@@ -85,12 +85,15 @@ const char* endOperatorNear(const char* p, const char* end)
     return endOperatorAt(p, end);
 }
 
-const char* endByLength(const Facts& facts, const char* data, const char* end)
+bool hasKnownLength(const Facts& facts)
 {
     constexpr std::int64_t mostBits = 16;
-    if (!facts.filter.empty() || facts.width <= 0 || facts.height <= 0 || facts.bits <= 0 ||
-        facts.bits > mostBits || facts.channels <= 0)
-        return nullptr;
+    return facts.filter.empty() && facts.width > 0 && facts.height > 0 && facts.bits > 0 &&
+           facts.bits <= mostBits && facts.channels > 0;
+}
+
+const char* endByLength(const Facts& facts, const char* data, const char* end)
+{
     const std::int64_t row = (facts.width * facts.channels * facts.bits + 7) / 8;
     if (row > (end - data) / facts.height) return nullptr;
     return endOperatorNear(data + row * facts.height, end);
@@ -194,18 +197,20 @@ InlineImageEnd InlineImages::endOf(const char* dictionary)
     Facts facts;
     if (!readDictionary(tokens, facts, stop_)) {
         const std::string arrays(static_cast<std::size_t>(tokens.openArrays()), ']');
-        return {end_, tokens.unclosedString() + arrays + "\nID \nEI\n"};
+        return {end_, tokens.unclosedString() + arrays + "\nID \nEI\n", true};
     }
     // One white-space character separates the data from ID; text filters allow more.
     const char* data = std::min(tokens.position() + 1, end_);
-    const char* after = endByLength(facts, data, end_);
+    const bool knownLength = hasKnownLength(facts);
+    const char* after = knownLength ? endByLength(facts, data, end_) : nullptr;
+    bool damaged = knownLength && !after;
     if (!after && (facts.filter == "A85" || facts.filter == "ASCII85Decode"))
-        after = endByMark(text85_, "~>", data);
+        damaged = !(after = endByMark(text85_, "~>", data));
     if (!after && (facts.filter == "AHx" || facts.filter == "ASCIIHexDecode"))
-        after = endByMark(textHex_, ">", data);
+        damaged = !(after = endByMark(textHex_, ">", data));
     if (!after) after = endByLooking(data);
-    if (after) return {after, {}};
-    return {end_, "\nEI\n"};
+    if (after) return {after, {}, damaged};
+    return {end_, "\nEI\n", true};
 }
 
 } // namespace quillfern::pdf

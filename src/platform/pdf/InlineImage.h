@@ -11,6 +11,7 @@ struct InlineImageEnd
 {
     const char* after = nullptr; ///< behind the EI; the end of the content when there is none
     std::string closing;         ///< the bytes that close an image without an end; empty for one with an end
+    bool damaged = false;        ///< no end, or another than the image's size and filter say
 };
 
 /// Finds the ends of the inline images of one content (ISO 32000-1, 8.9.7). Their data have no length of

@@ -2,8 +2,10 @@
 
 #include "platform/pdf/ContentScanner.h"
 #include "platform/pdf/DocumentOpening.h"
+#include "platform/pdf/EnclosedContent.h"
 #include "platform/pdf/LibraryErrors.h"
 #include "platform/pdf/PdfCanvas.h"
+#include "platform/pdf/PdfForm.h"
 #include "platform/pdf/PdfMetadata.h"
 #include "platform/pdf/PdfPageBox.h"
 #include "platform/pdf/PdfResources.h"
@@ -35,6 +37,22 @@ std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page)
     return streams;
 }
 
+/// Stamped and blanked pages show exactly their media box.
+void showWholeMediaBox(QPDFObjectHandle page, const PdfPageBox& box)
+{
+    const QRectF& media = box.mediaBox();
+    const auto asArray = [&] {
+        return QPDFObjectHandle::newFromRectangle(
+            QPDFObjectHandle::Rectangle(media.left(), media.top(), media.right(), media.bottom()));
+    };
+    // Viewers differ on a page without a usable box; the stamp was placed on this one.
+    if (!box.isStated()) page.replaceKey("/MediaBox", asArray());
+    if (inheritedAttribute(page, "/CropBox").isNull()) return;
+    page.removeKey("/CropBox");
+    // An ancestor's crop box would come back; only the page's own overrules it.
+    if (!inheritedAttribute(page, "/CropBox").isNull()) page.replaceKey("/CropBox", asArray());
+}
+
 } // namespace
 
 class PdfDocument::Private
@@ -43,7 +61,8 @@ class PdfDocument::Private
     Private(OpenedDocument opened, std::stop_token stopToken)
         : stop(std::move(stopToken)), document(std::move(opened)), qpdf(*document.qpdf),
           pages(document.pages), metadata(qpdf, stop), archivalPart(metadata.archivalPart()),
-          resources(qpdf, archivalPart > 0 && !metadata.hasRgbOutputIntent()), scanner_(stop)
+          isSigned(pdf::isSigned(qpdf)), resources(qpdf, archivalPart > 0 && !metadata.hasRgbOutputIntent()),
+          scanner_(stop)
     {
     }
 
@@ -69,11 +88,13 @@ class PdfDocument::Private
     std::vector<QPDFObjectHandle>& pages;
     PdfMetadata metadata;
     int archivalPart;
+    bool isSigned;
     PdfResources resources;
     std::set<QPDFObjGen> widgetsToDrop;
 
   private:
     QPDFObjectHandle saveState();
+    void encloseAndStamp(Pending& pending, const ContentScanner::Result& scan);
 
     static constexpr std::size_t mostPending = 256;
     std::deque<Pending> pending_;
@@ -146,6 +167,10 @@ void PdfDocument::Private::settleOldest()
     if (pending.scan) {
         const ContentScanner::Result& scan = scanner_.resultOf(*pending.scan);
         closing = scan.balance.closing.toStdString();
+        if (scan.balance.damaged || (scan.undecodable && pending.streams.size() == 1)) {
+            encloseAndStamp(pending, scan);
+            return;
+        }
         if (!scan.mended.isEmpty()) pending.streams = {deflatedStream(qpdf, scan.mended)};
     }
     const bool wrap = !pending.over.empty() && !pending.streams.empty();
@@ -159,6 +184,20 @@ void PdfDocument::Private::settleOldest()
     if (!pending.over.empty())
         contents.appendItem(qpdf.newStream(wrap ? '\n' + closing + "Q\n" + pending.over : pending.over));
     pending.page.replaceKey("/Contents", contents);
+}
+
+/// Damaged content ends where its form ends.
+void PdfDocument::Private::encloseAndStamp(Pending& pending, const ContentScanner::Result& scan)
+{
+    QPDFObjectHandle content;
+    if (scan.undecodable)
+        content = pending.streams.front().copyStream();
+    else if (scan.balance.unfinished) // anything behind it would become a part of it
+        content = deflatedStream(qpdf, scan.mended);
+    else
+        content = deflatedStream(qpdf, scan.mended + scan.balance.closing);
+    const std::string drawn = encloseContent(qpdf, pending.page, content);
+    pending.page.replaceKey("/Contents", qpdf.newStream(pending.under + drawn + pending.over));
 }
 
 class PdfDocument::StampedPage final : public PdfPage
@@ -177,7 +216,7 @@ class PdfDocument::StampedPage final : public PdfPage
     void finish() override
     {
         translated([this] {
-            showWholeMediaBox();
+            showWholeMediaBox(page_, box_);
             if (!resources_.empty())
                 page_.replaceKey("/Resources", document_.resourcesWith(page_, resources_));
             if (under_.content().empty() && over_.content().empty()) return;
@@ -189,23 +228,6 @@ class PdfDocument::StampedPage final : public PdfPage
     }
 
   private:
-    void showWholeMediaBox()
-    {
-        // Viewers differ on a page without a usable box; the stamp was placed on this one.
-        if (!box_.isStated()) page_.replaceKey("/MediaBox", mediaBox());
-        if (inheritedAttribute(page_, "/CropBox").isNull()) return;
-        page_.removeKey("/CropBox");
-        // An ancestor's crop box would come back; only the page's own overrules it.
-        if (!inheritedAttribute(page_, "/CropBox").isNull()) page_.replaceKey("/CropBox", mediaBox());
-    }
-
-    [[nodiscard]] QPDFObjectHandle mediaBox() const
-    {
-        const QRectF& media = box_.mediaBox();
-        return QPDFObjectHandle::newFromRectangle(
-            QPDFObjectHandle::Rectangle(media.left(), media.top(), media.right(), media.bottom()));
-    }
-
     Private& document_;
     QPDFObjectHandle page_;
     PdfPageBox box_;
@@ -234,7 +256,14 @@ int PdfDocument::pageCount() const
 
 std::optional<Reason> PdfDocument::remark() const
 {
-    return d->document.loss;
+    if (!d->isSigned) return d->document.loss;
+    const Reason broken(
+        QT_TRANSLATE_NOOP("quillfern::Failure", "The document's digital signature no longer holds."));
+    if (!d->document.loss) return broken;
+    Reason both = *d->document.loss;
+    both.logged += QLatin1Char(' ') + broken.logged;
+    both.shown += QLatin1Char(' ') + broken.shown;
+    return both;
 }
 
 QSizeF PdfDocument::pageSize(int index) const
@@ -264,6 +293,7 @@ void PdfDocument::blankPage(int index)
                                 "/Group", "/Metadata", "/Trans", "/AF"})
             page.removeKey(key);
         page.replaceKey("/Resources", QPDFObjectHandle::newDictionary());
+        showWholeMediaBox(page, PdfPageBox(page));
     });
 }
 
@@ -283,47 +313,11 @@ void PdfDocument::setCreator(const QString& creator)
     translated([&] { d->metadata.setCreator(creator); });
 }
 
-namespace {
-
-/// `array` without the objects in `gone`.
-QPDFObjectHandle without(QPDFObjectHandle array, const std::set<QPDFObjGen>& gone)
-{
-    QPDFObjectHandle kept = QPDFObjectHandle::newArray();
-    for (const QPDFObjectHandle& item : array.getArrayAsVector())
-        if (!gone.count(item.getObjGen())) kept.appendItem(item);
-    return kept;
-}
-
-/// Removes the form fields all of whose widgets were on blanked pages, and the fields that only grouped such
-/// fields: a form must not require a field that is shown nowhere. A field that is also shown elsewhere only
-/// loses the widgets on blanked pages.
-void dropFormFields(QPDF& document, const std::set<QPDFObjGen>& widgets)
-{
-    QPDFObjectHandle form = document.getRoot().getKey("/AcroForm");
-    if (widgets.empty() || !form.isDictionary()) return;
-    std::set<QPDFObjGen> gone = widgets;
-    std::vector<QPDFObjGen> queue(widgets.begin(), widgets.end());
-    while (!queue.empty()) {
-        QPDFObjectHandle parent = document.getObject(queue.back());
-        queue.pop_back();
-        parent = parent.isDictionary() ? parent.getKey("/Parent") : parent;
-        if (!parent.isDictionary() || !parent.getKey("/Kids").isArray()) continue;
-        const QPDFObjectHandle kept = without(parent.getKey("/Kids"), gone);
-        parent.replaceKey("/Kids", kept);
-        if (QPDFObjectHandle(kept).getArrayNItems() == 0 && gone.insert(parent.getObjGen()).second)
-            queue.push_back(parent.getObjGen());
-    }
-    for (const char* list : {"/Fields", "/CO"})
-        if (form.getKey(list).isArray()) form.replaceKey(list, without(form.getKey(list), gone));
-}
-
-} // namespace
-
 void PdfDocument::save(const PdfWriter& writer, store::AtomicFile& target)
 {
     translated([&] {
         d->settleAll();
-        dropFormFields(d->qpdf, d->widgetsToDrop);
+        if (!d->widgetsToDrop.empty()) dropFormFields(d->qpdf, d->widgetsToDrop);
         d->resources.finish();
         // The first archival profile forbids transparency, so the claim would be false.
         if (d->archivalPart == 1 && d->resources.usesTransparency()) d->metadata.withdrawArchivalClaim();

@@ -49,7 +49,8 @@ class PdfDocument
     PdfDocument& operator=(const PdfDocument&) = delete;
 
     [[nodiscard]] int pageCount() const;
-    /// What is to be said beside a successful result, in words for people: what was lost with a damaged file.
+    /// What is to be said beside a successful result, in words for people: what was missing in a damaged
+    /// file, that a signature no longer holds.
     [[nodiscard]] std::optional<Reason> remark() const;
     /// The page as its reader sees it, in points: the media box, turned by /Rotate and scaled by /UserUnit.
     [[nodiscard]] QSizeF pageSize(int index) const;
@@ -58,7 +59,7 @@ class PdfDocument
     /// read, y down. The page afterwards shows exactly its media box. The shaper must outlive the page.
     [[nodiscard]] std::unique_ptr<PdfPage> stampPage(int index, drawing::TextShaper& shaper);
     /// Removes content, resources, annotations (with their form fields), actions and metadata from a page;
-    /// its box and rotation stay.
+    /// its media box and rotation stay, and it shows exactly that box, as a stamped page does.
     void blankPage(int index);
     /// Drops the pages from `count` on.
     void keepFirstPages(int count);

@@ -12,9 +12,9 @@ namespace quillfern::pdf {
 class PdfPageBox
 {
   public:
-    /// Reads the box, its rotation and its unit from the page or what it inherits from. A box that is empty or
-    /// no rectangle counts as missing, a missing one as US Letter, and a rotation that is no multiple of 90
-    /// degrees as none.
+    /// Reads the box, its rotation and its unit from the page or what it inherits from. A box that is empty
+    /// or no rectangle counts as missing, a missing one as US Letter, and a rotation that is no multiple of
+    /// 90 degrees as none.
     explicit PdfPageBox(QPDFObjectHandle page);
 
     /// The page as its reader sees it, in points: turned by /Rotate and scaled by /UserUnit.
