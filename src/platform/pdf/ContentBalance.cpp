@@ -1,6 +1,7 @@
 #include "platform/pdf/ContentBalance.h"
 
 #include "platform/pdf/ByteScan.h"
+#include "platform/pdf/ContentOperators.h"
 #include "platform/pdf/ContentTokens.h"
 #include "platform/pdf/InlineImage.h"
 #include "platform/system/Cancellation.h"
@@ -18,13 +19,7 @@ namespace {
 
 constexpr std::size_t deepestNesting = 1'000'000;
 
-constexpr unsigned code(const char* word)
-{
-    unsigned value = 0;
-    for (; *word; ++word)
-        value = value << 8 | static_cast<unsigned char>(*word);
-    return value;
-}
+constexpr auto code = operatorCode;
 
 class Scanner
 {
@@ -167,8 +162,8 @@ class Scanner
         skipRegular();
         const auto length = p_ - start;
         // The tail of something that began like a number is no operator.
-        if (start > begin_ && contentClassOf(start[-1]) == ContentClass::Regular) return;
-        if (length > 3) {
+        const bool isTail = start > begin_ && contentClassOf(start[-1]) == ContentClass::Regular;
+        if (isTail || length > 3) {
             noteWord({start, static_cast<std::size_t>(length)});
             return;
         }
@@ -233,62 +228,27 @@ class Scanner
             mayHoldOtherWords_ = true;
             break;
         default:
-            if (!isOtherOperator(word)) noteWord({start, static_cast<std::size_t>(p_ - start)});
+            break;
         }
+        const int operands = leastOperands(word);
+        if (operands < 0)
+            noteWord({start, static_cast<std::size_t>(p_ - start)});
+        else if (operands > 0 && !operandsBefore(start, operands))
+            balance_.damaged = true;
     }
 
-    /// Whether the word is an operator besides those that operation() looks at.
-    static bool isOtherOperator(unsigned word)
+    /// Whether at least `count` operands stand between the operator before and `end`. What stands in an array
+    /// counts as well.
+    bool operandsBefore(const char* end, int count) const
     {
-        switch (word) {
-        case code("Tj"):
-        case code("TJ"):
-        case code("Td"):
-        case code("TD"):
-        case code("Tm"):
-        case code("T*"):
-        case code("Tc"):
-        case code("TL"):
-        case code("Tr"):
-        case code("Ts"):
-        case code("Tw"):
-        case code("Tz"):
-        case code("Tf"):
-        case code("'"):
-        case code("\""):
-        case code("cm"):
-        case code("gs"):
-        case code("Do"):
-        case code("rg"):
-        case code("RG"):
-        case code("g"):
-        case code("G"):
-        case code("k"):
-        case code("K"):
-        case code("cs"):
-        case code("CS"):
-        case code("sc"):
-        case code("SC"):
-        case code("scn"):
-        case code("SCN"):
-        case code("sh"):
-        case code("w"):
-        case code("J"):
-        case code("j"):
-        case code("M"):
-        case code("d"):
-        case code("i"):
-        case code("ri"):
-        case code("h"):
-        case code("MP"):
-        case code("DP"):
-        case code("EX"):
-        case code("d0"):
-        case code("d1"):
-            return true;
-        default:
-            return false;
+        bool apart = true; // from the operand before
+        for (const char* p = lastOperator_; p < end; ++p) {
+            const ContentClass kind = contentClassOf(*p);
+            if (kind != ContentClass::White && (apart || kind == ContentClass::Delimiter) && --count == 0)
+                return true;
+            apart = kind == ContentClass::White;
         }
+        return false;
     }
 
     /// A word that is no operator. Between BX and EX there may be any.

@@ -17,9 +17,9 @@ struct ContentBalance
     /// content is enclosed in a q and a Q of ours they must be removed, because they would restore the state
     /// that our q saved.
     std::vector<std::size_t> strayRestores;
-    /// The content holds what no content may hold: words that are no operators, or a string, array,
-    /// dictionary or inline image that does not end, or ends elsewhere than it says. Viewers differ on what
-    /// follows.
+    /// The content holds what no content may hold: words that are no operators, operators with too few
+    /// operands (behind which some viewers stop), or a string, array, dictionary or inline image that does
+    /// not end, or ends elsewhere than it says. Viewers differ on what follows.
     bool damaged = false;
     /// The content ends inside of a string, a comment, an array, a dictionary or an inline image.
     bool unfinished = false;

@@ -169,6 +169,7 @@ ContentScanner::Result scanPieces(const std::vector<Piece>& pieces, const std::s
         for (const std::size_t position : result.balance.strayRestores)
             content.data()[position] = ' ';
         result.mended = QByteArray(content.data(), static_cast<qsizetype>(content.size()));
+        result.mended.chop(1); // the line feed behind the last piece
     }
     return result;
 }

@@ -21,6 +21,7 @@ struct Facts
     std::int64_t bits = 0;
     std::int64_t channels = 0;
     std::string_view filter; ///< the outermost, without its slash; empty for none
+    bool paired = true;      ///< keys and values alternate
 };
 
 std::int64_t wholeNumber(std::string_view text)
@@ -55,10 +56,16 @@ bool readDictionary(ContentTokens& tokens, Facts& facts, const std::stop_token& 
     std::string_view key;
     while (const auto token = tokens.next()) {
         throwIfCancelled(stop);
-        if (*token == "ID") return true;
+        if (*token == "ID") {
+            facts.paired = facts.paired && key.empty();
+            return true;
+        }
         if (*token == "[") continue; // the value is the array's first element
         if (key.empty()) {
-            if (token->front() == '/') key = *token;
+            if (token->front() == '/')
+                key = *token;
+            else if (*token != "]" && *token != ">>")
+                facts.paired = false;
         } else {
             note(facts, key, *token);
             key = {};
@@ -203,11 +210,11 @@ InlineImageEnd InlineImages::endOf(const char* dictionary)
     const char* data = std::min(tokens.position() + 1, end_);
     const bool knownLength = hasKnownLength(facts);
     const char* after = knownLength ? endByLength(facts, data, end_) : nullptr;
-    bool damaged = knownLength && !after;
+    bool damaged = !facts.paired || (knownLength && !after);
     if (!after && (facts.filter == "A85" || facts.filter == "ASCII85Decode"))
-        damaged = !(after = endByMark(text85_, "~>", data));
+        damaged = !(after = endByMark(text85_, "~>", data)) || damaged;
     if (!after && (facts.filter == "AHx" || facts.filter == "ASCIIHexDecode"))
-        damaged = !(after = endByMark(textHex_, ">", data));
+        damaged = !(after = endByMark(textHex_, ">", data)) || damaged;
     if (!after) after = endByLooking(data);
     if (after) return {after, {}, damaged};
     return {end_, "\nEI\n", true};

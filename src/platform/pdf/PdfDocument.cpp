@@ -195,7 +195,7 @@ void PdfDocument::Private::encloseAndStamp(Pending& pending, const ContentScanne
     else if (scan.balance.unfinished) // anything behind it would become a part of it
         content = deflatedStream(qpdf, scan.mended);
     else
-        content = deflatedStream(qpdf, scan.mended + scan.balance.closing);
+        content = deflatedStream(qpdf, scan.mended + '\n' + scan.balance.closing);
     const std::string drawn = encloseContent(qpdf, pending.page, content);
     pending.page.replaceKey("/Contents", qpdf.newStream(pending.under + drawn + pending.over));
 }
