@@ -84,11 +84,24 @@ TEST_F(Damage, NoPageIsLostWithAnObjectThatTheLibraryCannotRead)
         {"words that are none", twoPages("/X[a b c d e f g h i]")},
         {"braces", twoPages("/X{{{{{{{{}}}}}}}}")},
         {"a dictionary without an end", twoPages("/X<</Y 1")},
+        {"object streams, and no references", QByteArray(packed).replace("startxref", "nothing")},
         {"an end within the last stream", sound.left(lastStream)},
         {"an end behind the last object", sound.left(sound.indexOf("endobj", lastStream) + 6)},
     };
     for (const auto& [what, damaged] : cases)
         expectBothPages(what, damaged);
+}
+
+TEST_F(Damage, EncryptedContentIsNotTakenForPlainContent)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    for (const char* streams : {"--object-streams=disable", "--object-streams=generate"}) {
+        QByteArray locked =
+            rewritten(twoPages({}), {QString::fromLatin1(streams), QStringLiteral("--encrypt"), QString(),
+                                     QStringLiteral("o"), QStringLiteral("256"), QStringLiteral("--")});
+        locked.replace("startxref", "nothing").replace("trailer", "nothing");
+        EXPECT_FALSE(QFileInfo::exists(process(locked))) << streams;
+    }
 }
 
 TEST_F(Damage, PagesAreFoundHoweverBadTheirTree)

@@ -75,10 +75,26 @@ Reading readMended(const FilePath& path, const std::stop_token& stop, std::set<Q
     Reading reading = readAtAll(path, stop);
     if (!reading.damaged) return reading;
     FileRepair repair(*reading.qpdf, *reading.input, reading.rebuilt);
-    if (repair.unreadable().empty() && !reading.cutShort) return reading;
+    if (!repair.helps() && !reading.cutShort) return reading;
     Reading mended = readFile(path, reading.tail + repair.update(), stop);
     unreadable = FileRepair(*mended.qpdf, *mended.input, mended.rebuilt).unreadable();
     return mended;
+}
+
+/// Without a trailer nothing says that strings and streams are encrypted, and they would be taken as they
+/// are.
+void refuseLostEncryption(QPDF& document)
+{
+    if (document.isEncrypted()) return;
+    for (QPDFObjectHandle object : document.getAllObjects()) {
+        const bool isFilter = object.isDictionary() && object.getKey("/Filter").isName() &&
+                              object.getKey("/O").isString() && object.getKey("/U").isString();
+        const bool isTrailer = object.isStreamOfType("/XRef") && object.getDict().hasKey("/Encrypt");
+        if (isFilter || isTrailer)
+            throw Failure(
+                QT_TRANSLATE_NOOP("quillfern::Failure",
+                                  "The document is encrypted, and its trailer is damaged beyond repair."));
+    }
 }
 
 /// Makes the catalogue lead to pages, where the trailer or the catalogue does not.
@@ -89,6 +105,7 @@ void findCatalogue(QPDF& document)
         trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(0));
     QPDFObjectHandle root = trailer.getKey("/Root");
     if (root.isDictionary() && root.getKey("/Pages").isDictionary()) return;
+    refuseLostEncryption(document);
     QPDFObjectHandle catalogue = QPDFObjectHandle::newNull();
     QPDFObjectHandle tree = QPDFObjectHandle::newNull();
     std::vector<QPDFObjectHandle> pages;

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
-#include <vector>
+#include <iterator>
 
 namespace quillfern::pdf {
 
@@ -66,9 +66,12 @@ FileRepair::FileRepair(QPDF& document, FileInput& input, bool rebuilt)
             const auto next = starts.upper_bound(entry.getOffset());
             if (next != starts.end()) examine(id, textAt(entry.getOffset(), *next));
         } else if (entry.getType() == 2) {
-            examine(id, textInStream(entry.getObjStreamNumber(), id.getObj()));
+            const auto& objects = objectsIn(entry.getObjStreamNumber());
+            const auto found = objects.find(id.getObj());
+            if (found != objects.end()) examine(id, found->second);
         }
     }
+    if (rebuilt_) unpackStreams(table);
 }
 
 void FileRepair::examine(QPDFObjGen id, std::string_view text)
@@ -92,35 +95,49 @@ std::string FileRepair::textAt(qpdf_offset_t offset, qpdf_offset_t end)
     return text.substr(static_cast<std::size_t>(word->data() - text.data()) + 3);
 }
 
-/// The text of an object in an object stream (ISO 32000-1, 7.5.7).
-std::string_view FileRepair::textInStream(int streamNumber, int objectNumber)
+/// The objects of an object stream (ISO 32000-1, 7.5.7); they last until those of another one are asked for.
+const std::map<int, std::string_view>& FileRepair::objectsIn(int streamNumber)
 {
+    if (unpackedNumber_ == streamNumber) return unpacked_;
+    unpackedNumber_ = streamNumber;
+    unpacked_.clear();
     // The strings in such a stream are not encrypted each by itself; in an update they would have to be.
-    if (document_.isEncrypted()) return {};
     QPDFObjectHandle stream = document_.getObject(streamNumber, 0);
-    if (!stream.isStream() || !stream.getDict().getKey("/First").isInteger()) return {};
-    if (decodedNumber_ != streamNumber) {
-        decodedNumber_ = streamNumber;
-        decoded_ = decodeBounded(stream, static_cast<std::size_t>(largestObject)).data;
-    }
+    if (document_.isEncrypted() || !stream.isStream() || !stream.getDict().getKey("/First").isInteger())
+        return unpacked_;
     const long long first = stream.getDict().getKey("/First").getIntValue();
-    if (!decoded_ || first < 0 || first > static_cast<long long>(decoded_->size())) return {};
-    long long from = -1;
-    std::vector<long long> starts{static_cast<long long>(decoded_->size())};
-    ContentTokens tokens(decoded_->data(), decoded_->data() + first);
+    BoundedStream decoded = decodeBounded(stream, static_cast<std::size_t>(largestObject));
+    if (!decoded.data || first < 0 || first > static_cast<long long>(decoded.data->size())) return unpacked_;
+    decoded_ = std::move(*decoded.data);
+    std::map<long long, int> starts; // the numbers of the objects by their places
+    ContentTokens tokens(decoded_.data(), decoded_.data() + first);
     while (const auto number = tokens.next()) {
         const auto offset = tokens.next();
         if (!offset) break;
-        starts.push_back(first + numberOf(*offset));
-        if (numberOf(*number) == objectNumber) from = starts.back();
+        const long long start = first + numberOf(*offset);
+        if (start >= first && start < static_cast<long long>(decoded_.size()))
+            starts[start] = static_cast<int>(numberOf(*number));
     }
-    if (from < first) return {};
-    long long to = from;
-    for (const long long start : starts)
-        if (start > from && (to == from || start < to)) to = start;
-    if (to > static_cast<long long>(decoded_->size())) return {};
-    return std::string_view(*decoded_).substr(static_cast<std::size_t>(from),
-                                              static_cast<std::size_t>(to - from));
+    for (auto at = starts.begin(); at != starts.end(); ++at) {
+        const auto next = std::next(at);
+        const auto end = next == starts.end() ? decoded_.size() : static_cast<std::size_t>(next->first);
+        const auto start = static_cast<std::size_t>(at->first);
+        unpacked_[at->second] = std::string_view(decoded_).substr(start, end - start);
+    }
+    return unpacked_;
+}
+
+/// A table that is made anew does not lead into the object streams.
+void FileRepair::unpackStreams(const std::map<QPDFObjGen, QPDFXRefEntry>& table)
+{
+    std::map<qpdf_offset_t, int> streams; // in the file's order: the last of several updates counts
+    for (const auto& [id, entry] : table)
+        if (entry.getType() == 1 && document_.getObject(id).isStreamOfType("/ObjStm"))
+            streams[entry.getOffset()] = id.getObj();
+    for (const auto& [offset, stream] : streams)
+        for (const auto& [number, text] : objectsIn(stream))
+            if (number > 0 && table.count(QPDFObjGen(number, 0)) == 0)
+                mended_[QPDFObjGen(number, 0)] = ' ' + std::string(text);
 }
 
 std::string FileRepair::update()

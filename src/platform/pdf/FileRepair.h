@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <map>
-#include <optional>
 #include <qpdf/QPDF.hh>
 #include <set>
 #include <string>
@@ -23,14 +22,18 @@ class FileRepair
 
     /// Objects that are in the file and became null because qpdf could not read them.
     [[nodiscard]] const std::set<QPDFObjGen>& unreadable() const { return unreadable_; }
-    /// Bytes with which the file would have to go on, for its reader, so that these objects can be read: an
-    /// incremental update (ISO 32000-1, 7.5.6) that holds them in another form.
+    /// Whether an update() would let more of the file be read.
+    [[nodiscard]] bool helps() const { return !mended_.empty(); }
+    /// Bytes with which the file would have to go on, for its reader, so that these objects, and those in
+    /// object streams that no cross-reference leads to, can be read: an incremental update (ISO
+    /// 32000-1, 7.5.6) that holds them in another form.
     [[nodiscard]] std::string update();
 
   private:
     void examine(QPDFObjGen id, std::string_view text);
     [[nodiscard]] std::string textAt(qpdf_offset_t offset, qpdf_offset_t end);
-    [[nodiscard]] std::string_view textInStream(int streamNumber, int objectNumber);
+    const std::map<int, std::string_view>& objectsIn(int streamNumber);
+    void unpackStreams(const std::map<QPDFObjGen, QPDFXRefEntry>& table);
     [[nodiscard]] std::string crossReferences(const std::map<QPDFObjGen, std::size_t>& places,
                                               std::size_t at);
 
@@ -40,8 +43,9 @@ class FileRepair
     qpdf_offset_t headerAt_ = 0; ///< offsets in the file count from here
     std::set<QPDFObjGen> unreadable_;
     std::map<QPDFObjGen, std::string> mended_;
-    int decodedNumber_ = 0; ///< the object stream whose data are at hand
-    std::optional<std::string> decoded_;
+    int unpackedNumber_ = 0; ///< the object stream that is at hand
+    std::string decoded_;    ///< its data
+    std::map<int, std::string_view> unpacked_;
 };
 
 } // namespace quillfern::pdf

@@ -90,7 +90,7 @@ TEST(ContentBalanceTest, KnowsWhatNoContentMayHold)
         {"(a) Tj 0 l", true},
         {"BI /W 2 /H \n/CS /G ID ab EI Q", true},
         {"BI /W 8 /H 1 /F /CCF /DP <</K -1/Columns 8>> /IM true ID ab EI Q", false},
-        {"[1 2]0 d[]0 d/G gs(a)Tj/F1 9Tf/P<</X 1>>BDC EMC<41>Tj", false},
+        {"[1 2]0 d[]0 d/G gs(a)Tj/F1 9 Tf/P<</X 1>>BDC EMC<41>Tj", false},
         {"BI /W 2 /H 1 /BPC 8 /CS [/I /RGB 0 <000000>] /D [1 0] ID ab EI Q", false},
         {"(a) Tj \x80\x81", true},
         {"(a)) Tj", true},
