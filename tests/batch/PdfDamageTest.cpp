@@ -107,6 +107,10 @@ TEST_F(Damage, EncryptedContentIsNotTakenForPlainContent)
 TEST_F(Damage, PagesAreFoundHoweverBadTheirTree)
 {
     const QByteArray sound = twoPages({});
+    // The fifth line of the table is the second page's.
+    const QByteArray pageReference =
+        QByteArray::number(sound.indexOf("4 0 obj")).rightJustified(10, '0') + " 00000 n";
+    EXPECT_TRUE(sound.contains(pageReference));
     const auto with = [&](const QByteArray& before, const QByteArray& after) {
         EXPECT_TRUE(sound.contains(before));
         return QByteArray(sound).replace(before, after + QByteArray(before.size() - after.size(), ' '));
@@ -135,6 +139,8 @@ TEST_F(Damage, PagesAreFoundHoweverBadTheirTree)
         {"a catalogue without pages", with("/Catalog/Pages 2 0 R", "/Catalog")},
         {"a trailer that names no catalogue", with("/Root 1 0 R", "/Root 6 0 R")},
         {"no catalogue at all", with("/Type/Catalog/Pages 2 0 R", "/Nothing 0")},
+        {"a page that is not among the references",
+         QByteArray(sound).replace(pageReference, "0000000000 65535 f")},
         {"no trailer", sound.left(sound.indexOf("xref\n"))},
         {"a tree as deep as no other", deep.build()},
     };
@@ -155,7 +161,7 @@ TEST_F(Damage, PagesThatAreNotThereAreMentioned)
         EXPECT_EQ(outcome.status, FileStatus::Created) << kids;
         EXPECT_EQ(outcome.pages, 2) << kids;
         ASSERT_TRUE(outcome.remark) << kids;
-        EXPECT_TRUE(outcome.remark->logged.contains(QStringLiteral("1 of its pages"))) << kids;
+        EXPECT_TRUE(outcome.remark->logged.contains(QStringLiteral("pages missing in it: 1."))) << kids;
         EXPECT_TRUE(pdfText(target, 2).contains(QStringLiteral("Body2"))) << kids;
     }
 }
@@ -206,6 +212,72 @@ TEST_F(Damage, AMediaBoxThatIsNoneIsTheOneThatViewersShow)
             EXPECT_EQ(size(output), size(scratch.path(QStringLiteral("in/doc.pdf"))))
                 << box << " below " << above;
         }
+    }
+}
+
+TEST_F(Damage, DamagedContentKeepsItsPlaceInTheStructure)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R/StructTreeRoot 3 0 R/MarkInfo<</Marked true>>>>");
+    pdf.add("<</Type/Pages/Count 1/Kids[4 0 R]/MediaBox[0 0 300 400]>>");
+    pdf.add("<</Type/StructTreeRoot/K 5 0 R/ParentTree<</Nums[7[6 0 R 6 0 R 8 0 R]]>>>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/StructParents 7/Contents 10 0 R/Resources<</Font<</F1 9 0 R>>>>>>");
+    pdf.add("<</Type/StructElem/S/Document/P 3 0 R/K[6 0 R 8 0 R]>>");
+    pdf.add("<</Type/StructElem/S/P/P 5 0 R/Pg 4 0 R/K[0 1]>>");
+    pdf.reserve();
+    pdf.add("<</Type/StructElem/S/P/P 5 0 R/K<</Type/MCR/Pg 4 0 R/MCID 2>>>>");
+    pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+    const auto marked = [](int id, const QByteArray& word) {
+        return "/P <</MCID " + QByteArray::number(id) + ">> BDC " + showWord(word, 50, 300 - 20.0 * id) +
+               "EMC\n";
+    };
+    const QByteArray content = marked(0, "First") + marked(1, "Second") + marked(2, "Third");
+    const int stream = pdf.addStream(content);
+    const auto structure = [](const QString& path) {
+        return toolOutput(QStringLiteral("pdfinfo"), {QStringLiteral("-struct-text"), path});
+    };
+    const QByteArray sound = structure(process(pdf.build()));
+    EXPECT_TRUE(sound.contains("First") && sound.contains("Third")) << sound.toStdString();
+    const QByteArray damaged = content + "nosuchword";
+    pdf.set(stream,
+            "<</Length " + QByteArray::number(damaged.size()) + ">>\nstream\n" + damaged + "\nendstream");
+    const QString output = process(pdf.build());
+    EXPECT_EQ(structure(output).toStdString(), sound.toStdString());
+    EXPECT_TRUE(qpdfAccepts(output));
+    const QByteArray plain =
+        toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), output, QStringLiteral("-")});
+    EXPECT_EQ(plain.count("/StructParents"), 1);
+    EXPECT_EQ(plain.count("/Stm "), 3);
+}
+
+TEST_F(Damage, ContentThatCannotBeDecodedDoesNotHideTheStamp)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    QByteArray words;
+    for (int i = 0; i < 200; ++i)
+        words += showWord("Word" + QByteArray::number(i * 7919), 50, 400 - 1.5 * i);
+    const QByteArray deflated = qCompress(words, 9).mid(4);
+    QByteArray wrong = deflated;
+    for (qsizetype i = wrong.size() / 2; i < wrong.size(); ++i)
+        wrong[i] = '\xFF';
+    const std::vector<std::tuple<const char*, QByteArray, QByteArray, bool>> cases = {
+        {"cut off", deflated.left(deflated.size() / 2), "/Filter/FlateDecode", true},
+        {"wrong from the middle on", wrong, "/Filter/FlateDecode", true},
+        {"a filter that nobody knows", words, "/Filter/NoSuchDecode", false},
+        {"two filters, the second damaged", "xyz" + deflated.toHex() + ">",
+         "/Filter[/ASCIIHexDecode/FlateDecode]", false},
+    };
+    for (const auto& [what, data, entries, readable] : cases) {
+        PdfBuilder pdf;
+        pdf.add("<</Type/Catalog/Pages 2 0 R>>");
+        pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]/MediaBox[0 0 300 500]>>");
+        pdf.add("<</Type/Page/Parent 2 0 R/Contents 4 0 R/Resources<</Font<</F1 5 0 R>>>>>>");
+        pdf.addStream(data, entries);
+        pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+        const QString text = pdfText(process(pdf.build()), 1);
+        EXPECT_TRUE(text.contains(QStringLiteral("Stamp"))) << what;
+        EXPECT_EQ(text.contains(QStringLiteral("Word7919")), readable) << what;
     }
 }
 

@@ -6,6 +6,7 @@
 #include "platform/pdf/PageTree.h"
 #include "platform/system/Cancellation.h"
 
+#include <memory>
 #include <qpdf/QPDFExc.hh>
 #include <set>
 #include <string>
@@ -14,11 +15,17 @@ namespace quillfern::pdf {
 
 namespace {
 
+/// What a file goes on with for its reader when it has no trailer of its own; the last object may have no
+/// end.
+const char* const trailerOnly = "\nendstream\nendobj\ntrailer\n<<>>\n";
+/// The same for a file whose references are not to be followed.
+const char* const noReferences = "\nendstream\nendobj\ntrailer\n<<>>\nstartxref\n0\n%%EOF\n";
+
 /// A file as qpdf reads it, with every object read.
 struct Reading
 {
     std::shared_ptr<FileInput> input;
-    std::unique_ptr<QPDF> qpdf;
+    DocumentPointer qpdf;
     std::string tail;      ///< what the file goes on with
     bool rebuilt = false;  ///< the cross-reference table was made anew at once
     bool cutShort = false; ///< a stream has no end
@@ -36,7 +43,7 @@ Reading readFile(const FilePath& path, const std::string& tail, const std::stop_
     reading.tail = tail;
     reading.input = std::make_shared<FileInput>(path, stop);
     reading.input->setTail(tail);
-    reading.qpdf = std::make_unique<QPDF>();
+    reading.qpdf = newDocument(stop);
     reading.qpdf->setSuppressWarnings(true);
     reading.qpdf->processInputSource(reading.input, "");
     for (const QPDFExc& warning : reading.qpdf->getWarnings())
@@ -52,7 +59,7 @@ Reading readFile(const FilePath& path, const std::string& tail, const std::stop_
 /// objects then.
 Reading readWithoutTrailer(const FilePath& path, const std::stop_token& stop)
 {
-    return readFile(path, "\nendstream\nendobj\ntrailer\n<<>>\n", stop);
+    return readFile(path, trailerOnly, stop);
 }
 
 Reading readAtAll(const FilePath& path, const std::stop_token& stop)
@@ -66,19 +73,6 @@ Reading readAtAll(const FilePath& path, const std::stop_token& stop)
     } catch (const std::runtime_error&) {
         return readWithoutTrailer(path, stop);
     }
-}
-
-/// Reads the file, and once more with what the library could not read in another form. `unreadable` receives
-/// what cannot be read even so.
-Reading readMended(const FilePath& path, const std::stop_token& stop, std::set<QPDFObjGen>& unreadable)
-{
-    Reading reading = readAtAll(path, stop);
-    if (!reading.damaged) return reading;
-    FileRepair repair(*reading.qpdf, *reading.input, reading.rebuilt);
-    if (!repair.helps() && !reading.cutShort) return reading;
-    Reading mended = readFile(path, reading.tail + repair.update(), stop);
-    unreadable = FileRepair(*mended.qpdf, *mended.input, mended.rebuilt).unreadable();
-    return mended;
 }
 
 /// Without a trailer nothing says that strings and streams are encrypted, and they would be taken as they
@@ -145,36 +139,83 @@ void checkContent(QPDFObjectHandle page, std::size_t index, const std::set<QPDFO
         check(contents.getArrayItem(i));
 }
 
+/// A file with its pages, as one way of reading finds them.
+struct Attempt
+{
+    Reading reading;
+    std::set<QPDFObjGen> unreadable; ///< what is in the file and cannot be read
+    PageTree tree;
+};
+
+/// Reads the file once more with what the library could not read in another form.
+Attempt mended(Reading reading, const FilePath& path, const std::stop_token& stop)
+{
+    Attempt attempt;
+    attempt.reading = std::move(reading);
+    if (attempt.reading.damaged) {
+        FileRepair repair(*attempt.reading.qpdf, *attempt.reading.input, attempt.reading.rebuilt);
+        if (repair.helps() || attempt.reading.cutShort) {
+            attempt.reading = readFile(path, attempt.reading.tail + repair.update(), stop);
+            const Reading& again = attempt.reading;
+            attempt.unreadable = FileRepair(*again.qpdf, *again.input, again.rebuilt).unreadable();
+        }
+    }
+    findCatalogue(*attempt.reading.qpdf);
+    attempt.tree = readPageTree(*attempt.reading.qpdf, stop);
+    return attempt;
+}
+
+/// Looks for the objects in the file itself, where its cross-references do not lead to all pages.
+Attempt withAllPages(Attempt attempt, const FilePath& path, const std::stop_token& stop)
+{
+    if (attempt.reading.rebuilt || (attempt.tree.unusable.empty() && !attempt.tree.pages.empty()))
+        return attempt;
+    try {
+        Attempt anew = mended(readFile(path, noReferences, stop), path, stop);
+        if (anew.tree.pages.size() > attempt.tree.pages.size()) return anew;
+    } catch (const Cancelled&) {
+        throw;
+    } catch (const std::exception&) {
+        return attempt; // the other one is no better
+    }
+    return attempt;
+}
+
+/// Throws Failure where a page that is in the file, or its content, cannot be read.
+void checkPages(const Attempt& attempt)
+{
+    const PageTree& tree = attempt.tree;
+    for (const QPDFObjectHandle& object : tree.unusable)
+        if (attempt.unreadable.count(object.getObjGen()) > 0)
+            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                            "One of the document's pages is damaged and cannot be read."));
+    if (tree.pages.empty())
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no pages"));
+    for (std::size_t i = 0; i < tree.pages.size() && !attempt.unreadable.empty(); ++i)
+        checkContent(tree.pages[i], i, attempt.unreadable);
+}
+
+std::optional<Reason> lossOf(const Attempt& attempt)
+{
+    if (!attempt.tree.unusable.empty())
+        return Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                        "The document is damaged; the number of pages missing in it: %1."),
+                      {QString::number(attempt.tree.unusable.size())});
+    if (!attempt.unreadable.empty())
+        return Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                        "The document is damaged; parts of it could not be read."));
+    return std::nullopt;
+}
+
 } // namespace
 
 OpenedDocument openDocument(const FilePath& path, const std::stop_token& stop)
 {
     return translated([&] {
-        std::set<QPDFObjGen> unreadable;
-        Reading reading = readMended(path, stop, unreadable);
-        findCatalogue(*reading.qpdf);
-        PageTree tree = readPageTree(*reading.qpdf, stop);
-        for (const QPDFObjectHandle& object : tree.unusable)
-            if (unreadable.count(object.getObjGen()) > 0)
-                throw Failure(QT_TRANSLATE_NOOP(
-                    "quillfern::Failure", "One of the document's pages is damaged and cannot be read."));
-        if (tree.pages.empty())
-            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the document has no pages"));
-        for (std::size_t i = 0; i < tree.pages.size() && !unreadable.empty(); ++i)
-            checkContent(tree.pages[i], i, unreadable);
-
-        OpenedDocument document;
-        if (!tree.unusable.empty())
-            document.loss =
-                Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
-                                         "The document is damaged: %1 of its pages are missing in it."),
-                       {QString::number(tree.unusable.size())});
-        else if (!unreadable.empty())
-            document.loss = Reason(QT_TRANSLATE_NOOP(
-                "quillfern::Failure", "The document is damaged: parts of it could not be read."));
-        document.pages = std::move(tree.pages);
-        document.qpdf = std::move(reading.qpdf);
-        return document;
+        Attempt attempt = withAllPages(mended(readAtAll(path, stop), path, stop), path, stop);
+        checkPages(attempt);
+        return OpenedDocument{std::move(attempt.reading.qpdf), std::move(attempt.tree.pages),
+                              lossOf(attempt)};
     });
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "platform/pdf/DocumentPointer.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FilePath.h"
 
-#include <memory>
 #include <optional>
-#include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <stop_token>
 #include <vector>
@@ -15,7 +14,7 @@ namespace quillfern::pdf {
 /// A document with every object read and its page tree in order.
 struct OpenedDocument
 {
-    std::unique_ptr<QPDF> qpdf;
+    DocumentPointer qpdf;
     std::vector<QPDFObjectHandle> pages; ///< each an indirect dictionary, and each another one
     /// What of a damaged file could not be had, in words for people; nothing when all is there.
     std::optional<Reason> loss;

@@ -11,10 +11,10 @@ namespace quillfern::pdf {
 
 namespace {
 
-std::unique_ptr<QPDF> openQuietly(const FilePath& path, const QByteArray& password,
-                                  const std::stop_token& stop = {})
+DocumentPointer openQuietly(const FilePath& path, const QByteArray& password,
+                            const std::stop_token& stop = {})
 {
-    auto document = std::make_unique<QPDF>();
+    DocumentPointer document = newDocument(stop);
     document->setSuppressWarnings(true);
     document->processInputSource(std::make_shared<FileInput>(path, stop), password.constData());
     return document;
