@@ -68,6 +68,11 @@ TEST_F(Damage, NoPageIsLostWithAnObjectThatTheLibraryCannotRead)
         rewritten(withLongNumber, {QStringLiteral("--encrypt"), QString(), QStringLiteral("o"),
                                    QStringLiteral("256"), QStringLiteral("--")});
     ASSERT_TRUE(packed.contains(longNumber) && locked.contains(longNumber));
+    // What of an object stream can be decoded holds the pages; a wrong checksum spoils the whole for qpdf.
+    QByteArray wrongChecksum = rewritten(twoPages({}), {QStringLiteral("--object-streams=generate")});
+    const qsizetype endOfPacked = wrongChecksum.indexOf("\nendstream", wrongChecksum.indexOf("/ObjStm"));
+    ASSERT_GT(endOfPacked, 0);
+    wrongChecksum[endOfPacked - 1] = static_cast<char>(wrongChecksum[endOfPacked - 1] ^ 1);
     const QByteArray sound = twoPages({});
     const qsizetype lastStream = sound.indexOf("endstream", sound.indexOf("Body2"));
     const QByteArray nested = QByteArray(600, '[') + QByteArray(600, ']');
@@ -84,6 +89,7 @@ TEST_F(Damage, NoPageIsLostWithAnObjectThatTheLibraryCannotRead)
         {"words that are none", twoPages("/X[a b c d e f g h i]")},
         {"braces", twoPages("/X{{{{{{{{}}}}}}}}")},
         {"a dictionary without an end", twoPages("/X<</Y 1")},
+        {"an object stream with a wrong checksum", wrongChecksum},
         {"object streams, and no references", QByteArray(packed).replace("startxref", "nothing")},
         {"an end within the last stream", sound.left(lastStream)},
         {"an end behind the last object", sound.left(sound.indexOf("endobj", lastStream) + 6)},

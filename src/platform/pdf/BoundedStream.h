@@ -17,6 +17,10 @@ struct BoundedStream
     bool tooLarge = false;
 };
 
+/// As much of a stream with no other filter than FlateDecode as its damaged data give, up to `largest` bytes;
+/// empty for any other stream.
+[[nodiscard]] std::string inflatedPart(QPDFObjectHandle stream, std::size_t largest);
+
 [[nodiscard]] BoundedStream decodeBounded(QPDFObjectHandle stream, std::size_t largest,
                                           const std::stop_token& stop = {});
 

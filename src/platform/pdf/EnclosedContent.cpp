@@ -95,27 +95,42 @@ std::string freeName(QPDFObjectHandle names)
     return name;
 }
 
+QPDFObjectHandle boxOf(QPDFObjectHandle page)
+{
+    const QRectF box = PdfPageBox(page).mediaBox();
+    return QPDFObjectHandle::newFromRectangle(
+        QPDFObjectHandle::Rectangle(box.left(), box.top(), box.right(), box.bottom()));
+}
+
 } // namespace
 
-std::string encloseContent(QPDF& document, QPDFObjectHandle page, QPDFObjectHandle content)
+void makeForm(QPDF& document, QPDFObjectHandle page, QPDFObjectHandle content)
 {
     QPDFObjectHandle resources = inheritedAttribute(page, "/Resources");
     if (!resources.isDictionary()) resources = QPDFObjectHandle::newDictionary();
-    if (!resources.isIndirect()) resources = document.makeIndirectObject(resources);
-    const QRectF box = PdfPageBox(page).mediaBox();
     QPDFObjectHandle dictionary = content.getDict();
     dictionary.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
     dictionary.replaceKey("/Subtype", QPDFObjectHandle::newName("/Form"));
-    dictionary.replaceKey("/BBox", QPDFObjectHandle::newFromRectangle(QPDFObjectHandle::Rectangle(
-                                       box.left(), box.top(), box.right(), box.bottom())));
+    dictionary.replaceKey("/BBox", boxOf(page));
     dictionary.replaceKey("/Resources", resources);
     moveStructure(document, page, content);
+}
 
-    QPDFObjectHandle own = resources.shallowCopy();
+std::string formSurroundings(QPDFObjectHandle page)
+{
+    if (page.getKey("/StructParents").isInteger()) return {};
+    return boxOf(page).unparse() + inheritedAttribute(page, "/Resources").unparse();
+}
+
+std::string drawForm(QPDFObjectHandle page, QPDFObjectHandle form)
+{
+    QPDFObjectHandle resources = inheritedAttribute(page, "/Resources");
+    QPDFObjectHandle own =
+        resources.isDictionary() ? resources.shallowCopy() : QPDFObjectHandle::newDictionary();
     QPDFObjectHandle forms = own.getKey("/XObject");
     forms = forms.isDictionary() ? forms.shallowCopy() : QPDFObjectHandle::newDictionary();
     const std::string name = freeName(forms);
-    forms.replaceKey(name, content);
+    forms.replaceKey(name, form);
     own.replaceKey("/XObject", forms);
     page.replaceKey("/Resources", own);
     return "q\n" + name + " Do\nQ\n";

@@ -3,10 +3,12 @@
 #include "platform/pdf/BoundedStream.h"
 #include "platform/pdf/ContentTokens.h"
 #include "platform/pdf/ObjectText.h"
+#include "platform/system/Failure.h"
 
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <vector>
 
 namespace quillfern::pdf {
 
@@ -17,6 +19,8 @@ const std::string endOfCutObject = "\nendstream\nendobj\n";
 
 /// No object is larger than this that people's programs write, apart from streams that need no mending.
 constexpr qpdf_offset_t largestObject = qpdf_offset_t{64} << 20;
+/// Streams aside, the objects of a document of a million pages are smaller.
+constexpr std::size_t mostMended = std::size_t{512} << 20;
 
 std::string readBytes(FileInput& input, qpdf_offset_t offset, qpdf_offset_t size)
 {
@@ -60,15 +64,21 @@ FileRepair::FileRepair(QPDF& document, FileInput& input, bool rebuilt)
     std::set<qpdf_offset_t> starts{input.fileSize() - headerAt_};
     for (const auto& [id, entry] : table)
         if (entry.getType() == 1) starts.insert(entry.getOffset());
+    std::map<int, std::vector<int>> packed; // by object stream, so that each is unpacked once
     for (const auto& [id, entry] : table) {
         if (!document.getObject(id).isNull()) continue;
         if (entry.getType() == 1 && entry.getOffset() > 0) {
             const auto next = starts.upper_bound(entry.getOffset());
             if (next != starts.end()) examine(id, textAt(entry.getOffset(), *next));
         } else if (entry.getType() == 2) {
-            const auto& objects = objectsIn(entry.getObjStreamNumber());
-            const auto found = objects.find(id.getObj());
-            if (found != objects.end()) examine(id, found->second);
+            packed[entry.getObjStreamNumber()].push_back(id.getObj());
+        }
+    }
+    for (const auto& [stream, numbers] : packed) {
+        const auto& objects = objectsIn(stream);
+        for (const int number : numbers) {
+            const auto found = objects.find(number);
+            if (found != objects.end()) examine(QPDFObjGen(number, 0), found->second);
         }
     }
     if (rebuilt_) unpackStreams(table);
@@ -79,7 +89,15 @@ void FileRepair::examine(QPDFObjGen id, std::string_view text)
     std::string mended = mendedObjectText(text);
     if (mended.empty()) return;
     unreadable_.insert(id);
-    mended_.emplace(id, std::move(mended));
+    add(id, std::move(mended));
+}
+
+void FileRepair::add(QPDFObjGen id, std::string text)
+{
+    mendedSize_ += text.size();
+    if (mendedSize_ > mostMended)
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document is damaged beyond repair."));
+    mended_[id] = std::move(text);
 }
 
 /// The text behind the "obj" that stands at `offset`; empty when none does.
@@ -107,8 +125,9 @@ const std::map<int, std::string_view>& FileRepair::objectsIn(int streamNumber)
         return unpacked_;
     const long long first = stream.getDict().getKey("/First").getIntValue();
     BoundedStream decoded = decodeBounded(stream, static_cast<std::size_t>(largestObject));
-    if (!decoded.data || first < 0 || first > static_cast<long long>(decoded.data->size())) return unpacked_;
-    decoded_ = std::move(*decoded.data);
+    decoded_ = decoded.data ? std::move(*decoded.data)
+                            : inflatedPart(stream, static_cast<std::size_t>(largestObject));
+    if (first < 0 || first > static_cast<long long>(decoded_.size())) return unpacked_;
     std::map<long long, int> starts; // the numbers of the objects by their places
     ContentTokens tokens(decoded_.data(), decoded_.data() + first);
     while (const auto number = tokens.next()) {
@@ -137,7 +156,7 @@ void FileRepair::unpackStreams(const std::map<QPDFObjGen, QPDFXRefEntry>& table)
     for (const auto& [offset, stream] : streams)
         for (const auto& [number, text] : objectsIn(stream))
             if (number > 0 && table.count(QPDFObjGen(number, 0)) == 0)
-                mended_[QPDFObjGen(number, 0)] = ' ' + std::string(text);
+                add(QPDFObjGen(number, 0), ' ' + std::string(text));
 }
 
 std::string FileRepair::update()

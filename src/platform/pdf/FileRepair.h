@@ -31,6 +31,7 @@ class FileRepair
 
   private:
     void examine(QPDFObjGen id, std::string_view text);
+    void add(QPDFObjGen id, std::string text);
     [[nodiscard]] std::string textAt(qpdf_offset_t offset, qpdf_offset_t end);
     const std::map<int, std::string_view>& objectsIn(int streamNumber);
     void unpackStreams(const std::map<QPDFObjGen, QPDFXRefEntry>& table);
@@ -43,6 +44,7 @@ class FileRepair
     qpdf_offset_t headerAt_ = 0; ///< offsets in the file count from here
     std::set<QPDFObjGen> unreadable_;
     std::map<QPDFObjGen, std::string> mended_;
+    std::size_t mendedSize_ = 0;
     int unpackedNumber_ = 0; ///< the object stream that is at hand
     std::string decoded_;    ///< its data
     std::map<int, std::string_view> unpacked_;

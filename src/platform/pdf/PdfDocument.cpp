@@ -96,11 +96,20 @@ class PdfDocument::Private
     QPDFObjectHandle saveState();
     void encloseAndStamp(Pending& pending, const ContentScanner::Result& scan);
 
+    void forgetScans()
+    {
+        scans_.clear();
+        mendedBytes_ = 0;
+    }
+
     static constexpr std::size_t mostPending = 256;
+    static constexpr qsizetype mostMendedBytes = qsizetype{64} << 20;
     std::deque<Pending> pending_;
     ContentScanner scanner_;
     std::map<std::vector<QPDFObjGen>, std::shared_ptr<ContentScanner::Scan>> scans_;
     std::map<std::pair<QPDFObjGen, std::string>, QPDFObjectHandle> sharedResources_;
+    std::map<std::string, QPDFObjectHandle> forms_; ///< by content and surroundings
+    qsizetype mendedBytes_ = 0;                     ///< that the scans in scans_ hold, at most
     QPDFObjectHandle saveState_;
 };
 
@@ -120,7 +129,7 @@ PdfDocument::Private::scanOf(const std::vector<QPDFObjectHandle>& streams)
         key.push_back(stream.getObjGen());
     const auto found = scans_.find(key);
     if (found != scans_.end()) return found->second;
-    if (scans_.size() >= 4 * mostPending) scans_.clear();
+    if (scans_.size() >= 4 * mostPending) forgetScans();
     return scans_.emplace(std::move(key), scanner_.scan(streams)).first->second;
 }
 
@@ -189,15 +198,25 @@ void PdfDocument::Private::settleOldest()
 /// Damaged content ends where its form ends.
 void PdfDocument::Private::encloseAndStamp(Pending& pending, const ContentScanner::Result& scan)
 {
-    QPDFObjectHandle content;
-    if (scan.undecodable)
-        content = pending.streams.front().copyStream();
-    else if (scan.balance.unfinished) // anything behind it would become a part of it
-        content = deflatedStream(qpdf, scan.mended);
-    else
-        content = deflatedStream(qpdf, scan.mended + '\n' + scan.balance.closing);
-    const std::string drawn = encloseContent(qpdf, pending.page, content);
+    // Pages that share their content share its form.
+    std::string key = formSurroundings(pending.page);
+    for (const QPDFObjectHandle& stream : pending.streams)
+        if (!key.empty()) key += stream.getObjGen().unparse(' ');
+    QPDFObjectHandle form = key.empty() ? QPDFObjectHandle() : forms_[key];
+    if (!form.isInitialized()) {
+        if (scan.undecodable)
+            form = pending.streams.front().copyStream();
+        else if (scan.balance.unfinished) // anything behind it would become a part of it
+            form = deflatedStream(qpdf, scan.mended);
+        else
+            form = deflatedStream(qpdf, scan.mended + '\n' + scan.balance.closing);
+        makeForm(qpdf, pending.page, form);
+        if (!key.empty()) forms_[key] = form;
+    }
+    const std::string drawn = drawForm(pending.page, form);
     pending.page.replaceKey("/Contents", qpdf.newStream(pending.under + drawn + pending.over));
+    mendedBytes_ += scan.mended.size();
+    if (mendedBytes_ > mostMendedBytes) forgetScans();
 }
 
 class PdfDocument::StampedPage final : public PdfPage
