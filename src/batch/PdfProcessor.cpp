@@ -27,7 +27,10 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
     DocumentTarget place(source, target, job_.isBackupFile, run.sourceVersion, run.isTargetOfThisJob);
     std::unique_ptr<pdf::PdfDocument> document;
     try {
-        document = pdf::PdfDocument::open(source);
+        // A document that will be written anew is read whole first: nothing of it may be lost.
+        const bool isWrittenAnew = job_.isWrittenAnew || job_.pageRange != PageRange::AllPages;
+        document = pdf::PdfDocument::open(source, run.abandoned(),
+                                          isWrittenAnew ? pdf::ReadAhead::Everything : pdf::ReadAhead::Pages);
     } catch (const Cancelled&) {
         throw;
     } catch (const Failure& failure) {
@@ -45,6 +48,8 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
     document->save(writer_, file);
     throwIfCancelled(run.abandoned());
     std::optional<Reason> remark = place.commit(file, run.abandoned());
+    if (const auto ofDocument = document->remark())
+        remark = remark ? ofDocument->followedBy(*remark) : *ofDocument;
     return {FileStatus::Created, std::move(remark), pages, run.numbers()};
 }
 

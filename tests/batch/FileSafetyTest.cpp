@@ -192,7 +192,7 @@ TEST_F(FileSafety, AFileThatChangesMeanwhileIsLeftAsItIs)
             });
             EXPECT_EQ(outcome.status, FileStatus::Failed) << what;
             EXPECT_TRUE(outcome.remark &&
-                        outcome.remark->logged.contains(QStringLiteral("nothing was written")))
+                        outcome.remark->logged.contains(QStringLiteral("Nothing was written")))
                 << what;
             EXPECT_EQ(QFile::exists(source) ? readFile(source) : QByteArray(), left) << what;
             EXPECT_FALSE(QFile::exists(source + QStringLiteral(".bak"))) << what;

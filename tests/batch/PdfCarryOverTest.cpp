@@ -191,6 +191,65 @@ TEST_F(CarryOver, BlankedPagesKeepTheirBoxAndLoseTheirFieldsAndLinks)
     EXPECT_EQ(fieldsOn(output, 2), fieldsOn(sample(QStringLiteral("form.pdf")), 2));
 }
 
+TEST_F(CarryOver, BlankedAndStampedPagesAreOfOneSize)
+{
+    number.setPageRange(PageRange::OddPages);
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    const TestPage page = {showWord("Body", 72, 300), "/MediaBox[0 0 500 400]/CropBox[50 50 450 350]"};
+    const auto pages = pdfWords(process(simplePdf({page, page})));
+    ASSERT_EQ(pages.size(), 2U);
+    EXPECT_TRUE(pages[1].words.empty());
+    for (const PdfTextPage& shown : pages)
+        EXPECT_EQ(QSizeF(shown.width, shown.height), QSizeF(500, 400));
+}
+
+TEST_F(CarryOver, ASignatureIsMentionedAndGoesWithItsPage)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    PdfBuilder pdf;
+    pdf.add(
+        "<</Type/Catalog/Pages 2 0 R/Perms<</DocMDP 7 0 R>>/AcroForm<</SigFlags 3/Fields[5 0 R 6 0 R]>>>>");
+    pdf.add("<</Type/Pages/Count 2/Kids[3 0 R 4 0 R]/MediaBox[0 0 300 400]>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/Annots[5 0 R]>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/Annots[6 0 R]>>");
+    const QByteArray widget = "<</Type/Annot/Subtype/Widget/FT/Sig/Rect[9 9 99 99]/T";
+    pdf.add(widget + "(one)/V 7 0 R>>");
+    const int second = pdf.add(widget + "(two)/V 8 0 R>>");
+    const QByteArray signature = "<</Type/Sig/Filter/Adobe.PPKLite/ByteRange[0 9 9 9]/Contents<00>>>";
+    pdf.add(signature);
+    pdf.add(signature);
+    const QByteArray both = pdf.build();
+    pdf.set(second, widget + "(two)>>"); // not signed
+    const QByteArray first = pdf.build();
+
+    struct Case
+    {
+        QByteArray document;
+        PageRange stamped;
+        bool certified, flagged; // afterwards
+    };
+    const std::vector<Case> cases = {{both, PageRange::AllPages, true, true},
+                                     {both, PageRange::OddPages, true, true},
+                                     {both, PageRange::EvenPages, false, true},
+                                     {first, PageRange::EvenPages, false, false}};
+    for (const Case& c : cases) {
+        number.setPageRange(c.stamped);
+        const QString source = scratch.write(QStringLiteral("signed.pdf"), c.document);
+        const FileOutcome outcome = stamp(source, scratch.path(QStringLiteral("stamped.pdf")));
+        ASSERT_TRUE(outcome.remark);
+        EXPECT_EQ(outcome.remark->logged,
+                  QStringLiteral("The document's digital signature no longer holds."));
+        const QByteArray plain = toolOutput(
+            QStringLiteral("qpdf"),
+            {QStringLiteral("--qdf"), scratch.path(QStringLiteral("stamped.pdf")), QStringLiteral("-")});
+        EXPECT_EQ(plain.contains("/DocMDP"), c.certified);
+        EXPECT_EQ(plain.contains("/SigFlags"), c.flagged);
+    }
+    EXPECT_FALSE(stamp(scratch.write(QStringLiteral("plain.pdf"), numberedPdf(1)),
+                       scratch.path(QStringLiteral("stamped.pdf")))
+                     .remark);
+}
+
 TEST_F(CarryOver, StreamsAndObjectStreamsStayAsTheyAre)
 {
     const QString plain = stampSample(QStringLiteral("scan.pdf"));

@@ -206,6 +206,13 @@ TEST_F(PdfProcessing, BrokenContentNeitherMovesNorHidesTheStamp)
          "q 10 0 0 10 0 0 cm BI /W 4 /H 2 /CS /G /BPC 8 ID \nQ EI\x80Q Q EI\nQ " + box,
          {}},
         {"an inline image never ended", box + "BI /W 4 /H 2 /CS /G /BPC 8 ID abc", {}},
+        {"an inline image with fewer bytes than it says",
+         box + "q 10 0 0 10 0 0 cm BI /W 400 /H 400 /CS /G /BPC 8 ID abc EI Q",
+         {}},
+        {"words that are none, more than viewers put up with",
+         box + QByteArray("no such word ").repeated(150),
+         {}},
+        {"closing brackets only", box + ") > } >> ] )", {}},
         {"white text and rendering mode", box + "1 g 7 Tr 0 0 0 0 k", {}},
     };
     QList<TestPage> pages;

@@ -4,6 +4,7 @@
 #include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
+#include "platform/system/Cancellation.h"
 
 namespace quillfern::pdf {
 
@@ -15,7 +16,7 @@ constexpr std::int64_t largestWithTable = 9'000'000'000;
 std::optional<SourceEnd> appendableEnd(QPDF& document, const DocumentChanges& changes,
                                        const FileInput& source)
 {
-    if (changes.isRebuilt() || document.anyWarnings() || document.isEncrypted()) return std::nullopt;
+    if (changes.isRebuilt() || document.isEncrypted()) return std::nullopt;
     const std::optional<SourceEnd> end = findSourceEnd(source);
     if (end && !end->isStream && end->size > largestWithTable) return std::nullopt;
     return end;
@@ -41,23 +42,28 @@ void requireVersion(QPDF& document, DocumentChanges& changes, const char* versio
 
 } // namespace
 
-void AppendingPdfWriter::write(QPDF& document, DocumentChanges& changes, NewObjects& objects,
-                               const FileInput& source, store::AtomicFile& target) const
+void AppendingPdfWriter::write(const EditedDocument& edited, store::AtomicFile& target,
+                               std::stop_token stop) const
 {
+    auto& [document, changes, objects, source] = edited;
     const std::optional<SourceEnd> end = appendableEnd(document, changes, source);
     if (!end) {
-        RewritingPdfWriter().write(document, changes, objects, source, target);
+        RewritingPdfWriter().write(edited, target, std::move(stop));
         return;
     }
     if (changes.usesTransparency()) requireVersion(document, changes, "1.4");
-    target.copyFrom(source.descriptor(), end->size);
+    target.copyFrom(source.descriptor(), end->size, stop);
     IncrementalUpdate update(document, *end, objects.nextNumber(), target);
-    for (const QPDFObjGen& id : changes.objects())
+    for (const QPDFObjGen& id : changes.objects()) {
+        throwIfCancelled(stop);
         update.addObject(document.getObject(id));
+    }
     for (const int number : objects.others())
         update.addObject(document.getObject(number, 0));
-    for (const NewObjects::Stream& stream : objects.streams())
+    for (const NewObjects::Stream& stream : objects.streams()) {
+        throwIfCancelled(stop);
         update.addStream(QPDFObjGen(stream.number, 0), stream.dictionary, stream.bytes);
+    }
     update.finish();
 }
 

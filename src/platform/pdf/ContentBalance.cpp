@@ -1,15 +1,17 @@
 #include "platform/pdf/ContentBalance.h"
 
 #include "platform/pdf/ByteScan.h"
+#include "platform/pdf/ContentOperators.h"
 #include "platform/pdf/ContentTokens.h"
 #include "platform/pdf/InlineImage.h"
-#include "platform/system/Failure.h"
+#include "platform/system/Cancellation.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace quillfern::pdf {
 
@@ -17,22 +19,23 @@ namespace {
 
 constexpr std::size_t deepestNesting = 1'000'000;
 
-constexpr unsigned code(const char* word)
-{
-    unsigned value = 0;
-    for (; *word; ++word)
-        value = value << 8 | static_cast<unsigned char>(*word);
-    return value;
-}
+constexpr auto code = operatorCode;
 
 class Scanner
 {
   public:
-    Scanner(const char* data, std::size_t size) : begin_(data), p_(data), end_(data + size), images_(end_) {}
+    Scanner(const char* data, std::size_t size, const std::stop_token& stop)
+        : begin_(data), p_(data), end_(data + size), stop_(stop), images_(data, end_, stop)
+    {
+    }
 
     ContentBalance run()
     {
         while (advance()) {
+            if (p_ >= nextLook_) {
+                throwIfCancelled(stop_);
+                nextLook_ = end_ - p_ > stride ? p_ + stride : end_;
+            }
             if (contentClassOf(*p_) == ContentClass::Delimiter)
                 delimiter(*p_);
             else
@@ -93,6 +96,19 @@ class Scanner
             else
                 hexString();
             break;
+        case '>':
+            ++p_;
+            if (p_ < end_ && *p_ == '>')
+                ++p_;
+            else
+                balance_.damaged = true;
+            break;
+        case ')':
+        case '{':
+        case '}':
+            ++p_;
+            balance_.damaged = true;
+            break;
         case '/':
             ++p_;
             skipRegular();
@@ -121,6 +137,7 @@ class Scanner
             if (depth == 0) return;
         }
         // A backslash at the very end escapes the first parenthesis of the closing, so one more is needed.
+        balance_.damaged = true;
         if (p_ < end_) balance_.closing += ')';
         p_ = end_;
         balance_.closing += QByteArray(depth, ')');
@@ -134,6 +151,7 @@ class Scanner
             p_ = static_cast<const char*>(found) + 1;
         } else {
             p_ = end_;
+            balance_.damaged = true;
             balance_.closing += '>';
         }
     }
@@ -144,7 +162,11 @@ class Scanner
         skipRegular();
         const auto length = p_ - start;
         // The tail of something that began like a number is no operator.
-        if (length > 3 || (start > begin_ && contentClassOf(start[-1]) == ContentClass::Regular)) return;
+        const bool isTail = start > begin_ && contentClassOf(start[-1]) == ContentClass::Regular;
+        if (isTail || length > 3) {
+            noteWord({start, static_cast<std::size_t>(length)});
+            return;
+        }
         unsigned word = 0;
         for (const char* c = start; c < p_; ++c)
             word = word << 8 | static_cast<unsigned char>(*c);
@@ -202,9 +224,38 @@ class Scanner
         case code("n"):
             pathPending_ = false;
             break;
+        case code("BX"):
+            mayHoldOtherWords_ = true;
+            break;
         default:
             break;
         }
+        const int operands = leastOperands(word);
+        if (operands < 0)
+            noteWord({start, static_cast<std::size_t>(p_ - start)});
+        else if (operands > 0 && !operandsBefore(start, operands))
+            balance_.damaged = true;
+    }
+
+    /// Whether at least `count` operands stand between the operator before and `end`. What stands in an array
+    /// counts as well.
+    bool operandsBefore(const char* end, int count) const
+    {
+        bool apart = true; // from the operand before
+        for (const char* p = lastOperator_; p < end; ++p) {
+            const ContentClass kind = contentClassOf(*p);
+            if (kind != ContentClass::White && (apart || kind == ContentClass::Delimiter) && --count == 0)
+                return true;
+            apart = kind == ContentClass::White;
+        }
+        return false;
+    }
+
+    /// A word that is no operator. Between BX and EX there may be any.
+    void noteWord(std::string_view word)
+    {
+        if (word != "true" && word != "false" && word != "null" && !mayHoldOtherWords_)
+            balance_.damaged = true;
     }
 
     void push(char kind)
@@ -239,6 +290,7 @@ class Scanner
     {
         const InlineImageEnd image = images_.endOf(p_);
         p_ = image.after;
+        balance_.damaged = balance_.damaged || image.damaged;
         checkDepth(image.closing.size());
         balance_.closing += QByteArray::fromStdString(image.closing);
     }
@@ -257,6 +309,7 @@ class Scanner
         }
         for (auto kind = open.rbegin(); kind != open.rend(); ++kind)
             balance_.closing += *kind == '[' ? "]" : ">>";
+        balance_.damaged = balance_.damaged || !open.isEmpty();
         checkDepth(static_cast<std::size_t>(open.size()));
     }
 
@@ -264,29 +317,36 @@ class Scanner
     {
         QByteArray& closing = balance_.closing;
         closeOperands();
+        balance_.unfinished = !closing.isEmpty();
         if (!closing.isEmpty() && !closing.endsWith('\n')) closing += '\n';
         if (pathPending_) closing += "n ";
         for (auto kind = open_.rbegin(); kind != open_.rend(); ++kind)
             if (*kind != closed) closing += *kind == 'q' ? "Q " : *kind == 't' ? "ET " : "EMC ";
     }
 
+    /// Between two looks at the stop token.
+    static constexpr std::ptrdiff_t stride = std::ptrdiff_t{1} << 16;
+
     const char* begin_;
     const char* p_;
     const char* end_;
+    const char* nextLook_ = begin_;
+    const std::stop_token& stop_;
     const char* lastOperator_ = begin_;
     InlineImages images_;
     static constexpr char closed = ' ';
     std::vector<char> open_; ///< the kinds of open items in order; those ended out of order are `closed`
     std::array<std::vector<std::size_t>, 3> places_; ///< where in open_ each kind stands
     bool pathPending_ = false;
+    bool mayHoldOtherWords_ = false;
     ContentBalance balance_;
 };
 
 } // namespace
 
-ContentBalance balanceOfContent(const char* data, std::size_t size)
+ContentBalance balanceOfContent(const char* data, std::size_t size, const std::stop_token& stop)
 {
-    return Scanner(data, size).run();
+    return Scanner(data, size, stop).run();
 }
 
 } // namespace quillfern::pdf

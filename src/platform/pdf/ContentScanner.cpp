@@ -2,7 +2,7 @@
 
 #include "platform/pdf/BoundedStream.h"
 #include "platform/pdf/PlainStreams.h"
-#include "platform/system/Failure.h"
+#include "platform/system/Cancellation.h"
 
 #include <algorithm>
 #include <cstring>
@@ -100,10 +100,11 @@ bool inflateWhole(Content& content, const Buffer& deflated)
     return false;
 }
 
-/// Inflates as much as possible: of damaged data, the part in front of the damage, as a viewer does.
-void inflateInto(Content& content, const Buffer& deflated)
+/// Inflates as much as possible: of damaged data, the part in front of the damage, as a viewer does. False
+/// for damaged data.
+bool inflateInto(Content& content, const Buffer& deflated, const std::stop_token& stop)
 {
-    if (inflateWhole(content, deflated)) return;
+    if (inflateWhole(content, deflated)) return true;
     z_stream stream = {};
     if (inflateInit(&stream) != Z_OK) throw std::bad_alloc();
     const std::unique_ptr<z_stream, int (*)(z_stream*)> cleanUp(&stream, inflateEnd);
@@ -111,11 +112,12 @@ void inflateInto(Content& content, const Buffer& deflated)
     stream.avail_in = static_cast<uInt>(std::min<std::size_t>(deflated.getSize(), UINT_MAX));
     constexpr std::size_t step = std::size_t{256} * 1024;
     for (;;) {
+        throwIfCancelled(stop);
         stream.next_out = reinterpret_cast<Bytef*>(content.room(step));
         stream.avail_out = static_cast<uInt>(step);
         const int status = inflate(&stream, Z_NO_FLUSH);
         content.grow(step - stream.avail_out);
-        if (status != Z_OK || stream.avail_out > 0) break;
+        if (status != Z_OK || stream.avail_out > 0) return status == Z_STREAM_END;
     }
 }
 
@@ -127,7 +129,8 @@ bool isPlainDeflate(QPDFObjectHandle dictionary)
            dictionary.getKey("/DecodeParms").isNull() && dictionary.getKey("/DP").isNull();
 }
 
-bool takePiece(QPDFObjectHandle stream, PlainStreams& plainStreams, std::vector<Piece>& pieces)
+bool takePiece(QPDFObjectHandle stream, PlainStreams& plainStreams, std::vector<Piece>& pieces,
+               const std::stop_token& stop)
 {
     if (auto bytes = plainStreams.read(stream.getObjGen())) {
         pieces.push_back({std::move(bytes->raw), {}, bytes->isDeflated});
@@ -143,20 +146,22 @@ bool takePiece(QPDFObjectHandle stream, PlainStreams& plainStreams, std::vector<
             return false;
         }
     }
-    BoundedStream decoded = decodeBounded(stream, largestContent / 2);
+    BoundedStream decoded = decodeBounded(stream, largestContent / 2, stop);
     if (decoded.tooLarge) refuseSize();
     if (!decoded.data) return false;
     pieces.push_back({nullptr, std::move(*decoded.data), false});
     return true;
 }
 
-ContentScanner::Result scanPieces(const std::vector<Piece>& pieces)
+ContentScanner::Result scanPieces(const std::vector<Piece>& pieces, const std::stop_token& stop)
 {
     thread_local Content content;
     content.clear();
+    bool whole = true;
     for (const Piece& piece : pieces) {
+        throwIfCancelled(stop);
         if (piece.deflated)
-            inflateInto(content, *piece.bytes);
+            whole = inflateInto(content, *piece.bytes, stop) && whole;
         else if (!piece.bytes)
             content.append(piece.decoded.data(), piece.decoded.size());
         else
@@ -164,11 +169,13 @@ ContentScanner::Result scanPieces(const std::vector<Piece>& pieces)
         content.append("\n", 1);
     }
     ContentScanner::Result result;
-    result.balance = balanceOfContent(content.data(), content.size());
-    if (!result.balance.strayRestores.empty()) {
+    result.balance = balanceOfContent(content.data(), content.size(), stop);
+    result.balance.damaged = result.balance.damaged || !whole;
+    if (!result.balance.strayRestores.empty() || result.balance.damaged) {
         for (const std::size_t position : result.balance.strayRestores)
             content.data()[position] = ' ';
         result.mended = QByteArray(content.data(), static_cast<qsizetype>(content.size()));
+        result.mended.chop(1); // the line feed behind the last piece
     }
     return result;
 }
@@ -187,7 +194,8 @@ class ContentScanner::Scan
     bool done = false; ///< guarded by the scanner's mutex; once set, the members above no longer change
 };
 
-ContentScanner::ContentScanner(PlainStreams& plain) : plain_(plain), worker_([this] { work(); })
+ContentScanner::ContentScanner(PlainStreams& plain, std::stop_token stop)
+    : plain_(plain), stop_(std::move(stop)), worker_([this] { work(); })
 {
 }
 
@@ -205,8 +213,11 @@ ContentScanner::~ContentScanner()
 std::shared_ptr<ContentScanner::Scan> ContentScanner::scan(const std::vector<QPDFObjectHandle>& streams)
 {
     auto scan = std::make_shared<Scan>();
-    const auto take = [&](const QPDFObjectHandle& stream) { return takePiece(stream, plain_, scan->pieces); };
+    const auto take = [&](const QPDFObjectHandle& stream) {
+        return takePiece(stream, plain_, scan->pieces, stop_);
+    };
     if (!std::all_of(streams.begin(), streams.end(), take)) {
+        scan->result.undecodable = true;
         scan->done = true;
         return scan;
     }
@@ -233,7 +244,7 @@ std::shared_ptr<ContentScanner::Scan> ContentScanner::takeNext()
 void ContentScanner::finish(Scan& scan)
 {
     try {
-        scan.result = scanPieces(scan.pieces);
+        scan.result = scanPieces(scan.pieces, stop_);
     } catch (...) {
         scan.failure = std::current_exception();
     }

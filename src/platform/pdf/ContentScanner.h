@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <qpdf/QPDFObjectHandle.hh>
+#include <stop_token>
 #include <thread>
 #include <vector>
 
@@ -25,20 +26,23 @@ class ContentScanner
     struct Result
     {
         ContentBalance balance;
-        /// Only where the content has stray restores: the whole content with those blanked out.
+        /// Only where the content is damaged or has stray restores: as much of it as can be decoded, with
+        /// those blanked out.
         QByteArray mended;
+        /// Nothing of the content can be decoded, or something else than its filters say.
+        bool undecodable = false;
     };
 
     /// The task of reading one page's content, with its result.
     class Scan;
 
-    /// `plain` is borrowed.
-    explicit ContentScanner(PlainStreams& plain);
+    /// `plain` is borrowed. Reading ends with Cancelled once `stop` is stopped.
+    explicit ContentScanner(PlainStreams& plain, std::stop_token stop = {});
     ~ContentScanner();
     ContentScanner(const ContentScanner&) = delete;
     ContentScanner& operator=(const ContentScanner&) = delete;
 
-    /// Content that cannot be decoded counts as sound, because nothing is known of it.
+    /// Of content that cannot be decoded nothing is known but that.
     [[nodiscard]] std::shared_ptr<Scan> scan(const std::vector<QPDFObjectHandle>& streams);
     /// Waits for the result. Throws Failure for content that is too large or nested too deeply.
     [[nodiscard]] const Result& resultOf(Scan& scan);
@@ -49,6 +53,7 @@ class ContentScanner
     void finish(Scan& scan);
 
     PlainStreams& plain_;
+    std::stop_token stop_;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<std::shared_ptr<Scan>> waiting_;

@@ -1,6 +1,7 @@
 #include "platform/pdf/FileInput.h"
 
-#include "platform/system/Failure.h"
+#include "platform/pdf/LibraryErrors.h"
+#include "platform/system/Cancellation.h"
 #include "platform/system/FileAccess.h"
 
 #include <algorithm>
@@ -11,8 +12,8 @@
 
 namespace quillfern::pdf {
 
-FileInput::FileInput(const FilePath& path)
-    : name_(path.bytes().toStdString()), descriptor_(openRegularFile(path))
+FileInput::FileInput(const FilePath& path, std::stop_token stop)
+    : name_(path.bytes().toStdString()), stop_(std::move(stop)), descriptor_(openRegularFile(path))
 {
     struct stat status = {};
     if (::fstat(descriptor_, &status) == 0) size_ = status.st_size;
@@ -31,7 +32,8 @@ void FileInput::readAt(qpdf_offset_t offset, char* bytes, std::size_t length) co
                                       offset + static_cast<qpdf_offset_t>(filled));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0)
-            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The file cannot be read."), errno);
+            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The file cannot be read."),
+                                     errno);
         if (count == 0)
             throw Failure(
                 QT_TRANSLATE_NOOP("quillfern::Failure", "The file became shorter while it was read."));
@@ -65,11 +67,16 @@ const FileInput::Block& FileInput::blockAt(qpdf_offset_t offset)
     Block& block = blocks_.front();
     block.start = -1; // until it is filled
     if (!block.bytes) block.bytes.reset(new char[static_cast<std::size_t>(blockSize)]);
-    block.size = static_cast<std::size_t>(std::min(blockSize, size_ - start));
-    readAt(start, block.bytes.get(), block.size);
+    interruptible([&] { fill(block, start); });
     block.start = start;
     byStart_[start] = blocks_.begin();
     return block;
+}
+
+void FileInput::fill(Block& block, qpdf_offset_t start) const
+{
+    block.size = static_cast<std::size_t>(std::min(blockSize, size_ - start));
+    readAt(start, block.bytes.get(), block.size);
 }
 
 size_t FileInput::copyAt(qpdf_offset_t offset, char* bytes, size_t length)
@@ -88,15 +95,22 @@ size_t FileInput::copyAt(qpdf_offset_t offset, char* bytes, size_t length)
 
 size_t FileInput::read(char* bytes, size_t length)
 {
+    interruptible([this] { throwIfCancelled(stop_); });
     last_offset = position_;
-    const size_t done = copyAt(position_, bytes, length);
+    size_t done = copyAt(position_, bytes, length);
     position_ += static_cast<qpdf_offset_t>(done);
+    if (done < length && position_ >= size_ && position_ < end()) {
+        const size_t part = tail_.copy(bytes + done, length - done, static_cast<size_t>(position_ - size_));
+        done += part;
+        position_ += static_cast<qpdf_offset_t>(part);
+    }
     return done;
 }
 
 void FileInput::seek(qpdf_offset_t offset, int whence)
 {
-    const qpdf_offset_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? position_ : size_;
+    const qpdf_offset_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? position_ : end();
+    // Not an Interruption: the library turns a place that an object names wrongly into a warning.
     if (base + offset < 0)
         throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure",
                                         "The document is damaged: it points before its own beginning."));
@@ -105,16 +119,25 @@ void FileInput::seek(qpdf_offset_t offset, int whence)
 
 qpdf_offset_t FileInput::findAndSkipNextEOL()
 {
+    interruptible([this] { throwIfCancelled(stop_); });
     const auto isEol = [](char c) { return c == '\r' || c == '\n'; };
     bool found = false;
-    qpdf_offset_t eol = size_;
-    while (position_ < size_) {
-        const Block& block = blockAt(position_);
-        const char* const end = block.bytes.get() + block.size;
-        const char* const first = block.bytes.get() + (position_ - block.start);
-        const char* const hit = found ? std::find_if_not(first, end, isEol) : std::find_if(first, end, isEol);
-        position_ = block.start + (hit - block.bytes.get());
-        if (hit == end) continue;
+    qpdf_offset_t eol = end();
+    while (position_ < end()) {
+        const char* first = nullptr;
+        const char* last = nullptr;
+        if (position_ < size_) {
+            const Block& block = blockAt(position_);
+            first = block.bytes.get() + (position_ - block.start);
+            last = block.bytes.get() + block.size;
+        } else {
+            first = tail_.data() + (position_ - size_);
+            last = tail_.data() + tail_.size();
+        }
+        const char* const hit =
+            found ? std::find_if_not(first, last, isEol) : std::find_if(first, last, isEol);
+        position_ += hit - first;
+        if (hit == last) continue;
         if (found) break;
         found = true;
         eol = position_;

@@ -7,6 +7,7 @@
 #include <list>
 #include <memory>
 #include <qpdf/InputSource.hh>
+#include <stop_token>
 #include <string>
 #include <unordered_map>
 
@@ -16,14 +17,21 @@ namespace quillfern::pdf {
 /// fast as a memory map for the way a document is parsed and written, but a file that another program
 /// shortens meanwhile gives an error instead of a signal, and memory does not grow with the file beyond what
 /// is kept.
+///
+/// A read that fails or is given up throws Interruption, which only translated() (LibraryErrors.h) catches.
 class FileInput final : public InputSource
 {
   public:
     /// Throws Failure when the file cannot be opened.
-    explicit FileInput(const FilePath& path);
+    explicit FileInput(const FilePath& path, std::stop_token stop = {});
     ~FileInput() override;
     FileInput(const FileInput&) = delete;
     FileInput& operator=(const FileInput&) = delete;
+
+    /// Goes on behind the file's end with these bytes, for the reader alone. Once, before the first read.
+    void setTail(std::string tail) { tail_ = std::move(tail); }
+    /// When it was opened, in bytes; without the tail.
+    [[nodiscard]] qpdf_offset_t fileSize() const { return size_; }
 
     qpdf_offset_t findAndSkipNextEOL() override;
     std::string const& getName() const override { return name_; }
@@ -33,8 +41,6 @@ class FileInput final : public InputSource
     size_t read(char* bytes, size_t length) override;
     void unreadCh(char) override { --position_; }
 
-    /// The size of the file when it was opened, in bytes.
-    [[nodiscard]] qpdf_offset_t size() const { return size_; }
     /// For copying the file as it is. Owned by this object; its own position is not used here.
     [[nodiscard]] int descriptor() const { return descriptor_; }
     /// Copies up to `length` bytes from `offset` on and returns how many the file has there; through the
@@ -59,8 +65,12 @@ class FileInput final : public InputSource
     void readAt(qpdf_offset_t offset, char* bytes, std::size_t length) const;
     /// The block that holds `offset`, which lies before the end of the file.
     const Block& blockAt(qpdf_offset_t offset);
+    void fill(Block& block, qpdf_offset_t start) const;
+    [[nodiscard]] qpdf_offset_t end() const { return size_ + static_cast<qpdf_offset_t>(tail_.size()); }
 
     std::string name_;
+    std::stop_token stop_;
+    std::string tail_;
     int descriptor_ = -1;
     qpdf_offset_t size_ = 0;
     qpdf_offset_t position_ = 0;

@@ -1,6 +1,7 @@
 #include "platform/pdf/InlineImage.h"
 
 #include "platform/pdf/ContentTokens.h"
+#include "platform/system/Cancellation.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -20,6 +21,7 @@ struct Facts
     std::int64_t bits = 0;
     std::int64_t channels = 0;
     std::string_view filter; ///< the outermost, without its slash; empty for none
+    bool paired = true;      ///< keys and values alternate
 };
 
 std::int64_t wholeNumber(std::string_view text)
@@ -49,14 +51,21 @@ void note(Facts& facts, std::string_view key, std::string_view value)
 }
 
 /// Reads the dictionary; leaves `tokens` behind the ID operator. False when that never comes.
-bool readDictionary(ContentTokens& tokens, Facts& facts)
+bool readDictionary(ContentTokens& tokens, Facts& facts, const std::stop_token& stop)
 {
     std::string_view key;
     while (const auto token = tokens.next()) {
-        if (*token == "ID") return true;
+        throwIfCancelled(stop);
+        if (*token == "ID") {
+            facts.paired = facts.paired && key.empty();
+            return true;
+        }
         if (*token == "[") continue; // the value is the array's first element
         if (key.empty()) {
-            if (token->front() == '/') key = *token;
+            if (token->front() == '/')
+                key = *token;
+            else if (*token != "]" && *token != ">>")
+                facts.paired = false;
         } else {
             note(facts, key, *token);
             key = {};
@@ -83,12 +92,15 @@ const char* endOperatorNear(const char* p, const char* end)
     return endOperatorAt(p, end);
 }
 
-const char* endByLength(const Facts& facts, const char* data, const char* end)
+bool hasKnownLength(const Facts& facts)
 {
     constexpr std::int64_t mostBits = 16;
-    if (!facts.filter.empty() || facts.width <= 0 || facts.height <= 0 || facts.bits <= 0 ||
-        facts.bits > mostBits || facts.channels <= 0)
-        return nullptr;
+    return facts.filter.empty() && facts.width > 0 && facts.height > 0 && facts.bits > 0 &&
+           facts.bits <= mostBits && facts.channels > 0;
+}
+
+const char* endByLength(const Facts& facts, const char* data, const char* end)
+{
     const std::int64_t row = (facts.width * facts.channels * facts.bits + 7) / 8;
     if (row > (end - data) / facts.height) return nullptr;
     return endOperatorNear(data + row * facts.height, end);
@@ -99,16 +111,19 @@ bool isControl(char c)
     return static_cast<unsigned char>(c) < ' ' && contentClassOf(c) != ContentClass::White;
 }
 
+/// What is read behind a possible end to see whether content follows.
+constexpr std::ptrdiff_t mostLookedAt = 256;
+
 /// True when what follows reads as content up to its first operator. Of a very long string or comment only
-/// the beginning is read; it counts as content when that is text.
-bool readsAsContent(const char* p, const char* end)
+/// the beginning is read; it counts as content when that is text. `read` receives how far that was.
+bool readsAsContent(const char* p, const char* end, const char*& read)
 {
     constexpr int mostOperands = 40;
-    constexpr std::ptrdiff_t mostBytes = 256;
-    const char* limit = p + std::min(mostBytes, end - p);
+    const char* limit = p + std::min(mostLookedAt, end - p);
     ContentTokens tokens(p, limit);
     for (int i = 0; i < mostOperands; ++i) {
         const auto token = tokens.next();
+        read = tokens.position();
         if (tokens.position() == limit && limit < end) return std::none_of(p, limit, isControl);
         if (!token) return true;
         if (isContentOperator(*token)) return true;
@@ -145,38 +160,64 @@ const char* InlineImages::endByMark(Next& next, const char* mark, const char* da
     return next.after;
 }
 
+InlineImages::InlineImages(const char* contentBegin, const char* contentEnd, const std::stop_token& stop)
+    : end_(contentEnd), stop_(stop)
+{
+    // Far more than any real content needs, and still in proportion to the content.
+    constexpr std::size_t times = 8;
+    constexpr std::size_t least = std::size_t{1} << 20;
+    mayLookAt_ = times * static_cast<std::size_t>(contentEnd - contentBegin) + least;
+}
+
+/// Whether an EI that ends at `after` is followed by content. Content that consists of nothing but possible
+/// ends uses up what may be looked at; no end is believed from then on.
+bool InlineImages::looksAhead(const char* after)
+{
+    throwIfCancelled(stop_);
+    if (mayLookAt_ < static_cast<std::size_t>(mostLookedAt)) return false;
+    const char* read = after;
+    const bool accepted = readsAsContent(after, end_, read);
+    mayLookAt_ -= static_cast<std::size_t>(read - after);
+    return accepted;
+}
+
 const char* InlineImages::endByLooking(const char* data)
 {
-    if (!operator_.at || operator_.at < data) {
-        const char* found = nextEndOperator(
-            data, end_, [this](const char*, const char* after) { return readsAsContent(after, end_); });
-        operator_ = found ? Next{found, found + 2} : Next{end_, nullptr};
-    }
-    if (operator_.after) return operator_.after;
-    const char* plausible = nextEndOperator(data, end_, [data](const char* at, const char*) {
-        return at == data || contentClassOf(at[-1]) == ContentClass::White;
+    const auto find = [&](Next& next, auto accept) {
+        if (next.at && next.at >= data) return next.after;
+        const char* found = nextEndOperator(data, end_, accept);
+        next = found ? Next{found, found + 2} : Next{end_, nullptr};
+        return next.after;
+    };
+    if (const char* after =
+            find(operator_, [this](const char*, const char* behind) { return looksAhead(behind); }))
+        return after;
+    if (const char* after = endOperatorAt(data, end_)) return after;
+    return find(apart_, [data](const char* at, const char*) {
+        return at > data && contentClassOf(at[-1]) == ContentClass::White;
     });
-    return plausible ? plausible + 2 : nullptr;
 }
 
 InlineImageEnd InlineImages::endOf(const char* dictionary)
 {
     ContentTokens tokens(dictionary, end_);
     Facts facts;
-    if (!readDictionary(tokens, facts)) {
+    if (!readDictionary(tokens, facts, stop_)) {
         const std::string arrays(static_cast<std::size_t>(tokens.openArrays()), ']');
-        return {end_, tokens.unclosedString() + arrays + "\nID \nEI\n"};
+        return {end_, tokens.unclosedString() + arrays + "\nID \nEI\n", true};
     }
     // One white-space character separates the data from ID; text filters allow more.
     const char* data = std::min(tokens.position() + 1, end_);
-    const char* after = endByLength(facts, data, end_);
+    const bool knownLength = hasKnownLength(facts);
+    const char* after = knownLength ? endByLength(facts, data, end_) : nullptr;
+    bool damaged = !facts.paired || (knownLength && !after);
     if (!after && (facts.filter == "A85" || facts.filter == "ASCII85Decode"))
-        after = endByMark(text85_, "~>", data);
+        damaged = !(after = endByMark(text85_, "~>", data)) || damaged;
     if (!after && (facts.filter == "AHx" || facts.filter == "ASCIIHexDecode"))
-        after = endByMark(textHex_, ">", data);
+        damaged = !(after = endByMark(textHex_, ">", data)) || damaged;
     if (!after) after = endByLooking(data);
-    if (after) return {after, {}};
-    return {end_, "\nEI\n"};
+    if (after) return {after, {}, damaged};
+    return {end_, "\nEI\n", true};
 }
 
 } // namespace quillfern::pdf

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <stop_token>
 #include <string>
 
 namespace quillfern::pdf {
@@ -9,6 +11,7 @@ struct InlineImageEnd
 {
     const char* after = nullptr; ///< behind the EI; the end of the content when there is none
     std::string closing;         ///< the bytes that close an image without an end; empty for one with an end
+    bool damaged = false;        ///< no end, or another than the image's size and filter say
 };
 
 /// Finds the ends of the inline images of one content (ISO 32000-1, 8.9.7). Their data have no length of
@@ -20,8 +23,9 @@ struct InlineImageEnd
 class InlineImages
 {
   public:
-    /// The content must outlive this object.
-    explicit InlineImages(const char* contentEnd) : end_(contentEnd) {}
+    /// The content and the token must outlive this object. endOf() throws Cancelled once the token is
+    /// stopped.
+    InlineImages(const char* contentBegin, const char* contentEnd, const std::stop_token& stop);
 
     /// `dictionary` is the place behind a BI operator; the images are asked for in their order.
     [[nodiscard]] InlineImageEnd endOf(const char* dictionary);
@@ -36,11 +40,15 @@ class InlineImages
 
     const char* endByMark(Next& next, const char* mark, const char* data);
     const char* endByLooking(const char* data);
+    bool looksAhead(const char* after);
 
     const char* end_;
-    Next text85_;   ///< the next end mark of ASCII85 data
-    Next textHex_;  ///< the next end mark of hexadecimal data
-    Next operator_; ///< the next EI that is followed by something that reads as content
+    const std::stop_token& stop_;
+    std::size_t mayLookAt_; ///< bytes that may still be read behind possible ends
+    Next text85_;           ///< the next end mark of ASCII85 data
+    Next textHex_;          ///< the next end mark of hexadecimal data
+    Next operator_;         ///< the next EI that is followed by something that reads as content
+    Next apart_;            ///< the next EI with white space before it
 };
 
 } // namespace quillfern::pdf

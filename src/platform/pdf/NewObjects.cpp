@@ -55,6 +55,14 @@ QPDFObjectHandle NewObjects::addStream(std::string bytes)
     return addStream(std::move(bytes), QPDFObjectHandle::newDictionary());
 }
 
+QPDFObjectHandle NewObjects::addCopy(const QPDFObjectHandle& stream)
+{
+    const QPDFObjectHandle copy = QPDFObjectHandle(stream).copyStream(); // numbered by the library
+    others_.push_back(copy.getObjGen().getObj());
+    next_ = std::max(next_, others_.back() + 1);
+    return copy;
+}
+
 QPDFObjectHandle NewObjects::addDeflated(const QByteArray& bytes, const QPDFObjectHandle& dictionary)
 {
     QPDFObjectHandle(dictionary).replaceKey("/Filter", QPDFObjectHandle::newName("/FlateDecode"));

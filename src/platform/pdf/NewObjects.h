@@ -20,11 +20,13 @@ class NewObjects
 
     /// The object, now an indirect one; its content may be changed until it is written.
     [[nodiscard]] QPDFObjectHandle add(const QPDFObjectHandle& direct);
-    /// A reference to a new stream. `bytes` are as the stream's filters, stated in the dictionary, leave
-    /// them.
+    /// A reference to a new stream, which is its dictionary until the document is written. `bytes` are as the
+    /// stream's filters, stated in the dictionary, leave them.
     [[nodiscard]] QPDFObjectHandle addStream(std::string bytes, const QPDFObjectHandle& dictionary);
     [[nodiscard]] QPDFObjectHandle addStream(std::string bytes);
-    /// The same with the bytes deflated here.
+    /// A copy of a stream of the document, with a dictionary of its own.
+    [[nodiscard]] QPDFObjectHandle addCopy(const QPDFObjectHandle& stream);
+    /// The same as addStream() with the bytes deflated here.
     [[nodiscard]] QPDFObjectHandle addDeflated(const QByteArray& bytes, const QPDFObjectHandle& dictionary);
     [[nodiscard]] QPDFObjectHandle addDeflated(const QByteArray& bytes);
 
@@ -35,7 +37,7 @@ class NewObjects
         std::string bytes;
     };
     [[nodiscard]] const std::vector<Stream>& streams() const { return streams_; }
-    /// The numbers of the new objects that are no streams.
+    /// The numbers of the other new objects.
     [[nodiscard]] const std::vector<int>& others() const { return others_; }
     /// The first number that no object has.
     [[nodiscard]] int nextNumber() const { return next_; }

@@ -2,91 +2,44 @@
 
 #include "platform/pdf/ContentScanner.h"
 #include "platform/pdf/DocumentChanges.h"
-#include "platform/pdf/FileInput.h"
+#include "platform/pdf/DocumentOpening.h"
+#include "platform/pdf/EnclosedContent.h"
+#include "platform/pdf/LibraryErrors.h"
 #include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PdfCanvas.h"
+#include "platform/pdf/PdfForm.h"
 #include "platform/pdf/PdfMetadata.h"
 #include "platform/pdf/PdfPageBox.h"
 #include "platform/pdf/PdfResources.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/pdf/PlainStreams.h"
 #include "platform/store/AtomicFile.h"
-#include "platform/system/Failure.h"
+#include "platform/system/Cancellation.h"
 
 #include <deque>
-#include <optional>
+#include <map>
 #include <qpdf/QPDF.hh>
-#include <qpdf/QPDFExc.hh>
 #include <set>
 #include <unordered_map>
-#include <system_error>
 
 namespace quillfern::pdf {
 
 namespace {
 
-constexpr auto damaged = QT_TRANSLATE_NOOP("quillfern::Failure", "The document is damaged beyond repair.");
-
-[[noreturn]] void refuse(const QPDFExc& exception)
+/// Stamped and blanked pages show exactly their media box.
+void showWholeMediaBox(QPDFObjectHandle page, const PdfPageBox& box)
 {
-    if (exception.getErrorCode() == qpdf_e_password)
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document needs a password."));
-    throw Failure(Reason(damaged).with(QString::fromStdString(exception.getMessageDetail())));
-}
-
-/// Runs work on a document and turns the exceptions of its library into Failure.
-template <class Work>
-auto translated(Work&& work)
-{
-    try {
-        return work();
-    } catch (const QPDFExc& exception) {
-        refuse(exception);
-    } catch (const std::system_error&) {
-        throw; // the system's lack (of a thread, say) and not the document's
-    } catch (const std::logic_error& error) {
-        throw Failure(Reason(damaged).with(QString::fromUtf8(error.what())));
-    } catch (const std::runtime_error& error) {
-        throw Failure(Reason(damaged).with(QString::fromUtf8(error.what())));
-    }
-}
-
-/// The streams of the page's content. Those that can be read straight from the file are not resolved.
-std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page, PlainStreams& plain)
-{
-    QPDFObjectHandle contents = page.getKey("/Contents");
-    const auto isStream = [&plain](QPDFObjectHandle& object) {
-        return object.isIndirect() && (plain.isPlain(object.getObjGen()) || object.isStream());
+    const QRectF& media = box.mediaBox();
+    const auto asArray = [&] {
+        return QPDFObjectHandle::newFromRectangle(
+            QPDFObjectHandle::Rectangle(media.left(), media.top(), media.right(), media.bottom()));
     };
-    std::vector<QPDFObjectHandle> streams;
-    if (isStream(contents)) {
-        streams.push_back(contents);
-    } else if (contents.isArray()) {
-        for (int i = 0; i < contents.getArrayNItems(); ++i) {
-            QPDFObjectHandle item = contents.getArrayItem(i);
-            if (isStream(item)) streams.push_back(item);
-        }
-    }
-    return streams;
-}
-
-} // namespace
-
-namespace {
-
-/// Corrects the counts of a node of the page tree and of those below it and returns the node's. `counted`
-/// holds the nodes seen so far, so that a tree with a cycle is not followed for ever.
-int correctCount(QPDFObjectHandle node, std::set<QPDFObjGen>& counted)
-{
-    if (!node.isDictionary()) return 0;
-    QPDFObjectHandle kids = node.getKey("/Kids");
-    if (!kids.isArray()) return 1;
-    if (!counted.insert(node.getObjGen()).second) return 0;
-    int sum = 0;
-    for (int i = 0; i < kids.getArrayNItems(); ++i)
-        sum += correctCount(kids.getArrayItem(i), counted);
-    node.replaceKey("/Count", QPDFObjectHandle::newInteger(sum));
-    return sum;
+    // Viewers differ on a page without a usable box; the stamp was placed on this one.
+    if (!box.isStated()) page.replaceKey("/MediaBox", asArray());
+    if (inheritedAttribute(page, "/CropBox").isNull()) return;
+    page.removeKey("/CropBox");
+    // An ancestor's crop box would come back; only the page's own overrules it.
+    if (!inheritedAttribute(page, "/CropBox").isNull()) page.replaceKey("/CropBox", asArray());
 }
 
 } // namespace
@@ -94,31 +47,14 @@ int correctCount(QPDFObjectHandle node, std::set<QPDFObjGen>& counted)
 class PdfDocument::Private
 {
   public:
-    explicit Private(const FilePath& path) : source(std::make_shared<FileInput>(path))
+    Private(OpenedDocument opened, std::stop_token stopToken)
+        : stop(std::move(stopToken)), document(std::move(opened)), qpdf(*document.qpdf),
+          pages(document.pages), objects(qpdf, !document.isSound), plain(*document.plain),
+          metadata(qpdf, changes, objects, stop), archivalPart(metadata.archivalPart()),
+          signatures(pdf::signaturesOf(qpdf)),
+          resources(objects, archivalPart > 0 && !metadata.hasRgbOutputIntent()), scanner_(plain, stop)
     {
-        qpdf.setSuppressWarnings(true);
-        qpdf.processInputSource(source, "");
-        plain.emplace(qpdf, *source);
-        scanner_.emplace(*plain);
-        pages = qpdf.getAllPages();
-        if (!parentsLeadUp()) {
-            changes.noteRebuilt();
-            qpdf.pushInheritedAttributesToPage();
-        }
-        // Viewers rely on the count in the page tree, so a wrong one is corrected.
-        QPDFObjectHandle root = qpdf.getRoot().getKey("/Pages");
-        QPDFObjectHandle count = root.getKey("/Count");
-        std::set<QPDFObjGen> counted;
-        if (!count.isInteger() || count.getIntValue() != static_cast<long long>(pages.size())) {
-            changes.noteRebuilt();
-            correctCount(root, counted);
-        }
-        if (pages.empty())
-            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no pages."));
-        objects.emplace(qpdf, changes.isRebuilt() || qpdf.anyWarnings());
-        metadata.emplace(qpdf, changes, *objects);
-        archivalPart = metadata->archivalPart();
-        resources.emplace(*objects, archivalPart > 0 && !metadata->hasRgbOutputIntent());
+        if (!document.isSound) changes.noteRebuilt();
     }
 
     /// A page whose marks are drawn and whose own content is still being read.
@@ -137,53 +73,44 @@ class PdfDocument::Private
     std::shared_ptr<ContentScanner::Scan> scanOf(const std::vector<QPDFObjectHandle>& streams);
     QPDFObjectHandle resourcesWith(const QPDFObjectHandle& page, const PdfPageResources& added);
 
-    std::shared_ptr<FileInput> source;
-    QPDF qpdf;
+    std::stop_token stop;
+    OpenedDocument document;
+    QPDF& qpdf;
+    std::vector<QPDFObjectHandle>& pages;
     DocumentChanges changes;
-    std::optional<NewObjects> objects;
-    std::optional<PlainStreams> plain;
-    std::vector<QPDFObjectHandle> pages;
-    std::optional<PdfMetadata> metadata;
-    std::optional<PdfResources> resources;
-    int archivalPart = 0;
+    NewObjects objects;
+    PlainStreams& plain;
+    PdfMetadata metadata;
+    int archivalPart;
+    Signatures signatures;
+    PdfResources resources;
     std::set<QPDFObjGen> widgetsToDrop;
 
   private:
-    /// Whether every page's chain of /Parent leads to the root in a few steps. Where it does not, the
-    /// attributes that pages inherit can only be found from the root down, as viewers find them.
-    bool parentsLeadUp();
     QPDFObjectHandle saveState();
+    void encloseAndStamp(Pending& pending, const ContentScanner::Result& scan);
+
+    void forgetScans()
+    {
+        scans_.clear();
+        mendedBytes_ = 0;
+    }
 
     static constexpr std::size_t mostPending = 256;
+    static constexpr qsizetype mostMendedBytes = qsizetype{64} << 20;
     std::deque<Pending> pending_;
-    std::optional<ContentScanner> scanner_;
+    ContentScanner scanner_;
     std::map<std::vector<QPDFObjGen>, std::shared_ptr<ContentScanner::Scan>> scans_;
     std::map<std::pair<QPDFObjGen, std::string>, QPDFObjectHandle> sharedResources_;
     std::unordered_map<std::string, QPDFObjectHandle> equalResources_; ///< by their text
+    std::map<std::string, QPDFObjectHandle> forms_;                    ///< by content and surroundings
+    qsizetype mendedBytes_ = 0; ///< that the scans in scans_ hold, at most
     QPDFObjectHandle saveState_;
 };
 
-bool PdfDocument::Private::parentsLeadUp()
-{
-    constexpr int usualDepth = 32;
-    QPDFObjGen root = qpdf.getRoot().getKey("/Pages").getObjGen();
-    std::set<QPDFObjGen> known{root};
-    for (const QPDFObjectHandle& page : pages) {
-        std::vector<QPDFObjGen> chain;
-        QPDFObjectHandle parent = QPDFObjectHandle(page).getKey("/Parent");
-        while (known.count(parent.getObjGen()) == 0) {
-            if (!parent.isDictionary() || chain.size() > usualDepth) return false;
-            chain.push_back(parent.getObjGen());
-            parent = parent.getKey("/Parent");
-        }
-        known.insert(chain.begin(), chain.end());
-    }
-    return true;
-}
-
 QPDFObjectHandle PdfDocument::Private::saveState()
 {
-    if (!saveState_.isInitialized()) saveState_ = objects->addStream("q\n");
+    if (!saveState_.isInitialized()) saveState_ = objects.addStream("q\n");
     return saveState_;
 }
 
@@ -197,8 +124,8 @@ PdfDocument::Private::scanOf(const std::vector<QPDFObjectHandle>& streams)
         key.push_back(stream.getObjGen());
     const auto found = scans_.find(key);
     if (found != scans_.end()) return found->second;
-    if (scans_.size() >= 4 * mostPending) scans_.clear();
-    return scans_.emplace(std::move(key), scanner_->scan(streams)).first->second;
+    if (scans_.size() >= 4 * mostPending) forgetScans();
+    return scans_.emplace(std::move(key), scanner_.scan(streams)).first->second;
 }
 
 QPDFObjectHandle PdfDocument::Private::resourcesWith(const QPDFObjectHandle& page,
@@ -221,7 +148,7 @@ QPDFObjectHandle PdfDocument::Private::resourcesWith(const QPDFObjectHandle& pag
     if (shared.isInitialized()) return shared;
     QPDFObjectHandle copy = extended();
     QPDFObjectHandle& equal = equalResources_[copy.unparse()];
-    if (!equal.isInitialized()) equal = objects->add(copy);
+    if (!equal.isInitialized()) equal = objects.add(copy);
     return shared = equal;
 }
 
@@ -245,21 +172,51 @@ void PdfDocument::Private::settleOldest()
 
     std::string closing;
     if (pending.scan) {
-        const ContentScanner::Result& scan = scanner_->resultOf(*pending.scan);
+        const ContentScanner::Result& scan = scanner_.resultOf(*pending.scan);
         closing = scan.balance.closing.toStdString();
-        if (!scan.mended.isEmpty()) pending.streams = {objects->addDeflated(scan.mended)};
+        if (scan.balance.damaged || (scan.undecodable && pending.streams.size() == 1)) {
+            encloseAndStamp(pending, scan);
+            return;
+        }
+        if (!scan.mended.isEmpty()) pending.streams = {objects.addDeflated(scan.mended)};
     }
     const bool wrap = !pending.over.empty() && !pending.streams.empty();
     if (!pending.under.empty())
-        contents.appendItem(objects->addStream(pending.under + (wrap ? "q\n" : "")));
+        contents.appendItem(objects.addStream(pending.under + (wrap ? "q\n" : "")));
     else if (wrap)
         contents.appendItem(saveState());
     for (const QPDFObjectHandle& stream : pending.streams)
         contents.appendItem(stream);
     // The line feed ends a comment, or an escape, that the content ends in.
     if (!pending.over.empty())
-        contents.appendItem(objects->addStream(wrap ? '\n' + closing + "Q\n" + pending.over : pending.over));
+        contents.appendItem(objects.addStream(wrap ? '\n' + closing + "Q\n" + pending.over : pending.over));
     pending.page.replaceKey("/Contents", contents);
+}
+
+/// Damaged content ends where its form ends.
+void PdfDocument::Private::encloseAndStamp(Pending& pending, const ContentScanner::Result& scan)
+{
+    // The structure tree is changed in many places.
+    if (pending.page.hasKey("/StructParents")) changes.noteRebuilt();
+    // Pages that share their content share its form.
+    std::string key = formSurroundings(pending.page);
+    for (const QPDFObjectHandle& stream : pending.streams)
+        if (!key.empty()) key += stream.getObjGen().unparse(' ');
+    QPDFObjectHandle form = key.empty() ? QPDFObjectHandle() : forms_[key];
+    if (!form.isInitialized()) {
+        if (scan.undecodable)
+            form = objects.addCopy(pending.streams.front());
+        else if (scan.balance.unfinished) // anything behind it would become a part of it
+            form = objects.addDeflated(scan.mended);
+        else
+            form = objects.addDeflated(scan.mended + '\n' + scan.balance.closing);
+        makeForm(qpdf, pending.page, form);
+        if (!key.empty()) forms_[key] = form;
+    }
+    const std::string drawn = drawForm(pending.page, form);
+    pending.page.replaceKey("/Contents", objects.addStream(pending.under + drawn + pending.over));
+    mendedBytes_ += scan.mended.size();
+    if (mendedBytes_ > mostMendedBytes) forgetScans();
 }
 
 class PdfDocument::StampedPage final : public PdfPage
@@ -267,8 +224,8 @@ class PdfDocument::StampedPage final : public PdfPage
   public:
     StampedPage(Private& document, const QPDFObjectHandle& page, drawing::TextShaper& shaper)
         : document_(document), page_(page), box_(page), resources_(inheritedAttribute(page, "/Resources")),
-          under_(*document.resources, resources_, shaper, box_.toUserSpace()),
-          over_(*document.resources, resources_, shaper, box_.toUserSpace())
+          under_(document.resources, resources_, shaper, box_.toUserSpace()),
+          over_(document.resources, resources_, shaper, box_.toUserSpace())
     {
     }
 
@@ -279,12 +236,12 @@ class PdfDocument::StampedPage final : public PdfPage
     {
         translated([this] {
             document_.changes.noteChanged(page_);
-            showWholeMediaBox();
+            showWholeMediaBox(page_, box_);
             if (!resources_.empty())
                 page_.replaceKey("/Resources", document_.resourcesWith(page_, resources_));
             if (under_.content().empty() && over_.content().empty()) return;
             Private::Pending pending{
-                page_, contentStreams(page_, *document_.plain), {}, under_.content(), over_.content()};
+                page_, contentStreams(page_, document_.plain), {}, under_.content(), over_.content()};
             if (!pending.over.empty() && !pending.streams.empty())
                 pending.scan = document_.scanOf(pending.streams);
             document_.add(std::move(pending));
@@ -292,23 +249,6 @@ class PdfDocument::StampedPage final : public PdfPage
     }
 
   private:
-    void showWholeMediaBox()
-    {
-        // Viewers differ on a page without a usable box; the stamp was placed on this one.
-        if (!box_.isStated()) page_.replaceKey("/MediaBox", mediaBox());
-        if (inheritedAttribute(page_, "/CropBox").isNull()) return;
-        page_.removeKey("/CropBox");
-        // An ancestor's crop box would come back; only the page's own overrules it.
-        if (!inheritedAttribute(page_, "/CropBox").isNull()) page_.replaceKey("/CropBox", mediaBox());
-    }
-
-    [[nodiscard]] QPDFObjectHandle mediaBox() const
-    {
-        const QRectF& media = box_.mediaBox();
-        return QPDFObjectHandle::newFromRectangle(
-            QPDFObjectHandle::Rectangle(media.left(), media.top(), media.right(), media.bottom()));
-    }
-
     Private& document_;
     QPDFObjectHandle page_;
     PdfPageBox box_;
@@ -322,15 +262,28 @@ PdfDocument::PdfDocument(std::unique_ptr<Private> data) : d(std::move(data))
 }
 PdfDocument::~PdfDocument() = default;
 
-std::unique_ptr<PdfDocument> PdfDocument::open(const FilePath& path)
+std::unique_ptr<PdfDocument> PdfDocument::open(const FilePath& path, const std::stop_token& stop,
+                                               ReadAhead readAhead)
 {
-    return translated(
-        [&] { return std::unique_ptr<PdfDocument>(new PdfDocument(std::make_unique<Private>(path))); });
+    return translated([&] {
+        return std::unique_ptr<PdfDocument>(
+            new PdfDocument(std::make_unique<Private>(openDocument(path, stop, readAhead), stop)));
+    });
 }
 
 int PdfDocument::pageCount() const
 {
     return static_cast<int>(d->pages.size());
+}
+
+std::optional<Reason> PdfDocument::remark() const
+{
+    // An appended revision leaves the signed one as it is, but a certified document may not be changed.
+    const bool isBroken = d->signatures.isCertified || (d->signatures.isSigned && d->changes.isRebuilt());
+    if (!isBroken) return d->document.loss;
+    const Reason broken(
+        QT_TRANSLATE_NOOP("quillfern::Failure", "The document's digital signature no longer holds."));
+    return d->document.loss ? d->document.loss->followedBy(broken) : broken;
 }
 
 QSizeF PdfDocument::pageSize(int index) const
@@ -341,6 +294,7 @@ QSizeF PdfDocument::pageSize(int index) const
 std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, drawing::TextShaper& shaper)
 {
     return translated([&]() -> std::unique_ptr<PdfPage> {
+        throwIfCancelled(d->stop);
         return std::make_unique<StampedPage>(*d, d->pages.at(static_cast<std::size_t>(index)), shaper);
     });
 }
@@ -348,6 +302,7 @@ std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, drawing::TextShaper& 
 void PdfDocument::blankPage(int index)
 {
     translated([&] {
+        throwIfCancelled(d->stop);
         d->changes.noteRebuilt(); // what was on the page must not remain in the file
         QPDFObjectHandle page = d->pages.at(static_cast<std::size_t>(index));
         QPDFObjectHandle annotations = page.getKey("/Annots");
@@ -359,6 +314,7 @@ void PdfDocument::blankPage(int index)
                                 "/Group", "/Metadata", "/Trans", "/AF"})
             page.removeKey(key);
         page.replaceKey("/Resources", QPDFObjectHandle::newDictionary());
+        showWholeMediaBox(page, PdfPageBox(page));
     });
 }
 
@@ -366,65 +322,30 @@ void PdfDocument::keepFirstPages(int count)
 {
     translated([&] {
         d->settleAll();
-        while (pageCount() > count) {
+        for (; pageCount() > count; d->pages.pop_back()) {
+            throwIfCancelled(d->stop);
             d->changes.noteRebuilt();
             d->qpdf.removePage(d->pages.back());
-            d->pages = d->qpdf.getAllPages();
         }
     });
 }
 
 void PdfDocument::setCreator(const QString& creator)
 {
-    translated([&] { d->metadata->setCreator(creator); });
+    translated([&] { d->metadata.setCreator(creator); });
 }
-
-namespace {
-
-/// `array` without the objects in `gone`.
-QPDFObjectHandle without(QPDFObjectHandle array, const std::set<QPDFObjGen>& gone)
-{
-    QPDFObjectHandle kept = QPDFObjectHandle::newArray();
-    for (const QPDFObjectHandle& item : array.getArrayAsVector())
-        if (!gone.count(item.getObjGen())) kept.appendItem(item);
-    return kept;
-}
-
-/// Removes the form fields all of whose widgets were on blanked pages, and the fields that only grouped such
-/// fields: a form must not require a field that is shown nowhere. A field that is also shown elsewhere only
-/// loses the widgets on blanked pages.
-void dropFormFields(QPDF& document, const std::set<QPDFObjGen>& widgets)
-{
-    QPDFObjectHandle form = document.getRoot().getKey("/AcroForm");
-    if (widgets.empty() || !form.isDictionary()) return;
-    std::set<QPDFObjGen> gone = widgets;
-    std::vector<QPDFObjGen> queue(widgets.begin(), widgets.end());
-    while (!queue.empty()) {
-        QPDFObjectHandle parent = document.getObject(queue.back());
-        queue.pop_back();
-        parent = parent.isDictionary() ? parent.getKey("/Parent") : parent;
-        if (!parent.isDictionary() || !parent.getKey("/Kids").isArray()) continue;
-        const QPDFObjectHandle kept = without(parent.getKey("/Kids"), gone);
-        parent.replaceKey("/Kids", kept);
-        if (QPDFObjectHandle(kept).getArrayNItems() == 0 && gone.insert(parent.getObjGen()).second)
-            queue.push_back(parent.getObjGen());
-    }
-    for (const char* list : {"/Fields", "/CO"})
-        if (form.getKey(list).isArray()) form.replaceKey(list, without(form.getKey(list), gone));
-}
-
-} // namespace
 
 void PdfDocument::save(const PdfWriter& writer, store::AtomicFile& target)
 {
     translated([&] {
         d->settleAll();
-        dropFormFields(d->qpdf, d->widgetsToDrop);
-        d->resources->finish();
+        if (!d->widgetsToDrop.empty()) dropFormFields(d->qpdf, d->widgetsToDrop);
+        d->resources.finish();
         // The first archival profile forbids transparency, so the claim would be false.
-        if (d->archivalPart == 1 && d->resources->usesTransparency()) d->metadata->withdrawArchivalClaim();
-        if (d->resources->usesTransparency()) d->changes.noteTransparency();
-        writer.write(d->qpdf, d->changes, *d->objects, *d->source, target);
+        if (d->archivalPart == 1 && d->resources.usesTransparency()) d->metadata.withdrawArchivalClaim();
+        if (d->resources.usesTransparency()) d->changes.noteTransparency();
+        if (d->changes.isRebuilt()) readEverything(d->document);
+        writer.write({d->qpdf, d->changes, d->objects, *d->document.input}, target, d->stop);
     });
 }
 

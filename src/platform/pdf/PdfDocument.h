@@ -1,11 +1,15 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
+#include "platform/pdf/ReadAhead.h"
+#include "platform/system/Failure.h"
 #include "platform/system/FilePath.h"
 
 #include <QSizeF>
 #include <QString>
 #include <memory>
+#include <optional>
+#include <stop_token>
 
 namespace quillfern::drawing {
 class TextShaper;
@@ -37,13 +41,18 @@ class PdfDocument
 {
   public:
     /// Opens a file that needs no password to be read; repairs what can be repaired. Throws Failure when it
-    /// is no PDF file, needs a password, or is damaged beyond repair.
-    [[nodiscard]] static std::unique_ptr<PdfDocument> open(const FilePath& path);
+    /// is no PDF file, needs a password, or is so damaged that a page would be lost. Once `stop` is stopped,
+    /// this and everything that is done to the document later throws Cancelled.
+    [[nodiscard]] static std::unique_ptr<PdfDocument>
+    open(const FilePath& path, const std::stop_token& stop = {}, ReadAhead readAhead = ReadAhead::Pages);
     ~PdfDocument();
     PdfDocument(const PdfDocument&) = delete;
     PdfDocument& operator=(const PdfDocument&) = delete;
 
     [[nodiscard]] int pageCount() const;
+    /// What is to be said beside a successful result, in words for people: what was missing in a damaged
+    /// file, that a signature no longer holds.
+    [[nodiscard]] std::optional<Reason> remark() const;
     /// The page as its reader sees it, in points: the media box, turned by /Rotate and scaled by /UserUnit.
     [[nodiscard]] QSizeF pageSize(int index) const;
 
@@ -51,7 +60,7 @@ class PdfDocument
     /// read, y down. The page afterwards shows exactly its media box. The shaper must outlive the page.
     [[nodiscard]] std::unique_ptr<PdfPage> stampPage(int index, drawing::TextShaper& shaper);
     /// Removes content, resources, annotations (with their form fields), actions and metadata from a page;
-    /// its box and rotation stay.
+    /// its media box and rotation stay, and it shows exactly that box, as a stamped page does.
     void blankPage(int index);
     /// Drops the pages from `count` on.
     void keepFirstPages(int count);

@@ -6,13 +6,14 @@
 
 namespace quillfern::pdf {
 
-PdfMetadata::PdfMetadata(QPDF& document, DocumentChanges& changes, NewObjects& objects)
+PdfMetadata::PdfMetadata(QPDF& document, DocumentChanges& changes, NewObjects& objects,
+                         const std::stop_token& stop)
     : document_(document), changes_(changes), objects_(objects),
       stream_(document.getRoot().getKey("/Metadata"))
 {
     if (!stream_.isStream()) return;
     constexpr std::size_t largestPacket = std::size_t{32} << 20;
-    const BoundedStream packet = decodeBounded(stream_, largestPacket);
+    const BoundedStream packet = decodeBounded(stream_, largestPacket, stop);
     if (packet.data)
         packet_.emplace(
             QByteArray::fromRawData(packet.data->data(), static_cast<qsizetype>(packet.data->size())));

@@ -6,6 +6,7 @@
 #include <optional>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
+#include <stop_token>
 
 namespace quillfern::pdf {
 
@@ -18,8 +19,9 @@ class NewObjects;
 class PdfMetadata
 {
   public:
-    /// Both are borrowed.
-    PdfMetadata(QPDF& document, DocumentChanges& changes, NewObjects& objects);
+    /// All but `stop` are borrowed.
+    PdfMetadata(QPDF& document, DocumentChanges& changes, NewObjects& objects,
+                const std::stop_token& stop = {});
 
     void setCreator(const QString& creator);
 

@@ -41,8 +41,17 @@ QPDFObjectHandle inheritedAttribute(QPDFObjectHandle page, const std::string& ke
 
 PdfPageBox::PdfPageBox(QPDFObjectHandle page)
 {
-    stated_ = readBox(inheritedAttribute(page, "/MediaBox"), box_);
-    if (!stated_) box_ = QRectF(0, 0, 612, 792);
+    // A box that is none does not hide the one above it.
+    bool usable = false;
+    QPDFObjectHandle node = page;
+    for (int depth = 0; depth < deepestPageTree && node.isDictionary() && !usable; ++depth) {
+        QPDFObjectHandle value = node.getKey("/MediaBox");
+        usable = readBox(value, box_);
+        stated_ = stated_ && (usable || value.isNull());
+        node = node.getKey("/Parent");
+    }
+    stated_ = stated_ && usable;
+    if (!usable) box_ = QRectF(0, 0, 612, 792);
     QPDFObjectHandle rotate = inheritedAttribute(page, "/Rotate");
     if (rotate.isNumber()) {
         const double degrees = rotate.getNumericValue();

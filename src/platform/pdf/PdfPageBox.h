@@ -12,8 +12,9 @@ namespace quillfern::pdf {
 class PdfPageBox
 {
   public:
-    /// Reads the box, its rotation and its unit from the page or what it inherits from. A missing or empty
-    /// box counts as US Letter, a rotation that is no multiple of 90 degrees as none.
+    /// Reads the box, its rotation and its unit from the page or what it inherits from. A box that is empty
+    /// or no rectangle counts as missing, a missing one as US Letter, and a rotation that is no multiple of
+    /// 90 degrees as none.
     explicit PdfPageBox(QPDFObjectHandle page);
 
     /// The page as its reader sees it, in points: turned by /Rotate and scaled by /UserUnit.
@@ -22,7 +23,8 @@ class PdfPageBox
     [[nodiscard]] QTransform toUserSpace() const;
     /// The media box in the page's own space, lower left corner first.
     [[nodiscard]] const QRectF& mediaBox() const { return box_; }
-    /// False when the page states no usable box and mediaBox() is the one assumed.
+    /// False when the page itself or all that it inherits from states no usable box, and viewers may show
+    /// another than mediaBox().
     [[nodiscard]] bool isStated() const { return stated_; }
 
   private:

@@ -1,8 +1,9 @@
 #include "platform/pdf/PdfPageCount.h"
 
+#include "platform/pdf/DocumentOpening.h"
 #include "platform/pdf/FileInput.h"
-#include "platform/pdf/PdfDocument.h"
-#include "platform/system/Failure.h"
+#include "platform/pdf/LibraryErrors.h"
+#include "platform/system/Cancellation.h"
 
 #include <qpdf/QPDF.hh>
 
@@ -10,11 +11,12 @@ namespace quillfern::pdf {
 
 namespace {
 
-std::unique_ptr<QPDF> openQuietly(const FilePath& path, const QByteArray& password)
+DocumentPointer openQuietly(const FilePath& path, const QByteArray& password,
+                            const std::stop_token& stop = {})
 {
-    auto document = std::make_unique<QPDF>();
+    DocumentPointer document = newDocument(stop);
     document->setSuppressWarnings(true);
-    document->processInputSource(std::make_shared<FileInput>(path), password.constData());
+    document->processInputSource(std::make_shared<FileInput>(path, stop), password.constData());
     return document;
 }
 
@@ -38,24 +40,41 @@ int statedCount(QPDFObjectHandle root)
     return sum == stated ? stated : 0;
 }
 
-} // namespace
-
-int pdfPageCount(const FilePath& path)
+/// The count of a file that can be read as it is; 0 for any other.
+int quickCount(const FilePath& path, const std::stop_token& stop)
 {
     try {
-        const auto document = openQuietly(path, {});
-        const int stated = statedCount(document->getRoot().getKey("/Pages"));
-        return stated > 0 ? stated : static_cast<int>(document->getAllPages().size());
+        return translated(
+            [&] { return statedCount(openQuietly(path, {}, stop)->getRoot().getKey("/Pages")); });
+    } catch (const Cancelled&) {
+        throw;
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+} // namespace
+
+int pdfPageCount(const FilePath& path, const std::stop_token& stop)
+{
+    const int stated = quickCount(path, stop);
+    if (stated > 0) return stated;
+    try {
+        return static_cast<int>(openDocument(path, stop).pages.size());
+    } catch (const Cancelled&) {
+        throw;
     } catch (const std::exception&) {
         return 0; // whatever is wrong with it, it has no usable pages
     }
 }
 
-std::optional<Reason> pdfProblem(const FilePath& path)
+std::optional<Reason> pdfProblem(const FilePath& path, const std::stop_token& stop)
 {
     try {
-        static_cast<void>(PdfDocument::open(path));
+        static_cast<void>(openDocument(path, stop));
         return std::nullopt;
+    } catch (const Cancelled&) {
+        throw;
     } catch (const Failure& failure) {
         return failure.reasons();
     }
@@ -64,7 +83,7 @@ std::optional<Reason> pdfProblem(const FilePath& path)
 bool pdfOpensWith(const FilePath& path, const QString& password)
 {
     try {
-        openQuietly(path, password.toUtf8());
+        translated([&] { openQuietly(path, password.toUtf8()); });
         return true;
     } catch (const std::exception&) {
         return false;

@@ -1,6 +1,7 @@
 #include "platform/pdf/PdfPageExtract.h"
 
 #include "platform/pdf/FileInput.h"
+#include "platform/pdf/LibraryErrors.h"
 #include "platform/pdf/PdfPageBox.h"
 #include "platform/system/Failure.h"
 
@@ -8,7 +9,6 @@
 #include <qpdf/Buffer.hh>
 #include <qpdf/Constants.h>
 #include <qpdf/QPDF.hh>
-#include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFWriter.hh>
 #include <set>
@@ -131,17 +131,7 @@ ExtractedPage extract(const FilePath& path, int index)
 
 ExtractedPage extractPdfPage(const FilePath& path, int index)
 {
-    try {
-        return extract(path, index);
-    } catch (const QPDFExc& exception) {
-        if (exception.getErrorCode() == qpdf_e_password)
-            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document needs a password."));
-        throw Failure(QString::fromStdString(exception.getMessageDetail()));
-    } catch (const std::logic_error& error) {
-        throw Failure(QString::fromUtf8(error.what()));
-    } catch (const std::runtime_error& error) {
-        throw Failure(QString::fromUtf8(error.what()));
-    }
+    return translated([&] { return extract(path, index); });
 }
 
 } // namespace quillfern::pdf

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <stop_token>
 
 class QPDF;
 
@@ -14,23 +15,31 @@ class DocumentChanges;
 class FileInput;
 class NewObjects;
 
+/// A document that was opened from `source` and changed since; all are borrowed.
+struct EditedDocument
+{
+    QPDF& document;
+    DocumentChanges& changes; ///< a writer that writes the document anew notes that here
+    NewObjects& objects;
+    const FileInput& source;
+};
+
 /// Writes a changed document to the disk.
 class PdfWriter
 {
   public:
     virtual ~PdfWriter() = default;
-    /// Writes the document, which was opened from `source`, with all its changes. Throws Failure or what the
-    /// document's library throws; the caller translates.
-    virtual void write(QPDF& document, DocumentChanges& changes, NewObjects& objects, const FileInput& source,
-                       store::AtomicFile& target) const = 0;
+    /// Writes the document with all its changes. Throws Cancelled once `stop` is stopped, Failure, or what
+    /// the document's library throws; the caller translates (LibraryErrors.h).
+    virtual void write(const EditedDocument& edited, store::AtomicFile& target,
+                       std::stop_token stop) const = 0;
 };
 
 /// Writes every object anew, streams as they are. Object streams and encryption are kept.
 class RewritingPdfWriter final : public PdfWriter
 {
   public:
-    void write(QPDF& document, DocumentChanges& changes, NewObjects& objects, const FileInput& source,
-               store::AtomicFile& target) const override;
+    void write(const EditedDocument& edited, store::AtomicFile& target, std::stop_token stop) const override;
 };
 
 /// Writes a copy of the source followed by an incremental update (ISO 32000-1, 7.5.6) that holds only the new
@@ -42,8 +51,7 @@ class RewritingPdfWriter final : public PdfWriter
 class AppendingPdfWriter final : public PdfWriter
 {
   public:
-    void write(QPDF& document, DocumentChanges& changes, NewObjects& objects, const FileInput& source,
-               store::AtomicFile& target) const override;
+    void write(const EditedDocument& edited, store::AtomicFile& target, std::stop_token stop) const override;
 };
 
 } // namespace quillfern::pdf

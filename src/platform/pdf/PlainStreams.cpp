@@ -108,7 +108,7 @@ std::optional<PlainStreams::Place> PlainStreams::find(const QPDFObjGen& id)
     Head head(std::string_view(first.data(), size));
     const std::optional<Stated> stated = readHead(head, id.getObj());
     const qpdf_offset_t start = found->second + static_cast<qpdf_offset_t>(head.used());
-    if (!stated || stated->length > file_.size() - start) return std::nullopt;
+    if (!stated || stated->length > file_.fileSize() - start) return std::nullopt;
     return Place{start, static_cast<std::size_t>(stated->length), stated->isDeflated};
 }
 
@@ -129,6 +129,24 @@ std::optional<PlainStreams::Bytes> PlainStreams::read(const QPDFObjGen& id)
     const std::size_t after = file_.copyAt(end, last.data(), last.size());
     if (!Head(std::string_view(last.data(), after)).take("endstream")) return std::nullopt;
     return bytes;
+}
+
+std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page, PlainStreams& plain)
+{
+    QPDFObjectHandle contents = page.getKey("/Contents");
+    const auto isStream = [&plain](QPDFObjectHandle& object) {
+        return object.isIndirect() && (plain.isPlain(object.getObjGen()) || object.isStream());
+    };
+    std::vector<QPDFObjectHandle> streams;
+    if (isStream(contents)) {
+        streams.push_back(contents);
+    } else if (contents.isArray()) {
+        for (int i = 0; i < contents.getArrayNItems(); ++i) {
+            QPDFObjectHandle item = contents.getArrayItem(i);
+            if (isStream(item)) streams.push_back(item);
+        }
+    }
+    return streams;
 }
 
 } // namespace quillfern::pdf

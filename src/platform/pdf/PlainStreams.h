@@ -5,7 +5,9 @@
 #include <optional>
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
 #include <unordered_map>
+#include <vector>
 
 namespace quillfern::pdf {
 
@@ -46,5 +48,8 @@ class PlainStreams
     FileInput& file_;
     std::unordered_map<int, std::int64_t> offsets_; ///< of the objects of generation 0 outside object streams
 };
+
+/// The streams of a page's content. Plain ones are not made objects of the library.
+[[nodiscard]] std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page, PlainStreams& plain);
 
 } // namespace quillfern::pdf

@@ -48,7 +48,7 @@ std::optional<SourceEnd> findSourceEnd(const FileInput& source)
     // The reader of the document looks as far back for the keyword, so both mean the same section.
     constexpr std::int64_t lookBack = 1054;
     SourceEnd end;
-    end.size = source.size();
+    end.size = source.fileSize();
     if (source.bytesAt(0, 5) != "%PDF-") return std::nullopt;
     const std::int64_t from = std::max<std::int64_t>(0, end.size - lookBack);
     const auto start = lastStart(source.bytesAt(from, end.size - from));

@@ -1,7 +1,7 @@
 #include "platform/store/AtomicFile.h"
 
 #include "platform/store/TemporaryNames.h"
-#include "platform/system/Failure.h"
+#include "platform/system/Cancellation.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -147,7 +147,7 @@ bool AtomicFile::cloneFrom(int descriptor, long long size)
 #endif
 }
 
-void AtomicFile::copyFrom(int descriptor, long long size)
+void AtomicFile::copyFrom(int descriptor, long long size, const std::stop_token& stop)
 {
     flushBuffer();
     if (cloneFrom(descriptor, size)) return;
@@ -155,6 +155,7 @@ void AtomicFile::copyFrom(int descriptor, long long size)
     long long done = 0;
 #ifdef Q_OS_LINUX
     while (done < size) {
+        throwIfCancelled(stop);
         off_t from = done;
         const ssize_t copied = ::copy_file_range(descriptor, &from, descriptor_, nullptr,
                                                  static_cast<std::size_t>(std::min(step, size - done)), 0);
@@ -167,6 +168,7 @@ void AtomicFile::copyFrom(int descriptor, long long size)
 #endif
     QByteArray block(bufferSize, Qt::Uninitialized);
     while (done < size) {
+        throwIfCancelled(stop);
         const ssize_t count =
             ::pread(descriptor, block.data(),
                     static_cast<std::size_t>(std::min<long long>(block.size(), size - done)),

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <cstddef>
 #include <optional>
+#include <stop_token>
 #include <sys/types.h>
 
 namespace quillfern::store {
@@ -35,8 +36,8 @@ class AtomicFile
 
     /// Appends the first `size` bytes of an open file, by the fastest way that the file system offers: blocks
     /// shared with the source (reflink), a copy inside the system, or reading and writing. The position of
-    /// `descriptor` is not used. Throws Failure.
-    void copyFrom(int descriptor, long long size);
+    /// `descriptor` is not used. Throws Failure, and Cancelled once `stop` is stopped.
+    void copyFrom(int descriptor, long long size, const std::stop_token& stop = {});
 
     /// Does all of commit() that takes time, up to the last step. Nothing may be written afterwards. Throws
     /// Failure.

@@ -72,6 +72,44 @@ TEST(ContentBalanceTest, SeesWhatIsLeftOpenAndWhatIsClosedTooOften)
     }
 }
 
+TEST(ContentBalanceTest, KnowsWhatNoContentMayHold)
+{
+    const std::vector<std::pair<QByteArray, bool>> cases = {
+        {"q 1 0 0 1 5 5 cm BT /F1 9 Tf (x) Tj [(a)-2(b)] TJ T* ET Q", false},
+        {"q q BT /Span <</A true/B null>> BDC", false}, // open, but each word has its meaning
+        {"Q Q EMC ET", false},
+        {"BX foo EX /X gs 1 0 0 rg 0 0 9 9 re B* n", false},
+        {"BI /W 2 /H 1 /BPC 8 /CS /G ID ab EI Q", false},
+        {"BI /W 2 /H 1 /BPC 8 /CS /G /F /Fl ID abcde EI Q", false},
+        {"BI /W 2 /H 1 /F /A85 ID 87cURD~> EI Q", false},
+        {"% a comment with words (", false},
+        {"1 0 0 xg", true},
+        {"0 0 m strok", true},
+        {"191m", true},
+        {"1 0 0 1 5 cm", true},
+        {"(a) Tj 0 l", true},
+        {"BI /W 2 /H \n/CS /G ID ab EI Q", true},
+        {"BI /W 8 /H 1 /F /CCF /DP <</K -1/Columns 8>> /IM true ID ab EI Q", false},
+        {"[1 2]0 d[]0 d/G gs(a)Tj/F1 9 Tf/P<</X 1>>BDC EMC<41>Tj", false},
+        {"BI /W 2 /H 1 /BPC 8 /CS [/I /RGB 0 <000000>] /D [1 0] ID ab EI Q", false},
+        {"(a) Tj \x80\x81", true},
+        {"(a)) Tj", true},
+        {"<41>> Tj", true},
+        {"{1 add}", true},
+        {"(never ends", true},
+        {"<41", true},
+        {"[(a)", true},
+        {"/A <</MCID 0", true},
+        {"BI /W 200 /H 1 /BPC 8 /CS /G ID ab EI Q", true}, // fewer bytes than it says
+        {"BI /W 1 /H 1 /BPC 8 /CS /G ID abcdef EI Q", true},
+        {"BI /W 2 /H 1 /F /A85 ID 87cURD EI Q", true},
+        {"BI /W 2 /H 1", true},
+        {"BI /W 2 ID never", true},
+    };
+    for (const auto& [content, damaged] : cases)
+        EXPECT_EQ(balance(content).damaged, damaged) << content.toStdString();
+}
+
 /// The reader passes over most bytes in blocks; where a block ends must not matter.
 TEST(ContentBalanceTest, DoesNotDependOnWhereThingsStand)
 {

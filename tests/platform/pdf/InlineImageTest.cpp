@@ -8,6 +8,8 @@
 namespace quillfern::pdf {
 namespace {
 
+const std::stop_token neverStopped;
+
 ContentBalance balance(const QByteArray& content)
 {
     return balanceOfContent(content.constData(), static_cast<std::size_t>(content.size()));
@@ -24,7 +26,7 @@ TEST(InlineImagesTest, OneImageAfterTheOtherEndsWhereItsOwnDataEnd)
                                "BI /F /A85 ID 00~> EI 6 g "
                                "BI /F /AHx ID 00 EI 7 g "
                                "BI ID never \xFF";
-    InlineImages images(content.constEnd());
+    InlineImages images(content.constBegin(), content.constEnd(), neverStopped);
     QByteArray found;
     for (qsizetype at = content.indexOf("BI "); at >= 0;) {
         const InlineImageEnd image = images.endOf(content.constData() + at + 2);
@@ -52,7 +54,7 @@ TEST(InlineImagesTest, AFewWordsBehindAnEndDecideWhetherItIsOne)
     };
     for (const auto& [what, behind, ends] : cases) {
         const QByteArray content = image + behind + real;
-        InlineImages images(content.constEnd());
+        InlineImages images(content.constBegin(), content.constEnd(), neverStopped);
         const InlineImageEnd end = images.endOf(content.constData() + 2);
         EXPECT_EQ(end.after - content.constData(), ends ? 10 : content.size() - 2) << what;
     }

@@ -1,0 +1,291 @@
+// A damaged document comes out with every page that other readers show, or it does not come out at all.
+
+#include "batch/PdfProcessing.h"
+#include "platform/pdf/PdfPageCount.h"
+#include "support/PdfBuilder.h"
+
+#include <QFileInfo>
+#include <gtest/gtest.h>
+
+namespace quillfern {
+namespace {
+
+/// Fits into 64 bits; with nines instead it does not.
+const QByteArray longNumber(19, '1');
+const QByteArray tooLongNumber(19, '9');
+
+/// Two pages, "Body1" and "Body2"; the second page and its content have the entries.
+QByteArray twoPages(const QByteArray& pageEntries, const QByteArray& streamEntries = {})
+{
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
+    pdf.add(
+        "<</Type/Pages/Count 2/Kids[3 0 R 4 0 R]/MediaBox[0 0 300 400]/Resources<</Font<</F1 5 0 R>>>>>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/Contents 6 0 R>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/Contents 7 0 R" + pageEntries + ">>");
+    pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+    pdf.addStream(showWord("Body1", 50, 60));
+    pdf.addStream(showWord("Body2", 50, 60), streamEntries);
+    return pdf.build();
+}
+
+class Damage : public PdfProcessing
+{
+  protected:
+    /// The document as qpdf writes it with these options.
+    QByteArray rewritten(const QByteArray& pdf, QStringList options) const
+    {
+        const QString source = scratch.write(QStringLiteral("sound.pdf"), pdf);
+        const QString target = scratch.path(QStringLiteral("rewritten.pdf"));
+        runTool(QStringLiteral("qpdf"), options << source << target);
+        return readFile(target);
+    }
+
+    void expectBothPages(const char* what, const QByteArray& damaged)
+    {
+        number.stamps.clear();
+        addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+        const QString output = process(damaged);
+        ASSERT_TRUE(QFileInfo::exists(output)) << what;
+        EXPECT_TRUE(qpdfAccepts(output)) << what;
+        const auto pages = pdfWords(output);
+        ASSERT_EQ(pages.size(), 2U) << what;
+        for (int page : {1, 2}) {
+            EXPECT_TRUE(pages.at(page - 1).contains(QStringLiteral("Body%1").arg(page))) << what << page;
+            EXPECT_TRUE(pages.at(page - 1).contains(QStringLiteral("Stamp"))) << what << page;
+        }
+        QFile::remove(output);
+    }
+};
+
+TEST_F(Damage, NoPageIsLostWithAnObjectThatTheLibraryCannotRead)
+{
+    const QByteArray withLongNumber = twoPages("/PieceInfo<</X " + longNumber + ">>");
+    const auto tooLong = [](QByteArray pdf) { return pdf.replace(longNumber, tooLongNumber); };
+    const QByteArray packed = rewritten(withLongNumber, {QStringLiteral("--object-streams=generate"),
+                                                         QStringLiteral("--stream-data=uncompress")});
+    const QByteArray locked =
+        rewritten(withLongNumber, {QStringLiteral("--encrypt"), QString(), QStringLiteral("o"),
+                                   QStringLiteral("256"), QStringLiteral("--")});
+    ASSERT_TRUE(packed.contains(longNumber) && locked.contains(longNumber));
+    // What of an object stream can be decoded holds the pages; a wrong checksum spoils the whole for qpdf.
+    QByteArray wrongChecksum = rewritten(twoPages({}), {QStringLiteral("--object-streams=generate")});
+    const qsizetype endOfPacked = wrongChecksum.indexOf("\nendstream", wrongChecksum.indexOf("/ObjStm"));
+    ASSERT_GT(endOfPacked, 0);
+    wrongChecksum[endOfPacked - 1] = static_cast<char>(wrongChecksum[endOfPacked - 1] ^ 1);
+    const QByteArray sound = twoPages({});
+    const qsizetype lastStream = sound.indexOf("endstream", sound.indexOf("Body2"));
+    const QByteArray nested = QByteArray(600, '[') + QByteArray(600, ']');
+    const std::vector<std::pair<const char*, QByteArray>> cases = {
+        {"a number beyond all range", tooLong(withLongNumber)},
+        {"such a number in a stream's dictionary", twoPages({}, "/X " + tooLongNumber)},
+        {"such a number in an object stream", tooLong(packed)},
+        {"such a number in an encrypted file", tooLong(locked)},
+        {"such a number behind a foreign beginning", "some mail header\n\n" + tooLong(withLongNumber)},
+        {"such a number, and no references", tooLong(withLongNumber).replace("startxref", "nothing")},
+        {"arrays nested too deeply", twoPages("/X" + nested)},
+        {"dictionaries nested too deeply",
+         twoPages("/X" + QByteArray("<</X").repeated(600) + " 0" + QByteArray(">>").repeated(600))},
+        {"words that are none", twoPages("/X[a b c d e f g h i]")},
+        {"braces", twoPages("/X{{{{{{{{}}}}}}}}")},
+        {"a dictionary without an end", twoPages("/X<</Y 1")},
+        {"an object stream with a wrong checksum", wrongChecksum},
+        {"object streams, and no references", QByteArray(packed).replace("startxref", "nothing")},
+        {"an end within the last stream", sound.left(lastStream)},
+        {"an end behind the last object", sound.left(sound.indexOf("endobj", lastStream) + 6)},
+    };
+    for (const auto& [what, damaged] : cases)
+        expectBothPages(what, damaged);
+}
+
+TEST_F(Damage, EncryptedContentIsNotTakenForPlainContent)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    for (const char* streams : {"--object-streams=disable", "--object-streams=generate"}) {
+        QByteArray locked =
+            rewritten(twoPages({}), {QString::fromLatin1(streams), QStringLiteral("--encrypt"), QString(),
+                                     QStringLiteral("o"), QStringLiteral("256"), QStringLiteral("--")});
+        locked.replace("startxref", "nothing").replace("trailer", "nothing");
+        EXPECT_FALSE(QFileInfo::exists(process(locked))) << streams;
+    }
+}
+
+TEST_F(Damage, PagesAreFoundHoweverBadTheirTree)
+{
+    const QByteArray sound = twoPages({});
+    // The fifth line of the table is the second page's.
+    const QByteArray pageReference =
+        QByteArray::number(sound.indexOf("4 0 obj")).rightJustified(10, '0') + " 00000 n";
+    EXPECT_TRUE(sound.contains(pageReference));
+    const auto with = [&](const QByteArray& before, const QByteArray& after) {
+        EXPECT_TRUE(sound.contains(before));
+        return QByteArray(sound).replace(before, after + QByteArray(before.size() - after.size(), ' '));
+    };
+    PdfBuilder deep; // qpdf walks a tree by recursion
+    deep.add("<</Type/Catalog/Pages 2 0 R>>");
+    constexpr int levels = 30'000;
+    for (int level = 0; level < levels; ++level)
+        deep.add("<</Type/Pages/Count 2/Kids[" + PdfBuilder::ref(level + 3) + "]>>");
+    const QByteArray font = "/Resources<</Font<</F1 " + PdfBuilder::ref(levels + 7) + ">>>>";
+    const QByteArray box = "/MediaBox[0 0 300 400]";
+    deep.add("<</Type/Pages/Count 2/Kids[" + PdfBuilder::ref(levels + 3) + " " + PdfBuilder::ref(levels + 4) +
+             "]" + font + box + ">>");
+    deep.add("<</Type/Page/Contents " + PdfBuilder::ref(levels + 5) + ">>");
+    deep.add("<</Type/Page/Contents " + PdfBuilder::ref(levels + 6) + ">>");
+    deep.addStream(showWord("Body1", 50, 60));
+    deep.addStream(showWord("Body2", 50, 60));
+    deep.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+
+    const std::vector<std::pair<const char*, QByteArray>> cases = {
+        {"a tree that leads into itself", QByteArray(sound).replace("[3 0 R 4 0 R]", "[3 0 R 2 0 R 4 0 R]")},
+        {"no types",
+         QByteArray(sound).replace("/Type/Page", "/Kind/Page").replace("/Type/Catalog", "/Kind/Catalog")},
+        {"wrong parents", with("/Type/Page/Parent 2 0 R", "/Type/Page/Parent 5 0 R")},
+        {"a catalogue that names a page", with("/Catalog/Pages 2 0 R", "/Catalog/Pages 3 0 R")},
+        {"a catalogue without pages", with("/Catalog/Pages 2 0 R", "/Catalog")},
+        {"a trailer that names no catalogue", with("/Root 1 0 R", "/Root 6 0 R")},
+        {"no catalogue at all", with("/Type/Catalog/Pages 2 0 R", "/Nothing 0")},
+        {"a page that is not among the references",
+         QByteArray(sound).replace(pageReference, "0000000000 65535 f")},
+        {"no trailer", sound.left(sound.indexOf("xref\n"))},
+        {"a tree as deep as no other", deep.build()},
+    };
+    for (const auto& [what, damaged] : cases)
+        expectBothPages(what, damaged);
+}
+
+TEST_F(Damage, PagesThatAreNotThereAreMentioned)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    const QByteArray sound = twoPages({});
+    for (const char* kids : {"[3 0 R 4 0 R 99 0 R]", "[3 0 R null 4 0 R]", "[3 0 R (page) 4 0 R]"}) {
+        const QString source =
+            scratch.write(QStringLiteral("in/doc.pdf"), QByteArray(sound).replace("[3 0 R 4 0 R]", kids));
+        QDir().mkpath(scratch.path(QStringLiteral("out")));
+        const QString target = scratch.path(QStringLiteral("out/doc.pdf"));
+        const FileOutcome outcome = stamp(source, target);
+        EXPECT_EQ(outcome.status, FileStatus::Created) << kids;
+        EXPECT_EQ(outcome.pages, 2) << kids;
+        ASSERT_TRUE(outcome.remark) << kids;
+        EXPECT_TRUE(outcome.remark->logged.contains(QStringLiteral("pages missing in it: 1."))) << kids;
+        EXPECT_TRUE(pdfText(target, 2).contains(QStringLiteral("Body2"))) << kids;
+    }
+}
+
+TEST_F(Damage, APageNamedSeveralTimesIsSeveralPages)
+{
+    addStamp(QStringLiteral("Page{0}"), MarginAnchor::TopLeft);
+    const auto repeated = [](int times) {
+        return QByteArray(twoPages({}))
+            .replace("[3 0 R 4 0 R]", "[" + QByteArray("3 0 R ").repeated(times) + "4 0 R]");
+    };
+    const QString output = process(repeated(3));
+    for (int page = 1; page <= 3; ++page) {
+        EXPECT_TRUE(pdfText(output, page).contains(QStringLiteral("Page%1").arg(page)));
+        EXPECT_TRUE(pdfText(output, page).contains(QStringLiteral("Body1")));
+    }
+    // Each would need memory of its own; a file of a few bytes could ask for any amount.
+    const FileOutcome outcome = stamp(scratch.write(QStringLiteral("in/doc.pdf"), repeated(100'000)),
+                                      scratch.path(QStringLiteral("out/many.pdf")));
+    EXPECT_TRUE(outcome.remark && outcome.remark->logged.contains(QStringLiteral("again and again")));
+    EXPECT_FALSE(QFileInfo::exists(scratch.path(QStringLiteral("out/many.pdf"))));
+    // Branches that lead to the same branches, and to no page.
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
+    for (int level = 0; level < 60; ++level)
+        pdf.add("<</Type/Pages/Kids[" + (PdfBuilder::ref(level + 3) + ' ').repeated(2) + "]>>");
+    pdf.add("<</Type/Pages/Kids[]>>");
+    EXPECT_EQ(pdf::pdfPageCount(asPath(scratch.write(QStringLiteral("bush.pdf"), pdf.build()))), 0);
+}
+
+TEST_F(Damage, AMediaBoxThatIsNoneIsTheOneThatViewersShow)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    const auto size = [](const QString& path) {
+        for (const QByteArray& line : toolOutput(QStringLiteral("pdfinfo"), {path}).split('\n'))
+            if (line.startsWith("Page size:")) return line.split('(').front().trimmed().toStdString();
+        return std::string();
+    };
+    for (const char* box : {"/MediaBox[0 0 99999999999999999999 1]", "/MediaBox[0 0 612]",
+                            "/MediaBox(0 0 9 9)", "/MediaBox null", "/MediaBox[0 0 /W /H]",
+                            "/MediaBox[500 600 0 0]", "/MediaBox 7", "/MediaBox<</X 1>>"}) {
+        for (const char* above : {"", "/MediaBox[0 0 300 400]"}) {
+            PdfBuilder pdf;
+            pdf.add("<</Type/Catalog/Pages 2 0 R>>");
+            pdf.add(QByteArray("<</Type/Pages/Count 1/Kids[3 0 R]") + above + ">>");
+            pdf.add(QByteArray("<</Type/Page/Parent 2 0 R") + box + ">>");
+            const QString output = process(pdf.build());
+            EXPECT_EQ(size(output), size(scratch.path(QStringLiteral("in/doc.pdf"))))
+                << box << " below " << above;
+        }
+    }
+}
+
+TEST_F(Damage, DamagedContentKeepsItsPlaceInTheStructure)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R/StructTreeRoot 3 0 R/MarkInfo<</Marked true>>>>");
+    pdf.add("<</Type/Pages/Count 1/Kids[4 0 R]/MediaBox[0 0 300 400]>>");
+    pdf.add("<</Type/StructTreeRoot/K 5 0 R/ParentTree<</Nums[7[6 0 R 6 0 R 8 0 R]]>>>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/StructParents 7/Contents 10 0 R/Resources<</Font<</F1 9 0 R>>>>>>");
+    pdf.add("<</Type/StructElem/S/Document/P 3 0 R/K[6 0 R 8 0 R]>>");
+    pdf.add("<</Type/StructElem/S/P/P 5 0 R/Pg 4 0 R/K[0 1]>>");
+    pdf.reserve();
+    pdf.add("<</Type/StructElem/S/P/P 5 0 R/K<</Type/MCR/Pg 4 0 R/MCID 2>>>>");
+    pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+    const auto marked = [](int id, const QByteArray& word) {
+        return "/P <</MCID " + QByteArray::number(id) + ">> BDC " + showWord(word, 50, 300 - 20.0 * id) +
+               "EMC\n";
+    };
+    const QByteArray content = marked(0, "First") + marked(1, "Second") + marked(2, "Third");
+    const int stream = pdf.addStream(content);
+    const auto structure = [](const QString& path) {
+        return toolOutput(QStringLiteral("pdfinfo"), {QStringLiteral("-struct-text"), path});
+    };
+    const QByteArray sound = structure(process(pdf.build()));
+    EXPECT_TRUE(sound.contains("First") && sound.contains("Third")) << sound.toStdString();
+    const QByteArray damaged = content + "nosuchword";
+    pdf.set(stream,
+            "<</Length " + QByteArray::number(damaged.size()) + ">>\nstream\n" + damaged + "\nendstream");
+    const QString output = process(pdf.build());
+    EXPECT_EQ(structure(output).toStdString(), sound.toStdString());
+    EXPECT_TRUE(qpdfAccepts(output));
+    const QByteArray plain =
+        toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), output, QStringLiteral("-")});
+    EXPECT_EQ(plain.count("/StructParents"), 1);
+    EXPECT_EQ(plain.count("/Stm "), 3);
+}
+
+TEST_F(Damage, ContentThatCannotBeDecodedDoesNotHideTheStamp)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    QByteArray words;
+    for (int i = 0; i < 200; ++i)
+        words += showWord("Word" + QByteArray::number(i * 7919), 50, 400 - 1.5 * i);
+    const QByteArray deflated = qCompress(words, 9).mid(4);
+    QByteArray wrong = deflated;
+    for (qsizetype i = wrong.size() / 2; i < wrong.size(); ++i)
+        wrong[i] = '\xFF';
+    const std::vector<std::tuple<const char*, QByteArray, QByteArray, bool>> cases = {
+        {"cut off", deflated.left(deflated.size() / 2), "/Filter/FlateDecode", true},
+        {"wrong from the middle on", wrong, "/Filter/FlateDecode", true},
+        {"a filter that nobody knows", words, "/Filter/NoSuchDecode", false},
+        {"two filters, the second damaged", "xyz" + deflated.toHex() + ">",
+         "/Filter[/ASCIIHexDecode/FlateDecode]", false},
+    };
+    for (const auto& [what, data, entries, readable] : cases) {
+        PdfBuilder pdf;
+        pdf.add("<</Type/Catalog/Pages 2 0 R>>");
+        pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]/MediaBox[0 0 300 500]>>");
+        pdf.add("<</Type/Page/Parent 2 0 R/Contents 4 0 R/Resources<</Font<</F1 5 0 R>>>>>>");
+        pdf.addStream(data, entries);
+        pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+        const QString text = pdfText(process(pdf.build()), 1);
+        EXPECT_TRUE(text.contains(QStringLiteral("Stamp"))) << what;
+        EXPECT_EQ(text.contains(QStringLiteral("Word7919")), readable) << what;
+    }
+}
+
+} // namespace
+} // namespace quillfern
