@@ -7,6 +7,8 @@
 #include <QThread>
 #include <algorithm>
 #include <cstring>
+#include <tiff.h>
+#include <vector>
 
 namespace quillfern::raster {
 
@@ -23,18 +25,38 @@ std::uint32_t rowsPerStrip(const StripFormat& format, std::uint32_t height)
     return std::max(rows, rowUnit);
 }
 
+/// Row `y` as one bit a pixel.
+void packRow(const QImage& image, int y, const StripFormat& format, uchar* target)
+{
+    if (image.depth() == 8)
+        packBits(image.constScanLine(y), format.width, format.isWhiteZero ? 0xFFU : 0U, target);
+    else
+        std::memcpy(target, image.constScanLine(y), format.rowBytes());
+}
+
+/// True when every row can be read back under the format's code.
+bool canBeRead(const QImage& image, const StripFormat& format)
+{
+    if (format.compression != COMPRESSION_CCITTRLE && format.compression != COMPRESSION_CCITTFAX3)
+        return true;
+    std::vector<uchar> row(format.rowBytes());
+    for (int y = 0; y < image.height(); ++y) {
+        packRow(image, y, format, row.data());
+        if (hasTooManyRuns(format, row.data())) return false;
+    }
+    return true;
+}
+
 QByteArray encodeRows(const QImage& image, int top, int rows, const StripFormat& format)
 {
     const std::size_t rowBytes = format.rowBytes();
-    const bool isPacked = format.isBilevel && image.depth() == 8;
     QByteArray bytes(static_cast<qsizetype>(rowBytes) * rows, Qt::Uninitialized);
     auto* target = reinterpret_cast<uchar*>(bytes.data());
     for (int y = 0; y < rows; ++y, target += rowBytes) {
-        const uchar* source = image.constScanLine(top + y);
-        if (isPacked)
-            packBits(source, format.width, format.isWhiteZero ? 0xFFU : 0U, target);
+        if (format.isBilevel)
+            packRow(image, top + y, format, target);
         else
-            std::memcpy(target, source, rowBytes);
+            std::memcpy(target, image.constScanLine(top + y), rowBytes);
     }
     if (!format.isBilevel && !format.isJpeg() && format.channels != 4)
         jpegRoundTrip(reinterpret_cast<uchar*>(bytes.data()), image.width(), rows, format.channels);
@@ -63,6 +85,7 @@ void RasterWriter::addPage(RasterPage page, std::int32_t compression, const QSiz
     work.format.isWhiteZero = page.isWhiteZero;
     work.format.group3Options = page.group3Options;
     work.format.compression = suitableCompression(compression, work.format);
+    if (!canBeRead(page.image, work.format)) work.format.compression = COMPRESSION_LZW;
     work.height = static_cast<std::uint32_t>(page.image.height());
     work.rowsPerStrip = rowsPerStrip(work.format, work.height);
     work.dotsPerInch = dotsPerInch;
