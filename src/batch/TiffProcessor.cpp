@@ -49,7 +49,7 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
                                  std::int32_t compression)
 {
     const FilePath path = prepareTarget(source, target, job_.isBackupFile);
-    const auto reader = raster::RasterReader::open(source);
+    const auto reader = raster::RasterReader::open(source, run.abandoned());
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
     const auto first = std::clamp<std::int64_t>(job_.startPage, 1, std::int64_t{count} + 1);
@@ -61,8 +61,8 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
 
     const PageCompositor compositor(job_.stamps, shaper_);
     store::AtomicFile file(path);
-    raster::RasterWriter writer(file);
-    raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last));
+    raster::RasterWriter writer(file, run.abandoned());
+    raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last), run.abandoned());
     for (int i = 1; i <= count && run.isUpdating(); ++i) {
         if (i >= first && i <= last) {
             std::optional<raster::RasterPage> page = pages.next();

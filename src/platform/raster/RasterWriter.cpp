@@ -3,6 +3,7 @@
 #include "platform/raster/BilevelPixels.h"
 #include "platform/raster/JpegCodec.h"
 #include "platform/raster/RasterLimits.h"
+#include "platform/system/Cancellation.h"
 
 #include <QThread>
 #include <algorithm>
@@ -16,6 +17,8 @@ namespace {
 
 /// What a strip holds before encoding, about: enough to compress well, little enough to stay in the cache.
 constexpr std::size_t stripBytes = std::size_t{1} << 18;
+/// Strips of a huge page that are encoded before the first of them is written.
+constexpr std::uint32_t stripsAhead = 64;
 constexpr std::uint32_t rowUnit = 8; ///< JPEG's blocks
 
 std::uint32_t rowsPerStrip(const StripFormat& format, std::uint32_t height)
@@ -65,7 +68,8 @@ QByteArray encodeRows(const QImage& image, int top, int rows, const StripFormat&
 
 } // namespace
 
-RasterWriter::RasterWriter(store::AtomicFile& file) : output_(file), container_(output_)
+RasterWriter::RasterWriter(store::AtomicFile& file, std::stop_token stop)
+    : stop_(std::move(stop)), output_(file), container_(output_)
 {
     pool_.setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
 }
@@ -91,14 +95,28 @@ void RasterWriter::addPage(RasterPage page, std::int32_t compression, const QSiz
     work.dotsPerInch = dotsPerInch;
     work.colourProfile = page.colourProfile;
 
-    const int height = page.image.height();
-    const auto step = static_cast<int>(work.rowsPerStrip);
-    const bool isHuge = page.image.sizeInBytes() > largestPageAhead;
-    for (int top = 0; top < height; top += step) {
+    work.image = std::move(page.image);
+    inWork_.push_back(std::move(work));
+    ++pageCount_;
+    if (inWork_.back().image.sizeInBytes() > largestPageAhead) {
+        writeUpTo(0);
+        return;
+    }
+    encodeAhead(inWork_.back(), inWork_.back().height);
+    inWork_.back().image = QImage();
+    writeUpTo(1);
+}
+
+void RasterWriter::encodeAhead(PageInWork& work, std::uint32_t rows)
+{
+    for (; work.nextRow < std::min(rows, work.height); work.nextRow += work.rowsPerStrip) {
+        const auto top = static_cast<int>(work.nextRow);
+        const auto count = static_cast<int>(std::min(work.rowsPerStrip, work.height - work.nextRow));
         // The image is shared by the strips' tasks and freed with the last of them.
         auto task = std::make_shared<std::packaged_task<QByteArray()>>(
-            [image = page.image, top, rows = std::min(step, height - top), format = work.format] {
-                return encodeRows(image, top, rows, format);
+            [image = work.image, top, count, format = work.format, stop = stop_] {
+                throwIfCancelled(stop);
+                return encodeRows(image, top, count, format);
             });
         work.strips.push_back(task->get_future());
         pool_.start([task = std::move(task)]() mutable {
@@ -106,10 +124,6 @@ void RasterWriter::addPage(RasterPage page, std::int32_t compression, const QSiz
             task.reset();
         });
     }
-    page.image = QImage();
-    inWork_.push_back(std::move(work));
-    ++pageCount_;
-    writeUpTo(isHuge ? 0 : 1);
 }
 
 void RasterWriter::writeUpTo(std::size_t pagesLeft)
@@ -118,8 +132,14 @@ void RasterWriter::writeUpTo(std::size_t pagesLeft)
         PageInWork& work = inWork_.front();
         container_.beginPage(work.format, work.height, work.rowsPerStrip, work.dotsPerInch,
                              work.colourProfile);
-        for (; !work.strips.empty(); work.strips.pop_front())
+        while (work.nextRow < work.height || !work.strips.empty()) {
+            throwIfCancelled(stop_);
+            const auto ahead = static_cast<std::uint32_t>(work.strips.size());
+            if (ahead < stripsAhead)
+                encodeAhead(work, work.nextRow + work.rowsPerStrip * (stripsAhead - ahead));
             container_.addStrip(work.strips.front().get());
+            work.strips.pop_front();
+        }
         inWork_.pop_front();
     }
 }

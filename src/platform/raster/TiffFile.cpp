@@ -73,6 +73,7 @@ int TiffFile::keepError(TIFF*, void* file, const char*, const char* format, va_l
 tmsize_t TiffFile::read(thandle_t handle, void* buffer, tmsize_t size)
 {
     auto& source = *static_cast<Source*>(handle);
+    if (source.stop.stop_requested()) return 0;
     if (source.file) {
         // pread() leaves the file's own position alone, which all readers of the file would share.
         const ssize_t count = ::pread(source.file->handle(), buffer, static_cast<std::size_t>(size),

@@ -8,6 +8,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <memory>
+#include <stop_token>
 #include <tiffio.h>
 
 namespace quillfern {
@@ -35,6 +36,11 @@ class TiffFile
 
     [[nodiscard]] TIFF* handle() const { return tiff_.get(); }
 
+    /// Once a stop is requested, reading fails. What decodes for long looks at the token as well.
+    void setStop(const std::stop_token& stop) { source_.stop = stop; }
+    [[nodiscard]] const std::stop_token& stop() const { return source_.stop; }
+
+    [[nodiscard]] std::uint64_t size() const { return size(const_cast<Source*>(&source_)); } ///< of the file
     /// True when libtiff has reported an error since the last call of clearErrors().
     [[nodiscard]] bool hasError() const { return !lastError_.isEmpty(); }
     void clearErrors() { lastError_.clear(); }
@@ -62,6 +68,7 @@ class TiffFile
         std::shared_ptr<const QFileDevice> file; ///< null when `bytes` is read
         const QByteArray* bytes = nullptr;       ///< null when `file` is read
         toff_t position = 0;
+        std::stop_token stop = {};
     };
 
     TiffFile(Source source, const QByteArray& name);

@@ -1,14 +1,12 @@
 #include "platform/raster/TiffPageInfo.h"
 
+#include "platform/raster/RasterLimits.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
 
 namespace quillfern::raster {
 
 namespace {
-
-constexpr double plainDotsPerInch = 72;
-constexpr double centimetresPerInch = 2.54;
 
 QSizeF dotsPerInch(const TiffFile& file)
 {

@@ -1,15 +1,18 @@
 #include "platform/raster/TiffReader.h"
 
 #include "platform/raster/TiffDecoder.h"
-#include "platform/system/Failure.h"
+#include "platform/system/Cancellation.h"
 
 namespace quillfern::raster {
 
-TiffReader::TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& path)
+TiffReader::TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& path,
+                       const std::stop_token& stop)
     : source_(std::move(file)), path_(path), file_(source_, path)
 {
+    file_.setStop(stop);
     file_.clearErrors();
     const auto count = static_cast<int>(TIFFNumberOfDirectories(file_.handle()));
+    throwIfCancelled(stop);
     // A chain of directories that breaks off would look like a shorter document.
     if (file_.hasError() || count < 1)
         throw file_.failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged or cut off"));
@@ -18,7 +21,7 @@ TiffReader::TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& 
 
 std::unique_ptr<RasterReader> TiffReader::twin() const
 {
-    return std::make_unique<TiffReader>(source_, path_);
+    return std::make_unique<TiffReader>(source_, path_, file_.stop());
 }
 
 TiffPageInfo TiffReader::info()
@@ -34,8 +37,9 @@ double TiffReader::nextPageBytes()
     return decodedTiffBytes(info());
 }
 
-RasterPage TiffReader::readPage()
+RasterPage TiffReader::readPage(const std::stop_token& stop)
 {
+    file_.setStop(stop);
     RasterPage page = decodeTiffPage(file_, info());
     pending_ = 1;
     return page;
