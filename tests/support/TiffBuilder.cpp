@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QtEndian>
+#include <array>
 #include <cstdarg>
 #include <gtest/gtest.h>
 #include <tiffio.h>
@@ -119,6 +120,30 @@ void setPalette(TIFF* tiff, int bits)
     TIFFSetField(tiff, TIFFTAG_COLORMAP, r.data(), g.data(), b.data());
 }
 
+constexpr std::array carriedTags = {TIFFTAG_IMAGEDESCRIPTION, TIFFTAG_MAKE,         TIFFTAG_MODEL,
+                                    TIFFTAG_DATETIME,         TIFFTAG_ARTIST,       TIFFTAG_COPYRIGHT,
+                                    TIFFTAG_XMLPACKET,        TIFFTAG_RICHTIFFIPTC, TIFFTAG_ICCPROFILE};
+
+bool isBytesTag(int tag)
+{
+    return tag == TIFFTAG_XMLPACKET || tag == TIFFTAG_RICHTIFFIPTC || tag == TIFFTAG_ICCPROFILE;
+}
+
+std::map<int, QByteArray> readTags(TIFF* tiff)
+{
+    std::map<int, QByteArray> tags;
+    for (const int tag : carriedTags) {
+        std::uint32_t size = 0;
+        const char* value = nullptr;
+        const auto number = static_cast<std::uint32_t>(tag);
+        if (isBytesTag(tag) && TIFFGetField(tiff, number, &size, &value) == 1)
+            tags[tag] = QByteArray(value, static_cast<qsizetype>(size));
+        else if (!isBytesTag(tag) && TIFFGetField(tiff, number, &value) == 1)
+            tags[tag] = value;
+    }
+    return tags;
+}
+
 void setFields(TIFF* tiff, const QImage& image, const TiffLayout& layout, int samples)
 {
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, image.width());
@@ -138,6 +163,13 @@ void setFields(TIFF* tiff, const QImage& image, const TiffLayout& layout, int sa
         TIFFSetField(tiff, TIFFTAG_XRESOLUTION, layout.xResolution);
         TIFFSetField(tiff, TIFFTAG_YRESOLUTION, layout.yResolution);
         TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, layout.resolutionUnit);
+    }
+    for (const auto& [tag, value] : layout.tags) {
+        if (isBytesTag(tag))
+            TIFFSetField(tiff, static_cast<std::uint32_t>(tag), static_cast<std::uint32_t>(value.size()),
+                         value.constData());
+        else
+            TIFFSetField(tiff, static_cast<std::uint32_t>(tag), value.constData());
     }
     if (layout.photometric == PHOTOMETRIC_PALETTE) setPalette(tiff, layout.bits);
     if (layout.photometric == PHOTOMETRIC_YCBCR) {
@@ -252,6 +284,7 @@ std::vector<TiffPage> readTiff(const QString& path)
             page.extraSample = kinds[0];
         std::uint32_t profileSize = 0;
         void* profile = nullptr;
+        page.tags = readTags(tiff);
         page.hasProfile = TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &profileSize, &profile) == 1;
         page.image = readPixels(tiff, width, height, page.samples == 4);
         pages.push_back(page);

@@ -18,7 +18,6 @@ class CmykColours
 
     /// Converts `count` pixels of four samples each to three each.
     void convert(const uchar* inks, std::size_t count, uchar* colours) const;
-    void convert(const uchar* inks, uchar* colour) const { convert(inks, 1, colour); }
 
   private:
     struct Free

@@ -32,6 +32,11 @@ void ImageFileReader::describe(const QSize& size, int bytesPerPixel, const QSize
     setPages(frames, isTurned(orientation) ? points.transposed() : points);
 }
 
+QByteArray profileFor(const QByteArray& profile, bool isGrey)
+{
+    return (profile.mid(16, 4) == "GRAY") == isGrey ? profile : QByteArray();
+}
+
 void throwDamaged(const QString& said)
 {
     const Reason reason(QT_TRANSLATE_NOOP("quillfern::Failure", "a page is damaged or cut off"));

@@ -39,6 +39,10 @@ class ImageFileReader : public RasterReader
     int orientation_ = 1;
 };
 
+/// The profile where it describes such samples: one for shades does not describe colours, nor the other way
+/// round.
+[[nodiscard]] QByteArray profileFor(const QByteArray& profile, bool isGrey);
+
 /// Throws Failure: the file is damaged or cut off.
 [[noreturn]] void throwDamaged(const QString& said = {});
 

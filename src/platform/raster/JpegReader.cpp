@@ -204,7 +204,7 @@ RasterPage JpegReader::readPage(const std::stop_token& stop)
     info.out_color_space = isGrey(info) ? JCS_GRAYSCALE : isCmyk(info) ? JCS_CMYK : JCS_RGB;
     decoder->run([&] { jpeg_start_decompress(&info); });
     decodeRows(*decoder, page.image, stop);
-    if (!isCmyk(info)) page.colourProfile = decoder->colourProfile();
+    if (!isCmyk(info)) page.colourProfile = profileFor(decoder->colourProfile(), isGrey(info));
     page.tags = segments_.tags;
     page.image = upright(std::move(page.image), orientation());
     return page;

@@ -227,9 +227,7 @@ QByteArray colourProfile(const PngDecoder& decoder, const PngLayout& layout)
     int compression = 0;
     if (png_get_iCCP(decoder.png(), decoder.info(), &name, &compression, &profile, &size) == 0)
         return isGrey ? QByteArray() : profileOfGamma(decoder);
-    const QByteArray bytes(reinterpret_cast<const char*>(profile), static_cast<qsizetype>(size));
-    // A profile for shades does not describe colours, nor the other way round.
-    return (bytes.mid(16, 4) == "GRAY") == isGrey ? bytes : QByteArray();
+    return profileFor({reinterpret_cast<const char*>(profile), static_cast<qsizetype>(size)}, isGrey);
 }
 
 } // namespace

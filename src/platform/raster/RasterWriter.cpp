@@ -94,6 +94,7 @@ void RasterWriter::addPage(RasterPage page, std::int32_t compression, const QSiz
     work.rowsPerStrip = rowsPerStrip(work.format, work.height);
     work.dotsPerInch = dotsPerInch;
     work.colourProfile = page.colourProfile;
+    work.tags = page.tags;
 
     work.image = std::move(page.image);
     inWork_.push_back(std::move(work));
@@ -131,7 +132,7 @@ void RasterWriter::writeUpTo(std::size_t pagesLeft)
     while (inWork_.size() > pagesLeft) {
         PageInWork& work = inWork_.front();
         container_.beginPage(work.format, work.height, work.rowsPerStrip, work.dotsPerInch,
-                             work.colourProfile);
+                             work.colourProfile, work.tags);
         while (work.nextRow < work.height || !work.strips.empty()) {
             throwIfCancelled(stop_);
             const auto ahead = static_cast<std::uint32_t>(work.strips.size());

@@ -51,6 +51,7 @@ class RasterWriter
         std::uint32_t rowsPerStrip = 0;
         QSizeF dotsPerInch;
         QByteArray colourProfile;
+        PageTags tags;
         QImage image;              ///< as long as strips of it are not given to the encoder
         std::uint32_t nextRow = 0; ///< the first of these
         std::deque<std::future<QByteArray>> strips;

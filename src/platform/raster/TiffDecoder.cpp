@@ -168,14 +168,32 @@ QImage decodeConverted(TiffFile& file, const TiffPageInfo& info)
 
 QByteArray colourProfile(const TiffFile& file, const TiffPageInfo& info)
 {
-    // Where the samples are converted (CMYK, palette, Lab), the profile no longer describes them.
-    if (info.photometric != PHOTOMETRIC_MINISBLACK && info.photometric != PHOTOMETRIC_MINISWHITE &&
-        info.photometric != PHOTOMETRIC_RGB)
+    // Where the samples are converted (CMYK, Lab), the profile no longer describes them; those of a palette
+    // and of YCbCr are of RGB.
+    switch (info.photometric) {
+    case PHOTOMETRIC_MINISBLACK:
+    case PHOTOMETRIC_MINISWHITE:
+    case PHOTOMETRIC_RGB:
+    case PHOTOMETRIC_PALETTE:
+    case PHOTOMETRIC_YCBCR:
+        return file.bytes(TIFFTAG_ICCPROFILE);
+    default:
         return {};
-    std::uint32_t size = 0;
-    void* data = nullptr;
-    if (TIFFGetField(file.handle(), TIFFTAG_ICCPROFILE, &size, &data) != 1 || !data) return {};
-    return {static_cast<const char*>(data), static_cast<qsizetype>(size)};
+    }
+}
+
+PageTags pageTags(const TiffFile& file)
+{
+    PageTags tags;
+    for (const int tag : {TIFFTAG_IMAGEDESCRIPTION, TIFFTAG_MAKE, TIFFTAG_MODEL, TIFFTAG_DATETIME,
+                          TIFFTAG_ARTIST, TIFFTAG_COPYRIGHT}) {
+        const QByteArray text(file.field<const char*>(static_cast<std::uint32_t>(tag), nullptr));
+        if (!text.isEmpty()) tags[static_cast<std::uint16_t>(tag)] = text;
+    }
+    for (const int tag : {TIFFTAG_XMLPACKET, TIFFTAG_RICHTIFFIPTC})
+        if (const QByteArray bytes = file.bytes(static_cast<std::uint32_t>(tag)); !bytes.isEmpty())
+            tags[static_cast<std::uint16_t>(tag)] = bytes;
+    return tags;
 }
 
 } // namespace
@@ -196,6 +214,7 @@ RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info)
     if (info.compression == COMPRESSION_CCITTFAX3)
         page.group3Options = file.field<std::uint32_t>(TIFFTAG_GROUP3OPTIONS, 0);
     page.colourProfile = colourProfile(file, info);
+    page.tags = pageTags(file);
     return page;
 }
 

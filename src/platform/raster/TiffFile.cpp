@@ -103,6 +103,14 @@ toff_t TiffFile::size(thandle_t handle)
     return static_cast<toff_t>(source.file ? source.file->size() : source.bytes->size());
 }
 
+QByteArray TiffFile::bytes(std::uint32_t tag) const
+{
+    std::uint32_t count = 0;
+    void* data = nullptr;
+    if (TIFFGetField(tiff_.get(), tag, &count, &data) != 1 || !data) return {};
+    return {static_cast<const char*>(data), static_cast<qsizetype>(count)};
+}
+
 Failure TiffFile::failure(const Reason& doing) const
 {
     const QString said = QString::fromLocal8Bit(lastError_).trimmed();

@@ -55,6 +55,9 @@ class TiffFile
         return TIFFGetField(tiff_.get(), tag, &value) == 1 ? value : otherwise;
     }
 
+    /// The value of a field of bytes, as profiles are; empty when the directory has none.
+    [[nodiscard]] QByteArray bytes(std::uint32_t tag) const;
+
     /// True for the first bytes of a classic or big TIFF of either byte order.
     [[nodiscard]] static bool isTiff(const QByteArray& start);
 

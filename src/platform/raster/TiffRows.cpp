@@ -23,15 +23,11 @@ void unpackFew(const uchar* source, std::size_t samples, unsigned bits, uchar* t
     }
 }
 
-uchar multiplied(unsigned a, unsigned b)
-{
-    return static_cast<uchar>((a * b + opaque / 2) / opaque);
-}
-
 } // namespace
 
 TiffRows::TiffRows(const TiffFile& file, const TiffPageInfo& info) : info_(info)
 {
+    if (info.photometric == PHOTOMETRIC_SEPARATED) inks_.emplace(file.bytes(TIFFTAG_ICCPROFILE), false);
     if (info.photometric != PHOTOMETRIC_PALETTE) return;
     std::array<std::uint16_t*, 3> parts = {};
     if (TIFFGetField(file.handle(), TIFFTAG_COLORMAP, &parts[0], &parts[1], &parts[2]) != 1)
@@ -133,10 +129,6 @@ void TiffRows::setColours(const uchar* samples, uchar* pixel, int step) const
     case PHOTOMETRIC_PALETTE:
         std::copy_n(palette_[samples[0]].begin(), 3, pixel);
         break;
-    case PHOTOMETRIC_SEPARATED:
-        for (int c = 0; c < 3; ++c)
-            pixel[c] = multiplied(opaque - samples[c], opaque - samples[3]);
-        break;
     default:
         std::copy_n(samples, 3, pixel);
     }
@@ -150,6 +142,10 @@ void TiffRows::convert(const uchar* source, std::size_t count, uchar* target)
         return;
     }
     const uchar* samples = unpack(source, count * info_.samples);
+    if (inks_) {
+        convertInks(samples, count, target);
+        return;
+    }
     const int step = format() == QImage::Format_Grayscale8 ? 1 : info_.alphaSample >= 0 ? 4 : 3;
     if (step == 1 && info_.samples == 1) {
         for (std::size_t i = 0; i < count; ++i)
@@ -159,6 +155,28 @@ void TiffRows::convert(const uchar* source, std::size_t count, uchar* target)
     for (std::size_t i = 0; i < count; ++i, samples += info_.samples, target += step) {
         setColours(samples, target, step);
         if (step == 4) target[3] = samples[info_.alphaSample];
+    }
+}
+
+void TiffRows::convertInks(const uchar* samples, std::size_t count, uchar* target)
+{
+    constexpr std::size_t inks = 4;
+    if (info_.samples == inks) {
+        inks_->convert(samples, count, target);
+        return;
+    }
+    gathered_.resize(count * inks);
+    for (std::size_t i = 0; i < count; ++i)
+        std::copy_n(samples + i * info_.samples, inks, gathered_.data() + i * inks);
+    colours_.resize(count * 3);
+    inks_->convert(gathered_.data(), count, colours_.data());
+    if (info_.alphaSample < 0) {
+        std::copy(colours_.begin(), colours_.end(), target);
+        return;
+    }
+    for (std::size_t i = 0; i < count; ++i, target += 4) {
+        std::copy_n(colours_.data() + i * 3, 3, target);
+        target[3] = samples[i * info_.samples + static_cast<std::size_t>(info_.alphaSample)];
     }
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "platform/raster/CmykColours.h"
 #include "platform/raster/TiffPageInfo.h"
 
 #include <QImage>
 #include <QtGlobal>
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace quillfern::raster {
@@ -36,10 +38,14 @@ class TiffRows
     [[nodiscard]] bool isGrey() const;
     const uchar* unpack(const uchar* source, std::size_t samples);
     void setColours(const uchar* samples, uchar* pixel, int step) const;
+    void convertInks(const uchar* samples, std::size_t count, uchar* target);
 
     TiffPageInfo info_;
     std::array<std::array<uchar, 3>, 256> palette_ = {};
     std::vector<uchar> unpacked_;
+    std::optional<CmykColours> inks_; ///< of pages of inks
+    std::vector<uchar> gathered_;
+    std::vector<uchar> colours_;
 };
 
 /// Divides the colours of RGBA pixels, which were stored multiplied by the opacity, by that opacity.
