@@ -5,9 +5,8 @@
 #include "platform/raster/RasterWriter.h"
 #include "platform/store/AtomicFile.h"
 #include "platform/system/Cancellation.h"
+#include "support/ImageBytes.h"
 
-#include <QBuffer>
-#include <QImageWriter>
 #include <QtEndian>
 #include <sys/resource.h>
 
@@ -47,23 +46,12 @@ QByteArray shortTiff(quint32 width, quint32 height, quint32 bits, quint32 compre
     return bytes;
 }
 
-QByteArray encoded(const QImage& image, const char* format, bool isProgressive = false)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QImageWriter writer(&buffer, format);
-    writer.setProgressiveScanWrite(isProgressive);
-    EXPECT_TRUE(writer.write(image));
-    return bytes;
-}
-
 /// A JPEG whose last pass stands there many times.
 QByteArray jpegOfManyScans(int width, int height, int scans)
 {
     QImage image(width, height, QImage::Format_Grayscale8);
     image.fill(Qt::white);
-    QByteArray bytes = encoded(image, "jpg", true);
+    QByteArray bytes = encodedImage(image, "jpg", true);
     const qsizetype start = bytes.lastIndexOf("\xFF\xDA");
     const QByteArray scan = bytes.mid(start, bytes.size() - 2 - start);
     return bytes.insert(start, scan.repeated(scans));
@@ -101,8 +89,8 @@ class RasterClaims : public RasterProcessing
 TEST_F(RasterClaims, PagesThatTheFileCannotHoldAreRefusedBeforeMemoryIsTaken)
 {
     addStamp();
-    QByteArray png = encoded(colourPicture(16000, 1), "png");
-    const QByteArray jpeg = encoded(colourPicture().convertToFormat(QImage::Format_Grayscale8), "jpg");
+    QByteArray png = encodedImage(colourPicture(16000, 1), "png");
+    const QByteArray jpeg = encodedImage(colourPicture().convertToFormat(QImage::Format_Grayscale8), "jpg");
     QByteArray tallJpeg = jpeg;
     const qsizetype frame = tallJpeg.indexOf("\xFF\xC0");
     qToBigEndian<quint16>(30000, tallJpeg.data() + frame + 5);
@@ -139,8 +127,8 @@ TEST_F(RasterClaims, DensePagesAreRead)
     white.fill(Qt::white);
     const QString fax = path(QStringLiteral("fax.tif"));
     TiffBuilder(fax).page(blackAndWhitePicture(64, 4000), {.photometric = 0, .bits = 1, .compression = 4});
-    for (const QString& source : {fax, write(QStringLiteral("white.png"), encoded(white, "png")),
-                                  write(QStringLiteral("white.jpg"), encoded(white, "jpg", true)),
+    for (const QString& source : {fax, write(QStringLiteral("white.png"), encodedImage(white, "png")),
+                                  write(QStringLiteral("white.jpg"), encodedImage(white, "jpg", true)),
                                   write(QStringLiteral("scans.jpg"), jpegOfManyScans(100, 100, 300))}) {
         SCOPED_TRACE(source.toStdString());
         process(source, true, 5);
@@ -152,9 +140,9 @@ TEST_F(RasterClaims, GivenUpWorkEndsWithTheWordForIt)
     const QImage picture = colourPicture().convertToFormat(QImage::Format_RGB888);
     const QString tiff = path(QStringLiteral("a.tif"));
     TiffBuilder(tiff).page(picture, {.compression = 5}).page(picture, {.compression = 5});
-    std::vector<QString> sources = {tiff, write(QStringLiteral("a.gif"), encoded(picture, "png"))};
+    std::vector<QString> sources = {tiff, write(QStringLiteral("a.gif"), encodedImage(picture, "png"))};
     for (const char* format : {"png", "jpg", "bmp", "ppm"})
-        sources.push_back(write(QString::fromLatin1(format), encoded(picture, format)));
+        sources.push_back(write(QString::fromLatin1(format), encodedImage(picture, format)));
     for (const QString& source : sources) {
         SCOPED_TRACE(source.toStdString());
         std::stop_source stop;

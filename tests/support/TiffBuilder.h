@@ -21,6 +21,8 @@ struct TiffLayout
     double xResolution = 0;
     double yResolution = 0;
     int resolutionUnit = 2;
+    double floatRange = 0; ///< samples are floating-point numbers up to this one
+    int predictor = 1;
     int fillOrder = 1;                   ///< 2 for low bits first
     std::map<int, QByteArray> tags = {}; ///< texts, and the bytes of profiles, XMP and IPTC
 };

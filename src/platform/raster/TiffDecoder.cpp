@@ -106,10 +106,13 @@ QImage decodeRows(TiffFile& file, const TiffPageInfo& info)
         TIFFSetField(file.handle(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
     TiffRows rows(file, info);
     QImage image = makePageImage(info.width, info.height, rows.format());
-    if (TIFFIsTiled(file.handle()))
-        decodeTiles(file, info, rows, image);
-    else
-        decodeScanlines(file, info, rows, image);
+    const auto decode = TIFFIsTiled(file.handle()) ? decodeTiles : decodeScanlines;
+    if (info.hasFloats) {
+        rows.setMeasuring(true);
+        decode(file, info, rows, image);
+        rows.setMeasuring(false);
+    }
+    decode(file, info, rows, image);
     if (info.isPremultiplied) unpremultiply(image);
     return image;
 }
@@ -198,17 +201,58 @@ PageTags pageTags(const TiffFile& file)
 
 } // namespace
 
-RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info)
+namespace {
+
+/// The pixels of the page, upright, and nothing less.
+QImage decodePixels(TiffFile& file, const TiffPageInfo& info)
 {
     file.clearErrors();
-    checkTiffClaims(file, info);
-    RasterPage page;
-    page.image = canKeepBits(file, info) ? decodeBits(file, info)
-                                         : upright(TiffRows::canConvert(info) ? decodeRows(file, info)
-                                                                              : decodeConverted(file, info),
-                                                   info.orientation);
+    QImage image = canKeepBits(file, info)      ? decodeBits(file, info)
+                   : TiffRows::canConvert(info) ? decodeRows(file, info)
+                                                : decodeConverted(file, info);
     // A codec may report damage and still return part of a page; only whole pages are accepted.
     if (file.hasError()) throw file.failure(damaged);
+    return image;
+}
+
+/// The pixels of a page whose last strip is longer in the directory than in the file. What is missing may be
+/// no more than an end mark or bytes that nothing reads: that is so when the pixels are the same whatever is
+/// taken for them.
+QImage decodeShortPixels(TiffFile& file, const TiffPageInfo& info)
+{
+    struct Padding
+    {
+        TiffFile& file;
+        ~Padding() { file.setBytesBehindEnd(std::nullopt); }
+    };
+    const Padding padding{file};
+    const auto decodeWith = [&](uchar behindEnd) {
+        file.setBytesBehindEnd(behindEnd);
+        // libtiff forgets the strip that it holds when the directory is read anew.
+        if (TIFFSetSubDirectory(file.handle(), TIFFCurrentDirOffset(file.handle())) != 1)
+            throw file.failure(damaged);
+        return decodePixels(file, info);
+    };
+    const QImage image = decodeWith(0);
+    if (decodeWith(0xFF) != image) throw Failure(damaged);
+    return image;
+}
+
+} // namespace
+
+RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info)
+{
+    checkTiffClaims(file, info);
+    RasterPage page;
+    try {
+        page.image = decodePixels(file, info);
+    } catch (const Cancelled&) {
+        throw;
+    } catch (const Failure&) {
+        if (!file.ranOut()) throw;
+        page.image = decodeShortPixels(file, info);
+    }
+    page.image = upright(std::move(page.image), info.orientation);
     page.isBilevel = info.bits == 1 && info.samples == 1 && page.isGrey();
     page.isWhiteZero = info.photometric == PHOTOMETRIC_MINISWHITE;
     if (info.compression == COMPRESSION_CCITTFAX3)

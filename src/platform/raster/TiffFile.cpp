@@ -72,8 +72,21 @@ int TiffFile::keepError(TIFF*, void* file, const char*, const char* format, va_l
 
 tmsize_t TiffFile::read(thandle_t handle, void* buffer, tmsize_t size)
 {
+    constexpr tmsize_t most = 1 << 16;
     auto& source = *static_cast<Source*>(handle);
     if (source.stop.stop_requested()) return 0;
+    const tmsize_t count = readStored(source, buffer, size);
+    if (count < 0 || count == size) return count;
+    source.ranOut = true;
+    if (!source.behindEnd || size - count > most) return count;
+    std::memset(static_cast<char*>(buffer) + count, *source.behindEnd,
+                static_cast<std::size_t>(size - count));
+    source.position += static_cast<toff_t>(size - count);
+    return size;
+}
+
+tmsize_t TiffFile::readStored(Source& source, void* buffer, tmsize_t size)
+{
     if (source.file) {
         // pread() leaves the file's own position alone, which all readers of the file would share.
         const ssize_t count = ::pread(source.file->handle(), buffer, static_cast<std::size_t>(size),

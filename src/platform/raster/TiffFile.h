@@ -8,6 +8,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <stop_token>
 #include <tiffio.h>
 
@@ -41,9 +42,18 @@ class TiffFile
     [[nodiscard]] const std::stop_token& stop() const { return source_.stop; }
 
     [[nodiscard]] std::uint64_t size() const { return size(const_cast<Source*>(&source_)); } ///< of the file
+    /// Once this is set, up to 64 KiB behind the end of the file are read as such bytes.
+    void setBytesBehindEnd(std::optional<uchar> value) { source_.behindEnd = value; }
+    /// True when something behind the end of the file was asked for since the last call of clearErrors().
+    [[nodiscard]] bool ranOut() const { return source_.ranOut; }
+
     /// True when libtiff has reported an error since the last call of clearErrors().
     [[nodiscard]] bool hasError() const { return !lastError_.isEmpty(); }
-    void clearErrors() { lastError_.clear(); }
+    void clearErrors()
+    {
+        lastError_.clear();
+        source_.ranOut = false;
+    }
     /// "<doing>: <what libtiff said>".
     [[nodiscard]] Failure failure(const Reason& doing) const;
 
@@ -72,11 +82,14 @@ class TiffFile
         const QByteArray* bytes = nullptr;       ///< null when `file` is read
         toff_t position = 0;
         std::stop_token stop = {};
+        std::optional<uchar> behindEnd = {};
+        bool ranOut = false;
     };
 
     TiffFile(Source source, const QByteArray& name);
 
     static int keepError(TIFF*, void* file, const char* module, const char* format, va_list arguments);
+    static tmsize_t readStored(Source& source, void* buffer, tmsize_t size);
     static tmsize_t read(thandle_t handle, void* buffer, tmsize_t size);
     static toff_t seek(thandle_t handle, toff_t offset, int whence);
     static toff_t size(thandle_t handle);

@@ -60,6 +60,7 @@ TiffPageInfo readTiffPageInfo(const TiffFile& file)
     if (info.orientation < 1 || info.orientation > 8) info.orientation = ORIENTATION_TOPLEFT;
     const auto format = file.field<std::uint16_t>(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
     info.hasIntegers = format == SAMPLEFORMAT_UINT || format == SAMPLEFORMAT_VOID;
+    info.hasFloats = format == SAMPLEFORMAT_IEEEFP;
     readAlpha(file, info);
     const int colours = info.samples - (info.alphaSample >= 0 ? 1 : 0);
     const bool isFax = info.compression >= COMPRESSION_CCITTRLE && info.compression <= COMPRESSION_CCITTFAX4;
