@@ -17,10 +17,10 @@ namespace {
 ImageFacts inspectTiff(const FilePath& path)
 {
     try {
-        const TiffFile file(path);
+        TiffFile file(path);
         ImageFacts facts;
         facts.compression = file.field<std::uint16_t>(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
-        facts.pages = static_cast<std::int32_t>(TIFFNumberOfDirectories(file.handle()));
+        facts.pages = static_cast<std::int32_t>(file.countDirectories());
         return facts;
     } catch (const Failure&) {
         return {};

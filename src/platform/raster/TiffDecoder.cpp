@@ -3,6 +3,7 @@
 #include "platform/raster/Orientation.h"
 #include "platform/raster/RasterLimits.h"
 #include "platform/raster/TiffClaims.h"
+#include "platform/raster/TiffEntries.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/raster/TiffRows.h"
 #include "platform/system/Cancellation.h"
@@ -193,9 +194,14 @@ PageTags pageTags(const TiffFile& file)
         const QByteArray text(file.field<const char*>(static_cast<std::uint32_t>(tag), nullptr));
         if (!text.isEmpty()) tags[static_cast<std::uint16_t>(tag)] = text;
     }
-    for (const int tag : {TIFFTAG_XMLPACKET, TIFFTAG_RICHTIFFIPTC})
-        if (const QByteArray bytes = file.bytes(static_cast<std::uint32_t>(tag)); !bytes.isEmpty())
-            tags[static_cast<std::uint16_t>(tag)] = bytes;
+    if (const QByteArray xmp = file.bytes(TIFFTAG_XMLPACKET); !xmp.isEmpty()) tags[TIFFTAG_XMLPACKET] = xmp;
+    // Many writers give IPTC records, which are bytes, a type of larger numbers, which libtiff does not read.
+    QByteArray iptc = TiffEntries(file).bytes(TIFFTAG_RICHTIFFIPTC);
+    constexpr char recordStart = 0x1C;
+    if (iptc.size() > 3 && iptc[0] != recordStart && iptc[3] == recordStart)
+        for (qsizetype i = 0; i + 4 <= iptc.size(); i += 4)
+            std::reverse(iptc.begin() + i, iptc.begin() + i + 4);
+    if (!iptc.isEmpty()) tags[TIFFTAG_RICHTIFFIPTC] = iptc;
     return tags;
 }
 

@@ -42,7 +42,14 @@ class TiffFile
     [[nodiscard]] const std::stop_token& stop() const { return source_.stop; }
 
     [[nodiscard]] std::uint64_t size() const { return size(const_cast<Source*>(&source_)); } ///< of the file
-    /// Once this is set, up to 64 KiB behind the end of the file are read as such bytes.
+    /// The file's bytes from `offset` on; fewer where the file ends.
+    [[nodiscard]] QByteArray at(std::uint64_t offset, qsizetype size) const;
+
+    /// The directories that the chain from the first one has; an error where it breaks off. The file may
+    /// stand anywhere and stays there.
+    [[nodiscard]] std::uint32_t countDirectories();
+    /// Once this is set, up to 64 KiB behind the end of the file are read as such bytes by whoever reads up
+    /// to the end.
     void setBytesBehindEnd(std::optional<uchar> value) { source_.behindEnd = value; }
     /// True when something behind the end of the file was asked for since the last call of clearErrors().
     [[nodiscard]] bool ranOut() const { return source_.ranOut; }

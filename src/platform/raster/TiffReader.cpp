@@ -1,6 +1,7 @@
 #include "platform/raster/TiffReader.h"
 
 #include "platform/raster/TiffDecoder.h"
+#include "platform/raster/TiffEntries.h"
 #include "platform/system/Cancellation.h"
 
 namespace quillfern::raster {
@@ -10,11 +11,11 @@ TiffReader::TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& 
     : source_(std::move(file)), path_(path), file_(source_, path)
 {
     file_.setStop(stop);
-    file_.clearErrors();
-    const auto count = static_cast<int>(TIFFNumberOfDirectories(file_.handle()));
+    const auto count = static_cast<int>(file_.countDirectories());
     throwIfCancelled(stop);
-    // A chain of directories that breaks off would look like a shorter document.
-    if (file_.hasError() || count < 1)
+    // A chain of directories that breaks off would look like a shorter document, unless there is nothing in
+    // the file that a page behind those found could be.
+    if (count < 1 || (file_.hasError() && !isFilledByPages(file_, count)))
         throw file_.failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is damaged or cut off"));
     setPages(count, readTiffPageInfo(file_).sizeInPoints());
 }

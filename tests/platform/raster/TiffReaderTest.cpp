@@ -7,6 +7,8 @@
 #include "platform/system/Cancellation.h"
 #include "support/Tools.h"
 
+#include <QtEndian>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <lcms2.h>
 
@@ -85,6 +87,81 @@ TEST(TiffReaderTest, AStripMayEndEarlyWhereNoPixelIsMissing)
         for (int y = 0; y < height; ++y)
             ASSERT_EQ(QByteArray(reinterpret_cast<const char*>(page.image.constScanLine(y)), rowBytes),
                       rows.mid(y * rowBytes, rowBytes));
+    }
+}
+
+/// Where the link behind the directory at `directory` is.
+qsizetype linkAt(const QByteArray& bytes, qsizetype directory)
+{
+    return directory + 2 + 12 * qsizetype{qFromLittleEndian<quint16>(bytes.constData() + directory)};
+}
+
+TEST(TiffReaderTest, AWrongLastLinkCostsNoPage)
+{
+    // Two pages of the same strip; the second directory stands at the end of the file.
+    QByteArray two = directoryInFront(5, 0, 0);
+    const qsizetype first = linkAt(two, 8);
+    const QByteArray directory = two.mid(8, first + 4 - 8);
+    if (two.size() % 2 != 0) two += '\0';
+    const qsizetype second = two.size();
+    qToLittleEndian<quint32>(static_cast<quint32>(second), two.data() + first);
+    two += directory;
+    const qsizetype last = linkAt(two, second);
+    const auto withLink = [&](qsizetype at, quint32 link) {
+        QByteArray bytes = two;
+        qToLittleEndian<quint32>(link, bytes.data() + at);
+        return bytes;
+    };
+    const struct
+    {
+        const char* name;
+        QByteArray bytes;
+        int pages; ///< 0 where the file is refused
+    } cases[] = {
+        {"as it should be", two, 2},
+        {"a link behind the end", withLink(last, 0x7FFFFFF0), 2},
+        {"a link back to the first", withLink(last, 8), 2},
+        {"no link", two.chopped(4), 2},
+        {"cut off in the second directory", two.chopped(20), 0},
+        {"the first link is wrong", withLink(first, 0x7FFFFFF0), 0},
+    };
+    const Scratch scratch;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const QString path = scratch.write(QStringLiteral("a.tif"), c.bytes);
+        if (c.pages == 0) {
+            EXPECT_THROW(static_cast<void>(RasterReader::open(asPath(path))), Failure);
+            continue;
+        }
+        const auto reader = RasterReader::open(asPath(path));
+        ASSERT_EQ(reader->pageCount(), c.pages);
+        for (int page = 0; page < c.pages; ++page)
+            EXPECT_EQ(reader->readPage().image.height(), height);
+    }
+}
+
+TEST(TiffReaderTest, IptcRecordsOfAnyTypeAreKept)
+{
+    const QByteArray records("\x1C\2\x05\0\4abcd\0\0\0", 12);
+    QByteArray swapped = records;
+    for (qsizetype i = 0; i < swapped.size(); i += 4)
+        std::reverse(swapped.begin() + i, swapped.begin() + i + 4);
+    const Scratch scratch;
+    for (const auto& [type, stored] : {std::pair{1, records}, {4, records}, {7, records}, {4, swapped}}) {
+        TiffDirectory directory(false);
+        directory.number(256, 4);
+        directory.number(257, 4);
+        directory.shorts(258, {8});
+        directory.shorts(262, {1});
+        directory.offsets(273, {8});
+        directory.offsets(279, {16});
+        directory.bytes(33723, static_cast<std::uint16_t>(type), stored);
+        QByteArray bytes = TiffDirectory::header(false, 24) + QByteArray(16, '\0') + directory.take(24, true);
+        // The directory counts bytes; a type of larger numbers counts these.
+        const qsizetype entry = 24 + 2 + 6 * 12;
+        if (type == 4) qToLittleEndian<quint32>(3, bytes.data() + entry + 4);
+        const auto reader = RasterReader::open(asPath(scratch.write(QStringLiteral("a.tif"), bytes)));
+        EXPECT_EQ(reader->readPage().tags[33723], records) << type;
     }
 }
 
