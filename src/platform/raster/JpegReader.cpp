@@ -34,8 +34,9 @@ constexpr double mostBlocks = 5e7;
 class JpegDecoder
 {
   public:
-    JpegDecoder(QIODevice& device, const std::stop_token& stop) : device_(device), stop_(stop)
+    JpegDecoder(QIODevice& device, const std::stop_token& stop) : JpegDecoder(device, stop, Empty())
     {
+        // From here on the destructor runs when something is thrown.
         info_.err = jpeg_std_error(&errors_);
         info_.client_data = this;
         errors_.error_exit = onError;
@@ -90,6 +91,12 @@ class JpegDecoder
     }
 
   private:
+    struct Empty
+    {
+    };
+
+    JpegDecoder(QIODevice& device, const std::stop_token& stop, Empty) : device_(device), stop_(stop) {}
+
     [[noreturn]] static void onError(j_common_ptr info)
     {
         std::longjmp(static_cast<JpegDecoder*>(info->client_data)->back_, 1);

@@ -83,15 +83,18 @@ PngFacts readChunks(QIODevice& file, const std::stop_token& stop)
 class PngDecoder
 {
   public:
-    PngDecoder(QIODevice& device, const std::stop_token& stop)
-        : device_(device), stop_(stop), png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, this, onError,
-                                                                    [](png_structp, png_const_charp) {}))
+    PngDecoder(QIODevice& device, const std::stop_token& stop) : PngDecoder(device, stop, Empty())
     {
+        // From here on the destructor runs when something is thrown.
         if (png_) info_ = png_create_info_struct(png_);
         if (!info_) throw std::bad_alloc();
         device_.seek(0);
         png_set_read_fn(png_, this, read);
         run([this] {
+            // What readChunks() looks at itself, and what no page needs.
+            static constexpr png_byte passedOver[] =
+                "eXIf\0iTXt\0tEXt\0zTXt\0pHYs\0hIST\0sPLT\0tIME\0pCAL\0sCAL\0oFFs\0bKGD\0sBIT";
+            png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, passedOver, sizeof passedOver / 5);
             png_set_user_limits(png_, 0x7FFFFFFF, 0x7FFFFFFF);
             png_set_benign_errors(png_, 1);
             png_read_info(png_, info_);
@@ -127,6 +130,16 @@ class PngDecoder
     [[nodiscard]] bool isPalette() const { return png_get_color_type(png_, info_) == PNG_COLOR_TYPE_PALETTE; }
 
   private:
+    struct Empty
+    {
+    };
+
+    PngDecoder(QIODevice& device, const std::stop_token& stop, Empty)
+        : device_(device), stop_(stop), png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, this, onError,
+                                                                    [](png_structp, png_const_charp) {}))
+    {
+    }
+
     [[noreturn]] static void onError(png_structp png, png_const_charp text)
     {
         auto* decoder = static_cast<PngDecoder*>(png_get_error_ptr(png));
