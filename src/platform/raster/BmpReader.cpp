@@ -161,7 +161,7 @@ BmpReader::BmpReader(std::unique_ptr<QIODevice> device) : device_(std::move(devi
 {
     const auto header = BmpHeader::read(*device_);
     if (!header)
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is not a picture that can be read"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "This is not a picture that can be read."));
     header_ = *header;
     const QSize size = header_.size;
     const int depth = QImage::toPixelFormat(formatOf(header_)).bitsPerPixel();
@@ -252,7 +252,8 @@ RasterPage BmpReader::readPage(const std::stop_token& stop)
     // Many writers leave the place of the opacity zero.
     if (page.hasAlpha() && isTransparentAllOver(page.image)) page.image.convertTo(QImage::Format_RGB888);
     if (page.image.isNull())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
+        throw Failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory for a page of this size."));
     return page;
 }
 

@@ -39,7 +39,7 @@ QByteArray profileFor(const QByteArray& profile, bool isGrey)
 
 void throwDamaged(const QString& said)
 {
-    const Reason reason(QT_TRANSLATE_NOOP("quillfern::Failure", "a page is damaged or cut off"));
+    const Reason reason(QT_TRANSLATE_NOOP("quillfern::Failure", "A page of the file is damaged or cut off."));
     throw Failure(said.isEmpty() ? reason : reason.with(said));
 }
 

@@ -167,7 +167,7 @@ void checkScans(const jpeg_decompress_struct& info, const JpegSegments& segments
                segments.isArithmetic ? largestArithmeticRatio : largestRatio);
     if (segments.scans > usualScans && blocks * segments.scans > mostBlocks)
         throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure",
-                                         "the picture is coded in %1 passes, too many for one of its size"),
+                                         "The picture is coded in %1 passes, too many for one of its size."),
                        {QString::number(segments.scans)}});
 }
 

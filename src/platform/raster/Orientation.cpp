@@ -20,7 +20,8 @@ QImage upright(QImage image, int orientation)
         image = image.transformed(QTransform().rotate(angle));
     if (isMirrored && angle != 180) image = std::move(image).mirrored(true, false);
     if (image.isNull())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
+        throw Failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory for a page of this size."));
     return image;
 }
 

@@ -130,7 +130,8 @@ RasterPage pageFromImage(QImage image)
                     : isGrey                ? QImage::Format_Grayscale8
                                             : QImage::Format_RGB888);
     if (image.isNull())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "not enough memory for a page"));
+        throw Failure(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory for a page of this size."));
     if (page.hasAlpha()) page.isBilevel = false;
     page.image = std::move(image);
     return page;
@@ -151,7 +152,7 @@ QtImageReader::QtImageReader(std::unique_ptr<QIODevice> device, const std::stop_
     const QSize size = reader_.size();
     throwIfCancelled(stop);
     if (!reader_.canRead() || !size.isValid())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "the file is not a picture that can be read"));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "This is not a picture that can be read."));
     const bool isTurned = reader_.transformation() & QImageIOHandler::TransformationRotate90;
     const bool isStored = reader_.transformation() == QImageIOHandler::TransformationNone;
     describe(size, bytesPerDecodedPixel, {plainDotsPerInch, plainDotsPerInch},

@@ -26,7 +26,7 @@ void checkClaim(double width, double height, double bytesPerPixel, double stored
     if (claimed <= smallestClaim || claimed <= stored * ratio) return;
     throw Failure(
         {QT_TRANSLATE_NOOP("quillfern::Failure",
-                           "the file is damaged or cut off: it is too short for a page of %1 x %2 pixels"),
+                           "The file is damaged or cut off: it is too short for a page of %1 x %2 pixels."),
          {QString::number(width, 'f', 0), QString::number(height, 'f', 0)}});
 }
 

@@ -60,7 +60,7 @@ void checkTiffClaims(const TiffFile& file, const TiffPageInfo& info)
     const std::uint64_t row = isTiled ? TIFFTileSize64(tiff) : TIFFScanlineSize64(tiff);
     if (row > largestRow)
         throw Failure(
-            QT_TRANSLATE_NOOP("quillfern::Failure", "the tiles of a page are too large to be processed"));
+            QT_TRANSLATE_NOOP("quillfern::Failure", "The tiles of a page are too large to be processed."));
     const bool separate = info.planar == PLANARCONFIG_SEPARATE && !isTiled;
     const double rows =
         isTiled ? TIFFNumberOfTiles(tiff) : double{1} * info.height * (separate ? info.samples : 1);
