@@ -53,7 +53,7 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
     const PageCompositor compositor(job_.stamps, shaper_);
     compositor.requireFont(); // before anything is changed
     DocumentTarget place(source, target, job_.isBackupFile, run.sourceVersion, run.isTargetOfThisJob);
-    const auto reader = raster::RasterReader::open(source);
+    const auto reader = raster::RasterReader::open(source, run.abandoned());
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
     const auto first = std::clamp<std::int64_t>(job_.startPage, 1, std::int64_t{count} + 1);
@@ -64,8 +64,8 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
             QT_TRANSLATE_NOOP("quillfern::Failure", "No page of the file lies in the page range."));
 
     store::AtomicFile file(place.path());
-    raster::RasterWriter writer(file);
-    raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last));
+    raster::RasterWriter writer(file, run.abandoned());
+    raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last), run.abandoned());
     for (int i = 1; i <= count && run.isUpdating(); ++i) {
         if (i >= first && i <= last) {
             std::optional<raster::RasterPage> page = pages.next();

@@ -43,8 +43,11 @@ const QMap<QString, QStringList>& roomsBelow()
 /// like are the operating system's: of the platform, the batch (which asks it about folders) and programs of
 /// one file.
 const std::vector<std::pair<const char*, const char*>> libraries = {
-    {"qpdf/", "platform/pdf"},           {"hb", "platform/pdf"},      {"libdeflate.h", "platform/pdf"},
-    {"zlib.h", "platform/pdf"},          {"tiff", "platform/raster"}, {"turbojpeg.h", "platform/raster"},
+    {"qpdf/", "platform/pdf"},           {"hb", "platform/pdf"},
+    {"libdeflate.h", "platform/pdf"},    {"zlib.h", "platform/pdf"},
+    {"tiff", "platform/raster"},         {"turbojpeg.h", "platform/raster"},
+    {"jpeglib.h", "platform/raster"},    {"jerror.h", "platform/raster"},
+    {"png.h", "platform/raster"},        {"lcms2.h", "platform/raster"},
     {"fontconfig/", "platform/drawing"},
 };
 

@@ -1,7 +1,9 @@
 #include "support/TiffBuilder.h"
 
 #include <QFile>
+#include <QFloat16>
 #include <QtEndian>
+#include <array>
 #include <cstdarg>
 #include <gtest/gtest.h>
 #include <tiffio.h>
@@ -64,7 +66,7 @@ std::vector<int> samplesOf(const QColor& colour, const TiffLayout& layout)
     return samples;
 }
 
-/// Packs samples of 1 to 16 bits.
+/// Packs samples of 1 to 32 bits, and floating-point numbers.
 class Packer
 {
   public:
@@ -72,21 +74,36 @@ class Packer
 
     void add(int sample)
     {
-        if (layout_.bits == 16) {
-            const auto wide = static_cast<std::uint16_t>(sample * 257);
-            bytes_.append(reinterpret_cast<const char*>(&wide), 2);
-            return;
-        }
         const bool isIndex = layout_.photometric == PHOTOMETRIC_PALETTE;
-        const int value = isIndex ? sample : sample >> (8 - layout_.bits);
-        if (bit_ == 0) bytes_.append('\0');
-        bytes_.back() = static_cast<char>(bytes_.back() | value << (8 - bit_ - layout_.bits));
-        bit_ = (bit_ + layout_.bits) % 8;
+        if (layout_.floatRange > 0) {
+            const double value = sample / 255.0 * layout_.floatRange;
+            if (layout_.bits == 16) put(qfloat16(static_cast<float>(value)), 2);
+            if (layout_.bits == 32) put(static_cast<float>(value), 4);
+            if (layout_.bits == 64) put(value, 8);
+        } else if (layout_.bits > 8 && layout_.bits % 8 == 0) {
+            put(static_cast<std::uint32_t>(sample * ((std::uint64_t{1} << layout_.bits) - 1) / 255),
+                layout_.bits / 8);
+        } else {
+            const int largest = (1 << layout_.bits) - 1;
+            const int value = isIndex ? sample : sample * largest / 255;
+            for (int bit = layout_.bits - 1; bit >= 0; --bit) {
+                if (bit_ == 0) bytes_.append('\0');
+                bytes_.back() = static_cast<char>(bytes_.back() | (value >> bit & 1) << (7 - bit_));
+                bit_ = (bit_ + 1) % 8;
+            }
+        }
     }
     void endRow() { bit_ = 0; }
     [[nodiscard]] QByteArray& bytes() { return bytes_; }
 
   private:
+    /// The first bytes of a value in the machine's order, low ones first.
+    template <class T>
+    void put(T value, int size)
+    {
+        bytes_.append(reinterpret_cast<const char*>(&value), size);
+    }
+
     const TiffLayout& layout_;
     QByteArray bytes_;
     int bit_ = 0;
@@ -119,6 +136,30 @@ void setPalette(TIFF* tiff, int bits)
     TIFFSetField(tiff, TIFFTAG_COLORMAP, r.data(), g.data(), b.data());
 }
 
+constexpr std::array carriedTags = {TIFFTAG_IMAGEDESCRIPTION, TIFFTAG_MAKE,         TIFFTAG_MODEL,
+                                    TIFFTAG_DATETIME,         TIFFTAG_ARTIST,       TIFFTAG_COPYRIGHT,
+                                    TIFFTAG_XMLPACKET,        TIFFTAG_RICHTIFFIPTC, TIFFTAG_ICCPROFILE};
+
+bool isBytesTag(int tag)
+{
+    return tag == TIFFTAG_XMLPACKET || tag == TIFFTAG_RICHTIFFIPTC || tag == TIFFTAG_ICCPROFILE;
+}
+
+std::map<int, QByteArray> readTags(TIFF* tiff)
+{
+    std::map<int, QByteArray> tags;
+    for (const int tag : carriedTags) {
+        std::uint32_t size = 0;
+        const char* value = nullptr;
+        const auto number = static_cast<std::uint32_t>(tag);
+        if (isBytesTag(tag) && TIFFGetField(tiff, number, &size, &value) == 1)
+            tags[tag] = QByteArray(value, static_cast<qsizetype>(size));
+        else if (!isBytesTag(tag) && TIFFGetField(tiff, number, &value) == 1)
+            tags[tag] = value;
+    }
+    return tags;
+}
+
 void setFields(TIFF* tiff, const QImage& image, const TiffLayout& layout, int samples)
 {
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, image.width());
@@ -129,6 +170,8 @@ void setFields(TIFF* tiff, const QImage& image, const TiffLayout& layout, int sa
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, layout.compression);
     TIFFSetField(tiff, TIFFTAG_ORIENTATION, layout.orientation);
     TIFFSetField(tiff, TIFFTAG_FILLORDER, layout.fillOrder);
+    if (layout.floatRange > 0) TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_IEEEFP);
+    if (layout.predictor > 1) TIFFSetField(tiff, TIFFTAG_PREDICTOR, layout.predictor);
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, layout.planar ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
     if (layout.extraSample >= 0) {
         const auto kind = static_cast<std::uint16_t>(layout.extraSample);
@@ -138,6 +181,13 @@ void setFields(TIFF* tiff, const QImage& image, const TiffLayout& layout, int sa
         TIFFSetField(tiff, TIFFTAG_XRESOLUTION, layout.xResolution);
         TIFFSetField(tiff, TIFFTAG_YRESOLUTION, layout.yResolution);
         TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, layout.resolutionUnit);
+    }
+    for (const auto& [tag, value] : layout.tags) {
+        if (isBytesTag(tag))
+            TIFFSetField(tiff, static_cast<std::uint32_t>(tag), static_cast<std::uint32_t>(value.size()),
+                         value.constData());
+        else
+            TIFFSetField(tiff, static_cast<std::uint32_t>(tag), value.constData());
     }
     if (layout.photometric == PHOTOMETRIC_PALETTE) setPalette(tiff, layout.bits);
     if (layout.photometric == PHOTOMETRIC_YCBCR) {
@@ -252,6 +302,7 @@ std::vector<TiffPage> readTiff(const QString& path)
             page.extraSample = kinds[0];
         std::uint32_t profileSize = 0;
         void* profile = nullptr;
+        page.tags = readTags(tiff);
         page.hasProfile = TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &profileSize, &profile) == 1;
         page.image = readPixels(tiff, width, height, page.samples == 4);
         pages.push_back(page);

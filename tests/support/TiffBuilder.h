@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QString>
 #include <cstdint>
+#include <map>
 #include <vector>
 
 namespace quillfern {
@@ -20,7 +21,10 @@ struct TiffLayout
     double xResolution = 0;
     double yResolution = 0;
     int resolutionUnit = 2;
-    int fillOrder = 1; ///< 2 for low bits first
+    double floatRange = 0; ///< samples are floating-point numbers up to this one
+    int predictor = 1;
+    int fillOrder = 1;                   ///< 2 for low bits first
+    std::map<int, QByteArray> tags = {}; ///< texts, and the bytes of profiles, XMP and IPTC
 };
 
 /// Writes TIFF files with libtiff, page by page.
@@ -55,6 +59,7 @@ struct TiffPage
     float xResolution = 0;
     float yResolution = 0;
     bool hasProfile = false;
+    std::map<int, QByteArray> tags; ///< as in a TiffLayout
 };
 
 /// All pages of a TIFF; fails the test when it is not one or libtiff has anything to complain about.

@@ -1,46 +1,49 @@
 #pragma once
 
-#include "platform/raster/RasterPage.h"
 #include "platform/raster/RasterReader.h"
 
 #include <QIODevice>
-#include <QImage>
-#include <QImageIOHandler>
-#include <QImageReader>
 #include <QSize>
 #include <memory>
+#include <stop_token>
 
 namespace quillfern::raster {
 
-/// The frames of a BMP, JPEG, PNG or GIF file, upright.
-class ImageFileReader final : public RasterReader
+/// The frames of a file of any format but TIFF, upright. Each format has a class of its own below this one.
+class ImageFileReader : public RasterReader
 {
   public:
-    /// `device` is open for reading and can seek. Throws Failure when it holds no such picture.
-    explicit ImageFileReader(std::unique_ptr<QIODevice> device);
+    /// `device` is open for reading and can seek. The format goes by the content. Throws Failure when the
+    /// file holds no picture.
+    [[nodiscard]] static std::unique_ptr<ImageFileReader> open(std::unique_ptr<QIODevice> device,
+                                                               const std::stop_token& stop = {});
 
-    /// Pixels of a frame as it is stored.
-    [[nodiscard]] QSize storedSize() const { return size_; }
+    [[nodiscard]] QSize storedSize() const { return size_; } ///< pixels of a frame as it is stored
     /// True when frames are turned or mirrored to be upright.
-    [[nodiscard]] bool isTransformed() const
+    [[nodiscard]] bool isTransformed() const { return orientation_ != 1; }
+
+    [[nodiscard]] double nextPageBytes() override
     {
-        return reader_.transformation() != QImageIOHandler::TransformationNone;
+        return static_cast<double>(bytesPerPixel_) * size_.width() * size_.height();
     }
 
-    [[nodiscard]] RasterPage readPage() override;
-    [[nodiscard]] double nextPageBytes() override;
-    /// Frames build on each other: passing over one decodes it all the same.
-    void skipPage() override { static_cast<void>(readPage()); }
+  protected:
+    /// Holds the size against the limits. `dotsPerInch` is that of the stored rows.
+    void describe(const QSize& size, int bytesPerPixel, const QSizeF& dotsPerInch, int orientation,
+                  int frames = 1);
+    [[nodiscard]] int orientation() const { return orientation_; }
 
   private:
-    [[nodiscard]] QImage readImage();
-
-    std::unique_ptr<QIODevice> device_;
-    QImageReader reader_;
     QSize size_;
+    int bytesPerPixel_ = 4;
+    int orientation_ = 1;
 };
 
-/// A decoded image as a page.
-[[nodiscard]] RasterPage pageFromImage(QImage image);
+/// The profile where it describes such samples: one for shades does not describe colours, nor the other way
+/// round.
+[[nodiscard]] QByteArray profileFor(const QByteArray& profile, bool isGrey);
+
+/// Throws Failure: the file is damaged or cut off.
+[[noreturn]] void throwDamaged(const QString& said = {});
 
 } // namespace quillfern::raster

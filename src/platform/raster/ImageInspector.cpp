@@ -1,5 +1,6 @@
 #include "platform/raster/ImageInspector.h"
 
+#include "platform/raster/BmpReader.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
@@ -16,10 +17,10 @@ namespace {
 ImageFacts inspectTiff(const FilePath& path)
 {
     try {
-        const TiffFile file(path);
+        TiffFile file(path);
         ImageFacts facts;
         facts.compression = file.field<std::uint16_t>(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
-        facts.pages = static_cast<std::int32_t>(TIFFNumberOfDirectories(file.handle()));
+        facts.pages = static_cast<std::int32_t>(file.countDirectories());
         return facts;
     } catch (const Failure&) {
         return {};
@@ -28,6 +29,7 @@ ImageFacts inspectTiff(const FilePath& path)
 
 std::optional<ImageFacts> inspectOther(QIODevice& file)
 {
+    if (file.peek(2) == "BM") return BmpHeader::read(file) ? std::optional(ImageFacts{1, 1}) : std::nullopt;
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
     if (!reader.canRead() || !reader.size().isValid()) return std::nullopt;

@@ -4,7 +4,8 @@
 
 namespace quillfern::raster {
 
-PageFeed::PageFeed(RasterReader& reader, int first, int last) : first_(first), last_(last), page_(first)
+PageFeed::PageFeed(RasterReader& reader, int first, int last, const std::stop_token& stop)
+    : onRequest_(stop, Stop{ending_}), first_(first), last_(last), page_(first)
 {
     lanes_.push_back({&reader});
     if (first < last && reader.nextPageBytes() <= static_cast<double>(largestPageInPairs))
@@ -16,6 +17,7 @@ PageFeed::PageFeed(RasterReader& reader, int first, int last) : first_(first), l
 
 PageFeed::~PageFeed()
 {
+    ending_.request_stop();
     for (const Lane& lane : lanes_)
         if (lane.ahead.valid()) lane.ahead.wait();
 }
@@ -24,12 +26,15 @@ void PageFeed::decodeAhead(Lane& lane, int page)
 {
     if (page > last_) return;
     for (; lane.position < page; ++lane.position)
-        lane.reader->skipPage();
+        lane.reader->skipPage(ending_.get_token());
     ++lane.position;
-    lane.ahead = std::async(std::launch::async, [reader = lane.reader]() -> std::optional<RasterPage> {
-        if (reader->nextPageBytes() > static_cast<double>(largestPageAhead)) return std::nullopt;
-        return reader->readPage();
-    });
+    lane.ahead =
+        std::async(std::launch::async,
+                   [reader = lane.reader, stop = ending_.get_token()]() -> std::optional<RasterPage> {
+                       if (reader->nextPageBytes() > static_cast<double>(largestPageAhead))
+                           return std::nullopt;
+                       return reader->readPage(stop);
+                   });
 }
 
 std::optional<RasterPage> PageFeed::next()
@@ -37,7 +42,7 @@ std::optional<RasterPage> PageFeed::next()
     if (page_ > last_) return std::nullopt;
     Lane& lane = lanes_[static_cast<std::size_t>(page_ - first_) % lanes_.size()];
     std::optional<RasterPage> page = lane.ahead.get();
-    if (!page) page = lane.reader->readPage();
+    if (!page) page = lane.reader->readPage(ending_.get_token());
     decodeAhead(lane, page_ + static_cast<int>(lanes_.size()));
     ++page_;
     return page;

@@ -6,6 +6,7 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 namespace quillfern::raster {
@@ -17,13 +18,14 @@ class PageFeed
 {
   public:
     /// `reader` must outlive the feed and stands before its first page.
-    PageFeed(RasterReader& reader, int first, int last);
-    /// Waits for the pages being decoded.
+    PageFeed(RasterReader& reader, int first, int last, const std::stop_token& stop = {});
+    /// Gives up the pages being decoded.
     ~PageFeed();
     PageFeed(const PageFeed&) = delete;
     PageFeed& operator=(const PageFeed&) = delete;
 
-    /// The next page; nothing after the last. Throws the reader's Failure, after which there are no more.
+    /// The next page; nothing after the last. Throws the reader's Failure, or Cancelled soon after the
+    /// stop is requested, after which there are no more.
     [[nodiscard]] std::optional<RasterPage> next();
 
   private:
@@ -36,6 +38,14 @@ class PageFeed
 
     void decodeAhead(Lane& lane, int page);
 
+    struct Stop
+    {
+        std::stop_source& source;
+        void operator()() const { source.request_stop(); }
+    };
+
+    std::stop_source ending_; ///< stops the decoders, on request and at the end of the feed
+    std::stop_callback<Stop> onRequest_;
     std::unique_ptr<RasterReader> twin_;
     int first_;
     int last_;

@@ -58,10 +58,11 @@ Decoded decodeFirstPage(const QByteArray& bytes)
         auto buffer = std::make_unique<QBuffer>();
         buffer->setData(bytes);
         buffer->open(QIODevice::ReadOnly);
-        ImageFileReader reader(std::move(buffer));
-        checkPictureSize(reader.storedSize());
-        const bool isTurned = reader.isTransformed();
-        return {reader.readPage(), !isTurned && readPlainJpeg(bytes) ? bytes : QByteArray()};
+        const auto reader = ImageFileReader::open(std::move(buffer));
+        checkPictureSize(reader->storedSize());
+        RasterPage page = reader->readPage();
+        page.spreadBits();
+        return {std::move(page), !reader->isTransformed() && readPlainJpeg(bytes) ? bytes : QByteArray()};
     }
     TiffFile file(bytes);
     const TiffPageInfo info = readTiffPageInfo(file);

@@ -20,6 +20,16 @@ void checkPageSize(std::int64_t width, std::int64_t height, int bytesPerPixel)
                                         "A page of %1 x %2 pixels is too large to be processed."));
 }
 
+void checkClaim(double width, double height, double bytesPerPixel, double stored, double ratio)
+{
+    const double claimed = width * height * bytesPerPixel;
+    if (claimed <= smallestClaim || claimed <= stored * ratio) return;
+    throw Failure(
+        {QT_TRANSLATE_NOOP("quillfern::Failure",
+                           "The file is damaged or cut off: it is too short for a page of %1 x %2 pixels."),
+         {QString::number(width, 'f', 0), QString::number(height, 'f', 0)}});
+}
+
 QImage makePageImage(std::int64_t width, std::int64_t height, QImage::Format format)
 {
     // Pixels of one bit count as a byte each, because they may have to be expanded later.

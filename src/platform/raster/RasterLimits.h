@@ -5,6 +5,9 @@
 
 namespace quillfern::raster {
 
+inline constexpr double plainDotsPerInch = 72; ///< where a file states no resolution: a pixel is a point
+inline constexpr double centimetresPerInch = 2.54;
+
 /// The largest page that is decoded, in bytes of pixels. What a header claims is held against this before any
 /// memory is taken: an A0 sheet in colour at 400 dpi fits, a hostile header does not.
 inline constexpr std::int64_t largestPageBytes = std::int64_t{1} << 30;
@@ -21,5 +24,12 @@ inline constexpr std::int64_t largestPageInPairs = std::int64_t{1} << 24;
 
 /// Throws the same Failure without taking memory.
 void checkPageSize(std::int64_t width, std::int64_t height, int bytesPerPixel);
+
+/// A page that needs less than this is decoded as far as its file goes, whatever the file claims.
+inline constexpr double smallestClaim = 1 << 26;
+
+/// Throws Failure when `stored` bytes cannot hold a page of that size, whose rows have `bytesPerPixel` when
+/// they are decompressed: `ratio` is the most that the compression makes of a byte.
+void checkClaim(double width, double height, double bytesPerPixel, double stored, double ratio);
 
 } // namespace quillfern::raster

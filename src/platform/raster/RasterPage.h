@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/raster/PageTags.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <cstdint>
@@ -18,6 +20,7 @@ struct RasterPage
     bool isWhiteZero = false;        ///< how a bilevel page is stored: zero bits are white
     std::uint32_t group3Options = 0; ///< how a fax page was coded, as TIFF's T4Options
     QByteArray colourProfile;        ///< ICC profile of the samples; empty when there is none
+    PageTags tags;
 
     [[nodiscard]] bool hasAlpha() const { return image.format() == QImage::Format_RGBA8888; }
     [[nodiscard]] bool isMono() const { return image.format() == QImage::Format_Mono; }

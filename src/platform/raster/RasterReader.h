@@ -6,6 +6,7 @@
 #include <QSizeF>
 #include <QString>
 #include <memory>
+#include <stop_token>
 
 namespace quillfern::raster {
 
@@ -14,8 +15,10 @@ namespace quillfern::raster {
 class RasterReader
 {
   public:
-    /// Throws Failure when the file cannot be read as a picture.
-    [[nodiscard]] static std::unique_ptr<RasterReader> open(const FilePath& path);
+    /// Throws Failure when the file cannot be read as a picture, and Cancelled, as all functions here with a
+    /// token, soon after its stop is requested.
+    [[nodiscard]] static std::unique_ptr<RasterReader> open(const FilePath& path,
+                                                            const std::stop_token& stop = {});
 
     virtual ~RasterReader() = default;
 
@@ -24,11 +27,11 @@ class RasterReader
     [[nodiscard]] QSizeF firstPageSize() const { return firstPageSize_; }
 
     /// The next page. Throws Failure when it is damaged, cut off or too large, and when there is none.
-    [[nodiscard]] virtual RasterPage readPage() = 0;
+    [[nodiscard]] virtual RasterPage readPage(const std::stop_token& stop = {}) = 0;
     /// Bytes of pixels that the next page takes, as far as its header states. Throws as readPage() does.
     [[nodiscard]] virtual double nextPageBytes() = 0;
     /// Passes over the next page without decoding it, where the format allows.
-    virtual void skipPage() = 0;
+    virtual void skipPage(const std::stop_token& stop = {}) = 0;
     /// A reader of the same pages, from the first one on, for another thread at the same time; none for
     /// formats in which a page needs those before it.
     [[nodiscard]] virtual std::unique_ptr<RasterReader> twin() const { return nullptr; }

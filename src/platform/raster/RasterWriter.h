@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <deque>
 #include <future>
+#include <stop_token>
 
 namespace quillfern::store {
 class AtomicFile;
@@ -24,9 +25,10 @@ namespace quillfern::raster {
 class RasterWriter
 {
   public:
-    /// `file` must outlive the writer, and is not committed here.
-    explicit RasterWriter(store::AtomicFile& file);
-    /// Waits for strips still being encoded.
+    /// `file` must outlive the writer, and is not committed here. Soon after a stop is requested, the
+    /// functions throw Cancelled.
+    explicit RasterWriter(store::AtomicFile& file, std::stop_token stop = {});
+    /// Gives up strips that wait to be encoded.
     ~RasterWriter();
     RasterWriter(const RasterWriter&) = delete;
     RasterWriter& operator=(const RasterWriter&) = delete;
@@ -49,11 +51,17 @@ class RasterWriter
         std::uint32_t rowsPerStrip = 0;
         QSizeF dotsPerInch;
         QByteArray colourProfile;
+        PageTags tags;
+        QImage image;              ///< as long as strips of it are not given to the encoder
+        std::uint32_t nextRow = 0; ///< the first of these
         std::deque<std::future<QByteArray>> strips;
     };
 
+    /// Gives the strips above `rows` to the encoder.
+    void encodeAhead(PageInWork& work, std::uint32_t rows);
     void writeUpTo(std::size_t pagesLeft);
 
+    std::stop_token stop_;
     TiffFileOutput output_;
     TiffContainer container_;
     std::deque<PageInWork> inWork_;

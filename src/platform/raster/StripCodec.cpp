@@ -120,7 +120,11 @@ QByteArray encodeWithLibrary(const StripFormat& format, QByteArray rows, int row
         offset = TIFFGetStrileOffset(tiff.get(), 0);
         size = TIFFGetStrileByteCount(tiff.get(), 0);
     }
-    return scratch.bytes.mid(static_cast<qsizetype>(offset), static_cast<qsizetype>(size));
+    QByteArray strip = scratch.bytes.mid(static_cast<qsizetype>(offset), static_cast<qsizetype>(size));
+    // libtiff's decoder looks ahead by up to 13 bits, and at the end of a strip takes those that are missing
+    // for bits of the row: a last row of a single byte would be read at the wrong place.
+    if (format.compression == COMPRESSION_CCITTRLE) strip.append('\0');
+    return strip;
 }
 
 } // namespace
@@ -164,6 +168,15 @@ std::uint16_t suitableCompression(std::int32_t requested, const StripFormat& for
     default:
         return COMPRESSION_LZW;
     }
+}
+
+bool hasTooManyRuns(const StripFormat& format, const uchar* row)
+{
+    const bool isOneDimensional =
+        format.compression == COMPRESSION_CCITTRLE ||
+        (format.compression == COMPRESSION_CCITTFAX3 && (format.group3Options & GROUP3OPT_2DENCODING) == 0);
+    if (!isOneDimensional || format.width % 32 != 0) return false;
+    return std::all_of(row, row + format.rowBytes(), [](uchar byte) { return byte == 0xAA; });
 }
 
 QByteArray encodeStrip(const StripFormat& format, QByteArray rows)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QtGlobal>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -33,6 +34,11 @@ struct StripFormat
 /// The code under which pixels are stored when the document asks for `requested`: codes that cannot be
 /// written or do not suit the pixels give LZW.
 [[nodiscard]] std::uint16_t suitableCompression(std::int32_t requested, const StripFormat& format);
+
+/// True for a row (of one bit a pixel) that can be written under the format's fax code but that libtiff
+/// cannot read: its decoder has room for as many runs as the row has pixels, rounded up to 32, and a row of
+/// single pixels that begins with a one has one run more.
+[[nodiscard]] bool hasTooManyRuns(const StripFormat& format, const uchar* row);
 
 /// Encodes whole rows (rowBytes() each, without padding) as one strip. The rows are overwritten meanwhile.
 /// May be called from several threads at once. Throws Failure.

@@ -47,13 +47,26 @@ std::uint64_t TiffContainer::append(const QByteArray& bytes)
     return at;
 }
 
-void TiffContainer::beginPage(const StripFormat& format, std::uint32_t height, std::uint32_t rowsPerStrip,
-                              const QSizeF& dotsPerInch, const QByteArray& colourProfile)
+TiffContainer::Value TiffContainer::keep(std::uint16_t tag, std::uint16_t type, const QByteArray& bytes)
 {
-    Page page{format, height, rowsPerStrip, dotsPerInch, 0, 0, {}, {}};
-    if (!colourProfile.isEmpty()) {
-        page.profileOffset = append(colourProfile);
-        page.profileSize = static_cast<std::uint64_t>(colourProfile.size());
+    constexpr qsizetype inDirectory = 8; // at most, of both kinds of TIFF
+    if (bytes.size() <= inDirectory) return {tag, type, bytes};
+    const auto size = static_cast<std::uint64_t>(bytes.size());
+    return {tag, type, {}, append(bytes), size};
+}
+
+void TiffContainer::beginPage(const StripFormat& format, std::uint32_t height, std::uint32_t rowsPerStrip,
+                              const QSizeF& dotsPerInch, const QByteArray& colourProfile,
+                              const PageTags& tags)
+{
+    Page page{format, height, rowsPerStrip, dotsPerInch, {}, {}, {}};
+    if (!colourProfile.isEmpty())
+        page.values.push_back(keep(TIFFTAG_ICCPROFILE, TIFF_UNDEFINED, colourProfile));
+    for (const auto& [tag, value] : tags) {
+        if (isPageText(tag))
+            page.values.push_back(keep(tag, TIFF_ASCII, value + '\0'));
+        else
+            page.values.push_back(keep(tag, tag == TIFFTAG_XMLPACKET ? TIFF_BYTE : TIFF_UNDEFINED, value));
     }
     pages_.push_back(std::move(page));
 }
@@ -91,7 +104,12 @@ QByteArray TiffContainer::directory(const Page& page, bool isBig, std::uint64_t 
     if (format.channels == 4) directory.shorts(TIFFTAG_EXTRASAMPLES, {EXTRASAMPLE_UNASSALPHA});
     if (format.photometric() == PHOTOMETRIC_YCBCR)
         directory.shorts(TIFFTAG_YCBCRSUBSAMPLING, {format.subsampling[0], format.subsampling[1]});
-    if (page.profileSize > 0) directory.elsewhere(TIFFTAG_ICCPROFILE, page.profileOffset, page.profileSize);
+    for (const Value& value : page.values) {
+        if (value.offset > 0)
+            directory.elsewhere(value.tag, value.type, value.offset, value.size);
+        else
+            directory.bytes(value.tag, value.type, value.bytes);
+    }
     return directory.take(at, isLast);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/raster/PageTags.h"
 #include "platform/raster/StripCodec.h"
 
 #include <QByteArray>
@@ -66,7 +67,7 @@ class TiffContainer
 
     /// Begins the next page; its strips follow from the top.
     void beginPage(const StripFormat& format, std::uint32_t height, std::uint32_t rowsPerStrip,
-                   const QSizeF& dotsPerInch, const QByteArray& colourProfile);
+                   const QSizeF& dotsPerInch, const QByteArray& colourProfile, const PageTags& tags = {});
     void addStrip(const QByteArray& encoded);
     /// Writes the directories and the header. Throws Failure, as all of them do, when the file cannot be
     /// written.
@@ -75,19 +76,28 @@ class TiffContainer
     [[nodiscard]] std::size_t pageCount() const { return pages_.size(); }
 
   private:
+    /// The value of a tag; long ones are in the file already and their bytes are not kept.
+    struct Value
+    {
+        std::uint16_t tag = 0;
+        std::uint16_t type = 0;
+        QByteArray bytes;
+        std::uint64_t offset = 0;
+        std::uint64_t size = 0;
+    };
     struct Page
     {
         StripFormat format;
         std::uint32_t height = 0;
         std::uint32_t rowsPerStrip = 0;
         QSizeF dotsPerInch;
-        std::uint64_t profileOffset = 0;
-        std::uint64_t profileSize = 0;
+        std::vector<Value> values;
         std::vector<std::uint64_t> offsets;
         std::vector<std::uint64_t> sizes;
     };
 
     std::uint64_t append(const QByteArray& bytes);
+    [[nodiscard]] Value keep(std::uint16_t tag, std::uint16_t type, const QByteArray& bytes);
     [[nodiscard]] static QByteArray directory(const Page& page, bool isBig, std::uint64_t at, bool isLast);
 
     TiffOutput& output_;

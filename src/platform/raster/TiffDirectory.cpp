@@ -56,9 +56,14 @@ void TiffDirectory::ratio(std::uint16_t tag, double value)
     entries_.push_back({tag, TIFF_RATIONAL, 1, data});
 }
 
-void TiffDirectory::elsewhere(std::uint16_t tag, std::uint64_t offset, std::uint64_t size)
+void TiffDirectory::bytes(std::uint16_t tag, std::uint16_t type, const QByteArray& value)
 {
-    entries_.push_back({tag, TIFF_UNDEFINED, size, {}, offset});
+    entries_.push_back({tag, type, static_cast<std::uint64_t>(value.size()), value});
+}
+
+void TiffDirectory::elsewhere(std::uint16_t tag, std::uint16_t type, std::uint64_t offset, std::uint64_t size)
+{
+    entries_.push_back({tag, type, size, {}, offset});
 }
 
 QByteArray TiffDirectory::take(std::uint64_t at, bool isLast)

@@ -19,8 +19,10 @@ class TiffDirectory
     void offsets(std::uint16_t tag, const std::vector<std::uint64_t>& values);
     /// A positive fraction, with as many decimals as fit.
     void ratio(std::uint16_t tag, double value);
-    /// A tag of undefined type whose bytes are in the file already.
-    void elsewhere(std::uint16_t tag, std::uint64_t offset, std::uint64_t size);
+    /// Bytes of the given type: texts, whose end mark is among the bytes, plain or undefined ones.
+    void bytes(std::uint16_t tag, std::uint16_t type, const QByteArray& value);
+    /// The same for bytes that are in the file already: more than eight, at `offset`.
+    void elsewhere(std::uint16_t tag, std::uint16_t type, std::uint64_t offset, std::uint64_t size);
 
     /// The bytes of the directory for the offset `at` of the file, followed by the values that do not fit
     /// into it. The next directory, if there is one, must be written directly behind them.

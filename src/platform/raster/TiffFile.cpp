@@ -72,7 +72,22 @@ int TiffFile::keepError(TIFF*, void* file, const char*, const char* format, va_l
 
 tmsize_t TiffFile::read(thandle_t handle, void* buffer, tmsize_t size)
 {
+    constexpr tmsize_t most = 1 << 16;
     auto& source = *static_cast<Source*>(handle);
+    if (source.stop.stop_requested()) return 0;
+    const tmsize_t count = readStored(source, buffer, size);
+    if (count < 0 || count == size) return count;
+    source.ranOut = true;
+    const bool isAtEnd = source.position <= TiffFile::size(handle);
+    if (!source.behindEnd || !isAtEnd || size - count > most) return count;
+    std::memset(static_cast<char*>(buffer) + count, *source.behindEnd,
+                static_cast<std::size_t>(size - count));
+    source.position += static_cast<toff_t>(size - count);
+    return size;
+}
+
+tmsize_t TiffFile::readStored(Source& source, void* buffer, tmsize_t size)
+{
     if (source.file) {
         // pread() leaves the file's own position alone, which all readers of the file would share.
         const ssize_t count = ::pread(source.file->handle(), buffer, static_cast<std::size_t>(size),
@@ -100,6 +115,35 @@ toff_t TiffFile::size(thandle_t handle)
 {
     const auto& source = *static_cast<const Source*>(handle);
     return static_cast<toff_t>(source.file ? source.file->size() : source.bytes->size());
+}
+
+std::uint32_t TiffFile::countDirectories()
+{
+    clearErrors();
+    setBytesBehindEnd(0); // a last directory may end without its link
+    const std::uint32_t count = TIFFNumberOfDirectories(tiff_.get());
+    setBytesBehindEnd(std::nullopt);
+    return count;
+}
+
+QByteArray TiffFile::at(std::uint64_t offset, qsizetype size) const
+{
+    if (offset >= this->size()) return {};
+    const auto left = static_cast<qsizetype>(std::min<std::uint64_t>(this->size() - offset, 0x7FFFFFFF));
+    QByteArray bytes(std::min(size, left), Qt::Uninitialized);
+    Source source = source_; // with a position of its own
+    source.position = offset;
+    const tmsize_t count = readStored(source, bytes.data(), bytes.size());
+    bytes.truncate(std::max<qsizetype>(count, 0));
+    return bytes;
+}
+
+QByteArray TiffFile::bytes(std::uint32_t tag) const
+{
+    std::uint32_t count = 0;
+    void* data = nullptr;
+    if (TIFFGetField(tiff_.get(), tag, &count, &data) != 1 || !data) return {};
+    return {static_cast<const char*>(data), static_cast<qsizetype>(count)};
 }
 
 Failure TiffFile::failure(const Reason& doing) const

@@ -1,14 +1,12 @@
 #include "platform/raster/TiffPageInfo.h"
 
+#include "platform/raster/RasterLimits.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
 
 namespace quillfern::raster {
 
 namespace {
-
-constexpr double plainDotsPerInch = 72;
-constexpr double centimetresPerInch = 2.54;
 
 QSizeF dotsPerInch(const TiffFile& file)
 {
@@ -62,6 +60,7 @@ TiffPageInfo readTiffPageInfo(const TiffFile& file)
     if (info.orientation < 1 || info.orientation > 8) info.orientation = ORIENTATION_TOPLEFT;
     const auto format = file.field<std::uint16_t>(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
     info.hasIntegers = format == SAMPLEFORMAT_UINT || format == SAMPLEFORMAT_VOID;
+    info.hasFloats = format == SAMPLEFORMAT_IEEEFP;
     readAlpha(file, info);
     const int colours = info.samples - (info.alphaSample >= 0 ? 1 : 0);
     const bool isFax = info.compression >= COMPRESSION_CCITTRLE && info.compression <= COMPRESSION_CCITTFAX4;

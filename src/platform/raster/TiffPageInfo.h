@@ -19,6 +19,7 @@ struct TiffPageInfo
     std::uint16_t compression = 1;
     std::uint16_t orientation = 1;
     bool hasIntegers = true; ///< samples are unsigned integers
+    bool hasFloats = false;  ///< samples are floating-point numbers
     int alphaSample = -1;    ///< index of the sample that is the opacity; -1 for none
     bool isPremultiplied = false;
     QSizeF dotsPerInch; ///< as stored; 72 where the file states none

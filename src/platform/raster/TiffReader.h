@@ -16,11 +16,11 @@ class TiffReader final : public RasterReader
 {
   public:
     /// An open file, which errors name by `path`. Throws Failure when it is no TIFF.
-    TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& path);
+    TiffReader(std::shared_ptr<const QFileDevice> file, const FilePath& path, const std::stop_token& stop);
 
-    [[nodiscard]] RasterPage readPage() override;
+    [[nodiscard]] RasterPage readPage(const std::stop_token& stop = {}) override;
     [[nodiscard]] double nextPageBytes() override;
-    void skipPage() override { ++pending_; }
+    void skipPage(const std::stop_token& = {}) override { ++pending_; }
     [[nodiscard]] std::unique_ptr<RasterReader> twin() const override;
 
   private:

@@ -13,25 +13,12 @@ namespace {
 
 constexpr unsigned opaque = 255;
 
-/// 2 or 4 bits a sample, left unscaled.
-void unpackFew(const uchar* source, std::size_t samples, unsigned bits, uchar* target)
-{
-    const unsigned mask = (1U << bits) - 1;
-    for (std::size_t i = 0; i < samples; ++i) {
-        const std::size_t bit = i * bits;
-        target[i] = static_cast<uchar>(source[bit / 8] >> (8 - bits - bit % 8) & mask);
-    }
-}
-
-uchar multiplied(unsigned a, unsigned b)
-{
-    return static_cast<uchar>((a * b + opaque / 2) / opaque);
-}
-
 } // namespace
 
-TiffRows::TiffRows(const TiffFile& file, const TiffPageInfo& info) : info_(info)
+TiffRows::TiffRows(const TiffFile& file, const TiffPageInfo& info)
+    : info_(info), samples_(info.bits, info.hasFloats, info.photometric == PHOTOMETRIC_PALETTE)
 {
+    if (info.photometric == PHOTOMETRIC_SEPARATED) inks_.emplace(file.bytes(TIFFTAG_ICCPROFILE), false);
     if (info.photometric != PHOTOMETRIC_PALETTE) return;
     std::array<std::uint16_t*, 3> parts = {};
     if (TIFFGetField(file.handle(), TIFFTAG_COLORMAP, &parts[0], &parts[1], &parts[2]) != 1)
@@ -49,22 +36,22 @@ TiffRows::TiffRows(const TiffFile& file, const TiffPageInfo& info) : info_(info)
 
 bool TiffRows::canConvert(const TiffPageInfo& info)
 {
-    if (!info.hasIntegers || info.compression == COMPRESSION_OJPEG) return false;
-    const bool wholeBytes = info.bits == 8 || info.bits == 16;
-    const bool partBytes = info.samples == 1 && (info.bits == 1 || info.bits == 2 || info.bits == 4);
+    const bool isKnown = info.hasIntegers || info.hasFloats;
+    if (!isKnown || info.compression == COMPRESSION_OJPEG) return false;
+    const bool isReadable = TiffSamples::canRead(info.bits, info.hasFloats);
     switch (info.photometric) {
     case PHOTOMETRIC_MINISWHITE:
     case PHOTOMETRIC_MINISBLACK:
-        return wholeBytes || partBytes;
+        return isReadable;
     case PHOTOMETRIC_PALETTE:
-        return info.bits == 8 || partBytes;
+        return info.bits <= 8 && info.hasIntegers;
     case PHOTOMETRIC_RGB:
-        return wholeBytes && info.samples >= 3;
+        return isReadable && info.samples >= 3;
     case PHOTOMETRIC_YCBCR: // the JPEG codec is asked for RGB
         return info.compression == COMPRESSION_JPEG && info.planar == PLANARCONFIG_CONTIG && info.bits == 8 &&
                info.samples == 3;
     case PHOTOMETRIC_SEPARATED:
-        return wholeBytes && info.samples >= 4 && info.planar == PLANARCONFIG_CONTIG;
+        return isReadable && info.samples >= 4 && info.planar == PLANARCONFIG_CONTIG;
     default:
         return false;
     }
@@ -99,23 +86,10 @@ const uchar* TiffRows::unpack(const uchar* source, std::size_t samples)
 {
     if (info_.bits == 8) return source;
     unpacked_.resize(samples);
-    const bool isIndex = info_.photometric == PHOTOMETRIC_PALETTE;
-    if (info_.bits == 16) {
-        for (std::size_t i = 0; i < samples; ++i) {
-            std::uint16_t value = 0; // in the machine's byte order; rows need not be aligned
-            std::memcpy(&value, source + 2 * i, 2);
-            unpacked_[i] = static_cast<uchar>((value * 255U + 32895U) >> 16);
-        }
-    } else if (info_.bits == 1 && !isIndex) {
+    if (info_.bits == 1 && info_.photometric != PHOTOMETRIC_PALETTE)
         unpackBits(source, samples, 0, unpacked_.data());
-    } else {
-        unpackFew(source, samples, info_.bits, unpacked_.data());
-        if (!isIndex) {
-            const unsigned scale = opaque / ((1U << info_.bits) - 1);
-            for (uchar& value : unpacked_)
-                value = static_cast<uchar>(value * scale);
-        }
-    }
+    else
+        samples_.unpack(source, samples, unpacked_.data());
     return unpacked_.data();
 }
 
@@ -133,10 +107,6 @@ void TiffRows::setColours(const uchar* samples, uchar* pixel, int step) const
     case PHOTOMETRIC_PALETTE:
         std::copy_n(palette_[samples[0]].begin(), 3, pixel);
         break;
-    case PHOTOMETRIC_SEPARATED:
-        for (int c = 0; c < 3; ++c)
-            pixel[c] = multiplied(opaque - samples[c], opaque - samples[3]);
-        break;
     default:
         std::copy_n(samples, 3, pixel);
     }
@@ -144,12 +114,22 @@ void TiffRows::setColours(const uchar* samples, uchar* pixel, int step) const
 
 void TiffRows::convert(const uchar* source, std::size_t count, uchar* target)
 {
+    const std::size_t colours =
+        info_.alphaSample >= 0 ? static_cast<std::size_t>(info_.alphaSample) : info_.samples;
+    if (isMeasuring_) {
+        samples_.measure(source, count * info_.samples, info_.samples, colours);
+        return;
+    }
     const uchar flip = info_.photometric == PHOTOMETRIC_MINISWHITE ? opaque : 0;
-    if (info_.bits == 1 && isGrey()) {
+    if (info_.bits == 1 && info_.samples == 1 && isGrey()) {
         unpackBits(source, count, flip, target);
         return;
     }
     const uchar* samples = unpack(source, count * info_.samples);
+    if (inks_) {
+        convertInks(samples, count, target);
+        return;
+    }
     const int step = format() == QImage::Format_Grayscale8 ? 1 : info_.alphaSample >= 0 ? 4 : 3;
     if (step == 1 && info_.samples == 1) {
         for (std::size_t i = 0; i < count; ++i)
@@ -162,8 +142,34 @@ void TiffRows::convert(const uchar* source, std::size_t count, uchar* target)
     }
 }
 
+void TiffRows::convertInks(const uchar* samples, std::size_t count, uchar* target)
+{
+    constexpr std::size_t inks = 4;
+    if (info_.samples == inks) {
+        inks_->convert(samples, count, target);
+        return;
+    }
+    gathered_.resize(count * inks);
+    for (std::size_t i = 0; i < count; ++i)
+        std::copy_n(samples + i * info_.samples, inks, gathered_.data() + i * inks);
+    colours_.resize(count * 3);
+    inks_->convert(gathered_.data(), count, colours_.data());
+    if (info_.alphaSample < 0) {
+        std::copy(colours_.begin(), colours_.end(), target);
+        return;
+    }
+    for (std::size_t i = 0; i < count; ++i, target += 4) {
+        std::copy_n(colours_.data() + i * 3, 3, target);
+        target[3] = samples[i * info_.samples + static_cast<std::size_t>(info_.alphaSample)];
+    }
+}
+
 void TiffRows::convertPlane(int plane, const uchar* source, std::size_t count, uchar* target)
 {
+    if (isMeasuring_) {
+        if (plane != info_.alphaSample) samples_.measure(source, count, 1, 1);
+        return;
+    }
     const uchar* samples = unpack(source, count);
     const int colours = isGrey() || info_.photometric == PHOTOMETRIC_PALETTE ? 1 : 3;
     const auto step = static_cast<std::size_t>(format() == QImage::Format_Grayscale8 ? 1

@@ -1,6 +1,7 @@
 // What strips, directories and the JPEG round trip hold, checked with libtiff and with plain TurboJPEG.
 
 #include "platform/raster/JpegCodec.h"
+#include "platform/raster/RasterWriter.h"
 #include "platform/raster/TiffContainer.h"
 #include "platform/store/AtomicFile.h"
 #include "support/TiffBuilder.h"
@@ -128,38 +129,90 @@ QByteArray bilevelRows(int width, int count, unsigned seed)
     return bytes;
 }
 
-TEST(StripCodecTest, LibtiffReadsBackFaxStrips)
+/// A page of such bits as a file of one page, written under a fax code, and read by libtiff again.
+void expectFaxPage(const QString& path, int width, QByteArray rows, int compression, unsigned options,
+                   bool isWhiteZero, int expected)
+{
+    const int rowBytes = (width + 7) / 8;
+    const auto count = static_cast<int>(rows.size() / rowBytes);
+    RasterPage page;
+    page.image = QImage(width, count, QImage::Format_Mono);
+    page.isBilevel = true;
+    page.isWhiteZero = isWhiteZero;
+    page.group3Options = options;
+    for (int y = 0; y < count; ++y)
+        std::copy_n(rows.constData() + y * rowBytes, rowBytes, page.image.scanLine(y));
+    store::AtomicFile file(asPath(path));
+    RasterWriter writer(file);
+    writer.addPage(std::move(page), compression, QSizeF(72, 72));
+    writer.finish();
+    file.commit();
+    const auto pages = readTiff(path);
+    ASSERT_EQ(pages.size(), 1U);
+    EXPECT_EQ(pages[0].compression, expected);
+    for (int y = 0; y < count; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const bool isOne = (rows[y * rowBytes + x / 8] << x % 8 & 0x80) != 0;
+            const int shade = pages[0].image.constScanLine(y)[x * 4];
+            ASSERT_EQ(shade, isOne == isWhiteZero ? 0 : 255) << x << ", " << y;
+        }
+    }
+}
+
+constexpr struct
+{
+    int compression;
+    unsigned options; ///< 1 for differences from the row above, 4 for rows that end with a byte
+} faxCodes[] = {{2, 0}, {3, 0}, {3, 1}, {3, 4}, {3, 5}, {4, 0}};
+
+TEST(StripCodecTest, LibtiffReadsBackFaxPages)
 {
     const Scratch scratch;
     const QString path = scratch.path(QStringLiteral("fax.tif"));
-    constexpr int count = 90;
-    for (const int width : {1, 2, 7, 8, 63, 64, 65, 100, 511, 2480, 6000, 30000}) {
-        for (const bool isWhiteZero : {true, false}) {
-            SCOPED_TRACE(testing::Message() << width << ' ' << isWhiteZero);
-            StripFormat format;
-            format.width = static_cast<std::uint32_t>(width);
-            format.isBilevel = true;
-            format.isWhiteZero = isWhiteZero;
-            format.compression = 4;
-            const QByteArray rows = bilevelRows(width, count, static_cast<unsigned>(width));
-            store::AtomicFile file(asPath(path));
-            TiffFileOutput output(file);
-            TiffContainer container(output);
-            container.beginPage(format, count, count, QSizeF(72, 72), {});
-            container.addStrip(encodeStrip(format, rows));
-            container.finish();
-            file.commit();
-            const auto pages = readTiff(path);
-            ASSERT_EQ(pages.size(), 1U);
-            for (int y = 0; y < count; ++y) {
-                for (int x = 0; x < width; ++x) {
-                    const bool isOne = (rows[y * format.rowBytes() + x / 8] << x % 8 & 0x80) != 0;
-                    const int shade = pages[0].image.constScanLine(y)[x * 4];
-                    ASSERT_EQ(shade, isOne == isWhiteZero ? 0 : 255) << x << ", " << y;
-                }
+    for (const auto& code : faxCodes)
+        for (const int width : {1, 2, 7, 8, 63, 65, 100, 511, 2480, 6000, 30000})
+            for (const bool isWhiteZero : {true, false}) {
+                SCOPED_TRACE(testing::Message() << code.compression << ' ' << code.options << ' ' << width
+                                                << ' ' << isWhiteZero);
+                expectFaxPage(path, width, bilevelRows(width, 90, static_cast<unsigned>(width)),
+                              code.compression, code.options, isWhiteZero, code.compression);
             }
+}
+
+TEST(StripCodecTest, FaxPagesThatEndWithARowOfOneByte)
+{
+    // libtiff reads bits behind the end of a strip while it looks for the end of the last row but one, and
+    // counts them when it goes on to the next byte.
+    const Scratch scratch;
+    const QString path = scratch.path(QStringLiteral("fax.tif"));
+    std::mt19937 random(1);
+    for (const auto& code : faxCodes)
+        for (int i = 0; i < 60; ++i) {
+            const int width = 1 + static_cast<int>(random() % 20);
+            QByteArray rows = rowsOf(Content::Noise, (width + 7) / 8 * (2 + i % 3), static_cast<unsigned>(i));
+            rows.back() = '\0';
+            SCOPED_TRACE(testing::Message() << code.compression << ' ' << code.options << ' ' << width << ' '
+                                            << rows.toHex(' ').toStdString());
+            expectFaxPage(path, width, rows, code.compression, code.options, true, code.compression);
         }
-    }
+}
+
+TEST(StripCodecTest, RowsWithMoreRunsThanLibtiffHasRoomForAreKept)
+{
+    const Scratch scratch;
+    const QString path = scratch.path(QStringLiteral("fax.tif"));
+    for (const auto& code : faxCodes)
+        for (const int width : {32, 33, 63, 64, 2464, 2480})
+            for (const char start : {'\xAA', '\x55'}) {
+                SCOPED_TRACE(testing::Message()
+                             << code.compression << ' ' << code.options << ' ' << width << ' ' << start);
+                const int rowBytes = (width + 7) / 8;
+                const QByteArray rows = QByteArray(rowBytes * 20, '\0') + QByteArray(rowBytes, start);
+                const bool isTooMany =
+                    code.compression < 4 && (code.options & 1U) == 0 && width % 32 == 0 && start == '\xAA';
+                expectFaxPage(path, width, rows, code.compression, code.options, false,
+                              isTooMany ? 5 : code.compression);
+            }
 }
 
 TEST(TiffContainerTest, BecomesBigOnlyWhenItMust)

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/raster/ImageFileReader.h"
+#include "platform/raster/JpegSegments.h"
+
+namespace quillfern::raster {
+
+/// The page of a JPEG file, decoded row by row.
+class JpegReader final : public ImageFileReader
+{
+  public:
+    JpegReader(std::unique_ptr<QIODevice> device, const std::stop_token& stop);
+
+    [[nodiscard]] RasterPage readPage(const std::stop_token& stop = {}) override;
+    void skipPage(const std::stop_token& = {}) override { wasRead_ = true; }
+
+  private:
+    std::unique_ptr<QIODevice> device_;
+    JpegSegments segments_;
+    bool wasRead_ = false;
+};
+
+} // namespace quillfern::raster
