@@ -148,6 +148,7 @@ TEST_F(Damage, PagesAreFoundHoweverBadTheirTree)
         {"no catalogue at all", with("/Type/Catalog/Pages 2 0 R", "/Nothing 0")},
         {"a page that is not among the references",
          QByteArray(sound).replace(pageReference, "0000000000 65535 f")},
+        {"an identifier that is none", QByteArray(sound).replace("/Root 1 0 R", "/Root 1 0 R/ID[<41>null]")},
         {"no trailer", sound.left(sound.indexOf("xref\n"))},
         {"a tree as deep as no other", deep.build()},
     };
