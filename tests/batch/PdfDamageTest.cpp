@@ -72,7 +72,8 @@ TEST_F(Damage, NoPageIsLostWithAnObjectThatTheLibraryCannotRead)
     QByteArray wrongChecksum = rewritten(twoPages({}), {QStringLiteral("--object-streams=generate")});
     const qsizetype endOfPacked = wrongChecksum.indexOf("\nendstream", wrongChecksum.indexOf("/ObjStm"));
     ASSERT_GT(endOfPacked, 0);
-    wrongChecksum[endOfPacked - 1] = static_cast<char>(wrongChecksum[endOfPacked - 1] ^ 1);
+    for (qsizetype i = endOfPacked - 5; i < endOfPacked; ++i)
+        wrongChecksum[i] = static_cast<char>(~wrongChecksum[i]);
     const QByteArray sound = twoPages({});
     const qsizetype lastStream = sound.indexOf("endstream", sound.indexOf("Body2"));
     const QByteArray nested = QByteArray(600, '[') + QByteArray(600, ']');
@@ -147,6 +148,7 @@ TEST_F(Damage, PagesAreFoundHoweverBadTheirTree)
         {"no catalogue at all", with("/Type/Catalog/Pages 2 0 R", "/Nothing 0")},
         {"a page that is not among the references",
          QByteArray(sound).replace(pageReference, "0000000000 65535 f")},
+        {"an identifier that is none", QByteArray(sound).replace("/Root 1 0 R", "/Root 1 0 R/ID[<41>null]")},
         {"no trailer", sound.left(sound.indexOf("xref\n"))},
         {"a tree as deep as no other", deep.build()},
     };

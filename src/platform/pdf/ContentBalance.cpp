@@ -233,8 +233,23 @@ class Scanner
         const int operands = leastOperands(word);
         if (operands < 0)
             noteWord({start, static_cast<std::size_t>(p_ - start)});
-        else if (operands > 0 && !operandsBefore(start, operands))
+        else if ((operands > 0 && !operandsBefore(start, operands)) || followsOpenArray(word, start))
             balance_.damaged = true;
+    }
+
+    /// Whether an array stands before an operator that takes none, or none before TJ: its end is missing
+    /// then.
+    bool followsOpenArray(unsigned word, const char* start) const
+    {
+        if (word == code("d") || word == code("BDC") || word == code("DP")) return false;
+        const char* first = lastOperator_;
+        while (first < start && contentClassOf(*first) == ContentClass::White)
+            ++first;
+        if (word != code("TJ")) return first < start && *first == '[';
+        const char* behind = start;
+        while (behind > first && contentClassOf(behind[-1]) == ContentClass::White)
+            --behind;
+        return behind == first || behind[-1] != ']';
     }
 
     /// Whether at least `count` operands stand between the operator before and `end`. What stands in an array

@@ -99,6 +99,12 @@ void findCatalogue(QPDF& document)
     QPDFObjectHandle trailer = document.getTrailer();
     if (!trailer.hasKey("/Size")) // only what the trailer has is written, with the right number then
         trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(0));
+    // The first half may be needed to decrypt; the library takes it from a pair only.
+    QPDFObjectHandle id = trailer.getKey("/ID");
+    if (!id.isArray() || id.getArrayNItems() != 2 || !id.getArrayItem(0).isString())
+        trailer.removeKey("/ID");
+    else if (!id.getArrayItem(1).isString())
+        id.setArrayItem(1, id.getArrayItem(0));
     QPDFObjectHandle root = trailer.getKey("/Root");
     if (root.isDictionary() && root.getKey("/Pages").isDictionary()) return;
     refuseLostEncryption(document);

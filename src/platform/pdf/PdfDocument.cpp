@@ -212,10 +212,10 @@ void PdfDocument::Private::encloseAndStamp(Pending& pending, const ContentScanne
             form = objects.addDeflated(scan.mended + '\n' + scan.balance.closing);
         makeForm(qpdf, pending.page, form);
         if (!key.empty()) forms_[key] = form;
+        mendedBytes_ += scan.mended.size();
     }
     const std::string drawn = drawForm(pending.page, form);
     pending.page.replaceKey("/Contents", objects.addStream(pending.under + drawn + pending.over));
-    mendedBytes_ += scan.mended.size();
     if (mendedBytes_ > mostMendedBytes) forgetScans();
 }
 

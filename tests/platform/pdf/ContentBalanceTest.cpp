@@ -86,6 +86,8 @@ TEST(ContentBalanceTest, KnowsWhatNoContentMayHold)
         {"1 0 0 xg", true},
         {"0 0 m strok", true},
         {"191m", true},
+        {"BT [(more)-200(ail) Tj ET", true},
+        {"BT [(more)-200(ail) TJ ET", true},
         {"1 0 0 1 5 cm", true},
         {"(a) Tj 0 l", true},
         {"BI /W 2 /H \n/CS /G ID ab EI Q", true},
