@@ -86,7 +86,8 @@ std::optional<Reason> Settings::synchronize()
         try {
             if (!defaults_) return;
             auto record = getData();
-            if (!record) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory."));
+            if (!record)
+                throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory."));
             defaults_->setValue(storeKey, std::move(*record));
             defaults_->flush();
         } catch (...) {

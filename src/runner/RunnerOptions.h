@@ -22,7 +22,7 @@ struct RunnerOptions
     QSize previewSize = QSize(600, 850); ///< pixels
     bool subfolders = false;
     bool rewrite = false; ///< write PDF documents anew instead of appending to a copy
-    QStringList remarks; ///< sentences about what the options do to a job without naming it
+    QStringList remarks;  ///< sentences about what the options do to a job without naming it
     bool quiet = false;
     bool showHelp = false;
     bool showVersion = false;

@@ -40,7 +40,8 @@ class JobInWindow : public AppTest
 {
   protected:
     void TearDown() override { gate.release(1000); } // no thread may wait for ever
-    /// Each file is done only after the test has released the gate once for it, or until the file is given up.
+    /// Each file is done only after the test has released the gate once for it, or until the file is given
+    /// up.
     void gated()
     {
         makeProcessors = [this](const JobConfiguration&) {
