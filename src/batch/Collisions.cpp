@@ -3,7 +3,6 @@
 #include "batch/DocumentTarget.h"
 #include "platform/system/FileAccess.h"
 
-#include <QHash>
 #include <unordered_map>
 
 namespace quillfern {
@@ -35,7 +34,6 @@ std::vector<Collision> findCollisions(const std::vector<OutputFile>& outputs,
     std::vector<Collision> collisions(outputs.size());
     const Places inputs = placesOfInputs(outputs, goOn);
     std::unordered_map<FileIdentity, FilePath> inPlace;
-    QHash<FilePath, FilePath> writers;
     for (std::size_t i = 0; i < outputs.size() && goOn(); ++i) {
         if (outputs[i].fileItems().empty()) continue;
         const FilePath& target = outputs[i].filename();
@@ -54,8 +52,6 @@ std::vector<Collision> findCollisions(const std::vector<OutputFile>& outputs,
             collision.overwritesInput = input->second;
             continue; // will not be written
         }
-        collision.replacesCopyOf = writers.value(target);
-        writers.insert(target, own);
     }
     return collisions;
 }

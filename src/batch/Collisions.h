@@ -14,7 +14,6 @@ namespace quillfern {
 struct Collision
 {
     FilePath overwritesInput; ///< another input at the output's place; the output is not written
-    FilePath replacesCopyOf;  ///< an earlier input whose copy has the same name
     FilePath stampedAs;       ///< an earlier name of the same file, which the job stamps in place under it
     /// The input as it was when the job began; for an output in place only.
     std::optional<FileVersion> version;

@@ -39,6 +39,9 @@ class DocumentTarget
     /// Where to write: in place, the file that a link leads to.
     [[nodiscard]] const FilePath& path() const { return path_; }
 
+    /// Whether nothing will be left of the source as it was.
+    [[nodiscard]] bool isReplacedForGood() const { return isInPlace_ && !isBackupFile_; }
+
     /// Moves the document, which was written to path(), into place. Throws Failure, and nothing is changed,
     /// when the source has become another since this object was made, and when no backup can be made; throws
     /// Cancelled. Returns what is to be said of the copy.

@@ -37,14 +37,23 @@ struct FileOutcome
     std::optional<NumbersUsed> numbers; ///< none when no page was stamped
     /// Numbers that a file without a copy has used up: the next file does not get them again.
     std::optional<NumbersUsed> lostNumbers = std::nullopt;
-    bool replacesCopy = false; ///< an earlier file's copy of the same name, made by the same job
+    bool isIncomplete = false;    ///< parts of a damaged source are missing in the copy
+    bool breaksSignature = false; ///< a digital signature of the source no longer holds in the copy
+    bool replacesCopy = false;    ///< an earlier file's copy of the same name, made by the same job
 
     [[nodiscard]] static FileOutcome without(FileStatus status, Reason remark)
     {
         return {status, std::move(remark), 0, std::nullopt};
     }
+    /// Says one more thing about the file.
+    void add(const Reason& more) { remark = remark ? remark->followedBy(more) : more; }
+    /// Whether a file that counts as created has not given all that it should have.
+    [[nodiscard]] bool isFault() const
+    {
+        return status == FileStatus::CreatedNothing || replacesCopy || isIncomplete;
+    }
     /// Whether people have to look at a file that counts as created.
-    [[nodiscard]] bool isWarning() const { return status == FileStatus::CreatedNothing || replacesCopy; }
+    [[nodiscard]] bool isWarning() const { return isFault() || breaksSignature; }
     /// Whether the file counts among those that the job created.
     [[nodiscard]] bool countsAsCreated() const
     {

@@ -51,6 +51,18 @@ std::vector<Reason> jobWarnings(const std::vector<LogFiles>& files)
         QT_TRANSLATE_NOOP("quillfern::Failure",
                           "%1 files replaced the copies of other files of their names: %2"),
         warnings);
+    addCount(
+        files, [](const FileOutcome& outcome) { return outcome.isIncomplete; },
+        QT_TRANSLATE_NOOP("quillfern::Failure",
+                          "1 file is damaged, and parts of it are missing in its copy: %1"),
+        QT_TRANSLATE_NOOP("quillfern::Failure",
+                          "%1 files are damaged, and parts of them are missing in their copies: %2"),
+        warnings);
+    addCount(
+        files, [](const FileOutcome& outcome) { return outcome.breaksSignature; },
+        QT_TRANSLATE_NOOP("quillfern::Failure", "The digital signature of 1 file no longer holds: %1"),
+        QT_TRANSLATE_NOOP("quillfern::Failure", "The digital signatures of %1 files no longer hold: %2"),
+        warnings);
     qsizetype ranges = 0;
     for (const LogFiles& file : files)
         if (file.outcome.lostNumbers && ++ranges <= mostNames)

@@ -41,16 +41,28 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
             FileStatus::CreatedNothing,
             reason.followedBy(QT_TRANSLATE_NOOP("quillfern::Failure", "No copy was made.")));
     }
+    if (job_.refusesSigned && document->isSigned())
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document is digitally signed."));
+    if (document->loss() && place.isReplacedForGood())
+        throw Failure(document->loss()->followedBy(QT_TRANSLATE_NOOP(
+            "quillfern::Failure", "It was not stamped in place, because there would be no backup.")));
     document->setCreator(getAppTitle());
     const int pages = stampPages(*document, compositor, run);
     document->keepFirstPages(pages);
     store::AtomicFile file(place.path());
     document->save(writer_, file);
     throwIfCancelled(run.abandoned());
-    std::optional<Reason> remark = place.commit(file, run.abandoned());
-    if (const auto ofDocument = document->remark())
-        remark = remark ? ofDocument->followedBy(*remark) : *ofDocument;
-    return {FileStatus::Created, std::move(remark), pages, run.numbers()};
+    FileOutcome outcome{FileStatus::Created, document->loss(), pages, run.numbers()};
+    outcome.isIncomplete = outcome.remark.has_value();
+    const std::optional<Reason> ofBackup = place.commit(file, run.abandoned());
+    outcome.breaksSignature = document->breaksSignature();
+    if (outcome.breaksSignature)
+        outcome.add(
+            QT_TRANSLATE_NOOP("quillfern::Failure", "The document's digital signature no longer holds."));
+    if (outcome.isWarning())
+        logNotice(QStringLiteral("%1: %2").arg(source.readable(), outcome.remark->logged));
+    if (ofBackup) outcome.add(*ofBackup);
+    return outcome;
 }
 
 int PdfProcessor::stampPages(pdf::PdfDocument& document, const PageCompositor& compositor, JobRun& run)

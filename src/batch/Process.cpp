@@ -4,6 +4,7 @@
 #include "batch/JobWarnings.h"
 #include "platform/pdf/PdfPageCount.h"
 #include "platform/store/TemporaryNames.h"
+#include "platform/system/Cancellation.h"
 #include "platform/system/Guarded.h"
 
 namespace quillfern {
@@ -97,10 +98,10 @@ void Process::runOutput(std::size_t index, DocumentProcessors& processors, JobRu
 namespace {
 
 /// Why the list counted no pages of the file; no reason when the file can be read by now.
-std::optional<Reason> reasonForNoPages(const FileItem& item)
+std::optional<Reason> reasonForNoPages(const FileItem& item, const std::stop_token& stop)
 {
     if (isPdf(item)) {
-        const auto problem = pdf::pdfProblem(item.filePath());
+        const auto problem = pdf::pdfProblem(item.filePath(), stop);
         return problem ? std::optional(whyNotOpened(item.filePath(), *problem)) : std::nullopt;
     }
     return Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
@@ -113,7 +114,12 @@ FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentPr
                              JobRun& run)
 {
     if (item.pages() <= 0) {
-        const std::optional<Reason> reason = reasonForNoPages(item);
+        std::optional<Reason> reason;
+        try {
+            reason = reasonForNoPages(item, run.abandoned());
+        } catch (const Cancelled& given) {
+            return FileOutcome::without(FileStatus::Cancelled, given.reasons());
+        }
         if (reason) logLine(QStringLiteral("%1: %2").arg(item.filePath().readable(), reason->logged));
         return {FileStatus::NoPages, reason, 0, std::nullopt};
     }
@@ -150,14 +156,11 @@ FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentPr
 void Process::addRemarks(FileOutcome& outcome, const FileItem& item, const FilePath& target,
                          bool isContinuous)
 {
-    const auto add = [&outcome](const Reason& more) {
-        outcome.remark = outcome.remark ? outcome.remark->followedBy(more) : more;
-    };
     if (!isContinuous) outcome.lostNumbers.reset(); // the next file begins at the start number anyway
     if (outcome.lostNumbers) {
         const Reason lost = lostNumbersText(*outcome.lostNumbers);
         logLine(QStringLiteral("%1: %2").arg(item.filePath().readable(), lost.logged));
-        add(lost);
+        outcome.add(lost);
     }
     if (outcome.status != FileStatus::Created) return;
     const auto earlier = written_.constFind(target);
@@ -166,7 +169,7 @@ void Process::addRemarks(FileOutcome& outcome, const FileItem& item, const FileP
         const Reason replaces(QT_TRANSLATE_NOOP("quillfern::Failure", "This copy replaces the copy of %1."),
                               {earlier->readable()});
         logNotice(QStringLiteral("%1: %2").arg(target.readable(), replaces.logged));
-        add(replaces);
+        outcome.add(replaces);
     }
     written_.insert(target, item.filePath());
 }

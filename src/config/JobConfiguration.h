@@ -48,6 +48,7 @@ struct JobConfiguration
     bool isSymmetryPage = false;        ///< kept and saved only
     bool hasLabel = false;              ///< kept and saved only
     bool isWrittenAnew = false;         ///< PDF copies keep no earlier revision of the source; not saved
+    bool refusesSigned = false;         ///< digitally signed documents fail; not saved
     std::optional<QString> labelPrefix = QString();  ///< kept and saved only
     std::optional<QString> outputFolder = QString(); ///< kept and saved only
 };

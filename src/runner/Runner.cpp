@@ -111,6 +111,7 @@ int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
         services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
         Job job = planJob(files.copies(), settings);
         job.configuration.isWrittenAnew = options.rewrite;
+        job.configuration.refusesSigned = options.refuseSigned;
         Process process(services_, std::move(job), *this);
         runJob(process, stopRequests);
         return report(process);
@@ -198,7 +199,7 @@ void Runner::outputFinished(const LogFiles& output)
     const FilePath path = FilePath::fromText(output.targetPath).child(output.filename);
     const FileOutcome& outcome = output.outcome;
     const bool isSound = outcome.status == FileStatus::Created && !outcome.isWarning();
-    if (!isSound) ++outputsMissing_;
+    if (outcome.status != FileStatus::Created || outcome.isFault()) ++outputsMissing_;
     if (quiet_ && isSound) return;
     clearProgressLine();
     QTextStream& stream = quiet_ ? err_ : out_;

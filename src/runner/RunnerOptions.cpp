@@ -88,6 +88,8 @@ constexpr std::array jobOptions = {
         "rewrite", nullptr,
         "Write every object of a PDF anew, so that the copy holds no earlier revision of it. Otherwise the "
         "stamps are appended to a copy of the file, which is faster and keeps a signed revision."},
+    Option{"refuse-signed", nullptr,
+           "Make no copy of a PDF that is digitally signed; the file counts as failed."},
     Option{"subfolders", nullptr, "Also take files from the subfolders of the folders named."},
     Option{"list", "FILE",
            "Also take the files named in a text file, one path a line. They come after those named on the "
@@ -140,6 +142,8 @@ class Reader
             options.subfolders = true;
         else if (name == QLatin1String("rewrite"))
             options.rewrite = true;
+        else if (name == QLatin1String("refuse-signed"))
+            options.refuseSigned = true;
         else if (name == QLatin1String("list"))
             options.lists.append(value);
         else if (name == QLatin1String("export"))

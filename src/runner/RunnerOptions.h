@@ -21,8 +21,9 @@ struct RunnerOptions
     FilePath preview;                    ///< file to draw a preview into; empty for none
     QSize previewSize = QSize(600, 850); ///< pixels
     bool subfolders = false;
-    bool rewrite = false; ///< write PDF documents anew instead of appending to a copy
-    QStringList remarks;  ///< sentences about what the options do to a job without naming it
+    bool refuseSigned = false; ///< leave digitally signed documents alone
+    bool rewrite = false;      ///< write PDF documents anew instead of appending to a copy
+    QStringList remarks;       ///< sentences about what the options do to a job without naming it
     bool quiet = false;
     bool showHelp = false;
     bool showVersion = false;

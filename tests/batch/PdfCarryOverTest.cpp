@@ -244,6 +244,10 @@ TEST_F(CarryOver, ASignatureIsMentionedAndGoesWithItsPage)
             {QStringLiteral("--qdf"), scratch.path(QStringLiteral("stamped.pdf")), QStringLiteral("-")});
         EXPECT_EQ(plain.contains("/DocMDP"), c.certified);
         EXPECT_EQ(plain.contains("/SigFlags"), c.flagged);
+        EXPECT_TRUE(outcome.breaksSignature && outcome.isWarning() && !outcome.isFault());
+        refusesSigned = true;
+        EXPECT_EQ(stamp(source, scratch.path(QStringLiteral("stamped.pdf"))).status, FileStatus::Failed);
+        refusesSigned = false;
     }
     EXPECT_FALSE(stamp(scratch.write(QStringLiteral("plain.pdf"), numberedPdf(1)),
                        scratch.path(QStringLiteral("stamped.pdf")))

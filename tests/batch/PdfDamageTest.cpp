@@ -170,6 +170,14 @@ TEST_F(Damage, PagesThatAreNotThereAreMentioned)
         EXPECT_EQ(outcome.pages, 2) << kids;
         ASSERT_TRUE(outcome.remark) << kids;
         EXPECT_TRUE(outcome.remark->logged.contains(QStringLiteral("pages missing in it: 1."))) << kids;
+        EXPECT_TRUE(outcome.isIncomplete) << kids;
+        // Without a backup nothing would be left of what another program may still find in the file.
+        const QByteArray before = readFile(source);
+        EXPECT_EQ(stamp(source, source).status, FileStatus::Failed) << kids;
+        EXPECT_TRUE(readFile(source) == before) << kids;
+        number.setIsBackupFile(true);
+        EXPECT_EQ(stamp(source, source).status, FileStatus::Created) << kids;
+        number.setIsBackupFile(false);
         EXPECT_TRUE(pdfText(target, 2).contains(QStringLiteral("Body2"))) << kids;
     }
 }

@@ -35,7 +35,8 @@ class PdfProcessing : public testing::Test
 
     FileOutcome stamp(const QString& source, const QString& target) const
     {
-        const JobConfiguration job = number.configuration();
+        JobConfiguration job = number.configuration();
+        job.refusesSigned = refusesSigned;
         JobRun run(job);
         return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(target), {}, run);
     }
@@ -47,6 +48,7 @@ class PdfProcessing : public testing::Test
 
     Scratch scratch;
     Numbering number;
+    bool refusesSigned = false;
 };
 
 inline QByteArray toolOutput(const QString& program, const QStringList& arguments)

@@ -276,14 +276,20 @@ int PdfDocument::pageCount() const
     return static_cast<int>(d->pages.size());
 }
 
-std::optional<Reason> PdfDocument::remark() const
+std::optional<Reason> PdfDocument::loss() const
+{
+    return d->document.loss;
+}
+
+bool PdfDocument::isSigned() const
+{
+    return d->signatures.isSigned;
+}
+
+bool PdfDocument::breaksSignature() const
 {
     // An appended revision leaves the signed one as it is, but a certified document may not be changed.
-    const bool isBroken = d->signatures.isCertified || (d->signatures.isSigned && d->changes.isRebuilt());
-    if (!isBroken) return d->document.loss;
-    const Reason broken(
-        QT_TRANSLATE_NOOP("quillfern::Failure", "The document's digital signature no longer holds."));
-    return d->document.loss ? d->document.loss->followedBy(broken) : broken;
+    return d->signatures.isCertified || (d->signatures.isSigned && d->changes.isRebuilt());
 }
 
 QSizeF PdfDocument::pageSize(int index) const

@@ -50,9 +50,12 @@ class PdfDocument
     PdfDocument& operator=(const PdfDocument&) = delete;
 
     [[nodiscard]] int pageCount() const;
-    /// What is to be said beside a successful result, in words for people: what was missing in a damaged
-    /// file, that a signature no longer holds.
-    [[nodiscard]] std::optional<Reason> remark() const;
+    /// What of a damaged file could not be had, in words for people; nothing when all is there.
+    [[nodiscard]] std::optional<Reason> loss() const;
+    /// Whether a signature field is signed, or the document is certified.
+    [[nodiscard]] bool isSigned() const;
+    /// Whether a signature no longer holds; known when the document is saved.
+    [[nodiscard]] bool breaksSignature() const;
     /// The page as its reader sees it, in points: the media box, turned by /Rotate and scaled by /UserUnit.
     [[nodiscard]] QSizeF pageSize(int index) const;
 
