@@ -91,10 +91,11 @@ void JobController::launch(Job job)
                                 [this](const QThread& thread) {
                                     connect(&thread, &QThread::finished, this, &JobController::completed);
                                 });
-    } catch (const Failure& failure) {
+    } catch (...) {
+        const Reason reason = currentReason();
         processViewPanel_->forget();
         process_.reset();
-        alerts_.critical(&parent_, failure.reasons().shown);
+        alerts_.critical(&parent_, reason.shown);
         throw; // for the system log
     }
     processViewPanel_->open();
@@ -136,8 +137,10 @@ void JobController::leave()
 {
     const bool isRunning = process_ && !process_->isCompleted();
     if (isRunning &&
-        !alerts_.confirm(processViewPanel_.get(),
-                         tr("A job is running. Stop it once the current file is done, and quit?")))
+        !alerts_.confirm(
+            processViewPanel_.get(),
+            tr("A job is running. Stop it and quit? A file that is not done within a few seconds is "
+               "given up.")))
         return;
     if (isRunning && process_->isCombining()) stopAfterFile();
     Q_EMIT quitRequested();

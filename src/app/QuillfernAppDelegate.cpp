@@ -231,11 +231,13 @@ bool QuillfernAppDelegate::saveToQuit()
     if (isAskedToQuit_) return false; // the open question decides
     const QScopedValueRollback asked(isAskedToQuit_, true);
     while (const std::optional<Reason> problem = applicationShouldTerminate()) {
+        QString why = problem->shown;
+        if (why.endsWith(u'.')) why.chop(1);
         const desktop::QuitChoice choice = services_.alerts.chooseToQuit(
             window_.get(),
             tr("The settings could not be saved: %1.\nStamps and options that were changed would be "
                "lost. Save a profile to keep them elsewhere.")
-                .arg(problem->shown));
+                .arg(why));
         if (choice != desktop::QuitChoice::TryAgain) return choice == desktop::QuitChoice::QuitAnyway;
     }
     return true;

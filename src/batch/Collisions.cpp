@@ -34,6 +34,7 @@ std::vector<Collision> findCollisions(const std::vector<OutputFile>& outputs,
     std::vector<Collision> collisions(outputs.size());
     const Places inputs = placesOfInputs(outputs, goOn);
     std::unordered_map<FileIdentity, FilePath> inPlace;
+    std::unordered_map<FilePlace, FilePath> stamped; // the files themselves behind all links
     for (std::size_t i = 0; i < outputs.size() && goOn(); ++i) {
         if (outputs[i].fileItems().empty()) continue;
         const FilePath& target = outputs[i].filename();
@@ -43,15 +44,21 @@ std::vector<Collision> findCollisions(const std::vector<OutputFile>& outputs,
             collision.version = fileVersion(own);
             if (!collision.version) continue; // is not there any more
             const auto [first, isNew] = inPlace.emplace(collision.version->identity, own);
-            if (!isNew) collision.stampedAs = first->second;
+            if (!isNew)
+                collision.stampedAs = first->second;
+            else if (const auto at = filePlace(resolvedPath(own)))
+                stamped.emplace(*at, own);
             continue;
         }
+        // A file that was stamped through a link is not the file that the list meant any more.
+        if (const auto at = filePlace(resolvedPath(own)))
+            if (const auto found = stamped.find(*at); found != stamped.end()) {
+                collision.stampedAs = found->second;
+                continue;
+            }
         const auto place = filePlace(target);
         const auto input = place ? inputs.find(*place) : inputs.end();
-        if (input != inputs.end()) {
-            collision.overwritesInput = input->second;
-            continue; // will not be written
-        }
+        if (input != inputs.end()) collision.overwritesInput = input->second;
     }
     return collisions;
 }

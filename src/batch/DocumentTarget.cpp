@@ -102,9 +102,15 @@ std::optional<Reason> DocumentTarget::commit(store::AtomicFile& file, const std:
         requireSameSource();
         if (isBackupFile_) remark = makeBackup(stop);
     }
-    throwIfCancelled(stop);
-    requireSameSource();
-    file.commit();
+    // Once the earlier backup is replaced nothing is given up any more.
+    if (!isInPlace_ || !isBackupFile_) throwIfCancelled(stop);
+    try {
+        requireSameSource();
+        file.commit();
+    } catch (const Failure& failure) {
+        if (!remark) throw;
+        throw Failure(failure.reasons().followedBy(*remark)); // the earlier backup is gone all the same
+    }
     return remark;
 }
 
@@ -115,6 +121,7 @@ std::optional<Reason> DocumentTarget::makeBackup(const std::stop_token& stop) co
     copyBytes(descriptor_, source_, backup, stop);
     backup.takeAttributes(store::FileAttributes::of(descriptor_), true);
     backup.prepareCommit();
+    throwIfCancelled(stop);
     requireSameSource(); // or the backup would hold what was not stamped
     const bool replaces = isNameTaken(path);
     backup.commit();

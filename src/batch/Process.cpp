@@ -132,8 +132,9 @@ FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentPr
     if (!collision.stampedAs.isEmpty())
         return FileOutcome::without(
             FileStatus::Refused,
-            {QT_TRANSLATE_NOOP("quillfern::Failure",
-                               "It was not stamped a second time: it is the same file as %1 of the list."),
+            {QT_TRANSLATE_NOOP(
+                 "quillfern::Failure",
+                 "It was not stamped: it was the same file as %1 of the list when the job began."),
              {collision.stampedAs.readable()}});
     run.sourceVersion = collision.version;
     const bool isContinuous = job_.configuration.isContinuousNumbering;

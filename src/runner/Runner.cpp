@@ -3,9 +3,12 @@
 #include "batch/Job.h"
 #include "batch/JobWarnings.h"
 #include "config/Profile.h"
+#include "filelist/AllowedFileTypes.h"
 #include "filelist/FileListExport.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/system/Failure.h"
+#include "platform/system/FileFacts.h"
+#include "platform/system/FileIdentity.h"
 #include "platform/system/NativePath.h"
 #include "platform/system/TimeTaken.h"
 #include "runner/InputGathering.h"
@@ -39,6 +42,8 @@ void Runner::gather(const RunnerOptions& options, FileList& files, const StopReq
         return stopRequests() == 0;
     });
     clearProgressLine();
+    if (stopRequests() > 0 && (files.empty() || options.onlyExport))
+        throw Failure(QStringLiteral("The search for files was stopped. Nothing was written."));
     if (files.empty()) throw WrongUse(QStringLiteral("the folders named hold no files to stamp"));
 }
 
@@ -62,10 +67,34 @@ void Runner::nameSubstitutes(const Numbering& number)
         const QString wanted = text->font.fontName.value_or(QString());
         const QString used = catalog.resolveFamily(wanted);
         if (used.compare(wanted, Qt::CaseInsensitive) != 0)
-            err_ << "The font \"" << wanted << "\" is not installed; \"" << used << "\" is used instead.\n";
+            err_ << "The font \"" << printable(wanted) << "\" is not installed; \"" << printable(used)
+                 << "\" is used instead.\n";
     }
     err_.flush();
 }
+
+namespace {
+
+/// A forgotten value makes the next word, a document, the file that an option writes. Throws WrongUse.
+void requireSpared(const RunnerOptions& options)
+{
+    const auto check = [](const char* option, const FilePath& path, bool isPicture) {
+        const QString type = path.extension().toLower();
+        if (path.isEmpty() || !isNameTaken(path) || !allowedFileTypes().contains(type)) return;
+        if (isPicture && type == QLatin1String("png")) return; // an earlier preview
+        throw WrongUse(QStringLiteral("--%1 would overwrite \"%2\", which is a document or a picture")
+                           .arg(QLatin1String(option), path.readable()));
+    };
+    check("export", options.exportFile, false);
+    check("save-profile", options.saveProfile, false);
+    check("preview", options.preview, true);
+    for (const QString& input : options.inputs)
+        if (!options.preview.isEmpty() && isSameFile(options.preview, FilePath::fromText(input)))
+            throw WrongUse(QStringLiteral("--preview would overwrite the file \"%1\", which is to be stamped")
+                               .arg(options.preview.readable()));
+}
+
+} // namespace
 
 int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
 {
@@ -80,6 +109,7 @@ int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
             out_.flush();
             return AllCreated;
         }
+        requireSpared(options);
         requireResources();
         FileList files;
         if (options.onlyExport) {
@@ -106,7 +136,7 @@ int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
             err_ << printable(remark) << '\n';
         err_.flush();
         gather(options, files, stopRequests);
-        if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
+        if (!options.exportFile.isEmpty() && stopRequests() == 0) writeExport(options.exportFile, files);
 
         services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
         Job job = planJob(files.copies(), settings);
@@ -203,8 +233,9 @@ void Runner::outputFinished(const LogFiles& output)
     if (quiet_ && isSound) return;
     clearProgressLine();
     QTextStream& stream = quiet_ ? err_ : out_;
-    const QString word =
-        outcome.status == FileStatus::CreatedNothing ? QStringLiteral("No Output") : statusWord(outcome);
+    const QString word = outcome.status == FileStatus::CreatedNothing ? QStringLiteral("No Output")
+                         : outcome.status == FileStatus::Cancelled    ? QStringLiteral("Cancelled")
+                                                                      : statusWord(outcome);
     stream << printable(word).leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
            << (output.pages == 1 ? " page   " : " pages  ") << path.readable();
     if (outcome.remark && outcome.status != FileStatus::Refused) {

@@ -273,11 +273,11 @@ QString runnerHelp()
                "display.\n\nStamps:\n") +
            describe(StampOptions::options()) + QStringLiteral("\nPages, numbers and files:\n") +
            describe(jobOptions) +
-           QStringLiteral("\nExit status: 0 when every file has its copy, 1 when some have none or one was "
+           QStringLiteral("\nExit status: 0 when every file has its copy, 1 when some have none, one was "
                           "replaced by the\n"
-                          "copy of another file of the same name, 2 for a command line that cannot be "
-                          "followed (nothing\n"
-                          "is written then).\n");
+                          "copy of another file of the same name or lacks parts of a damaged file, 2 for a "
+                          "command line\n"
+                          "that cannot be followed (no file is stamped then).\n");
 }
 
 RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& settings)

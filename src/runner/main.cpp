@@ -18,7 +18,7 @@ extern "C" void requestStop(int signal)
     stopRequests = stopRequests + 1;
     // The first signal lets the file in work be finished, the second gives the file up; a third ends the
     // program at once. Even then no half-written file is left.
-    if (stopRequests > 1) std::signal(signal, SIG_DFL);
+    if (stopRequests > 2) ::_exit(128 + signal);
 }
 
 /// A signal that the caller has chosen to ignore, as nohup does, stays ignored.
@@ -53,6 +53,8 @@ int main(int argc, char** argv)
         stopAt(signal);
     // A limit of the file size fails the write and not the whole job.
     std::signal(SIGXFSZ, SIG_IGN);
+    // Nor does a reader of the messages that has gone: the job writes its log.
+    std::signal(SIGPIPE, SIG_IGN);
 
     QTextStream out(stdout);
     QTextStream err(stderr);

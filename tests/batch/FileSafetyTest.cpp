@@ -292,6 +292,19 @@ TEST_F(JobSafety, OneFileUnderTwoNamesIsStampedOnce)
     }
 }
 
+TEST_F(JobSafety, AFileStampedThroughALinkIsNotStampedAgainAsASource)
+{
+    // in/doc.pdf becomes a link to a file elsewhere, which is stamped in place through the link.
+    const QString elsewhere = scratch.write(QStringLiteral("elsewhere/real.pdf"), original);
+    QFile::remove(source);
+    ASSERT_TRUE(QFile::link(elsewhere, source));
+    const auto outcomes = run({source, elsewhere});
+    EXPECT_EQ(outcomes.at(0).status, FileStatus::Created);
+    EXPECT_EQ(outcomes.at(1).status, FileStatus::Refused);
+    EXPECT_EQ(pdfText(elsewhere, 1).count(QStringLiteral("Stamp")), 1);
+    EXPECT_FALSE(QFile::exists(scratch.path(QStringLiteral("in/real.pdf"))));
+}
+
 TEST_F(JobSafety, ALinkToAnotherInputIsReplacedAndTheInputItselfIsNot)
 {
     settings.outputFolderPath = scratch.path(QStringLiteral("out"));

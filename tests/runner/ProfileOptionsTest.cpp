@@ -125,6 +125,7 @@ TEST_F(ProfileOptions, CommandLinesThatCannotBeFollowed)
     Numbering empty;
     ASSERT_TRUE(empty.save(asPath(scratch.path(QStringLiteral("empty")))));
     const QString pdf = scratch.write(QStringLiteral("in.pdf"), numberedPdf(1));
+    scratch.write(QStringLiteral("page.png"), "a picture");
     struct Case
     {
         const char* arguments;
@@ -143,6 +144,10 @@ TEST_F(ProfileOptions, CommandLinesThatCannotBeFollowed)
         {"--text A --preview-size 600 --preview DIR/x.png", "--preview-size takes"},
         {"--text A --preview-size 0x5 --preview DIR/x.png", "--preview-size takes"},
         {"--text A --preview DIR/x.png DIR/missing.pdf", "there is no file"},
+        {"--text A --preview DIR/in.pdf", "would overwrite"},
+        {"--text A --save-profile DIR/in.pdf", "would overwrite"},
+        {"--text A --output DIR --export DIR/in.pdf DIR/in.pdf", "would overwrite"},
+        {"--text A --preview DIR/page.png DIR/page.png", "which is to be stamped"},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(run(line(c.arguments)), Runner::CommandNotFollowed) << c.arguments;

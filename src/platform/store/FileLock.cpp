@@ -20,7 +20,7 @@ void lockOpenFile(int descriptor, const FilePath& path, int patience, const std:
         if (errno != EWOULDBLOCK && errno != EINTR) return;
         throwIfCancelled(stop);
         if (deadline.hasExpired())
-            throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "%1 is held by another program"),
+            throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "%1 is held by another program."),
                            {path.readable()}});
         QThread::msleep(5);
     }

@@ -1,9 +1,9 @@
 #include "platform/store/KeptFile.h"
 
 #include "platform/store/AtomicFile.h"
+#include "platform/store/TemporaryNames.h"
 #include "platform/system/Failure.h"
 
-#include <QRandomGenerator>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -40,8 +40,7 @@ bool takeName(const QByteArray& from, const QByteArray& to)
 
 FilePath writeKeepingEarlier(const FilePath& path, const QByteArray& bytes)
 {
-    const FilePath fresh = path.parent().child(
-        QStringLiteral(".quillfern-%1.tmp").arg(QRandomGenerator::system()->generate64(), 0, 16));
+    const FilePath fresh = path.parent().child(QString::fromLatin1(temporaryName()));
     AtomicFile::writeWhole(fresh, bytes);
     int number = 1;
     try {
