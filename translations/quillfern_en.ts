@@ -405,179 +405,345 @@ Made with Qt %2, qpdf, HarfBuzz, libtiff, libjpeg-turbo and libdeflate, under th
 <context>
     <name>quillfern::Failure</name>
     <message>
-        <source>the file is not there any more</source>
+        <source>The file is empty.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>no output: %1</source>
+        <source>This is not a PDF document.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file is not there or holds no picture that can be read</source>
+        <source>The file is not there any more.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>not written: it would overwrite another file of the list, %1</source>
+        <source>%1 cannot be read.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>replaces the copy of %1</source>
+        <source>Another program or another job has changed the file since this job began. The file was left as it is.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>not enough memory for a page</source>
+        <source>Another program has removed or renamed the file while it was stamped. Nothing was written.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>no page of the file lies in the page range</source>
+        <source>Another program or another job has changed the file while it was stamped. Nothing was written.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the content of a page is nested too deeply</source>
+        <source>The earlier backup %1 was replaced.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the content of a page is larger than any real page&apos;s</source>
+        <source>Please select output folder!</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>cannot read the file</source>
+        <source>Output folder missing!<byte value="xd"/>
+Please select valid output folder.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file became shorter while it was read</source>
+        <source>Output folder is non-writable!<byte value="xd"/>
+Please select valid output folder.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file points before its own beginning</source>
+        <source>The number %1 appears in no file.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the document needs a password</source>
+        <source>The numbers %1 to %2 appear in no file.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the document has no pages</source>
+        <source>1 file gave no output: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>a font cannot be embedded</source>
+        <source>%1 files gave no output: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the document has no such page</source>
+        <source>1 file replaced the copy of another file of its name: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the page is too large to be shown</source>
+        <source>%1 files replaced the copies of other files of their names: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file is not a picture that can be read</source>
+        <source>1 file is damaged, and parts of it are missing in its copy: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file is damaged or cut off</source>
+        <source>%1 files are damaged, and parts of them are missing in their copies: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>a page is damaged or cut off</source>
+        <source>The digital signature of 1 file no longer holds: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>JPEG coding failed</source>
+        <source>The digital signatures of %1 files no longer hold: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>a picture of %1 x %2 pixels is too large for a stamp</source>
+        <source>The numbers of %1 more files appear in no file.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>not enough memory for a picture</source>
+        <source>No copy was made.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file is too large for the picture of a stamp</source>
+        <source>The document is digitally signed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file is damaged: a page of %1 x %2 pixels</source>
+        <source>It was not stamped in place, because there would be no backup.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>a page of %1 x %2 pixels is too large to be processed</source>
+        <source>The document&apos;s digital signature no longer holds.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file is empty</source>
+        <source>The file is not there or holds no picture that can be read.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file is a PDF document under another kind of name</source>
+        <source>No copy was made: it would overwrite another file of the list, %1.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>not enough memory to encode a page</source>
+        <source>It was not stamped: it was the same file as %1 of the list when the job began.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>a page could not be encoded</source>
+        <source>This copy replaces the copy of %1.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>cannot write the pages</source>
+        <source>There is not enough memory for a page of this size.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the tiles of a page are too large to be processed</source>
+        <source>No page of the file lies in the page range.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>a kind of page that cannot be processed</source>
+        <source>No page was written.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the TIFF data cannot be read</source>
+        <source>There is not enough memory.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file is damaged: a page without a size</source>
+        <source>No font is installed with which the text could be drawn.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>a page is missing or damaged</source>
+        <source>The content of a page is nested too deeply.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the file is damaged: a page without its palette</source>
+        <source>The content of a page is larger than any real page&apos;s.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>cannot write %1</source>
+        <source>The document is encrypted, and its trailer is damaged beyond repair.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>a file needs a name: %1</source>
+        <source>The content of page %1 is damaged and cannot be read.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>cannot read %1: %2</source>
+        <source>One of the document&apos;s pages is damaged and cannot be read.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>not enough memory</source>
+        <source>The document has no pages.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>unknown failure</source>
+        <source>The document is damaged; the number of pages missing in it: %1.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>cannot read %1</source>
+        <source>The document is damaged; parts of it could not be read.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>cannot read %1: not a regular file</source>
+        <source>Parts of the document are damaged and cannot be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A font cannot be embedded.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file cannot be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file became shorter while it was read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The document is damaged: it points before its own beginning.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The document is damaged beyond repair.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The document needs a password.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The document shows the same pages again and again, more than %1 times.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The document has no such page.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The page is too large to be shown.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is not a picture that can be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A page of the file is damaged or cut off.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A page could not be stored as JPEG.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The picture is coded in %1 passes, too many for one of its size.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A picture of %1 x %2 pixels is too large for a stamp.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is not enough memory for the picture.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file is too large for the picture of a stamp.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file is damaged: one of its pages has %1 x %2 pixels.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A page of %1 x %2 pixels is too large to be processed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file is damaged or cut off: it is too short for a page of %1 x %2 pixels.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is a PDF document under the name of a picture.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is not enough memory to store a page.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A page could not be stored.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The tiles of a page are too large to be processed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The pages cannot be written.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A page of the file is of a kind that cannot be processed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The TIFF file cannot be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file is damaged: one of its pages has no size.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The picture is damaged or cut off.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A page of the file is missing or damaged.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file is damaged: one of its pages lacks its palette.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 cannot be written.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: it is a folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: it is a device, pipe or socket.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A file needs a name: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is held by another program.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file was given up before it was done.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The system allows no further thread.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>An unknown error happened.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 cannot be read, because it is not a regular file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is not enough memory to begin.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -907,6 +1073,10 @@ BMP, JPEG, PNG or GIF</source>
         <comment>file name, size</comment>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>The pictures of all stamps would have %1 MB together and could not be saved; %2 MB is the most.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>quillfern::ImportFiles</name>
@@ -1021,24 +1191,7 @@ BMP, JPEG, PNG or GIF</source>
 <context>
     <name>quillfern::JobController</name>
     <message>
-        <source>A job is running. Stop it once the current file is done, and quit?</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>quillfern::JobPlan</name>
-    <message>
-        <source>Please select output folder!</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Output folder missing!<byte value="xd"/>
-Please select valid output folder.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Output folder is non-writable!<byte value="xd"/>
-Please select valid output folder.</source>
+        <source>A job is running. Stop it and quit? A file that is not done within a few seconds is given up.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1074,6 +1227,10 @@ Please select valid output folder.</source>
     </message>
     <message>
         <source>Remark</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No Output</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1473,6 +1630,14 @@ Please select valid output folder.</source>
         <source>Total Files Found : %1</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>The text file cannot be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lines left out: %1. They end with a carriage return, as in texts from Windows. Save the list with Unix line ends.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>quillfern::PictureView</name>
@@ -1638,10 +1803,6 @@ Please check log for more information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Stopping: the current file is finished first…</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Finished</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1649,11 +1810,36 @@ Please check log for more information.</source>
         <source>The result of each file</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Warnings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stop Now</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Give up the current file as well; nothing of its copy remains</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stopping: the current file is finished first… Stop Now gives that file up.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stopping: the current file is given up…</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>quillfern::QuillfernAppDelegate</name>
     <message>
         <source>The help document is not installed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The settings could not be saved: %1.
+Stamps and options that were changed would be lost. Save a profile to keep them elsewhere.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1700,6 +1886,14 @@ Please check log for more information.</source>
     </message>
     <message>
         <source>Unable to load %1 Profile!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This profile turns the backup of files that are stamped in place off.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This profile turns the backup of files that are stamped in place on.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2213,6 +2407,17 @@ Please check log for more information.</source>
     </message>
     <message>
         <source>Total Time Taken : %1 %2/%3</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillfern::WidgetAlerts</name>
+    <message>
+        <source>Try Again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Quit Anyway</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
