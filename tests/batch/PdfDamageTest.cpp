@@ -99,6 +99,42 @@ TEST_F(Damage, NoPageIsLostWithAnObjectThatTheLibraryCannotRead)
         expectBothPages(what, damaged);
 }
 
+TEST_F(Damage, EntriesThatReferToDamagedObjectsStay)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    for (const int others : {0, 6000}) { // a small file is read whole, of a large one the pages first
+        PdfBuilder pdf;
+        pdf.add("<</Type/Catalog/Pages 2 0 R/Outlines 6 0 R>>");
+        pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]/MediaBox[0 0 300 400]>>");
+        pdf.add("<</Type/Page/Parent 2 0 R/Annots 4 0 R>>");
+        pdf.add("[ 5 0 R");
+        pdf.add("<</Type/Annot/Subtype/Text/Rect[0 0 9 9]/Contents(A note)>>");
+        pdf.add("<</Type/Outlines/Count 0");
+        pdf.add("<</Title(My title)/Author(Me)");
+        for (int i = 0; i < others; ++i)
+            pdf.add("[]");
+        const QString output = process(pdf.build("/Info 7 0 R"));
+        EXPECT_TRUE(qpdfAccepts(output));
+        const QByteArray plain =
+            toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), output, QStringLiteral("-")});
+        for (const char* word : {"/Outlines", "(My title)", "(Me)", "/Annots", "(A note)"})
+            EXPECT_TRUE(plain.contains(word)) << word << ' ' << others;
+    }
+}
+
+TEST_F(Damage, AReferenceToNothingDoesNotBecomeOneToAStamp)
+{
+    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
+    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]/MediaBox[0 0 300 400]>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/PieceInfo<</A[5 0 R 6 0 R 7 0 R 8 0 R]>>>>");
+    const QString output = process(pdf.build());
+    const QByteArray plain =
+        toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), output, QStringLiteral("-")});
+    EXPECT_EQ(plain.count("\nnull\nendobj"), 4) << plain.constData();
+}
+
 TEST_F(Damage, EncryptedContentIsNotTakenForPlainContent)
 {
     addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);

@@ -10,16 +10,12 @@ namespace quillfern::pdf {
 
 namespace {
 
-/// A cross-reference table has ten digits for an offset.
-constexpr std::int64_t largestWithTable = 9'000'000'000;
-
 std::optional<SourceEnd> appendableEnd(QPDF& document, const DocumentChanges& changes,
                                        const FileInput& source)
 {
     if (changes.isRebuilt() || document.isEncrypted()) return std::nullopt;
     const std::optional<SourceEnd> end = findSourceEnd(source);
-    if (end && !end->isStream && end->size > largestWithTable) return std::nullopt;
-    return end;
+    return end && canContinue(*end) ? end : std::nullopt;
 }
 
 /// "1.3" and the like as numbers that can be compared; 0 for what is none.

@@ -4,6 +4,7 @@
 #include "platform/pdf/FileRepair.h"
 #include "platform/pdf/LibraryErrors.h"
 #include "platform/pdf/PageTree.h"
+#include "platform/pdf/PdfForm.h"
 #include "platform/pdf/PdfPageBox.h"
 #include "platform/pdf/SourceEnd.h"
 #include "platform/system/Cancellation.h"
@@ -16,6 +17,10 @@
 namespace quillfern::pdf {
 
 namespace {
+
+/// Objects of a file that is read whole at once.
+constexpr std::size_t smallFile = 5000;
+constexpr int highestNumber = 7'000'000;
 
 /// What a file goes on with for its reader when it has no trailer of its own; the last object may have no
 /// end.
@@ -215,19 +220,42 @@ std::optional<Reason> lossOf(const Attempt& attempt)
     return std::nullopt;
 }
 
-/// Reads what the work on a page begins with, so that damage there is known before anything is changed.
+/// Reads what a dictionary or an array refers to. The library leaves out what reads as null when it writes
+/// the holder, so damage there has to be known before.
+void readReferences(QPDFObjectHandle holder)
+{
+    const auto read = [](QPDFObjectHandle value) {
+        if (value.isIndirect())
+            static_cast<void>(value.isNull());
+        else if (value.isDictionary() || value.isArray())
+            readReferences(value);
+    };
+    if (holder.isArray())
+        for (const QPDFObjectHandle& item : holder.getArrayAsVector())
+            read(item);
+    else if (holder.isDictionary())
+        for (const auto& [key, value] : holder.getDictAsMap())
+            if (key != "/Contents" && key != "/Parent") read(value);
+}
+
+/// Reads what is written once more when a document is stamped, so that damage there is known before.
 void readFirstObjects(QPDF& document, const std::vector<QPDFObjectHandle>& pages, PlainStreams& plain)
 {
-    document.getRoot().getKey("/Metadata").isStream();
+    readReferences(document.getTrailer());
+    readReferences(document.getRoot());
+    readReferences(document.getTrailer().getKey("/Info"));
+    static_cast<void>(signaturesOf(document));
     std::set<QPDFObjGen> seen;
     for (const QPDFObjectHandle& page : pages) {
+        readReferences(page);
         static_cast<void>(contentStreams(page, plain));
         QPDFObjectHandle resources = inheritedAttribute(page, "/Resources");
         if (!resources.isDictionary() ||
             (resources.isIndirect() && !seen.insert(resources.getObjGen()).second))
             continue;
+        readReferences(resources);
         for (const char* category : {"/Font", "/ExtGState", "/XObject", "/ColorSpace"})
-            resources.getKey(category).isDictionary();
+            readReferences(resources.getKey(category));
     }
 }
 
@@ -236,7 +264,8 @@ std::optional<OpenedDocument> openSound(const FilePath& path, const std::stop_to
 {
     OpenedDocument opened;
     opened.input = std::make_shared<FileInput>(path, stop);
-    if (!findSourceEnd(*opened.input)) return std::nullopt;
+    const std::optional<SourceEnd> end = findSourceEnd(*opened.input);
+    if (!end || !canContinue(*end)) return std::nullopt;
     opened.qpdf = newDocument(stop);
     QPDF& document = *opened.qpdf;
     document.setSuppressWarnings(true);
@@ -245,6 +274,12 @@ std::optional<OpenedDocument> openSound(const FilePath& path, const std::stop_to
         if (document.anyWarnings() || document.isEncrypted() || !document.getRoot().isDictionary() ||
             !document.getRoot().getKey("/Pages").isDictionary())
             return std::nullopt;
+        // A small file costs little, and all of its references are known then, also those to nothing.
+        const auto table = document.getXRefTable();
+        // Some viewers read no higher object numbers; a document that is written anew gets lower ones.
+        if (table.empty() || table.rbegin()->first.getObj() > highestNumber) return std::nullopt;
+        opened.isReadWhole = table.size() < smallFile;
+        if (opened.isReadWhole) document.fixDanglingReferences();
         PageTree tree = readPageTree(document, stop);
         if (!tree.isAsWritten || !tree.unusable.empty() || tree.pages.empty()) return std::nullopt;
         opened.plain = std::make_unique<PlainStreams>(document, *opened.input);
@@ -266,10 +301,14 @@ void readEverything(OpenedDocument& opened)
 {
     if (!opened.isSound) return;
     opened.isSound = false;
+    opened.isReadWhole = true;
     opened.qpdf->fixDanglingReferences();
     if (!opened.qpdf->anyWarnings()) return;
+    bool isCutShort = false;
+    for (const QPDFExc& warning : opened.qpdf->getWarnings())
+        isCutShort = isCutShort || says(warning, "treating stream as empty");
     const FileRepair repair(*opened.qpdf, *opened.input, false);
-    if (repair.helps() || !repair.unreadable().empty())
+    if (isCutShort || repair.helps() || !repair.unreadable().empty())
         throw Failure(
             QT_TRANSLATE_NOOP("quillfern::Failure", "Parts of the document are damaged and cannot be read."));
 }

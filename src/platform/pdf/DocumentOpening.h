@@ -27,6 +27,7 @@ struct OpenedDocument
     /// The file is as the format asks for, as far as it was read; the rest is not read yet. False when
     /// everything was read, and put right where that was possible.
     bool isSound = false;
+    bool isReadWhole = true; ///< every object is read, so that all references are known
 };
 
 /// Opens a file that needs no password to be read. qpdf drops an object that it cannot read and goes on;

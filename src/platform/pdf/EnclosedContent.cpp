@@ -85,7 +85,7 @@ void moveStructure(QPDF& document, QPDFObjectHandle page, QPDFObjectHandle form)
     if (!parents.isDictionary()) return;
     QPDFObjectHandle elements;
     try {
-        if (QPDFNumberTreeObjectHelper(parents, document).findObject(key.getIntValue(), elements) &&
+        if (QPDFNumberTreeObjectHelper(parents, document, false).findObject(key.getIntValue(), elements) &&
             elements.isArray())
             StructureMove(page, form, elements).run();
     } catch (const QPDFExc&) {

@@ -191,8 +191,8 @@ std::string FileRepair::crossReferences(const std::map<QPDFObjGen, std::size_t>&
     QPDFObjectHandle trailer = document_.getTrailer();
     static const std::set<std::string> ofTheStream = {"/Prev",  "/XRefStm", "/Type",        "/W",
                                                       "/Index", "/Filter",  "/DecodeParms", "/Length"};
-    for (const std::string& key : trailer.getKeys())
-        if (ofTheStream.count(key) == 0) text += key + ' ' + trailer.getKey(key).unparse() + '\n';
+    for (const auto& [key, value] : trailer.getDictAsMap()) // with those that read as null so far
+        if (ofTheStream.count(key) == 0) text += key + ' ' + QPDFObjectHandle(value).unparse() + '\n';
     return text + "/Prev " + std::to_string(statedStart(input_)) + ">>\nstartxref\n" +
            std::to_string(fileOffset(at)) + "\n%%EOF\n";
 }

@@ -3,6 +3,7 @@
 #include "platform/pdf/NewObjects.h"
 #include "platform/store/AtomicFile.h"
 
+#include <algorithm>
 #include <array>
 #include <cinttypes>
 #include <cstdio>
@@ -151,8 +152,10 @@ void IncrementalUpdate::putCrossReferenceStream()
 {
     const int number = nextNumber_++;
     places_[number] = {position_, 0, false};
+    // The column holds offsets and the numbers of object streams.
+    const std::int64_t largest = std::max<std::int64_t>(position_, nextNumber_);
     int offsetBytes = 3;
-    while (position_ >> (8 * offsetBytes) != 0)
+    while (largest >> (8 * offsetBytes) != 0)
         ++offsetBytes;
     std::string index;
     for (const auto& [first, count] : runs())
@@ -188,9 +191,10 @@ std::string IncrementalUpdate::trailerEntries()
         "/DL",   "/Length", "/Filter", "/DecodeParms", "/F",    "/FFilter", "/FDecodeParms"};
     QPDFObjectHandle trailer = document_.getTrailer();
     std::string entries;
-    for (const std::string& key : trailer.getKeys())
+    for (const auto& [key, value] : trailer.getDictAsMap()) // with those that read as null
         if (ofSection.count(key) == 0)
-            entries += QPDFObjectHandle::newName(key).unparse() + ' ' + trailer.getKey(key).unparse() + ' ';
+            entries +=
+                QPDFObjectHandle::newName(key).unparse() + ' ' + QPDFObjectHandle(value).unparse() + ' ';
 
     QPDFObjectHandle id = trailer.getKey("/ID");
     const bool hasId = id.isArray() && id.getArrayNItems() == 2 && id.getArrayItem(0).isString() &&
@@ -200,7 +204,7 @@ std::string IncrementalUpdate::trailerEntries()
     entries += "/ID [" + (hasId ? id.getArrayItem(0).unparseBinary() : own) + ' ' + own + "] ";
 
     QPDFObjectHandle size = trailer.getKey("/Size");
-    const long long highest = places_.rbegin()->first + 1LL;
+    const long long highest = places_.empty() ? 0 : places_.rbegin()->first + 1LL;
     const long long stated = size.isInteger() ? size.getIntValue() : 0;
     entries += "/Size " + std::to_string(std::max(highest, stated));
     entries += " /Prev " + std::to_string(source_.crossReference);

@@ -26,10 +26,10 @@ QByteArray deflatedBytes(const QByteArray& bytes)
     return qCompress(bytes, 9).mid(4); // qCompress puts the length before the zlib stream
 }
 
-NewObjects::NewObjects(QPDF& document, bool wasMended)
+NewObjects::NewObjects(QPDF& document, bool isReadWhole)
     : document_(document), next_(highestStated(document) + 1)
 {
-    if (wasMended) next_ = std::max(next_, static_cast<int>(document.getObjectCount()) + 1);
+    if (isReadWhole) next_ = std::max(next_, static_cast<int>(document.getObjectCount()) + 1);
 }
 
 QPDFObjectHandle NewObjects::add(const QPDFObjectHandle& direct)

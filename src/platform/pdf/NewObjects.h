@@ -15,8 +15,9 @@ namespace quillfern::pdf {
 class NewObjects
 {
   public:
-    /// Made when the document is read and mended. `wasMended` when the library may have added objects itself.
-    NewObjects(QPDF& document, bool wasMended);
+    /// Made when the document is read and mended. Where all of it is read, the numbers begin behind all that
+    /// it refers to, otherwise behind those that its cross-reference and its trailer state.
+    NewObjects(QPDF& document, bool isReadWhole);
 
     /// The object, now an indirect one; its content may be changed until it is written.
     [[nodiscard]] QPDFObjectHandle add(const QPDFObjectHandle& direct);

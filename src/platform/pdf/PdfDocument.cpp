@@ -49,7 +49,7 @@ class PdfDocument::Private
   public:
     Private(OpenedDocument opened, std::stop_token stopToken)
         : stop(std::move(stopToken)), document(std::move(opened)), qpdf(*document.qpdf),
-          pages(document.pages), objects(qpdf, !document.isSound), plain(*document.plain),
+          pages(document.pages), objects(qpdf, document.isReadWhole), plain(*document.plain),
           metadata(qpdf, changes, objects, stop), archivalPart(metadata.archivalPart()),
           signatures(pdf::signaturesOf(qpdf)),
           resources(objects, archivalPart > 0 && !metadata.hasRgbOutputIntent()), scanner_(plain, stop)

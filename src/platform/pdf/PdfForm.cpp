@@ -87,7 +87,7 @@ void dropFormFields(QPDF& document, const std::set<QPDFObjGen>& widgets)
         QPDFObjectHandle parent = document.getObject(queue.back());
         queue.pop_back();
         parent = parent.isDictionary() ? parent.getKey("/Parent") : parent;
-        if (!parent.isDictionary() || !parent.getKey("/Kids").isArray()) continue;
+        if (!parent.isDictionary() || !parent.isIndirect() || !parent.getKey("/Kids").isArray()) continue;
         const QPDFObjectHandle kept = without(parent.getKey("/Kids"), gone);
         parent.replaceKey("/Kids", kept);
         if (QPDFObjectHandle(kept).getArrayNItems() == 0 && gone.insert(parent.getObjGen()).second)

@@ -37,8 +37,9 @@ void PdfMetadata::setCreator(const QString& creator)
     if (!info.isDictionary()) {
         info = objects_.add(QPDFObjectHandle::newDictionary());
         document_.getTrailer().replaceKey("/Info", info);
+    } else {
+        changes_.noteChanged(info);
     }
-    changes_.noteChanged(info);
     info.replaceKey("/Creator", QPDFObjectHandle::newUnicodeString(creator.toStdString()));
     if (packet_ && packet_->setCreatorTool(creator)) storePacket();
 }

@@ -61,4 +61,11 @@ std::optional<SourceEnd> findSourceEnd(const FileInput& source)
     return end;
 }
 
+bool canContinue(const SourceEnd& end)
+{
+    // A cross-reference table has ten digits for an offset.
+    constexpr std::int64_t largestWithTable = 9'000'000'000;
+    return end.isStream || end.size <= largestWithTable;
+}
+
 } // namespace quillfern::pdf

@@ -19,4 +19,7 @@ struct SourceEnd
 /// that nothing can be appended safely. Throws Failure when the file cannot be read.
 [[nodiscard]] std::optional<SourceEnd> findSourceEnd(const FileInput& source);
 
+/// Whether the cross-reference has room for what is appended to a file that ends so.
+[[nodiscard]] bool canContinue(const SourceEnd& end);
+
 } // namespace quillfern::pdf
