@@ -7,7 +7,6 @@
 #include "platform/system/FileFacts.h"
 #include "platform/system/LogLine.h"
 
-#include <cerrno>
 #include <unistd.h>
 
 namespace quillfern {
@@ -16,24 +15,6 @@ namespace {
 
 /// Another run holds a source for the time of its own commit, which may copy a large backup.
 constexpr int patience = 60'000; // milliseconds
-
-void copyBytes(int descriptor, const FilePath& source, store::AtomicFile& target, const std::stop_token& stop)
-{
-    QByteArray block(1 << 20, Qt::Uninitialized);
-    off_t position = 0;
-    for (;;) {
-        throwIfCancelled(stop);
-        const ssize_t size =
-            ::pread(descriptor, block.data(), static_cast<std::size_t>(block.size()), position);
-        if (size < 0 && errno == EINTR) continue;
-        if (size < 0)
-            throw Failure::fromErrno(
-                {QT_TRANSLATE_NOOP("quillfern::Failure", "%1 cannot be read."), {source.readable()}}, errno);
-        if (size == 0) return;
-        target.write(block.constData(), static_cast<std::size_t>(size));
-        position += size;
-    }
-}
 
 } // namespace
 
@@ -118,7 +99,8 @@ std::optional<Reason> DocumentTarget::makeBackup(const std::stop_token& stop) co
 {
     const FilePath path = source_.parent().child(source_.name() + QStringLiteral(".bak"));
     store::AtomicFile backup(path);
-    copyBytes(descriptor_, source_, backup, stop);
+    backup.copyFrom(descriptor_, version_->size,
+                    stop); // requireSameSource() has seen that there is a version
     backup.takeAttributes(store::FileAttributes::of(descriptor_), true);
     backup.prepareCommit();
     throwIfCancelled(stop);

@@ -1,6 +1,7 @@
 #include "dialogs/PictureLoader.h"
 
 #include "platform/system/Failure.h"
+#include "platform/system/QtThreads.h"
 
 #include <QPromise>
 #include <QThreadPool>
@@ -13,6 +14,12 @@ namespace quillfern {
 void PictureLoader::load(const FilePath& path)
 {
     cancel();
+    try {
+        startQtThreads(); // the pool would wait for ever for a thread that the system refuses
+    } catch (...) {
+        Q_EMIT failed(reasonOfCurrentException());
+        return;
+    }
     watcher_ = new QFutureWatcher<LoadedPicture>(this);
     connect(watcher_, &QFutureWatcher<LoadedPicture>::finished, this, &PictureLoader::finish);
     const auto promise = std::make_shared<QPromise<LoadedPicture>>(); // a task has to be copyable

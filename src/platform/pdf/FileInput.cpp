@@ -24,28 +24,11 @@ FileInput::~FileInput()
     ::close(descriptor_);
 }
 
-void FileInput::readAt(qpdf_offset_t offset, char* bytes, std::size_t length) const
-{
-    std::size_t filled = 0;
-    while (filled < length) {
-        const ssize_t count = ::pread(descriptor_, bytes + filled, length - filled,
-                                      offset + static_cast<qpdf_offset_t>(filled));
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0)
-            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The file cannot be read."),
-                                     errno);
-        if (count == 0)
-            throw Failure(
-                QT_TRANSLATE_NOOP("quillfern::Failure", "The file became shorter while it was read."));
-        filled += static_cast<std::size_t>(count);
-    }
-}
-
 QByteArray FileInput::bytesAt(qpdf_offset_t offset, qpdf_offset_t length) const
 {
     if (offset < 0 || length < 0 || offset + length > size_) return {};
     QByteArray bytes(static_cast<qsizetype>(length), Qt::Uninitialized);
-    readAt(offset, bytes.data(), static_cast<std::size_t>(length));
+    readExactly(descriptor_, offset, bytes.data(), static_cast<std::size_t>(length));
     return bytes;
 }
 
@@ -76,7 +59,7 @@ const FileInput::Block& FileInput::blockAt(qpdf_offset_t offset)
 void FileInput::fill(Block& block, qpdf_offset_t start) const
 {
     block.size = static_cast<std::size_t>(std::min(blockSize, size_ - start));
-    readAt(start, block.bytes.get(), block.size);
+    readExactly(descriptor_, start, block.bytes.get(), block.size);
 }
 
 size_t FileInput::copyAt(qpdf_offset_t offset, char* bytes, size_t length)

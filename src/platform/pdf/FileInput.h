@@ -61,8 +61,6 @@ class FileInput final : public InputSource
         std::size_t size = 0;
     };
 
-    /// Fills `bytes` from the file. Throws Failure when the file has fewer.
-    void readAt(qpdf_offset_t offset, char* bytes, std::size_t length) const;
     /// The block that holds `offset`, which lies before the end of the file.
     const Block& blockAt(qpdf_offset_t offset);
     void fill(Block& block, qpdf_offset_t start) const;

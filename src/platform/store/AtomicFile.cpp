@@ -2,6 +2,7 @@
 
 #include "platform/store/TemporaryNames.h"
 #include "platform/system/Cancellation.h"
+#include "platform/system/FileAccess.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -169,17 +170,8 @@ void AtomicFile::copyFrom(int descriptor, long long size, const std::stop_token&
     QByteArray block(bufferSize, Qt::Uninitialized);
     while (done < size) {
         throwIfCancelled(stop);
-        const ssize_t count =
-            ::pread(descriptor, block.data(),
-                    static_cast<std::size_t>(std::min<long long>(block.size(), size - done)),
-                    static_cast<off_t>(done));
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0)
-            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The file cannot be read."),
-                                     errno);
-        if (count == 0)
-            throw Failure(
-                QT_TRANSLATE_NOOP("quillfern::Failure", "The file became shorter while it was read."));
+        const long long count = std::min<long long>(block.size(), size - done);
+        readExactly(descriptor, done, block.data(), static_cast<std::size_t>(count));
         writeOut(block.constData(), static_cast<std::size_t>(count));
         done += count;
     }

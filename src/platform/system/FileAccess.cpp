@@ -66,6 +66,23 @@ int openRegularFile(const FilePath& path)
          {name}});
 }
 
+void readExactly(int descriptor, std::int64_t offset, char* bytes, std::size_t size)
+{
+    std::size_t filled = 0;
+    while (filled < size) {
+        const ssize_t count = ::pread(descriptor, bytes + filled, size - filled,
+                                      static_cast<off_t>(offset) + static_cast<off_t>(filled));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0)
+            throw Failure::fromErrno(QT_TRANSLATE_NOOP("quillfern::Failure", "The file cannot be read."),
+                                     errno);
+        if (count == 0)
+            throw Failure(
+                QT_TRANSLATE_NOOP("quillfern::Failure", "The file became shorter while it was read."));
+        filled += static_cast<std::size_t>(count);
+    }
+}
+
 std::unique_ptr<QFileDevice> readRegularFile(const FilePath& path)
 {
     const int descriptor = openRegularFile(path);

@@ -3,6 +3,8 @@
 #include "platform/system/FilePath.h"
 
 #include <QFileDevice>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 
 namespace quillfern {
@@ -29,7 +31,12 @@ bool makeFolders(const FilePath& folder);
 /// waited for. Where the system allows, reading does not change the date of the last access. Throws Failure.
 [[nodiscard]] int openRegularFile(const FilePath& path);
 
-/// The same for code that reads through Qt. The returned file has no file name. Throws Failure.
+/// Fills `bytes` from a place in an open file, whose position is not used. Throws Failure when the file
+/// cannot be read there or has fewer bytes by now.
+void readExactly(int descriptor, std::int64_t offset, char* bytes, std::size_t size);
+
+/// The same as openRegularFile() for code that reads through Qt. The returned file has no file name. Throws
+/// Failure.
 [[nodiscard]] std::unique_ptr<QFileDevice> readRegularFile(const FilePath& path);
 
 } // namespace quillfern
