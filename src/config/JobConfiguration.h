@@ -62,4 +62,7 @@ struct JobConfiguration
 /// True when page `index` (1-based) has the parity that is stamped.
 [[nodiscard]] bool hasChosenParity(const JobConfiguration& job, std::int64_t index);
 
+/// How many pages of a document of so many pages are stamped.
+[[nodiscard]] std::int64_t stampedPages(const JobConfiguration& job, std::int64_t pages);
+
 } // namespace quillfern
