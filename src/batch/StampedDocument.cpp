@@ -32,7 +32,8 @@ FileOutcome StampedDocument::commit(bool isTargetOfThisJob, const std::stop_toke
             fail();
         }
     }
-    const bool isWithout = outcome.status == FileStatus::Failed || outcome.status == FileStatus::CreatedNothing;
+    const bool isWithout =
+        outcome.status == FileStatus::Failed || outcome.status == FileStatus::CreatedNothing;
     if (place && isWithout && !isTargetOfThisJob) place->removeEarlierCopy();
     if (outcome.status == FileStatus::Failed) outcome.lostNumbers = numbers;
     copy.reset();

@@ -24,8 +24,8 @@ struct WorkAhead::Slot
     const std::size_t file;
     const StampRun start;
     State state = State::Waiting;
-    bool isDropped = false;    ///< the result will not be wanted
-    bool hadCompany = false;   ///< other files were in work or waited for their turn at the same time
+    bool isDropped = false;  ///< the result will not be wanted
+    bool hadCompany = false; ///< other files were in work or waited for their turn at the same time
     std::stop_source stop = std::stop_source();
     std::atomic<std::int64_t> pages = 0;
     std::int64_t memory = 0;
@@ -46,15 +46,13 @@ WorkAhead::WorkAhead(const JobConfiguration& job, std::vector<PlannedFile> files
 
 WorkAhead::~WorkAhead()
 {
-    std::vector<std::stop_source> stops;
     {
         const std::lock_guard lock(mutex_);
         isClosing_ = true;
         for (const auto& [file, slot] : slots_)
-            stops.push_back(slot->stop);
+            drop(slot);
+        slots_.clear();
     }
-    for (std::stop_source& stop : stops)
-        stop.request_stop();
     changed_.notify_all();
     for (std::thread& thread : threads_)
         thread.join();
@@ -166,9 +164,8 @@ void WorkAhead::reserve(Slot& slot, std::int64_t bytes)
 {
     const std::stop_token stop = slot.stop.get_token();
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, stop, [&] {
-        return slot.file == turn_ || memory_ == 0 || memory_ + bytes <= memoryForAll;
-    });
+    changed_.wait(lock, stop,
+                  [&] { return slot.file == turn_ || memory_ == 0 || memory_ + bytes <= memoryForAll; });
     throwIfCancelled(stop);
     slot.memory += bytes;
     memory_ += bytes;
@@ -258,6 +255,7 @@ FileWork WorkAhead::take(std::size_t file, const Turn& turn)
     slots_.erase(file);
     taken_ = file + 1;
     FileWork result = std::move(slot->result);
+    result.pagesDone = slot->pages;
     return result;
 }
 

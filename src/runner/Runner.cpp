@@ -168,6 +168,7 @@ int Runner::follow(const RunnerOptions& options, Settings& settings, const StopR
     Job job = planJob(files.copies(), settings);
     job.configuration.isWrittenAnew = options.rewrite;
     job.configuration.refusesSigned = options.refuseSigned;
+    services_.filesAtOnce = options.filesAtOnce;
     Process process(services_, std::move(job), *this);
     runJob(process, stopRequests);
     return report(process);

@@ -48,7 +48,7 @@ class JobInWindow : public AppTest
     void gated()
     {
         filesAtOnce = 1;
-        makeProcessors = [this](const JobConfiguration&) {
+        makeProcessors = [this](const JobConfiguration&, const auto&) {
             return std::make_unique<FakeProcessors>([this](JobRun& run) {
                 run.pageDone();
                 while (!gate.tryAcquire(1, 10))

@@ -157,7 +157,8 @@ TEST(EmbeddedFontTest, AGlyphStandsForOneTextInTheWholeDocument)
                           ->runs.front()
                           .face;
     NewObjects objects(document, false);
-    EmbeddedFont font(objects, face);
+    SharedCodings codings;
+    EmbeddedFont font(objects, codings, face);
     EXPECT_TRUE(font.use(5, QString()));
     EXPECT_TRUE(font.use(5, QStringLiteral("a"))) << "a glyph that stood for nothing can still be named";
     EXPECT_TRUE(font.use(5, QStringLiteral("a")));
