@@ -22,7 +22,7 @@ inline std::vector<FileItem> itemsNamed(const QStringList& names)
 {
     std::vector<FileItem> items;
     for (const QString& name : names)
-        items.push_back(itemAt(QStringLiteral("/nowhere/") + name));
+        items.push_back(itemAt(u"/nowhere/"_s + name));
     return items;
 }
 
