@@ -1,6 +1,10 @@
 #pragma once
 
+// What every test includes, by itself or with a header of its fixture.
+
 #include <QStringList>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <tuple>
 #include <vector>
 

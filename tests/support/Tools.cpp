@@ -7,7 +7,6 @@
 #include <QProcess>
 #include <QXmlStreamReader>
 #include <filesystem>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 
