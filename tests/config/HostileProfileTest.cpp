@@ -8,7 +8,6 @@
 #include "stamps/TextStamp.h"
 #include "support/Tools.h"
 
-#include <gtest/gtest.h>
 #include <limits>
 
 namespace quillfern {

@@ -4,7 +4,6 @@
 #include "support/Cases.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {

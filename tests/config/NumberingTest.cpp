@@ -4,8 +4,6 @@
 #include "stamps/TextStamp.h"
 #include "support/Cases.h"
 
-#include <gtest/gtest.h>
-
 namespace quillfern {
 namespace {
 

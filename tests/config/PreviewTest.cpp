@@ -3,11 +3,9 @@
 #include "config/Numbering.h"
 #include "platform/drawing/TextShaper.h"
 #include "stamps/StampBase.h"
-#include "support/Cases.h"
 #include "support/Paths.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -216,14 +214,12 @@ TEST_F(PreviewTest, WhatCannotBeShownGivesTheSamplePage)
     number.setIsLivePreview(true);
     const Preview::View view{{60, 85}, 1, -1};
     const FilePath a = asPath(u"/a"_s);
-    const std::vector<Preview::LivePage> none = {
-        {std::nullopt, 0, 1, {3}, 3},
-        {a, -1, 1, {3}, 3},
-        {a, 1, 1, {3}, 3},
-        {a, 0, 1, {}, 3},
-        {a, 0, 0, {3}, 3},
-        {asPath(u"/bad"_s), 0, 1, {3}, 3},
-    };
+    const std::vector<Preview::LivePage> none = {{std::nullopt, 0, 1, {3}, 3},
+                                                 {a, -1, 1, {3}, 3},
+                                                 {a, 1, 1, {3}, 3},
+                                                 {a, 0, 1, {}, 3},
+                                                 {a, 0, 0, {3}, 3},
+                                                 {asPath(u"/bad"_s), 0, 1, {3}, 3}};
     for (const Preview::LivePage& page : none) {
         spy->calls->clear();
         EXPECT_EQ(preview.previewLive(number.configuration(), page, view).size(), QSize(60, 85));
@@ -262,14 +258,7 @@ TEST_F(PreviewTest, TheSelectedStampStandsOut)
     EXPECT_TRUE(disabled->calls->empty());
 }
 
-TEST_F(PreviewTest, NothingIsDrawnWhileAJobRuns)
-{
-    state.isJobRunning = true;
-    EXPECT_FALSE(model.PropertyChanged(number.configuration(), state));
-    EXPECT_TRUE(spy->calls->empty());
-}
-
-TEST_F(PreviewTest, ViewsWithoutRoomGiveNoPicture)
+TEST_F(PreviewTest, ViewsWithoutRoomGiveNoPictureAndAJobAtWorkNoneAtAll)
 {
     for (const QSizeF& size : {QSizeF(0, 0), QSizeF(-5, 10), QSizeF(1e9, 1e9), QSizeF(10, 0.5)}) {
         state.size = size;
@@ -277,6 +266,9 @@ TEST_F(PreviewTest, ViewsWithoutRoomGiveNoPicture)
         ASSERT_TRUE(image);
         EXPECT_TRUE(image->isNull());
     }
+    state.isJobRunning = true;
+    EXPECT_FALSE(model.PropertyChanged(number.configuration(), state));
+    EXPECT_TRUE(spy->calls->empty());
 }
 
 TEST(PreviewRule, CountsPagesAsItWalksThem)

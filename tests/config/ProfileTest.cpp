@@ -8,7 +8,6 @@
 #include "support/Tools.h"
 
 #include <QRegularExpression>
-#include <gtest/gtest.h>
 #include <limits>
 
 namespace quillfern {

@@ -3,7 +3,6 @@
 #include "filelist/FileListSupport.h"
 #include "support/Fakes.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -2,7 +2,6 @@
 
 #include "filelist/FileListSupport.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <sys/stat.h>
 #include <utime.h>

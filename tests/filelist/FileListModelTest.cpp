@@ -2,7 +2,6 @@
 
 #include "filelist/FileListSupport.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <QMimeData>
 #include <memory>
@@ -114,20 +113,18 @@ TEST_F(Model, TakesDropsOfFilesFromElsewhere)
     FileListModel otherWindow(otherFiles, isProcessing_);
     const std::unique_ptr<QMimeData> others(otherWindow.mimeData({otherWindow.index(0, 1)}));
 
-    struct Case
-    {
-        const QMimeData& data;
-        bool accepted;
-        qsizetype urls;
-    };
-    for (const Case& c : {Case{mixed, true, 2}, Case{web, true, 0}, Case{text, false, 0},
-                          Case{*own, false, 0}, Case{*others, true, 1}}) {
+    const Rows<const QMimeData*, bool, qsizetype> cases = {{&mixed, true, 2},
+                                                           {&web, true, 0},
+                                                           {&text, false, 0},
+                                                           {own.get(), false, 0},
+                                                           {others.get(), true, 1}};
+    for (const auto& [data, accepted, urls] : cases) {
         dropped.clear();
-        EXPECT_EQ(model_.canDropMimeData(&c.data, Qt::CopyAction, -1, -1, {}), c.accepted);
+        EXPECT_EQ(model_.canDropMimeData(data, Qt::CopyAction, -1, -1, {}), accepted);
         // The drop is never reported as taken: the rows come later, and a source that moves files must not
         // delete them.
-        EXPECT_FALSE(model_.dropMimeData(&c.data, Qt::CopyAction, -1, -1, {}));
-        EXPECT_EQ(dropped.size(), c.urls);
+        EXPECT_FALSE(model_.dropMimeData(data, Qt::CopyAction, -1, -1, {}));
+        EXPECT_EQ(dropped.size(), urls);
     }
     isProcessing_ = true;
     dropped.clear();

@@ -4,9 +4,6 @@
 #include "platform/system/NativePath.h"
 #include "support/Tools.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace quillfern {
 
 inline FileItem itemAt(const QString& path)

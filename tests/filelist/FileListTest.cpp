@@ -1,7 +1,6 @@
 #include "filelist/FileListModel.h"
 #include "filelist/FileListSupport.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <QAbstractItemModelTester>
 #include <QImage>

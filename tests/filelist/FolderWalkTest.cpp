@@ -2,7 +2,6 @@
 
 #include "filelist/FileListSupport.h"
 #include "platform/store/AtomicFile.h"
-#include "support/Tools.h"
 
 #include <QDir>
 #include <filesystem>

@@ -1,13 +1,11 @@
 #include "filelist/PageCount.h"
 
 #include "platform/system/NativePath.h"
-#include "support/Paths.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
 #include <QFile>
 #include <QImage>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 namespace quillfern {

@@ -2,7 +2,6 @@
 
 #include "filelist/AllowedFileTypes.h"
 #include "filelist/FileListSupport.h"
-#include "support/Tools.h"
 
 #include <QDir>
 

@@ -4,7 +4,6 @@
 
 #include <QRegularExpression>
 #include <QSet>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {

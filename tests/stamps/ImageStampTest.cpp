@@ -6,7 +6,6 @@
 #include "support/Tools.h"
 
 #include <QPainter>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {

@@ -2,8 +2,6 @@
 
 #include "support/Cases.h"
 
-#include <gtest/gtest.h>
-
 namespace quillfern {
 namespace {
 

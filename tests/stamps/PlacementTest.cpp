@@ -4,7 +4,6 @@
 #include "support/Cases.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -26,7 +25,7 @@ TEST(Placement, PutsCornerZero)
         {"bottom right", text, 0, page, MarginAnchor::BottomRight, {500, 780}},
         {"the margin is taken out of the far edge", text, 0, inset, MarginAnchor::TopRight, {440, 0}},
         {"and of the lower one", text, 0, inset, MarginAnchor::BottomRight, {440, 700}},
-        {"a stamp narrower than the near margin, too",
+        {"narrower than the near margin, too",
          {10, 8},
          0,
          {100, 36, 440, 720},
@@ -35,12 +34,7 @@ TEST(Placement, PutsCornerZero)
         {"middles are relative to the area", text, 0, inset, MarginAnchor::MiddleMiddle, {220, 350}},
         {"no anchor ends up at the top left", text, 0, page, MarginAnchor::None, {0, 0}},
         {"an unknown anchor counts as none", text, 0, page, MarginAnchor{12}, {0, 0}},
-        {"fractions of a point are not taken out",
-         {100, 20},
-         0,
-         {0.75, 0, 600, 800},
-         MarginAnchor::TopRight,
-         {500.75, 0}},
+        {"fractions of a point stay", text, 0, {0.75, 0, 600, 800}, MarginAnchor::TopRight, {500.75, 0}},
         {"an empty area gives the origin", text, 45, {0, 0, 0, 0}, MarginAnchor::BottomRight, {0, 0}},
     };
     for (const auto& [what, size, angle, area, anchor, expected] : cases) {

@@ -7,7 +7,6 @@
 #include "support/Records.h"
 
 #include <QPainter>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {

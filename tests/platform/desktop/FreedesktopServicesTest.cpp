@@ -9,7 +9,6 @@
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QThread>
-#include <gtest/gtest.h>
 
 namespace quillfern::desktop {
 namespace {

@@ -8,7 +8,6 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QThread>
-#include <gtest/gtest.h>
 
 namespace quillfern::desktop {
 namespace {

@@ -7,7 +7,6 @@
 #include <QPainter>
 #include <QTextLayout>
 #include <QTextOption>
-#include <gtest/gtest.h>
 #include <vector>
 
 namespace quillfern::drawing {

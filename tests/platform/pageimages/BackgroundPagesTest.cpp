@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QSemaphore>
-#include <gtest/gtest.h>
 
 namespace quillfern::pageimages {
 namespace {

@@ -11,7 +11,6 @@
 #include <QFileInfo>
 #include <cmath>
 #include <cstdio>
-#include <gtest/gtest.h>
 #include <utime.h>
 
 namespace quillfern::pageimages {

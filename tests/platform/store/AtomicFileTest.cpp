@@ -7,7 +7,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 namespace quillfern::store {

@@ -1,9 +1,7 @@
 #include "platform/store/PropertyLists.h"
-#include "support/Paths.h"
 #include "support/Tools.h"
 
 #include <QtEndian>
-#include <gmock/gmock.h>
 
 namespace quillfern::store {
 namespace {

@@ -8,7 +8,6 @@
 #include <array>
 #include <cerrno>
 #include <grp.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>

@@ -11,7 +11,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QThread>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>

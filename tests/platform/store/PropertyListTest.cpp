@@ -1,11 +1,9 @@
 #include "platform/store/PropertyLists.h"
-#include "support/Paths.h"
 #include "support/Tools.h"
 
 #include <QStringEncoder>
 #include <clocale>
 #include <cmath>
-#include <gmock/gmock.h>
 #include <limits>
 #include <random>
 

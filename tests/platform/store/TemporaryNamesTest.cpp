@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -6,7 +6,6 @@
 #include "platform/system/NativePath.h"
 #include "support/Tools.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 namespace quillfern {
