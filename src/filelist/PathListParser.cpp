@@ -11,19 +11,15 @@ namespace quillfern {
 
 namespace {
 
-constexpr qint64 largestList = 256 << 20; // room for more than two million paths of a hundred bytes
-
-QString readList(const FilePath& path)
+QByteArray readList(const FilePath& path)
 {
     const auto file = readRegularFile(path);
-    if (file->size() > largestList)
+    if (file->size() > PathListParser::largestList)
         throw Failure(QStringLiteral("%1 is too large for a list of paths").arg(path.readable()));
-    QByteArray bytes = file->read(largestList);
+    QByteArray bytes = file->read(PathListParser::largestList);
     if (file->error() != QFileDevice::NoError)
         throw Failure(QStringLiteral("%1 cannot be read: %2").arg(path.readable(), file->errorString()));
-    if (bytes.startsWith("\xEF\xBB\xBF"))
-        bytes.remove(0, 3); // the byte order mark does not belong to the text
-    return pathText(bytes);
+    return bytes;
 }
 
 } // namespace
@@ -34,12 +30,20 @@ void PathListParser::parseText(const std::optional<QString>& text)
     guarded("Error in (parseText:) : %@", [&] { takeLines(text.value_or(QString())); });
 }
 
+void PathListParser::parseBytes(QByteArray bytes)
+{
+    if (bytes.startsWith("\xEF\xBB\xBF"))
+        bytes.remove(0, 3); // the byte order mark does not belong to the text
+    parseText(pathText(bytes));
+}
+
 bool PathListParser::parseFile(const FilePath& path)
 {
-    std::optional<QString> text;
-    guarded("Error in (parseFile:) : %@", [&] { text = readList(path); });
-    parseText(text);
-    return text.has_value();
+    clear();
+    return guarded("Error in (parseFile:) : %@", false, [&] {
+        parseBytes(readList(path));
+        return true;
+    });
 }
 
 void PathListParser::clear()

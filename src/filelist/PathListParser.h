@@ -2,6 +2,7 @@
 
 #include "platform/system/FilePath.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
 #include <optional>
@@ -19,11 +20,17 @@ class PathListParser
     /// Replaces files() by those of the text. Lines end at line feeds only, and nothing is trimmed. A
     /// relative path is resolved against the current folder. The files need not exist.
     void parseText(const std::optional<QString>& text);
-    /// parseText() for the text of a file, in UTF-8. Bytes of a line that are not UTF-8 are kept as part of
-    /// the path. A file that cannot be read, or is too large to be a list of paths, is reported in the system
-    /// log and leaves files() empty. Returns whether the file was read.
+    /// parseText() for the bytes of a text in UTF-8. Bytes of a line that are not UTF-8 are kept as part of
+    /// the path.
+    void parseBytes(QByteArray bytes);
+    /// parseBytes() for a file. A file that cannot be read, or is too large to be a list of paths, is
+    /// reported in the system log and leaves files() empty. Returns whether the file was read.
     bool parseFile(const FilePath& path);
     void clear();
+
+    /// No list of paths is longer; in bytes. There is room for more than two million paths of a hundred
+    /// bytes.
+    static constexpr qint64 largestList = 256 << 20;
 
     /// The paths found, in order, without duplicates.
     [[nodiscard]] const QList<FilePath>& files() const { return files_; }

@@ -4,6 +4,7 @@
 #include "filelist/PathListParser.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/NativePath.h"
+#include "platform/system/Terminal.h"
 #include "runner/Worker.h"
 
 namespace quillfern {
@@ -18,28 +19,45 @@ void addTo(std::vector<Arguments>& requests, const FilePath& path, bool isFolder
     requests.back().urls.append(path);
 }
 
-QList<FilePath> filesOfList(const QString& list, QStringList& remarks)
+void readList(PathListParser& parser, const QString& list, const std::function<bool()>& goOn)
+{
+    if (list != standardInput) {
+        if (!parser.parseFile(FilePath::fromText(list)))
+            throw WrongUse(QStringLiteral("the list \"%1\" cannot be read").arg(readableName(list)));
+        return;
+    }
+    try {
+        parser.parseBytes(readStandardInput(PathListParser::largestList, goOn));
+    } catch (const Failure& failure) {
+        throw WrongUse(failure.reasons());
+    }
+}
+
+QList<FilePath> filesOfList(const QString& list, const std::function<bool()>& goOn,
+                            std::vector<Remark>& remarks)
 {
     PathListParser parser(allowedFileTypes().join(u','));
-    if (!parser.parseFile(FilePath::fromText(list)))
-        throw WrongUse(QStringLiteral("the list \"%1\" cannot be read").arg(readableName(list)));
+    readList(parser, list, goOn);
+    const QString name =
+        list == standardInput ? QStringLiteral("standard input") : u'"' + readableName(list) + u'"';
     const QString left =
         parser.carriageReturns() == 0
             ? QString()
             : QStringLiteral(
                   "%1 line(s) end with a carriage return, as in texts from Windows, and are left out")
                   .arg(parser.carriageReturns());
-    if (parser.files().isEmpty())
-        throw WrongUse(QStringLiteral("the list \"%1\" names no PDF, TIFF, BMP, JPEG, PNG or GIF file%2")
-                           .arg(readableName(list), left.isEmpty() ? left : QStringLiteral("; ") + left));
+    if (parser.files().isEmpty() && goOn())
+        throw WrongUse(QStringLiteral("the list %1 names no PDF, TIFF, BMP, JPEG, PNG or GIF file%2")
+                           .arg(name, left.isEmpty() ? left : QStringLiteral("; ") + left));
     if (!left.isEmpty())
-        remarks.append(QStringLiteral("In the list \"%1\" %2.").arg(readableName(list), left));
+        remarks.push_back({"lines-left-out", QStringLiteral("In the list %1 %2.").arg(name, left)});
     return parser.files();
 }
 
 } // namespace
 
-std::vector<Arguments> requestsFor(const RunnerOptions& options, QStringList& remarks)
+std::vector<Arguments> requestsFor(const RunnerOptions& options, const std::function<bool()>& goOn,
+                                   std::vector<Remark>& remarks)
 {
     std::vector<Arguments> requests;
     for (const QString& input : options.inputs) {
@@ -53,7 +71,7 @@ std::vector<Arguments> requestsFor(const RunnerOptions& options, QStringList& re
         addTo(requests, path, kind == FileKind::Folder, options.subfolders);
     }
     for (const QString& list : options.lists)
-        for (const FilePath& path : filesOfList(list, remarks))
+        for (const FilePath& path : filesOfList(list, goOn, remarks))
             addTo(requests, path, false, false);
     return requests;
 }

@@ -16,10 +16,12 @@
 namespace quillfern {
 
 /// The requests for the inputs of a command line, in their order (files are taken as they are, folders are
-/// walked), and then for the files of the lists. Throws WrongUse for an input that does not exist or cannot
-/// be stamped, and for a list that cannot be read or names no file that can be stamped. Sentences about lines
-/// that were left out of a list are appended to `remarks`.
-[[nodiscard]] std::vector<Arguments> requestsFor(const RunnerOptions& options, QStringList& remarks);
+/// walked), and then for the files of the lists. While the standard input is read, `goOn` is called now and
+/// then; when it returns false, the lines that have come by then are the list. Throws WrongUse for an input
+/// that does not exist or cannot be stamped, and for a list that cannot be read or names no file that can be
+/// stamped. What is to be said about lines that were left out of a list is appended to `remarks`.
+[[nodiscard]] std::vector<Arguments>
+requestsFor(const RunnerOptions& options, const std::function<bool()>& goOn, std::vector<Remark>& remarks);
 
 /// Gathers files for a program without a window. Main thread.
 class InputGathering final : private GatherObserver

@@ -12,14 +12,6 @@
 
 namespace quillfern {
 
-/// How an option is declared and described.
-struct Option
-{
-    const char* name;
-    const char* value; ///< what the value is called in the help; null for a switch
-    const char* help;
-};
-
 /// Throws WrongUse with the text "--option takes <expected>, not <value>".
 [[noreturn]] void wrong(const QString& option, const QString& value, const QString& expected);
 

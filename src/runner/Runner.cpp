@@ -7,19 +7,23 @@
 #include "filelist/FileListExport.h"
 #include "platform/drawing/FontCatalog.h"
 #include "platform/system/Failure.h"
+#include "platform/system/FileAccess.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/FileIdentity.h"
 #include "platform/system/NativePath.h"
 #include "platform/system/TimeTaken.h"
 #include "runner/InputGathering.h"
+#include "runner/JsonReport.h"
 #include "runner/SideOutputs.h"
+#include "runner/TextReport.h"
 #include "runner/Worker.h"
 #include "stamps/TextStamp.h"
 
 namespace quillfern {
 
 Runner::Runner(ProcessServices services, QTextStream& out, QTextStream& err, bool showProgress)
-    : services_(std::move(services)), out_(out), err_(err), showProgress_(showProgress)
+    : services_(std::move(services)), out_(out), err_(err), progress_(err, showProgress),
+      report_(std::make_unique<TextReport>(out, err, false))
 {
 }
 
@@ -28,21 +32,17 @@ Runner::~Runner() = default;
 void Runner::gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests)
 {
     InputGathering gathering(files, services_.mainThread, services_.clock);
-    QStringList remarks;
-    const std::vector<Arguments> requests = requestsFor(options, remarks);
-    for (const QString& remark : remarks)
-        err_ << printable(remark) << '\n';
-    err_.flush();
+    const auto goOn = [&] { return stopRequests() == 0; };
+    std::vector<Remark> remarks;
+    const std::vector<Arguments> requests = requestsFor(options, goOn, remarks);
+    for (const Remark& remark : remarks)
+        report_->remark(remark);
     gathering.gather(requests, [&] {
-        if (showProgress_ && !quiet_) {
-            err_ << "\r\x1b[K" << QStringLiteral("%1 files found").arg(files.count());
-            err_.flush();
-            progressShown_ = true;
-        }
-        return stopRequests() == 0;
+        progress_.show(QStringLiteral("%1 files found").arg(files.count()));
+        return goOn();
     });
-    clearProgressLine();
-    if (stopRequests() > 0 && (files.empty() || options.onlyExport))
+    progress_.clear();
+    if (!goOn() && (files.empty() || options.onlyExport))
         throw Failure(QStringLiteral("The search for files was stopped. Nothing was written."));
     if (files.empty()) throw WrongUse(QStringLiteral("the folders named hold no files to stamp"));
 }
@@ -52,9 +52,7 @@ void Runner::writeExport(const FilePath& path, const FileList& files)
     if (!exportList(files, path))
         throw WrongUse(
             QStringLiteral("the list cannot be written to \"%1\" (--export)").arg(path.readable()));
-    if (quiet_) return;
-    out_ << totalLabelText(files.totals()) << "\nList: " << path.readable() << '\n';
-    out_.flush();
+    report_->listWritten(path, files.totals());
 }
 
 void Runner::nameSubstitutes(const Numbering& number)
@@ -67,10 +65,10 @@ void Runner::nameSubstitutes(const Numbering& number)
         const QString wanted = text->font.fontName.value_or(QString());
         const QString used = catalog.resolveFamily(wanted);
         if (used.compare(wanted, Qt::CaseInsensitive) != 0)
-            err_ << "The font \"" << printable(wanted) << "\" is not installed; \"" << printable(used)
-                 << "\" is used instead.\n";
+            report_->remark({"font-not-installed",
+                             QStringLiteral("The font \"%1\" is not installed; \"%2\" is used instead.")
+                                 .arg(wanted, used)});
     }
-    err_.flush();
 }
 
 namespace {
@@ -94,78 +92,93 @@ void requireSpared(const RunnerOptions& options)
                                .arg(options.preview.readable()));
 }
 
+/// Makes sure that the copies can be written into the folder, as far as that is seen before; returns whether
+/// the folder has yet to be made. Throws WrongUse.
+bool requireOutput(const FilePath& folder)
+{
+    const FilePath parent = folder.parent();
+    if (!isNameTaken(folder) && fileKind(parent) == FileKind::Folder && mayWriteInto(parent)) return true;
+    try {
+        requireOutputFolder(folder.text());
+    } catch (const Failure& failure) {
+        QString text = failure.reason();
+        throw WrongUse(text.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) +
+                       QStringLiteral(" (--output)"));
+    }
+    return false;
+}
+
 } // namespace
 
 int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
 {
+    int status = SomeNotCreated;
+    std::optional<QString> problem;
+    // A program that reads the report also reads what is wrong with the rest of the command line.
+    if (arguments.contains(QStringLiteral("--json"))) report_ = std::make_unique<JsonReport>(out_, false);
     try {
         Settings settings;
         settings.isOpenFolderAfterConversion = false;
         const RunnerOptions options = parseRunnerOptions(arguments, settings);
-        quiet_ = options.quiet;
-        if (options.showHelp || options.showVersion) {
-            out_ << (options.showHelp ? runnerHelp()
-                                      : QStringLiteral("quillfern-run " QUILLFERN_VERSION "\n"));
-            out_.flush();
-            return AllCreated;
-        }
+        if (options.json)
+            report_ = std::make_unique<JsonReport>(out_, options.quiet);
+        else
+            report_ = std::make_unique<TextReport>(out_, err_, options.quiet);
+        if (options.quiet) progress_.hide();
         requireSpared(options);
         requireResources();
-        FileList files;
-        if (options.onlyExport) {
-            gather(options, files, stopRequests);
-            writeExport(options.exportFile, files);
-            return AllCreated;
-        }
-        if (!options.saveProfile.isEmpty()) saveProfile(*settings.number, options.saveProfile);
-        if (!options.preview.isEmpty()) {
-            if (options.namesFiles()) gather(options, files, stopRequests);
-            if (!preview(settings, options, files)) ++outputsMissing_;
-        }
-        if (!options.asksForJob()) return outputsMissing_ == 0 ? AllCreated : SomeNotCreated;
-        settings.outputFolderPath = FilePath::fromText(*settings.outputFolderPath).text();
-        try {
-            requireOutputFolder(settings.outputFolderPath);
-        } catch (const Failure& failure) {
-            QString text = failure.reason();
-            throw WrongUse(text.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) +
-                           QStringLiteral(" (--output)"));
-        }
-        nameSubstitutes(*settings.number);
-        for (const QString& remark : options.remarks)
-            err_ << printable(remark) << '\n';
-        err_.flush();
-        gather(options, files, stopRequests);
-        if (!options.exportFile.isEmpty() && stopRequests() == 0) writeExport(options.exportFile, files);
-
-        services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
-        Job job = planJob(files.copies(), settings);
-        job.configuration.isWrittenAnew = options.rewrite;
-        job.configuration.refusesSigned = options.refuseSigned;
-        Process process(services_, std::move(job), *this);
-        runJob(process, stopRequests);
-        return report(process);
+        status = follow(options, settings, stopRequests);
     } catch (const WrongUse& wrongUse) {
-        err_ << "quillfern-run: " << printable(wrongUse.reason()) << "\nTry quillfern-run --help.\n";
-        err_.flush();
-        return CommandNotFollowed;
-    } catch (const Failure& failure) {
-        err_ << "quillfern-run: " << printable(failure.reason()) << '\n';
-        err_.flush();
-        return SomeNotCreated;
+        problem = wrongUse.reason();
+        status = CommandNotFollowed;
     } catch (const std::exception&) {
-        err_ << "quillfern-run: " << printable(reasonOfCurrentException()) << '\n';
-        err_.flush();
-        return SomeNotCreated;
+        problem = reasonOfCurrentException();
     }
+    progress_.clear();
+    report_->ended(status, problem);
+    return status;
+}
+
+int Runner::follow(const RunnerOptions& options, Settings& settings, const StopRequests& stopRequests)
+{
+    FileList files;
+    if (options.onlyExport) {
+        gather(options, files, stopRequests);
+        writeExport(options.exportFile, files);
+        return AllCreated;
+    }
+    if (!options.saveProfile.isEmpty()) saveProfile(*settings.number, options.saveProfile);
+    if (!options.preview.isEmpty()) {
+        if (options.namesFiles()) gather(options, files, stopRequests);
+        if (!preview(settings, options, files)) ++outputsMissing_;
+    }
+    if (!options.asksForJob()) return outputsMissing_ == 0 ? AllCreated : SomeNotCreated;
+    const FilePath output = FilePath::fromText(*settings.outputFolderPath);
+    settings.outputFolderPath = output.text();
+    const bool isOutputMissing = requireOutput(output);
+    nameSubstitutes(*settings.number);
+    for (const Remark& remark : options.remarks)
+        report_->remark(remark);
+    gather(options, files, stopRequests);
+    if (!options.exportFile.isEmpty() && stopRequests() == 0) writeExport(options.exportFile, files);
+
+    if (isOutputMissing && !makeFolders(output))
+        throw WrongUse(QStringLiteral("the folder \"%1\" cannot be made (--output)").arg(output.readable()));
+    services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
+    Job job = planJob(files.copies(), settings);
+    job.configuration.isWrittenAnew = options.rewrite;
+    job.configuration.refusesSigned = options.refuseSigned;
+    Process process(services_, std::move(job), *this);
+    runJob(process, stopRequests);
+    return report(process);
 }
 
 bool Runner::preview(Settings& settings, const RunnerOptions& options, const FileList& files)
 {
     if (drawPreview(settings.number->configuration(), files, options.previewSize, options.preview))
         return true;
-    err_ << files.at(0).filePath().readable() << " cannot be shown; the preview is of a blank page\n";
-    err_.flush();
+    report_->remark({"not-previewed", QStringLiteral("%1 cannot be shown; the preview is of a blank page")
+                                          .arg(files.at(0).filePath().readable())});
     return false;
 }
 
@@ -177,47 +190,42 @@ void Runner::runJob(Process& process, const StopRequests& stopRequests)
         const int requests = stopRequests();
         if (requests > 0 && seen == 0) {
             process.stop();
-            say("Stopping after the current file ...");
+            say(QStringLiteral("Stopping after the current file ..."));
         }
         if (requests > 1 && seen < 2) {
             process.abandon();
-            say("Giving up the current file ...");
+            say(QStringLiteral("Giving up the current file ..."));
         }
         seen = requests;
-        if (showProgress_ && !quiet_) showProgressLine(process);
+        showProgress(process);
     };
     watch(); // the user may have stopped the gathering already
     runOnWorker([&] { process.start(); }, watch);
-    clearProgressLine();
+    progress_.clear();
 }
 
-void Runner::say(const char* line)
+void Runner::say(const QString& line)
 {
-    clearProgressLine();
+    progress_.clear();
     err_ << line << '\n';
     err_.flush();
 }
 
-void Runner::showProgressLine(const Process& process)
+void Runner::showProgress(const Process& process)
 {
-    const QString file = printable(readableName(process.fileInProcess()));
-    err_ << "\r\x1b[K"
-         << QStringLiteral("%1 of %2 files, %3 of %4 pages, %5%6")
-                .arg(process.totalFileProcessed())
-                .arg(process.totalFileSelected())
-                .arg(process.totalPagesProcessed())
-                .arg(process.job().totalPages)
-                .arg(timeTakenString(started_, services_.clock.now()), file);
-    err_.flush();
-    progressShown_ = true;
-}
-
-void Runner::clearProgressLine()
-{
-    if (!progressShown_) return;
-    err_ << "\r\x1b[K";
-    err_.flush();
-    progressShown_ = false;
+    const QDateTime now = services_.clock.now();
+    const std::int64_t done = process.totalPagesProcessed();
+    const std::int64_t total = process.job().totalPages;
+    QString text = QStringLiteral("%1 of %2 files, %3 of %4 pages")
+                       .arg(process.totalFileProcessed())
+                       .arg(process.totalFileSelected())
+                       .arg(done)
+                       .arg(total);
+    for (const QString& part :
+         {timeTakenString(started_, now).trimmed(), remainingTime(started_.msecsTo(now), done, total),
+          printable(readableName(process.fileInProcess()))})
+        if (!part.isEmpty()) text += QStringLiteral(", ") + part;
+    progress_.show(text);
 }
 
 void Runner::updateTimeTakenLabel(const QString&)
@@ -226,45 +234,28 @@ void Runner::updateTimeTakenLabel(const QString&)
 
 void Runner::outputFinished(const LogFiles& output)
 {
-    const FilePath path = FilePath::fromText(output.targetPath).child(output.filename);
     const FileOutcome& outcome = output.outcome;
-    const bool isSound = outcome.status == FileStatus::Created && !outcome.isWarning();
     if (outcome.status != FileStatus::Created || outcome.isFault()) ++outputsMissing_;
-    if (quiet_ && isSound) return;
-    clearProgressLine();
-    QTextStream& stream = quiet_ ? err_ : out_;
-    const QString word = outcome.status == FileStatus::CreatedNothing ? QStringLiteral("No Output")
-                         : outcome.status == FileStatus::Cancelled    ? QStringLiteral("Cancelled")
-                                                                      : statusWord(outcome);
-    stream << printable(word).leftJustified(10) << ' ' << QString::number(output.pages).rightJustified(6)
-           << (output.pages == 1 ? " page   " : " pages  ") << path.readable();
-    if (outcome.remark && outcome.status != FileStatus::Refused) {
-        stream << "  (";
-        if (outcome.status != FileStatus::Created) stream << output.source.readable() << ": ";
-        stream << printable(outcome.remark->shown) << ')';
-    }
-    stream << '\n';
-    stream.flush();
+    progress_.clear();
+    report_->fileDone(++outputsFinished_, output);
 }
 
 int Runner::report(const Process& process)
 {
-    const FilePath log = process.log().logFilePath().value_or(FilePath());
-    const bool isLogged = process.log().isWritten();
-    if (!quiet_) {
-        QString message = process.message();
-        out_ << message.replace(QStringLiteral("\r\n"), QStringLiteral(" ")) << '\n';
-        const QString time = process.timeTaken().trimmed();
-        if (!time.isEmpty()) out_ << "Time: " << time << '\n';
-        if (isLogged) out_ << "Log: " << log.readable() << '\n';
-        out_.flush();
-    }
-    if (!isLogged) err_ << "The log could not be written: " << log.readable() << '\n';
-    for (const Reason& warning : jobWarnings(process.log().files))
-        err_ << "Warning: " << warning.shown << '\n';
-    err_.flush();
-    const bool all =
-        isLogged && outputsMissing_ == 0 && process.log().files.size() == process.outputFiles().size();
+    const Log& log = process.log();
+    JobSummary job;
+    job.message = process.message();
+    job.timeTaken = process.timeTaken().trimmed();
+    job.seconds = static_cast<double>(log.startTime.msecsTo(log.endTime)) / 1000;
+    job.log = log.logFilePath().value_or(FilePath());
+    job.isLogged = log.isWritten();
+    job.files = process.totalFileSelected();
+    job.filesProcessed = process.totalFileProcessed();
+    job.filesCreated = process.totalFileCreated();
+    job.pages = process.totalPagesProcessed();
+    job.warnings = jobWarnings(log.files);
+    report_->jobDone(job);
+    const bool all = job.isLogged && outputsMissing_ == 0 && log.files.size() == process.outputFiles().size();
     return all ? AllCreated : SomeNotCreated;
 }
 

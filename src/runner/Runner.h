@@ -6,13 +6,17 @@
 #include "config/Settings.h"
 #include "filelist/FileList.h"
 #include "platform/system/FilePath.h"
+#include "runner/ProgressLine.h"
+#include "runner/Report.h"
 #include "runner/RunnerOptions.h"
 
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
 #include <QTextStream>
+#include <cstdint>
 #include <functional>
+#include <memory>
 
 namespace quillfern {
 
@@ -23,8 +27,8 @@ class Runner final : public ProcessObserver
   public:
     enum ExitStatus { AllCreated = 0, SomeNotCreated = 1, CommandNotFollowed = 2 };
 
-    /// Results go to `out`, problems and progress to `err`; progress only when `showProgress`. All outlive
-    /// the runner.
+    /// Results go to `out`, problems and progress to `err`; progress only when `showProgress`, for which
+    /// `err` has to be a terminal. All outlive the runner.
     Runner(ProcessServices services, QTextStream& out, QTextStream& err, bool showProgress);
     ~Runner() override;
 
@@ -39,24 +43,24 @@ class Runner final : public ProcessObserver
     void outputFinished(const LogFiles& output) override;
 
   private:
-    /// Prints which fonts named on the command line are not installed, and what is used instead.
+    int follow(const RunnerOptions& options, Settings& settings, const StopRequests& stopRequests);
+    /// Tells which fonts named on the command line are not installed, and what is used instead.
     void nameSubstitutes(const Numbering& number);
     void gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests);
     void writeExport(const FilePath& path, const FileList& files);
     /// False when a blank page is shown instead of the file.
     bool preview(Settings& settings, const RunnerOptions& options, const FileList& files);
     void runJob(Process& process, const StopRequests& stopRequests);
-    void say(const char* line);
-    void showProgressLine(const Process& process);
-    void clearProgressLine();
+    void say(const QString& line);
+    void showProgress(const Process& process);
     int report(const Process& process);
 
     ProcessServices services_;
     QTextStream& out_;
     QTextStream& err_;
-    bool showProgress_;
-    bool quiet_ = false;
-    bool progressShown_ = false;
+    ProgressLine progress_;
+    std::unique_ptr<Report> report_;
+    std::int64_t outputsFinished_ = 0;
     int outputsMissing_ = 0;
     QDateTime started_;
 };

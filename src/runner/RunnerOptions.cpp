@@ -2,16 +2,23 @@
 
 #include "config/PageArea.h"
 #include "config/Profile.h"
+#include "platform/drawing/LibraryVersions.h"
+#include "platform/pdf/LibraryVersions.h"
+#include "platform/raster/LibraryVersions.h"
 #include "platform/system/Failure.h"
 #include "platform/system/NativePath.h"
+#include "runner/OptionTable.h"
 #include "runner/OptionValues.h"
 #include "runner/StampOptions.h"
+#include "stamps/TextStamp.h"
 
 #include <QCommandLineParser>
 #include <QHash>
 #include <QRegularExpression>
+#include <QSet>
 #include <array>
 #include <limits>
+#include <memory>
 
 namespace quillfern {
 
@@ -29,10 +36,12 @@ void readMargins(Numbering& number, const QString& text)
 {
     static const QRegularExpression length(
         QStringLiteral("^\\s*([0-9]+(?:\\.[0-9]*)?|\\.[0-9]+)\\s*(pt|mm|in)?\\s*$"));
-    const QStringList parts = text.split(u',');
+    QStringList parts = text.split(u',');
+    if (parts.size() == 1) parts = {text, text, text, text};
     std::array<double, 4> values = {};
     std::array<QString, 4> unitNames;
-    if (parts.size() != 4) wrong(QStringLiteral("margins"), text, QStringLiteral("four lengths L,T,R,B"));
+    if (parts.size() != 4)
+        wrong(QStringLiteral("margins"), text, QStringLiteral("four lengths L,T,R,B, or one for all"));
     for (int i = 0; i < 4; ++i) {
         const auto match = length.match(parts[i]);
         if (!match.hasMatch())
@@ -61,46 +70,19 @@ void readMargins(Numbering& number, const QString& text)
     number.setMarginBottom(values[3]);
 }
 
-constexpr std::array jobOptions = {
-    Option{"output", "DIR", "Folder for the stamped copies. Required for a job."},
-    Option{"profile", "FILE",
-           "Begin with the stamps, pages, numbers and margins of a saved profile. Options after "
-           "--profile override the profile; stamps after it are added to the profile's stamps."},
-    Option{"save-profile", "FILE",
-           "Save the stamps, pages, numbers and margins as a profile. Without files no job is started."},
-    Option{"preview", "PAGE.png",
-           "Draw the first page of the first file with its stamps, or a blank page when no "
-           "file is named, and stamp nothing."},
-    Option{"preview-size", "WxH", "Largest size of the preview in pixels (600x850)."},
-    Option{"start-page", "N", "First page to stamp (1)."},
-    Option{"end-page", "N", "Last page to stamp; 0 is the last page of each file (0)."},
-    Option{"start-number", "N", "Number of the first stamped page (1)."},
-    Option{"step", "N", "Difference between the numbers of successive stamped pages (1)."},
-    Option{"pages", "WHICH",
-           "Pages to stamp: all (the default), odd or even. The other pages of a PDF become blank."},
-    Option{"continuous", nullptr,
-           "Continue the numbers from file to file instead of restarting in each file."},
-    Option{"no-continuous", nullptr, "Restart the numbers in each file; overrides the profile."},
-    Option{"margins", "L,T,R,B", "Margins with the unit pt, mm or in: 36,36,36,36 or 10,10,10,15mm."},
-    Option{"backup", nullptr, "Keep a copy NAME.bak of a file that is processed in place."},
-    Option{"no-backup", nullptr, "Keep no such copy; overrides the profile."},
-    Option{
-        "rewrite", nullptr,
-        "Write every object of a PDF anew, so that the copy holds no earlier revision of it. Otherwise the "
-        "stamps are appended to a copy of the file, which is faster and keeps a signed revision."},
-    Option{"refuse-signed", nullptr,
-           "Make no copy of a PDF that is digitally signed; the file counts as failed."},
-    Option{"subfolders", nullptr, "Also take files from the subfolders of the folders named."},
-    Option{"list", "FILE",
-           "Also take the files named in a text file, one path a line. They come after those named on the "
-           "command line."},
-    Option{"export", "FILE",
-           "Write the list of files, with their pages, as tab-delimited text. Without --output and stamps "
-           "nothing else is done."},
-    Option{"quiet", nullptr, "Print only what went wrong."},
-    Option{"help", nullptr, "Show this text."},
-    Option{"version", nullptr, "Show the version."},
-};
+/// What looks like a slot of a template and is none, in order and once each.
+QStringList unknownWords(const NumberFormat& format)
+{
+    static const QRegularExpression word(QStringLiteral("\\{[^{}\\s]*\\}"));
+    const bool fillsSlots = format.numberType != NumberType::PlainText;
+    QStringList unknown;
+    for (const auto& match : word.globalMatch(format.numberFormat.value_or(QString()))) {
+        const QString found = match.captured();
+        const bool isSlot = found == QLatin1String("{0}") || found == QLatin1String("{1}");
+        if (!(isSlot && fillsSlots) && !unknown.contains(found)) unknown.append(found);
+    }
+    return unknown;
+}
 
 class Reader
 {
@@ -121,9 +103,19 @@ class Reader
     void addRemarks(RunnerOptions& options) const
     {
         if (!backupProfile_.isEmpty())
-            options.remarks.append(QStringLiteral("The profile \"%1\" turns the backup of files that are "
-                                                  "processed in place on (--no-backup turns it off).")
-                                       .arg(readableName(backupProfile_)));
+            options.remarks.push_back(
+                {"backup-by-profile", QStringLiteral("The profile \"%1\" turns the backup of files that are "
+                                                     "processed in place on (--no-backup turns it off).")
+                                          .arg(readableName(backupProfile_))});
+        for (const auto& stamp : number_.stamps) {
+            const auto* text = dynamic_cast<const TextStamp*>(stamp.get());
+            if (!text) continue;
+            const QString pattern = text->number.numberFormat.value_or(QString());
+            for (const QString& word : unknownWords(text->number))
+                options.remarks.push_back({"unknown-word", QStringLiteral("\"%1\" in the template \"%2\" is "
+                                                                          "printed as it stands.")
+                                                               .arg(word, pattern)});
+        }
     }
 
   private:
@@ -145,18 +137,23 @@ class Reader
         else if (name == QLatin1String("refuse-signed"))
             options.refuseSigned = true;
         else if (name == QLatin1String("list"))
-            options.lists.append(value);
+            addList(value, options);
         else if (name == QLatin1String("export"))
             options.exportFile = FilePath::fromText(value);
         else if (name == QLatin1String("quiet"))
             options.quiet = true;
-        else if (name == QLatin1String("help"))
-            options.showHelp = true;
-        else if (name == QLatin1String("version"))
-            options.showVersion = true;
+        else if (name == QLatin1String("json"))
+            options.json = true;
         else
             return false;
         return true;
+    }
+
+    static void addList(const QString& value, RunnerOptions& options)
+    {
+        if (value == standardInput && options.lists.contains(value))
+            throw WrongUse(QStringLiteral("--list - is given twice; the standard input can be read once"));
+        options.lists.append(value);
     }
 
     static FilePath fileName(const QString& option, const QString& value)
@@ -227,79 +224,92 @@ class Reader
     QString backupProfile_;  ///< the profile that has turned the backup on; empty when an option decides
 };
 
-template <class Options>
-void declare(QCommandLineParser& parser, const Options& options)
+/// A parser that has read the command line; throws WrongUse for what it cannot read, the beginning of an
+/// option's name among it.
+std::unique_ptr<QCommandLineParser> read(const QStringList& arguments)
 {
-    for (const Option& option : options) {
-        QCommandLineOption declared(QString::fromLatin1(option.name));
-        if (option.value) declared.setValueName(QString::fromLatin1(option.value));
-        parser.addOption(declared);
-    }
+    auto parser = std::make_unique<QCommandLineParser>();
+    parser->setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    for (const OptionGroup& group : optionGroups())
+        for (const Option& option : group.options) {
+            QStringList names = {QString::fromLatin1(option.name)};
+            if (option.letter) names.append(QString(QLatin1Char(option.letter)));
+            QCommandLineOption declared(names);
+            if (option.value) declared.setValueName(QString::fromLatin1(option.value));
+            parser->addOption(declared);
+        }
+    if (!parser->parse(arguments)) throw WrongUse(parser->errorText());
+    return parser;
 }
 
-template <class Options>
-QString describe(const Options& options)
+/// Notices an option that would silently undo an earlier one.
+class GivenOnce
 {
-    constexpr qsizetype column = 24;
-    constexpr qsizetype width = 78;
-    QString text;
-    for (const Option& option : options) {
-        QString line = QStringLiteral("  --") + QString::fromLatin1(option.name);
-        if (option.value) line += u' ' + QString::fromLatin1(option.value);
-        line = line.leftJustified(column - 1);
-        for (const QString& next : QString::fromLatin1(option.help).split(u' ')) {
-            if (line.size() + 1 + next.size() > width) {
-                text += line + u'\n';
-                line = QString(column - 1, u' ');
-            }
-            line += u' ' + next;
+  public:
+    void take(const Option& option)
+    {
+        const QString name = QString::fromLatin1(option.name);
+        if (option.mayRepeat) {
+            if (name == QLatin1String("text") || name == QLatin1String("image")) ofStamp_.clear();
+            return;
         }
-        text += line + u'\n';
+        QSet<QString>& given = option.isOfOneStamp ? ofStamp_ : ofJob_;
+        if (given.contains(name))
+            throw WrongUse((option.isOfOneStamp ? QStringLiteral("--%1 is given twice for one stamp")
+                                                : QStringLiteral("--%1 is given twice"))
+                               .arg(name));
+        const QString no = QStringLiteral("no-");
+        const QString opposite = name.startsWith(no) ? name.mid(no.size()) : no + name;
+        if (given.contains(opposite))
+            throw WrongUse(QStringLiteral("--%1 and --%2 exclude each other").arg(opposite, name));
+        given.insert(name);
     }
+
+  private:
+    QSet<QString> ofJob_;
+    QSet<QString> ofStamp_; ///< the stamp last begun
+};
+
+QString versions()
+{
+    QString text = QStringLiteral("quillfern-run " QUILLFERN_VERSION "\n");
+    for (const auto& libraries :
+         {drawing::libraryVersions(), pdf::libraryVersions(), raster::libraryVersions()})
+        for (const LibraryVersion& library : libraries)
+            text += QStringLiteral("%1 %2\n").arg(QLatin1String(library.name), library.version);
     return text;
 }
 
 } // namespace
 
-QString runnerHelp()
+std::optional<QString> answerWithoutJob(const QStringList& arguments)
 {
-    return QStringLiteral(
-               "quillfern-run [options] --output DIR FILE|FOLDER...\n"
-               "quillfern-run [options] --preview PAGE.png [FILE]\n"
-               "quillfern-run [options] --save-profile FILE\n\n"
-               "Stamps page numbers, text and pictures onto every page of PDF and raster files and writes a\n"
-               "stamped copy of each into a folder: a PDF of a PDF, a multi-page TIFF of any other. Needs "
-               "no\n"
-               "display.\n\nStamps:\n") +
-           describe(StampOptions::options()) + QStringLiteral("\nPages, numbers and files:\n") +
-           describe(jobOptions) +
-           QStringLiteral("\nExit status: 0 when every file has its copy, 1 when some have none, one was "
-                          "replaced by the\n"
-                          "copy of another file of the same name or lacks parts of a damaged file, 2 for a "
-                          "command line\n"
-                          "that cannot be followed (no file is stamped then).\n");
+    try {
+        const auto parser = read(arguments);
+        if (parser->isSet(QStringLiteral("help"))) return runnerHelp();
+        if (parser->isSet(QStringLiteral("version"))) return versions();
+    } catch (const WrongUse&) {
+        // Who reads the command line for a job says what is wrong with it.
+    }
+    return std::nullopt;
 }
 
 RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& settings)
 {
-    QCommandLineParser parser;
-    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    declare(parser, StampOptions::options());
-    declare(parser, jobOptions);
-    if (!parser.parse(arguments)) throw WrongUse(parser.errorText());
-
+    const auto parser = read(arguments);
     RunnerOptions options;
-    options.inputs = parser.positionalArguments();
+    options.inputs = parser->positionalArguments();
     Reader reader(settings);
+    GivenOnce once;
     // The parser lists the options in the order given, and the values of each in order.
     QHash<QString, qsizetype> seen;
-    for (const QString& name : parser.optionNames()) {
-        const QStringList values = parser.values(name);
+    for (const QString& name : parser->optionNames()) {
+        once.take(*findOption(name));
+        const QStringList values = parser->values(name);
         const qsizetype index = seen[name]++;
         reader.apply(name, index < values.size() ? values[index] : QString(), options);
     }
     reader.addRemarks(options);
-    if (options.showHelp || options.showVersion) return options;
     const bool hasOutput = !settings.outputFolderPath.value_or(QString()).isEmpty();
     const bool hasStamps = !settings.number->stamps.empty();
     options.onlyExport = !options.exportFile.isEmpty() && !hasOutput && !hasStamps &&

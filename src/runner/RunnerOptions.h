@@ -3,30 +3,36 @@
 #include "config/Settings.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FilePath.h"
+#include "runner/Report.h"
 
 #include <QSize>
 #include <QString>
 #include <QStringList>
+#include <optional>
+#include <vector>
 
 namespace quillfern {
+
+/// The name of a list that stands for the standard input.
+inline const QString standardInput = QStringLiteral("-");
 
 /// What a command line of quillfern-run asks for.
 struct RunnerOptions
 {
-    QStringList inputs;                  ///< files and folders, as given
-    QStringList lists;                   ///< text files of paths; the files they name come after the inputs
+    QStringList inputs; ///< files and folders, as given
+    /// Text files of paths, or standardInput; the files they name come after the inputs.
+    QStringList lists;
     FilePath exportFile;                 ///< file to write the list of files to; empty for none
     bool onlyExport = false;             ///< exportFile is given, and no stamp, output folder or other output
     FilePath saveProfile;                ///< file to write the configuration to; empty for none
     FilePath preview;                    ///< file to draw a preview into; empty for none
     QSize previewSize = QSize(600, 850); ///< pixels
     bool subfolders = false;
-    bool refuseSigned = false; ///< leave digitally signed documents alone
-    bool rewrite = false;      ///< write PDF documents anew instead of appending to a copy
-    QStringList remarks;       ///< sentences about what the options do to a job without naming it
+    bool refuseSigned = false;   ///< leave digitally signed documents alone
+    bool rewrite = false;        ///< write PDF documents anew instead of appending to a copy
+    std::vector<Remark> remarks; ///< about what the options do to a job without naming it
     bool quiet = false;
-    bool showHelp = false;
-    bool showVersion = false;
+    bool json = false; ///< one JSON object a line on the standard output
 
     [[nodiscard]] bool namesFiles() const { return !inputs.isEmpty() || !lists.isEmpty(); }
     /// False for a command line that only saves a profile, draws a preview or exports the list.
@@ -42,7 +48,8 @@ struct RunnerOptions
 /// that change it. Throws WrongUse; the settings may have been changed by then.
 [[nodiscard]] RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& settings);
 
-/// The text of --help.
-[[nodiscard]] QString runnerHelp();
+/// What --help or --version prints, for a command line that can be read and has one of them; nothing for any
+/// other. Needs no application object.
+[[nodiscard]] std::optional<QString> answerWithoutJob(const QStringList& arguments);
 
 } // namespace quillfern

@@ -2,6 +2,7 @@
 
 #include "platform/system/Failure.h"
 #include "platform/system/NativePath.h"
+#include "runner/OptionValues.h"
 #include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
 
@@ -29,30 +30,6 @@ constexpr std::array<std::pair<const char*, NumberType>, 4> numberTypes = {
      {"numbers", NumberType::Numbers},
      {"roman-capital", NumberType::RomanNumbersCapital},
      {"roman-small", NumberType::RomanNumbersSmall}}};
-constexpr std::array stampOptions = {
-    Option{"text", "TEMPLATE",
-           "Begin a text stamp. {0} is the page's number, {1} the total. Only their order counts: the first "
-           "one in the text is always the number."},
-    Option{"anchor", "PLACE",
-           "TopLeft, TopMiddle, TopRight, MiddleLeft, MiddleMiddle, MiddleRight, BottomLeft, "
-           "BottomMiddle (the default) or BottomRight of the area inside the margins."},
-    Option{"font", "NAME", "Font family (Helvetica)."},
-    Option{"font-size", "PT", "Font size in points (12)."},
-    Option{"bold", nullptr, "Use the bold font of the family, if there is one."},
-    Option{"italic", nullptr, "Use the italic font of the family, if there is one."},
-    Option{"color", "#RRGGBB", "Text colour (#000000)."},
-    Option{"image", "FILE", "Begin a picture stamp with a BMP, JPEG, PNG or GIF file."},
-    Option{"width", "PT",
-           "Width of the picture in points (its pixels). With only one of --width and --height the picture "
-           "keeps its proportions."},
-    Option{"height", "PT", "Height of the picture in points (its pixels)."},
-    Option{"opacity", "N", "Opacity in percent (100)."},
-    Option{"rotation", "DEG", "Rotation in degrees, counter-clockwise; whole degrees for a picture (0)."},
-    Option{"number-type", "STYLE", "plain, numbers (the default), roman-capital or roman-small."},
-    Option{"padding", "N", "Write numbers with at least N digits (1)."},
-    Option{"under", nullptr, "Draw beneath the content of PDF pages."},
-    Option{"symmetric", nullptr, "Exchange left and right on every other page."},
-};
 
 QColor color(const QString& option, const QString& text)
 {
@@ -64,11 +41,6 @@ QColor color(const QString& option, const QString& text)
 constexpr std::int64_t largestSide = 1'000'000;
 
 } // namespace
-
-std::span<const Option> StampOptions::options()
-{
-    return stampOptions;
-}
 
 bool StampOptions::apply(const QString& name, const QString& value)
 {

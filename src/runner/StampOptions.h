@@ -1,13 +1,11 @@
 #pragma once
 
-#include "runner/OptionValues.h"
 #include "stamps/IStampItem.h"
 #include "stamps/PageCompositor.h"
 #include "stamps/StampList.h"
 
 #include <QString>
 #include <memory>
-#include <span>
 
 namespace quillfern {
 
@@ -21,8 +19,6 @@ class StampOptions
   public:
     /// Adds to `stamps`, which must outlive this object.
     explicit StampOptions(StampList& stamps) : stamps_(stamps) {}
-
-    [[nodiscard]] static std::span<const Option> options();
 
     /// Returns false for an option that does not describe a stamp. Throws WrongUse for an option that does
     /// not fit the present stamp, and for a wrong value.

@@ -41,6 +41,14 @@ void printMessage(QtMsgType type, const QMessageLogContext& context, const QStri
 int main(int argc, char** argv)
 {
     using namespace quillfern;
+    QStringList arguments; // QCoreApplication::arguments() would lose names that are not UTF-8
+    for (int i = 0; i < argc; ++i)
+        arguments.append(pathText(QByteArray(argv[i])));
+    QTextStream out(stdout);
+    if (const auto answer = answerWithoutJob(arguments)) {
+        out << *answer;
+        return 0;
+    }
     saveAddressSpace();
     // Fonts and images are part of Qt's GUI library, which would otherwise look for a screen.
     qInstallMessageHandler(printMessage);
@@ -56,15 +64,11 @@ int main(int argc, char** argv)
     // Nor does a reader of the messages that has gone: the job writes its log.
     std::signal(SIGPIPE, SIG_IGN);
 
-    QTextStream out(stdout);
     QTextStream err(stderr);
     const SystemClock clock;
     const UserFolders folders;
     EventLoopMainThread mainThread;
     desktop::NoDesktop desktop;
     Runner runner({clock, folders, mainThread, desktop}, out, err, ::isatty(STDERR_FILENO) != 0);
-    QStringList arguments; // QCoreApplication::arguments() would lose names that are not UTF-8
-    for (int i = 0; i < argc; ++i)
-        arguments.append(pathText(QByteArray(argv[i])));
     return runner.run(arguments, [] { return int{stopRequests}; });
 }

@@ -24,7 +24,7 @@ void AppTest::start()
     app_ = std::make_unique<QuillfernAppDelegate>(
         AppServices{clock, folders, *store, mainThread, desktop, panels, alerts,
                     qEnvironmentVariable("QUILLFERN_BIN_DIR") + u"/quillfern-render"_s,
-                    asPath(scratch.path(u"help.pdf"_s)), makeProcessors});
+                    asPath(scratch.path(u"help.pdf"_s)), makeProcessors, filesAtOnce});
     QApplication::setActiveWindow(&window());
     QTest::qWait(1); // the window's first layout
 }

@@ -122,7 +122,7 @@ bool isQtOrStandard(const QString& header)
 bool isOperatingSystem(const QString& header)
 {
     static const QRegularExpression posix(
-        QStringLiteral("^(unistd|fcntl|signal|dirent|(sys|linux)/[a-z]+|malloc|emmintrin)\\.h$"));
+        QStringLiteral("^(unistd|fcntl|signal|dirent|poll|(sys|linux)/[a-z]+|malloc|emmintrin)\\.h$"));
     return posix.match(header).hasMatch();
 }
 

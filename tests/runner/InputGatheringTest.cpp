@@ -7,6 +7,8 @@
 #include "support/Tools.h"
 
 #include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <gtest/gtest.h>
 
 namespace quillfern {
@@ -31,8 +33,9 @@ TEST(InputGathering, FollowsTheCommandLine)
     const FakeClock clock;
     EventLoopMainThread mainThread;
     InputGathering gathering(files, mainThread, clock);
-    QStringList remarks;
-    gathering.gather(requestsFor(options, remarks), [] { return true; });
+    std::vector<Remark> remarks;
+    const auto goOn = [] { return true; };
+    gathering.gather(requestsFor(options, goOn, remarks), goOn);
     QList<QByteArray> paths;
     for (int row = 0; row < files.count(); ++row)
         paths.append(files.at(row).filePath().bytes().mid(folder.size() + 1));
@@ -45,11 +48,15 @@ TEST(InputGathering, LinesLeftOutOfAListAreCounted)
     const Scratch scratch;
     RunnerOptions options;
     options.lists = {scratch.write(QStringLiteral("mixed.txt"), "/a.pdf\r\n/b.pdf\r\n/notes.doc\r\n/c.pdf")};
-    QStringList remarks;
-    EXPECT_EQ(requestsFor(options, remarks).at(0).urls, asPaths({QStringLiteral("/c.pdf")}));
-    ASSERT_EQ(remarks.size(), 1);
-    EXPECT_TRUE(remarks[0].contains(QStringLiteral("mixed.txt\" 2 line(s) end with a carriage return")))
-        << remarks[0].toStdString();
+    std::vector<Remark> remarks;
+    EXPECT_EQ(requestsFor(
+                  options, [] { return true; }, remarks)
+                  .at(0)
+                  .urls,
+              asPaths({QStringLiteral("/c.pdf")}));
+    ASSERT_EQ(remarks.size(), 1U);
+    EXPECT_TRUE(remarks[0].text.contains(QStringLiteral("mixed.txt\" 2 line(s) end with a carriage return")))
+        << remarks[0].text.toStdString();
 }
 
 class RunnerNames : public testing::Test
@@ -81,7 +88,8 @@ TEST_F(RunnerNames, OfAnyBytesAreKeptInEveryPlace)
               "--export export$e.txt --save-profile p$e.qfprofile\n"
               "$run --profile p$e.qfprofile --preview page$e.png in$e\n"
               "cp out$e/a$e.pdf copy.pdf; cp export$e.txt export.txt; cp page$e.png page.png\n"
-              "cp home$e/.local/share/Orvane/Quillfern1/Logs/*.log job.log");
+              "cp home$e/.local/share/Orvane/Quillfern1/Logs/*.log job.log\n"
+              "printf 'in\\351/a\\351.pdf' | $run --output made$e --text x --json --list - > lines.json\n");
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
     EXPECT_TRUE(result.err.isEmpty()) << result.err.toStdString();
     EXPECT_TRUE(result.out.contains("out\xEF\xBF\xBD/a\xEF\xBF\xBD.pdf\n")) << result.out.toStdString();
@@ -90,6 +98,14 @@ TEST_F(RunnerNames, OfAnyBytesAreKeptInEveryPlace)
     EXPECT_TRUE(readFile(scratch.path(QStringLiteral("export.txt"))).contains("\na\xEF\xBF\xBD.pdf\t2\t"));
     EXPECT_FALSE(QImage(scratch.path(QStringLiteral("page.png"))).isNull());
     EXPECT_TRUE(readFile(scratch.path(QStringLiteral("job.log"))).contains("Status=\"Completed\""));
+    const QList<QByteArray> lines =
+        readFile(scratch.path(QStringLiteral("lines.json"))).trimmed().split('\n');
+    const QJsonObject file = QJsonDocument::fromJson(lines.front()).object();
+    EXPECT_TRUE(
+        file.value(QStringLiteral("copy")).toString().endsWith(QStringLiteral("/made\uFFFD/a\uFFFD.pdf")));
+    EXPECT_TRUE(QByteArray::fromBase64(file.value(QStringLiteral("copyBase64")).toString().toLatin1())
+                    .endsWith("/made\xE9/a\xE9.pdf"))
+        << lines.front().constData();
     // In place, with a backup beside it.
     result = shell("$run --output in$e --backup --text x in$e/a$e.pdf; cmp a.pdf in$e/a$e.pdf.bak");
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();

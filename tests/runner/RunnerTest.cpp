@@ -1,5 +1,6 @@
 // Runs the program itself, as people and scripts call it.
 
+#include "runner/ProgressLine.h"
 #include "runner/RunnerOptions.h"
 
 #include "config/Margins.h"
@@ -9,6 +10,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QThread>
 #include <csignal>
@@ -115,7 +118,7 @@ TEST_F(RunnerProgram, RefusesWrongUseWithAWordAndWritesNothing)
         {"--text {0} DIR/good.pdf", "no output folder"},
         {"--output DIR/out DIR/good.pdf", "no stamp"},
         {"--output DIR/out --text {0}", "no files or folders"},
-        {"--output DIR/out/gone --text {0} DIR/good.pdf", "Output folder missing!"},
+        {"--output DIR/out/gone/gone --text {0} DIR/good.pdf", "Output folder missing!"},
         {"--output DIR/out --text {0} DIR/gone.pdf", "no file or folder"},
         {"--output DIR/out --text {0} DIR/note.txt", "not a PDF"},
         {"--output DIR/out --text {0} DIR/out", "hold no files"},
@@ -132,6 +135,15 @@ TEST_F(RunnerProgram, RefusesWrongUseWithAWordAndWritesNothing)
         {"--output DIR/out --text {0} --margins 1,2,3,4furlong DIR/good.pdf", "pt, mm or in"},
         {"--output DIR/out --text {0} --pages prime DIR/good.pdf", "one of all, odd, even"},
         {"--output DIR/out --text {0} --frobnicate DIR/good.pdf", "frobnicate"},
+        {"--outp DIR/out --text {0} DIR/good.pdf", "outp"},
+        {"--output=DIR/out --text={0} --cont DIR/good.pdf", "cont"},
+        {"--output DIR/out --text {0} --step=2 --step 2 DIR/good.pdf", "--step is given twice"},
+        {"--output DIR/out --text {0} --bold --bold DIR/good.pdf", "--bold is given twice for one stamp"},
+        {"--output DIR/out --text {0} --backup --no-backup DIR/good.pdf", "exclude each other"},
+        {"--output DIR/out --text {0} --list - --list - DIR/good.pdf", "can be read once"},
+        {"--output DIR/out --text {0} --list -", "the list standard input names no PDF"},
+        {"--output DIR/out --text {0} --quiet=yes DIR/good.pdf", "quiet"},
+        {"--output DIR/new --text {0} DIR/gone.pdf", "no file or folder"},
     };
     for (const auto& [arguments, reason] : cases) {
         const ToolResult result = run(line(arguments));
@@ -141,6 +153,65 @@ TEST_F(RunnerProgram, RefusesWrongUseWithAWordAndWritesNothing)
     }
     EXPECT_TRUE(QDir(out()).isEmpty());
     EXPECT_FALSE(QFile::exists(scratch.path(QStringLiteral("data"))));
+    EXPECT_FALSE(QFile::exists(scratch.path(QStringLiteral("new"))));
+}
+
+TEST_F(RunnerProgram, TellsProgramsWhatItDidOneObjectALine)
+{
+    scratch.write(QStringLiteral("one/a.pdf"), numberedPdf(2));
+    scratch.write(QStringLiteral("two/a.pdf"), numberedPdf(1));
+    scratch.write(QStringLiteral("bad\n.pdf"), "bad");
+    struct Case
+    {
+        const char* arguments;
+        const char* lines; ///< the kinds and what tells them apart
+        int exitCode;
+    };
+    const std::vector<Case> cases = {
+        {"--output DIR/out --text {page}{0} --start-number 7 --continuous DIR/one DIR/bad\n.pdf DIR/two",
+         "finding:unknown-word file:1:created file:2:no-pages file:3:created result:1", 1},
+        {"--quiet --output DIR/new --text {0} DIR/one DIR/bad\n.pdf", "file:2:no-pages result:1", 1},
+        {"--export DIR/table.txt DIR/one", "list:1 result:0", 0},
+        {"--output DIR/out --text {0} --bogus", "result:2", 2},
+    };
+    for (const Case& c : cases) {
+        const ToolResult result = run(line(c.arguments) + words("--json"));
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.arguments;
+        QStringList found;
+        for (const QByteArray& text : result.out.trimmed().split('\n')) {
+            const QJsonObject object = QJsonDocument::fromJson(text).object();
+            const auto value = [&](const char* name) {
+                return object.value(QLatin1String(name)).toVariant().toString();
+            };
+            QString what = value("kind");
+            for (const char* const name : {"id", "index", "files", "status", "exitStatus"})
+                if (!value(name).isEmpty() && !(what.startsWith(u"result") && name[0] != 'e'))
+                    what += u':' + value(name);
+            found.append(what);
+            if (value("index") == u"3") {
+                EXPECT_EQ(object.value(QStringLiteral("numbers")).toObject(),
+                          (QJsonObject{{QStringLiteral("first"), 9}, {QStringLiteral("last"), 9}}));
+                EXPECT_TRUE(object.value(QStringLiteral("replacesCopy")).toBool());
+                EXPECT_EQ(value("source"), scratch.path(QStringLiteral("two/a.pdf")));
+            }
+            if (value("index") == u"2") {
+                EXPECT_TRUE(value("source").endsWith(QStringLiteral("bad\n.pdf")));
+            }
+        }
+        EXPECT_EQ(found.join(u' ').toStdString(), c.lines) << result.err.constData();
+    }
+    EXPECT_TRUE(qpdfAccepts(scratch.path(QStringLiteral("new/a.pdf")))) << "the folder was made";
+}
+
+TEST_F(RunnerProgram, TellsItsOptionsAndVersionsWhateverElseIsAsked)
+{
+    for (const char* const arguments : {"-h", "--text {0} --help --margins nonsense"})
+        EXPECT_TRUE(run(words(arguments)).out.contains("\n  -V, --version")) << arguments;
+    const ToolResult versions = run(words("-V"));
+    EXPECT_EQ(versions.exitCode, 0);
+    for (const char* const library :
+         {"\nQt 6.", "\nqpdf 1", "\nlibtiff 4.", "\nlibjpeg-turbo ", "\nLittle CMS 2."})
+        EXPECT_TRUE(versions.out.contains(library)) << library << " is not in " << versions.out.constData();
 }
 
 TEST_F(RunnerProgram, StopsCleanlyWhenInterrupted)
@@ -211,6 +282,74 @@ TEST(RunnerOptionsTest, OptionsDescribeTheStampLastBegun)
     EXPECT_EQ(settings.number->marginUnit(), MarginUnit::Points);
     EXPECT_DOUBLE_EQ(settings.number->marginTop(), 180);
     EXPECT_DOUBLE_EQ(settings.number->marginRight(), 3 * 72 / 25.4);
+}
+
+TEST(RunnerOptionsTest, MarginsAreOneLengthOrFourInOneUnit)
+{
+    struct Case
+    {
+        const char* text;
+        MarginUnit unit;
+        std::array<double, 4> lengths; ///< left, top, right, bottom
+    };
+    constexpr MarginUnit points = MarginUnit::Points;
+    const std::vector<Case> cases = {
+        {"10mm", MarginUnit::Millimetres, {10, 10, 10, 10}},
+        {"36", points, {36, 36, 36, 36}},
+        {"1,2,3,.5in", MarginUnit::Inches, {1, 2, 3, .5}},
+        {"1in,2in,3in,4in", MarginUnit::Inches, {1, 2, 3, 4}},
+        {"1in,36pt,25.4mm,9", points, {72, 36, 72, 9}},
+        {"36pt,1,1,1in", points, {36, 72, 72, 72}},
+    };
+    for (const Case& c : cases) {
+        Settings settings;
+        static_cast<void>(parseRunnerOptions(words("run --text A --save-profile p --margins") +
+                                                 QStringList{QString::fromLatin1(c.text)},
+                                             settings));
+        const JobConfiguration& job = settings.number->fields();
+        EXPECT_EQ(job.marginUnit, c.unit) << c.text;
+        const std::array<double, 4> lengths = {job.marginLeft, job.marginTop, job.marginRight,
+                                               job.marginBottom};
+        for (std::size_t i = 0; i < lengths.size(); ++i)
+            EXPECT_DOUBLE_EQ(lengths[i], c.lengths[i]) << c.text << " at " << i;
+    }
+}
+
+TEST(RunnerOptionsTest, WordsInBracesThatNothingFillsInAreTold)
+{
+    const std::vector<std::pair<const char*, const char*>> cases = {
+        {"--text {0}of{1}", ""},
+        {"--text {page}-{0}-{page}-{x", "{page}"},
+        {"--text {}{2} --text {0} --number-type plain", "{} {2} {0}"},
+    };
+    for (const auto& [arguments, words_] : cases) {
+        Settings settings;
+        QStringList told;
+        for (const Remark& remark :
+             parseRunnerOptions(words("run --save-profile p") + words(arguments), settings).remarks)
+            told.append(remark.text.section(u'"', 1, 1));
+        EXPECT_EQ(told.join(u' ').toStdString(), words_) << arguments;
+    }
+}
+
+TEST(ProgressLineTest, TheTimeLeftFollowsFromThePagesDone)
+{
+    struct Case
+    {
+        std::int64_t milliseconds, done, total;
+        const char* text;
+    };
+    const std::vector<Case> cases = {
+        {2900, 10, 100, ""},
+        {5000, 0, 100, ""},
+        {5000, 100, 100, ""},
+        {5000, 100, 90, ""},
+        {10'000, 50, 100, "about 15 s left"},
+        {60'000, 100, 400, "about 4 min left"},
+        {3'600'000, 100, 350, "about 2 h 30 min left"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(remainingTime(c.milliseconds, c.done, c.total).toStdString(), c.text);
 }
 
 } // namespace

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/system/LibraryVersion.h"
+
+#include <vector>
+
+namespace quillfern::pdf {
+
+/// The libraries of this room.
+[[nodiscard]] std::vector<LibraryVersion> libraryVersions();
+
+} // namespace quillfern::pdf

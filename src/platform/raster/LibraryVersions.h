@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/system/LibraryVersion.h"
+
+#include <vector>
+
+namespace quillfern::raster {
+
+/// The libraries of this room.
+[[nodiscard]] std::vector<LibraryVersion> libraryVersions();
+
+} // namespace quillfern::raster

@@ -1,0 +1,63 @@
+#include "runner/TextReport.h"
+
+#include "platform/system/NativePath.h"
+#include "runner/Runner.h"
+
+namespace quillfern {
+
+void TextReport::remark(const Remark& remark)
+{
+    err_ << printable(remark.text) << '\n';
+    err_.flush();
+}
+
+void TextReport::listWritten(const FilePath& path, const FileTotals& totals)
+{
+    if (isQuiet_) return;
+    out_ << totalLabelText(totals) << "\nList: " << path.readable() << '\n';
+    out_.flush();
+}
+
+void TextReport::fileDone(std::int64_t, const LogFiles& file)
+{
+    const FilePath path = FilePath::fromText(file.targetPath).child(file.filename);
+    const FileOutcome& outcome = file.outcome;
+    if (isQuiet_ && outcome.status == FileStatus::Created && !outcome.isWarning()) return;
+    QTextStream& stream = isQuiet_ ? err_ : out_;
+    const QString word = outcome.status == FileStatus::CreatedNothing ? QStringLiteral("No Output")
+                         : outcome.status == FileStatus::Cancelled    ? QStringLiteral("Cancelled")
+                                                                      : statusWord(outcome);
+    stream << printable(word).leftJustified(10) << ' ' << QString::number(file.pages).rightJustified(6)
+           << (file.pages == 1 ? " page   " : " pages  ") << path.readable();
+    if (outcome.remark && outcome.status != FileStatus::Refused) {
+        stream << "  (";
+        if (outcome.status != FileStatus::Created) stream << file.source.readable() << ": ";
+        stream << printable(outcome.remark->shown) << ')';
+    }
+    stream << '\n';
+    stream.flush();
+}
+
+void TextReport::jobDone(const JobSummary& job)
+{
+    if (!isQuiet_) {
+        out_ << QString(job.message).replace(QStringLiteral("\r\n"), QStringLiteral(" ")) << '\n';
+        if (!job.timeTaken.isEmpty()) out_ << "Time: " << job.timeTaken << '\n';
+        if (job.isLogged) out_ << "Log: " << job.log.readable() << '\n';
+        out_.flush();
+    }
+    if (!job.isLogged) err_ << "The log could not be written: " << job.log.readable() << '\n';
+    for (const Reason& warning : job.warnings)
+        err_ << "Warning: " << warning.shown << '\n';
+    err_.flush();
+}
+
+void TextReport::ended(int exitStatus, const std::optional<QString>& problem)
+{
+    if (!problem) return;
+    err_ << "quillfern-run: " << printable(*problem) << '\n';
+    if (exitStatus == Runner::CommandNotFollowed) err_ << "Try quillfern-run --help.\n";
+    err_.flush();
+}
+
+} // namespace quillfern
