@@ -94,7 +94,7 @@ void QuillfernAppDelegate::makeControllers()
     job_ = std::make_unique<JobController>(files_, settings_, activity_,
                                            ProcessServices{services_.clock, services_.folders,
                                                            services_.mainThread, services_.desktop,
-                                                           services_.makeProcessors},
+                                                           services_.makeProcessors, services_.filesAtOnce},
                                            services_.alerts, w);
     gatherer_ = std::make_unique<GatherController>(files_, settings_, activity_, services_.mainThread,
                                                    services_.clock);

@@ -48,6 +48,7 @@ struct AppServices
     QString renderProgram; ///< quillfern-render
     FilePath helpDocument; ///< empty when it is not installed
     DocumentProcessorsFactory makeProcessors = makeDocumentProcessors;
+    int filesAtOnce = 0; ///< see ProcessServices
 };
 
 /// The application: it owns the list of files, the settings and the window, and connects the controllers with

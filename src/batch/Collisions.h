@@ -20,7 +20,9 @@ struct Collision
 };
 
 /// One entry for each output, in order; empty entries from where `goOn` returned false, which is called
-/// before each output and each input. Looks at every file of the list, and changes nothing.
+/// before each output and each input. Looks at every file of the list, and changes nothing. Among the outputs
+/// that are written, none reads or replaces what another one reads, so that they can be made at the same
+/// time.
 [[nodiscard]] std::vector<Collision> findCollisions(const std::vector<OutputFile>& outputs,
                                                     const std::function<bool()>& goOn);
 

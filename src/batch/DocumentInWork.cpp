@@ -1,6 +1,5 @@
 #include "batch/DocumentInWork.h"
 
-#include "platform/system/Cancellation.h"
 #include "platform/system/FileAccess.h"
 #include "platform/system/FileFacts.h"
 #include "platform/system/LogLine.h"
@@ -22,26 +21,27 @@ Reason whyNotOpened(const FilePath& source, const Reason& said)
     return Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "This is not a PDF document.")).with(said.logged);
 }
 
-FileOutcome processDocument(const char* pattern, const FilePath& source, JobRun& run,
-                            const std::function<FileOutcome()>& stamp)
+StampedDocument processDocument(const char* pattern, const FilePath& source, JobRun& run,
+                                const std::function<void(StampedDocument&)>& stamp)
 {
-    if (fileKind(source) == FileKind::Missing)
-        return FileOutcome::without(
+    StampedDocument document;
+    document.source = source;
+    document.failurePattern = pattern;
+    if (fileKind(source) == FileKind::Missing) {
+        document.outcome = FileOutcome::without(
             FileStatus::Failed, QT_TRANSLATE_NOOP("quillfern::Failure", "The file is not there any more."));
-    FileOutcome outcome;
+        return document;
+    }
     run.beginUpdate();
     try {
-        outcome = stamp();
-    } catch (const Cancelled& given) {
-        outcome = FileOutcome::without(FileStatus::Cancelled, given.reasons());
+        stamp(document);
+        if (document.copy) document.place->prepare(*document.copy, run.abandoned());
     } catch (...) {
-        const Reason reason = currentReason();
-        logLine(failureLine(pattern, QStringLiteral("%1: %2").arg(source.readable(), reason.logged)));
-        outcome = FileOutcome::without(FileStatus::Failed, reason);
+        document.fail();
     }
     run.cancelUpdate();
-    if (outcome.status == FileStatus::Failed) outcome.lostNumbers = run.numbers();
-    return outcome;
+    document.numbers = run.numbers();
+    return document;
 }
 
 } // namespace quillfern

@@ -17,14 +17,14 @@ class StampingProcessors final : public DocumentProcessors
     {
     }
 
-    FileOutcome processPDF(const FilePath& source, const FilePath& target, const QString& password,
-                           JobRun& run) override
+    StampedDocument processPDF(const FilePath& source, const FilePath& target, const QString& password,
+                               JobRun& run) override
     {
         return pdf_.processPDF(source, target, password, run);
     }
 
-    FileOutcome processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
-                            std::int32_t compression) override
+    StampedDocument processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
+                                std::int32_t compression) override
     {
         return tiff_.processTIFF(source, target, run, compression);
     }
@@ -35,7 +35,7 @@ class StampingProcessors final : public DocumentProcessors
         return job.isWrittenAnew ? static_cast<const pdf::PdfWriter&>(rewriting_) : appending_;
     }
 
-    // One shaper for the whole run: a template is laid out once, not once a document.
+    // One shaper for all documents of the thread: a template is laid out once, not once a document.
     drawing::TextShaper shaper_;
     const pdf::AppendingPdfWriter appending_;
     const pdf::RewritingPdfWriter rewriting_;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "batch/FileOutcome.h"
 #include "batch/JobRun.h"
+#include "batch/StampedDocument.h"
 #include "config/JobConfiguration.h"
 #include "platform/system/FilePath.h"
 
@@ -13,7 +13,8 @@
 namespace quillfern {
 
 /// The two ways from one source document to one stamped output document. Made and used on one thread. Both
-/// advance the run that the caller passes and change nothing else of the job.
+/// advance the run that the caller passes and change nothing else of the job; the document's copy gets its
+/// name when the caller commits it.
 class DocumentProcessors
 {
   public:
@@ -21,15 +22,15 @@ class DocumentProcessors
 
     /// Stamps a PDF file. For a file that cannot be opened as a PDF no copy is created; this counts as
     /// CreatedNothing, not as a failure.
-    [[nodiscard]] virtual FileOutcome processPDF(const FilePath& source, const FilePath& target,
-                                                 const QString& password, JobRun& run) = 0;
+    [[nodiscard]] virtual StampedDocument processPDF(const FilePath& source, const FilePath& target,
+                                                     const QString& password, JobRun& run) = 0;
     /// Stamps any other file into a multi-page TIFF. `compression` is the TIFF code for the output; pages
     /// that this code does not suit are written with LZW.
-    [[nodiscard]] virtual FileOutcome processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
-                                                  std::int32_t compression) = 0;
+    [[nodiscard]] virtual StampedDocument processTIFF(const FilePath& source, const FilePath& target,
+                                                      JobRun& run, std::int32_t compression) = 0;
 };
 
-/// Makes the processors of a job; called on the thread that uses them. The configuration outlives them.
+/// Makes processors for a job; called on each thread that uses some. The configuration outlives them.
 using DocumentProcessorsFactory =
     std::function<std::unique_ptr<DocumentProcessors>(const JobConfiguration& job)>;
 

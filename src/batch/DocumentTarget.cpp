@@ -25,7 +25,7 @@ bool isInPlace(const FilePath& source, const FilePath& target)
 }
 
 DocumentTarget::DocumentTarget(const FilePath& source, const FilePath& target, bool isBackupFile,
-                               const std::optional<FileVersion>& expected, bool isTargetOfThisJob)
+                               const std::optional<FileVersion>& expected)
     : source_(source), path_(target), isInPlace_(isInPlace(source, target)), isBackupFile_(isBackupFile)
 {
     if (isInPlace_) {
@@ -37,7 +37,6 @@ DocumentTarget::DocumentTarget(const FilePath& source, const FilePath& target, b
                                             "job began. The file was left as it is."));
     } else {
         store::AtomicFile::requireReplaceable(target);
-        if (!isTargetOfThisJob) removeFile(target);
     }
     try {
         descriptor_ = openRegularFile(source);
@@ -67,7 +66,12 @@ void DocumentTarget::requireSameSource() const
                                         "stamped. Nothing was written."));
 }
 
-std::optional<Reason> DocumentTarget::commit(store::AtomicFile& file, const std::stop_token& stop)
+void DocumentTarget::removeEarlierCopy() const
+{
+    if (!isInPlace_) removeFile(path_);
+}
+
+void DocumentTarget::prepare(store::AtomicFile& file, const std::stop_token& stop)
 {
     requireSameSource(); // without a descriptor there is no version either
     const auto attributes = store::FileAttributes::of(descriptor_);
@@ -75,13 +79,21 @@ std::optional<Reason> DocumentTarget::commit(store::AtomicFile& file, const std:
         file.takeAttributes(attributes);
     else
         file.limitAccess(attributes.access());
+    file.flush();
+    if (isInPlace_ && isBackupFile_) prepareBackup(stop);
+    throwIfCancelled(stop);
+}
+
+std::optional<Reason> DocumentTarget::commit(store::AtomicFile& file, const std::stop_token& stop)
+{
+    requireSameSource(); // and so the attributes are still the source's
     file.prepareCommit();
     std::optional<Reason> remark;
     if (isInPlace_) {
         // A second job that waits here finds another file under the name afterwards.
         store::lockOpenFile(descriptor_, source_, patience, stop);
         requireSameSource();
-        if (isBackupFile_) remark = makeBackup(stop);
+        if (backup_) remark = commitBackup(stop);
     }
     // Once the earlier backup is replaced nothing is given up any more.
     if (!isInPlace_ || !isBackupFile_) throwIfCancelled(stop);
@@ -95,18 +107,32 @@ std::optional<Reason> DocumentTarget::commit(store::AtomicFile& file, const std:
     return remark;
 }
 
-std::optional<Reason> DocumentTarget::makeBackup(const std::stop_token& stop) const
+namespace {
+
+FilePath backupPath(const FilePath& source)
 {
-    const FilePath path = source_.parent().child(source_.name() + QStringLiteral(".bak"));
-    store::AtomicFile backup(path);
-    backup.copyFrom(descriptor_, version_->size,
-                    stop); // requireSameSource() has seen that there is a version
-    backup.takeAttributes(store::FileAttributes::of(descriptor_), true);
-    backup.prepareCommit();
+    return source.parent().child(source.name() + QStringLiteral(".bak"));
+}
+
+} // namespace
+
+void DocumentTarget::prepareBackup(const std::stop_token& stop)
+{
+    backup_ = std::make_unique<store::AtomicFile>(backupPath(source_));
+    // requireSameSource() has seen that there is a version.
+    backup_->copyFrom(descriptor_, version_->size, stop);
+    backup_->takeAttributes(store::FileAttributes::of(descriptor_), true);
+    backup_->flush();
+}
+
+std::optional<Reason> DocumentTarget::commitBackup(const std::stop_token& stop)
+{
+    const FilePath path = backupPath(source_);
+    backup_->prepareCommit();
     throwIfCancelled(stop);
     requireSameSource(); // or the backup would hold what was not stamped
     const bool replaces = isNameTaken(path);
-    backup.commit();
+    backup_->commit();
     if (!replaces) return std::nullopt;
     Reason remark(QT_TRANSLATE_NOOP("quillfern::Failure", "The earlier backup %1 was replaced."),
                   {path.readable()});

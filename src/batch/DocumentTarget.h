@@ -4,6 +4,7 @@
 #include "platform/system/FileIdentity.h"
 #include "platform/system/FilePath.h"
 
+#include <memory>
 #include <optional>
 #include <stop_token>
 
@@ -19,19 +20,19 @@ class AtomicFile;
 [[nodiscard]] bool isInPlace(const FilePath& source, const FilePath& target);
 
 /// The way of one stamped document to its target, and what keeps its source from harm. Made before the source
-/// is read; commit() when the whole document is written. One thread.
+/// is read; prepare() when the whole document is written, which changes nothing that has a name; commit()
+/// when its turn has come, or removeEarlierCopy() when there is no document. One thread at a time.
 ///
-/// A target that is not the source's own place is removed when the object is made, unless this job has
-/// written the target itself. In place, the new file takes over owner, permissions and attributes of the
-/// source, and with `isBackupFile` the source as it was stamped is copied beside itself under its name with
-/// "bak" appended before it is replaced.
+/// In place, the new file takes over owner, permissions and attributes of the source, and with `isBackupFile`
+/// the source as it was stamped is copied beside itself under its name with "bak" appended before it is
+/// replaced. Elsewhere an earlier copy is replaced.
 class DocumentTarget
 {
   public:
     /// `expected` is the version that the source had when the job began; in place, a source that was written
     /// to since is refused. Throws Failure then, or when the target is a folder, device or pipe.
     DocumentTarget(const FilePath& source, const FilePath& target, bool isBackupFile,
-                   const std::optional<FileVersion>& expected, bool isTargetOfThisJob = false);
+                   const std::optional<FileVersion>& expected);
     ~DocumentTarget();
     DocumentTarget(const DocumentTarget&) = delete;
     DocumentTarget& operator=(const DocumentTarget&) = delete;
@@ -42,14 +43,22 @@ class DocumentTarget
     /// Whether nothing will be left of the source as it was.
     [[nodiscard]] bool isReplacedForGood() const { return isInPlace_ && !isBackupFile_; }
 
-    /// Moves the document, which was written to path(), into place. Throws Failure, and nothing is changed,
-    /// when the source has become another since this object was made, and when no backup can be made; throws
-    /// Cancelled. Returns what is to be said of the copy.
+    /// Brings the document, which was written for path(), and the backup to the disk, nameless. Throws
+    /// Failure when the source has become another since this object was made, and when no backup can be
+    /// made; throws Cancelled.
+    void prepare(store::AtomicFile& file, const std::stop_token& stop);
+    /// Moves the prepared document into place. Throws as prepare() does, and nothing is changed then. Returns
+    /// what is to be said of the copy.
     [[nodiscard]] std::optional<Reason> commit(store::AtomicFile& file, const std::stop_token& stop);
+
+    /// Removes what stands at a target that is not the source's own place: the copy of an earlier job would
+    /// pass for one of this job.
+    void removeEarlierCopy() const;
 
   private:
     void requireSameSource() const;
-    [[nodiscard]] std::optional<Reason> makeBackup(const std::stop_token& stop) const;
+    void prepareBackup(const std::stop_token& stop);
+    [[nodiscard]] std::optional<Reason> commitBackup(const std::stop_token& stop);
 
     FilePath source_;
     FilePath path_;
@@ -57,6 +66,7 @@ class DocumentTarget
     bool isBackupFile_;
     int descriptor_ = -1; ///< of the source; -1 when it cannot be opened
     std::optional<FileVersion> version_;
+    std::unique_ptr<store::AtomicFile> backup_; ///< prepared and not committed
 };
 
 } // namespace quillfern

@@ -10,6 +10,12 @@ JobRun::JobRun(const JobConfiguration& job, PageProgress progress, std::stop_tok
 {
 }
 
+JobRun::JobRun(const JobConfiguration& job, StampRun start, PageProgress progress, std::stop_token abandon)
+    : stamps_(std::move(start)), numberSteps_(job.numberSteps), progress_(std::move(progress)),
+      abandon_(std::move(abandon))
+{
+}
+
 void JobRun::numberUsed()
 {
     if (!numbers_) numbers_ = NumbersUsed{stamps_.numberCounter, stamps_.numberCounter};

@@ -16,24 +16,28 @@ namespace quillfern {
 /// Called after every page of a document, on the thread that stamps the document.
 using PageProgress = std::function<void()>;
 
-/// What changes while a job's documents are stamped, one after the other. The configuration itself never
-/// changes, so two runs can go on at once, each on a thread of its own.
+/// What changes while one or more documents are stamped, one after the other. The configuration itself never
+/// changes, so several runs can go on at once, each on a thread of its own.
 class JobRun
 {
   public:
     /// Begins at the configuration's start number.
     /// Once `abandon` is stopped, the document in work is given up (Cancelled).
     explicit JobRun(const JobConfiguration& job, PageProgress progress = {}, std::stop_token abandon = {});
+    /// Begins where `start` is.
+    JobRun(const JobConfiguration& job, StampRun start, PageProgress progress, std::stop_token abandon);
 
     /// Printed as the total; 0 or less means the page count of the document in work.
     std::int64_t totalPages = 0;
     /// The version that the next document had when the job began; none when any version will do.
     std::optional<FileVersion> sourceVersion;
-
-    /// The document's target is a copy that this job has written. It stays until the new copy is whole.
-    bool isTargetOfThisJob = false;
+    /// Is told about how many bytes of memory the next document takes, before it takes them, and returns
+    /// when there is as much room beside the other documents in work. Empty where documents are worked on
+    /// one after the other.
+    std::function<void(std::int64_t)> memoryNeeded;
 
     [[nodiscard]] StampRun& stamps() { return stamps_; }
+    [[nodiscard]] const StampRun& stamps() const { return stamps_; }
     [[nodiscard]] std::int64_t numberCounter() const { return stamps_.numberCounter; }
     /// The current page was stamped: advances the running number by one step.
     void numberUsed();

@@ -1,34 +1,51 @@
 #include "batch/PdfProcessor.h"
 
 #include "batch/DocumentInWork.h"
-#include "batch/DocumentTarget.h"
 #include "config/PageArea.h"
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfWriter.h"
-#include "platform/store/AtomicFile.h"
 #include "platform/system/Cancellation.h"
+#include "platform/system/FileIdentity.h"
 #include "platform/system/Folders.h"
 #include "platform/system/LogLine.h"
 #include "stamps/PageCompositor.h"
 
+#include <algorithm>
+
 namespace quillfern {
 
-FileOutcome PdfProcessor::processPDF(const FilePath& source, const FilePath& target, const QString&,
-                                     JobRun& run)
+StampedDocument PdfProcessor::processPDF(const FilePath& source, const FilePath& target, const QString&,
+                                         JobRun& run)
 {
     return processDocument("Error in [processPDF:] : %@", source, run,
-                           [&] { return stamp(source, target, run); });
+                           [&](StampedDocument& work) { stamp(work, target, run); });
 }
 
-FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run)
+namespace {
+
+/// About what a document takes in memory: blocks of the file that are kept, what is known of each page, and
+/// the objects of a document that is read whole.
+std::int64_t memoryOf(const FilePath& source, int pages, bool isReadWhole)
+{
+    constexpr std::int64_t mostBlocks = std::int64_t{32} << 20;
+    constexpr std::int64_t page = 8 << 10;
+    const auto version = fileVersion(source);
+    const std::int64_t size = version ? version->size : 0;
+    return std::min(size, mostBlocks) + pages * page + (isReadWhole ? size / 4 : 0);
+}
+
+} // namespace
+
+void PdfProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun& run)
 {
     const PageCompositor compositor(job_.stamps, shaper_);
     compositor.requireFont(); // before anything is changed
-    DocumentTarget place(source, target, job_.isBackupFile, run.sourceVersion, run.isTargetOfThisJob);
+    const FilePath& source = work.source;
+    work.place = std::make_unique<DocumentTarget>(source, target, job_.isBackupFile, run.sourceVersion);
+    // A document that will be written anew is read whole first: nothing of it may be lost.
+    const bool isWrittenAnew = job_.isWrittenAnew || job_.pageRange != PageRange::AllPages;
     std::unique_ptr<pdf::PdfDocument> document;
     try {
-        // A document that will be written anew is read whole first: nothing of it may be lost.
-        const bool isWrittenAnew = job_.isWrittenAnew || job_.pageRange != PageRange::AllPages;
         document = pdf::PdfDocument::open(source, run.abandoned(),
                                           isWrittenAnew ? pdf::ReadAhead::Everything : pdf::ReadAhead::Pages);
     } catch (const Cancelled&) {
@@ -37,32 +54,30 @@ FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, 
         // The file counts as processed, and no copy is written.
         const Reason reason = whyNotOpened(source, failure.reasons());
         logLine(QStringLiteral("%1: %2").arg(source.readable(), reason.logged));
-        return FileOutcome::without(
+        work.isShortage = failure.isShortage();
+        work.outcome = FileOutcome::without(
             FileStatus::CreatedNothing,
             reason.followedBy(QT_TRANSLATE_NOOP("quillfern::Failure", "No copy was made.")));
+        return;
     }
+    if (run.memoryNeeded) run.memoryNeeded(memoryOf(source, document->pageCount(), isWrittenAnew));
     if (job_.refusesSigned && document->isSigned())
         throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document is digitally signed."));
-    if (document->loss() && place.isReplacedForGood())
+    if (document->loss() && work.place->isReplacedForGood())
         throw Failure(document->loss()->followedBy(QT_TRANSLATE_NOOP(
             "quillfern::Failure", "It was not stamped in place, because there would be no backup.")));
     document->setCreator(getAppTitle());
     const int pages = stampPages(*document, compositor, run);
     document->keepFirstPages(pages);
-    store::AtomicFile file(place.path());
-    document->save(writer_, file);
+    work.copy = std::make_unique<store::AtomicFile>(work.place->path());
+    document->save(writer_, *work.copy);
     throwIfCancelled(run.abandoned());
-    FileOutcome outcome{FileStatus::Created, document->loss(), pages, run.numbers()};
-    outcome.isIncomplete = outcome.remark.has_value();
-    const std::optional<Reason> ofBackup = place.commit(file, run.abandoned());
-    outcome.breaksSignature = document->breaksSignature();
-    if (outcome.breaksSignature)
-        outcome.add(
+    work.outcome = {FileStatus::Created, document->loss(), pages, run.numbers()};
+    work.outcome.isIncomplete = work.outcome.remark.has_value();
+    work.outcome.breaksSignature = document->breaksSignature();
+    if (work.outcome.breaksSignature)
+        work.outcome.add(
             QT_TRANSLATE_NOOP("quillfern::Failure", "The document's digital signature no longer holds."));
-    if (outcome.isWarning())
-        logNotice(QStringLiteral("%1: %2").arg(source.readable(), outcome.remark->logged));
-    if (ofBackup) outcome.add(*ofBackup);
-    return outcome;
 }
 
 int PdfProcessor::stampPages(pdf::PdfDocument& document, const PageCompositor& compositor, JobRun& run)

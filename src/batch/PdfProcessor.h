@@ -1,7 +1,7 @@
 #pragma once
 
-#include "batch/FileOutcome.h"
 #include "batch/JobRun.h"
+#include "batch/StampedDocument.h"
 #include "config/JobConfiguration.h"
 #include "platform/system/FilePath.h"
 
@@ -31,11 +31,11 @@ class PdfProcessor
     }
 
     /// See DocumentProcessors. `password` is not used: a file that needs one is not opened.
-    [[nodiscard]] FileOutcome processPDF(const FilePath& source, const FilePath& target,
-                                         const QString& password, JobRun& run);
+    [[nodiscard]] StampedDocument processPDF(const FilePath& source, const FilePath& target,
+                                             const QString& password, JobRun& run);
 
   private:
-    FileOutcome stamp(const FilePath& source, const FilePath& target, JobRun& run);
+    void stamp(StampedDocument& work, const FilePath& target, JobRun& run);
     int stampPages(pdf::PdfDocument& document, const PageCompositor& compositor, JobRun& run);
 
     const JobConfiguration& job_;

@@ -7,6 +7,8 @@
 #include "platform/system/Cancellation.h"
 #include "platform/system/Guarded.h"
 
+#include <thread>
+
 namespace quillfern {
 
 Process::Process(ProcessServices services, Job job, ProcessObserver& observer)
@@ -59,12 +61,12 @@ void Process::start()
     try {
         collisions_ = findCollisions(outputFiles(), [this] { return isCombining_.load(); });
         store::removeLeftovers(job_.outputFolder);
-        const auto processors = services_.makeProcessors(job_.configuration);
-        JobRun run(
-            job_.configuration, [this] { ++totalPagesProcessed_; }, abandon_.get_token());
-        if (job_.configuration.isContinuousNumbering) run.totalPages = job_.totalPages;
-        for (std::size_t i = 0; i < outputFiles().size() && isCombining_; ++i)
-            runOutput(i, *processors, run);
+        WorkAhead files(job_.configuration, planFiles(), means());
+        std::size_t task = 0;
+        for (std::size_t i = 0; i < outputFiles().size() && isCombining_; ++i) {
+            runOutput(i, task, files);
+            task += outputFiles()[i].fileItems().size();
+        }
     } catch (...) {
         logLine(failureLine("Error in (Process=>start) : %@", reasonOfCurrentException()));
         failed_ = true;
@@ -72,24 +74,62 @@ void Process::start()
     finish();
 }
 
-void Process::runOutput(std::size_t index, DocumentProcessors& processors, JobRun& run)
+std::vector<PlannedFile> Process::planFiles()
+{
+    std::vector<PlannedFile> files;
+    for (std::size_t i = 0; i < outputFiles().size(); ++i) {
+        const bool isRefused =
+            !collisions_[i].overwritesInput.isEmpty() || !collisions_[i].stampedAs.isEmpty();
+        const auto& items = outputFiles()[i].fileItems();
+        for (std::size_t k = 0; k < items.size(); ++k) {
+            tasks_.push_back({i, k});
+            files.push_back({isRefused ? 0 : stampedPages(job_.configuration, items[k].pages())});
+        }
+    }
+    return files;
+}
+
+WorkAhead::Means Process::means()
+{
+    return {[this] { return services_.makeProcessors(job_.configuration); },
+            [this](DocumentProcessors& processors, std::size_t file, JobRun& run) {
+                return workOn(tasks_[file], processors, run);
+            },
+            totalPagesProcessed_,
+            services_.filesAtOnce > 0 ? services_.filesAtOnce
+                                      : static_cast<int>(std::thread::hardware_concurrency()),
+            abandon_.get_token()};
+}
+
+void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& files)
 {
     const FilePath& target = outputFiles()[index].filename();
     log_.files.push_back({target.name(), target.parent().text(), {}, 0, {}});
     LogFiles& record = log_.files.back();
     write(outputFileInProcess_, target.name());
-    try {
-        for (const FileItem& item : outputFiles()[index].fileItems()) {
-            if (!isCombining_) break;
-            record.source = item.filePath();
-            if (item.pages() > 0) record.pages = item.pages();
-            record.outcome = runItem(item, index, processors, run);
+    const WorkAhead::Turn turn{[this] { return isCombining_.load(); },
+                               [&](StampedDocument& document) {
+                                   if (document.place && !written_.contains(target))
+                                       document.place->removeEarlierCopy(); // and makes room
+                               }};
+    for (const FileItem& item : outputFiles()[index].fileItems()) {
+        if (!isCombining_) break;
+        record.source = item.filePath();
+        if (item.pages() > 0) {
+            record.pages = item.pages();
+            write(fileInProcess_, item.name());
         }
-    } catch (...) {
-        failed_ = true;
-        record.outcome = FileOutcome::without(FileStatus::Refused, currentReason());
-        logLine(failureLine("Error in (Process=>start) : %@",
+        FileWork work = files.take(nextTask++, turn);
+        work.log.write();
+        try {
+            record.outcome = finish(std::move(work), item, target);
+        } catch (...) {
+            failed_ = true;
+            record.outcome = FileOutcome::without(FileStatus::Refused, currentReason());
+            logLine(
+                failureLine("Error in (Process=>start) : %@",
                             QStringLiteral("%1: %2").arg(target.readable(), record.outcome.remark->logged)));
+        }
     }
     write(outputFileInProcess_, QString());
     services_.mainThread.postAndWait([&] { observer_.outputFinished(record); });
@@ -108,49 +148,61 @@ std::optional<Reason> reasonForNoPages(const FileItem& item, const std::stop_tok
                                     "The file is not there or holds no picture that can be read."));
 }
 
-} // namespace
-
-FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentProcessors& processors,
-                             JobRun& run)
+FileOutcome withoutPages(const FileItem& item, const std::stop_token& stop)
 {
-    if (item.pages() <= 0) {
-        std::optional<Reason> reason;
-        try {
-            reason = reasonForNoPages(item, run.abandoned());
-        } catch (const Cancelled& given) {
-            return FileOutcome::without(FileStatus::Cancelled, given.reasons());
-        }
+    try {
+        const std::optional<Reason> reason = reasonForNoPages(item, stop);
         if (reason) logLine(QStringLiteral("%1: %2").arg(item.filePath().readable(), reason->logged));
         return {FileStatus::NoPages, reason, 0, std::nullopt};
+    } catch (const Cancelled& given) {
+        return FileOutcome::without(FileStatus::Cancelled, given.reasons());
     }
-    const Collision& collision = collisions_[index];
+}
+
+} // namespace
+
+FileWork Process::workOn(const Task& task, DocumentProcessors& processors, JobRun& run) const
+{
+    const OutputFile& output = outputFiles()[task.output];
+    const FileItem& item = output.fileItems()[task.item];
+    const Collision& collision = collisions_[task.output];
+    FileWork work;
+    if (item.pages() <= 0) {
+        work.document.outcome = withoutPages(item, run.abandoned());
+        return work;
+    }
     if (!collision.overwritesInput.isEmpty())
         throw Failure(
             {QT_TRANSLATE_NOOP("quillfern::Failure",
                                "No copy was made: it would overwrite another file of the list, %1."),
              {collision.overwritesInput.readable()}});
-    if (!collision.stampedAs.isEmpty())
-        return FileOutcome::without(
+    if (!collision.stampedAs.isEmpty()) {
+        work.document.outcome = FileOutcome::without(
             FileStatus::Refused,
             {QT_TRANSLATE_NOOP(
                  "quillfern::Failure",
                  "It was not stamped: it was the same file as %1 of the list when the job began."),
              {collision.stampedAs.readable()}});
+        return work;
+    }
     run.sourceVersion = collision.version;
-    const bool isContinuous = job_.configuration.isContinuousNumbering;
-    const FilePath& source = item.filePath();
-    const FilePath& target = outputFiles()[index].filename();
-    write(fileInProcess_, item.name());
-    if (!isContinuous) run.totalPages = item.pages();
+    run.totalPages = job_.configuration.isContinuousNumbering ? job_.totalPages : item.pages();
+    work.document = isPdf(item)
+                        ? processors.processPDF(item.filePath(), output.filename(), QString(), run)
+                        : processors.processTIFF(item.filePath(), output.filename(), run, item.compression());
+    work.isProcessed = true;
+    return work;
+}
 
-    run.isTargetOfThisJob = written_.contains(target);
-    FileOutcome outcome = isPdf(item) ? processors.processPDF(source, target, QString(), run)
-                                      : processors.processTIFF(source, target, run, item.compression());
-    if (!isContinuous) run.reset();
+FileOutcome Process::finish(FileWork work, const FileItem& item, const FilePath& target)
+{
+    if (work.problem) std::rethrow_exception(work.problem);
+    if (!work.isProcessed) return work.document.outcome;
+    FileOutcome outcome = work.document.commit(written_.contains(target), abandon_.get_token());
     ++totalFileProcessed_;
     postLabel();
     if (outcome.countsAsCreated()) ++totalFileCreated_;
-    addRemarks(outcome, item, target, isContinuous);
+    addRemarks(outcome, item, target, job_.configuration.isContinuousNumbering);
     return outcome;
 }
 

@@ -4,9 +4,9 @@
 #include "batch/DocumentProcessors.h"
 #include "batch/FileOutcome.h"
 #include "batch/Job.h"
-#include "batch/JobRun.h"
 #include "batch/Log.h"
 #include "batch/OutputFile.h"
+#include "batch/WorkAhead.h"
 #include "filelist/FileItem.h"
 #include "platform/desktop/DesktopServices.h"
 #include "platform/system/Clock.h"
@@ -46,10 +46,13 @@ struct ProcessServices
     MainThread& mainThread;
     desktop::DesktopServices& desktop;
     DocumentProcessorsFactory makeProcessors = makeDocumentProcessors;
+    int filesAtOnce = 0; ///< how many files are worked on at the same time; 0 for as many as there are cores
 };
 
-/// One run of the batch: makes the planned output documents one after the other, keeps the log and ends with
-/// a message.
+/// One run of the batch: makes the planned output documents, keeps the log and ends with a message. Several
+/// files are worked on at once, but everything that can be seen of the job happens in list order: copies and
+/// backups appear, the log and the counters grow, and the observer is called as if one file was made after
+/// the other.
 ///
 /// start() runs on a worker thread; everything else may be called from the main thread meanwhile. One run
 /// only.
@@ -67,9 +70,9 @@ class Process
 
     /// Runs the whole job on the calling thread.
     void start();
-    /// Asks the job to stop after the file in work.
+    /// Asks the job to stop after the file whose turn it is.
     void stop() { isCombining_ = false; }
-    /// Asks the job to give up the file in work and to stop; nothing of the file's copy remains.
+    /// Asks the job to give up that file too and to stop; nothing of the file's copy remains.
     void abandon()
     {
         stop();
@@ -86,6 +89,7 @@ class Process
     }
     [[nodiscard]] std::int32_t totalFileProcessed() const { return totalFileProcessed_; }
     [[nodiscard]] std::int32_t totalFileCreated() const { return totalFileCreated_; }
+    /// Pages of all files that are done or in work; goes back when work has to be done again.
     [[nodiscard]] std::int64_t totalPagesProcessed() const { return totalPagesProcessed_; }
     [[nodiscard]] QString fileInProcess() const { return read(fileInProcess_); }
     [[nodiscard]] QString outputFileInProcess() const { return read(outputFileInProcess_); }
@@ -95,9 +99,19 @@ class Process
     [[nodiscard]] const Log& log() const { return log_; }
 
   private:
-    void runOutput(std::size_t index, DocumentProcessors& processors, JobRun& run);
-    [[nodiscard]] FileOutcome runItem(const FileItem& item, std::size_t index, DocumentProcessors& processors,
-                                      JobRun& run);
+    /// One input of one output.
+    struct Task
+    {
+        std::size_t output = 0;
+        std::size_t item = 0;
+    };
+
+    [[nodiscard]] std::vector<PlannedFile> planFiles();
+    [[nodiscard]] WorkAhead::Means means();
+    [[nodiscard]] FileWork workOn(const Task& task, DocumentProcessors& processors, JobRun& run) const;
+    /// `nextTask` is the output's first.
+    void runOutput(std::size_t index, std::size_t nextTask, WorkAhead& files);
+    [[nodiscard]] FileOutcome finish(FileWork work, const FileItem& item, const FilePath& target);
     void addRemarks(FileOutcome& outcome, const FileItem& item, const FilePath& target, bool isContinuous);
     void finish();
     void postLabel();
@@ -127,6 +141,7 @@ class Process
     bool failed_ = false; ///< an exception was caught
 
     std::vector<Collision> collisions_;
+    std::vector<Task> tasks_;           ///< in list order
     QHash<FilePath, FilePath> written_; ///< the copies of this job so far, and the input of each
 };
 

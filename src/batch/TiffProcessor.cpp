@@ -1,12 +1,10 @@
 #include "batch/TiffProcessor.h"
 
 #include "batch/DocumentInWork.h"
-#include "batch/DocumentTarget.h"
 #include "config/PageArea.h"
 #include "platform/raster/BilevelPixels.h"
 #include "platform/raster/PageFeed.h"
 #include "platform/raster/RasterWriter.h"
-#include "platform/store/AtomicFile.h"
 #include "platform/system/Cancellation.h"
 #include "platform/system/Failure.h"
 #include "stamps/PageCompositor.h"
@@ -26,7 +24,7 @@ void makeRoomFor(drawing::Ink ink, raster::RasterPage& page)
     if (suffices) return;
     page.image.convertTo(QImage::Format_RGB888);
     if (page.image.isNull())
-        throw Failure(
+        throw Failure::ofMemory(
             QT_TRANSLATE_NOOP("quillfern::Failure", "There is not enough memory for a page of this size."));
     page.isBilevel = false;
     page.colourProfile.clear(); // the profile was for grey pixels
@@ -40,31 +38,38 @@ QSizeF dotsPerInch(const QImage& image, const QSizeF& points)
 
 } // namespace
 
-FileOutcome TiffProcessor::processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
-                                       std::int32_t compression)
+StampedDocument TiffProcessor::processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
+                                           std::int32_t compression)
 {
     return processDocument("Error in [processTIFF:] : %@", source, run,
-                           [&] { return stamp(source, target, run, compression); });
+                           [&](StampedDocument& work) { stamp(work, target, run, compression); });
 }
 
-FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run,
-                                 std::int32_t compression)
+void TiffProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun& run,
+                          std::int32_t compression)
 {
     const PageCompositor compositor(job_.stamps, shaper_);
     compositor.requireFont(); // before anything is changed
-    DocumentTarget place(source, target, job_.isBackupFile, run.sourceVersion, run.isTargetOfThisJob);
-    const auto reader = raster::RasterReader::open(source, run.abandoned());
+    work.place = std::make_unique<DocumentTarget>(work.source, target, job_.isBackupFile, run.sourceVersion);
+    const auto reader = raster::RasterReader::open(work.source, run.abandoned());
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
     const auto first = std::clamp<std::int64_t>(job_.startPage, 1, std::int64_t{count} + 1);
     const auto last = job_.endPage == 0 ? count : std::min<std::int64_t>(job_.endPage, count);
-    if (first > last)
-        return FileOutcome::without(
+    if (first > last) {
+        work.outcome = FileOutcome::without(
             FileStatus::Failed,
             QT_TRANSLATE_NOOP("quillfern::Failure", "No page of the file lies in the page range."));
+        return;
+    }
+    // One page is stamped while others are decoded and encoded.
+    constexpr double pagesInMemory = 4;
+    if (run.memoryNeeded)
+        run.memoryNeeded(static_cast<std::int64_t>(
+            reader->nextPageBytes() * std::min(pagesInMemory, static_cast<double>(last - first + 1))));
 
-    store::AtomicFile file(place.path());
-    raster::RasterWriter writer(file, run.abandoned());
+    work.copy = std::make_unique<store::AtomicFile>(work.place->path());
+    raster::RasterWriter writer(*work.copy, run.abandoned());
     raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last), run.abandoned());
     for (int i = 1; i <= count && run.isUpdating(); ++i) {
         if (i >= first && i <= last) {
@@ -77,13 +82,11 @@ FileOutcome TiffProcessor::stamp(const FilePath& source, const FilePath& target,
         run.pageDone();
     }
     if (writer.pageCount() == 0)
-        return FileOutcome::without(FileStatus::Failed,
-                                    QT_TRANSLATE_NOOP("quillfern::Failure", "No page was written."));
+        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "No page was written."));
     writer.finish();
     throwIfCancelled(run.abandoned());
-    std::optional<Reason> remark = place.commit(file, run.abandoned());
-    return {FileStatus::Created, std::move(remark), static_cast<std::int32_t>(writer.pageCount()),
-            run.numbers()};
+    work.outcome = {FileStatus::Created, std::nullopt, static_cast<std::int32_t>(writer.pageCount()),
+                    run.numbers()};
 }
 
 void TiffProcessor::stampPage(raster::RasterPage& page, const PageCompositor& compositor, std::int64_t total,

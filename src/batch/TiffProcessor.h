@@ -1,7 +1,7 @@
 #pragma once
 
-#include "batch/FileOutcome.h"
 #include "batch/JobRun.h"
+#include "batch/StampedDocument.h"
 #include "config/JobConfiguration.h"
 #include "platform/raster/RasterPage.h"
 #include "platform/system/FilePath.h"
@@ -26,11 +26,11 @@ class TiffProcessor
     TiffProcessor(const JobConfiguration& job, drawing::TextShaper& shaper) : job_(job), shaper_(shaper) {}
 
     /// See DocumentProcessors.
-    [[nodiscard]] FileOutcome processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
-                                          std::int32_t compression);
+    [[nodiscard]] StampedDocument processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
+                                              std::int32_t compression);
 
   private:
-    FileOutcome stamp(const FilePath& source, const FilePath& target, JobRun& run, std::int32_t compression);
+    void stamp(StampedDocument& work, const FilePath& target, JobRun& run, std::int32_t compression);
     void stampPage(raster::RasterPage& page, const PageCompositor& compositor, std::int64_t total,
                    JobRun& run);
 

@@ -16,4 +16,12 @@ bool hasChosenParity(const JobConfiguration& job, std::int64_t index)
     }
 }
 
+std::int64_t stampedPages(const JobConfiguration& job, std::int64_t pages)
+{
+    std::int64_t count = 0;
+    for (std::int64_t page = 1; page <= pages; ++page)
+        if (isInPageRange(job, page) && hasChosenParity(job, page)) ++count;
+    return count;
+}
+
 } // namespace quillfern

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/JobOptions.h"
 #include "stamps/StampList.h"
 
 #include <QString>
@@ -51,15 +52,21 @@ struct JobConfiguration
     bool refusesSigned = false;         ///< digitally signed documents fail; not saved
     std::optional<QString> labelPrefix = QString();  ///< kept and saved only
     std::optional<QString> outputFolder = QString(); ///< kept and saved only
+    JobOptions options;
 };
 
-/// True when page `index` (1-based) lies between the first and the last page to stamp.
+/// True when page `index` (1-based) lies between the first and the last page to stamp, or is in the list of
+/// pages where there is one.
 [[nodiscard]] inline bool isInPageRange(const JobConfiguration& job, std::int64_t index)
 {
+    if (!job.options.pageList.isEmpty()) return job.options.pageList.contains(index);
     return index >= job.startPage && (job.endPage == 0 || index <= job.endPage);
 }
 
 /// True when page `index` (1-based) has the parity that is stamped.
 [[nodiscard]] bool hasChosenParity(const JobConfiguration& job, std::int64_t index);
+
+/// How many pages of a document of so many pages are stamped.
+[[nodiscard]] std::int64_t stampedPages(const JobConfiguration& job, std::int64_t pages);
 
 } // namespace quillfern

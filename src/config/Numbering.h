@@ -86,6 +86,11 @@ class Numbering
     [[nodiscard]] const std::optional<QString>& labelPrefix() const { return fields_.labelPrefix; }
     void setLabelPrefix(std::optional<QString> value) { change(fields_.labelPrefix, std::move(value)); }
 
+    [[nodiscard]] const JobOptions& options() const { return fields_.options; }
+    /// Notifies as a field of the dependency set does: pages, sizes and texts of the preview depend on
+    /// options.
+    void setOptions(JobOptions value) { change(fields_.options, std::move(value)); }
+
     // Fields outside the dependency set: changing them notifies nobody.
     [[nodiscard]] MarginUnit marginUnit() const { return fields_.marginUnit; }
     void setMarginUnit(MarginUnit value) { fields_.marginUnit = value; }
@@ -109,8 +114,8 @@ class Numbering
     /// The dependency set: the names of the fields whose change notifies the delegate.
     [[nodiscard]] static const std::set<std::string>& keyPathsForValuesAffectingIsSettingsChanged();
 
-    /// The configuration as a record: every field in the format's order, then the stamps. The record ends
-    /// before the first absent value. Returns no record on a failure.
+    /// The configuration as a record: every field in the format's order, then the stamps, then the options
+    /// that are in use. The record ends before the first absent value. Returns no record on a failure.
     [[nodiscard]] std::optional<store::Record> getData() const;
     /// Applies a record without notifying the delegate; a missing key gives 0, false or no value, and the
     /// stamps are replaced. Returns false, with nothing changed, for a null pointer.

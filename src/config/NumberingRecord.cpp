@@ -22,8 +22,8 @@ std::shared_ptr<IStampItem> stampFor(const store::Record& record)
 
 store::Record recordOf(const JobConfiguration& fields, store::RecordValue::List stampRecords)
 {
-    return store::RecordBuilder()
-        .add(QStringLiteral("endPage"), store::low32(fields.endPage))
+    store::RecordBuilder builder;
+    builder.add(QStringLiteral("endPage"), store::low32(fields.endPage))
         .add(QStringLiteral("hasLabel"), fields.hasLabel)
         .add(QStringLiteral("isBackupFile"), fields.isBackupFile)
         .add(QStringLiteral("isContinuousNumbering"), fields.isContinuousNumbering)
@@ -42,8 +42,9 @@ store::Record recordOf(const JobConfiguration& fields, store::RecordValue::List 
         .add(QStringLiteral("startPage"), store::low32(fields.startPage))
         .add(QStringLiteral("isHighlightStamp"), fields.isHighlightStamp)
         .add(QStringLiteral("isLivePreview"), fields.isLivePreview)
-        .add(QStringLiteral("Stamps"), std::move(stampRecords))
-        .take();
+        .add(QStringLiteral("Stamps"), std::move(stampRecords));
+    fields.options.addTo(builder);
+    return builder.take();
 }
 
 } // namespace
@@ -108,6 +109,7 @@ bool Numbering::setData(const store::Record* data)
         fields_.isLivePreview = data->boolean(QStringLiteral("isLivePreview"));
         fields_.labelPrefix = data->text(QStringLiteral("labelPrefix"));
         fields_.outputFolder = data->text(QStringLiteral("outputFolder"));
+        fields_.options = JobOptions::read(*data);
         stamps.clear();
         const auto* stampRecords = data->list(QStringLiteral("Stamps"));
         if (!stampRecords) return true;

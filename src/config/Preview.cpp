@@ -10,8 +10,30 @@
 
 namespace quillfern {
 
+namespace {
+
+/// How many of the pages `first` to `last`, neither below 0, have the parity that is stamped.
+std::int64_t pagesOfParity(PageRange parity, std::int64_t first, std::int64_t last)
+{
+    if (last < first) return 0;
+    switch (parity) {
+    case PageRange::AllPages:
+        return last - first + 1;
+    case PageRange::OddPages:
+        return (last + 1) / 2 - first / 2;
+    case PageRange::EvenPages:
+        return last / 2 + 1 - (first + 1) / 2;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
 bool isPreviewStampedPage(const JobConfiguration& job, std::int64_t index)
 {
+    if (!job.options.pageList.isEmpty())
+        return isInPageRange(job, index + 1) && hasChosenParity(job, index + 1);
     if (index < job.startPage - 1) return false;
     if (job.endPage != 0 && index > job.endPage) return false;
     return hasChosenParity(job, index); // counted from 0, so that the first page is even
@@ -19,19 +41,15 @@ bool isPreviewStampedPage(const JobConfiguration& job, std::int64_t index)
 
 std::int64_t previewStampedPages(const JobConfiguration& job, std::int64_t before)
 {
-    const std::int64_t first = std::max<std::int64_t>(0, job.startPage - 1);
-    const std::int64_t end = job.endPage == 0 ? before : std::min(before, job.endPage + 1);
-    if (end <= first) return 0;
-    switch (job.pageRange) {
-    case PageRange::AllPages:
-        return end - first;
-    case PageRange::OddPages:
-        return end / 2 - first / 2;
-    case PageRange::EvenPages:
-        return (end + 1) / 2 - (first + 1) / 2;
-    default:
-        return 0;
+    if (!job.options.pageList.isEmpty()) {
+        std::int64_t stamped = 0;
+        for (const PageList::Range& range : job.options.pageList.ranges())
+            stamped += pagesOfParity(job.pageRange, range.first, std::min(range.last, before));
+        return stamped;
     }
+    const std::int64_t first = std::max<std::int64_t>(0, job.startPage - 1);
+    const std::int64_t last = (job.endPage == 0 ? before : std::min(before, job.endPage + 1)) - 1;
+    return pagesOfParity(job.pageRange, first, last); // counted from 0, as above
 }
 
 QImage Preview::preview2(const JobConfiguration& job, std::int64_t totalPages, const View& view)

@@ -61,7 +61,7 @@ class Preview
 
 /// How many of the pages in front of the one with the 0-based index `before` the preview regards as stamped.
 /// The preview's rule is not the job's: for the parity it counts pages from 0, and it includes one page after
-/// endPage.
+/// endPage. With a list of pages it is the job's.
 [[nodiscard]] std::int64_t previewStampedPages(const JobConfiguration& job, std::int64_t before);
 /// True when the preview regards the page with this 0-based index as stamped.
 [[nodiscard]] bool isPreviewStampedPage(const JobConfiguration& job, std::int64_t index);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "stamps/MarginAnchor.h"
+#include "stamps/StampList.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -27,6 +28,13 @@ class StampRun
 
     /// Back to the start number and to the side each stamp begins on.
     void reset();
+
+    /// What this run will have become after so many stamped pages with these stamps.
+    [[nodiscard]] StampRun after(std::int64_t pages, std::int64_t numberSteps,
+                                 const StampValues& stamps) const;
+
+    /// Whether the next page would be stamped alike.
+    bool operator==(const StampRun&) const = default;
 
   private:
     std::int64_t startNumber_;

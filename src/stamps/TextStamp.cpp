@@ -112,6 +112,7 @@ std::optional<store::Record> TextStamp::getData() const
             .add(QStringLiteral("outlineWidth"), store::low32(outlineWidth))
             .add(QStringLiteral("font"), font.getData());
         addShared(builder);
+        if (isFillIn) builder.add(QStringLiteral("isFillIn"), true); // otherwise the record is as ever
         return std::optional(builder.take());
     });
 }
@@ -145,6 +146,7 @@ void TextStamp::setData(const store::Record* data)
         textOpacity = data->integer32(QStringLiteral("textOpacity"));
         outlineOpacity = data->integer32(QStringLiteral("outlineOpacity"));
         textRotation = data->integer32(QStringLiteral("textRotation"));
+        isFillIn = data->boolean(QStringLiteral("isFillIn"));
     });
 }
 

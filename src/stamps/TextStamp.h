@@ -35,6 +35,7 @@ class TextStamp final : public StampBase
     bool isEmbedFont = false; ///< kept and saved; fonts are always embedded
     UnderlineStyle underlineStyle = UnderlineStyle::Single;
     NumberFormat number;
+    bool isFillIn = false; ///< {file}, {folder}, {date}, {time} and {label} in the template are filled in
     std::int64_t textOpacity = 100;    ///< percent of the fill
     double textRotation = 0;           ///< degrees, counter-clockwise on the page
     std::int64_t outlineOpacity = 100; ///< percent

@@ -25,7 +25,7 @@ void AppTest::start()
     app_ = std::make_unique<QuillfernAppDelegate>(
         AppServices{clock, folders, *store, mainThread, desktop, panels, alerts,
                     qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-render"),
-                    asPath(scratch.path(QStringLiteral("help.pdf"))), makeProcessors});
+                    asPath(scratch.path(QStringLiteral("help.pdf"))), makeProcessors, filesAtOnce});
     QApplication::setActiveWindow(&window());
     QTest::qWait(1); // the window's first layout
 }

@@ -66,6 +66,7 @@ class AppTest : public testing::Test
     FakePanels panels;
     FakeAlerts alerts;
     DocumentProcessorsFactory makeProcessors = makeDocumentProcessors;
+    int filesAtOnce = 0;
 
   private:
     std::unique_ptr<QuillfernAppDelegate> app_;

@@ -19,18 +19,21 @@ class FakeProcessors final : public DocumentProcessors
   public:
     explicit FakeProcessors(std::function<void(JobRun&)> work) : work_(std::move(work)) {}
 
-    FileOutcome processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
+    StampedDocument processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
     {
+        StampedDocument document;
+        document.outcome.status = FileStatus::Created;
         try {
             work_(run);
-        } catch (const Cancelled& given) {
-            return FileOutcome::without(FileStatus::Cancelled, given.reasons());
+        } catch (const Cancelled&) {
+            document.fail();
         }
-        FileOutcome outcome;
-        outcome.status = FileStatus::Created;
-        return outcome;
+        return document;
     }
-    FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override { return {}; }
+    StampedDocument processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override
+    {
+        return {};
+    }
 
   private:
     std::function<void(JobRun&)> work_;
@@ -44,6 +47,7 @@ class JobInWindow : public AppTest
     /// up.
     void gated()
     {
+        filesAtOnce = 1;
         makeProcessors = [this](const JobConfiguration&) {
             return std::make_unique<FakeProcessors>([this](JobRun& run) {
                 run.pageDone();

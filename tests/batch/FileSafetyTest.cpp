@@ -51,7 +51,7 @@ class FileSafety : public PdfProcessing
         JobRun run(job, [&] {
             if (meanwhile) std::exchange(meanwhile, nullptr)();
         });
-        return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(target), {}, run);
+        return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(target), {}, run).commit();
     }
 
     [[nodiscard]] QStringList filesIn(const QString& folder) const

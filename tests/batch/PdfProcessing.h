@@ -38,7 +38,7 @@ class PdfProcessing : public testing::Test
         JobConfiguration job = number.configuration();
         job.refusesSigned = refusesSigned;
         JobRun run(job);
-        return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(target), {}, run);
+        return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(target), {}, run).commit();
     }
 
     void addStamp(const QString& text, MarginAnchor anchor = MarginAnchor::TopLeft)

@@ -31,28 +31,28 @@ class ScriptedProcessors final : public DocumentProcessors
   public:
     explicit ScriptedProcessors(Script& script) : script_(script) {}
 
-    FileOutcome processPDF(const FilePath& source, const FilePath&, const QString& password,
-                           JobRun& run) override
+    StampedDocument processPDF(const FilePath& source, const FilePath&, const QString& password,
+                               JobRun& run) override
     {
         EXPECT_TRUE(password.isEmpty());
         return note("pdf", source, run);
     }
-    FileOutcome processTIFF(const FilePath& source, const FilePath&, JobRun& run, std::int32_t) override
+    StampedDocument processTIFF(const FilePath& source, const FilePath&, JobRun& run, std::int32_t) override
     {
         return note("tiff", source, run);
     }
 
   private:
-    FileOutcome note(const std::string& way, const FilePath& source, JobRun& run)
+    StampedDocument note(const std::string& way, const FilePath& source, JobRun& run)
     {
         const QString name = source.name();
         script_.calls.push_back(way + ' ' + name.toStdString() + " total " + std::to_string(run.totalPages) +
                                 " from " + std::to_string(run.numberCounter()));
         for (int page = 0; page < 10; ++page)
             run.numberUsed();
-        FileOutcome outcome;
-        outcome.status = script_.act(name) ? FileStatus::Created : FileStatus::Failed;
-        return outcome;
+        StampedDocument document;
+        document.outcome.status = script_.act(name) ? FileStatus::Created : FileStatus::Failed;
+        return document;
     }
 
     Script& script_;
@@ -67,14 +67,14 @@ class AbandonedProcessors final : public DocumentProcessors
     {
     }
 
-    FileOutcome processPDF(const FilePath& source, const FilePath& target, const QString& password,
-                           JobRun& run) override
+    StampedDocument processPDF(const FilePath& source, const FilePath& target, const QString& password,
+                               JobRun& run) override
     {
         process_.abandon();
         return real_->processPDF(source, target, password, run);
     }
-    FileOutcome processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
-                            std::int32_t compression) override
+    StampedDocument processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
+                                std::int32_t compression) override
     {
         process_.abandon();
         return real_->processTIFF(source, target, run, compression);
@@ -109,10 +109,12 @@ class JobTest : public testing::Test, public ProcessObserver
     ProcessServices services(bool scripted = true)
     {
         ProcessServices result{clock, folders, thread, desktop};
-        if (scripted)
+        if (scripted) {
+            result.filesAtOnce = 1;
             result.makeProcessors = [this](const JobConfiguration&) {
                 return std::make_unique<ScriptedProcessors>(script);
             };
+        }
         return result;
     }
 
@@ -309,16 +311,19 @@ TEST_F(JobTest, AFileThatIsNoDocumentAnyMoreCountsAndIsWarnedOf)
 class FailingMidway final : public DocumentProcessors
 {
   public:
-    FileOutcome processPDF(const FilePath& source, const FilePath&, const QString&, JobRun& run) override
+    StampedDocument processPDF(const FilePath& source, const FilePath&, const QString&, JobRun& run) override
     {
-        return processDocument("Error in [processPDF:] : %@", source, run, [&] {
+        return processDocument("Error in [processPDF:] : %@", source, run, [&](StampedDocument& work) {
             for (int page = 0; page < 3; ++page)
                 run.numberUsed();
             if (source.name() == QLatin1String("b.pdf")) throw Failure(QStringLiteral("The page is torn."));
-            return FileOutcome{FileStatus::Created, std::nullopt, 3, run.numbers()};
+            work.outcome = {FileStatus::Created, std::nullopt, 3, run.numbers()};
         });
     }
-    FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override { return {}; }
+    StampedDocument processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override
+    {
+        return {};
+    }
 };
 
 TEST_F(JobTest, NumbersOfAFileThatFailsMidwayAreNamed)
@@ -400,7 +405,7 @@ QStringList stampedWords(const Scratch& scratch, const QString& name, std::int64
     QStringList shown;
     for (int round = 0; round < 3; ++round) {
         const QString target = scratch.path(name + QStringLiteral("/out%1.pdf").arg(round));
-        EXPECT_EQ(processors->processPDF(asPath(source), asPath(target), {}, run).status,
+        EXPECT_EQ(processors->processPDF(asPath(source), asPath(target), {}, run).commit().status,
                   FileStatus::Created);
         for (const PdfTextPage& page : pdfWords(target))
             for (const PdfWord& word : page.words)

@@ -93,7 +93,9 @@ class RasterProcessing : public testing::Test
     {
         const JobConfiguration job = number.configuration();
         JobRun run(job);
-        outcome = makeDocumentProcessors(job)->processTIFF(asPath(source), asPath(target), run, compression);
+        outcome = makeDocumentProcessors(job)
+                      ->processTIFF(asPath(source), asPath(target), run, compression)
+                      .commit();
         nextNumber = run.numberCounter();
         return outcome;
     }

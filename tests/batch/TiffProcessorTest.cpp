@@ -348,7 +348,8 @@ TEST_F(TiffProcessing, StopsAfterThePageInWork)
     JobRun run(job, [&] {
         if (++done == 2) run.cancelUpdate();
     });
-    const FileOutcome part = makeDocumentProcessors(job)->processTIFF(asPath(source), asPath(target), run, 5);
+    const FileOutcome part =
+        makeDocumentProcessors(job)->processTIFF(asPath(source), asPath(target), run, 5).commit();
     EXPECT_EQ(part.status, FileStatus::Created);
     EXPECT_EQ(part.pages, 2);
     EXPECT_EQ(part.numbers, (NumbersUsed{1, 2}));

@@ -228,23 +228,27 @@ void AtomicFile::adoptAttributes() const
     if (attributes && takesDates_) attributes->giveDatesTo(descriptor_);
 }
 
-void AtomicFile::prepareCommit()
+void AtomicFile::flush()
 {
-    if (isPrepared_) return;
-    const Reason doing = cannotWrite(target_);
+    if (isFlushed_) return;
     flushBuffer();
     adoptAttributes();
     // Without this a power cut after the rename could leave an empty file where a whole one stood.
     if (::fsync(descriptor_) != 0 && errno != EINVAL && errno != EROFS)
-        throw Failure::fromErrno(doing, errno);
+        throw Failure::fromErrno(cannotWrite(target_), errno);
+    isFlushed_ = true;
+}
+
+void AtomicFile::prepareCommit()
+{
+    flush();
     if (temporaryName_.isEmpty()) {
         const QByteArray self = "/proc/self/fd/" + QByteArray::number(descriptor_);
         const QByteArray name = folder_ + '/' + temporaryName();
         if (::linkat(AT_FDCWD, self.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) != 0)
-            throw Failure::fromErrno(doing, errno);
+            throw Failure::fromErrno(cannotWrite(target_), errno);
         temporaryName_ = name;
     }
-    isPrepared_ = true;
 }
 
 void AtomicFile::commit()

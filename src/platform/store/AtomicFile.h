@@ -45,8 +45,11 @@ class AtomicFile
     /// `descriptor` is not used. Throws Failure, and Cancelled once `stop` is stopped.
     void copyFrom(int descriptor, long long size, const std::stop_token& stop = {});
 
-    /// Does all of commit() that takes time, up to the last step. Nothing may be written afterwards. Throws
-    /// Failure.
+    /// Brings bytes and attributes to the disk, which takes most of a commit's time. The file has no name
+    /// yet. Nothing may be written and no attributes may be given afterwards. Throws Failure.
+    void flush();
+    /// Does all of commit() up to the last step: flushes, and gives the file its temporary name, for which
+    /// there may be no room. Throws Failure.
     void prepareCommit();
     /// Flushes to the disk and moves the file into place. Throws Failure; the target is then untouched.
     void commit();
@@ -112,7 +115,7 @@ class AtomicFile
     std::optional<AccessList> bound_;
     AccessList fresh_; ///< of a new file in this folder
     bool takesDates_ = false;
-    bool isPrepared_ = false;
+    bool isFlushed_ = false;
     QByteArray folder_;
     QByteArray temporaryName_; ///< empty while the file has no name
     QByteArray buffer_;

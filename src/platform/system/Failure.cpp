@@ -1,5 +1,6 @@
 #include "platform/system/Failure.h"
 
+#include <cerrno>
 #include <cstring>
 #include <new>
 #include <system_error>
@@ -62,7 +63,17 @@ Failure Failure::fromErrno(const Reason& doing, int errorNumber)
     Reason reason = doing;
     reason.logged = continued(doing.logged, said);
     reason.shown = continued(doing.shown, said) + u'.';
-    return Failure(reason);
+    Failure failure(reason);
+    for (const int shortage : {ENOSPC, EDQUOT, ENOMEM, EMFILE, ENFILE, EAGAIN})
+        failure.isShortage_ = failure.isShortage_ || errorNumber == shortage;
+    return failure;
+}
+
+Failure Failure::ofMemory(const Reason& reason)
+{
+    Failure failure(reason);
+    failure.isShortage_ = true;
+    return failure;
 }
 
 Reason currentReason()
@@ -87,6 +98,21 @@ Reason currentReason()
 QString reasonOfCurrentException()
 {
     return currentReason().logged;
+}
+
+bool isCurrentExceptionShortage()
+{
+    try {
+        throw;
+    } catch (const Failure& failure) {
+        return failure.isShortage();
+    } catch (const std::bad_alloc&) {
+        return true;
+    } catch (const std::system_error& error) {
+        return error.code() == std::errc::resource_unavailable_try_again;
+    } catch (...) {
+        return false;
+    }
 }
 
 } // namespace quillfern

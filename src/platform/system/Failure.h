@@ -47,10 +47,17 @@ class Failure : public std::exception
 
     /// "<doing>: <text of the errno value>", for a system call that failed. `doing` is a sentence.
     static Failure fromErrno(const Reason& doing, int errorNumber);
+    /// For want of memory.
+    static Failure ofMemory(const Reason& reason);
+
+    /// Whether something was short (memory, room on the disk, open files) that other work may have held: the
+    /// same could succeed later.
+    [[nodiscard]] bool isShortage() const { return isShortage_; }
 
   private:
     Reason reason_;
     QByteArray utf8_;
+    bool isShortage_ = false;
 };
 
 /// A command or a command line that cannot be followed as it is; nothing was done. The reason is one sentence
@@ -65,5 +72,7 @@ class WrongUse final : public Failure
 [[nodiscard]] Reason currentReason();
 /// The same, for logs.
 [[nodiscard]] QString reasonOfCurrentException();
+/// Whether the exception now being handled is one of shortage, whatever its type.
+[[nodiscard]] bool isCurrentExceptionShortage();
 
 } // namespace quillfern
