@@ -1,7 +1,7 @@
 # Sourced by run.sh and test.sh: installs what a Debian 12 machine lacks, saying so, and nothing when it lacks nothing.
 
 packages_to_build="cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-svg-dev libgl1-mesa-dev libqpdf-dev libtiff-dev
-  zlib1g-dev libdeflate-dev libturbojpeg0-dev libjpeg62-turbo-dev libpng-dev
+  zlib1g-dev libdeflate-dev nettle-dev libturbojpeg0-dev libjpeg62-turbo-dev libpng-dev
   liblcms2-dev libharfbuzz-dev libfontconfig-dev qt6-pdf-dev fonts-liberation weasyprint"
 packages_to_test="clang-format libgtest-dev libgmock-dev poppler-utils qpdf libtiff-tools dbus-daemon fonts-droid-fallback fonts-dejavu-core
   fonts-cantarell fonts-open-sans python3 locales"

@@ -11,6 +11,7 @@ QString iconName(const FileOutcome& outcome)
     if (outcome.isWarning()) return QStringLiteral("warning");
     switch (outcome.status) {
     case FileStatus::Created:
+    case FileStatus::Skipped:
         return QStringLiteral("done");
     case FileStatus::NoPages:
         return QStringLiteral("no-pages");
@@ -28,6 +29,8 @@ QString shownStatus(FileStatus status)
         return JobResultsModel::tr("No Output"); // the log says that the file was completed
     case FileStatus::NoPages:
         return JobResultsModel::tr("No Pages");
+    case FileStatus::Skipped:
+        return JobResultsModel::tr("Skipped");
     case FileStatus::Cancelled:
         return JobResultsModel::tr("Cancelled");
     default:

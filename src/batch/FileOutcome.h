@@ -2,6 +2,7 @@
 
 #include "platform/system/Failure.h"
 
+#include <QByteArray>
 #include <cstdint>
 #include <optional>
 #include <utility>
@@ -15,8 +16,31 @@ enum class FileStatus {
     NoPages,        ///< the list knows of no page in the file; it was not handed to a processor
     Failed,         ///< its processor failed; there is no copy
     Refused, ///< something outside its processor failed, or would have harmed another file; there is no copy
+    Skipped, ///< a copy that was there before the job was left as it is, as the job's options want
     Cancelled, ///< the job was stopped before the file was begun, or the file was given up
 };
+
+/// The name of a status for programs; it never changes.
+[[nodiscard]] constexpr const char* statusId(FileStatus status)
+{
+    switch (status) {
+    case FileStatus::Created:
+        return "created";
+    case FileStatus::CreatedNothing:
+        return "no-output";
+    case FileStatus::NoPages:
+        return "no-pages";
+    case FileStatus::Failed:
+        return "failed";
+    case FileStatus::Refused:
+        return "refused";
+    case FileStatus::Skipped:
+        return "skipped";
+    case FileStatus::Cancelled:
+        return "cancelled";
+    }
+    return "";
+}
 
 /// The numbers on the stamped pages of one file.
 struct NumbersUsed
@@ -40,6 +64,10 @@ struct FileOutcome
     bool isIncomplete = false;    ///< parts of a damaged source are missing in the copy
     bool breaksSignature = false; ///< a digital signature of the source no longer holds in the copy
     bool replacesCopy = false;    ///< an earlier file's copy of the same name, made by the same job
+    /// SHA-256 in hexadecimal digits of the source as it was stamped and of the copy; empty in a job without
+    /// an index, and without a copy.
+    QByteArray sourceSha256 = {};
+    QByteArray copySha256 = {};
 
     [[nodiscard]] static FileOutcome without(FileStatus status, Reason remark)
     {

@@ -33,15 +33,41 @@ void requireResources()
     startQtThreads();
 }
 
-Job planJob(const std::vector<FileItem>& files, const Settings& settings)
+namespace {
+
+bool namesCopies(const JobOptions& options)
+{
+    return options.keepFolders || options.tifNames || !options.namePattern.isEmpty() ||
+           options.existing != ExistingCopies::Replace;
+}
+
+} // namespace
+
+Job planJob(const std::vector<FileItem>& files, const Settings& settings, const QDate& date)
 {
     Job job;
     job.configuration = settings.number->configuration();
     job.outputFolder = FilePath::fromText(settings.outputFolderPath.value_or(QString()));
     job.isOpenFolderAfterConversion = settings.isOpenFolderAfterConversion;
-    for (const FileItem& item : files) {
+    const JobConfiguration& configuration = job.configuration;
+    std::vector<FileItem> sources = files;
+    if (configuration.options.checkedOnly)
+        std::erase_if(sources, [](const FileItem& item) { return !item.isSelected(); });
+    if (namesCopies(configuration.options)) job.names.emplace(configuration, job.outputFolder, sources, date);
+    std::int64_t next = configuration.startNumber;
+    for (const FileItem& item : sources) {
+        FilePath target = job.outputFolder.child(item.name());
+        if (job.names) {
+            const std::int64_t count = stampedPages(configuration, item.pages());
+            const NumbersUsed numbers{next, next + (count - 1) * configuration.numberSteps};
+            target = job.names
+                         ->of(job.outputFiles.size(), item.filePath(),
+                              count > 0 ? std::optional(numbers) : std::nullopt)
+                         .below(job.outputFolder);
+            if (configuration.isContinuousNumbering) next += count * configuration.numberSteps;
+        }
         OutputFile output;
-        output.initWithData(job.outputFolder.child(item.name()), std::vector{item});
+        output.initWithData(target, std::vector{item});
         job.outputFiles.push_back(std::move(output));
         job.totalPages += item.pages();
     }

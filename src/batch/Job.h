@@ -1,11 +1,13 @@
 #pragma once
 
 #include "batch/OutputFile.h"
+#include "batch/OutputNames.h"
 #include "config/JobConfiguration.h"
 #include "config/Settings.h"
 #include "filelist/FileItem.h"
 #include "platform/system/FilePath.h"
 
+#include <QDate>
 #include <QString>
 #include <cstdint>
 #include <optional>
@@ -21,6 +23,9 @@ struct Job
     std::vector<OutputFile> outputFiles; ///< in list order
     std::int64_t totalPages = 0;         ///< of the whole list
     FilePath outputFolder;
+    /// How the copies get their names; none for a job whose copies have the names of their sources and
+    /// replace what stands there.
+    std::optional<OutputNames> names;
     bool isOpenFolderAfterConversion = false;
 };
 
@@ -34,7 +39,9 @@ void requireOutputFolder(const std::optional<QString>& path);
 void requireResources();
 
 /// Plans a job over the whole list, checked or not: one output of the same name in the settings' output
-/// folder for each file, in list order.
-[[nodiscard]] Job planJob(const std::vector<FileItem>& files, const Settings& settings);
+/// folder for each file, in list order. With options the unchecked files are left out, and the outputs have
+/// the names that the page counts predict; `date` is the day that stands in them.
+[[nodiscard]] Job planJob(const std::vector<FileItem>& files, const Settings& settings,
+                          const QDate& date = QDate::currentDate());
 
 } // namespace quillfern

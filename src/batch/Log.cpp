@@ -40,6 +40,8 @@ QString statusWord(const FileOutcome& outcome)
         return QStringLiteral("Failed");
     case FileStatus::Refused:
         return outcome.remark ? outcome.remark->logged : QString();
+    case FileStatus::Skipped:
+        return QStringLiteral("Skipped");
     case FileStatus::Cancelled:
         return {};
     }

@@ -35,8 +35,8 @@ struct LogFiles
     FilePath source = {}; ///< the input; for people, not in the log's file
 };
 
-/// The word for an outcome in the log: "Completed", "Failed", "No Pages", the reason for a file that was
-/// refused, or the empty text for a file that was not begun. English.
+/// The word for an outcome in the log: "Completed", "Failed", "No Pages", "Skipped", the reason for a file
+/// that was refused, or the empty text for a file that was not begun. English.
 [[nodiscard]] QString statusWord(const FileOutcome& outcome);
 
 /// What a job produced. Filled and saved on the job's worker thread; other threads may read the path when the

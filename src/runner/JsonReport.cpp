@@ -30,25 +30,6 @@ void addNumbers(QJsonObject& object, const char* name, const std::optional<Numbe
                                          {key("last"), static_cast<qint64>(numbers->last)}});
 }
 
-const char* statusName(FileStatus status)
-{
-    switch (status) {
-    case FileStatus::Created:
-        return "created";
-    case FileStatus::CreatedNothing:
-        return "no-output";
-    case FileStatus::NoPages:
-        return "no-pages";
-    case FileStatus::Failed:
-        return "failed";
-    case FileStatus::Refused:
-        return "refused";
-    case FileStatus::Cancelled:
-        return "cancelled";
-    }
-    return "";
-}
-
 QString sentence(const QString& text)
 {
     return QString(text).replace(QStringLiteral("\r\n"), QStringLiteral(" "));
@@ -84,10 +65,11 @@ void JsonReport::listWritten(const FilePath& path, const FileTotals& totals)
 void JsonReport::fileDone(std::int64_t index, const LogFiles& file)
 {
     const FileOutcome& outcome = file.outcome;
-    if (isQuiet_ && outcome.status == FileStatus::Created && !outcome.isWarning()) return;
+    const bool isSound = outcome.status == FileStatus::Created || outcome.status == FileStatus::Skipped;
+    if (isQuiet_ && isSound && !outcome.isWarning()) return;
     QJsonObject line{{key("kind"), key("file")},
                      {key("index"), static_cast<qint64>(index)},
-                     {key("status"), key(statusName(outcome.status))},
+                     {key("status"), key(statusId(outcome.status))},
                      {key("sourcePages"), file.pages}};
     addPath(line, "source", file.source);
     if (outcome.status == FileStatus::Created) {
@@ -98,6 +80,9 @@ void JsonReport::fileDone(std::int64_t index, const LogFiles& file)
         line.insert(key("replacesCopy"), outcome.replacesCopy);
     }
     addNumbers(line, "numbers", outcome.numbers);
+    for (const auto& [name, hash] :
+         {std::pair("sourceSha256", outcome.sourceSha256), std::pair("copySha256", outcome.copySha256)})
+        if (!hash.isEmpty()) line.insert(key(name), QString::fromLatin1(hash));
     addNumbers(line, "lostNumbers", outcome.lostNumbers);
     if (outcome.remark) line.insert(key("remark"), readableName(outcome.remark->logged));
     write(line);

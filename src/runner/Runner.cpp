@@ -236,7 +236,8 @@ void Runner::updateTimeTakenLabel(const QString&)
 void Runner::outputFinished(const LogFiles& output)
 {
     const FileOutcome& outcome = output.outcome;
-    if (outcome.status != FileStatus::Created || outcome.isFault()) ++outputsMissing_;
+    const bool hasCopy = outcome.status == FileStatus::Created || outcome.status == FileStatus::Skipped;
+    if (!hasCopy || outcome.isFault()) ++outputsMissing_;
     progress_.clear();
     report_->fileDone(++outputsFinished_, output);
 }

@@ -22,7 +22,8 @@ void TextReport::fileDone(std::int64_t, const LogFiles& file)
 {
     const FilePath path = FilePath::fromText(file.targetPath).child(file.filename);
     const FileOutcome& outcome = file.outcome;
-    if (isQuiet_ && outcome.status == FileStatus::Created && !outcome.isWarning()) return;
+    const bool isSound = outcome.status == FileStatus::Created || outcome.status == FileStatus::Skipped;
+    if (isQuiet_ && isSound && !outcome.isWarning()) return;
     QTextStream& stream = isQuiet_ ? err_ : out_;
     const QString word = outcome.status == FileStatus::CreatedNothing ? QStringLiteral("No Output")
                          : outcome.status == FileStatus::Cancelled    ? QStringLiteral("Cancelled")

@@ -59,16 +59,26 @@ QString numberTypeName(NumberType numberType)
     }
 }
 
+bool showsNumber(const NumberFormat& format)
+{
+    const QString pattern = format.numberFormat.value_or(QString());
+    return !slotText(format, 1).isEmpty() &&
+           (pattern.contains(QLatin1String("{0}")) || pattern.contains(QLatin1String("{1}")));
+}
+
+QString slotText(const NumberFormat& format, std::int64_t number)
+{
+    // A style that does not exist (a damaged profile) fills no slot.
+    const bool known =
+        format.numberType >= NumberType::Numbers && format.numberType <= NumberType::RomanNumbersSmall;
+    return known ? numberInStyle(store::low32(number), format) : QString();
+}
+
 QString numberText(const NumberFormat& format, std::int64_t pageNumber, std::int64_t totalPages)
 {
     const QString pattern = format.numberFormat.value_or(QString());
     if (format.numberType == NumberType::PlainText) return pattern;
-    // A style that does not exist (a damaged profile) fills no slot.
-    const bool known =
-        format.numberType >= NumberType::Numbers && format.numberType <= NumberType::RomanNumbersSmall;
-    const std::array<QString, 2> fillings = {
-        known ? numberInStyle(store::low32(pageNumber), format) : QString(),
-        known ? numberInStyle(store::low32(totalPages), format) : QString()};
+    const std::array<QString, 2> fillings = {slotText(format, pageNumber), slotText(format, totalPages)};
     QString text;
     std::size_t slot = 0;
     for (qsizetype i = 0; i < pattern.size();) {

@@ -35,6 +35,13 @@ struct NumberFormat
 [[nodiscard]] QString numberText(const NumberFormat& format, std::int64_t pageNumber,
                                  std::int64_t totalPages);
 
+/// Whether a page's number appears in the text.
+[[nodiscard]] bool showsNumber(const NumberFormat& format);
+
+/// A number as it is written into a slot: padded or in roman numerals. Cut to 32 bits; empty for a style that
+/// does not exist.
+[[nodiscard]] QString slotText(const NumberFormat& format, std::int64_t number);
+
 /// Roman numerals in small letters, without upper limit; empty for zero and below.
 [[nodiscard]] QString romanNumeralsFromInt(std::int32_t number);
 

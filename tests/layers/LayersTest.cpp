@@ -48,7 +48,7 @@ const std::vector<std::pair<const char*, const char*>> libraries = {
     {"tiff", "platform/raster"},         {"turbojpeg.h", "platform/raster"},
     {"jpeglib.h", "platform/raster"},    {"jerror.h", "platform/raster"},
     {"png.h", "platform/raster"},        {"lcms2.h", "platform/raster"},
-    {"fontconfig/", "platform/drawing"},
+    {"fontconfig/", "platform/drawing"}, {"nettle/", "platform/store"},
 };
 
 QSet<QString> reachable(const QString& room)

@@ -1,8 +1,10 @@
 #include "platform/store/AtomicFile.h"
 
+#include "platform/store/NewName.h"
 #include "platform/store/TemporaryNames.h"
 #include "platform/system/Cancellation.h"
 #include "platform/system/FileAccess.h"
+#include "platform/system/NativePath.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -44,7 +46,8 @@ void AtomicFile::requireReplaceable(const FilePath& path)
     throw Failure({why, {path.readable()}});
 }
 
-AtomicFile::AtomicFile(FilePath target) : target_(std::move(target)), folder_(target_.parent().bytes())
+AtomicFile::AtomicFile(FilePath target, const FilePath& folder)
+    : target_(std::move(target)), folder_(folder.bytes())
 {
     if (target_.name().isEmpty())
         throw Failure(
@@ -107,6 +110,7 @@ void AtomicFile::flushBuffer()
 
 void AtomicFile::writeOut(const char* data, std::size_t size)
 {
+    if (hash_) hash_->add(data, size);
     while (size > 0) {
         const ssize_t written = ::write(descriptor_, data, size);
         if (written < 0) {
@@ -148,13 +152,11 @@ bool AtomicFile::cloneFrom(int descriptor, long long size)
 #endif
 }
 
-void AtomicFile::copyFrom(int descriptor, long long size, const std::stop_token& stop)
+long long AtomicFile::copyInsideSystem(int descriptor, long long size, const std::stop_token& stop)
 {
-    flushBuffer();
-    if (cloneFrom(descriptor, size)) return;
-    constexpr long long step = 8LL << 20; // so that the disk begins to write long before all is copied
     long long done = 0;
 #ifdef Q_OS_LINUX
+    constexpr long long step = 8LL << 20; // so that the disk begins to write long before all is copied
     while (done < size) {
         throwIfCancelled(stop);
         off_t from = done;
@@ -166,7 +168,20 @@ void AtomicFile::copyFrom(int descriptor, long long size, const std::stop_token&
         written_ += copied;
         startWriting();
     }
+#else
+    Q_UNUSED(descriptor)
+    Q_UNUSED(size)
+    Q_UNUSED(stop)
 #endif
+    return done;
+}
+
+void AtomicFile::copyFrom(int descriptor, long long size, const std::stop_token& stop)
+{
+    flushBuffer();
+    const bool isBegin = written_ == 0;
+    if (!hash_ && cloneFrom(descriptor, size)) return;
+    long long done = hash_ ? 0 : copyInsideSystem(descriptor, size, stop);
     QByteArray block(bufferSize, Qt::Uninitialized);
     while (done < size) {
         throwIfCancelled(stop);
@@ -175,6 +190,21 @@ void AtomicFile::copyFrom(int descriptor, long long size, const std::stop_token&
         writeOut(block.constData(), static_cast<std::size_t>(count));
         done += count;
     }
+    if (hash_ && isBegin) copied_ = CopiedBytes{size, hash_->digest()};
+}
+
+void AtomicFile::hashBytes()
+{
+    if (written_ == 0 && buffer_.isEmpty()) hash_.emplace();
+}
+
+QByteArray AtomicFile::sha256(const std::stop_token& stop)
+{
+    flushBuffer();
+    if (hash_) return hash_->digest();
+    struct stat status = {};
+    if (::fstat(descriptor_, &status) != 0) throw Failure::fromErrno(cannotWrite(target_), errno);
+    return Sha256::ofFile(descriptor_, status.st_size, stop);
 }
 
 void AtomicFile::takeAttributes(FileAttributes attributes, bool withDates)
@@ -228,11 +258,32 @@ void AtomicFile::commit()
     requireReplaceable(target_);
     if (std::rename(temporaryName_.constData(), target_.bytes().constData()) != 0)
         throw Failure::fromErrno(doing, errno);
+    close();
+}
+
+bool AtomicFile::commitInto(const FolderBelow& folder, const QString& name, bool mayReplace)
+{
+    prepareCommit();
+    target_ = folder.path().child(name);
+    const QByteArray bytes = nativePath(name);
+    if (mayReplace) {
+        requireReplaceable(target_);
+        if (::renameat(AT_FDCWD, temporaryName_.constData(), folder.descriptor(), bytes.constData()) != 0)
+            throw Failure::fromErrno(cannotWrite(target_), errno);
+    } else if (!takeNewName(temporaryName_, folder.descriptor(), bytes, target_)) {
+        return false;
+    }
+    close();
+    return true;
+}
+
+void AtomicFile::close()
+{
     temporaryName_.clear();
     const int closed = ::close(descriptor_);
     descriptor_ = -1;
     // Some network file systems report a lost write only here.
-    if (closed != 0 && errno != EINTR) throw Failure::fromErrno(doing, errno);
+    if (closed != 0 && errno != EINTR) throw Failure::fromErrno(cannotWrite(target_), errno);
 }
 
 void AtomicFile::writeWhole(const FilePath& path, const QByteArray& bytes)

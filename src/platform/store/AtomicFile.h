@@ -2,9 +2,12 @@
 
 #include "platform/store/AccessList.h"
 #include "platform/store/FileAttributes.h"
+#include "platform/store/FolderBelow.h"
+#include "platform/store/Sha256.h"
 #include "platform/system/FilePath.h"
 
 #include <QByteArray>
+#include <QString>
 #include <cstddef>
 #include <optional>
 #include <stop_token>
@@ -25,7 +28,10 @@ class AtomicFile
   public:
     /// Opens the temporary file. Throws Failure when the folder is missing or not writable, and when the
     /// target is no file that could be replaced.
-    explicit AtomicFile(FilePath target);
+    explicit AtomicFile(FilePath target) : AtomicFile(target, target.parent()) {}
+    /// With the temporary file in another folder of the same file system, because the target's folder may not
+    /// be there before the commit.
+    AtomicFile(FilePath target, const FilePath& folder);
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
@@ -48,6 +54,28 @@ class AtomicFile
     /// Flushes to the disk and moves the file into place. Throws Failure; the target is then untouched.
     void commit();
 
+    /// Moves the file to a name in an open folder of the same file system, whatever the target was. With
+    /// `mayReplace` a file of that name is replaced, as commit() does; otherwise nothing ever is, and the
+    /// result is false when the name is taken: the file can then be committed under another one. Throws
+    /// Failure.
+    [[nodiscard]] bool commitInto(const FolderBelow& folder, const QString& name, bool mayReplace);
+
+    /// From now on the bytes are hashed as they pass; copyFrom() then reads them. To be called before the
+    /// first byte.
+    void hashBytes();
+    /// SHA-256 of the whole file as Sha256::digest() has it, once everything is written. Where the bytes have
+    /// not passed, because they were written through descriptor(), they are read back. Throws Failure, and
+    /// Cancelled once `stop` is stopped.
+    [[nodiscard]] QByteArray sha256(const std::stop_token& stop = {});
+    /// The same of what copyFrom() has copied to the begin of the file, and how many bytes that were; nothing
+    /// when the file does not begin with a copy or is not hashed.
+    struct CopiedBytes
+    {
+        long long size = 0;
+        QByteArray sha256;
+    };
+    [[nodiscard]] const std::optional<CopiedBytes>& copiedBytes() const { return copied_; }
+
     /// Gives the new file these attributes instead of the target's; the dates too, when `withDates`.
     void takeAttributes(FileAttributes attributes, bool withDates = false);
     /// Makes the new file one of its own, whatever the target had: as open as a new file of this user in this
@@ -62,7 +90,11 @@ class AtomicFile
 
     /// The descriptor, for libraries that write by themselves (seekable). Nothing is buffered here as long as
     /// write() is not called. Owned by this object.
-    [[nodiscard]] int descriptor() const { return descriptor_; }
+    [[nodiscard]] int descriptor()
+    {
+        hash_.reset();
+        return descriptor_;
+    }
 
     /// Writes `bytes` whole to `path` in one step.
     static void writeWhole(const FilePath& path, const QByteArray& bytes);
@@ -74,7 +106,9 @@ class AtomicFile
     /// Lets the disk begin with what was written, so that the flush at the end has little left to wait for.
     void startWriting();
     bool cloneFrom(int descriptor, long long size);
+    long long copyInsideSystem(int descriptor, long long size, const std::stop_token& stop);
     void adoptAttributes() const;
+    void close();
 
     FilePath target_;
     std::optional<FileAttributes> attributes_; ///< none for the target's own
@@ -86,6 +120,8 @@ class AtomicFile
     QByteArray temporaryName_; ///< empty while the file has no name
     QByteArray buffer_;
     int descriptor_ = -1;
+    std::optional<Sha256> hash_; ///< of the bytes so far; none when they are not hashed
+    std::optional<CopiedBytes> copied_;
     long long written_ = 0;
     long long started_ = 0; ///< of these bytes, how many the disk was already asked to write
 };

@@ -1,10 +1,10 @@
 #include "platform/store/KeptFile.h"
 
 #include "platform/store/AtomicFile.h"
+#include "platform/store/NewName.h"
 #include "platform/store/TemporaryNames.h"
 #include "platform/system/Failure.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
@@ -21,21 +21,6 @@ FilePath numbered(const FilePath& path, int number)
     return path.parent().child(name);
 }
 
-/// Gives the file the name unless another file has it. In one step, so that two programs never take one name.
-bool takeName(const QByteArray& from, const QByteArray& to)
-{
-    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) return true;
-    if (errno == EEXIST) return false;
-    // Some network file systems only know links.
-    if (::link(from.constData(), to.constData()) == 0) {
-        ::unlink(from.constData());
-        return true;
-    }
-    if (errno == EEXIST) return false;
-    throw Failure::fromErrno(QStringLiteral("%1 cannot be written.").arg(FilePath::fromBytes(to).readable()),
-                             errno);
-}
-
 } // namespace
 
 FilePath writeKeepingEarlier(const FilePath& path, const QByteArray& bytes)
@@ -44,7 +29,7 @@ FilePath writeKeepingEarlier(const FilePath& path, const QByteArray& bytes)
     AtomicFile::writeWhole(fresh, bytes);
     int number = 1;
     try {
-        while (!takeName(fresh.bytes(), numbered(path, number).bytes()))
+        while (!takeNewName(fresh.bytes(), AT_FDCWD, numbered(path, number).bytes(), path))
             ++number;
     } catch (const Failure&) {
         ::unlink(fresh.bytes().constData());

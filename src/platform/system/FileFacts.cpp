@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace quillfern {
 
@@ -17,6 +18,13 @@ bool isNameTaken(const FilePath& path)
 {
     struct stat status = {};
     return ::lstat(path.bytes().constData(), &status) == 0;
+}
+
+qsizetype longestName(const FilePath& folder)
+{
+    constexpr qsizetype usual = 255;
+    const long most = ::pathconf(folder.bytes().constData(), _PC_NAME_MAX);
+    return most > 0 ? most : usual;
 }
 
 std::optional<std::uint64_t> allocatedSize(const FilePath& path)

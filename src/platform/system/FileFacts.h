@@ -21,6 +21,9 @@ enum class FileKind {
 /// Whether anything has this name; also a link that leads nowhere.
 [[nodiscard]] bool isNameTaken(const FilePath& path);
 
+/// How many bytes a name in this folder may have.
+[[nodiscard]] qsizetype longestName(const FilePath& folder);
+
 /// The bytes that a file occupies on the disk; nothing when it cannot be looked at.
 [[nodiscard]] std::optional<std::uint64_t> allocatedSize(const FilePath& path);
 
