@@ -24,8 +24,8 @@ struct WorkAhead::Slot
     const std::size_t file;
     const StampRun start;
     State state = State::Waiting;
-    bool isDropped = false;    ///< the result will not be wanted
-    bool hadCompany = false;   ///< other files were in work or waited for their turn at the same time
+    bool isDropped = false;  ///< the result will not be wanted
+    bool hadCompany = false; ///< other files were in work or waited for their turn at the same time
     std::stop_source stop = std::stop_source();
     std::atomic<std::int64_t> pages = 0;
     std::int64_t memory = 0;
@@ -166,9 +166,8 @@ void WorkAhead::reserve(Slot& slot, std::int64_t bytes)
 {
     const std::stop_token stop = slot.stop.get_token();
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, stop, [&] {
-        return slot.file == turn_ || memory_ == 0 || memory_ + bytes <= memoryForAll;
-    });
+    changed_.wait(lock, stop,
+                  [&] { return slot.file == turn_ || memory_ == 0 || memory_ + bytes <= memoryForAll; });
     throwIfCancelled(stop);
     slot.memory += bytes;
     memory_ += bytes;

@@ -27,9 +27,9 @@ namespace quillfern {
 struct FileWork
 {
     StampedDocument document;
-    bool isProcessed = false;          ///< a processor had the file
-    std::exception_ptr problem = {};   ///< what the work threw, instead of a document
-    HeldLogLines log = {};             ///< what the work has to say in the system log
+    bool isProcessed = false;        ///< a processor had the file
+    std::exception_ptr problem = {}; ///< what the work threw, instead of a document
+    HeldLogLines log = {};           ///< what the work has to say in the system log
 };
 
 /// What is known of one file of a job before it is worked on.
@@ -38,30 +38,33 @@ struct PlannedFile
     std::int64_t stampedPages = 0; ///< that will probably use numbers
 };
 
-/// Works on the files of a job on several threads at once and hands the results out in list order, one at each
-/// turn. With continuous numbering the work on a file begins with the number that the page counts of the files before
-/// predict; where that proves wrong, the work is thrown away and done again, before its turn, with the right number.
+/// Works on the files of a job on several threads at once and hands the results out in list order, one at
+/// each turn. With continuous numbering the work on a file begins with the number that the page counts of the
+/// files before predict; where that proves wrong, the work is thrown away and done again, before its turn,
+/// with the right number.
 ///
-/// Made, used and destroyed on one thread. The number of files that are done and wait for their turn is bounded, and
-/// so is the memory of those in work (JobRun::memoryNeeded); the file whose turn it is never waits for memory.
+/// Made, used and destroyed on one thread. The number of files that are done and wait for their turn is
+/// bounded, and so is the memory of those in work (JobRun::memoryNeeded); the file whose turn it is never
+/// waits for memory.
 class WorkAhead
 {
   public:
-    /// Does all of a file's work that can be done before its turn; called on a worker's thread, for several files at
-    /// the same time.
+    /// Does all of a file's work that can be done before its turn; called on a worker's thread, for several
+    /// files at the same time.
     using Work = std::function<FileWork(DocumentProcessors&, std::size_t file, JobRun&)>;
 
     struct Means
     {
-        std::function<std::unique_ptr<DocumentProcessors>()> makeProcessors; ///< called on each worker's thread
+        std::function<std::unique_ptr<DocumentProcessors>()>
+            makeProcessors; ///< called on each worker's thread
         Work work;
         std::atomic<std::int64_t>& pagesDone; ///< counts up with every page, and down for work thrown away
         int threads = 1;
         std::stop_token abandon; ///< gives up every file
     };
 
-    /// `job` must outlive this object. With one thread, and where the system refuses more, each file is worked
-    /// on at its turn, on the caller's thread.
+    /// `job` must outlive this object. With one thread, and where the system refuses more, each file is
+    /// worked on at its turn, on the caller's thread.
     WorkAhead(const JobConfiguration& job, std::vector<PlannedFile> files, Means means);
     /// Gives up what is in work.
     ~WorkAhead();
@@ -73,13 +76,13 @@ class WorkAhead
     {
         /// Called every now and then; once it returns false, only the file whose turn it is will be finished.
         std::function<bool()> goOn;
-        /// The work failed for want of something that other files in work may have held. The work is done again without
-        /// other files, after this call.
+        /// The work failed for want of something that other files in work may have held. The work is done
+        /// again without other files, after this call.
         std::function<void(StampedDocument&)> beforeRetry;
     };
 
-    /// The turn of file `file`, the next in list order: waits for its work. All earlier results have been dealt with.
-    /// Throws what making the processors threw.
+    /// The turn of file `file`, the next in list order: waits for its work. All earlier results have been
+    /// dealt with. Throws what making the processors threw.
     [[nodiscard]] FileWork take(std::size_t file, const Turn& turn);
 
   private:
@@ -109,9 +112,9 @@ class WorkAhead
     std::mutex mutex_;
     std::condition_variable_any changed_;
     std::map<std::size_t, SlotPtr> slots_; ///< without gaps, from the first file on that was not taken
-    std::size_t turn_ = 0;  ///< the file whose turn it is, or was last
-    std::size_t taken_ = 0; ///< how many files have had their turn
-    StampRun next_;         ///< where the next of them begins
+    std::size_t turn_ = 0;                 ///< the file whose turn it is, or was last
+    std::size_t taken_ = 0;                ///< how many files have had their turn
+    StampRun next_;                        ///< where the next of them begins
     int inWork_ = 0;
     std::int64_t memory_ = 0; ///< of the files in work
     bool isEnding_ = false;   ///< no file after the present turn is begun
