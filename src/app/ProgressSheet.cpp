@@ -70,7 +70,6 @@ void ProgressSheet::follow(const Process& process, const std::vector<std::int32_
     finished_ = 0;
     unshown_.clear();
     finishedPages_ = 0;
-    processedBefore_ = 0;
     isCompleted_ = false;
 
     delete results_;
@@ -99,7 +98,6 @@ void ProgressSheet::outputFinished(const LogFiles& record)
     ++finished_;
     unshown_.push_back(
         {readableName(record.filename), record.pages, record.outcome, record.source.readable()});
-    if (process_) processedBefore_ = process_->totalPagesProcessed();
 }
 
 void ProgressSheet::showResults()
@@ -114,9 +112,7 @@ void ProgressSheet::showResults()
 
 std::int64_t ProgressSheet::pagesDone() const
 {
-    const std::int64_t most = finished_ < pages_.size() ? std::max(pages_[finished_], 0) : 0;
-    return finishedPages_ +
-           std::clamp<std::int64_t>(process_->totalPagesProcessed() - processedBefore_, 0, most);
+    return std::clamp<std::int64_t>(finishedPages_ + process_->pagesInWork(), 0, totalPages_);
 }
 
 QString ProgressSheet::remainingText(std::int64_t done) const

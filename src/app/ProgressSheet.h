@@ -73,8 +73,7 @@ class ProgressSheet final : public QDialog
     std::size_t finished_ = 0;                  ///< outputs done
     std::vector<JobResultsModel::Row> unshown_; ///< of these
     std::int64_t totalPages_ = 0;
-    std::int64_t finishedPages_ = 0;   ///< of the outputs done
-    std::int64_t processedBefore_ = 0; ///< the job's own count when the present output was begun
+    std::int64_t finishedPages_ = 0; ///< of the outputs done
     QElapsedTimer elapsed_;
     QTimer poll_;
     QTimer stopNow_;

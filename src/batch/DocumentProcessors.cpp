@@ -12,8 +12,8 @@ namespace {
 class StampingProcessors final : public DocumentProcessors
 {
   public:
-    explicit StampingProcessors(const JobConfiguration& job)
-        : pdf_(job, shaper_, writerFor(job)), tiff_(job, shaper_)
+    StampingProcessors(const JobConfiguration& job, std::shared_ptr<pdf::SharedCodings> codings)
+        : pdf_(job, shaper_, writerFor(job), std::move(codings)), tiff_(job, shaper_)
     {
     }
 
@@ -45,9 +45,10 @@ class StampingProcessors final : public DocumentProcessors
 
 } // namespace
 
-std::unique_ptr<DocumentProcessors> makeDocumentProcessors(const JobConfiguration& job)
+std::unique_ptr<DocumentProcessors> makeDocumentProcessors(const JobConfiguration& job,
+                                                           const std::shared_ptr<pdf::SharedCodings>& codings)
 {
-    return std::make_unique<StampingProcessors>(job);
+    return std::make_unique<StampingProcessors>(job, codings);
 }
 
 } // namespace quillfern

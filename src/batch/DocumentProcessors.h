@@ -12,6 +12,10 @@
 
 namespace quillfern {
 
+namespace pdf {
+class SharedCodings;
+}
+
 /// The two ways from one source document to one stamped output document. Made and used on one thread. Both
 /// advance the run that the caller passes and change nothing else of the job; the document's copy gets its
 /// name when the caller commits it.
@@ -30,11 +34,13 @@ class DocumentProcessors
                                                       JobRun& run, std::int32_t compression) = 0;
 };
 
-/// Makes processors for a job; called on each thread that uses some. The configuration outlives them.
-using DocumentProcessorsFactory =
-    std::function<std::unique_ptr<DocumentProcessors>(const JobConfiguration& job)>;
+/// Makes processors for a job; called on each thread that uses some. The configuration outlives them; what is
+/// coded for one document is there for all documents of the job.
+using DocumentProcessorsFactory = std::function<std::unique_ptr<DocumentProcessors>(
+    const JobConfiguration& job, const std::shared_ptr<pdf::SharedCodings>& codings)>;
 
 /// The processors of the program; tests use others.
-[[nodiscard]] std::unique_ptr<DocumentProcessors> makeDocumentProcessors(const JobConfiguration& job);
+[[nodiscard]] std::unique_ptr<DocumentProcessors>
+makeDocumentProcessors(const JobConfiguration& job, const std::shared_ptr<pdf::SharedCodings>& codings = {});
 
 } // namespace quillfern

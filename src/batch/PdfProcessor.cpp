@@ -48,7 +48,8 @@ void PdfProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun& 
     std::unique_ptr<pdf::PdfDocument> document;
     try {
         document = pdf::PdfDocument::open(source, run.abandoned(),
-                                          isWrittenAnew ? pdf::ReadAhead::Everything : pdf::ReadAhead::Pages);
+                                          isWrittenAnew ? pdf::ReadAhead::Everything : pdf::ReadAhead::Pages,
+                                          codings_);
     } catch (const Cancelled&) {
         throw;
     } catch (const Failure& failure) {

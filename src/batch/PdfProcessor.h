@@ -6,6 +6,8 @@
 #include "platform/system/FilePath.h"
 
 #include <QString>
+#include <memory>
+#include <utility>
 
 namespace quillfern::drawing {
 class TextShaper;
@@ -13,6 +15,7 @@ class TextShaper;
 namespace quillfern::pdf {
 class PdfDocument;
 class PdfWriter;
+class SharedCodings;
 } // namespace quillfern::pdf
 
 namespace quillfern {
@@ -24,9 +27,10 @@ class PageCompositor;
 class PdfProcessor
 {
   public:
-    /// All are borrowed and must outlive the processor.
-    PdfProcessor(const JobConfiguration& job, drawing::TextShaper& shaper, const pdf::PdfWriter& writer)
-        : job_(job), shaper_(shaper), writer_(writer)
+    /// The first three are borrowed and must outlive the processor; `codings` are those of the whole job.
+    PdfProcessor(const JobConfiguration& job, drawing::TextShaper& shaper, const pdf::PdfWriter& writer,
+                 std::shared_ptr<pdf::SharedCodings> codings)
+        : job_(job), shaper_(shaper), writer_(writer), codings_(std::move(codings))
     {
     }
 
@@ -41,6 +45,7 @@ class PdfProcessor
     const JobConfiguration& job_;
     drawing::TextShaper& shaper_;
     const pdf::PdfWriter& writer_;
+    std::shared_ptr<pdf::SharedCodings> codings_;
 };
 
 } // namespace quillfern

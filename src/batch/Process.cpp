@@ -4,6 +4,7 @@
 #include "batch/JobIndex.h"
 #include "batch/JobWarnings.h"
 #include "platform/pdf/PdfPageCount.h"
+#include "platform/pdf/SharedCodings.h"
 #include "platform/store/TemporaryNames.h"
 #include "platform/system/Cancellation.h"
 #include "platform/system/Guarded.h"
@@ -92,7 +93,9 @@ std::vector<PlannedFile> Process::planFiles()
 
 WorkAhead::Means Process::means()
 {
-    return {[this] { return services_.makeProcessors(job_.configuration); },
+    return {[this, codings = std::make_shared<pdf::SharedCodings>()] {
+                return services_.makeProcessors(job_.configuration, codings);
+            },
             [this](DocumentProcessors& processors, std::size_t file, JobRun& run) {
                 return workOn(tasks_[file], processors, run);
             },
@@ -122,6 +125,7 @@ void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& file
         }
         FileWork work = files.take(nextTask++, turn);
         work.log.write();
+        pagesOfEndedTurns_ += work.pagesDone;
         try {
             record.outcome = finish(std::move(work), item, index, target);
             record.filename = target.name();

@@ -93,6 +93,8 @@ class Process
     [[nodiscard]] std::int32_t totalFileCreated() const { return totalFileCreated_; }
     /// Pages of all files that are done or in work; goes back when work has to be done again.
     [[nodiscard]] std::int64_t totalPagesProcessed() const { return totalPagesProcessed_; }
+    /// Of these, the pages of files whose turn has not ended yet.
+    [[nodiscard]] std::int64_t pagesInWork() const { return totalPagesProcessed_ - pagesOfEndedTurns_; }
     [[nodiscard]] QString fileInProcess() const { return read(fileInProcess_); }
     [[nodiscard]] QString outputFileInProcess() const { return read(outputFileInProcess_); }
     [[nodiscard]] QString timeTaken() const { return read(timeTaken_); }
@@ -135,6 +137,7 @@ class Process
     std::atomic<std::int32_t> totalFileProcessed_ = 0;
     std::atomic<std::int32_t> totalFileCreated_ = 0;
     std::atomic<std::int64_t> totalPagesProcessed_ = 0;
+    std::atomic<std::int64_t> pagesOfEndedTurns_ = 0;
 
     mutable std::mutex mutex_; ///< guards the four texts
     QString fileInProcess_;

@@ -46,15 +46,13 @@ WorkAhead::WorkAhead(const JobConfiguration& job, std::vector<PlannedFile> files
 
 WorkAhead::~WorkAhead()
 {
-    std::vector<std::stop_source> stops;
     {
         const std::lock_guard lock(mutex_);
         isClosing_ = true;
         for (const auto& [file, slot] : slots_)
-            stops.push_back(slot->stop);
+            drop(slot);
+        slots_.clear();
     }
-    for (std::stop_source& stop : stops)
-        stop.request_stop();
     changed_.notify_all();
     for (std::thread& thread : threads_)
         thread.join();
@@ -257,6 +255,7 @@ FileWork WorkAhead::take(std::size_t file, const Turn& turn)
     slots_.erase(file);
     taken_ = file + 1;
     FileWork result = std::move(slot->result);
+    result.pagesDone = slot->pages;
     return result;
 }
 

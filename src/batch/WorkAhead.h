@@ -27,6 +27,7 @@ namespace quillfern {
 struct FileWork
 {
     StampedDocument document;
+    std::int64_t pagesDone = 0;
     bool isProcessed = false;        ///< a processor had the file
     std::exception_ptr problem = {}; ///< what the work threw, instead of a document
     HeldLogLines log = {};           ///< what the work has to say in the system log

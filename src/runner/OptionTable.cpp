@@ -109,6 +109,9 @@ constexpr std::array copyOptions = {
 };
 
 constexpr std::array programOptions = {
+    Option{"files-at-once", "N",
+           "Work on so many files at the same time (the number of processors). The copies are the same for "
+           "every number."},
     Option{"json", nullptr, "Print one JSON object a line, for programs, instead of text."},
     Option{"quiet", nullptr, "Print only what went wrong."},
     Option{"help", nullptr, "Show this text.", 'h'},

@@ -182,6 +182,7 @@ int Runner::follow(const RunnerOptions& options, Settings& settings, const StopR
     services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
     job.configuration.isWrittenAnew = options.rewrite;
     job.configuration.refusesSigned = options.refuseSigned;
+    services_.filesAtOnce = options.filesAtOnce;
     Process process(services_, std::move(job), *this);
     runJob(process, stopRequests);
     return report(process);

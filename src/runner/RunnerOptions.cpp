@@ -143,6 +143,8 @@ class Reader
             options.exportFile = FilePath::fromText(value);
         else if (name == QLatin1String("quiet"))
             options.quiet = true;
+        else if (name == QLatin1String("files-at-once"))
+            options.filesAtOnce = static_cast<int>(wholeNumber(name, value, 1, 64));
         else if (name == QLatin1String("json"))
             options.json = true;
         else

@@ -29,6 +29,7 @@ struct RunnerOptions
     QSize previewSize = QSize(600, 850); ///< pixels
     bool subfolders = false;
     bool refuseSigned = false;   ///< leave digitally signed documents alone
+    int filesAtOnce = 0;         ///< 0 for as many as there are processors
     bool rewrite = false;        ///< write PDF documents anew instead of appending to a copy
     std::vector<Remark> remarks; ///< about what the options do to a job without naming it
     bool quiet = false;

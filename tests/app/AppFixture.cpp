@@ -1,20 +1,19 @@
 #include "app/AppFixture.h"
 
 #include "app/TableRows.h"
+#include "support/Drops.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
-#include <QDropEvent>
-#include <QMimeData>
 
 namespace quillfern {
 
-AppTest::AppTest() : folders(scratch.path(QStringLiteral("home")))
+AppTest::AppTest() : folders(scratch.path(u"home"_s))
 {
     QDir().mkpath(outFolder());
-    QDir().mkpath(scratch.path(QStringLiteral("home")));
+    QDir().mkpath(scratch.path(u"home"_s));
 }
 
 AppTest::~AppTest() = default;
@@ -24,8 +23,8 @@ void AppTest::start()
     app_.reset();
     app_ = std::make_unique<QuillfernAppDelegate>(
         AppServices{clock, folders, *store, mainThread, desktop, panels, alerts,
-                    qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-render"),
-                    asPath(scratch.path(QStringLiteral("help.pdf"))), makeProcessors, filesAtOnce});
+                    qEnvironmentVariable("QUILLFERN_BIN_DIR") + u"/quillfern-render"_s,
+                    asPath(scratch.path(u"help.pdf"_s)), makeProcessors, filesAtOnce});
     QApplication::setActiveWindow(&window());
     QTest::qWait(1); // the window's first layout
 }
@@ -44,25 +43,10 @@ void AppTest::waitFor(const std::function<bool()>& condition, const char* what)
 
 bool AppTest::drop(const QStringList& paths)
 {
-    QMimeData data;
     QList<QUrl> urls;
     for (const QString& path : paths)
         urls.append(asPath(path).url());
-    data.setUrls(urls);
-    QWidget* viewport = ui().mainTableView->viewport();
-    const QPoint place(20, 20);
-    // With Shift the source proposes a move.
-    const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
-    QDragEnterEvent enter(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier);
-    QApplication::sendEvent(viewport, &enter);
-    QDragMoveEvent move(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier);
-    QApplication::sendEvent(viewport, &move);
-    if (!move.isAccepted()) return false;
-    EXPECT_EQ(move.dropAction(), Qt::CopyAction) << "files must never be moved away from where they are";
-    QDropEvent dropped(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier);
-    QApplication::sendEvent(viewport, &dropped);
-    EXPECT_TRUE(!dropped.isAccepted() || dropped.dropAction() == Qt::CopyAction);
-    return true;
+    return dropOn(*ui().mainTableView->viewport(), urls);
 }
 
 void AppTest::fill(const QStringList& paths)
@@ -112,17 +96,39 @@ QDialog* AppTest::openDialog()
 QDialog* AppTest::sheet()
 {
     QDialog* dialog = openDialog();
-    return dialog && dialog->objectName() == QLatin1String("ProgressSheet") ? dialog : nullptr;
+    return dialog && dialog->objectName() == "ProgressSheet"_L1 ? dialog : nullptr;
+}
+
+std::shared_ptr<TextStamp> AppTest::addStamp(const char* format)
+{
+    auto stamp = std::make_shared<TextStamp>();
+    stamp->number.numberFormat = QString::fromUtf8(format);
+    stamp->setMarginAnchor(MarginAnchor::BottomMiddle);
+    number().stamps.push_back(stamp);
+    number().endUpdate(true);
+    return stamp;
+}
+
+void AppTest::convert()
+{
+    ui().outputFolderPath->setText(outFolder());
+    press(window(), "convertBtn");
+    ASSERT_NE(sheet(), nullptr);
+    QApplication::setActiveWindow(sheet());
+}
+
+void AppTest::waitForEnd()
+{
+    waitFor([this] { return sheet() && part<QAbstractButton>(*sheet(), "closeProcessBtn").isEnabled(); },
+            "the job does not end");
 }
 
 void AppTest::press(const QWidget& in, const char* button)
 {
-    auto* found = in.findChild<QAbstractButton*>(QString::fromLatin1(button));
-    ASSERT_NE(found, nullptr) << button;
-    ASSERT_TRUE(found->isEnabled()) << button;
+    auto& found = part<QAbstractButton>(in, button);
+    ASSERT_TRUE(found.isEnabled()) << button;
     // Only a part of a check box's width reacts to clicks.
-    QTest::mouseClick(found, Qt::LeftButton, {},
-                      QPoint(std::min(9, found->width() / 2), found->height() / 2));
+    QTest::mouseClick(&found, Qt::LeftButton, {}, QPoint(std::min(9, found.width() / 2), found.height() / 2));
 }
 
 } // namespace quillfern

@@ -3,13 +3,12 @@
 #include "app/MainWindow.h"
 #include "app/QuillfernAppDelegate.h"
 #include "app/WindowControls.h"
+#include "stamps/TextStamp.h"
 #include "support/Fakes.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
 #include <QTest>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 
@@ -43,7 +42,7 @@ class AppTest : public testing::Test
 
     /// A PDF file of so many pages.
     QString pdf(const char* name, int pages) const;
-    QString outFolder() const { return scratch.path(QStringLiteral("out")); }
+    QString outFolder() const { return scratch.path(u"out"_s); }
     QStringList names();
     std::vector<int> selectedFiles();
     void select(const std::vector<int>& rows);
@@ -53,6 +52,20 @@ class AppTest : public testing::Test
     QDialog* openDialog();
     /// The progress sheet; null when none is visible.
     QDialog* sheet();
+    /// Adds a text stamp to the configuration.
+    std::shared_ptr<TextStamp> addStamp(const char* format);
+    /// Presses Convert, with an output folder.
+    void convert();
+    /// Waits until the job has ended and its sheet can be closed.
+    void waitForEnd();
+    /// A part of a window by its name, which has to be there.
+    template <class Control>
+    static Control& part(const QWidget& of, const char* name)
+    {
+        auto* found = of.findChild<Control*>(QString::fromLatin1(name));
+        if (!found) throw std::runtime_error(std::string("the window has no ") + name);
+        return *found;
+    }
     /// Presses the button of this name in a window.
     static void press(const QWidget& in, const char* button);
 
@@ -70,6 +83,13 @@ class AppTest : public testing::Test
 
   private:
     std::unique_ptr<QuillfernAppDelegate> app_;
+};
+
+/// The application, started with new settings.
+class StartedApp : public AppTest
+{
+  protected:
+    void SetUp() override { start(); }
 };
 
 } // namespace quillfern

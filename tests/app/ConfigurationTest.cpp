@@ -1,27 +1,16 @@
 #include "app/AppFixture.h"
 #include "app/TableRows.h"
 #include "config/PreviewModel.h"
-#include "stamps/TextStamp.h"
 
 #include <QComboBox>
 
 namespace quillfern {
 namespace {
 
-class Configuration : public AppTest
+class Configuration : public StartedApp
 {
   protected:
     QImage picture() { return ui().previewImageView->image(); }
-    std::shared_ptr<TextStamp> addStamp(const char* format)
-    {
-        auto stamp = std::make_shared<TextStamp>();
-        stamp->number.numberFormat = QString::fromUtf8(format);
-        stamp->font.fontSize = 40;
-        stamp->setMarginAnchor(MarginAnchor::MiddleMiddle);
-        number().stamps.push_back(stamp);
-        number().endUpdate(true);
-        return stamp;
-    }
     /// Whether doing this changes the picture.
     bool redraws(const std::function<void()>& action)
     {
@@ -45,15 +34,7 @@ class Configuration : public AppTest
 
 TEST_F(Configuration, EveryFieldReachesTheConfigurationAsItIsTyped)
 {
-    start();
-    const struct
-    {
-        QLineEdit* field;
-        const char* typed;
-        std::function<double()> value;
-        double expected;
-        const char* shown;
-    } rows[] = {
+    const Rows<QLineEdit*, const char*, std::function<double()>, double, const char*> rows = {
         {ui().startPage, "12", [this] { return double(number().startPage()); }, 12, "12"},
         {ui().startPage, "0", [this] { return double(number().startPage()); }, 1, "1"},
         {ui().numberSteps, "0", [this] { return double(number().numberSteps()); }, 2, "2"},
@@ -70,18 +51,17 @@ TEST_F(Configuration, EveryFieldReachesTheConfigurationAsItIsTyped)
         {ui().marginBottom, "3e1", [this] { return number().marginBottom(); }, 31, "31"},
     };
     ui().settingTabView->setCurrentIndex(1);
-    for (const auto& row : rows) {
-        type(*row.field, row.typed);
-        EXPECT_EQ(row.value(), row.expected) << row.typed << ", while it is typed";
-        QTest::keyClick(row.field, Qt::Key_Return);
-        EXPECT_EQ(row.value(), row.expected) << row.typed;
-        EXPECT_EQ(row.field->text(), QString::fromLatin1(row.shown));
+    for (const auto& [field, typed, value, expected, shown] : rows) {
+        type(*field, typed);
+        EXPECT_EQ(value(), expected) << typed << ", while it is typed";
+        QTest::keyClick(field, Qt::Key_Return);
+        EXPECT_EQ(value(), expected) << typed;
+        EXPECT_EQ(field->text(), QString::fromLatin1(shown));
     }
 }
 
 TEST_F(Configuration, ChoicesAndResets)
 {
-    start();
     waitFor([this] { return isPreviewAtRest(); }, "the preview");
     ui().settingTabView->setCurrentIndex(1);
     type(*ui().marginTop, "72");
@@ -94,7 +74,7 @@ TEST_F(Configuration, ChoicesAndResets)
     choose(*ui().unitsPopup, 2);
     EXPECT_EQ(number().marginUnit(), MarginUnit::Inches);
     EXPECT_EQ(number().marginTop(), 1.0);
-    EXPECT_EQ(ui().marginTop->text(), QStringLiteral("1"));
+    EXPECT_EQ(ui().marginTop->text(), u"1"_s);
     const double height = ui().previewImageView->height();
     press(window(), "isMarginInPercentage");
     EXPECT_NEAR(number().marginTop(), 72.0 / height * 100, 1e-9) << "percent of the preview on the screen";
@@ -108,17 +88,16 @@ TEST_F(Configuration, ChoicesAndResets)
     type(*ui().endPage, "9");
     press(window(), "resetMarginsButton");
     EXPECT_EQ(number().marginTop(), 0);
-    EXPECT_EQ(ui().marginTop->text(), QStringLiteral("0"));
+    EXPECT_EQ(ui().marginTop->text(), u"0"_s);
     press(window(), "resetNumberCountersButton");
     EXPECT_EQ(number().endPage(), 0);
-    EXPECT_EQ(ui().endPage->text(), QStringLiteral("0"));
+    EXPECT_EQ(ui().endPage->text(), u"0"_s);
     EXPECT_EQ(number().pageRange(), PageRange::EvenPages);
 }
 
 TEST_F(Configuration, ThePreviewFollowsWhatShows)
 {
-    start();
-    addStamp("{0} of {1}");
+    addStamp("{0} of {1}")->font.fontSize = 40;
     ui().settingTabView->setCurrentIndex(1);
     EXPECT_TRUE(redraws([this] { type(*ui().startNumber, "8"); }));
     EXPECT_TRUE(redraws([this] { type(*ui().marginLeft, "30"); }));
@@ -136,7 +115,6 @@ TEST_F(Configuration, ThePreviewFollowsWhatShows)
 
 TEST_F(Configuration, TheLivePreviewShowsTheSelectedFile)
 {
-    start();
     const auto colored = [this](const char* name, const QByteArray& rgb) {
         return scratch.write(QString::fromLatin1(name), simplePdf({{rgb + " rg 0 0 612 792 re f"}}));
     };
@@ -153,7 +131,6 @@ TEST_F(Configuration, TheLivePreviewShowsTheSelectedFile)
 
 TEST_F(Configuration, StampsAreMovedAndRemovedInTheTable)
 {
-    start();
     for (const char* name : {"one", "two", "three"})
         addStamp(name);
     const auto order = [this] {
@@ -168,55 +145,52 @@ TEST_F(Configuration, StampsAreMovedAndRemovedInTheTable)
     table.selectRow(2);
     EXPECT_FALSE(actions().moveStampDown->isEnabled());
     press(window(), "moveStampUpButton");
-    EXPECT_EQ(order(), QStringLiteral("one three two"));
+    EXPECT_EQ(order(), u"one three two"_s);
     EXPECT_EQ(selectedRows(table), std::vector<int>{1});
     QTest::keyClick(&table, Qt::Key_Up, Qt::ControlModifier);
-    EXPECT_EQ(order(), QStringLiteral("three one two"));
+    EXPECT_EQ(order(), u"three one two"_s);
     press(window(), "moveStampDownButton");
-    EXPECT_EQ(order(), QStringLiteral("one three two"));
+    EXPECT_EQ(order(), u"one three two"_s);
     QTest::keyClick(&table, Qt::Key_Delete);
-    EXPECT_EQ(order(), QStringLiteral("one two"));
+    EXPECT_EQ(order(), u"one two"_s);
     EXPECT_EQ(selectedRows(table), std::vector<int>{0});
     QTest::keyClick(&table, Qt::Key_Delete);
-    EXPECT_EQ(order(), QStringLiteral("two"));
+    EXPECT_EQ(order(), u"two"_s);
     EXPECT_TRUE(selectedRows(table).empty()) << "the last selected row was row 0";
     EXPECT_FALSE(actions().removeStamp->isEnabled());
 }
 
 TEST_F(Configuration, ProfilesAreSavedAndLoaded)
 {
-    start();
     addStamp("{0} saved");
     type(*ui().startNumber, "77");
-    const QString path = scratch.path(QStringLiteral("mine.qfprofile"));
-    const QString list =
-        scratch.write(QStringLiteral("list.qfprofile"), "<plist version=\"1.0\"><array/></plist>");
+    const QString path = scratch.path(u"mine.qfprofile"_s);
+    const QString list = scratch.write(u"list.qfprofile"_s, "<plist version=\"1.0\"><array/></plist>");
     panels.answers = {QStringList{path}, QStringList{path}, QStringList{list}};
     press(window(), "saveStampsButton");
-    EXPECT_EQ(alerts.informations, QStringList{QStringLiteral("Quillfern Profile save successfully.")});
-    EXPECT_EQ(panels.saved[0].type, QStringLiteral("qfprofile"));
+    EXPECT_EQ(alerts.informations, QStringList{u"Quillfern Profile save successfully."_s});
+    EXPECT_EQ(panels.saved[0].type, u"qfprofile"_s);
 
     number().stamps.clear();
     type(*ui().startNumber, "1");
     press(window(), "loadStampsButton");
     ASSERT_EQ(number().stamps.size(), 1U);
-    EXPECT_EQ(ui().startNumber->text(), QStringLiteral("77"));
+    EXPECT_EQ(ui().startNumber->text(), u"77"_s);
     EXPECT_EQ(ui().stampsTableView->selectionModel()->selectedRows().size(), 1);
     actions().loadStamps->trigger();
-    EXPECT_EQ(alerts.criticals, QStringList{QStringLiteral("Unable to load Quillfern Profile!")});
+    EXPECT_EQ(alerts.criticals, QStringList{u"Unable to load Quillfern Profile!"_s});
     EXPECT_EQ(number().startNumber(), 77) << "the configuration stays";
 
-    panels.answers = {QStringList{scratch.path(QStringLiteral("gone/mine.qfprofile"))}};
+    panels.answers = {QStringList{scratch.path(u"gone/mine.qfprofile"_s)}};
     actions().saveStamps->trigger();
-    EXPECT_EQ(alerts.criticals.constLast(), QStringLiteral("Unable to save Quillfern Profile!"));
+    EXPECT_EQ(alerts.criticals.constLast(), u"Unable to save Quillfern Profile!"_s);
 }
 
 TEST_F(Configuration, AProfileThatSwitchesTheBackupIsNotLoadedSilently)
 {
-    start();
     addStamp("{0}");
-    const QString with = scratch.path(QStringLiteral("with.qfprofile"));
-    const QString without = scratch.path(QStringLiteral("without.qfprofile"));
+    const QString with = scratch.path(u"with.qfprofile"_s);
+    const QString without = scratch.path(u"without.qfprofile"_s);
     ASSERT_TRUE(number().save(asPath(without)));
     number().setIsBackupFile(true);
     ASSERT_TRUE(number().save(asPath(with)));
@@ -226,27 +200,26 @@ TEST_F(Configuration, AProfileThatSwitchesTheBackupIsNotLoadedSilently)
     actions().loadStamps->trigger();
     EXPECT_FALSE(ui().find<QCheckBox>("isBackupFile")->isChecked());
     ASSERT_EQ(alerts.informations.size(), 1);
-    EXPECT_TRUE(alerts.informations[0].contains(QStringLiteral("stamped in place off")));
+    EXPECT_TRUE(alerts.informations[0].contains(u"stamped in place off"_s));
     actions().loadStamps->trigger();
     EXPECT_EQ(alerts.informations.size(), 1);
     actions().loadStamps->trigger();
     ASSERT_EQ(alerts.informations.size(), 2);
-    EXPECT_TRUE(alerts.informations[1].contains(QStringLiteral("stamped in place on")));
+    EXPECT_TRUE(alerts.informations[1].contains(u"stamped in place on"_s));
 }
 
 TEST_F(Configuration, WhatAProfileHoldsBeyondTheFieldsStaysUntilEdited)
 {
-    start();
     store::Record record = *number().getData();
-    record.set(QStringLiteral("startNumber"), -5);
-    record.set(QStringLiteral("pageRange"), 9);
-    record.set(QStringLiteral("marginTop"), 28.34645669291339);
+    record.set(u"startNumber"_s, -5);
+    record.set(u"pageRange"_s, 9);
+    record.set(u"marginTop"_s, 28.34645669291339);
     number().setData(&record);
     quit();
     start();
     ui().settingTabView->setCurrentIndex(1);
-    EXPECT_EQ(ui().startNumber->text(), QStringLiteral("-5"));
-    EXPECT_EQ(ui().marginTop->text(), QStringLiteral("28.3465"));
+    EXPECT_EQ(ui().startNumber->text(), u"-5"_s);
+    EXPECT_EQ(ui().marginTop->text(), u"28.3465"_s);
     for (QLineEdit* field : {static_cast<QLineEdit*>(ui().startNumber), ui().marginTop}) {
         field->setFocus();
         QTest::keyClick(field, Qt::Key_Return);

@@ -4,13 +4,10 @@
 #include "app/AppFixture.h"
 #include "platform/store/PlistDefaultsStore.h"
 #include "stamps/ImageStamp.h"
-#include "stamps/TextStamp.h"
 #include "support/TiffBuilder.h"
 
-#include <QComboBox>
 #include <QImage>
 #include <QLabel>
-#include <QPushButton>
 
 namespace quillfern {
 namespace {
@@ -27,13 +24,6 @@ class EndToEnd : public AppTest
         return nullptr;
     }
     QString out(const char* name) const { return outFolder() + u'/' + QString::fromUtf8(name); }
-    void convert()
-    {
-        QTest::mouseClick(ui().convertBtn, Qt::LeftButton);
-        ASSERT_NE(sheet(), nullptr);
-        auto* close = sheet()->findChild<QPushButton*>(QStringLiteral("closeProcessBtn"));
-        waitFor([close] { return close->isEnabled(); }, "the job does not end");
-    }
 };
 
 TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
@@ -41,28 +31,24 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     // A folder with files of different kinds.
     pdf("case/a.pdf", 3);
     pdf("case/more/d.PDF", 2);
-    scratch.write(QStringLiteral("case/broken.pdf"), "this was a document once");
-    scratch.write(QStringLiteral("case/notes.txt"), "no picture");
-    QImage white(200, 280, QImage::Format_RGB32);
-    white.fill(Qt::white);
-    TiffBuilder(scratch.path(QStringLiteral("case/b.tif"))).page(white).page(white);
-    ASSERT_TRUE(white.save(scratch.path(QStringLiteral("case/c.png"))));
-    QImage logo(40, 20, QImage::Format_RGB32);
-    logo.fill(Qt::red);
-    ASSERT_TRUE(logo.save(scratch.path(QStringLiteral("logo.png"))));
+    scratch.write(u"case/broken.pdf"_s, "this was a document once");
+    scratch.write(u"case/notes.txt"_s, "no picture");
+    const QImage white(scratch.writePicture(u"case/c.png"_s, {200, 280}));
+    TiffBuilder(scratch.path(u"case/b.tif"_s)).page(white).page(white);
+    const QString logo = scratch.writePicture(u"logo.png"_s, {40, 20}, Qt::red);
 
     auto settings = std::make_unique<store::PlistDefaultsStore>(folders);
     store = settings.get();
     start();
     press(window(), "inculdeSubfoldersBtn");
-    fill({scratch.path(QStringLiteral("case"))});
+    fill({scratch.path(u"case"_s)});
     EXPECT_EQ(names(), words("a.pdf b.tif broken.pdf c.png d.PDF"));
 
     // A number at the foot, made in the text editor.
     press(window(), "textStampButton");
     QWidget* text = editor("TextStampWindow");
     ASSERT_NE(text, nullptr);
-    type(*text->findChild<QLineEdit*>(QStringLiteral("numberFormatTextField")), "Sheet {0} of {1}");
+    type(part<QLineEdit>(*text, "numberFormatTextField"), "Sheet {0} of {1}");
     press(*text, "marginBottomMiddleButton");
     press(*text, "addButton");
     ASSERT_EQ(number().stamps.size(), 1U);
@@ -72,11 +58,11 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     press(window(), "imageStampButton");
     QWidget* picture = editor("ImageStampWindow");
     ASSERT_NE(picture, nullptr);
-    panels.answers.append(QStringList{scratch.path(QStringLiteral("logo.png"))});
+    panels.answers.append(QStringList{logo});
     press(*picture, "chooseButton");
-    auto* width = picture->findChild<QLineEdit*>(QStringLiteral("stampImageWidthTextField"));
-    waitFor([&] { return width->text() == QLatin1String("40"); }, "the picture is not read");
-    type(*width, "20");
+    auto& width = part<QLineEdit>(*picture, "stampImageWidthTextField");
+    waitFor([&] { return width.text() == "40"_L1; }, "the picture is not read");
+    type(width, "20");
     press(*picture, "marginTopLeftButton");
     press(*picture, "addButton");
     ASSERT_EQ(number().stamps.size(), 2U);
@@ -92,9 +78,9 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     panels.answers.append(QStringList{outFolder()});
     press(window(), "outputFolderButton");
     press(window(), "setCurrentAsDefaultOutputFolderPathBtn");
-    convert();
-    EXPECT_EQ(sheet()->findChild<QLabel*>(QStringLiteral("message"))->text(),
-              QStringLiteral("Total 4 files processed successfully."));
+    press(window(), "convertBtn");
+    waitForEnd();
+    EXPECT_EQ(part<QLabel>(*sheet(), "message").text(), u"Total 4 files processed successfully."_s);
     press(*sheet(), "viewLogBtn");
     EXPECT_EQ(desktop.opened.value(0), outFolder());
     const QByteArray log = readFile(desktop.opened.value(1));
@@ -104,10 +90,9 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
 
     // 3 pages, then 2, then 1, then 2.
     EXPECT_TRUE(qpdfAccepts(out("a.pdf")));
-    EXPECT_TRUE(pdfText(out("a.pdf"), 3).contains(QStringLiteral("Sheet 3 of 8")));
-    EXPECT_TRUE(pdfText(out("d.PDF"), 1).contains(QStringLiteral("Sheet 7 of 8")));
-    EXPECT_TRUE(pdfText(out("d.PDF"), 2).contains(QStringLiteral("Body2")))
-        << "the page itself is still there";
+    EXPECT_TRUE(pdfText(out("a.pdf"), 3).contains(u"Sheet 3 of 8"_s));
+    EXPECT_TRUE(pdfText(out("d.PDF"), 1).contains(u"Sheet 7 of 8"_s));
+    EXPECT_TRUE(pdfText(out("d.PDF"), 2).contains(u"Body2"_s)) << "the page itself is still there";
     const std::vector<TiffPage> pages = readTiff(out("b.tif"));
     ASSERT_EQ(pages.size(), 2U);
     const QColor corner = pages[1].image.pixelColor(10, 5);
@@ -115,7 +100,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     EXPECT_LT(corner.green(), 40) << "the logo";
     EXPECT_EQ(readTiff(out("c.png")).size(), 1U);
     EXPECT_FALSE(QFile::exists(out("broken.pdf")));
-    EXPECT_EQ(readFile(scratch.path(QStringLiteral("case/broken.pdf"))), "this was a document once");
+    EXPECT_EQ(readFile(scratch.path(u"case/broken.pdf"_s)), "this was a document once");
 
     // The second start.
     quit();
@@ -127,11 +112,12 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     EXPECT_TRUE(ui().isContinuousNumbering->isChecked());
     EXPECT_TRUE(ui().inculdeSubfoldersBtn->isChecked());
     ASSERT_EQ(number().stamps.size(), 2U);
-    EXPECT_EQ(number().stamps[0]->description(), QStringLiteral("Numbers [Sheet {0} of {1}]"));
+    EXPECT_EQ(number().stamps[0]->description(), u"Numbers [Sheet {0} of {1}]"_s);
     EXPECT_EQ(number().stamps[1]->marginAnchor(), MarginAnchor::TopLeft);
-    fill({scratch.path(QStringLiteral("case/c.png"))});
+    fill({scratch.path(u"case/c.png"_s)});
     ASSERT_TRUE(QFile::remove(out("c.png")));
-    convert();
+    press(window(), "convertBtn");
+    waitForEnd();
     EXPECT_EQ(readTiff(out("c.png")).size(), 1U) << "the picture came back with the settings";
     QTest::keyClick(sheet(), Qt::Key_Escape);
     quit();

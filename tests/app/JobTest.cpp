@@ -1,10 +1,8 @@
 #include "app/AppFixture.h"
 #include "app/JobResultsModel.h"
 #include "platform/system/Cancellation.h"
-#include "stamps/TextStamp.h"
 
 #include <QAbstractButton>
-#include <QDir>
 #include <QLabel>
 #include <QProgressBar>
 #include <QSemaphore>
@@ -48,7 +46,7 @@ class JobInWindow : public AppTest
     void gated()
     {
         filesAtOnce = 1;
-        makeProcessors = [this](const JobConfiguration&) {
+        makeProcessors = [this](const JobConfiguration&, const auto&) {
             return std::make_unique<FakeProcessors>([this](JobRun& run) {
                 run.pageDone();
                 while (!gate.tryAcquire(1, 10))
@@ -56,42 +54,16 @@ class JobInWindow : public AppTest
             });
         };
     }
-    void stampWith(const char* format)
-    {
-        auto stamp = std::make_shared<TextStamp>();
-        stamp->number.numberFormat = QString::fromUtf8(format);
-        stamp->setMarginAnchor(MarginAnchor::BottomMiddle);
-        number().stamps.push_back(stamp);
-        number().endUpdate(true);
-    }
-    void convert()
-    {
-        ui().outputFolderPath->setText(outFolder());
-        QTest::mouseClick(ui().convertBtn, Qt::LeftButton);
-        if (sheet()) QApplication::setActiveWindow(sheet());
-    }
-    bool isEnabled(const char* button)
-    {
-        return sheet()->findChild<QAbstractButton*>(QString::fromLatin1(button))->isEnabled();
-    }
-    QString shown(const char* label)
-    {
-        return sheet()->findChild<QLabel*>(QString::fromLatin1(label))->text();
-    }
+    bool isEnabled(const char* button) { return part<QAbstractButton>(*sheet(), button).isEnabled(); }
+    QString shown(const char* label) { return part<QLabel>(*sheet(), label).text(); }
     QStringList statuses()
     {
-        const QAbstractItemModel& model =
-            *sheet()->findChild<QTableView*>(QStringLiteral("results"))->model();
+        const QAbstractItemModel& model = *part<QTableView>(*sheet(), "results").model();
         QStringList list;
         for (int row = 0; row < model.rowCount(); ++row)
             list.append(model.index(row, JobResultsModel::StatusColumn).data().toString());
         return list;
     }
-    void waitForEnd()
-    {
-        waitFor([this] { return sheet() && isEnabled("closeProcessBtn"); }, "the job does not end");
-    }
-
     QSemaphore gate;
 };
 
@@ -99,25 +71,18 @@ TEST_F(JobInWindow, AFolderProblemIsToldAndNothingStarts)
 {
     start();
     fill({pdf("a.pdf", 1)});
-    const struct
-    {
-        QString folder;
-        const char* message;
-    } rows[] = {
+    const Rows<QString, const char*> rows = {
         {QString(), "Please select output folder!"},
-        {scratch.path(QStringLiteral("gone")),
-         "Output folder missing!\r\nPlease select valid output folder."},
-        {scratch.path(QStringLiteral("a.pdf")),
-         "Output folder missing!\r\nPlease select valid output folder."},
-        {QStringLiteral("/proc/self"),
-         "Output folder is non-writable!\r\nPlease select valid output folder."},
+        {scratch.path(u"gone"_s), "Output folder missing!\r\nPlease select valid output folder."},
+        {scratch.path(u"a.pdf"_s), "Output folder missing!\r\nPlease select valid output folder."},
+        {u"/proc/self"_s, "Output folder is non-writable!\r\nPlease select valid output folder."},
     };
-    for (const auto& row : rows) {
+    for (const auto& [folder, message] : rows) {
         ui().settingTabView->setCurrentIndex(1);
-        ui().outputFolderPath->setText(row.folder);
+        ui().outputFolderPath->setText(folder);
         QTest::mouseClick(ui().convertBtn, Qt::LeftButton);
         ASSERT_FALSE(alerts.criticals.isEmpty());
-        EXPECT_EQ(alerts.criticals.constLast(), QString::fromUtf8(row.message));
+        EXPECT_EQ(alerts.criticals.constLast(), QString::fromUtf8(message));
         EXPECT_EQ(ui().settingTabView->currentIndex(), 2);
         EXPECT_EQ(window().focusWidget(), ui().outputFolderPath);
         EXPECT_EQ(sheet(), nullptr);
@@ -129,9 +94,9 @@ TEST_F(JobInWindow, AFolderProblemIsToldAndNothingStarts)
 TEST_F(JobInWindow, AListIsStampedAndTheSheetTellsWhatBecameOfIt)
 {
     start();
-    const QString broken = scratch.write(QStringLiteral("broken.pdf"), "no document");
+    const QString broken = scratch.write(u"broken.pdf"_s, "no document");
     fill({pdf("a.pdf", 2), broken, pdf("b.pdf", 3)});
-    stampWith("No {0} of {1}");
+    addStamp("No {0} of {1}");
     press(window(), "isContinuousNumbering");
     ui().settingTabView->setCurrentIndex(2);
     press(window(), "isClearProcessedFiles");
@@ -141,14 +106,14 @@ TEST_F(JobInWindow, AListIsStampedAndTheSheetTellsWhatBecameOfIt)
     convert();
     EXPECT_EQ(ui().settingTabView->currentIndex(), 0);
     waitForEnd();
-    EXPECT_EQ(statuses().join(u','), QStringLiteral("Completed,No Pages,Completed"));
-    EXPECT_EQ(shown("message"), QStringLiteral("Total 2 files processed successfully."));
-    EXPECT_EQ(shown("filesDone"), QStringLiteral("3 of 3"));
-    EXPECT_EQ(shown("pagesDone"), QStringLiteral("5 of 5"));
+    EXPECT_EQ(statuses().join(u','), u"Completed,No Pages,Completed"_s);
+    EXPECT_EQ(shown("message"), u"Total 2 files processed successfully."_s);
+    EXPECT_EQ(shown("filesDone"), u"3 of 3"_s);
+    EXPECT_EQ(shown("pagesDone"), u"5 of 5"_s);
     EXPECT_EQ(sheet()->findChild<QProgressBar*>()->value(), sheet()->findChild<QProgressBar*>()->maximum());
-    EXPECT_TRUE(ui().labelTimeTaken->text().endsWith(QStringLiteral(" 2/3")));
+    EXPECT_TRUE(ui().labelTimeTaken->text().endsWith(u" 2/3"_s));
     EXPECT_EQ(desktop.opened, QStringList{outFolder()});
-    EXPECT_TRUE(pdfText(outFolder() + QStringLiteral("/b.pdf"), 1).contains(QStringLiteral("No 3 of 5")));
+    EXPECT_TRUE(pdfText(outFolder() + u"/b.pdf"_s, 1).contains(u"No 3 of 5"_s));
 
     press(*sheet(), "viewLogBtn");
     ASSERT_EQ(desktop.opened.size(), 2);
@@ -174,19 +139,19 @@ TEST_F(JobInWindow, AFileWithoutOutputIsWarnedOf)
 {
     start();
     fill({pdf("a.pdf", 2), pdf("<b>.pdf", 1)});
-    stampWith("{0}");
-    scratch.write(QStringLiteral("<b>.pdf"), "damaged since it was listed");
+    addStamp("{0}");
+    scratch.write(u"<b>.pdf"_s, "damaged since it was listed");
     convert();
     waitForEnd();
-    EXPECT_EQ(statuses(), (QStringList{QStringLiteral("Completed"), QStringLiteral("No Output")}));
-    EXPECT_EQ(shown("message"), QStringLiteral("All files processed successfully."));
-    EXPECT_EQ(shown("warnings"), QStringLiteral("1 file gave no output: <b>.pdf"));
-    EXPECT_TRUE(sheet()->findChild<QLabel*>(QStringLiteral("warningsIcon"))->isVisible());
+    EXPECT_EQ(statuses(), (QStringList{u"Completed"_s, u"No Output"_s}));
+    EXPECT_EQ(shown("message"), u"All files processed successfully."_s);
+    EXPECT_EQ(shown("warnings"), u"1 file gave no output: <b>.pdf"_s);
+    EXPECT_TRUE(part<QLabel>(*sheet(), "warningsIcon").isVisible());
     press(*sheet(), "closeProcessBtn");
     files().remove({1});
     convert();
     waitForEnd();
-    EXPECT_FALSE(sheet()->findChild<QLabel*>(QStringLiteral("warnings"))->isVisible());
+    EXPECT_FALSE(part<QLabel>(*sheet(), "warnings").isVisible());
 }
 
 TEST_F(JobInWindow, WhileItRunsTheWindowIsItsAlone)
@@ -194,16 +159,16 @@ TEST_F(JobInWindow, WhileItRunsTheWindowIsItsAlone)
     gated();
     start();
     fill({pdf("a.pdf", 4), pdf("b.pdf", 4), pdf("c.pdf", 4)});
-    stampWith("{0}");
+    addStamp("{0}");
     convert();
-    waitFor([this] { return sheet() && shown("fileInProcess") == QLatin1String("a.pdf"); }, "the first file");
+    waitFor([this] { return sheet() && shown("fileInProcess") == "a.pdf"_L1; }, "the first file");
     EXPECT_TRUE(isEnabled("cancelProcessBtn"));
     EXPECT_FALSE(isEnabled("viewLogBtn"));
     EXPECT_FALSE(isEnabled("closeProcessBtn"));
     EXPECT_FALSE(ui().convertBtn->isEnabled());
     EXPECT_FALSE(actions().addFiles->isEnabled());
     EXPECT_FALSE(drop({pdf("late.pdf", 1)}));
-    waitFor([this] { return shown("pagesDone") == QLatin1String("1 of 12"); }, "the first page");
+    waitFor([this] { return shown("pagesDone") == "1 of 12"_L1; }, "the first page");
     QTest::keyClick(sheet(), Qt::Key_Escape);
     EXPECT_NE(sheet(), nullptr) << "a running job stays in sight";
     const QAbstractItemModel& stamps = *ui().stampsTableView->model();
@@ -211,15 +176,15 @@ TEST_F(JobInWindow, WhileItRunsTheWindowIsItsAlone)
         ui().stampsTableView->model()->setData(stamps.index(0, 0), Qt::Unchecked, Qt::CheckStateRole));
 
     gate.release();
-    waitFor([this] { return shown("fileInProcess") == QLatin1String("b.pdf"); }, "the second file");
-    EXPECT_EQ(statuses(), QStringList{QStringLiteral("Completed")});
+    waitFor([this] { return shown("fileInProcess") == "b.pdf"_L1; }, "the second file");
+    EXPECT_EQ(statuses(), QStringList{u"Completed"_s});
     QTest::keyClick(sheet(), Qt::Key_C, Qt::AltModifier);
     waitFor([this] { return !isEnabled("cancelProcessBtn"); }, "the button takes its time to go down");
-    EXPECT_TRUE(shown("message").contains(QStringLiteral("finished first")));
+    EXPECT_TRUE(shown("message").contains(u"finished first"_s));
     gate.release();
     waitForEnd();
     EXPECT_EQ(statuses().size(), 2) << "the file in work was finished";
-    EXPECT_EQ(shown("message"), QStringLiteral("Process cancelled!"));
+    EXPECT_EQ(shown("message"), u"Process cancelled!"_s);
     QTest::keyClick(sheet(), Qt::Key_L, Qt::AltModifier);
     waitFor([this] { return desktop.opened.size() == 2; }, "the folder and the log");
     press(*sheet(), "closeProcessBtn");
@@ -231,23 +196,22 @@ TEST_F(JobInWindow, StopNowGivesUpTheFileInWork)
     gated();
     start();
     fill({pdf("a.pdf", 4), pdf("b.pdf", 4)});
-    stampWith("{0}");
+    addStamp("{0}");
     for (int round = 0; round < 2; ++round) { // the second job begins with Cancel again
         convert();
-        waitFor([this] { return sheet() && shown("pagesDone") == QLatin1String("1 of 8"); },
-                "the first page");
-        auto& button = *sheet()->findChild<QAbstractButton*>(QStringLiteral("cancelProcessBtn"));
-        EXPECT_EQ(button.text(), QStringLiteral("Cancel"));
+        waitFor([this] { return sheet() && shown("pagesDone") == "1 of 8"_L1; }, "the first page");
+        auto& button = part<QAbstractButton>(*sheet(), "cancelProcessBtn");
+        EXPECT_EQ(button.text(), u"Cancel"_s);
         QTest::mouseClick(&button, Qt::LeftButton);
         QTest::mouseClick(&button, Qt::LeftButton);
-        EXPECT_EQ(button.text(), QStringLiteral("Stop Now"));
+        EXPECT_EQ(button.text(), u"Stop Now"_s);
         EXPECT_FALSE(button.isEnabled()) << "a double click does not give up the file";
         waitFor([&] { return button.isEnabled(); }, "the button");
         EXPECT_FALSE(app().job().process()->isCompleted());
         QTest::keyClick(sheet(), Qt::Key_S, Qt::AltModifier);
         waitForEnd();
-        EXPECT_EQ(statuses(), QStringList{QStringLiteral("Cancelled")});
-        EXPECT_EQ(shown("message"), QStringLiteral("Process cancelled!"));
+        EXPECT_EQ(statuses(), QStringList{u"Cancelled"_s});
+        EXPECT_EQ(shown("message"), u"Process cancelled!"_s);
         press(*sheet(), "closeProcessBtn");
     }
 }
@@ -299,9 +263,9 @@ TEST_F(JobInWindow, LeavingWaitsForTheFileInWorkAndThenGivesItUp)
 
 TEST_F(JobInWindow, ClockTexts)
 {
-    EXPECT_EQ(clockText(7), QStringLiteral("0:07"));
-    EXPECT_EQ(clockText(750), QStringLiteral("12:30"));
-    EXPECT_EQ(clockText(3723), QStringLiteral("1:02:03"));
+    EXPECT_EQ(clockText(7), u"0:07"_s);
+    EXPECT_EQ(clockText(750), u"12:30"_s);
+    EXPECT_EQ(clockText(3723), u"1:02:03"_s);
 }
 
 } // namespace

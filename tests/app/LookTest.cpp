@@ -3,7 +3,6 @@
 #include "app/WindowLooks.h"
 #include "platform/drawing/FontCatalog.h"
 #include "stamps/ImageStamp.h"
-#include "stamps/TextStamp.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -53,8 +52,10 @@ class Look : public AppTest
     {
         ui().settingTabView->setCurrentIndex(0);
         look("empty window", window());
-        fill({pdf("1.pdf", 2), pdf("2.pdf", 3), scratch.write(QStringLiteral("3.png"), "no picture")});
-        addStamps();
+        fill({pdf("1.pdf", 2), pdf("2.pdf", 3), scratch.write(u"3.png"_s, "no picture")});
+        addStamp("{0}/{1}")->setLabel(u"7"_s);
+        number().stamps.push_back(std::make_shared<ImageStamp>());
+        number().endUpdate(true);
         select({0});
         for (int tab = 0; tab < 3; ++tab) {
             ui().settingTabView->setCurrentIndex(tab);
@@ -73,10 +74,9 @@ class Look : public AppTest
             lookAtNew(row == 0 ? "text editor" : "picture editor", look,
                       [this] { actions().editStamp->trigger(); });
         }
-        ui().outputFolderPath->setText(outFolder());
         lookAtNew("progress", look, [this] {
-            actions().convert->trigger();
-            waitFor([this] { return app().job().process()->isCompleted() && sheetIsDone(); }, "no end");
+            convert();
+            waitForEnd();
         });
     }
 
@@ -96,8 +96,7 @@ class Look : public AppTest
     /// The control that follows a label in its layout and has no words of its own; null when there is none.
     static const QWidget* fieldBeside(const QLabel& label)
     {
-        if (!label.isVisible() || !label.text().contains(QRegularExpression(QStringLiteral("\\p{L}"))))
-            return nullptr;
+        if (!label.isVisible() || !label.text().contains(QRegularExpression(u"\\p{L}"_s))) return nullptr;
         for (const QLayout* layout : label.window()->findChildren<QLayout*>()) {
             const int at = layout->indexOf(&label);
             const QLayoutItem* next = at < 0 ? nullptr : layout->itemAt(at + 1);
@@ -110,21 +109,6 @@ class Look : public AppTest
     }
 
   private:
-    void addStamps()
-    {
-        auto text = std::make_shared<TextStamp>();
-        text->number.numberFormat = QStringLiteral("{0}/{1}");
-        number().stamps.push_back(text);
-        number().stamps.push_back(std::make_shared<ImageStamp>());
-        number().stamps[0]->setLabel(QStringLiteral("7"));
-        number().endUpdate(true);
-    }
-    bool sheetIsDone()
-    {
-        auto* close =
-            sheet() ? sheet()->findChild<QAbstractButton*>(QStringLiteral("closeProcessBtn")) : nullptr;
-        return close && close->isEnabled();
-    }
     void lookAtNew(const char* name, const std::function<void(const char*, QWidget&)>& look,
                    const std::function<void()>& open)
     {
@@ -152,10 +136,10 @@ TEST_F(Look, EveryTextCanBeTranslated)
     start();
     // File names and other names, programs and keys, which are not translated.
     static const QRegularExpression known(
-        QStringLiteral("Quillfern|[123]\\.(pdf|png)|\\b(pdf|png)\\b|"
-                       "Qt|Helvetica|\\bPDF\\b|\\b\\d+ KB|\\d\\d-\\p{L}+-\\d{4} \\d+:\\d\\d [AP]M|"
-                       "(Ctrl\\+|Shift\\+|Alt\\+)*\\b([A-Z]|F\\d+|Del|Up|Down|Ins|Home|End)\\b"));
-    const QString substitute = drawing::FontCatalog().resolveFamily(QStringLiteral("Helvetica"));
+        u"Quillfern|[123]\\.(pdf|png)|\\b(pdf|png)\\b|"
+        "Qt|Helvetica|\\bPDF\\b|\\b\\d+ KB|\\d\\d-\\p{L}+-\\d{4} \\d+:\\d\\d [AP]M|"
+        "(Ctrl\\+|Shift\\+|Alt\\+)*\\b([A-Z]|F\\d+|Del|Up|Down|Ins|Home|End)\\b"_s);
+    const QString substitute = drawing::FontCatalog().resolveFamily(u"Helvetica"_s);
     const auto check = [&](const std::string& of, const QString& text) {
         QString rest = text;
         rest.remove(scratch.path()).remove(known).remove(substitute);
@@ -184,7 +168,7 @@ TEST_F(Look, EveryTextCanBeTranslated)
     for (const QString& text : alerts.criticals + alerts.informations + alerts.questions)
         check("alert", text);
     EXPECT_FALSE(alerts.questions.isEmpty());
-    const QDir logs(folders.getAppPath().child(QStringLiteral("Logs")).text());
+    const QDir logs(folders.getAppPath().child(u"Logs"_s).text());
     for (const QString& name : logs.entryList(QDir::Files)) {
         const QByteArray log = readFile(logs.filePath(name));
         EXPECT_TRUE(log.contains("\"Completed\"") && log.contains("\"No Pages\"")) << log.toStdString();
@@ -262,7 +246,7 @@ TEST_P(LookInLetters, NothingIsCutOffInTheSmallestWindow)
         for (const std::string& problem : cutOff(top))
             ADD_FAILURE() << name << ": " << problem;
     });
-    ui().labelTimeTaken->setText(QStringLiteral("Total Time Taken : In Process... 0/0"));
+    ui().labelTimeTaken->setText(u"Total Time Taken : In Process... 0/0"_s);
     ui().cancelBtn->show(); // with this button the text has less room
     QTest::qWait(1);
     EXPECT_EQ(placeOfPreview(), preview) << "the preview jumps while files are gathered";
@@ -296,7 +280,7 @@ TEST_F(Look, EveryCommandIsInAMenuUnderALetterOfItsOwn)
     for (const QAbstractButton* button : window().findChildren<QAbstractButton*>())
         if (!button->shortcut().isEmpty()) buttons.insert(button->shortcut().toString());
     EXPECT_EQ(buttons.size(), 7);
-    walk(QStringLiteral("menu bar"), window().menuBar()->actions(), buttons);
+    walk(u"menu bar"_s, window().menuBar()->actions(), buttons);
     for (QMenu* menu : window().findChildren<QMenu*>())
         if (!inMenus.contains(menu->menuAction())) {
             const std::set<QAction*> before = inMenus;

@@ -10,7 +10,7 @@
 namespace quillfern {
 namespace {
 
-class SecondStart : public AppTest
+class SecondStart : public StartedApp
 {
   protected:
     void waitForFiles(const char* expected)
@@ -21,7 +21,6 @@ class SecondStart : public AppTest
 
 TEST_F(SecondStart, AnIdleWindowTakesTheFilesAndIsShown)
 {
-    start();
     window().hide();
     app().startedAgain(asPaths({pdf("a.pdf", 1), pdf("b.pdf", 2)}));
     EXPECT_TRUE(window().isVisible());
@@ -32,7 +31,6 @@ TEST_F(SecondStart, AnIdleWindowTakesTheFilesAndIsShown)
 
 TEST_F(SecondStart, FilesWaitForTheEndOfAGathering)
 {
-    start();
     const QStringList first{pdf("a.pdf", 1)};
     ASSERT_TRUE(drop(first));
     // The second start comes before the first request is shown as begun, while it runs, and after its cancel:
@@ -43,15 +41,13 @@ TEST_F(SecondStart, FilesWaitForTheEndOfAGathering)
     app().startedAgain(asPaths({pdf("e.pdf", 1)}));
     press(window(), "cancelBtn");
     app().startedAgain(asPaths({pdf("f.pdf", 1)}));
-    waitFor([this] { return names().contains(QStringLiteral("f.pdf")) && !app().isProcessing(); },
-            "the last");
+    waitFor([this] { return names().contains(u"f.pdf"_s) && !app().isProcessing(); }, "the last");
     for (const char* name : {"b.pdf", "c.pdf", "d.pdf", "e.pdf"})
         EXPECT_TRUE(names().contains(QLatin1String(name))) << name;
 }
 
 TEST_F(SecondStart, FilesWaitUntilTheSheetIsClosed)
 {
-    start();
     fill({pdf("a.pdf", 1)});
     select({0});
     actions().pdfPasswordButton->trigger();
@@ -63,17 +59,14 @@ TEST_F(SecondStart, FilesWaitUntilTheSheetIsClosed)
     QTest::keyClick(dialog, Qt::Key_Escape);
     waitForFiles("a.pdf b.pdf");
 
-    ui().outputFolderPath->setText(outFolder());
-    QTest::mouseClick(ui().convertBtn, Qt::LeftButton);
-    ASSERT_NE(sheet(), nullptr);
+    convert();
     app().startedAgain(asPaths({pdf("c.pdf", 1)}));
     waitFor([this] { return app().job().process()->isCompleted(); }, "the job");
     QTest::qWait(20);
     EXPECT_EQ(files().count(), 2) << "the sheet shows the list as it was";
-    auto* close = sheet()->findChild<QAbstractButton*>(QStringLiteral("closeProcessBtn"));
-    waitFor([close] { return close->isEnabled(); }, "the sheet's end");
+    waitForEnd();
     press(*sheet(), "closeProcessBtn");
-    waitFor([this] { return names().contains(QStringLiteral("c.pdf")); }, "the late file");
+    waitFor([this] { return names().contains(u"c.pdf"_s); }, "the late file");
 }
 
 /// The program itself, with a home folder and a session bus of its own.
@@ -86,9 +79,9 @@ class Program : public testing::Test
         for (const char* name :
              {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
             environment.insert(QString::fromLatin1(name), scratch_.path(QString()));
-        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus_.address());
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus_.address());
         process.setProcessEnvironment(environment);
-        process.setProgram(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern"));
+        process.setProgram(qEnvironmentVariable("QUILLFERN_BIN_DIR") + u"/quillfern"_s);
         process.setArguments(arguments);
     }
 
@@ -98,35 +91,29 @@ class Program : public testing::Test
 
 TEST_F(Program, AnswersItsCommandLine)
 {
-    const struct
-    {
-        QStringList arguments;
-        int status;
-        const char* printed;
-        const char* platform;
-    } rows[] = {
-        {{QStringLiteral("--help")}, 0, "[FILE|FOLDER...]", "no such screen"},
-        {{QStringLiteral("--version")}, 0, "quillfern " QUILLFERN_VERSION "\n", "no such screen"},
-        {{QStringLiteral("-style"), QStringLiteral("fusion"), QStringLiteral("-v")}, 0, "quillfern ", ""},
-        {{QStringLiteral("-platform"), QStringLiteral("offscreen"), QStringLiteral("--frob")},
+    const Rows<QStringList, int, const char*, const char*> rows = {
+        {{u"--help"_s}, 0, "[FILE|FOLDER...]", "no such screen"},
+        {{u"--version"_s}, 0, "quillfern " QUILLFERN_VERSION "\n", "no such screen"},
+        {{u"-style"_s, u"fusion"_s, u"-v"_s}, 0, "quillfern ", ""},
+        {{u"-platform"_s, u"offscreen"_s, u"--frob"_s},
          2,
          "quillfern: Unknown option 'frob'.\nTry quillfern --help.\n",
          ""},
     };
-    for (const auto& row : rows) {
+    for (const auto& [arguments, status, printed, platform] : rows) {
         QProcess process;
-        prepare(process, row.arguments);
-        if (*row.platform) {
+        prepare(process, arguments);
+        if (*platform) {
             QProcessEnvironment environment = process.processEnvironment();
-            environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QLatin1String(row.platform));
+            environment.insert(u"QT_QPA_PLATFORM"_s, QLatin1String(platform));
             process.setProcessEnvironment(environment);
         }
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start();
         ASSERT_TRUE(process.waitForFinished());
         const QByteArray text = process.readAll();
-        EXPECT_EQ(process.exitCode(), row.status) << text.constData();
-        EXPECT_TRUE(text.contains(row.printed)) << text.constData();
+        EXPECT_EQ(process.exitCode(), status) << text.constData();
+        EXPECT_TRUE(text.contains(printed)) << text.constData();
     }
 }
 
@@ -138,10 +125,9 @@ TEST_F(Program, ASecondStartEndsAndTheFirstRunsOn)
     prepare(first, {});
     first.start();
     ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return bus.interface()->isServiceRegistered(QStringLiteral("org.orvane.quillfern")).value(); },
-        30'000));
+        [&] { return bus.interface()->isServiceRegistered(u"org.orvane.quillfern"_s).value(); }, 30'000));
     QProcess second;
-    prepare(second, {QStringLiteral("--"), QStringLiteral("-dash.pdf")});
+    prepare(second, {u"--"_s, u"-dash.pdf"_s});
     second.start();
     ASSERT_TRUE(second.waitForFinished());
     EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
@@ -155,25 +141,22 @@ TEST_F(Program, SavesItsSettingsWhenItIsAskedToEnd)
 {
     const QDBusConnection bus = bus_.connect("watcher");
     ASSERT_TRUE(bus.isConnected());
-    const QString settings = scratch_.path(QStringLiteral("Orvane/Quillfern1.plist"));
+    const QString settings = scratch_.path(u"Orvane/Quillfern1.plist"_s);
     for (const int number : {SIGTERM, SIGHUP, SIGINT}) {
         QFile::remove(settings);
         QProcess process;
         prepare(process, {});
         process.start();
         ASSERT_TRUE(QTest::qWaitFor(
-            [&] {
-                return bus.interface()->isServiceRegistered(QStringLiteral("org.orvane.quillfern")).value();
-            },
-            30'000));
+            [&] { return bus.interface()->isServiceRegistered(u"org.orvane.quillfern"_s).value(); }, 30'000));
         EXPECT_FALSE(QFile::exists(settings));
         ASSERT_EQ(::kill(static_cast<pid_t>(process.processId()), number), 0);
         ASSERT_TRUE(process.waitForFinished());
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit) << number;
         EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
         const store::Record saved = store::readPropertyListFile(asPath(settings));
-        EXPECT_NE(saved.record(QStringLiteral("SETTINGS")), nullptr);
-        EXPECT_NE(saved.record(QStringLiteral("WINDOW")), nullptr);
+        EXPECT_NE(saved.record(u"SETTINGS"_s), nullptr);
+        EXPECT_NE(saved.record(u"WINDOW"_s), nullptr);
     }
 }
 

@@ -6,13 +6,10 @@
 namespace quillfern {
 namespace {
 
-class StartUp : public AppTest
-{
-};
+using StartUp = StartedApp;
 
 TEST_F(StartUp, WithoutAFolderThereIsNothingToRememberOrOpen)
 {
-    start();
     EXPECT_FALSE(app().settings().isSetCurrentAsDefaultOutputFolderPath);
     EXPECT_FALSE(ui().setCurrentAsDefaultOutputFolderPathBtn->isEnabled());
     EXPECT_FALSE(ui().openFolderAfterConversionBtn->isEnabled());
@@ -36,12 +33,11 @@ TEST_F(StartUp, WithoutAFolderThereIsNothingToRememberOrOpen)
 TEST_F(StartUp, SettingsThatCannotBeSavedKeepTheWindowOpenUntilThePersonDecides)
 {
     using desktop::QuitChoice;
-    start();
     defaults.failures = 2;
     alerts.quitChoices = {QuitChoice::TryAgain, QuitChoice::Stay};
     EXPECT_FALSE(app().saveToQuit());
     ASSERT_EQ(alerts.questions.size(), 2);
-    EXPECT_TRUE(alerts.questions[0].contains(QStringLiteral("no space left")));
+    EXPECT_TRUE(alerts.questions[0].contains(u"no space left"_s));
     EXPECT_EQ(defaults.flushes, 0);
 
     defaults.failures = 1;
@@ -60,33 +56,27 @@ TEST_F(StartUp, SettingsThatCannotBeSavedKeepTheWindowOpenUntilThePersonDecides)
 
 TEST_F(StartUp, ATypedFolderBecomesAWholePath)
 {
-    start();
     ui().settingTabView->setCurrentIndex(2);
     const QString here = QDir::currentPath();
-    const struct
-    {
-        QString typed;
-        QString folder;
-    } rows[] = {{QStringLiteral("~/out"), QDir::homePath() + QStringLiteral("/out")},
-                {QStringLiteral("  /some/where "), QStringLiteral("/some/where")},
-                {QStringLiteral("out"), here + QStringLiteral("/out")}};
-    for (const auto& row : rows) {
-        type(*ui().outputFolderPath, qPrintable(row.typed));
+    const Rows<QString, QString> rows = {{u"~/out"_s, QDir::homePath() + u"/out"_s},
+                                         {u"  /some/where "_s, u"/some/where"_s},
+                                         {u"out"_s, here + u"/out"_s}};
+    for (const auto& [typed, folder] : rows) {
+        type(*ui().outputFolderPath, qPrintable(typed));
         QTest::keyClick(ui().outputFolderPath, Qt::Key_Return);
-        EXPECT_EQ(app().settings().outputFolderPath, row.folder);
+        EXPECT_EQ(app().settings().outputFolderPath, folder);
     }
     press(window(), "setCurrentAsDefaultOutputFolderPathBtn");
     ui().outputFolderPath->setFocus();
     QTest::keyClick(ui().outputFolderPath, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(ui().outputFolderPath, Qt::Key_Delete);
-    QTest::keyClicks(ui().outputFolderPath, QStringLiteral("/other"));
+    QTest::keyClicks(ui().outputFolderPath, u"/other"_s);
     QTest::keyClick(ui().outputFolderPath, Qt::Key_Return);
     EXPECT_TRUE(app().settings().isSetCurrentAsDefaultOutputFolderPath) << "emptied only to type another";
 }
 
 TEST_F(StartUp, WhatWasChangedBackIsSavedAsWell)
 {
-    start();
     quit();
     start();
     panels.answers = {QStringList{outFolder()}, QStringList{outFolder()}};
@@ -102,7 +92,6 @@ TEST_F(StartUp, WhatWasChangedBackIsSavedAsWell)
 
 TEST_F(StartUp, NoTwoCommandsShareAShortcut)
 {
-    start();
     QHash<QKeySequence, QString> owners;
     for (QAction* action : window().findChildren<QAction*>())
         for (const QKeySequence& keys : action->shortcuts()) {
@@ -117,7 +106,6 @@ TEST_F(StartUp, NoTwoCommandsShareAShortcut)
 
 TEST_F(StartUp, TheWindowComesBackAsItWasLeft)
 {
-    start();
     window().resize(1111, 701);
     ui().splitter->setSizes({600, 511});
     QHeaderView* header = ui().mainTableView->horizontalHeader();
@@ -148,21 +136,20 @@ TEST_F(StartUp, TheWindowComesBackAsItWasLeft)
 TEST_F(StartUp, AWindowRecordThatIsNoneIsPassedOver)
 {
     store::Record record;
-    record.set(QStringLiteral("geometry"), QByteArray("not a geometry"));
-    record.set(QStringLiteral("splitter"), 7);
-    defaults.values.insert_or_assign(QStringLiteral("WINDOW"), store::RecordValue(record));
+    record.set(u"geometry"_s, QByteArray("not a geometry"));
+    record.set(u"splitter"_s, 7);
+    defaults.values.insert_or_assign(u"WINDOW"_s, store::RecordValue(record));
     start();
     EXPECT_GE(window().width(), 1024);
-    defaults.values.insert_or_assign(QStringLiteral("WINDOW"), store::RecordValue(true));
+    defaults.values.insert_or_assign(u"WINDOW"_s, store::RecordValue(true));
     start();
     EXPECT_GE(window().height(), 640);
 }
 
 TEST_F(StartUp, HelpOpensTheManual)
 {
-    start();
     actions().help->trigger();
-    EXPECT_EQ(desktop.opened, QStringList{scratch.path(QStringLiteral("help.pdf"))});
+    EXPECT_EQ(desktop.opened, QStringList{scratch.path(u"help.pdf"_s)});
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "dialogs/ElidedLabel.h"
 #include "dialogs/FontMenu.h"
+#include "support/Cases.h"
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
@@ -188,7 +189,7 @@ std::vector<std::string> cutOff(QWidget& window)
             problems.push_back(nameOf(*each) + " has " + size(each->size()) + " and needs " + size(least));
         if (isTextCut(*each))
             problems.push_back(nameOf(*each) + " cuts its text off, at " + size(each->size()));
-        if (each->objectName() == QLatin1String("qt_toolbar_ext_button"))
+        if (each->objectName() == "qt_toolbar_ext_button"_L1)
             problems.push_back("the toolbar has no room for all its items");
         // In a layout from right to left, QSplitter places its parts one pixel off.
         if (each != &window &&

@@ -6,7 +6,6 @@
 
 #include <QDir>
 #include <QXmlStreamReader>
-#include <gtest/gtest.h>
 #include <thread>
 
 namespace quillfern {
@@ -33,7 +32,7 @@ QStringList elements(const QByteArray& xml)
 class LogFileTest : public testing::Test
 {
   protected:
-    void SetUp() override { ASSERT_TRUE(folders.createApplicationUsersFolder(QStringLiteral("Logs"))); }
+    void SetUp() override { ASSERT_TRUE(folders.createApplicationUsersFolder(u"Logs"_s)); }
 
     Scratch scratch;
     FakeFolders folders{scratch.path()};
@@ -45,20 +44,19 @@ TEST_F(LogFileTest, HasOneElementAnOutputInOrder)
     Log log(clock, folders);
     log.startTime = QDateTime(QDate(2026, 11, 15), QTime(23, 59, 58));
     log.endTime = QDateTime(QDate(2026, 11, 16), QTime(0, 5, 9));
-    log.files.push_back({QStringLiteral("a.pdf"),
-                         QStringLiteral("/out"),
+    log.files.push_back({u"a.pdf"_s,
+                         u"/out"_s,
                          FileOutcome{FileStatus::CreatedNothing, std::nullopt, 0, std::nullopt},
                          12,
                          {}});
-    log.files.push_back({QStringLiteral("<b> & \"c\"\n\x01.pdf"),
-                         QStringLiteral("/out"),
+    log.files.push_back({u"<b> & \"c\"\n\x01.pdf"_s,
+                         u"/out"_s,
                          FileOutcome{FileStatus::NoPages, std::nullopt, 0, std::nullopt},
                          0,
                          {}});
-    log.files[0].logFiles.push_back({QStringLiteral("in.pdf"), 3, 4, QStringLiteral("Completed")});
+    log.files[0].logFiles.push_back({u"in.pdf"_s, 3, 4, u"Completed"_s});
     ASSERT_TRUE(log.save(english));
-    EXPECT_EQ(log.logFilePath()->text(),
-              scratch.path(QStringLiteral("Orvane/Quillfern1/Logs/161126000509.log")));
+    EXPECT_EQ(log.logFilePath()->text(), scratch.path(u"Orvane/Quillfern1/Logs/161126000509.log"_s));
     const QByteArray xml = readFile(log.logFilePath()->text());
     EXPECT_EQ(elements(xml).join(u'|').toStdString(),
               "Log StartTime=11/15/2026 11:59:58 PM EndTime=11/16/2026 12:05:09 AM|"
@@ -81,31 +79,31 @@ TEST_F(LogFileTest, JobsThatEndInOneSecondKeepTheirLogs)
     std::vector<std::unique_ptr<Log>> logs;
     for (int i = 0; i < jobs; ++i) {
         logs.push_back(std::make_unique<Log>(clock, folders));
-        logs.back()->files.push_back({QStringLiteral("job%1.pdf").arg(i), QStringLiteral("/out"), {}, 1, {}});
+        logs.back()->files.push_back({u"job%1.pdf"_s.arg(i), u"/out"_s, {}, 1, {}});
     }
     std::vector<std::thread> threads;
     for (const auto& log : logs)
         threads.emplace_back([&log] {
             EXPECT_TRUE(log->save(english) && log->isWritten());
-            EXPECT_EQ(log->logFilePath()->name(), QStringLiteral("161126140509.log"));
+            EXPECT_EQ(log->logFilePath()->name(), u"161126140509.log"_s);
         });
     for (std::thread& thread : threads)
         thread.join();
     Log last(clock, folders);
-    last.files.push_back({QStringLiteral("last.pdf"), QStringLiteral("/out"), {}, 1, {}});
+    last.files.push_back({u"last.pdf"_s, u"/out"_s, {}, 1, {}});
     EXPECT_TRUE(last.save(english));
 
-    const QDir folder(scratch.path(QStringLiteral("Orvane/Quillfern1/Logs")));
+    const QDir folder(scratch.path(u"Orvane/Quillfern1/Logs"_s));
     const QStringList names = folder.entryList(QDir::Files | QDir::Hidden);
     EXPECT_EQ(names.size(), jobs + 1) << names.join(u' ').toStdString();
-    EXPECT_TRUE(names.contains(QStringLiteral("161126140509-2.log")));
-    EXPECT_TRUE(names.contains(QStringLiteral("161126140509-25.log")));
+    EXPECT_TRUE(names.contains(u"161126140509-2.log"_s));
+    EXPECT_TRUE(names.contains(u"161126140509-25.log"_s));
     QByteArray all;
     for (const QString& name : names)
         all += readFile(folder.filePath(name));
     for (int i = 0; i < jobs; ++i)
         EXPECT_EQ(all.count("\"job" + QByteArray::number(i) + ".pdf\""), 1) << i;
-    EXPECT_TRUE(readFile(folder.filePath(QStringLiteral("161126140509.log"))).contains("last.pdf"));
+    EXPECT_TRUE(readFile(folder.filePath(u"161126140509.log"_s)).contains("last.pdf"));
 }
 
 TEST(LogWithoutFolder, NamesAPathAndLosesNothingElse)
@@ -134,9 +132,8 @@ TEST(TimeTaken, LeavesOutWhatIsZero)
         EXPECT_EQ(timeTakenString(start, start.addMSecs(milliseconds)).toStdString(), text);
     EXPECT_EQ(timeTakenString({}, start), QString());
     EXPECT_EQ(timeTakenString(start, {}), QString());
-    EXPECT_EQ(timeTakenLabel(QString(), 3, 3), QStringLiteral("Total Time Taken :  3/3"));
-    EXPECT_EQ(timeTakenLabel(QStringLiteral("1 min(s) 5 sec(s) "), 2, 3),
-              QStringLiteral("Total Time Taken : 1 min(s) 5 sec(s)  2/3"));
+    EXPECT_EQ(timeTakenLabel(QString(), 3, 3), u"Total Time Taken :  3/3"_s);
+    EXPECT_EQ(timeTakenLabel(u"1 min(s) 5 sec(s) "_s, 2, 3), u"Total Time Taken : 1 min(s) 5 sec(s)  2/3"_s);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "support/PdfBuilder.h"
 
 #include <QFileInfo>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -32,27 +31,28 @@ QByteArray twoPages(const QByteArray& pageEntries, const QByteArray& streamEntri
 class Damage : public PdfProcessing
 {
   protected:
+    void SetUp() override { addStamp(); }
+
     /// The document as qpdf writes it with these options.
     QByteArray rewritten(const QByteArray& pdf, QStringList options) const
     {
-        const QString source = scratch.write(QStringLiteral("sound.pdf"), pdf);
-        const QString target = scratch.path(QStringLiteral("rewritten.pdf"));
-        runTool(QStringLiteral("qpdf"), options << source << target);
+        const QString source = scratch.write(u"sound.pdf"_s, pdf);
+        const QString target = scratch.path(u"rewritten.pdf"_s);
+        runTool(u"qpdf"_s, options << source << target);
         return readFile(target);
     }
 
     void expectBothPages(const char* what, const QByteArray& damaged)
     {
-        number.stamps.clear();
-        addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
         const QString output = process(damaged);
         ASSERT_TRUE(QFileInfo::exists(output)) << what;
         EXPECT_TRUE(qpdfAccepts(output)) << what;
+        EXPECT_EQ(pdf::pdfPageCount(asPath(scratch.path(u"in/doc.pdf"_s))), 2) << what;
         const auto pages = pdfWords(output);
         ASSERT_EQ(pages.size(), 2U) << what;
         for (int page : {1, 2}) {
-            EXPECT_TRUE(pages.at(page - 1).contains(QStringLiteral("Body%1").arg(page))) << what << page;
-            EXPECT_TRUE(pages.at(page - 1).contains(QStringLiteral("Stamp"))) << what << page;
+            EXPECT_TRUE(pages.at(page - 1).contains(u"Body%1"_s.arg(page))) << what << page;
+            EXPECT_TRUE(pages.at(page - 1).contains(u"Stamp"_s)) << what << page;
         }
         QFile::remove(output);
     }
@@ -62,14 +62,13 @@ TEST_F(Damage, NoPageIsLostWithAnObjectThatTheLibraryCannotRead)
 {
     const QByteArray withLongNumber = twoPages("/PieceInfo<</X " + longNumber + ">>");
     const auto tooLong = [](QByteArray pdf) { return pdf.replace(longNumber, tooLongNumber); };
-    const QByteArray packed = rewritten(withLongNumber, {QStringLiteral("--object-streams=generate"),
-                                                         QStringLiteral("--stream-data=uncompress")});
+    const QByteArray packed =
+        rewritten(withLongNumber, {u"--object-streams=generate"_s, u"--stream-data=uncompress"_s});
     const QByteArray locked =
-        rewritten(withLongNumber, {QStringLiteral("--encrypt"), QString(), QStringLiteral("o"),
-                                   QStringLiteral("256"), QStringLiteral("--")});
+        rewritten(withLongNumber, {u"--encrypt"_s, QString(), u"o"_s, u"256"_s, u"--"_s});
     ASSERT_TRUE(packed.contains(longNumber) && locked.contains(longNumber));
     // What of an object stream can be decoded holds the pages; a wrong checksum spoils the whole for qpdf.
-    QByteArray wrongChecksum = rewritten(twoPages({}), {QStringLiteral("--object-streams=generate")});
+    QByteArray wrongChecksum = rewritten(twoPages({}), {u"--object-streams=generate"_s});
     const qsizetype endOfPacked = wrongChecksum.indexOf("\nendstream", wrongChecksum.indexOf("/ObjStm"));
     ASSERT_GT(endOfPacked, 0);
     for (qsizetype i = endOfPacked - 5; i < endOfPacked; ++i)
@@ -101,12 +100,8 @@ TEST_F(Damage, NoPageIsLostWithAnObjectThatTheLibraryCannotRead)
 
 TEST_F(Damage, EntriesThatReferToDamagedObjectsStay)
 {
-    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     for (const int others : {0, 6000}) { // a small file is read whole, of a large one the pages first
-        PdfBuilder pdf;
-        pdf.add("<</Type/Catalog/Pages 2 0 R/Outlines 6 0 R>>");
-        pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]/MediaBox[0 0 300 400]>>");
-        pdf.add("<</Type/Page/Parent 2 0 R/Annots 4 0 R>>");
+        PdfBuilder pdf = onePage("/Annots 4 0 R", "/MediaBox[0 0 300 400]", "/Outlines 6 0 R");
         pdf.add("[ 5 0 R");
         pdf.add("<</Type/Annot/Subtype/Text/Rect[0 0 9 9]/Contents(A note)>>");
         pdf.add("<</Type/Outlines/Count 0");
@@ -115,8 +110,7 @@ TEST_F(Damage, EntriesThatReferToDamagedObjectsStay)
             pdf.add("[]");
         const QString output = process(pdf.build("/Info 7 0 R"));
         EXPECT_TRUE(qpdfAccepts(output));
-        const QByteArray plain =
-            toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), output, QStringLiteral("-")});
+        const QByteArray plain = plainObjects(output);
         for (const char* word : {"/Outlines", "(My title)", "(Me)", "/Annots", "(A note)"})
             EXPECT_TRUE(plain.contains(word)) << word << ' ' << others;
     }
@@ -124,24 +118,17 @@ TEST_F(Damage, EntriesThatReferToDamagedObjectsStay)
 
 TEST_F(Damage, AReferenceToNothingDoesNotBecomeOneToAStamp)
 {
-    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
-    PdfBuilder pdf;
-    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
-    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]/MediaBox[0 0 300 400]>>");
-    pdf.add("<</Type/Page/Parent 2 0 R/PieceInfo<</A[5 0 R 6 0 R 7 0 R 8 0 R]>>>>");
+    PdfBuilder pdf = onePage("/PieceInfo<</A[5 0 R 6 0 R 7 0 R 8 0 R]>>", "/MediaBox[0 0 300 400]");
     const QString output = process(pdf.build());
-    const QByteArray plain =
-        toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), output, QStringLiteral("-")});
+    const QByteArray plain = plainObjects(output);
     EXPECT_EQ(plain.count("\nnull\nendobj"), 4) << plain.constData();
 }
 
 TEST_F(Damage, EncryptedContentIsNotTakenForPlainContent)
 {
-    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     for (const char* streams : {"--object-streams=disable", "--object-streams=generate"}) {
-        QByteArray locked =
-            rewritten(twoPages({}), {QString::fromLatin1(streams), QStringLiteral("--encrypt"), QString(),
-                                     QStringLiteral("o"), QStringLiteral("256"), QStringLiteral("--")});
+        QByteArray locked = rewritten(twoPages({}), {QString::fromLatin1(streams), u"--encrypt"_s, QString(),
+                                                     u"o"_s, u"256"_s, u"--"_s});
         locked.replace("startxref", "nothing").replace("trailer", "nothing");
         EXPECT_FALSE(QFileInfo::exists(process(locked))) << streams;
     }
@@ -194,18 +181,17 @@ TEST_F(Damage, PagesAreFoundHoweverBadTheirTree)
 
 TEST_F(Damage, PagesThatAreNotThereAreMentioned)
 {
-    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     const QByteArray sound = twoPages({});
     for (const char* kids : {"[3 0 R 4 0 R 99 0 R]", "[3 0 R null 4 0 R]", "[3 0 R (page) 4 0 R]"}) {
         const QString source =
-            scratch.write(QStringLiteral("in/doc.pdf"), QByteArray(sound).replace("[3 0 R 4 0 R]", kids));
-        QDir().mkpath(scratch.path(QStringLiteral("out")));
-        const QString target = scratch.path(QStringLiteral("out/doc.pdf"));
+            scratch.write(u"in/doc.pdf"_s, QByteArray(sound).replace("[3 0 R 4 0 R]", kids));
+        QDir().mkpath(scratch.path(u"out"_s));
+        const QString target = scratch.path(u"out/doc.pdf"_s);
         const FileOutcome outcome = stamp(source, target);
         EXPECT_EQ(outcome.status, FileStatus::Created) << kids;
         EXPECT_EQ(outcome.pages, 2) << kids;
         ASSERT_TRUE(outcome.remark) << kids;
-        EXPECT_TRUE(outcome.remark->logged.contains(QStringLiteral("pages missing in it: 1."))) << kids;
+        EXPECT_TRUE(outcome.remark->logged.contains(u"pages missing in it: 1."_s)) << kids;
         EXPECT_TRUE(outcome.isIncomplete) << kids;
         // Without a backup nothing would be left of what another program may still find in the file.
         const QByteArray before = readFile(source);
@@ -214,41 +200,40 @@ TEST_F(Damage, PagesThatAreNotThereAreMentioned)
         number.setIsBackupFile(true);
         EXPECT_EQ(stamp(source, source).status, FileStatus::Created) << kids;
         number.setIsBackupFile(false);
-        EXPECT_TRUE(pdfText(target, 2).contains(QStringLiteral("Body2"))) << kids;
+        EXPECT_TRUE(pdfText(target, 2).contains(u"Body2"_s)) << kids;
     }
 }
 
 TEST_F(Damage, APageNamedSeveralTimesIsSeveralPages)
 {
-    addStamp(QStringLiteral("Page{0}"), MarginAnchor::TopLeft);
+    number.stamps = {textStamp(u"Page{0}"_s, MarginAnchor::TopLeft)};
     const auto repeated = [](int times) {
         return QByteArray(twoPages({}))
             .replace("[3 0 R 4 0 R]", "[" + QByteArray("3 0 R ").repeated(times) + "4 0 R]");
     };
     const QString output = process(repeated(3));
     for (int page = 1; page <= 3; ++page) {
-        EXPECT_TRUE(pdfText(output, page).contains(QStringLiteral("Page%1").arg(page)));
-        EXPECT_TRUE(pdfText(output, page).contains(QStringLiteral("Body1")));
+        EXPECT_TRUE(pdfText(output, page).contains(u"Page%1"_s.arg(page)));
+        EXPECT_TRUE(pdfText(output, page).contains(u"Body1"_s));
     }
     // Each would need memory of its own; a file of a few bytes could ask for any amount.
-    const FileOutcome outcome = stamp(scratch.write(QStringLiteral("in/doc.pdf"), repeated(100'000)),
-                                      scratch.path(QStringLiteral("out/many.pdf")));
-    EXPECT_TRUE(outcome.remark && outcome.remark->logged.contains(QStringLiteral("again and again")));
-    EXPECT_FALSE(QFileInfo::exists(scratch.path(QStringLiteral("out/many.pdf"))));
+    const FileOutcome outcome =
+        stamp(scratch.write(u"in/doc.pdf"_s, repeated(100'000)), scratch.path(u"out/many.pdf"_s));
+    EXPECT_TRUE(outcome.remark && outcome.remark->logged.contains(u"again and again"_s));
+    EXPECT_FALSE(QFileInfo::exists(scratch.path(u"out/many.pdf"_s)));
     // Branches that lead to the same branches, and to no page.
     PdfBuilder pdf;
     pdf.add("<</Type/Catalog/Pages 2 0 R>>");
     for (int level = 0; level < 60; ++level)
         pdf.add("<</Type/Pages/Kids[" + (PdfBuilder::ref(level + 3) + ' ').repeated(2) + "]>>");
     pdf.add("<</Type/Pages/Kids[]>>");
-    EXPECT_EQ(pdf::pdfPageCount(asPath(scratch.write(QStringLiteral("bush.pdf"), pdf.build()))), 0);
+    EXPECT_EQ(pdf::pdfPageCount(asPath(scratch.write(u"bush.pdf"_s, pdf.build()))), 0);
 }
 
 TEST_F(Damage, AMediaBoxThatIsNoneIsTheOneThatViewersShow)
 {
-    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     const auto size = [](const QString& path) {
-        for (const QByteArray& line : toolOutput(QStringLiteral("pdfinfo"), {path}).split('\n'))
+        for (const QByteArray& line : toolOutput("pdfinfo", {path}).split('\n'))
             if (line.startsWith("Page size:")) return line.split('(').front().trimmed().toStdString();
         return std::string();
     };
@@ -256,20 +241,14 @@ TEST_F(Damage, AMediaBoxThatIsNoneIsTheOneThatViewersShow)
                             "/MediaBox(0 0 9 9)", "/MediaBox null", "/MediaBox[0 0 /W /H]",
                             "/MediaBox[500 600 0 0]", "/MediaBox 7", "/MediaBox<</X 1>>"}) {
         for (const char* above : {"", "/MediaBox[0 0 300 400]"}) {
-            PdfBuilder pdf;
-            pdf.add("<</Type/Catalog/Pages 2 0 R>>");
-            pdf.add(QByteArray("<</Type/Pages/Count 1/Kids[3 0 R]") + above + ">>");
-            pdf.add(QByteArray("<</Type/Page/Parent 2 0 R") + box + ">>");
-            const QString output = process(pdf.build());
-            EXPECT_EQ(size(output), size(scratch.path(QStringLiteral("in/doc.pdf"))))
-                << box << " below " << above;
+            const QString output = process(onePage(box, above).build());
+            EXPECT_EQ(size(output), size(scratch.path(u"in/doc.pdf"_s))) << box << " below " << above;
         }
     }
 }
 
 TEST_F(Damage, DamagedContentKeepsItsPlaceInTheStructure)
 {
-    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     PdfBuilder pdf;
     pdf.add("<</Type/Catalog/Pages 2 0 R/StructTreeRoot 3 0 R/MarkInfo<</Marked true>>>>");
     pdf.add("<</Type/Pages/Count 1/Kids[4 0 R]/MediaBox[0 0 300 400]>>");
@@ -286,9 +265,7 @@ TEST_F(Damage, DamagedContentKeepsItsPlaceInTheStructure)
     };
     const QByteArray content = marked(0, "First") + marked(1, "Second") + marked(2, "Third");
     const int stream = pdf.addStream(content);
-    const auto structure = [](const QString& path) {
-        return toolOutput(QStringLiteral("pdfinfo"), {QStringLiteral("-struct-text"), path});
-    };
+    const auto structure = [](const QString& path) { return toolOutput("pdfinfo -struct-text", {path}); };
     const QByteArray sound = structure(process(pdf.build()));
     EXPECT_TRUE(sound.contains("First") && sound.contains("Third")) << sound.toStdString();
     const QByteArray damaged = content + "nosuchword";
@@ -297,15 +274,13 @@ TEST_F(Damage, DamagedContentKeepsItsPlaceInTheStructure)
     const QString output = process(pdf.build());
     EXPECT_EQ(structure(output).toStdString(), sound.toStdString());
     EXPECT_TRUE(qpdfAccepts(output));
-    const QByteArray plain =
-        toolOutput(QStringLiteral("qpdf"), {QStringLiteral("--qdf"), output, QStringLiteral("-")});
+    const QByteArray plain = plainObjects(output);
     EXPECT_EQ(plain.count("/StructParents"), 1);
     EXPECT_EQ(plain.count("/Stm "), 3);
 }
 
 TEST_F(Damage, ContentThatCannotBeDecodedDoesNotHideTheStamp)
 {
-    addStamp(QStringLiteral("Stamp"), MarginAnchor::TopLeft);
     QByteArray words;
     for (int i = 0; i < 200; ++i)
         words += showWord("Word" + QByteArray::number(i * 7919), 50, 400 - 1.5 * i);
@@ -321,15 +296,12 @@ TEST_F(Damage, ContentThatCannotBeDecodedDoesNotHideTheStamp)
          "/Filter[/ASCIIHexDecode/FlateDecode]", false},
     };
     for (const auto& [what, data, entries, readable] : cases) {
-        PdfBuilder pdf;
-        pdf.add("<</Type/Catalog/Pages 2 0 R>>");
-        pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]/MediaBox[0 0 300 500]>>");
-        pdf.add("<</Type/Page/Parent 2 0 R/Contents 4 0 R/Resources<</Font<</F1 5 0 R>>>>>>");
+        PdfBuilder pdf = onePage("/Contents 4 0 R/Resources<</Font<</F1 5 0 R>>>>", "/MediaBox[0 0 300 500]");
         pdf.addStream(data, entries);
         pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
         const QString text = pdfText(process(pdf.build()), 1);
-        EXPECT_TRUE(text.contains(QStringLiteral("Stamp"))) << what;
-        EXPECT_EQ(text.contains(QStringLiteral("Word7919")), readable) << what;
+        EXPECT_TRUE(text.contains(u"Stamp"_s)) << what;
+        EXPECT_EQ(text.contains(u"Word7919"_s), readable) << what;
     }
 }
 

@@ -3,12 +3,10 @@
 #include "batch/DocumentProcessors.h"
 #include "config/Numbering.h"
 #include "stamps/TextStamp.h"
-#include "support/Paths.h"
 #include "support/Tools.h"
 
 #include <QDir>
 #include <QFile>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 
@@ -26,9 +24,9 @@ class PdfProcessing : public testing::Test
     /// Stamps a document and returns the path of the copy.
     QString process(const QByteArray& pdf, bool expected = true)
     {
-        const QString source = scratch.write(QStringLiteral("in/doc.pdf"), pdf);
-        QDir().mkpath(scratch.path(QStringLiteral("out")));
-        const QString target = scratch.path(QStringLiteral("out/doc.pdf"));
+        const QString source = scratch.write(u"in/doc.pdf"_s, pdf);
+        QDir().mkpath(scratch.path(u"out"_s));
+        const QString target = scratch.path(u"out/doc.pdf"_s);
         EXPECT_EQ(stamp(source, target).countsAsCreated(), expected);
         return target;
     }
@@ -41,7 +39,7 @@ class PdfProcessing : public testing::Test
         return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(target), {}, run).commit();
     }
 
-    void addStamp(const QString& text, MarginAnchor anchor = MarginAnchor::TopLeft)
+    void addStamp(const QString& text = u"Stamp"_s, MarginAnchor anchor = MarginAnchor::TopLeft)
     {
         number.stamps.push_back(textStamp(text, anchor));
     }
@@ -51,11 +49,18 @@ class PdfProcessing : public testing::Test
     bool refusesSigned = false;
 };
 
-inline QByteArray toolOutput(const QString& program, const QStringList& arguments)
+/// What a program prints that has to succeed.
+inline QByteArray toolOutput(const char* command, const QStringList& furtherArguments = {})
 {
-    const ToolResult result = runTool(program, arguments);
-    EXPECT_EQ(result.exitCode, 0) << program.toStdString() << ": " << result.err.toStdString();
+    const ToolResult result = runTool(command, furtherArguments);
+    EXPECT_EQ(result.exitCode, 0) << command << ": " << result.err.toStdString();
     return result.out;
+}
+
+/// The objects of a document in plain text.
+inline QByteArray plainObjects(const QString& pdf)
+{
+    return toolOutput("qpdf --qdf", {pdf, u"-"_s});
 }
 
 } // namespace quillfern

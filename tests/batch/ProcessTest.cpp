@@ -111,7 +111,7 @@ class JobTest : public testing::Test, public ProcessObserver
         ProcessServices result{clock, folders, thread, desktop};
         if (scripted) {
             result.filesAtOnce = 1;
-            result.makeProcessors = [this](const JobConfiguration&) {
+            result.makeProcessors = [this](const JobConfiguration&, const auto&) {
                 return std::make_unique<ScriptedProcessors>(script);
             };
         }
@@ -246,7 +246,7 @@ TEST_F(JobTest, AbandoningGivesUpTheFileAndLeavesNothingOfIt)
         }
         add(QStringLiteral("z.pdf"), 1);
         ProcessServices given = services(false);
-        given.makeProcessors = [this](const JobConfiguration& job) {
+        given.makeProcessors = [this](const JobConfiguration& job, const auto&) {
             return std::make_unique<AbandonedProcessors>(job, *process);
         };
         process = std::make_unique<Process>(given, planJob(files, settings), *this);
@@ -336,7 +336,7 @@ TEST_F(JobTest, NumbersOfAFileThatFailsMidwayAreNamed)
         results.clear();
         settings.number->setIsContinuousNumbering(isContinuous);
         ProcessServices given = services();
-        given.makeProcessors = [](const JobConfiguration&) { return std::make_unique<FailingMidway>(); };
+        given.makeProcessors = [](const auto&...) { return std::make_unique<FailingMidway>(); };
         process = std::make_unique<Process>(given, planJob(files, settings), *this);
         process->start();
         const QString lost = QStringLiteral("The numbers 131 to 151 appear in no file.");

@@ -74,7 +74,7 @@ class RasterClaims : public RasterProcessing
   protected:
     QString write(const QString& name, const QByteArray& bytes)
     {
-        return scratch.write(QStringLiteral("in/") + name, bytes);
+        return scratch.write(u"in/"_s + name, bytes);
     }
 
     /// The most memory that this process has had, in bytes.
@@ -95,12 +95,7 @@ TEST_F(RasterClaims, PagesThatTheFileCannotHoldAreRefusedBeforeMemoryIsTaken)
     const qsizetype frame = tallJpeg.indexOf("\xFF\xC0");
     qToBigEndian<quint16>(30000, tallJpeg.data() + frame + 5);
     qToBigEndian<quint16>(30000, tallJpeg.data() + frame + 7);
-    const struct
-    {
-        const char* name;
-        QByteArray bytes;
-        const char* word;
-    } cases[] = {
+    const Rows<const char*, QByteArray, const char*> cases = {
         {"rows of 60000 samples.tif", shortTiff(32000, 10, 16, 5, 1, 60000), "too large"},
         {"many samples.tif", shortTiff(2000, 1000, 16, 5, 2, 1000), "too short"},
         {"plain.tif", shortTiff(32000, 32000, 8, 1, 1, 1), "too short"},
@@ -113,10 +108,10 @@ TEST_F(RasterClaims, PagesThatTheFileCannotHoldAreRefusedBeforeMemoryIsTaken)
         {"a.gif", hugeGif(), "too short"},
     };
     const qint64 before = peakMemory();
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        process(write(QString::fromLatin1(c.name), c.bytes), false, 5);
-        EXPECT_TRUE(problem().contains(QLatin1String(c.word))) << problem().toStdString();
+    for (const auto& [name, bytes, word] : cases) {
+        SCOPED_TRACE(name);
+        process(write(QString::fromLatin1(name), bytes), false, 5);
+        EXPECT_TRUE(problem().contains(QLatin1String(word))) << problem().toStdString();
     }
     EXPECT_LT(peakMemory() - before, qint64{100} << 20);
 }
@@ -125,11 +120,11 @@ TEST_F(RasterClaims, DensePagesAreRead)
 {
     QImage white(9000, 9000, QImage::Format_Grayscale8);
     white.fill(Qt::white);
-    const QString fax = path(QStringLiteral("fax.tif"));
+    const QString fax = path(u"fax.tif"_s);
     TiffBuilder(fax).page(blackAndWhitePicture(64, 4000), {.photometric = 0, .bits = 1, .compression = 4});
-    for (const QString& source : {fax, write(QStringLiteral("white.png"), encodedImage(white, "png")),
-                                  write(QStringLiteral("white.jpg"), encodedImage(white, "jpg", true)),
-                                  write(QStringLiteral("scans.jpg"), jpegOfManyScans(100, 100, 300))}) {
+    for (const QString& source : {fax, write(u"white.png"_s, encodedImage(white, "png")),
+                                  write(u"white.jpg"_s, encodedImage(white, "jpg", true)),
+                                  write(u"scans.jpg"_s, jpegOfManyScans(100, 100, 300))}) {
         SCOPED_TRACE(source.toStdString());
         process(source, true, 5);
     }
@@ -138,9 +133,9 @@ TEST_F(RasterClaims, DensePagesAreRead)
 TEST_F(RasterClaims, GivenUpWorkEndsWithTheWordForIt)
 {
     const QImage picture = colourPicture().convertToFormat(QImage::Format_RGB888);
-    const QString tiff = path(QStringLiteral("a.tif"));
+    const QString tiff = path(u"a.tif"_s);
     TiffBuilder(tiff).page(picture, {.compression = 5}).page(picture, {.compression = 5});
-    std::vector<QString> sources = {tiff, write(QStringLiteral("a.gif"), encodedImage(picture, "png"))};
+    std::vector<QString> sources = {tiff, write(u"a.gif"_s, encodedImage(picture, "png"))};
     for (const char* format : {"png", "jpg", "bmp", "ppm"})
         sources.push_back(write(QString::fromLatin1(format), encodedImage(picture, format)));
     for (const QString& source : sources) {
@@ -154,7 +149,7 @@ TEST_F(RasterClaims, GivenUpWorkEndsWithTheWordForIt)
         EXPECT_THROW(static_cast<void>(feed.next()), Cancelled);
     }
     std::stop_source stop;
-    store::AtomicFile file(asPath(scratch.path(QStringLiteral("copy.tif"))));
+    store::AtomicFile file(asPath(scratch.path(u"copy.tif"_s)));
     raster::RasterWriter writer(file, stop.get_token());
     writer.addPage(raster::RasterReader::open(asPath(tiff))->readPage(), 5, QSizeF(72, 72));
     stop.request_stop();

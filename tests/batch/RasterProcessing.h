@@ -4,13 +4,11 @@
 #include "config/Numbering.h"
 #include "platform/raster/ImageInspector.h"
 #include "stamps/TextStamp.h"
-#include "support/Paths.h"
 #include "support/TiffBuilder.h"
 #include "support/Tools.h"
 
 #include <QDir>
 #include <QFile>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 
@@ -61,7 +59,7 @@ class RasterProcessing : public testing::Test
     void addStamp(const QColor& colour = Qt::black)
     {
         auto stamp = std::make_shared<TextStamp>();
-        stamp->number.numberFormat = QStringLiteral("{0}");
+        stamp->number.numberFormat = u"{0}"_s;
         stamp->setMarginAnchor(MarginAnchor::BottomMiddle);
         stamp->font.fontSize = 20;
         stamp->font.fontColor = colour;
@@ -71,16 +69,16 @@ class RasterProcessing : public testing::Test
 
     QString path(const QString& name)
     {
-        QDir().mkpath(scratch.path(QStringLiteral("in")));
-        return scratch.path(QStringLiteral("in/") + name);
+        QDir().mkpath(scratch.path(u"in"_s));
+        return scratch.path(u"in/"_s + name);
     }
 
     /// Stamps a file with the compression code that the file list would find, and returns the path of the
     /// copy.
     QString process(const QString& source, bool expected = true, int compression = -1)
     {
-        QDir().mkpath(scratch.path(QStringLiteral("out")));
-        const QString target = scratch.path(QStringLiteral("out/") + QFileInfo(source).fileName());
+        QDir().mkpath(scratch.path(u"out"_s));
+        const QString target = scratch.path(u"out/"_s + QFileInfo(source).fileName());
         if (compression < 0)
             compression = raster::inspectImageFile(asPath(source)).value_or(raster::ImageFacts{}).compression;
         stamp(source, target, compression);

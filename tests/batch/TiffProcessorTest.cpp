@@ -15,7 +15,7 @@ class TiffProcessing : public RasterProcessing
     /// A file whose page i is a shade of its own, so that pages can be told apart.
     QString shades(int count, const TiffLayout& layout = {.photometric = 1, .compression = 5})
     {
-        const QString source = path(QStringLiteral("shades.tif"));
+        const QString source = path(u"shades.tif"_s);
         TiffBuilder builder(source);
         for (int i = 1; i <= count; ++i)
             builder.page(shade(i), layout);
@@ -40,16 +40,7 @@ class TiffProcessing : public RasterProcessing
 
 TEST_F(TiffProcessing, RangeAndParity)
 {
-    struct Case
-    {
-        int start;
-        int end;
-        PageRange range;
-        std::vector<int> pages;
-        std::vector<bool> stamped;
-        int nextNumber;
-    };
-    const std::vector<Case> cases = {
+    const Rows<int, int, PageRange, std::vector<int>, std::vector<bool>, int> cases = {
         {2, 4, PageRange::AllPages, {2, 3, 4}, {true, true, true}, 10 + 3 * 5},
         {1, 0, PageRange::OddPages, {1, 2, 3, 4, 5, 6}, {true, false, true, false, true, false}, 10 + 3 * 5},
         {2, 5, PageRange::EvenPages, {2, 3, 4, 5}, {true, false, true, false}, 10 + 2 * 5},
@@ -60,18 +51,18 @@ TEST_F(TiffProcessing, RangeAndParity)
     addStamp();
     number.setStartNumber(10);
     number.setNumberSteps(5);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.start << " to " << c.end << ", " << qToUnderlying(c.range));
-        number.setStartPage(c.start);
-        number.setEndPage(c.end);
-        number.setPageRange(c.range);
+    for (const auto& [start, end, range, kept, stamped, numberAfter] : cases) {
+        SCOPED_TRACE(testing::Message() << start << " to " << end << ", " << qToUnderlying(range));
+        number.setStartPage(start);
+        number.setEndPage(end);
+        number.setPageRange(range);
         const auto pages = readTiff(process(source));
-        ASSERT_EQ(pages.size(), c.pages.size());
+        ASSERT_EQ(pages.size(), kept.size());
         for (std::size_t i = 0; i < pages.size(); ++i) {
-            EXPECT_NEAR(shadeOf(pages[i]), 255 - c.pages[i] * 3, 1);
-            EXPECT_EQ(hasStamp(pages[i].image), c.stamped[i]);
+            EXPECT_NEAR(shadeOf(pages[i]), 255 - kept[i] * 3, 1);
+            EXPECT_EQ(hasStamp(pages[i].image), stamped[i]);
         }
-        EXPECT_EQ(nextNumber, c.nextNumber);
+        EXPECT_EQ(nextNumber, numberAfter);
     }
 }
 
@@ -81,7 +72,7 @@ TEST_F(TiffProcessing, RangeWithoutPagesWritesNothing)
     number.setStartPage(7);
     const QString source = shades(6);
     process(source, false);
-    EXPECT_TRUE(problem().contains(QStringLiteral("page range"))) << problem().toStdString();
+    EXPECT_TRUE(problem().contains(u"page range"_s)) << problem().toStdString();
     number.setStartPage(3);
     number.setEndPage(2);
     process(source, false);
@@ -90,10 +81,10 @@ TEST_F(TiffProcessing, RangeWithoutPagesWritesNothing)
 TEST_F(TiffProcessing, TotalIsTheFilesOwnWhenNoneIsGiven)
 {
     addStamp();
-    text()->number.numberFormat = QStringLiteral("{0}{1}");
+    text()->number.numberFormat = u"{0}{1}"_s;
     const QString source = shades(3);
     const auto own = readTiff(process(source));
-    text()->number.numberFormat = QStringLiteral("{0}3");
+    text()->number.numberFormat = u"{0}3"_s;
     const auto written = readTiff(process(source));
     ASSERT_EQ(own.size(), 3U);
     EXPECT_EQ(own[0].image, written[0].image);
@@ -101,7 +92,7 @@ TEST_F(TiffProcessing, TotalIsTheFilesOwnWhenNoneIsGiven)
 
 TEST_F(TiffProcessing, EveryPageTakesTheFirstOnesPhysicalSize)
 {
-    const QString source = path(QStringLiteral("mixed.tif"));
+    const QString source = path(u"mixed.tif"_s);
     TiffBuilder(source)
         .page(colourPicture(120, 88), {.compression = 5, .xResolution = 240, .yResolution = 176})
         .page(colourPicture(200, 100), {.compression = 5, .xResolution = 72, .yResolution = 72})
@@ -119,12 +110,7 @@ TEST_F(TiffProcessing, EveryPageTakesTheFirstOnesPhysicalSize)
 
 TEST_F(TiffProcessing, ResolutionsOfAllUnits)
 {
-    const struct
-    {
-        TiffLayout layout;
-        double x;
-        double y;
-    } cases[] = {
+    const Rows<TiffLayout, double, double> cases = {
         {{.photometric = 0, .bits = 1, .compression = 3, .xResolution = 204, .yResolution = 98}, 204, 98},
         {{.compression = 5, .xResolution = 100, .yResolution = 50, .resolutionUnit = 3}, 254, 127},
         {{.compression = 5, .xResolution = 2, .yResolution = 1, .resolutionUnit = 1}, 72, 36},
@@ -132,96 +118,71 @@ TEST_F(TiffProcessing, ResolutionsOfAllUnits)
         {{.compression = 5, .orientation = 6, .xResolution = 300, .yResolution = 150}, 150, 300},
     };
     addStamp();
-    for (const auto& c : cases) {
-        const QString source = path(QStringLiteral("page.tif"));
-        TiffBuilder(source).page(blackAndWhitePicture(), c.layout);
+    for (const auto& [layout, x, y] : cases) {
+        const QString source = path(u"page.tif"_s);
+        TiffBuilder(source).page(blackAndWhitePicture(), layout);
         const auto pages = readTiff(process(source));
         ASSERT_EQ(pages.size(), 1U);
-        EXPECT_NEAR(pages[0].xResolution, c.x, 0.001);
-        EXPECT_NEAR(pages[0].yResolution, c.y, 0.001);
+        EXPECT_NEAR(pages[0].xResolution, x, 0.001);
+        EXPECT_NEAR(pages[0].yResolution, y, 0.001);
     }
 }
 
 TEST_F(TiffProcessing, CompressionCodes)
 {
-    const QString rgb = path(QStringLiteral("rgb.tif"));
+    const QString rgb = path(u"rgb.tif"_s);
     TiffBuilder(rgb).page(colourPicture(), {.compression = 5});
-    const QString alpha = path(QStringLiteral("alpha.tif"));
+    const QString alpha = path(u"alpha.tif"_s);
     TiffBuilder(alpha).page(colourPicture(), {.compression = 5, .extraSample = 2});
-    const QString bilevel = path(QStringLiteral("bilevel.tif"));
+    const QString bilevel = path(u"bilevel.tif"_s);
     TiffBuilder(bilevel).page(blackAndWhitePicture(), {.photometric = 0, .bits = 1, .compression = 4});
-    const struct
-    {
-        QString source;
-        int asked;
-        int written;
-    } cases[] = {
-        {rgb, 1, 1},
-        {rgb, 5, 5},
-        {rgb, 7, 7},
-        {rgb, 8, 8},
-        {rgb, 32946, 32946},
-        {rgb, 6, 7},
-        {rgb, 32773, 32773},
-        {rgb, 2, 5},
-        {rgb, 3, 5},
-        {rgb, 4, 5},
-        {rgb, 34925, 5},
-        {rgb, 0, 5},
-        {rgb, -3, 5},
-        {alpha, 7, 5},
-        {alpha, 8, 8},
-        {alpha, 4, 5},
-        {bilevel, 7, 5},
-        {bilevel, 8, 8},
-        {bilevel, 1, 1},
-        {bilevel, 2, 2},
-        {bilevel, 3, 3},
-        {bilevel, 4, 4},
-        {bilevel, 32773, 32773},
+    // the codes asked for and those written
+    const Rows<QString, std::map<int, int>> cases = {
+        {rgb, {{1, 1}, {5, 5}, {7, 7}, {8, 8}, {32946, 32946}, {32773, 32773}}},
+        {rgb, {{6, 7}, {2, 5}, {3, 5}, {4, 5}, {34925, 5}, {0, 5}, {-3, 5}}},
+        {alpha, {{7, 5}, {8, 8}, {4, 5}}},
+        {bilevel, {{7, 5}, {8, 8}, {1, 1}, {2, 2}, {3, 3}, {4, 4}, {32773, 32773}}},
     };
     addStamp();
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.source.toStdString() << " as " << c.asked);
-        const QString target = scratch.path(QStringLiteral("copy.tif"));
-        ASSERT_EQ(stamp(c.source, target, c.asked).status, FileStatus::Created);
-        const auto pages = readTiff(target);
-        ASSERT_EQ(pages.size(), 1U);
-        EXPECT_EQ(pages[0].compression, c.written);
-        EXPECT_TRUE(showsSame(pages[0].image, c.source == bilevel ? blackAndWhitePicture() : colourPicture(),
-                              c.source == rgb ? 3 : 0));
-    }
+    const QString target = scratch.path(u"copy.tif"_s);
+    for (const auto& [source, codes] : cases)
+        for (const auto [asked, written] : codes) {
+            SCOPED_TRACE(testing::Message() << source.toStdString() << " as " << asked);
+            ASSERT_EQ(stamp(source, target, asked).status, FileStatus::Created);
+            const auto pages = readTiff(target);
+            ASSERT_EQ(pages.size(), 1U);
+            EXPECT_EQ(pages[0].compression, written);
+            const QImage picture = source == bilevel ? blackAndWhitePicture() : colourPicture();
+            EXPECT_TRUE(showsSame(pages[0].image, picture, source == rgb ? 3 : 0));
+        }
 }
 
 TEST_F(TiffProcessing, FaxPagesStayFaxPagesWhereTheStampsAllow)
 {
-    const QString source = path(QStringLiteral("fax.tif"));
+    const QString source = path(u"fax.tif"_s);
     TiffBuilder(source).page(blackAndWhitePicture(), {.photometric = 0, .bits = 1, .compression = 4});
-    const QString logo = scratch.path(QStringLiteral("logo.png"));
-    ASSERT_TRUE(colourPicture(20, 20).save(logo));
-    enum Kind { Black, White, Grey, Red, Translucent, OutlinedRed, Picture, Disabled };
-    for (const Kind kind : {Black, White, Grey, Red, Translucent, OutlinedRed, Picture, Disabled}) {
-        SCOPED_TRACE(kind);
+    auto picture = std::make_shared<ImageStamp>();
+    picture->loadPicture(asPath(scratch.writePicture(u"logo.png"_s, {20, 20}, Qt::red)));
+    picture->setMarginAnchor(MarginAnchor::BottomRight);
+    const auto nothing = [] {};
+    const Rows<const char*, QColor, std::function<void()>, bool> cases = {
+        {"black", Qt::black, nothing, true},
+        {"white", Qt::white, nothing, true},
+        {"grey", Qt::gray, nothing, false},
+        {"red", Qt::red, nothing, false},
+        {"translucent", Qt::black, [&] { text()->textOpacity = 50; }, false},
+        {"with a red outline", Qt::black, [&] { text()->outlineWidth = 10, text()->outlineColor = Qt::red; },
+         false},
+        {"a picture", Qt::black, [&] { number.stamps = {picture}; }, false},
+        {"red, but disabled", Qt::red, [&] { text()->setIsSelected(false); }, true},
+    };
+    for (const auto& [what, colour, change, stays] : cases) {
+        SCOPED_TRACE(what);
         number.stamps.clear();
-        addStamp(kind == White                     ? Qt::white
-                 : kind == Grey                    ? Qt::gray
-                 : kind == Red || kind == Disabled ? Qt::red
-                                                   : Qt::black);
-        if (kind == Translucent) text()->textOpacity = 50;
-        if (kind == OutlinedRed) {
-            text()->outlineWidth = 10;
-            text()->outlineColor = Qt::red;
-        }
-        if (kind == Disabled) text()->setIsSelected(false);
-        if (kind == Picture) {
-            auto picture = std::make_shared<ImageStamp>();
-            picture->loadPicture(asPath(logo));
-            picture->setMarginAnchor(MarginAnchor::BottomRight);
-            number.stamps = {picture};
-        }
+        addStamp(colour);
+        change();
         const auto pages = readTiff(process(source));
         ASSERT_EQ(pages.size(), 1U);
-        const bool stays = kind == Black || kind == White || kind == Disabled;
         EXPECT_EQ(pages[0].compression, stays ? 4 : 5);
         EXPECT_EQ(pages[0].samples, stays ? 1 : 3);
         EXPECT_TRUE(showsSame(pages[0].image, blackAndWhitePicture(), stays ? 0 : 3));
@@ -231,25 +192,15 @@ TEST_F(TiffProcessing, FaxPagesStayFaxPagesWhereTheStampsAllow)
 TEST_F(TiffProcessing, BilevelPagesAreStampedAsIfTheirPixelsWereBytes)
 {
     // Only pages of strips that are stored upright keep their bits; a mirrored page becomes bytes.
-    const QString name = QStringLiteral("page.tif");
+    const QString source = path(u"page.tif"_s);
     constexpr int mirrored = 2;
     const auto stamped = [&](TiffLayout layout) {
         layout.bits = 1;
         const QImage page = blackAndWhitePicture(123, 91);
-        TiffBuilder(path(name)).page(page, layout).page(page, layout);
-        return readTiff(process(path(name)));
+        TiffBuilder(source).page(page, layout).page(page, layout);
+        return readTiff(process(source));
     };
-    const struct
-    {
-        const char* name;
-        MarginAnchor anchor;
-        double angle;
-        int fontSize;
-        int margin;
-        bool isWhite;
-        bool isSymmetric;
-        bool isOutlined;
-    } cases[] = {
+    const Rows<const char*, MarginAnchor, double, int, int, bool, bool, bool> cases = {
         {"at an edge", MarginAnchor::BottomMiddle, 0, 20, 0, false, false, false},
         {"facing pages", MarginAnchor::BottomLeft, 0, 12, 5, false, true, false},
         {"turned", MarginAnchor::BottomRight, 33, 20, 0, false, false, false},
@@ -259,27 +210,27 @@ TEST_F(TiffProcessing, BilevelPagesAreStampedAsIfTheirPixelsWereBytes)
         {"larger than the page", MarginAnchor::BottomMiddle, 5, 300, 0, false, false, false},
         {"beside the page", MarginAnchor::TopLeft, 0, 20, 500, false, false, false},
     };
-    for (const auto& c : cases) {
+    for (const auto& [what, anchor, angle, fontSize, margin, isWhite, isSymmetric, isOutlined] : cases) {
         number.stamps.clear();
-        addStamp(c.isWhite ? Qt::white : Qt::black);
-        text()->setMarginAnchor(c.anchor);
-        text()->setIsSymmetry(c.isSymmetric);
-        text()->textRotation = c.angle;
-        text()->font.fontSize = c.fontSize;
-        text()->outlineWidth = c.isOutlined ? 20 : 0;
-        text()->isUnderline = c.isOutlined;
+        addStamp(isWhite ? Qt::white : Qt::black);
+        text()->setMarginAnchor(anchor);
+        text()->setIsSymmetry(isSymmetric);
+        text()->textRotation = angle;
+        text()->font.fontSize = fontSize;
+        text()->outlineWidth = isOutlined ? 20 : 0;
+        text()->isUnderline = isOutlined;
         text()->underlineStyle = UnderlineStyle::Double;
-        number.setMarginLeft(c.margin);
-        number.setMarginTop(c.margin);
+        number.setMarginLeft(margin);
+        number.setMarginTop(margin);
         const auto expected = stamped({.photometric = 1, .orientation = mirrored});
         ASSERT_EQ(expected.size(), 2U);
-        const bool isMarked = c.margin < 500;
-        EXPECT_EQ(expected[0].image != blackAndWhitePicture(123, 91), isMarked) << c.name;
+        const bool isMarked = margin < 500;
+        EXPECT_EQ(expected[0].image != blackAndWhitePicture(123, 91), isMarked) << what;
         for (const int photometric : {0, 1}) {
             for (const int fillOrder : {1, 2}) {
                 for (const int compression : {1, 4, 5}) {
-                    SCOPED_TRACE(testing::Message() << c.name << ", as " << photometric << ' ' << fillOrder
-                                                    << ' ' << compression);
+                    SCOPED_TRACE(testing::Message()
+                                 << what << ", as " << photometric << ' ' << fillOrder << ' ' << compression);
                     const auto pages = stamped({.photometric = photometric,
                                                 .compression = compression,
                                                 .xResolution = 204,
@@ -299,7 +250,7 @@ TEST_F(TiffProcessing, BilevelPagesAreStampedAsIfTheirPixelsWereBytes)
 
 TEST_F(TiffProcessing, GreyPagesTakeColourOnlyWithColouredStamps)
 {
-    const QString source = path(QStringLiteral("grey.tif"));
+    const QString source = path(u"grey.tif"_s);
     TiffBuilder(source).page(greyPicture(), {.photometric = 1, .compression = 8});
     addStamp(Qt::black);
     text()->textOpacity = 40;
@@ -318,7 +269,7 @@ TEST_F(TiffProcessing, InPlaceKeepsABackupWhenAsked)
     const QByteArray before = readFile(source);
     number.setIsBackupFile(true);
     ASSERT_EQ(stamp(source, source, 5).status, FileStatus::Created);
-    EXPECT_EQ(readFile(source + QStringLiteral(".bak")), before);
+    EXPECT_EQ(readFile(source + u".bak"_s), before);
     const auto pages = readTiff(source);
     ASSERT_EQ(pages.size(), 2U);
     EXPECT_TRUE(hasStamp(pages[1].image));
@@ -330,10 +281,10 @@ TEST_F(TiffProcessing, InPlaceFailureHarmsNothing)
     const QString source = shades(2);
     QByteArray bytes = readFile(source);
     bytes.truncate(bytes.size() - 40);
-    scratch.write(QStringLiteral("in/shades.tif"), bytes);
+    scratch.write(u"in/shades.tif"_s, bytes);
     EXPECT_EQ(stamp(source, source, 5).status, FileStatus::Failed);
     EXPECT_EQ(readFile(source), bytes);
-    EXPECT_EQ(stamp(scratch.path(QStringLiteral("gone.tif")), source, 5).status, FileStatus::Failed);
+    EXPECT_EQ(stamp(scratch.path(u"gone.tif"_s), source, 5).status, FileStatus::Failed);
     EXPECT_FALSE(problem().isEmpty());
     EXPECT_EQ(readFile(source), bytes);
 }
@@ -342,7 +293,7 @@ TEST_F(TiffProcessing, StopsAfterThePageInWork)
 {
     addStamp();
     const QString source = shades(6);
-    const QString target = scratch.path(QStringLiteral("part.tif"));
+    const QString target = scratch.path(u"part.tif"_s);
     int done = 0;
     const JobConfiguration job = number.configuration();
     JobRun run(job, [&] {

@@ -1,9 +1,9 @@
 #include "config/Margins.h"
 
 #include "config/PageArea.h"
+#include "support/Cases.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -18,12 +18,7 @@ void setMargins(Numbering& number, double left, double top, double right, double
 
 TEST(Margins, AreConvertedBetweenUnits)
 {
-    struct Case
-    {
-        MarginUnit from, to;
-        double value, expected;
-    };
-    const std::vector<Case> cases = {
+    const Rows<MarginUnit, MarginUnit, double, double> cases = {
         {MarginUnit::Millimetres, MarginUnit::Points, 10, 28.34645669291339},
         {MarginUnit::Millimetres, MarginUnit::Inches, 25.4, 1},
         {MarginUnit::Inches, MarginUnit::Points, 0.5, 36},
@@ -34,17 +29,16 @@ TEST(Margins, AreConvertedBetweenUnits)
         {MarginUnit::Inches, MarginUnit{9}, 3, 3},
         {MarginUnit{-1}, MarginUnit::Points, 3, 3},
     };
-    for (const Case& c : cases) {
+    for (const auto& [from, to, value, expected] : cases) {
         Numbering number;
-        number.setMarginUnit(c.from);
-        setMargins(number, c.value, c.value, c.value, c.value);
-        Margins(number).unitChanged(c.to);
-        EXPECT_DOUBLE_EQ(number.marginTop(), c.expected)
-            << qToUnderlying(c.from) << " to " << qToUnderlying(c.to);
+        number.setMarginUnit(from);
+        setMargins(number, value, value, value, value);
+        Margins(number).unitChanged(to);
+        EXPECT_DOUBLE_EQ(number.marginTop(), expected) << qToUnderlying(from) << " to " << qToUnderlying(to);
         EXPECT_EQ(number.marginTop(), number.marginLeft());
         EXPECT_EQ(number.marginTop(), number.marginRight());
         EXPECT_EQ(number.marginTop(), number.marginBottom());
-        EXPECT_EQ(number.marginUnit(), c.to);
+        EXPECT_EQ(number.marginUnit(), to);
     }
 }
 

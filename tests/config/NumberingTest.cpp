@@ -2,8 +2,7 @@
 
 #include "config/StampListOperations.h"
 #include "stamps/TextStamp.h"
-
-#include <gtest/gtest.h>
+#include "support/Cases.h"
 
 namespace quillfern {
 namespace {
@@ -42,18 +41,18 @@ TEST(NumberingTest, AConfigurationKeepsWhatItWasMadeOf)
 {
     Numbering number;
     auto stamp = std::make_shared<TextStamp>();
-    stamp->number.numberFormat = QStringLiteral("before");
+    stamp->number.numberFormat = u"before"_s;
     number.stamps.push_back(stamp);
     number.setStartNumber(41);
     const JobConfiguration job = number.configuration();
-    stamp->number.numberFormat = QStringLiteral("after");
+    stamp->number.numberFormat = u"after"_s;
     stamp->setIsSelected(false);
     number.stamps.clear();
     number.setStartNumber(1);
     EXPECT_EQ(job.startNumber, 41);
     ASSERT_EQ(job.stamps.size(), 1U);
     EXPECT_TRUE(job.stamps[0]->isSelected());
-    EXPECT_EQ(job.stamps[0]->description(), QStringLiteral("Numbers [before]"));
+    EXPECT_EQ(job.stamps[0]->description(), u"Numbers [before]"_s);
 }
 
 class StampListTest : public testing::Test
@@ -82,15 +81,7 @@ class StampListTest : public testing::Test
 
 TEST_F(StampListTest, MovesSelectionsByOneRow)
 {
-    struct Case
-    {
-        const char* what;
-        bool up;
-        std::vector<int> rows;
-        const char* order;
-        std::vector<int> selection;
-    };
-    const std::vector<Case> cases = {
+    const Rows<const char*, bool, std::vector<int>, const char*, std::vector<int>> cases = {
         {"one up", true, {2}, "acbd", {1}},
         {"two up together", true, {1, 2}, "bcad", {0, 1}},
         {"two apart down", false, {0, 2}, "badc", {1, 3}},
@@ -100,11 +91,11 @@ TEST_F(StampListTest, MovesSelectionsByOneRow)
         {"nothing", true, {}, "abcd", {}},
     };
     const StampList original = number.stamps;
-    for (const Case& c : cases) {
+    for (const auto& [what, up, rows, orderAfter, selection] : cases) {
         number.stamps = original;
-        const RowSelection after = c.up ? list.moveStampUpAction(c.rows) : list.moveStampDownAction(c.rows);
-        EXPECT_EQ(order(), c.order) << c.what;
-        EXPECT_EQ(after.rows, c.selection) << c.what;
+        const RowSelection after = up ? list.moveStampUpAction(rows) : list.moveStampDownAction(rows);
+        EXPECT_EQ(order(), orderAfter) << what;
+        EXPECT_EQ(after.rows, selection) << what;
     }
 }
 

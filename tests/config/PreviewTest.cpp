@@ -6,7 +6,6 @@
 #include "support/Paths.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -45,7 +44,7 @@ class PlainPages final : public pageimages::PageImageSource
     std::optional<pageimages::PageImage> page(const pageimages::PageImageRequest& request) override
     {
         requests.push_back(request);
-        if (request.path.name() == QLatin1String("bad")) return std::nullopt;
+        if (request.path.name() == "bad"_L1) return std::nullopt;
         const QSizeF size(300, 400);
         QImage image(pageimages::pixelSize(size, request), QImage::Format_RGB32);
         image.setDevicePixelRatio(pageimages::pixelsPerPoint(size, request));
@@ -70,7 +69,7 @@ class PreviewTest : public testing::Test
     void selectFile(int row)
     {
         state.selectedFile = row;
-        state.selectedPath = row < 0 ? FilePath() : asPath(QStringLiteral("/file%1").arg(row));
+        state.selectedPath = row < 0 ? FilePath() : asPath(u"/file%1"_s.arg(row));
     }
 
     /// Draws the picture of the present state and returns the only call of the spy stamp.
@@ -124,63 +123,49 @@ TEST_F(PreviewTest, SamplePageShowsTheAreaInsideTheMargins)
 
 TEST_F(PreviewTest, PageTotalsFollowTheRule)
 {
-    struct Case
-    {
-        std::vector<std::int32_t> files;
-        bool continuous;
-        std::int64_t endPage;
-        std::int64_t total;
-    };
-    const std::vector<Case> cases = {
+    const Rows<std::vector<std::int32_t>, bool, std::int64_t, std::int64_t> cases = {
         {{}, false, 0, 4},   {{}, true, 2, 4},      {{10, 3}, false, 0, 10}, {{10, 3}, true, 0, 13},
         {{10}, false, 2, 2}, {{10}, false, 20, 10}, {{10, 3}, true, 12, 12}, {{0, 3}, false, 0, 0},
     };
-    for (const Case& c : cases) {
-        setFiles(c.files);
-        selectFile(static_cast<int>(c.files.size()) - 1); // the total is the first file's all the same
-        number.setIsContinuousNumbering(c.continuous);
-        number.setEndPage(c.endPage);
-        EXPECT_EQ(drawn().total, c.total);
+    for (const auto& [files, continuous, endPage, total] : cases) {
+        setFiles(files);
+        selectFile(static_cast<int>(files.size()) - 1); // the total is the first file's all the same
+        number.setIsContinuousNumbering(continuous);
+        number.setEndPage(endPage);
+        EXPECT_EQ(drawn().total, total);
         EXPECT_TRUE(pages.requests.empty()) << "live preview is off";
     }
 }
 
 TEST_F(PreviewTest, LivePagesAreNumberedAsTheJobWould)
 {
-    struct Case
-    {
-        const char* what;
-        std::vector<std::int32_t> files;
-        int selected;
-        bool continuous;
-        std::int64_t startPage, endPage, startNumber, steps;
-        PageRange range;
-        std::int64_t page, total;
-    };
-    const std::vector<Case> cases = {
-        {"second, continuous", {3, 5}, 1, true, 1, 0, 1, 1, PageRange::AllPages, 4, 8},
-        {"second, each anew", {3, 5}, 1, false, 1, 0, 1, 1, PageRange::AllPages, 1, 5},
-        {"own start and step", {3, 5}, 1, true, 1, 0, 10, 5, PageRange::AllPages, 25, 8},
-        {"even counts the first", {3, 5}, 1, true, 1, 0, 1, 1, PageRange::EvenPages, 3, 8},
-        {"one page beyond the end page counts", {9, 5}, 1, true, 1, 2, 1, 1, PageRange::AllPages, 4, 2},
-        {"first of one", {7}, 0, false, 1, 0, 3, 1, PageRange::AllPages, 3, 7},
-        {"empty files between", {0, 0, 2}, 2, true, 1, 0, 1, 1, PageRange::AllPages, 1, 2},
-    };
+    const Rows<const char*, std::vector<std::int32_t>, int, bool, std::int64_t, std::int64_t, std::int64_t,
+               std::int64_t, PageRange, std::int64_t, std::int64_t>
+        cases = {
+            {"second, continuous", {3, 5}, 1, true, 1, 0, 1, 1, PageRange::AllPages, 4, 8},
+            {"second, each anew", {3, 5}, 1, false, 1, 0, 1, 1, PageRange::AllPages, 1, 5},
+            {"own start and step", {3, 5}, 1, true, 1, 0, 10, 5, PageRange::AllPages, 25, 8},
+            {"even counts the first", {3, 5}, 1, true, 1, 0, 1, 1, PageRange::EvenPages, 3, 8},
+            {"one page beyond the end page counts", {9, 5}, 1, true, 1, 2, 1, 1, PageRange::AllPages, 4, 2},
+            {"first of one", {7}, 0, false, 1, 0, 3, 1, PageRange::AllPages, 3, 7},
+            {"empty files between", {0, 0, 2}, 2, true, 1, 0, 1, 1, PageRange::AllPages, 1, 2},
+        };
     number.setIsLivePreview(true);
-    for (const Case& c : cases) {
-        setFiles(c.files);
-        selectFile(c.selected);
-        number.setIsContinuousNumbering(c.continuous);
-        number.setStartPage(c.startPage);
-        number.setEndPage(c.endPage);
-        number.setStartNumber(c.startNumber);
-        number.setNumberSteps(c.steps);
-        number.setPageRange(c.range);
+    for (const auto& [what, files, selected, continuous, startPage, endPage, startNumber, steps, range, page,
+                      total] : cases) {
+        setFiles(files);
+        selectFile(selected);
+        number.setIsContinuousNumbering(continuous);
+        number.setStartPage(startPage);
+        number.setEndPage(endPage);
+        number.setStartNumber(startNumber);
+        number.setNumberSteps(steps);
+        number.setPageRange(range);
         const auto call = drawn();
-        EXPECT_EQ(call.page, c.page) << c.what;
-        EXPECT_EQ(call.total, c.total) << c.what;
-        EXPECT_EQ(call.area.size(), QSizeF(300, 400)) << c.what;
-        EXPECT_EQ(pages.requests.back().path, state.selectedPath) << c.what;
+        EXPECT_EQ(call.page, page) << what;
+        EXPECT_EQ(call.total, total) << what;
+        EXPECT_EQ(call.area.size(), QSizeF(300, 400)) << what;
+        EXPECT_EQ(pages.requests.back().path, state.selectedPath) << what;
     }
 }
 
@@ -189,21 +174,18 @@ TEST_F(PreviewTest, PagesTheJobWouldPassOverShowNoStamps)
     setFiles({5});
     selectFile(0);
     number.setIsLivePreview(true);
-    struct Case
-    {
-        std::int64_t startPage;
-        PageRange range;
-        bool stamped;
-    };
-    for (const Case& c : {Case{1, PageRange::AllPages, true}, Case{2, PageRange::AllPages, false},
-                          Case{1, PageRange::OddPages, false}, Case{1, PageRange::EvenPages, true},
-                          Case{1, PageRange{7}, false}}) {
-        number.setStartPage(c.startPage);
-        number.setPageRange(c.range);
+    for (const auto& [startPage, range, stamped] :
+         Rows<std::int64_t, PageRange, bool>{{1, PageRange::AllPages, true},
+                                             {2, PageRange::AllPages, false},
+                                             {1, PageRange::OddPages, false},
+                                             {1, PageRange::EvenPages, true},
+                                             {1, PageRange{7}, false}}) {
+        number.setStartPage(startPage);
+        number.setPageRange(range);
         spy->calls->clear();
         const auto image = model.PropertyChanged(number.configuration(), state);
         ASSERT_TRUE(image);
-        EXPECT_EQ(spy->calls->size(), c.stamped ? 1U : 0U) << c.startPage << ' ' << qToUnderlying(c.range);
+        EXPECT_EQ(spy->calls->size(), stamped ? 1U : 0U) << startPage << ' ' << qToUnderlying(range);
         EXPECT_EQ(image->pixel(5, 5), PlainPages::paper) << "the page itself is shown either way";
     }
 }
@@ -231,15 +213,13 @@ TEST_F(PreviewTest, WhatCannotBeShownGivesTheSamplePage)
 {
     number.setIsLivePreview(true);
     const Preview::View view{{60, 85}, 1, -1};
-    const FilePath a = asPath(QStringLiteral("/a"));
-    const std::vector<Preview::LivePage> none = {
-        {std::nullopt, 0, 1, {3}, 3},
-        {a, -1, 1, {3}, 3},
-        {a, 1, 1, {3}, 3},
-        {a, 0, 1, {}, 3},
-        {a, 0, 0, {3}, 3},
-        {asPath(QStringLiteral("/bad")), 0, 1, {3}, 3},
-    };
+    const FilePath a = asPath(u"/a"_s);
+    const std::vector<Preview::LivePage> none = {{std::nullopt, 0, 1, {3}, 3},
+                                                 {a, -1, 1, {3}, 3},
+                                                 {a, 1, 1, {3}, 3},
+                                                 {a, 0, 1, {}, 3},
+                                                 {a, 0, 0, {3}, 3},
+                                                 {asPath(u"/bad"_s), 0, 1, {3}, 3}};
     for (const Preview::LivePage& page : none) {
         spy->calls->clear();
         EXPECT_EQ(preview.previewLive(number.configuration(), page, view).size(), QSize(60, 85));
@@ -262,34 +242,23 @@ TEST_F(PreviewTest, TheSelectedStampStandsOut)
     for (const bool live : {false, true}) {
         number.setIsLivePreview(live);
         selectFile(0);
-        struct Case
-        {
-            bool isOn;
-            int row;
-            bool first, last;
-        };
-        for (const Case& c :
-             {Case{true, 2, false, true}, Case{true, 0, true, false}, Case{true, 1, false, false},
-              Case{true, -1, false, false}, Case{false, 2, false, false}}) {
-            number.setIsHighlightStamp(c.isOn);
-            state.selectedStamp = c.row;
+        for (const auto& [isOn, row, first, last] : Rows<bool, int, bool, bool>{{true, 2, false, true},
+                                                                                {true, 0, true, false},
+                                                                                {true, 1, false, false},
+                                                                                {true, -1, false, false},
+                                                                                {false, 2, false, false}}) {
+            number.setIsHighlightStamp(isOn);
+            state.selectedStamp = row;
             third->calls->clear();
-            EXPECT_EQ(drawn().isHighlighted, c.first) << c.row;
+            EXPECT_EQ(drawn().isHighlighted, first) << row;
             ASSERT_EQ(third->calls->size(), 1U);
-            EXPECT_EQ(third->calls->at(0).isHighlighted, c.last) << c.row;
+            EXPECT_EQ(third->calls->at(0).isHighlighted, last) << row;
         }
     }
     EXPECT_TRUE(disabled->calls->empty());
 }
 
-TEST_F(PreviewTest, NothingIsDrawnWhileAJobRuns)
-{
-    state.isJobRunning = true;
-    EXPECT_FALSE(model.PropertyChanged(number.configuration(), state));
-    EXPECT_TRUE(spy->calls->empty());
-}
-
-TEST_F(PreviewTest, ViewsWithoutRoomGiveNoPicture)
+TEST_F(PreviewTest, ViewsWithoutRoomGiveNoPictureAndAJobAtWorkNoneAtAll)
 {
     for (const QSizeF& size : {QSizeF(0, 0), QSizeF(-5, 10), QSizeF(1e9, 1e9), QSizeF(10, 0.5)}) {
         state.size = size;
@@ -297,6 +266,9 @@ TEST_F(PreviewTest, ViewsWithoutRoomGiveNoPicture)
         ASSERT_TRUE(image);
         EXPECT_TRUE(image->isNull());
     }
+    state.isJobRunning = true;
+    EXPECT_FALSE(model.PropertyChanged(number.configuration(), state));
+    EXPECT_TRUE(spy->calls->empty());
 }
 
 TEST(PreviewRule, CountsPagesAsItWalksThem)

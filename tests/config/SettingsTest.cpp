@@ -6,22 +6,13 @@
 #include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
 #include "support/Fakes.h"
+#include "support/Records.h"
 #include "support/Tools.h"
-
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
 
-const QString settingsKey = QStringLiteral("SETTINGS");
-
-std::vector<std::string> keysOf(const store::Record& record)
-{
-    std::vector<std::string> keys;
-    for (const auto& [key, value] : record.entries())
-        keys.push_back(key.toStdString());
-    return keys;
-}
+const QString settingsKey = u"SETTINGS"_s;
 
 TEST(Settings, RecordHasItsKeysInOrder)
 {
@@ -30,11 +21,9 @@ TEST(Settings, RecordHasItsKeysInOrder)
     settings.outputFolderPath.reset();
     const auto record = settings.getData();
     ASSERT_TRUE(record);
-    EXPECT_EQ(
-        keysOf(*record),
-        (std::vector<std::string>{"isSetCurrentAsDefaultOutputFolderPath", "isOpenFolderAfterConversion",
-                                  "pdfOpenPassword", "outputFolderPath", "number", "isClearProcessedFiles"}));
-    EXPECT_EQ(record->text(QStringLiteral("outputFolderPath")), QString());
+    EXPECT_EQ(keysOf(*record), words("isSetCurrentAsDefaultOutputFolderPath isOpenFolderAfterConversion "
+                                     "pdfOpenPassword outputFolderPath number isClearProcessedFiles"));
+    EXPECT_EQ(record->text(u"outputFolderPath"_s), QString());
     EXPECT_EQ(settings.pdfOpenPassword, QString()) << "an absent text becomes an empty one in the object too";
     EXPECT_EQ(settings.outputFolderPath, QString());
 }
@@ -43,33 +32,22 @@ TEST(Settings, SurviveARunWithTheirConfiguration)
 {
     const Scratch scratch;
     const FakeFolders folders(scratch.path());
-    {
-        store::PlistDefaultsStore store(folders);
-        Settings settings(&store);
-        settings.isClearProcessedFiles = true;
-        settings.isOpenFolderAfterConversion = false;
-        settings.outputFolderPath = QStringLiteral("/out/\u00fcmlaut \U0001F600");
-        settings.pdfOpenPassword = QStringLiteral("p<&>w");
-        settings.number->setStartNumber(7);
-        settings.number->setMarginLeft(28.34645669291339);
-        settings.number->stamps.push_back(std::make_shared<TextStamp>());
-        settings.synchronize();
-    }
     store::PlistDefaultsStore store(folders);
-    const Settings settings(&store);
-    EXPECT_TRUE(settings.isClearProcessedFiles);
-    EXPECT_FALSE(settings.isOpenFolderAfterConversion);
-    EXPECT_TRUE(settings.isSetCurrentAsDefaultOutputFolderPath);
-    EXPECT_EQ(settings.outputFolderPath, QStringLiteral("/out/\u00fcmlaut \U0001F600"));
-    EXPECT_EQ(settings.pdfOpenPassword, QStringLiteral("p<&>w"));
-    EXPECT_EQ(settings.number->startNumber(), 7);
-    EXPECT_EQ(settings.number->marginLeft(), 28.34645669291339);
-    EXPECT_EQ(settings.number->stamps.size(), 1U);
+    Settings settings(&store);
+    settings.isClearProcessedFiles = true;
+    settings.isOpenFolderAfterConversion = false;
+    settings.outputFolderPath = u"/out/\u00fcmlaut \U0001F600"_s;
+    settings.pdfOpenPassword = u"p<&>w"_s;
+    settings.number->setMarginLeft(28.34645669291339);
+    settings.number->stamps.push_back(std::make_shared<TextStamp>());
+    settings.synchronize();
+    store::PlistDefaultsStore later(folders);
+    EXPECT_EQ(Settings(&later).getData(), settings.getData());
 }
 
 TEST(Settings, AnOutputFolderOfAnyBytesIsRemembered)
 {
-    const QString bytesKey = QStringLiteral("outputFolderPathBytes");
+    const QString bytesKey = u"outputFolderPathBytes"_s;
     for (const QByteArray& path : {QByteArray("/out/latin\xE9/\xFF"),
                                    QByteArray("/out/\xC3\xA9 \xF0\x9F\x98\x80"), QByteArray("/plain")}) {
         const Scratch scratch;
@@ -89,47 +67,38 @@ TEST(Settings, AnOutputFolderOfAnyBytesIsRemembered)
 
         // Another folder that was written without its bytes counts, not the bytes of the one before.
         store::Record edited = record;
-        edited.set(QStringLiteral("outputFolderPath"), QStringLiteral("/another"));
+        edited.set(u"outputFolderPath"_s, u"/another"_s);
         Settings settings;
         settings.setData(&edited);
-        EXPECT_EQ(settings.outputFolderPath, QStringLiteral("/another"));
+        EXPECT_EQ(settings.outputFolderPath, u"/another"_s);
     }
 }
 
 TEST(Settings, AFolderNotToBeRememberedIsForgotten)
 {
-    struct Case
-    {
-        std::optional<QString> folder;
-        bool remember;
-        std::optional<QString> folderAfter;
-        bool rememberAfter;
-    };
-    const std::vector<Case> cases = {
-        {QStringLiteral("/out"), true, QStringLiteral("/out"), true},
-        {QStringLiteral("/out"), false, QString(), false},
-        {QString(), true, QString(), false},
-        {QString(), false, QString(), false},
+    const Rows<std::optional<QString>, bool, std::optional<QString>, bool> cases = {
+        {u"/out"_s, true, u"/out"_s, true},        {u"/out"_s, false, QString(), false},
+        {QString(), true, QString(), false},       {QString(), false, QString(), false},
         {std::nullopt, true, std::nullopt, false},
     };
-    for (const Case& c : cases) {
+    for (const auto& [folder, remember, folderAfter, rememberAfter] : cases) {
         store::Record record;
-        record.set(QStringLiteral("isSetCurrentAsDefaultOutputFolderPath"), c.remember);
-        if (c.folder) record.set(QStringLiteral("outputFolderPath"), *c.folder);
+        record.set(u"isSetCurrentAsDefaultOutputFolderPath"_s, remember);
+        if (folder) record.set(u"outputFolderPath"_s, *folder);
         Settings settings;
         settings.setData(&record);
-        EXPECT_EQ(settings.outputFolderPath, c.folderAfter);
-        EXPECT_EQ(settings.isSetCurrentAsDefaultOutputFolderPath, c.rememberAfter);
+        EXPECT_EQ(settings.outputFolderPath, folderAfter);
+        EXPECT_EQ(settings.isSetCurrentAsDefaultOutputFolderPath, rememberAfter);
     }
 }
 
 TEST(Settings, MissingKeysGiveNothingAndOtherThingsChangeNothing)
 {
     Settings settings;
-    settings.outputFolderPath = QStringLiteral("/out");
+    settings.outputFolderPath = u"/out"_s;
     settings.number->setStartNumber(5);
     settings.setData(nullptr);
-    EXPECT_EQ(settings.outputFolderPath, QStringLiteral("/out"));
+    EXPECT_EQ(settings.outputFolderPath, u"/out"_s);
     store::Record empty;
     settings.setData(&empty);
     EXPECT_FALSE(settings.isOpenFolderAfterConversion);
@@ -138,7 +107,7 @@ TEST(Settings, MissingKeysGiveNothingAndOtherThingsChangeNothing)
     EXPECT_EQ(settings.number->startNumber(), 5) << "there was no configuration in the record";
 
     MemoryDefaults store;
-    store.values.insert_or_assign(settingsKey, QStringLiteral("not a dictionary"));
+    store.values.insert_or_assign(settingsKey, u"not a dictionary"_s);
     EXPECT_TRUE(Settings(&store).isOpenFolderAfterConversion);
 }
 
@@ -148,7 +117,7 @@ TEST(Settings, TheirConfigurationComesAfterTheStandAloneOne)
     alone.setStartNumber(3);
     alone.setNumberSteps(4);
     MemoryDefaults store;
-    store.values.insert_or_assign(QStringLiteral("NUMBERING"), *alone.getData());
+    store.values.insert_or_assign(u"NUMBERING"_s, *alone.getData());
     EXPECT_EQ(Settings(&store).number->startNumber(), 3);
 
     Settings inner;
@@ -166,23 +135,11 @@ TEST(Settings, SynchronizeWritesAndFlushesOnce)
     settings.synchronize();
     EXPECT_EQ(store.flushes, 1);
     EXPECT_TRUE(store.values.count(settingsKey));
-    EXPECT_FALSE(store.values.count(QStringLiteral("NUMBERING")));
+    EXPECT_FALSE(store.values.count(u"NUMBERING"_s));
     settings.number->synchronize();
     EXPECT_EQ(store.flushes, 2);
-    EXPECT_TRUE(store.values.count(QStringLiteral("NUMBERING")));
+    EXPECT_TRUE(store.values.count(u"NUMBERING"_s));
     Settings().synchronize(); // without a store nothing is saved, and nothing fails
-}
-
-TEST(Settings, SynchronizeSaysWhatWentWrongAndCanBeRepeated)
-{
-    MemoryDefaults store;
-    Settings settings(&store);
-    store.failures = 1;
-    const auto problem = settings.synchronize();
-    ASSERT_TRUE(problem);
-    EXPECT_EQ(problem->shown, QStringLiteral("no space left"));
-    EXPECT_FALSE(settings.synchronize());
-    EXPECT_EQ(store.flushes, 1);
 }
 
 TEST(Settings, HoldPicturesUpToTheirLimit)

@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QTest>
-#include <gtest/gtest.h>
 #include <memory>
 
 namespace quillfern {

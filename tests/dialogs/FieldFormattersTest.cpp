@@ -1,7 +1,8 @@
 #include "dialogs/FieldFormatters.h"
 
+#include "support/Cases.h"
+
 #include <QTest>
-#include <gtest/gtest.h>
 #include <limits>
 
 namespace quillfern {
@@ -9,25 +10,22 @@ namespace {
 
 TEST(FieldFormatters, ANumberFieldKeepsTheNumberItsTextBeginsWith)
 {
-    const struct
-    {
-        const char* text;
-        std::int64_t value;
-    } rows[] = {{"12abc", 12},
-                {"", 0},
-                {"abc", 0},
-                {" 7 ", 7},
-                {"-3x", -3},
-                {"007", 7},
-                {"99999999999999999999", std::numeric_limits<std::int64_t>::max()}};
-    for (const auto& row : rows) {
+    const Rows<const char*, std::int64_t> rows = {
+        {"12abc", 12},
+        {"", 0},
+        {"abc", 0},
+        {" 7 ", 7},
+        {"-3x", -3},
+        {"007", 7},
+        {"99999999999999999999", std::numeric_limits<std::int64_t>::max()}};
+    for (const auto& [text, value] : rows) {
         NumberField field;
         qint64 told = -1;
         QObject::connect(&field, &NumberField::integerEdited, [&](qint64 value) { told = value; });
-        field.setText(QString::fromLatin1(row.text));
+        field.setText(QString::fromLatin1(text));
         QTest::keyClick(&field, Qt::Key_Return);
-        EXPECT_EQ(told, row.value) << row.text;
-        EXPECT_EQ(field.text(), QString::number(row.value)) << row.text;
+        EXPECT_EQ(told, value) << text;
+        EXPECT_EQ(field.text(), QString::number(value)) << text;
     }
 }
 

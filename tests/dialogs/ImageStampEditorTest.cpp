@@ -4,10 +4,9 @@
 #include "dialogs/OpacityField.h"
 #include "dialogs/PictureView.h"
 #include "dialogs/RotationField.h"
+#include "support/Drops.h"
 #include "support/Tools.h"
 
-#include <QDropEvent>
-#include <QMimeData>
 #include <QProgressBar>
 #include <QSlider>
 #include <functional>
@@ -22,11 +21,7 @@ class ImageStampEditorTest : public EditorFixture
   protected:
     QString picture(const char* name, int width = 400, int height = 100) const
     {
-        QImage image(width, height, QImage::Format_ARGB32);
-        image.fill(QColor(200, 0, 0, 128));
-        const QString path = scratch.path(QString::fromLatin1(name));
-        if (!image.save(path)) throw std::runtime_error("no picture was written");
-        return path;
+        return scratch.writePicture(QString::fromLatin1(name), {width, height}, QColor(200, 0, 0, 128));
     }
     static bool isBusy(const Editor& editor)
     {
@@ -35,18 +30,6 @@ class ImageStampEditorTest : public EditorFixture
     static void waitUntilRead(const Editor& editor)
     {
         ASSERT_TRUE(QTest::qWaitFor([&] { return !isBusy(editor); }, 20'000));
-    }
-    static bool drop(PictureView& view, const QList<QUrl>& urls)
-    {
-        QMimeData data;
-        data.setUrls(urls);
-        QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, {});
-        enter.ignore();
-        QCoreApplication::sendEvent(&view, &enter);
-        if (!enter.isAccepted()) return false;
-        QDropEvent event(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(&view, &event);
-        return event.isAccepted();
     }
 
     Scratch scratch;
@@ -58,13 +41,12 @@ TEST_F(ImageStampEditorTest, APictureIsChosenKeptAsTiffAndRemoved)
     auto& editor = edit<Editor>(stamp);
     auto& remove = control<QWidget>(editor, "removeImageButton");
     EXPECT_FALSE(remove.isEnabled());
-    EXPECT_EQ(editor.windowTitle(), QStringLiteral("Image Stamp Properties []"));
+    EXPECT_EQ(editor.windowTitle(), u"Image Stamp Properties []"_s);
 
     click(control<QWidget>(editor, "chooseButton")); // the user closes the panel
     ASSERT_EQ(panels.opened.size(), 1);
-    EXPECT_EQ(panels.opened[0].message,
-              QStringLiteral("Please Select Stamp Image (Only BMP,JPG,JPEG,PNG,GIF Files):"));
-    EXPECT_EQ(panels.opened[0].types.join(u' '), QStringLiteral("bmp BMP jpg JPG jpeg JPEG png PNG gif GIF"));
+    EXPECT_EQ(panels.opened[0].message, u"Please Select Stamp Image (Only BMP,JPG,JPEG,PNG,GIF Files):"_s);
+    EXPECT_EQ(panels.opened[0].types.join(u' '), u"bmp BMP jpg JPG jpeg JPEG png PNG gif GIF"_s);
     EXPECT_FALSE(panels.opened[0].folders || panels.opened[0].multiple || isBusy(editor));
 
     panels.answers = {{picture("seal.v2.jpg")}};
@@ -74,14 +56,14 @@ TEST_F(ImageStampEditorTest, APictureIsChosenKeptAsTiffAndRemoved)
     waitUntilRead(editor);
     EXPECT_EQ(told, 1);
     EXPECT_TRUE(stamp.stampImage()->startsWith("II*") || stamp.stampImage()->startsWith("MM"));
-    EXPECT_EQ(stamp.stampImagePath, scratch.path(QStringLiteral("seal.v2.jpg")));
+    EXPECT_EQ(stamp.stampImagePath, scratch.path(u"seal.v2.jpg"_s));
     EXPECT_EQ(stamp.stampImageWidth, 400);
     EXPECT_EQ(stamp.stampImageHeight, 100);
     EXPECT_TRUE(control<PictureView>(editor, "stampImageView").picture());
     EXPECT_TRUE(remove.isEnabled() && editor.isAspectRatio());
-    EXPECT_EQ(editor.windowTitle(), QStringLiteral("Image Stamp Properties [seal.v2]"));
+    EXPECT_EQ(editor.windowTitle(), u"Image Stamp Properties [seal.v2]"_s);
     type(control<QLineEdit>(editor, "labelTextField"), "Seal");
-    EXPECT_EQ(editor.windowTitle(), QStringLiteral("Image Stamp Properties [Seal]"));
+    EXPECT_EQ(editor.windowTitle(), u"Image Stamp Properties [Seal]"_s);
     EXPECT_EQ(told, 1); // the label is not part of the preview
     EXPECT_GT(renamed, 0);
 
@@ -100,12 +82,11 @@ TEST_F(ImageStampEditorTest, AFileThatIsNoPictureChangesNothing)
     stamp.loadPicture(asPath(picture("good.png")));
     const auto before = stamp.getData();
     auto& editor = edit<Editor>(stamp);
-    for (const QString& path :
-         {scratch.write(QStringLiteral("bad.png"), "no picture"), scratch.path(QStringLiteral("gone.png"))}) {
+    for (const QString& path : {scratch.write(u"bad.png"_s, "no picture"), scratch.path(u"gone.png"_s)}) {
         alerts.criticals.clear();
         editor.loadPicture(asPath(path));
         waitUntilRead(editor);
-        EXPECT_EQ(alerts.criticals, QStringList(QStringLiteral("Unable to load selected image!")));
+        EXPECT_EQ(alerts.criticals, QStringList(u"Unable to load selected image!"_s));
         EXPECT_EQ(stamp.getData(), before);
         EXPECT_EQ(told, 0);
     }
@@ -123,8 +104,7 @@ TEST_F(ImageStampEditorTest, APictureThatCouldNotBeSavedIsRefusedAtOnce)
     editor.loadPicture(asPath(picture("seal.png")));
     waitUntilRead(editor);
     ASSERT_EQ(alerts.criticals.size(), 1);
-    EXPECT_TRUE(
-        alerts.criticals[0].startsWith(QStringLiteral("Unable to load selected image!\n\nThe pictures")))
+    EXPECT_TRUE(alerts.criticals[0].startsWith(u"Unable to load selected image!\n\nThe pictures"_s))
         << alerts.criticals[0].toStdString();
     EXPECT_FALSE(stamp.cacheImage());
     number.stamps.clear(); // there is room again
@@ -137,22 +117,18 @@ TEST_F(ImageStampEditorTest, APictureThatCouldNotBeSavedIsRefusedAtOnce)
 TEST_F(ImageStampEditorTest, TakesOnlyPictureFilesThatAreDropped)
 {
     const QUrl good = QUrl::fromLocalFile(picture("drop.PNG"));
-    const struct
-    {
-        QList<QUrl> urls;
-        bool isTaken;
-    } rows[] = {{{good}, true},
-                {{good, good}, false},
-                {{QUrl::fromLocalFile(scratch.path(QStringLiteral("a.pdf")))}, false},
-                {{QUrl::fromLocalFile(scratch.path(QStringLiteral("a.Png")))}, false},
-                {{QUrl(QStringLiteral("https://example.org/a.png"))}, false},
-                {{}, false}};
-    for (const auto& row : rows) {
+    const Rows<QList<QUrl>, bool> rows = {{{good}, true},
+                                          {{good, good}, false},
+                                          {{QUrl::fromLocalFile(scratch.path(u"a.pdf"_s))}, false},
+                                          {{QUrl::fromLocalFile(scratch.path(u"a.Png"_s))}, false},
+                                          {{QUrl(u"https://example.org/a.png"_s)}, false},
+                                          {{}, false}};
+    for (const auto& [urls, isTaken] : rows) {
         auto& stamp = newStamp<ImageStamp>();
         auto& editor = edit<Editor>(stamp);
-        EXPECT_EQ(drop(control<PictureView>(editor, "stampImageView"), row.urls), row.isTaken);
+        EXPECT_EQ(dropOn(control<PictureView>(editor, "stampImageView"), urls), isTaken);
         waitUntilRead(editor);
-        EXPECT_EQ(stamp.stampImageWidth, row.isTaken ? 400 : 0);
+        EXPECT_EQ(stamp.stampImageWidth, isTaken ? 400 : 0);
     }
 }
 
@@ -160,14 +136,7 @@ TEST_F(ImageStampEditorTest, TheAspectLockCutsToWholePoints)
 {
     const char* width = "stampImageWidthTextField";
     const char* height = "stampImageHeightTextField";
-    const struct
-    {
-        int pictureWidth, pictureHeight;
-        bool isLocked;
-        const char* field;
-        const char* keys;
-        std::int64_t expectedWidth, expectedHeight;
-    } rows[] = {
+    const Rows<int, int, bool, const char*, const char*, std::int64_t, std::int64_t> rows = {
         {400, 100, true, width, "200", 200, 50},
         {400, 100, true, width, "203", 203, 50},
         {400, 100, true, height, "33", 132, 33},
@@ -177,18 +146,19 @@ TEST_F(ImageStampEditorTest, TheAspectLockCutsToWholePoints)
         {1, 400, true, width, "2147483647", 2147483647, 2147483647},
         {400, 100, true, width, "9999999999", 2147483647, 536870911},
     };
-    for (const auto& row : rows) {
+    for (const auto& [pictureWidth, pictureHeight, isLocked, field, keys, expectedWidth, expectedHeight] :
+         rows) {
         auto& stamp = newStamp<ImageStamp>();
-        stamp.loadPicture(asPath(picture("a.png", row.pictureWidth, row.pictureHeight)));
+        stamp.loadPicture(asPath(picture("a.png", pictureWidth, pictureHeight)));
         auto& editor = edit<Editor>(stamp);
         EXPECT_TRUE(editor.isAspectRatio());
-        if (!row.isLocked) click(control<QWidget>(editor, "aspectRatioCheckbox"));
-        type(control<QWidget>(editor, row.field), row.keys);
-        EXPECT_EQ(stamp.stampImageWidth, row.expectedWidth) << row.keys;
-        EXPECT_EQ(stamp.stampImageHeight, row.expectedHeight) << row.keys;
-        QTest::keyClick(&control<QWidget>(editor, row.field), Qt::Key_Return);
-        EXPECT_EQ(control<NumberField>(editor, width).integerValue(), row.expectedWidth);
-        EXPECT_EQ(control<NumberField>(editor, height).integerValue(), row.expectedHeight);
+        if (!isLocked) click(control<QWidget>(editor, "aspectRatioCheckbox"));
+        type(control<QWidget>(editor, field), keys);
+        EXPECT_EQ(stamp.stampImageWidth, expectedWidth) << keys;
+        EXPECT_EQ(stamp.stampImageHeight, expectedHeight) << keys;
+        QTest::keyClick(&control<QWidget>(editor, field), Qt::Key_Return);
+        EXPECT_EQ(control<NumberField>(editor, width).integerValue(), expectedWidth);
+        EXPECT_EQ(control<NumberField>(editor, height).integerValue(), expectedHeight);
     }
     // A field that the user has emptied to type another number stays empty.
     auto& other = newStamp<ImageStamp>();
@@ -196,8 +166,8 @@ TEST_F(ImageStampEditorTest, TheAspectLockCutsToWholePoints)
     type(field, "7");
     QTest::keyClick(&field, Qt::Key_Backspace);
     editors.refreshEditors();
-    QTest::keyClicks(&field, QStringLiteral("12"));
-    EXPECT_EQ(field.text(), QStringLiteral("12"));
+    QTest::keyClicks(&field, u"12"_s);
+    EXPECT_EQ(field.text(), u"12"_s);
 
     auto& bare = newStamp<ImageStamp>(); // no picture, no proportions
     auto& editor = edit<Editor>(bare);
@@ -213,7 +183,7 @@ TEST_F(ImageStampEditorTest, TheOtherControlsWriteTheirFields)
     auto& editor = edit<Editor>(stamp);
     QTest::keyClick(control<QWidget>(editor, "imageOpacityField").findChild<QSlider*>(), Qt::Key_PageDown);
     EXPECT_EQ(stamp.stampImageOpacity, 90);
-    EXPECT_EQ(control<QLabel>(editor, "imageOpacityLabel").text(), QStringLiteral("90%"));
+    EXPECT_EQ(control<QLabel>(editor, "imageOpacityLabel").text(), u"90%"_s);
     type(control<QWidget>(editor, "rotationSpinBox"), "45.7"); // whole degrees: the point is refused
     EXPECT_EQ(stamp.stampImageRotation, 45);
     click(control<QWidget>(editor, "marginTopRightButton"));
@@ -245,12 +215,8 @@ TEST_F(ImageStampEditorTest, StrangeValuesSurviveUntilTheyAreEdited)
 TEST_F(ImageStampEditorTest, APictureBeingReadMayLoseItsWindow)
 {
     const QString path = picture("large.png", 3000, 2000);
-    const struct
-    {
-        const char* what;
-        std::function<void(Editor&)> end;
-        std::int64_t width; ///< the stamp's afterwards; -1 when it is gone
-    } rows[] = {
+    // The width is the stamp's afterwards; -1 when it is gone.
+    const Rows<const char*, std::function<void(Editor&)>, std::int64_t> rows = {
         {"read to the end", [](Editor&) {}, 3000},
         {"window closed", [](Editor& e) { e.close(); }, 3000},
         {"removed meanwhile", [](Editor& e) { e.removeImageAction(); }, 0},
@@ -259,15 +225,15 @@ TEST_F(ImageStampEditorTest, APictureBeingReadMayLoseItsWindow)
         {"stamp deleted", [&](Editor& e) { e.deleteStampAction(); }, -1},
         {"list replaced", [&](Editor&) { number.stamps.clear(); }, -1},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, end, width] : rows) {
+        SCOPED_TRACE(what);
         auto& stamp = newStamp<ImageStamp>(true);
         auto& editor = edit<Editor>(stamp);
         editor.loadPicture(asPath(path));
-        row.end(editor);
+        end(editor);
         settle();
-        if (row.width < 0) continue;
-        ASSERT_TRUE(QTest::qWaitFor([&] { return stamp.stampImageWidth == row.width; }, 20'000));
+        if (width < 0) continue;
+        ASSERT_TRUE(QTest::qWaitFor([&] { return stamp.stampImageWidth == width; }, 20'000));
         number.stamps.clear();
     }
     QTest::qWait(50);

@@ -1,11 +1,11 @@
 #include "dialogs/ImportFilesWindowController.h"
 #include "platform/system/NativePath.h"
+#include "support/Drops.h"
 #include "support/Fakes.h"
 #include "support/Tools.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
@@ -13,7 +13,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -24,12 +23,11 @@ class ImportFiles : public testing::Test
   protected:
     ImportFiles()
     {
-        dialog.setAllowedTypes(QStringLiteral("PDF,TIF"));
+        dialog.setAllowedTypes(u"PDF,TIF"_s);
         QObject::connect(&dialog, &ImportFilesWindowController::ImportFilesWindowControllerDidFinish,
                          [this](const QList<FilePath>& paths) {
                              ++finished;
-                             for (const FilePath& path : paths)
-                                 imported.append(path.text());
+                             imported += textsOf(paths);
                          });
         open();
     }
@@ -62,115 +60,89 @@ class ImportFiles : public testing::Test
 TEST_F(ImportFiles, ImportSaysWhatIsMissingAndStaysOpen)
 {
     const Scratch scratch;
-    const QString none = QStringLiteral("No File(s) Found!");
+    const QString none = u"No File(s) Found!"_s;
     const auto list = [&](const char* name, const QByteArray& lines) {
         return scratch.write(QString::fromLatin1(name), lines);
     };
     const auto left = [](int lines) {
-        return QStringLiteral(
-                   "Lines left out: %1. They end with a carriage return, as in texts from Windows. Save "
-                   "the list with Unix line ends.")
-            .arg(lines);
+        return u"Lines left out: %1. They end with a carriage return, as in texts from Windows. Save "
+               "the list with Unix line ends."_s.arg(lines);
     };
-    const struct
-    {
-        bool isText;
-        QString entered;
-        QString alert; ///< empty for none
-        const char* focus;
-        QStringList paths;
-    } rows[] = {
-        {false, {}, QStringLiteral("Please select file to import!"), "browseBtn", {}},
-        {true, {}, QStringLiteral("Please paste file(s) path to import!"), "importText", {}},
+    // whether a text is pasted, what is entered, the alert, the control that has the focus then, what is
+    // imported
+    const Rows<bool, QString, QString, const char*, QString> rows = {
+        {false, {}, u"Please select file to import!"_s, "browseBtn", {}},
+        {true, {}, u"Please paste file(s) path to import!"_s, "importText", {}},
         {false, list("empty.txt", ""), none, "importBtn", {}},
+        {false, scratch.path(u"gone.txt"_s), none + u"\n\nThe text file cannot be read."_s, "importBtn", {}},
         {false,
-         scratch.path(QStringLiteral("gone.txt")),
-         none + QStringLiteral("\n\nThe text file cannot be read."),
+         list("lines.txt", "/a.pdf\r\n/b.pdf\r\n/c.doc\r\n"),
+         none + u"\n\n"_s + left(2),
          "importBtn",
          {}},
-        {false,
-         list("windows.txt", "/a.pdf\r\n/b.pdf\r\n/c.doc\r\n"),
-         none + QStringLiteral("\n\n") + left(2),
-         "importBtn",
-         {}},
-        {false, list("windows2.txt", "/a.pdf\r\n/b.pdf"), left(1), "", {QStringLiteral("/b.pdf")}},
-        {false,
-         list("mixed.txt", "/b.PdF\n\n/d\n/a.doc\n/a.tif\n/b.PdF\n"),
-         {},
-         "",
-         {QStringLiteral("/b.PdF"), QStringLiteral("/a.tif")}},
-        {true, QStringLiteral("/a.doc\n/folder"), none, "importBtn", {}},
-        {true,
-         QStringLiteral("/gone.pdf\n/x\n/a.tif\n/gone.pdf"),
-         {},
-         "",
-         {QStringLiteral("/gone.pdf"), QStringLiteral("/a.tif")}},
+        {false, list("lines2.txt", "/a.pdf\r\n/b.pdf"), left(1), "", u"/b.pdf"_s},
+        {false, list("mixed.txt", "/b.PdF\n/d\n/a.doc\n/a.tif\n/b.PdF\n"), {}, "", u"/b.PdF /a.tif"_s},
+        {true, u"/a.doc\n/folder"_s, none, "importBtn", {}},
+        {true, u"/gone.pdf\n/x\n/a.tif\n/gone.pdf"_s, {}, "", u"/gone.pdf /a.tif"_s},
     };
-    for (const auto& row : rows) {
+    for (const auto& [isText, entered, alert, focused, paths] : rows) {
         open();
         alerts.informations.clear();
         imported.clear();
-        click(row.isText ? "importFromTextBtn" : "importFromFileBtn");
-        if (row.isText)
-            part<QPlainTextEdit>("importText").insertPlainText(row.entered);
+        click(isText ? "importFromTextBtn" : "importFromFileBtn");
+        if (isText)
+            part<QPlainTextEdit>("importText").insertPlainText(entered);
         else
-            part<QLineEdit>("importFile").setText(row.entered);
+            part<QLineEdit>("importFile").setText(entered);
         part<QPushButton>("importBtn").setFocus();
         click("importBtn");
-        const std::string name = row.entered.toStdString();
-        EXPECT_EQ(alerts.informations, row.alert.isEmpty() ? QStringList() : QStringList{row.alert}) << name;
-        EXPECT_EQ(dialog.isVisible(), row.paths.isEmpty()) << name << ": files that are found are imported";
-        EXPECT_EQ(imported, row.paths) << name;
-        EXPECT_EQ(total(), QStringLiteral("Total Files Found : %1").arg(row.paths.size())) << name;
-        if (row.paths.isEmpty()) {
-            EXPECT_EQ(focus(), QString::fromLatin1(row.focus)) << name;
-        }
+        const std::string name = entered.toStdString();
+        EXPECT_EQ(alerts.informations, alert.isEmpty() ? QStringList() : QStringList{alert}) << name;
+        EXPECT_EQ(dialog.isVisible(), paths.isEmpty()) << name << ": files that are found are imported";
+        EXPECT_EQ(imported.join(u' '), paths) << name;
+        EXPECT_EQ(total(), u"Total Files Found : %1"_s.arg(imported.size())) << name;
+        EXPECT_EQ(paths.isEmpty() ? focus() : QString(), QString::fromLatin1(focused)) << name;
     }
 }
 
 TEST_F(ImportFiles, PastingShowsWhatWasFoundAndImportCountsWhatStandsThere)
 {
     click("importFromTextBtn");
-    clipboard(QStringLiteral("/folder\n\n/b.pdf\n/a.doc\n/a.Tif\n/b.pdf"));
+    clipboard(u"/folder\n\n/b.pdf\n/a.doc\n/a.Tif\n/b.pdf"_s);
     click("pasteFromClipboardBtn");
     auto& text = part<QPlainTextEdit>("importText");
-    EXPECT_EQ(text.toPlainText(), QStringLiteral("/b.pdf\n/a.Tif"));
-    EXPECT_EQ(total(), QStringLiteral("Total Files Found : 2"));
+    EXPECT_EQ(text.toPlainText(), u"/b.pdf\n/a.Tif"_s);
+    EXPECT_EQ(total(), u"Total Files Found : 2"_s);
     QApplication::clipboard()->clear();
     click("pasteFromClipboardBtn");
-    EXPECT_EQ(total(), QStringLiteral("Total Files Found : 2")) << "an empty clipboard changes nothing";
+    EXPECT_EQ(total(), u"Total Files Found : 2"_s) << "an empty clipboard changes nothing";
     text.moveCursor(QTextCursor::End);
-    QTest::keyClicks(&text, QStringLiteral("f"));
+    QTest::keyClicks(&text, u"f"_s);
     QTest::keyClick(&text, Qt::Key_Return);
-    QTest::keyClicks(&text, QStringLiteral("/c.pdf")); // "/a.Tiff" is not of an allowed type here
+    QTest::keyClicks(&text, u"/c.pdf"_s); // "/a.Tiff" is not of an allowed type here
     click("importBtn");
-    EXPECT_EQ(imported, (QStringList{QStringLiteral("/b.pdf"), QStringLiteral("/c.pdf")}));
+    EXPECT_EQ(imported, (QStringList{u"/b.pdf"_s, u"/c.pdf"_s}));
     EXPECT_EQ(finished, 1);
     EXPECT_FALSE(dialog.isVisible());
 
     open();
     EXPECT_EQ(text.toPlainText(), QString());
-    EXPECT_EQ(total(), QStringLiteral("Total Files Found : 0"));
+    EXPECT_EQ(total(), u"Total Files Found : 0"_s);
 }
 
 TEST_F(ImportFiles, FilesCopiedInAFileManagerArePastedAsPaths)
 {
-    struct Case
-    {
-        const char* type;
-        const char* data;
-    };
-    const QString paths = QStringLiteral("/d/a b.pdf\n/d/\u00e4.tif");
-    for (const Case& c :
-         {Case{"text/uri-list", "file:///d/a%20b.pdf\r\nfile:///d/%C3%A4.tif\r\n"},
-          Case{"x-special/gnome-copied-files", "cut\nfile:///d/a%20b.pdf\nfile:///d/%C3%A4.tif"},
-          Case{"text/plain", "/d/a b.pdf\n/d/\xC3\xA4.tif"}}) {
-        SCOPED_TRACE(c.type);
+    const QString paths = u"/d/a b.pdf\n/d/\u00e4.tif"_s;
+    for (const auto& [type, bytes] : Rows<const char*, const char*>{
+             {"text/uri-list", "file:///d/a%20b.pdf\r\nfile:///d/%C3%A4.tif\r\n"},
+             {"x-special/gnome-copied-files", "cut\nfile:///d/a%20b.pdf\nfile:///d/%C3%A4.tif"},
+             {"text/plain", "/d/a b.pdf\n/d/\xC3\xA4.tif"}}) {
+        SCOPED_TRACE(type);
         const auto copy = [&] {
             auto* const data = new QMimeData;
-            data->setData(QString::fromLatin1(c.type), c.data);
-            if (QLatin1String(c.type) == QLatin1String("x-special/gnome-copied-files"))
-                data->setText(QStringLiteral("x-special/nautilus-clipboard\ncut\nfile:///d/a%20b.pdf"));
+            data->setData(QString::fromLatin1(type), bytes);
+            if (QLatin1String(type) == "x-special/gnome-copied-files"_L1)
+                data->setText(u"x-special/nautilus-clipboard\ncut\nfile:///d/a%20b.pdf"_s);
             QApplication::clipboard()->setMimeData(data);
         };
         auto& text = part<QPlainTextEdit>("importText");
@@ -191,14 +163,14 @@ TEST_F(ImportFiles, FilesCopiedInAFileManagerArePastedAsPaths)
 TEST_F(ImportFiles, BrowsingFillsTheFieldAndCancellingImportsNothing)
 {
     const Scratch scratch;
-    const QString list = scratch.write(QStringLiteral("list.txt"), "/a.pdf");
+    const QString list = scratch.write(u"list.txt"_s, "/a.pdf");
     click("browseBtn");
     EXPECT_EQ(part<QLineEdit>("importFile").text(), QString()) << "the panel was closed";
     panels.answers = {{list}};
     click("browseBtn");
     EXPECT_EQ(part<QLineEdit>("importFile").text(), list);
-    EXPECT_EQ(panels.opened.constLast().message, QStringLiteral("Select Text File To Import:"));
-    EXPECT_EQ(panels.opened.constLast().types, QStringList{QStringLiteral("txt")});
+    EXPECT_EQ(panels.opened.constLast().message, u"Select Text File To Import:"_s);
+    EXPECT_EQ(panels.opened.constLast().types, QStringList{u"txt"_s});
     EXPECT_TRUE(panels.opened.constLast().anyCase);
     QTest::keyClick(&dialog, Qt::Key_Escape);
     EXPECT_FALSE(dialog.isVisible());
@@ -209,43 +181,23 @@ TEST_F(ImportFiles, BrowsingFillsTheFieldAndCancellingImportsNothing)
     open();
     part<QLineEdit>("importFile").setText(list);
     QTest::keyClick(&part<QLineEdit>("importFile"), Qt::Key_Return);
-    EXPECT_EQ(imported, QStringList{QStringLiteral("/a.pdf")}) << "Return imports";
+    EXPECT_EQ(imported, QStringList{u"/a.pdf"_s}) << "Return imports";
 }
 
 TEST_F(ImportFiles, TakesWhatIsDropped)
 {
-    // With Shift a source proposes to move what is dragged: a text would be cut out of its editor.
-    const auto dropOf = [&](const QMimeData& data, Qt::DropActions actions) {
-        QDragEnterEvent enter(QPoint(9, 9), actions, &data, Qt::LeftButton, Qt::ShiftModifier);
-        QApplication::sendEvent(&dialog, &enter);
-        if (!enter.isAccepted()) return false;
-        EXPECT_EQ(enter.dropAction(), Qt::CopyAction);
-        QDropEvent event(QPointF(9, 9), actions, &data, Qt::LeftButton, Qt::ShiftModifier);
-        EXPECT_EQ(event.proposedAction(), Qt::MoveAction);
-        QApplication::sendEvent(&dialog, &event);
-        EXPECT_TRUE(event.isAccepted());
-        EXPECT_EQ(event.dropAction(), Qt::CopyAction);
-        return true;
-    };
-    const auto drop = [&](const QMimeData& data) {
-        return dropOf(data, Qt::CopyAction | Qt::MoveAction | Qt::LinkAction);
-    };
+    auto& pasted = part<QPlainTextEdit>("importText");
     QMimeData text;
-    text.setText(QStringLiteral("/a.pdf\n/x"));
-    EXPECT_TRUE(drop(text));
-    EXPECT_EQ(part<QPlainTextEdit>("importText").toPlainText(), QStringLiteral("/a.pdf"));
-    QMimeData list;
-    list.setUrls({QUrl(QStringLiteral("file:///lists/all.TXT"))});
-    drop(list);
+    text.setText(u"/a.pdf\n/x"_s);
+    EXPECT_FALSE(dropOn(dialog, text, Qt::MoveAction)) << "no copy is offered";
+    EXPECT_TRUE(dropOn(dialog, text)); // and not cut out of its editor
+    EXPECT_EQ(pasted.toPlainText(), u"/a.pdf"_s);
+    EXPECT_TRUE(dropOn(dialog, {QUrl(u"file:///lists/all.TXT"_s)}));
     EXPECT_TRUE(part<QRadioButton>("importFromFileBtn").isChecked());
-    EXPECT_EQ(part<QLineEdit>("importFile").text(), QStringLiteral("/lists/all.TXT"));
-    QMimeData files;
-    files.setUrls({QUrl(QStringLiteral("file:///c.tif")), QUrl(QStringLiteral("https://example.org/d.pdf"))});
-    drop(files);
-    EXPECT_EQ(part<QPlainTextEdit>("importText").toPlainText(), QStringLiteral("/c.tif"));
-    QMimeData nothing;
-    EXPECT_FALSE(drop(nothing));
-    EXPECT_FALSE(dropOf(text, Qt::MoveAction)) << "no copy is offered";
+    EXPECT_EQ(part<QLineEdit>("importFile").text(), u"/lists/all.TXT"_s);
+    EXPECT_TRUE(dropOn(dialog, {QUrl(u"file:///c.tif"_s), QUrl(u"https://example.org/d.pdf"_s)}));
+    EXPECT_EQ(pasted.toPlainText(), u"/c.tif"_s);
+    EXPECT_FALSE(dropOn(dialog, QMimeData()));
 }
 
 } // namespace

@@ -1,12 +1,13 @@
 #include "dialogs/KeyHint.h"
 
+#include "support/Cases.h"
+
 #include <QApplication>
 #include <QFontMetricsF>
 #include <QPushButton>
 #include <QStyle>
 #include <QTest>
 #include <QVBoxLayout>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -43,14 +44,8 @@ Mark redMark(QWidget& widget)
 
 TEST(KeyHint, MarksOneLetterOfATitle)
 {
-    const struct
-    {
-        const char* text;
-        const char* key;
-        int occurrance;
-        int marked; ///< position of the marked letter in the title; -1 for none
-        const char* title;
-    } rows[] = {
+    // text, key, which of its occurrences, the position of the marked letter in the title or -1, the title
+    const Rows<const char*, const char*, int, int, const char*> rows = {
         {"Convert to Copy", "c", 1, 0, "Convert to Copy"},
         {"Add Folder", "f", 1, 4, "Add Folder"},
         {"Import From Text File", "F", 2, 17, "Import From Text File"},
@@ -62,23 +57,23 @@ TEST(KeyHint, MarksOneLetterOfATitle)
         {"Save", "", 1, -1, "Save"},
         {"save", "S", 2, -1, "save"},
     };
-    for (const auto& row : rows) {
-        QPushButton button(QString::fromUtf8(row.text));
+    for (const auto& [text, key, occurrance, marked, shown] : rows) {
+        QPushButton button(QString::fromUtf8(text));
         QStyle* const before = button.style();
-        setButtonKeyCharacter(button, QString::fromUtf8(row.key), Qt::red, row.occurrance);
+        setButtonKeyCharacter(button, QString::fromUtf8(key), Qt::red, occurrance);
         const Mark mark = redMark(button);
-        if (row.marked < 0) {
-            EXPECT_TRUE(mark.box.isEmpty() && button.style() == before) << row.text;
-            EXPECT_TRUE(button.shortcut().isEmpty()) << row.text;
+        if (marked < 0) {
+            EXPECT_TRUE(mark.box.isEmpty() && button.style() == before) << text;
+            EXPECT_TRUE(button.shortcut().isEmpty()) << text;
             continue;
         }
-        const QString title = QString::fromUtf8(row.title);
+        const QString title = QString::fromUtf8(shown);
         const QFontMetricsF metrics(button.font());
-        const qreal letter = metrics.horizontalAdvance(title.at(row.marked));
+        const qreal letter = metrics.horizontalAdvance(title.at(marked));
         const qreal left = (button.width() - metrics.horizontalAdvance(title)) / 2 +
-                           metrics.horizontalAdvance(title.left(row.marked));
-        EXPECT_NEAR(QRectF(mark.box).center().x(), left + letter / 2, 2.5) << row.text;
-        EXPECT_TRUE(mark.isUnderlined) << row.text;
+                           metrics.horizontalAdvance(title.left(marked));
+        EXPECT_NEAR(QRectF(mark.box).center().x(), left + letter / 2, 2.5) << text;
+        EXPECT_TRUE(mark.isUnderlined) << text;
     }
 }
 
@@ -86,9 +81,9 @@ TEST(KeyHint, AltAndTheKeyClickAlsoAfterTheTitleOrTheStyleChanges)
 {
     QWidget window;
     auto* const layout = new QVBoxLayout(&window);
-    auto* const button = new QPushButton(QStringLiteral("Convert"));
+    auto* const button = new QPushButton(u"Convert"_s);
     layout->addWidget(button);
-    setButtonKeyCharacter(*button, QStringLiteral("c"));
+    setButtonKeyCharacter(*button, u"c"_s);
     int clicks = 0;
     QObject::connect(button, &QPushButton::clicked, [&] { ++clicks; });
     window.show();
@@ -101,14 +96,14 @@ TEST(KeyHint, AltAndTheKeyClickAlsoAfterTheTitleOrTheStyleChanges)
         return clicks;
     };
     EXPECT_EQ(press(Qt::Key_C), 1);
-    button->setText(QStringLiteral("Count"));
+    button->setText(u"Count"_s);
     EXPECT_EQ(press(Qt::Key_C), 2);
-    setButtonKeyCharacter(*button, QStringLiteral("U"));
+    setButtonKeyCharacter(*button, u"U"_s);
     EXPECT_EQ(press(Qt::Key_C), 2);
     EXPECT_EQ(press(Qt::Key_U), 3);
 
     const QString style = QApplication::style()->name();
-    for (const QString& next : {QStringLiteral("windows"), style}) {
+    for (const QString& next : {u"windows"_s, style}) {
         const QStyle* const former = button->style();
         QApplication::setStyle(next);
         QTest::qWait(20);
@@ -116,7 +111,7 @@ TEST(KeyHint, AltAndTheKeyClickAlsoAfterTheTitleOrTheStyleChanges)
         EXPECT_TRUE(button->style()->name().isEmpty()) << "and keeps its hint";
     }
     EXPECT_EQ(press(Qt::Key_U), 4);
-    button->setText(QStringLiteral("Go"));
+    button->setText(u"Go"_s);
     EXPECT_EQ(press(Qt::Key_U), 4) << "the key is not in the title";
 }
 

@@ -1,9 +1,10 @@
 #include "dialogs/PDFReadPasswordWindowController.h"
 
+#include "support/Cases.h"
+
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -17,13 +18,9 @@ TEST(PDFReadPassword, TellsWhatWasTypedWhenItIsApplied)
     QObject::connect(&dialog, &PDFReadPasswordWindowController::PDFReadPasswordWindowControllerDidFinish,
                      [&](const QString& password) { told.append(password); });
     EXPECT_EQ(dialog.pdfReadPassword(), QString());
-    const struct
-    {
-        const char* typed; ///< replaces the previous value, which is selected; null to type nothing
-        const char* end;   ///< a button, or a key in the field
-        const char* password;
-        bool isTold;
-    } rows[] = {
+    // What is typed replaces the previous value, which is selected; null to type nothing. The end is a
+    // button, or a key in the field.
+    const Rows<const char*, const char*, const char*, bool> rows = {
         {nullptr, "applyBtn", "", true},
         {"open sesame", "Return", "open sesame", true},
         {nullptr, "applyBtn", "open sesame", true}, // the value stays
@@ -31,23 +28,23 @@ TEST(PDFReadPassword, TellsWhatWasTypedWhenItIsApplied)
         {"another", "cancelBtn", "another", false},
         {"", "applyBtn", "", true},
     };
-    for (const auto& row : rows) {
+    for (const auto& [typed, ending, expected, isTold] : rows) {
         told.clear();
         dialog.open();
         EXPECT_EQ(dialog.focusWidget(), &field);
-        if (row.typed && !*row.typed)
+        if (typed && !*typed)
             QTest::keyClick(&field, Qt::Key_Delete);
-        else if (row.typed)
-            QTest::keyClicks(&field, QString::fromLatin1(row.typed));
-        const QString end = QString::fromLatin1(row.end);
+        else if (typed)
+            QTest::keyClicks(&field, QString::fromLatin1(typed));
+        const QString end = QString::fromLatin1(ending);
         if (auto* const button = dialog.findChild<QPushButton*>(end))
             QTest::mouseClick(button, Qt::LeftButton);
         else
-            QTest::keyClick(&field, end == QLatin1String("Return") ? Qt::Key_Return : Qt::Key_Escape);
-        const QString password = QString::fromLatin1(row.password);
+            QTest::keyClick(&field, end == "Return"_L1 ? Qt::Key_Return : Qt::Key_Escape);
+        const QString password = QString::fromLatin1(expected);
         EXPECT_EQ(dialog.pdfReadPassword(), password);
-        EXPECT_EQ(told, row.isTold ? QStringList{password} : QStringList()) << row.end;
-        EXPECT_FALSE(dialog.isVisible()) << row.end;
+        EXPECT_EQ(told, isTold ? QStringList{password} : QStringList()) << ending;
+        EXPECT_FALSE(dialog.isVisible()) << ending;
     }
 }
 
@@ -57,11 +54,11 @@ TEST(PDFReadPassword, IsShownOnlyForAsLongAsTheUserWants)
     PDFReadPasswordWindowController dialog(&window);
     auto& field = *dialog.findChild<QLineEdit*>();
     dialog.open();
-    QTest::keyClicks(&field, QStringLiteral("secret"));
+    QTest::keyClicks(&field, u"secret"_s);
     EXPECT_NE(field.displayText(), field.text());
     QTest::keyClick(&field, Qt::Key_Tab);
     QTest::keyClick(dialog.focusWidget(), Qt::Key_Space);
-    EXPECT_EQ(field.displayText(), QStringLiteral("secret"));
+    EXPECT_EQ(field.displayText(), u"secret"_s);
     dialog.reject();
     dialog.open();
     EXPECT_NE(field.displayText(), field.text());

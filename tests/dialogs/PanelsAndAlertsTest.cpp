@@ -14,7 +14,6 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -30,7 +29,7 @@ QFileDialog* panelOver(const QWidget& window)
 
 void typeAndAccept(QFileDialog& panel, const QString& path)
 {
-    panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
+    panel.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(path);
     auto* const box = panel.findChild<QDialogButtonBox*>();
     const bool saves = panel.acceptMode() == QFileDialog::AcceptSave;
     QTest::mouseClick(box->button(saves ? QDialogButtonBox::Save : QDialogButtonBox::Open), Qt::LeftButton);
@@ -51,12 +50,12 @@ void answerNextBox(Qt::Key key, std::function<void(const QMessageBox&)> look = {
 TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
 {
     const Scratch scratch;
-    const QString list = scratch.write(QStringLiteral("list.txt"), "");
-    const QString loud = scratch.write(QStringLiteral("loud.TXT"), "");
+    const QString list = scratch.write(u"list.txt"_s, "");
+    const QString loud = scratch.write(u"loud.TXT"_s, "");
     QWidget window;
     WidgetPanels panels;
     QStringList chosen;
-    desktop::OpenPanel text{QStringLiteral("Pick:"), {QStringLiteral("txt")}, false, false};
+    desktop::OpenPanel text{u"Pick:"_s, {u"txt"_s}, false, false};
     const auto open = [&](const desktop::OpenPanel& panel) {
         chosen.clear();
         panels.open(&window, panel, [&](const QList<FilePath>& paths) { chosen = textsOf(paths); });
@@ -67,7 +66,7 @@ TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->windowTitle(), text.message);
     EXPECT_EQ(panel->windowModality(), Qt::WindowModal);
-    EXPECT_EQ(panel->nameFilters(), QStringList{QStringLiteral("Text files (*.txt)")});
+    EXPECT_EQ(panel->nameFilters(), QStringList{u"Text files (*.txt)"_s});
     panel->reject();
     QTest::qWait(0);
     EXPECT_TRUE(panel.isNull() && chosen.isEmpty());
@@ -76,7 +75,7 @@ TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
     EXPECT_TRUE(chosen.isEmpty()) << "types are compared with case";
     text.anyCase = true;
     panel = open(text);
-    EXPECT_EQ(panel->nameFilters(), QStringList{QStringLiteral("Text files (*.txt *.TXT)")});
+    EXPECT_EQ(panel->nameFilters(), QStringList{u"Text files (*.txt *.TXT)"_s});
     EXPECT_FALSE(panel->filter().testFlag(QDir::CaseSensitive)) << "loud.TXT is hidden";
     typeAndAccept(*panel, loud);
     EXPECT_EQ(chosen, QStringList{loud});
@@ -85,39 +84,38 @@ TEST(WidgetPanels, PickFilesOfTheirTypesAndComeBackToTheirFolder)
     panel = open(text);
     EXPECT_EQ(panel->directory().absolutePath(), QFileInfo(list).absolutePath());
     panel->reject();
-    desktop::OpenPanel several{
-        QStringLiteral("Pick:"), {QStringLiteral("PDF"), QStringLiteral("pdf")}, false, true};
+    desktop::OpenPanel several{u"Pick:"_s, {u"PDF"_s, u"pdf"_s}, false, true};
     panel = open(several);
     EXPECT_NE(panel->directory().absolutePath(), QFileInfo(list).absolutePath()) << "a folder for each kind";
-    EXPECT_EQ(panel->nameFilters(), QStringList{QStringLiteral("PDF files (*.PDF *.pdf)")});
+    EXPECT_EQ(panel->nameFilters(), QStringList{u"PDF files (*.PDF *.pdf)"_s});
     panel->reject();
-    several.types = QStringList{QStringLiteral("txt"), QStringLiteral("TXT")};
-    typeAndAccept(*open(several), QStringLiteral("\"%1\" \"%2\"").arg(list, loud));
+    several.types = QStringList{u"txt"_s, u"TXT"_s};
+    typeAndAccept(*open(several), u"\"%1\" \"%2\""_s.arg(list, loud));
     EXPECT_EQ(chosen, (QStringList{list, loud}));
 }
 
 TEST(WidgetPanels, PickSeveralFolders)
 {
     const Scratch scratch;
-    const QStringList names = {QStringLiteral("\"a\""), QStringLiteral("b \"c"), QStringLiteral("d")};
+    const QStringList names = {u"\"a\""_s, u"b \"c"_s, u"d"_s};
     for (const QString& name : names)
         ASSERT_TRUE(QDir(scratch.path()).mkdir(name));
     QWidget window;
     WidgetPanels panels;
     for (const bool isTyped : {false, true}) {
         QStringList chosen;
-        panels.open(&window, {QStringLiteral("Pick:"), {}, true, true},
+        panels.open(&window, {u"Pick:"_s, {}, true, true},
                     [&](const QList<FilePath>& paths) { chosen = textsOf(paths); });
         QFileDialog* const panel = panelOver(window);
         panel->setDirectory(scratch.path());
-        auto* const view = panel->findChild<QListView*>(QStringLiteral("listView"));
+        auto* const view = panel->findChild<QListView*>(u"listView"_s);
         const auto row = [&](int i) { return view->model()->index(i, 0, view->rootIndex()); };
         ASSERT_TRUE(QTest::qWaitFor([&] { return row(0).data() == names[0] && row(2).data() == names[2]; }));
         QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier,
                           view->visualRect(row(0)).center());
         QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::ControlModifier,
                           view->visualRect(row(1)).center());
-        auto* const line = panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        auto* const line = panel->findChild<QLineEdit*>(u"fileNameEdit"_s);
         if (isTyped) {
             line->setText(names[2]);
             line->setModified(true); // as after typing
@@ -135,26 +133,25 @@ TEST(WidgetPanels, PickSeveralFolders)
 TEST(WidgetPanels, SaveUnderTheTypeAndAskBeforeReplacing)
 {
     const Scratch scratch;
-    const QString there = scratch.write(QStringLiteral("there.txt"), "");
-    const QString dotted = scratch.write(QStringLiteral("version 1.2.txt"), "");
+    const QString there = scratch.write(u"there.txt"_s, "");
+    const QString dotted = scratch.write(u"version 1.2.txt"_s, "");
     QWidget window;
     WidgetPanels panels;
     QString chosen;
     const auto save = [&](const QString& typed) {
         chosen.clear();
-        panels.save(&window, {QStringLiteral("Save:"), QStringLiteral("txt"), QStringLiteral("Export.txt")},
+        panels.save(&window, {u"Save:"_s, u"txt"_s, u"Export.txt"_s},
                     [&](const FilePath& path) { chosen = path.text(); });
         QFileDialog* const panel = panelOver(window);
-        EXPECT_EQ(QFileInfo(panel->selectedFiles().value(0)).fileName(), QStringLiteral("Export.txt"));
+        EXPECT_EQ(QFileInfo(panel->selectedFiles().value(0)).fileName(), u"Export.txt"_s);
         typeAndAccept(*panel, typed);
         if (panelOver(window)) panelOver(window)->reject();
         QTest::qWait(0);
         return chosen;
     };
-    EXPECT_EQ(save(scratch.path(QStringLiteral("new"))), scratch.path(QStringLiteral("new.txt")));
-    EXPECT_EQ(save(scratch.path(QStringLiteral("v1.3"))), scratch.path(QStringLiteral("v1.3.txt")));
-    for (const QString& typed :
-         {there, scratch.path(QStringLiteral("there")), scratch.path(QStringLiteral("version 1.2"))}) {
+    EXPECT_EQ(save(scratch.path(u"new"_s)), scratch.path(u"new.txt"_s));
+    EXPECT_EQ(save(scratch.path(u"v1.3"_s)), scratch.path(u"v1.3.txt"_s));
+    for (const QString& typed : {there, scratch.path(u"there"_s), scratch.path(u"version 1.2"_s)}) {
         answerNextBox(Qt::Key_Escape);
         EXPECT_EQ(save(typed), QString()) << typed.toStdString();
     }
@@ -168,12 +165,12 @@ TEST(WidgetAlerts, TellAndAskInTheNameOfTheApplication)
     WidgetAlerts alerts;
     const auto look = [&](const QMessageBox& box) {
         EXPECT_EQ(box.windowTitle(), getAppTitle());
-        EXPECT_EQ(box.text(), QStringLiteral("<b>one</b>\ntwo"));
+        EXPECT_EQ(box.text(), u"<b>one</b>\ntwo"_s);
         EXPECT_EQ(box.textFormat(), Qt::PlainText);
         EXPECT_EQ(box.windowModality(), Qt::WindowModal);
         EXPECT_EQ(box.parentWidget(), &window);
     };
-    const QString message = QStringLiteral("<b>one</b>\r\ntwo");
+    const QString message = u"<b>one</b>\r\ntwo"_s;
     for (const auto& [key, answer] :
          {std::pair(Qt::Key_Return, true), std::pair(Qt::Key_Escape, false), std::pair(Qt::Key_N, false)}) {
         answerNextBox(key, look);
@@ -182,8 +179,8 @@ TEST(WidgetAlerts, TellAndAskInTheNameOfTheApplication)
     using desktop::QuitChoice;
     const auto buttons = [&](const QMessageBox& box) {
         look(box);
-        EXPECT_EQ(box.button(QMessageBox::Retry)->text(), QStringLiteral("Try Again"));
-        EXPECT_EQ(box.button(QMessageBox::Discard)->text(), QStringLiteral("Quit Anyway"));
+        EXPECT_EQ(box.button(QMessageBox::Retry)->text(), u"Try Again"_s);
+        EXPECT_EQ(box.button(QMessageBox::Discard)->text(), u"Quit Anyway"_s);
     };
     for (const auto& [key, answer] :
          {std::pair(Qt::Key_Return, QuitChoice::TryAgain), std::pair(Qt::Key_Escape, QuitChoice::Stay)}) {

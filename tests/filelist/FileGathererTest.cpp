@@ -3,7 +3,6 @@
 #include "filelist/FileListSupport.h"
 #include "support/Fakes.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -73,9 +72,9 @@ class Gathering : public testing::Test, public GatherObserver
     void makeSlowFiles(int count) const
     {
         const QByteArray whole = numberedPdf(1000);
-        const QString first = scratch_.write(QStringLiteral("f0.pdf"), whole.left(whole.size() - 40));
+        const QString first = scratch_.write(u"f0.pdf"_s, whole.left(whole.size() - 40));
         for (int i = 1; i < count; ++i)
-            ASSERT_TRUE(QFile::link(first, scratch_.path(QStringLiteral("f%1.pdf").arg(i))));
+            ASSERT_TRUE(QFile::link(first, scratch_.path(u"f%1.pdf"_s.arg(i))));
     }
     static void serve(const std::function<bool()>& done)
     {
@@ -102,15 +101,15 @@ TEST_F(Gathering, FoldersAndFilesInTheOrderOfDiscoveryHoweverLongEachTakes)
     QStringList expected;
     for (int i = 0; i < 300; ++i) {
         // Files that are slow to count stand among files that are quick to count.
-        const QString name = QStringLiteral("d/f%1.pdf").arg(i);
+        const QString name = u"d/f%1.pdf"_s.arg(i);
         scratch_.write(name, i % 50 == 0 ? numberedPdf(400) : QByteArray("none"));
-        expected.append(QStringLiteral("f%1.pdf").arg(i));
+        expected.append(u"f%1.pdf"_s.arg(i));
     }
-    scratch_.write(QStringLiteral("single.pdf"), numberedPdf(2));
-    scratch_.write(QStringLiteral("refused.Pdf"), numberedPdf(2));
-    gather({scratch_.path(QStringLiteral("single.pdf")), scratch_.path(QStringLiteral("refused.Pdf")),
-            scratch_.path(QStringLiteral("d")), scratch_.path(QStringLiteral("gone"))});
-    EXPECT_EQ(namesOf(files_), QStringList(QStringLiteral("single.pdf")) + expected);
+    scratch_.write(u"single.pdf"_s, numberedPdf(2));
+    scratch_.write(u"refused.Pdf"_s, numberedPdf(2));
+    gather({scratch_.path(u"single.pdf"_s), scratch_.path(u"refused.Pdf"_s), scratch_.path(u"d"_s),
+            scratch_.path(u"gone"_s)});
+    EXPECT_EQ(namesOf(files_), QStringList(u"single.pdf"_s) + expected);
     EXPECT_EQ(files_.totals().pdfPages, 2 + 6 * 400);
     EXPECT_EQ(files_.at(1).pages(), 400);
     EXPECT_TRUE(files_.at(1).isSelected());
@@ -118,17 +117,17 @@ TEST_F(Gathering, FoldersAndFilesInTheOrderOfDiscoveryHoweverLongEachTakes)
 
 TEST_F(Gathering, FilesAreTakenAsTheyAre)
 {
-    const QString odd = scratch_.write(QStringLiteral("odd.Pdf"), numberedPdf(2));
+    const QString odd = scratch_.write(u"odd.Pdf"_s, numberedPdf(2));
     const QString foreign = scratch_.path() + u'/' + pathText("latin\xE9.pdf");
-    ASSERT_EQ(std::rename(nativePath(scratch_.write(QStringLiteral("x"), numberedPdf(3))).constData(),
+    ASSERT_EQ(std::rename(nativePath(scratch_.write(u"x"_s, numberedPdf(3))).constData(),
                           nativePath(foreign).constData()),
               0);
-    password_ = QStringLiteral("secret");
-    const QString gone = scratch_.path(QStringLiteral("gone.pdf"));
-    gather({odd, gone, scratch_.path() + QStringLiteral("/./gone.pdf"), foreign, odd + u'/', odd}, false);
+    password_ = u"secret"_s;
+    const QString gone = scratch_.path(u"gone.pdf"_s);
+    gather({odd, gone, scratch_.path() + u"/./gone.pdf"_s, foreign, odd + u'/', odd}, false);
     ASSERT_EQ(files_.count(), 3);
     EXPECT_EQ(files_.at(0).pages(), 2);
-    EXPECT_EQ(files_.at(0).pdfOpenPassword(), QStringLiteral("secret"));
+    EXPECT_EQ(files_.at(0).pdfOpenPassword(), u"secret"_s);
     EXPECT_EQ(files_.at(1).pages(), 0) << "a file that vanished stays in the list, without pages";
     EXPECT_EQ(files_.at(2).pages(), 3);
     EXPECT_EQ(files_.at(2).filePath(), asPath(foreign));
@@ -142,10 +141,8 @@ TEST_F(Gathering, TheWindowHearsOfItInOrder)
 {
     clock_.step = 61'000;
     gather({scratch_.path()});
-    EXPECT_EQ(notes_, (QStringList{QStringLiteral("busy"), QStringLiteral("start"),
-                                   QStringLiteral("Total Time Taken : In Process... 0/0"),
-                                   QStringLiteral("stop"), QStringLiteral("idle"),
-                                   QStringLiteral("Total Time Taken : 1 min(s) 1 sec(s)  0/0")}));
+    EXPECT_EQ(notes_, (QStringList{u"busy"_s, u"start"_s, u"Total Time Taken : In Process... 0/0"_s,
+                                   u"stop"_s, u"idle"_s, u"Total Time Taken : 1 min(s) 1 sec(s)  0/0"_s}));
     EXPECT_EQ(password_, QString()) << "an absent password becomes the empty one";
 }
 
@@ -154,24 +151,24 @@ TEST_F(Gathering, TheSameFolderTwiceAddsNothingAndSortsNothing)
     for (const char* name : {"b.pdf", "a.pdf"})
         scratch_.write(QString::fromLatin1(name), numberedPdf(1));
     gather({scratch_.path()});
-    files_.sort({QStringLiteral("name"), false});
+    files_.sort({u"name"_s, false});
     EXPECT_EQ(namesOf(files_), words("b.pdf a.pdf"));
     files_.moveUp({1});
-    gather({scratch_.path(), scratch_.path() + u'/', scratch_.path() + QStringLiteral("/./"),
-            scratch_.path() + QStringLiteral("//a.pdf")});
+    gather({scratch_.path(), scratch_.path() + u'/', scratch_.path() + u"/./"_s,
+            scratch_.path() + u"//a.pdf"_s});
     EXPECT_EQ(namesOf(files_), words("a.pdf b.pdf"));
-    scratch_.write(QStringLiteral("aa.pdf"), numberedPdf(1));
+    scratch_.write(u"aa.pdf"_s, numberedPdf(1));
     gather({scratch_.path()});
     EXPECT_EQ(namesOf(files_), words("b.pdf aa.pdf a.pdf")) << "what was sorted is sorted again";
 }
 
 TEST_F(Gathering, AnOrderGivenUpMeanwhileIsNotRestored)
 {
-    scratch_.write(QStringLiteral("b.pdf"), numberedPdf(1));
+    scratch_.write(u"b.pdf"_s, numberedPdf(1));
     gather({scratch_.path()});
     for (const bool isMoved : {false, true}) {
-        files_.sort({QStringLiteral("name"), true});
-        const QString name = isMoved ? QStringLiteral("a0.pdf") : QStringLiteral("a1.pdf");
+        files_.sort({u"name"_s, true});
+        const QString name = isMoved ? u"a0.pdf"_s : u"a1.pdf"_s;
         scratch_.write(name, numberedPdf(1));
         onAdded_ = [&] {
             if (isMoved) files_.moveUp({1});
@@ -190,23 +187,23 @@ TEST_F(Gathering, ACancelEndsItAndKeepsWhatIsThere)
     EXPECT_GT(files_.count(), 0);
     EXPECT_LT(files_.count(), 250);
     for (int row = 0; row < files_.count(); ++row)
-        ASSERT_EQ(files_.at(row).name(), QStringLiteral("f%1.pdf").arg(row)) << "no gap";
+        ASSERT_EQ(files_.at(row).name(), u"f%1.pdf"_s.arg(row)) << "no gap";
 
     onAdded_ = nullptr;
     const int kept = files_.count();
-    gather({scratch_.path(QStringLiteral("f0.pdf")), scratch_.path(QStringLiteral("f299.pdf"))}, false);
+    gather({scratch_.path(u"f0.pdf"_s), scratch_.path(u"f299.pdf"_s)}, false);
     EXPECT_EQ(files_.count(), kept + 1) << "and the next request starts afresh";
 }
 
 TEST_F(Gathering, OneRequestAtATimeAndTheNextOneAtOnce)
 {
-    scratch_.write(QStringLiteral("a/1.pdf"), numberedPdf(1));
-    scratch_.write(QStringLiteral("b/2.pdf"), numberedPdf(1));
-    const Arguments a{{asPath(scratch_.path(QStringLiteral("a")))}, true, false};
-    const Arguments b{{asPath(scratch_.path(QStringLiteral("b")))}, true, false};
+    scratch_.write(u"a/1.pdf"_s, numberedPdf(1));
+    scratch_.write(u"b/2.pdf"_s, numberedPdf(1));
+    const Arguments a{{asPath(scratch_.path(u"a"_s))}, true, false};
+    const Arguments b{{asPath(scratch_.path(u"b"_s))}, true, false};
     ASSERT_TRUE(gatherer_.start(a, password_));
     EXPECT_FALSE(gatherer_.start(b, password_));
-    serve([&] { return notes_.contains(QStringLiteral("stop")); });
+    serve([&] { return notes_.contains(u"stop"_s); });
     EXPECT_TRUE(gatherer_.start(b, password_));
     serve([&] { return notes_.size() == 12; });
     EXPECT_EQ(namesOf(files_), words("1.pdf 2.pdf"));
@@ -217,11 +214,11 @@ TEST_F(Gathering, APasswordIsForTheNamedFilesAndCountsThemAnew)
     for (const char* name : {"a.pdf", "b.pdf", "c.pdf", "d.pdf"})
         scratch_.write(QString::fromLatin1(name), numberedPdf(1));
     gather({scratch_.path()});
-    scratch_.write(QStringLiteral("c.pdf"), numberedPdf(5));
+    scratch_.write(u"c.pdf"_s, numberedPdf(5));
     const QList<FilePath> paths = allPaths();
     notes_.clear();
-    gatherer_.startPasswords({paths[0], paths[2], paths[3]}, QStringLiteral("secret"));
-    gatherer_.startPasswords({paths[3]}, QStringLiteral("other")); // waits for its turn
+    gatherer_.startPasswords({paths[0], paths[2], paths[3]}, u"secret"_s);
+    gatherer_.startPasswords({paths[3]}, u"other"_s); // waits for its turn
     EXPECT_EQ(withPassword(), 0) << "not on this thread";
     files_.moveUp({1, 2, 3});
     files_.remove({3});
@@ -239,7 +236,7 @@ TEST_F(Gathering, ACancelLeavesTheOtherFilesTheirPasswords)
 {
     makeSlowFiles(300);
     gather({scratch_.path()});
-    gatherer_.startPasswords(allPaths(), QStringLiteral("secret"));
+    gatherer_.startPasswords(allPaths(), u"secret"_s);
     serve([&] { return withPassword() > 0; });
     isProcessing_ = false;
     serve([&] { return notes_.size() == 12; });

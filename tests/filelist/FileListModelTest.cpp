@@ -2,7 +2,6 @@
 
 #include "filelist/FileListSupport.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <QMimeData>
 #include <memory>
@@ -26,16 +25,16 @@ class Model : public testing::Test
 
 TEST_F(Model, ShowsAFileAcrossItsColumns)
 {
-    files_.append({itemAt(scratch_.write(QStringLiteral("a.Pdf"), numberedPdf(3)))});
+    files_.append({itemAt(scratch_.write(u"a.Pdf"_s, numberedPdf(3)))});
     const QStringList identifiers = words("isselected name pages sizeInKB type dateModified dateCreated "
                                           "dateAccessed location");
     ASSERT_EQ(model_.columnCount(), identifiers.size());
     for (int column = 0; column < model_.columnCount(); ++column)
         EXPECT_EQ(FileListModel::columnIdentifier(column), identifiers[column]);
-    EXPECT_EQ(at(0, FileListModel::NameColumn), QStringLiteral("a.Pdf"));
+    EXPECT_EQ(at(0, FileListModel::NameColumn), u"a.Pdf"_s);
     EXPECT_EQ(at(0, FileListModel::PagesColumn), 3);
-    EXPECT_EQ(at(0, FileListModel::SizeColumn), QStringLiteral("4 KB"));
-    EXPECT_EQ(at(0, FileListModel::TypeColumn), QStringLiteral("Pdf"));
+    EXPECT_EQ(at(0, FileListModel::SizeColumn), u"4 KB"_s);
+    EXPECT_EQ(at(0, FileListModel::TypeColumn), u"Pdf"_s);
     EXPECT_EQ(at(0, FileListModel::LocationColumn), scratch_.path());
     EXPECT_TRUE(at(0, FileListModel::DateModifiedColumn).toString().endsWith(u'M')) << "a 12-hour clock";
     for (int column = 0; column < model_.columnCount(); ++column) {
@@ -80,7 +79,7 @@ TEST_F(Model, DoesNotSortWhileBusyAndKeepsTheOrderWithoutAColumn)
     model_.sort(-1);
     EXPECT_EQ(namesOf(files_), words("a.pdf b.pdf"));
     EXPECT_FALSE(files_.order().has_value());
-    files_.sort({QStringLiteral("name"), true});
+    files_.sort({u"name"_s, true});
     isProcessing_ = true;
     model_.sort(-1);
     EXPECT_FALSE(files_.order().has_value()) << "or a running request would sort moved rows back";
@@ -88,12 +87,10 @@ TEST_F(Model, DoesNotSortWhileBusyAndKeepsTheOrderWithoutAColumn)
 
 TEST_F(Model, OffersWholeRowsToOtherProgramsInListOrder)
 {
-    files_.append({itemAt(QStringLiteral("/d/a b.pdf")), itemAt(QStringLiteral("/d/2.pdf")),
-                   itemAt(pathText("/d/latin\xE9.pdf"))});
+    files_.append({itemAt(u"/d/a b.pdf"_s), itemAt(u"/d/2.pdf"_s), itemAt(pathText("/d/latin\xE9.pdf"))});
     const std::unique_ptr<QMimeData> data(
         model_.mimeData({model_.index(2, 1), model_.index(0, 1), model_.index(2, 4), model_.index(0, 8)}));
-    EXPECT_EQ(data->data(QStringLiteral("text/uri-list")),
-              "file:///d/a%20b.pdf\r\nfile:///d/latin%E9.pdf\r\n");
+    EXPECT_EQ(data->data(u"text/uri-list"_s), "file:///d/a%20b.pdf\r\nfile:///d/latin%E9.pdf\r\n");
     EXPECT_TRUE(model_.flags(model_.index(0, 3)).testFlag(Qt::ItemIsDragEnabled));
 }
 
@@ -103,33 +100,31 @@ TEST_F(Model, TakesDropsOfFilesFromElsewhere)
     QList<FilePath> dropped;
     QObject::connect(&model_, &FileListModel::filesDropped,
                      [&](const QList<FilePath>& paths) { dropped = paths; });
-    const QUrl page(QStringLiteral("https://example.org/z.pdf"));
+    const QUrl page(u"https://example.org/z.pdf"_s);
     QMimeData mixed;
-    mixed.setUrls({asPath(QStringLiteral("/x/y.pdf")).url(), page, asPath(QStringLiteral("/x")).url()});
+    mixed.setUrls({asPath(u"/x/y.pdf"_s).url(), page, asPath(u"/x"_s).url()});
     QMimeData web;
     web.setUrls({page});
     QMimeData text;
-    text.setText(QStringLiteral("/x/y.pdf"));
+    text.setText(u"/x/y.pdf"_s);
     const std::unique_ptr<QMimeData> own(model_.mimeData({model_.index(0, 1)}));
     FileList otherFiles;
     otherFiles.append(itemsNamed(words("o.pdf")));
     FileListModel otherWindow(otherFiles, isProcessing_);
     const std::unique_ptr<QMimeData> others(otherWindow.mimeData({otherWindow.index(0, 1)}));
 
-    struct Case
-    {
-        const QMimeData& data;
-        bool accepted;
-        qsizetype urls;
-    };
-    for (const Case& c : {Case{mixed, true, 2}, Case{web, true, 0}, Case{text, false, 0},
-                          Case{*own, false, 0}, Case{*others, true, 1}}) {
+    const Rows<const QMimeData*, bool, qsizetype> cases = {{&mixed, true, 2},
+                                                           {&web, true, 0},
+                                                           {&text, false, 0},
+                                                           {own.get(), false, 0},
+                                                           {others.get(), true, 1}};
+    for (const auto& [data, accepted, urls] : cases) {
         dropped.clear();
-        EXPECT_EQ(model_.canDropMimeData(&c.data, Qt::CopyAction, -1, -1, {}), c.accepted);
+        EXPECT_EQ(model_.canDropMimeData(data, Qt::CopyAction, -1, -1, {}), accepted);
         // The drop is never reported as taken: the rows come later, and a source that moves files must not
         // delete them.
-        EXPECT_FALSE(model_.dropMimeData(&c.data, Qt::CopyAction, -1, -1, {}));
-        EXPECT_EQ(dropped.size(), c.urls);
+        EXPECT_FALSE(model_.dropMimeData(data, Qt::CopyAction, -1, -1, {}));
+        EXPECT_EQ(dropped.size(), urls);
     }
     isProcessing_ = true;
     dropped.clear();

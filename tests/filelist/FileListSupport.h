@@ -4,9 +4,6 @@
 #include "platform/system/NativePath.h"
 #include "support/Tools.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace quillfern {
 
 inline FileItem itemAt(const QString& path)
@@ -22,7 +19,7 @@ inline std::vector<FileItem> itemsNamed(const QStringList& names)
 {
     std::vector<FileItem> items;
     for (const QString& name : names)
-        items.push_back(itemAt(QStringLiteral("/nowhere/") + name));
+        items.push_back(itemAt(u"/nowhere/"_s + name));
     return items;
 }
 

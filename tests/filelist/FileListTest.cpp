@@ -1,7 +1,6 @@
 #include "filelist/FileListModel.h"
 #include "filelist/FileListSupport.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <QAbstractItemModelTester>
 #include <QImage>
@@ -28,7 +27,7 @@ TEST(FileList, SortsAsPeopleDo)
         for (const auto& [names, sorted] : cases) {
             FileList files;
             files.append(itemsNamed(words(names)));
-            files.sort({QStringLiteral("NAME"), true});
+            files.sort({u"NAME"_s, true});
             EXPECT_EQ(namesOf(files), words(sorted)) << locale.name().toStdString();
         }
     }
@@ -39,24 +38,20 @@ TEST(FileList, SortsNumbersAndDatesByTheirValues)
 {
     const Scratch scratch;
     FileList files;
-    struct Made
-    {
-        const char* name;
-        int pages;
-        int padding; ///< bytes that are appended to make the size
-        time_t modified;
-    };
+    // padding: bytes that are appended to make the size
     // Sorted as texts, "9.0 MB" would stand in front of "98 KB" or behind "100 KB", and dates would be sorted
     // by their day.
-    for (const Made& made : {Made{"ten.pdf", 10, 0, 1'000'000}, Made{"two.pdf", 2, 9'000'000, 30'000'000},
-                             Made{"nine.pdf", 9, 100'000, 999'999'999}}) {
-        const QString path = scratch.write(QString::fromLatin1(made.name),
-                                           numberedPdf(made.pages) + QByteArray(made.padding, '\n'));
-        const utimbuf times = {made.modified, made.modified};
+    for (const auto& [name, pages, padding, modified] :
+         Rows<const char*, int, int, time_t>{{"ten.pdf", 10, 0, 1'000'000},
+                                             {"two.pdf", 2, 9'000'000, 30'000'000},
+                                             {"nine.pdf", 9, 100'000, 999'999'999}}) {
+        const QString path =
+            scratch.write(QString::fromLatin1(name), numberedPdf(pages) + QByteArray(padding, '\n'));
+        const utimbuf times = {modified, modified};
         ASSERT_EQ(::utime(nativePath(path).constData(), &times), 0);
         files.append({itemAt(path)});
     }
-    files.append({itemAt(scratch.path(QStringLiteral("absent.tif")))});
+    files.append({itemAt(scratch.path(u"absent.tif"_s))});
     const std::vector<std::pair<const char*, const char*>> cases = {
         {"pages", "absent.tif two.pdf nine.pdf ten.pdf"},
         {"sizeInKB", "absent.tif ten.pdf nine.pdf two.pdf"},
@@ -64,13 +59,13 @@ TEST(FileList, SortsNumbersAndDatesByTheirValues)
         {"type", "two.pdf nine.pdf ten.pdf absent.tif"},
     };
     for (const auto& [column, ascending] : cases) {
-        files.sort({QStringLiteral("pages"), true}); // so that equal rows have an order to keep
+        files.sort({u"pages"_s, true}); // so that equal rows have an order to keep
         files.sort({QString::fromLatin1(column), true});
         EXPECT_EQ(namesOf(files), words(ascending)) << column;
     }
-    files.sort({QStringLiteral("type"), false});
+    files.sort({u"type"_s, false});
     EXPECT_EQ(namesOf(files), words("absent.tif two.pdf nine.pdf ten.pdf")) << "stable downwards, too";
-    files.sort({QStringLiteral("nonsense"), false});
+    files.sort({u"nonsense"_s, false});
     EXPECT_EQ(namesOf(files), words("absent.tif two.pdf nine.pdf ten.pdf"));
 }
 
@@ -88,23 +83,21 @@ TEST(FileList, TotalsFollowEveryChange)
         files.append({itemAt(path)});
     }
     EXPECT_EQ(files.totals(), (FileTotals{6, 9, 2, 1}));
-    EXPECT_EQ(
-        totalLabelText(files.totals()),
-        QStringLiteral("6 Total file(s); Total page count of PDF files: 9  TIFF files: 2  Other files: 1"));
+    EXPECT_EQ(totalLabelText(files.totals()),
+              u"6 Total file(s); Total page count of PDF files: 9  TIFF files: 2  Other files: 1"_s);
 
     // A file that has changed is counted anew with its password.
-    scratch.write(QStringLiteral("b.pdf"), numberedPdf(30));
-    std::vector<FileItem> counted = {itemAt(files.at(1).filePath().text()),
-                                     itemAt(QStringLiteral("/nowhere/x.pdf")),
+    scratch.write(u"b.pdf"_s, numberedPdf(30));
+    std::vector<FileItem> counted = {itemAt(files.at(1).filePath().text()), itemAt(u"/nowhere/x.pdf"_s),
                                      itemAt(files.at(0).filePath().text())};
-    counted[0].setPdfOpenPassword(QStringLiteral("secret"));
+    counted[0].setPdfOpenPassword(u"secret"_s);
     files.setIsSelected(1, false);
     EXPECT_EQ(files.takeCounts(counted, 5), 1) << "found all round";
     EXPECT_FALSE(files.at(1).isSelected());
     EXPECT_EQ(files.totals(), (FileTotals{6, 36, 2, 1}));
-    EXPECT_EQ(files.at(1).pdfOpenPassword(), QStringLiteral("secret"));
+    EXPECT_EQ(files.at(1).pdfOpenPassword(), u"secret"_s);
     files.setIsSelected(0, false);
-    files.sort({QStringLiteral("pages"), false});
+    files.sort({u"pages"_s, false});
     EXPECT_EQ(files.totals(), (FileTotals{6, 36, 2, 1}));
     files.remove({0, 5}); // the 30 pages and one of the pictures
     EXPECT_EQ(files.totals().files, 4);
@@ -161,7 +154,7 @@ TEST(FileList, ModelAndListAgreeThroughAThousandRandomChanges)
         if (what < 3) {
             QStringList fresh;
             for (int i = upTo(20); i >= 0; --i)
-                fresh.append(QStringLiteral("f%1.pdf").arg((made++ * 7919) % 1009));
+                fresh.append(u"f%1.pdf"_s.arg((made++ * 7919) % 1009));
             for (const QString& name : fresh)
                 if (!names.contains(name)) names.append(name);
             files.append(itemsNamed(fresh));

@@ -2,7 +2,6 @@
 
 #include "filelist/FileListSupport.h"
 #include "platform/store/AtomicFile.h"
-#include "support/Tools.h"
 
 #include <QDir>
 #include <filesystem>
@@ -47,7 +46,7 @@ TEST_F(WalkedFolder, TakesAllowedTypesInOrderFilesBeforeSubfolders)
     for (const char* name : {"b10.pdf", "B9.PDF", "a.TIFF", "c.Pdf", "notes.txt", "pdf", "sub 10/z.gif",
                              "sub 2/y.jpeg", "sub 2/deep/x.png", "Sub 2.d/w.bmp", "empty/"})
         if (!QByteArray(name).endsWith('/')) make(name);
-    QDir().mkpath(scratch_.path(QStringLiteral("folder.pdf")));
+    QDir().mkpath(scratch_.path(u"folder.pdf"_s));
     EXPECT_EQ(found(false), (Paths{"a.TIFF", "B9.PDF", "b10.pdf"}));
     EXPECT_EQ(found(), (Paths{"a.TIFF", "B9.PDF", "b10.pdf", "sub 2/y.jpeg", "sub 2/deep/x.png",
                               "Sub 2.d/w.bmp", "sub 10/z.gif"}));
@@ -73,7 +72,7 @@ TEST_F(WalkedFolder, NamesOfAnyBytesAreFound)
 TEST_F(WalkedFolder, LinksToFoldersAreNotFollowedLinksToFilesAreTaken)
 {
     const Scratch elsewhere;
-    elsewhere.write(QStringLiteral("other.pdf"), "x");
+    elsewhere.write(u"other.pdf"_s, "x");
     make("sub/a.pdf");
     ASSERT_EQ(::symlink("..", at("sub/loop").constData()), 0);
     ASSERT_EQ(::symlink(nativePath(elsewhere.path()).constData(), at("away.pdf").constData()), 0);
@@ -109,8 +108,8 @@ TEST_F(WalkedFolder, EndsWhenToldAndFindsNothingInNothing)
     EXPECT_EQ(found(true, 7).size(), 7);
     EXPECT_EQ(found().size(), 20);
     FolderWalk walk([](const FilePath&) { ADD_FAILURE(); }, [] { return true; });
-    walk.walk(asPath(scratch_.path(QStringLiteral("gone"))), true);
-    walk.walk(asPath(scratch_.path(QStringLiteral("d0/f0.pdf"))), true);
+    walk.walk(asPath(scratch_.path(u"gone"_s)), true);
+    walk.walk(asPath(scratch_.path(u"d0/f0.pdf"_s)), true);
 }
 
 } // namespace

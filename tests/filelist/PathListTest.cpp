@@ -2,7 +2,6 @@
 
 #include "filelist/AllowedFileTypes.h"
 #include "filelist/FileListSupport.h"
-#include "support/Tools.h"
 
 #include <QDir>
 
@@ -46,16 +45,16 @@ TEST(PathList, KeepsLinesOfAnAllowedType)
     const Scratch scratch;
     for (const auto& [text, paths] : cases) {
         PathListParser parser(allTypes());
-        EXPECT_TRUE(parser.parseFile(asPath(scratch.write(QStringLiteral("list.txt"), text))));
+        EXPECT_TRUE(parser.parseFile(asPath(scratch.write(u"list.txt"_s, text))));
         EXPECT_EQ(pathsOf(parser.files()), paths) << text.toStdString();
-        EXPECT_EQ(parser.totalFilesFound(), QStringLiteral("Total Files Found : %1").arg(paths.size()));
+        EXPECT_EQ(parser.totalFilesFound(), u"Total Files Found : %1"_s.arg(paths.size()));
     }
 }
 
 TEST(PathList, OnlyTypesSpeltInCapitalsMatch)
 {
-    PathListParser parser(QStringLiteral("pdf,TIF"));
-    parser.parseText(QStringLiteral("/a.pdf\n/a.tif\n/a.Tif"));
+    PathListParser parser(u"pdf,TIF"_s);
+    parser.parseText(u"/a.pdf\n/a.tif\n/a.Tif"_s);
     EXPECT_EQ(pathsOf(parser.files()), (QList<QByteArray>{"/a.tif", "/a.Tif"}));
     parser.parseText(std::nullopt);
     EXPECT_TRUE(parser.files().isEmpty()) << "each text begins anew";
@@ -65,11 +64,11 @@ TEST(PathList, AFileThatCannotBeReadIsNoText)
 {
     const Scratch scratch;
     PathListParser parser(allTypes());
-    parser.parseText(QStringLiteral("/a.pdf"));
-    EXPECT_FALSE(parser.parseFile(asPath(scratch.path(QStringLiteral("gone.txt")))));
+    parser.parseText(u"/a.pdf"_s);
+    EXPECT_FALSE(parser.parseFile(asPath(scratch.path(u"gone.txt"_s))));
     EXPECT_TRUE(parser.files().isEmpty());
     EXPECT_FALSE(parser.parseFile(asPath(scratch.path())));
-    const QString huge = scratch.write(QStringLiteral("huge.txt"), "/a.pdf\n");
+    const QString huge = scratch.write(u"huge.txt"_s, "/a.pdf\n");
     ASSERT_TRUE(QFile::resize(huge, 3LL << 30));
     EXPECT_FALSE(parser.parseFile(asPath(huge)));
 }

@@ -4,28 +4,25 @@
 
 #include <QRegularExpression>
 #include <QSet>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
 
 QString manual()
 {
-    return qEnvironmentVariable("QUILLFERN_BIN_DIR") +
-           QStringLiteral("/../share/quillfern/MACQuillfern1.pdf");
+    return qEnvironmentVariable("QUILLFERN_BIN_DIR") + u"/../share/quillfern/MACQuillfern1.pdf"_s;
 }
 
 QString wholeText()
 {
-    const ToolResult result =
-        runTool(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), manual(), QStringLiteral("-")});
+    const ToolResult result = runTool("pdftotext -layout", {manual(), u"-"_s});
     EXPECT_EQ(result.exitCode, 0) << result.err.constData();
     return QString::fromUtf8(result.out);
 }
 
 QSet<QString> optionsIn(const QString& text)
 {
-    static const QRegularExpression option(QStringLiteral("--[a-z][a-z-]+"));
+    static const QRegularExpression option(u"--[a-z][a-z-]+"_s);
     QSet<QString> found;
     for (auto match = option.globalMatch(text); match.hasNext();)
         found.insert(match.next().captured());
@@ -36,8 +33,8 @@ QSet<QString> optionsIn(const QString& text)
 QStringList headings(const QString& level)
 {
     const QString source = QString::fromUtf8(
-        readFile(qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/docs/help/manual.html")));
-    const QRegularExpression heading(QStringLiteral("<%1[^>]*>([^<]+)</%1>").arg(level));
+        readFile(qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + u"/docs/help/manual.html"_s));
+    const QRegularExpression heading(u"<%1[^>]*>([^<]+)</%1>"_s.arg(level));
     QStringList found;
     for (auto match = heading.globalMatch(source); match.hasNext();)
         found << match.next().captured(1);
@@ -52,15 +49,13 @@ TEST(Manual, IsADocumentOfADozenPagesThatOthersAccept)
 
 TEST(Manual, HasEveryChapterAmongItsBookmarksAndOnItsPages)
 {
-    const ToolResult json =
-        runTool(QStringLiteral("qpdf"),
-                {QStringLiteral("--json=1"), QStringLiteral("--json-key=outlines"), manual()});
+    const ToolResult json = runTool("qpdf --json=1 --json-key=outlines", {manual()});
     ASSERT_EQ(json.exitCode, 0) << json.err.constData();
     const QString outline = QString::fromUtf8(json.out);
     const QString text = wholeText();
-    const QStringList chapters = headings(QStringLiteral("h1"));
+    const QStringList chapters = headings(u"h1"_s);
     ASSERT_GE(chapters.size(), 10);
-    for (const QString& title : chapters + headings(QStringLiteral("h2"))) {
+    for (const QString& title : chapters + headings(u"h2"_s)) {
         EXPECT_TRUE(outline.contains(title)) << qPrintable(title);
         EXPECT_TRUE(text.contains(title)) << qPrintable(title);
     }
@@ -68,22 +63,19 @@ TEST(Manual, HasEveryChapterAmongItsBookmarksAndOnItsPages)
 
 TEST(Manual, CarriesItsFonts)
 {
-    const ToolResult fonts = runTool(QStringLiteral("pdffonts"), {manual()});
+    const ToolResult fonts = runTool("pdffonts", {manual()});
     ASSERT_EQ(fonts.exitCode, 0);
-    const QStringList lines =
-        QString::fromUtf8(fonts.out).split(QLatin1Char('\n'), Qt::SkipEmptyParts).mid(2);
+    const QStringList lines = QString::fromUtf8(fonts.out).split(u'\n', Qt::SkipEmptyParts).mid(2);
     ASSERT_FALSE(lines.isEmpty());
-    static const QRegularExpression embedded(
-        QStringLiteral("\\s(yes|no)\\s+(yes|no)\\s+(yes|no)\\s+\\d+\\s+\\d+$"));
+    static const QRegularExpression embedded(u"\\s(yes|no)\\s+(yes|no)\\s+(yes|no)\\s+\\d+\\s+\\d+$"_s);
     for (const QString& line : lines)
-        EXPECT_EQ(embedded.match(line).captured(1), QStringLiteral("yes")) << qPrintable(line);
+        EXPECT_EQ(embedded.match(line).captured(1), u"yes"_s) << qPrintable(line);
 }
 
 TEST(Manual, NamesOnlyOptionsThatTheRunnerHas)
 {
     const ToolResult help =
-        runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
-                {QStringLiteral("--help")});
+        runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + u"/quillfern-run"_s, {u"--help"_s});
     const QSet<QString> named = optionsIn(wholeText());
     ASSERT_GE(named.size(), 20);
     EXPECT_EQ(named - optionsIn(QString::fromUtf8(help.out)), QSet<QString>());

@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QProcess>
 #include <csignal>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -20,21 +19,13 @@ class HardTimes : public testing::Test
     {
         ASSERT_TRUE(QDir().mkpath(out()));
         environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), scratch.path(QStringLiteral("data")));
+        environment.insert(u"XDG_DATA_HOME"_s, scratch.path(u"data"_s));
     }
-    QString out(const char* name = "") const
-    {
-        return scratch.path(QStringLiteral("out/") + QString::fromUtf8(name));
-    }
-    static QString program()
-    {
-        return qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run");
-    }
+    QString out(const char* name = "") const { return scratch.path(u"out/"_s + QString::fromUtf8(name)); }
+    static QString program() { return qEnvironmentVariable("QUILLFERN_BIN_DIR") + u"/quillfern-run"_s; }
     QStringList jobOf(const QStringList& inputs) const
     {
-        return QStringList{QStringLiteral("--output"), out(), QStringLiteral("--text"),
-                           QStringLiteral("{0}")} +
-               inputs;
+        return QStringList{u"--output"_s, out(), u"--text"_s, u"{0}"_s} + inputs;
     }
     /// Fails the test when the program does not end by itself, or by a crash.
     ToolResult run(const QStringList& arguments, const QString& command = program()) const
@@ -58,40 +49,38 @@ class HardTimes : public testing::Test
 
 TEST_F(HardTimes, WithoutAnyFontATextStampFailsWithAWord)
 {
-    ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("fonts"))));
-    environment.insert(
-        QStringLiteral("FONTCONFIG_FILE"),
-        scratch.write(QStringLiteral("fonts.conf"), "<?xml version=\"1.0\"?><fontconfig><dir>" +
-                                                        scratch.path(QStringLiteral("fonts")).toUtf8() +
-                                                        "</dir></fontconfig>"));
+    ASSERT_TRUE(QDir().mkpath(scratch.path(u"fonts"_s)));
+    environment.insert(u"FONTCONFIG_FILE"_s,
+                       scratch.write(u"fonts.conf"_s, "<?xml version=\"1.0\"?><fontconfig><dir>" +
+                                                          scratch.path(u"fonts"_s).toUtf8() +
+                                                          "</dir></fontconfig>"));
     QImage picture(40, 30, QImage::Format_RGB32);
     picture.fill(Qt::red);
-    const QString png = scratch.path(QStringLiteral("page.png"));
+    const QString png = scratch.path(u"page.png"_s);
     ASSERT_TRUE(picture.save(png));
-    const QString pdf = scratch.write(QStringLiteral("a.pdf"), numberedPdf(2));
+    const QString pdf = scratch.write(u"a.pdf"_s, numberedPdf(2));
 
     ToolResult result = run(jobOf({pdf, png}));
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out.count("No font is installed"), 2) << result.out.constData();
     EXPECT_TRUE(copies().isEmpty());
-    result = run(
-        {QStringLiteral("--text"), QStringLiteral("{0}"), QStringLiteral("--preview"), out("p.png"), pdf});
+    result = run({u"--text"_s, u"{0}"_s, u"--preview"_s, out("p.png"), pdf});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.err.contains("No font is installed")) << result.err.constData();
 
-    result = run({QStringLiteral("--output"), out(), QStringLiteral("--image"), png, pdf});
+    result = run({u"--output"_s, out(), u"--image"_s, png, pdf});
     EXPECT_EQ(result.exitCode, 0) << "a picture needs no font: " << result.out.constData();
-    EXPECT_EQ(copies(), QStringList{QStringLiteral("a.pdf")});
+    EXPECT_EQ(copies(), QStringList{u"a.pdf"_s});
 }
 
 TEST_F(HardTimes, ASecondSignalGivesUpTheFileInWork)
 {
-    const QString large = scratch.write(QStringLiteral("large.pdf"), numberedPdf(40'000));
+    const QString large = scratch.write(u"large.pdf"_s, numberedPdf(40'000));
     for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
         QProcess process;
         process.setProcessEnvironment(environment);
         // Reading, stamping and writing all objects of these pages takes seconds.
-        process.start(program(), jobOf({large}) << QStringLiteral("--rewrite"));
+        process.start(program(), jobOf({large}) << u"--rewrite"_s);
         ASSERT_TRUE(process.waitForStarted());
         process.waitForFinished(1500);
         ::kill(static_cast<pid_t>(process.processId()), signal);
@@ -111,32 +100,30 @@ TEST_F(HardTimes, ASecondSignalGivesUpTheFileInWork)
 
 TEST_F(HardTimes, WithLittleMemoryTheRunnerStillEndsWithAWord)
 {
-    QStringList inputs = {scratch.write(QStringLiteral("a.pdf"), numberedPdf(300))};
+    QStringList inputs = {scratch.write(u"a.pdf"_s, numberedPdf(300))};
     for (int i = 0; i < 4; ++i) {
         QImage picture(1500, 1000, QImage::Format_RGB32);
         picture.fill(QColor(i * 50, 80, 90));
-        inputs.append(scratch.path(QStringLiteral("p%1.png").arg(i)));
+        inputs.append(scratch.path(u"p%1.png"_s.arg(i)));
         ASSERT_TRUE(picture.save(inputs.constLast()));
     }
     // With a cache of its own: fontconfig may keep what it could not read for want of memory.
-    environment.insert(QStringLiteral("FONTCONFIG_FILE"),
-                       scratch.write(QStringLiteral("fonts.conf"),
-                                     "<?xml version=\"1.0\"?><fontconfig>"
-                                     "<dir>/usr/share/fonts/truetype/liberation</dir><cachedir>" +
-                                         scratch.path(QStringLiteral("cache")).toUtf8() +
-                                         "</cachedir></fontconfig>"));
+    environment.insert(
+        u"FONTCONFIG_FILE"_s,
+        scratch.write(u"fonts.conf"_s, "<?xml version=\"1.0\"?><fontconfig>"
+                                       "<dir>/usr/share/fonts/truetype/liberation</dir><cachedir>" +
+                                           scratch.path(u"cache"_s).toUtf8() + "</cachedir></fontconfig>"));
     // In KiB of address space: from what the program can hardly start in to what the job may just need.
     for (int limit = 110'000; limit <= 240'000; limit += 5'000) {
         const ToolResult result =
-            run(QStringList{QStringLiteral("-c"), QStringLiteral("ulimit -v %1; exec \"$@\"").arg(limit),
-                            QStringLiteral("sh"), program()} +
+            run(QStringList{u"-c"_s, u"ulimit -v %1; exec \"$@\""_s.arg(limit), u"sh"_s, program()} +
                     jobOf(inputs),
-                QStringLiteral("/bin/sh"));
+                u"/bin/sh"_s);
         EXPECT_TRUE(result.exitCode != 0 || copies().size() == 5) << limit;
         EXPECT_FALSE(result.exitCode != 0 && result.err.isEmpty() && result.out.isEmpty()) << limit;
         for (const QString& copy : copies()) {
             EXPECT_FALSE(copy.startsWith(u'.')) << limit;
-            if (copy.endsWith(QLatin1String("pdf"))) {
+            if (copy.endsWith("pdf"_L1)) {
                 EXPECT_TRUE(qpdfAccepts(out() + copy)) << limit;
             }
         }
@@ -145,10 +132,10 @@ TEST_F(HardTimes, WithLittleMemoryTheRunnerStillEndsWithAWord)
 
 TEST_F(HardTimes, NamesCannotWriteToTheTerminal)
 {
-    const QString odd = QStringLiteral("a\nb\t\x1b[31mc.pdf");
-    const QString junk = QStringLiteral("junk\x1b]0;x\x07.pdf");
+    const QString odd = u"a\nb\t\x1b[31mc.pdf"_s;
+    const QString junk = u"junk\x1b]0;x\x07.pdf"_s;
     const ToolResult result = run(jobOf({scratch.write(odd, numberedPdf(1)), scratch.write(junk, "junk"),
-                                         scratch.write(QStringLiteral("two/") + odd, numberedPdf(1))}));
+                                         scratch.write(u"two/"_s + odd, numberedPdf(1))}));
     EXPECT_EQ(result.exitCode, 1);
     for (QByteArray stream : {result.out, result.err}) {
         stream.replace('\n', QByteArray());
@@ -161,27 +148,25 @@ TEST_F(HardTimes, NamesCannotWriteToTheTerminal)
     EXPECT_TRUE(result.err.contains("junk\\x1b]0;x\\x07.pdf: This is not a PDF document: "))
         << "the log has the library's words as well: " << result.err.constData();
 
-    const ToolResult wrong = run(jobOf({scratch.path(QStringLiteral("no\nsuch.pdf"))}));
+    const ToolResult wrong = run(jobOf({scratch.path(u"no\nsuch.pdf"_s)}));
     EXPECT_EQ(wrong.exitCode, 2);
     EXPECT_TRUE(wrong.err.contains("no\\nsuch.pdf")) << wrong.err.constData();
 }
 
 TEST_F(HardTimes, APreviewThatDoesNotShowTheFileIsAFailure)
 {
-    const QStringList stamp = {QStringLiteral("--text"), QStringLiteral("{0}"), QStringLiteral("--preview"),
-                               out("p.png")};
-    EXPECT_EQ(run(stamp + QStringList{scratch.write(QStringLiteral("good.pdf"), numberedPdf(1))}).exitCode,
-              0);
-    const ToolResult result = run(stamp + QStringList{scratch.write(QStringLiteral("bad.pdf"), "junk")});
+    const QStringList stamp = {u"--text"_s, u"{0}"_s, u"--preview"_s, out("p.png")};
+    EXPECT_EQ(run(stamp + QStringList{scratch.write(u"good.pdf"_s, numberedPdf(1))}).exitCode, 0);
+    const ToolResult result = run(stamp + QStringList{scratch.write(u"bad.pdf"_s, "junk")});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.err.contains("bad.pdf cannot be shown")) << result.err.constData();
 }
 
 TEST_F(HardTimes, ALogThatCannotBeWrittenIsAFailure)
 {
-    environment.insert(QStringLiteral("XDG_DATA_HOME"), QStringLiteral("/proc"));
-    const ToolResult result = run(QStringList{QStringLiteral("--quiet")} +
-                                  jobOf({scratch.write(QStringLiteral("good.pdf"), numberedPdf(1))}));
+    environment.insert(u"XDG_DATA_HOME"_s, u"/proc"_s);
+    const ToolResult result =
+        run(QStringList{u"--quiet"_s} + jobOf({scratch.write(u"good.pdf"_s, numberedPdf(1))}));
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.err.contains("The log could not be written")) << result.err.constData();
     EXPECT_EQ(copies().size(), 1) << "the copy is there all the same";

@@ -8,7 +8,6 @@
 #include "support/Tools.h"
 
 #include <QDir>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -18,21 +17,19 @@ class MixedJob : public testing::Test
   protected:
     void SetUp() override
     {
-        ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("out"))));
-        qputenv("XDG_DATA_HOME", scratch.path(QStringLiteral("data")).toUtf8());
+        ASSERT_TRUE(QDir().mkpath(scratch.path(u"out"_s)));
+        qputenv("XDG_DATA_HOME", scratch.path(u"data"_s).toUtf8());
         QImage picture(80, 40, QImage::Format_ARGB32);
         picture.fill(QColor(200, 30, 30));
-        ASSERT_TRUE(picture.save(scratch.path(QStringLiteral("opaque.png"))));
+        ASSERT_TRUE(picture.save(scratch.path(u"opaque.png"_s)));
         picture.fill(QColor(200, 30, 30, 90));
-        ASSERT_TRUE(picture.save(scratch.path(QStringLiteral("clear.png"))));
-        ASSERT_TRUE(
-            picture.convertToFormat(QImage::Format_RGB32).save(scratch.path(QStringLiteral("photo.jpg"))));
+        ASSERT_TRUE(picture.save(scratch.path(u"clear.png"_s)));
+        ASSERT_TRUE(picture.convertToFormat(QImage::Format_RGB32).save(scratch.path(u"photo.jpg"_s)));
     }
     ToolResult run(const QStringList& arguments) const
     {
-        return runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
-                       arguments +
-                           QStringList{QStringLiteral("--output"), scratch.path(QStringLiteral("out"))});
+        return runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + u"/quillfern-run"_s,
+                       arguments + QStringList{u"--output"_s, scratch.path(u"out"_s)});
     }
     QString at(const char* name) const { return scratch.path(QString::fromLatin1(name)); }
 
@@ -40,7 +37,7 @@ class MixedJob : public testing::Test
     QStringList imagesOf(const char* pdf) const
     {
         QStringList images;
-        const QByteArray list = runTool(QStringLiteral("pdfimages"), {QStringLiteral("-list"), at(pdf)}).out;
+        const QByteArray list = runTool("pdfimages -list", {at(pdf)}).out;
         QStringList lines = QString::fromLatin1(list).split(u'\n', Qt::SkipEmptyParts).mid(2);
         for (const QString& line : lines) {
             const QStringList fields = line.simplified().split(u' ');
@@ -55,18 +52,18 @@ class MixedJob : public testing::Test
 
 TEST_F(MixedJob, NumbersContinueThroughFilesOfAllKinds)
 {
-    scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(2));
+    scratch.write(u"in/a.pdf"_s, numberedPdf(2));
     QImage page(200, 120, QImage::Format_RGBA8888);
     page.fill(Qt::white);
     ASSERT_TRUE(page.save(at("in/b.png")));
     TiffBuilder(at("in/c.tif")).page(page, {.compression = 5}).page(page, {.compression = 5});
-    scratch.write(QStringLiteral("in/d.pdf"), numberedPdf(1));
+    scratch.write(u"in/d.pdf"_s, numberedPdf(1));
     const ToolResult result =
         run(words("--continuous --text N{0}of{1} --image") + QStringList{at("opaque.png")} +
             words("--anchor TopRight") + QStringList{at("in")});
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
-    EXPECT_TRUE(pdfText(at("out/a.pdf"), 2).contains(QStringLiteral("N2of6")));
-    EXPECT_TRUE(pdfText(at("out/d.pdf"), 1).contains(QStringLiteral("N6of6")));
+    EXPECT_TRUE(pdfText(at("out/a.pdf"), 2).contains(u"N2of6"_s));
+    EXPECT_TRUE(pdfText(at("out/d.pdf"), 1).contains(u"N6of6"_s));
     for (const char* name : {"out/b.png", "out/c.tif"}) {
         for (const TiffPage& tiff : readTiff(at(name))) {
             EXPECT_NEAR(tiff.image.pixelColor(160, 20).red(), 200, 3);
@@ -78,17 +75,13 @@ TEST_F(MixedJob, NumbersContinueThroughFilesOfAllKinds)
 
 TEST_F(MixedJob, APictureIsOneObjectOfADocument)
 {
-    scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(3));
-    const struct
-    {
-        const char* picture;
-        QStringList images;
-    } cases[] = {{"opaque.png", {QStringLiteral("image image")}},
-                 {"clear.png", {QStringLiteral("image image"), QStringLiteral("smask image")}},
-                 {"photo.jpg", {QStringLiteral("image jpeg")}}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.picture);
-        ASSERT_EQ(run({QStringLiteral("--image"), at(c.picture), at("in/a.pdf")}).exitCode, 0);
+    scratch.write(u"in/a.pdf"_s, numberedPdf(3));
+    const Rows<const char*, QStringList> cases = {{"opaque.png", {u"image image"_s}},
+                                                  {"clear.png", {u"image image"_s, u"smask image"_s}},
+                                                  {"photo.jpg", {u"image jpeg"_s}}};
+    for (const auto& [picture, images] : cases) {
+        SCOPED_TRACE(picture);
+        ASSERT_EQ(run({u"--image"_s, at(picture), at("in/a.pdf")}).exitCode, 0);
         QStringList kinds;
         QStringList objects;
         for (const QString& image : imagesOf("out/a.pdf")) {
@@ -96,17 +89,15 @@ TEST_F(MixedJob, APictureIsOneObjectOfADocument)
             objects.append(image.section(u' ', 2));
         }
         objects.removeDuplicates();
-        EXPECT_EQ(kinds, c.images);
+        EXPECT_EQ(kinds, images);
         EXPECT_EQ(objects.size(), 1);
         EXPECT_TRUE(qpdfAccepts(at("out/a.pdf")));
         // Drawn by another program, the page has the picture at the middle of the bottom.
-        runTool(QStringLiteral("pdftoppm"),
-                {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-png"),
-                 QStringLiteral("-singlefile"), at("out/a.pdf"), at("shown")});
+        runTool("pdftoppm -r 72 -png -singlefile", {at("out/a.pdf"), at("shown")});
         const QImage shown(at("shown.png"));
         ASSERT_FALSE(shown.isNull());
         const QColor middle = shown.pixelColor(shown.width() / 2, shown.height() - 20);
-        const bool isClear = QByteArray(c.picture) == "clear.png";
+        const bool isClear = QByteArray(picture) == "clear.png";
         EXPECT_NEAR(middle.red(), isClear ? 236 : 200, 4);
         EXPECT_NEAR(middle.green(), isClear ? 176 : 30, 4);
     }
@@ -121,23 +112,16 @@ TEST_F(MixedJob, PictureOptions)
         const auto parsed = parseRunnerOptions(start + words(options), settings);
         return std::dynamic_pointer_cast<ImageStamp>(settings.number->stamps.at(0));
     };
-    const struct
-    {
-        const char* options;
-        int width;
-        int height;
-    } cases[] = {
-        {"", 80, 40},
-        {"--width 50", 50, 25},
-        {"--height 10", 20, 10},
-        {"--width 30 --height 7", 30, 7},
-        {"--height 7 --width 30", 30, 7},
-        {"--width 1", 1, 1},
-    };
-    for (const auto& c : cases) {
-        const auto stamp = stampOf(c.options);
-        EXPECT_EQ(stamp->stampImageWidth, c.width);
-        EXPECT_EQ(stamp->stampImageHeight, c.height);
+    const Rows<const char*, int, int> cases = {{"", 80, 40},
+                                               {"--width 50", 50, 25},
+                                               {"--height 10", 20, 10},
+                                               {"--width 30 --height 7", 30, 7},
+                                               {"--height 7 --width 30", 30, 7},
+                                               {"--width 1", 1, 1}};
+    for (const auto& [options, width, height] : cases) {
+        const auto stamp = stampOf(options);
+        EXPECT_EQ(stamp->stampImageWidth, width);
+        EXPECT_EQ(stamp->stampImageHeight, height);
     }
     const auto stamp = stampOf("--opacity 40 --rotation -15 --under --symmetric --anchor TopLeft");
     EXPECT_EQ(stamp->stampImageOpacity, 40);

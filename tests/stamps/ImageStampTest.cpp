@@ -2,10 +2,10 @@
 
 #include "platform/drawing/RasterCanvas.h"
 #include "platform/drawing/TextShaper.h"
+#include "support/Records.h"
 #include "support/Tools.h"
 
 #include <QPainter>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -117,7 +117,7 @@ TEST_F(ImageStampTest, SmallDrawingsOfLargePicturesAreAveraged)
     for (int y = 0; y < 1600; ++y)
         for (int x = 0; x < 1600; ++x)
             stripes.setPixelColor(x, y, x % 16 < 8 ? Qt::black : Qt::white);
-    const QString path = scratch.path(QStringLiteral("stripes.png"));
+    const QString path = scratch.path(u"stripes.png"_s);
     ASSERT_TRUE(stripes.save(path));
     ImageStamp stamp;
     stamp.loadPicture(asPath(path));
@@ -134,8 +134,8 @@ TEST_F(ImageStampTest, PicturesOfAllKindsComeBackFromTheirRecord)
         ImageStamp stamp;
         stamp.loadPicture(asPath(picture(name)));
         // The bytes are a TIFF that other programs can read, whatever the format of the file was.
-        const QString tiff = scratch.write(QStringLiteral("kept.tif"), *stamp.stampImage());
-        const ToolResult info = runTool(QStringLiteral("tiffinfo"), {QStringLiteral("-D"), tiff});
+        const QString tiff = scratch.write(u"kept.tif"_s, *stamp.stampImage());
+        const ToolResult info = runTool("tiffinfo -D", {tiff});
         EXPECT_EQ(info.exitCode, 0);
         EXPECT_TRUE(info.out.contains("Image Width: 40 Image Length: 20")) << info.out.toStdString();
         EXPECT_TRUE(info.err.isEmpty()) << info.err.toStdString();
@@ -164,24 +164,16 @@ TEST_F(ImageStampTest, AJpegIsKeptAsItIs)
 
 TEST_F(ImageStampTest, RecordKeysStandInOrderAndEndAtTheFirstAbsentValue)
 {
-    const auto keysOf = [](const ImageStamp& stamp) {
-        QStringList keys;
-        const auto record = stamp.getData();
-        for (const auto& entry : record->entries())
-            keys.append(entry.first);
-        return keys.join(u' ');
-    };
+    const QString first = u"stampImageRotation stampImageOpacity stampImageHeight stampImageWidth"_s;
+    const auto keys = [](const ImageStamp& stamp) { return keysOf(*stamp.getData()).join(u' '); };
     ImageStamp stamp;
-    EXPECT_EQ(
-        keysOf(stamp).toStdString(),
-        "stampImageRotation stampImageOpacity stampImageHeight stampImageWidth stampImage stampImagePath "
-        "isSymmetry isDrawUnderPDFContent marginAnchor label isSelected");
+    EXPECT_EQ(keys(stamp), first +
+                               u" stampImage stampImagePath isSymmetry isDrawUnderPDFContent marginAnchor "
+                               "label isSelected"_s);
     stamp.stampImagePath.reset();
-    EXPECT_EQ(keysOf(stamp).toStdString(),
-              "stampImageRotation stampImageOpacity stampImageHeight stampImageWidth stampImage");
+    EXPECT_EQ(keys(stamp), first + u" stampImage"_s);
     stamp.setStampImage(std::nullopt);
-    EXPECT_EQ(keysOf(stamp).toStdString(),
-              "stampImageRotation stampImageOpacity stampImageHeight stampImageWidth");
+    EXPECT_EQ(keys(stamp), first);
 }
 
 TEST_F(ImageStampTest, BytesThatAreNoPictureLoadAndDrawNothing)
@@ -194,14 +186,14 @@ TEST_F(ImageStampTest, BytesThatAreNoPictureLoadAndDrawNothing)
     for (const QByteArray& bytes : {QByteArray("no picture"), QByteArray("II*\0\x08\0\0\0", 8), damaged,
                                     good.stampImage()->left(good.stampImage()->size() - 60)}) {
         store::Record record = *good.getData();
-        record.set(QStringLiteral("stampImage"), bytes);
-        record.set(QStringLiteral("label"), QStringLiteral("seal"));
+        record.set(u"stampImage"_s, bytes);
+        record.set(u"label"_s, u"seal"_s);
         ImageStamp stamp;
         stamp.loadPicture(asPath(picture("a.png")));
         stamp.setData(&record);
         EXPECT_FALSE(stamp.cacheImage());
         EXPECT_EQ(stamp.stampImage(), bytes);
-        EXPECT_EQ(stamp.label(), QStringLiteral("seal"));
+        EXPECT_EQ(stamp.label(), u"seal"_s);
         EXPECT_TRUE(drawsNothing(stamp));
     }
     ImageStamp forgetful;

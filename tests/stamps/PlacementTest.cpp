@@ -1,29 +1,19 @@
 #include "stamps/Placement.h"
 
 #include "stamps/StampRun.h"
+#include "support/Cases.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
-
-struct PlaceCase
-{
-    const char* what;
-    QSizeF size;
-    int angle;
-    QRectF area;
-    MarginAnchor anchor;
-    QPointF expected; // corner 0, relative to the area
-};
 
 TEST(Placement, PutsCornerZero)
 {
     const QRectF page(0, 0, 600, 800);
     const QRectF inset(36, 36, 540, 720);
     const QSizeF text(100, 20);
-    const std::vector<PlaceCase> cases = {
+    const Rows<const char*, QSizeF, int, QRectF, MarginAnchor, QPointF> cases = {
         {"top left", text, 0, page, MarginAnchor::TopLeft, {0, 0}},
         {"top middle", text, 0, page, MarginAnchor::TopMiddle, {250, 0}},
         {"top right", text, 0, page, MarginAnchor::TopRight, {500, 0}},
@@ -35,7 +25,7 @@ TEST(Placement, PutsCornerZero)
         {"bottom right", text, 0, page, MarginAnchor::BottomRight, {500, 780}},
         {"the margin is taken out of the far edge", text, 0, inset, MarginAnchor::TopRight, {440, 0}},
         {"and of the lower one", text, 0, inset, MarginAnchor::BottomRight, {440, 700}},
-        {"a stamp narrower than the near margin, too",
+        {"narrower than the near margin, too",
          {10, 8},
          0,
          {100, 36, 440, 720},
@@ -44,18 +34,13 @@ TEST(Placement, PutsCornerZero)
         {"middles are relative to the area", text, 0, inset, MarginAnchor::MiddleMiddle, {220, 350}},
         {"no anchor ends up at the top left", text, 0, page, MarginAnchor::None, {0, 0}},
         {"an unknown anchor counts as none", text, 0, page, MarginAnchor{12}, {0, 0}},
-        {"fractions of a point are not taken out",
-         {100, 20},
-         0,
-         {0.75, 0, 600, 800},
-         MarginAnchor::TopRight,
-         {500.75, 0}},
+        {"fractions of a point stay", text, 0, {0.75, 0, 600, 800}, MarginAnchor::TopRight, {500.75, 0}},
         {"an empty area gives the origin", text, 45, {0, 0, 0, 0}, MarginAnchor::BottomRight, {0, 0}},
     };
-    for (const PlaceCase& c : cases) {
-        const QPointF corner = getTransformedPoint(c.size, c.angle, c.area, c.anchor, 0);
-        EXPECT_NEAR(corner.x(), c.expected.x(), 1e-4) << c.what;
-        EXPECT_NEAR(corner.y(), c.expected.y(), 1e-4) << c.what;
+    for (const auto& [what, size, angle, area, anchor, expected] : cases) {
+        const QPointF corner = getTransformedPoint(size, angle, area, anchor, 0);
+        EXPECT_NEAR(corner.x(), expected.x(), 1e-4) << what;
+        EXPECT_NEAR(corner.y(), expected.y(), 1e-4) << what;
     }
 }
 

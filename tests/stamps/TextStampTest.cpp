@@ -3,20 +3,13 @@
 #include "platform/drawing/RasterCanvas.h"
 #include "platform/drawing/TextShaper.h"
 #include "stamps/PageCompositor.h"
+#include "support/Cases.h"
+#include "support/Records.h"
 
 #include <QPainter>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
-
-QStringList keysOf(const store::Record& record)
-{
-    QStringList keys;
-    for (const auto& [key, value] : record.entries())
-        keys.append(key);
-    return keys;
-}
 
 TEST(TextStampRecord, HasItsKeysInOrderAndGoesRound)
 {
@@ -25,18 +18,16 @@ TEST(TextStampRecord, HasItsKeysInOrderAndGoesRound)
     stamp.textOpacity = (std::int64_t{1} << 33) + 5;
     stamp.outlineColor = QColor(1, 2, 3, 4);
     stamp.font.fontSize = 10.5;
-    stamp.setLabel(QStringLiteral("a label"));
+    stamp.setLabel(u"a label"_s);
     stamp.setMarginAnchor(MarginAnchor::BottomRight);
     const auto record = stamp.getData();
     ASSERT_TRUE(record);
-    EXPECT_EQ(
-        keysOf(*record).join(u',').toStdString(),
-        "textRotation,outlineOpacity,textOpacity,numberType,paddingLength,paddingCharacter,numberFormat,"
-        "underlineStyle,isEmbedFont,isUnderline,isItalic,isBold,outlineColor,outlineWidth,font,isSymmetry,"
-        "isDrawUnderPDFContent,marginAnchor,label,isSelected");
-    EXPECT_EQ(keysOf(*record->record(QStringLiteral("font"))).join(u',').toStdString(),
-              "fontColor,isStandard,fontSize,fontID,fontName");
-    EXPECT_EQ(*record->bytes(QStringLiteral("outlineColor")), QByteArray("#04010203"));
+    EXPECT_EQ(keysOf(*record),
+              words("textRotation outlineOpacity textOpacity numberType paddingLength paddingCharacter "
+                    "numberFormat underlineStyle isEmbedFont isUnderline isItalic isBold outlineColor "
+                    "outlineWidth font isSymmetry isDrawUnderPDFContent marginAnchor label isSelected"));
+    EXPECT_EQ(keysOf(*record->record(u"font"_s)), words("fontColor isStandard fontSize fontID fontName"));
+    EXPECT_EQ(*record->bytes(u"outlineColor"_s), QByteArray("#04010203"));
     TextStamp copy;
     copy.setData(&*record);
     EXPECT_EQ(copy.textRotation, -45);
@@ -76,7 +67,7 @@ TEST(TextStampRecord, MissingKeysGiveNothingRatherThanDefaults)
     EXPECT_EQ(stamp.number.paddingLength, 0);
     EXPECT_EQ(stamp.font.fontSize, 12) << "the font is not touched without its own record";
     store::Record strange;
-    strange.set(QStringLiteral("outlineColor"), QByteArray("whatever"));
+    strange.set(u"outlineColor"_s, QByteArray("whatever"));
     stamp.setData(&strange);
     EXPECT_EQ(stamp.outlineColor, QColor(Qt::black));
 }
@@ -116,7 +107,7 @@ class Drawing : public testing::Test
     {
         auto stamp = std::make_shared<TextStamp>();
         stamp->number.numberFormat = text;
-        stamp->font.fontName = QStringLiteral("Liberation Sans");
+        stamp->font.fontName = u"Liberation Sans"_s;
         stamp->font.fontSize = 24;
         stamp->setMarginAnchor(anchor);
         stamps.push_back(stamp);
@@ -131,7 +122,7 @@ class Drawing : public testing::Test
 
 TEST_F(Drawing, OpacityOutlineAndLines)
 {
-    TextStamp& stamp = add(QStringLiteral("Hxg"), MarginAnchor::MiddleMiddle);
+    TextStamp& stamp = add(u"Hxg"_s, MarginAnchor::MiddleMiddle);
     const int plain = inkOf(drawn()).count;
     stamp.textOpacity = 0;
     EXPECT_EQ(inkOf(drawn()).count, 0);
@@ -157,7 +148,7 @@ TEST_F(Drawing, OpacityOutlineAndLines)
 
 TEST_F(Drawing, RotationTurnsCounterClockwise)
 {
-    TextStamp& stamp = add(QStringLiteral("|||||||||||||"), MarginAnchor::MiddleMiddle);
+    TextStamp& stamp = add(u"|||||||||||||"_s, MarginAnchor::MiddleMiddle);
     stamp.textRotation = 30;
     const QImage image = drawn();
     const Ink ink = inkOf(image);

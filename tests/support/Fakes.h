@@ -132,7 +132,7 @@ class MemoryDefaults final : public store::DefaultsStore
     {
         if (failures > 0) {
             --failures;
-            throw Failure(QStringLiteral("no space left"));
+            throw Failure(u"no space left"_s);
         }
         ++flushes;
     }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/system/FilePath.h"
+#include "support/Cases.h"
 
-#include <QStringList>
 #include <ostream>
 
 namespace quillfern {
@@ -26,12 +26,6 @@ namespace quillfern {
     for (const FilePath& path : paths)
         texts.append(path.text());
     return texts;
-}
-
-/// The words of a text.
-[[nodiscard]] inline QStringList words(const char* text)
-{
-    return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
 }
 
 /// Prints the path in messages of failed tests.

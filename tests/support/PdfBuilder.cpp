@@ -37,6 +37,16 @@ QByteArray PdfBuilder::build(const QByteArray& trailerEntries) const
            trailerEntries + ">>\nstartxref\n" + start + "\n%%EOF\n";
 }
 
+PdfBuilder onePage(const QByteArray& pageEntries, const QByteArray& treeEntries,
+                   const QByteArray& catalogueEntries)
+{
+    PdfBuilder pdf;
+    pdf.add("<</Type/Catalog/Pages 2 0 R" + catalogueEntries + ">>");
+    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]" + treeEntries + ">>");
+    pdf.add("<</Type/Page/Parent 2 0 R" + pageEntries + ">>");
+    return pdf;
+}
+
 QByteArray simplePdf(const QList<TestPage>& pages, const QByteArray& catalogueEntries)
 {
     PdfBuilder pdf;

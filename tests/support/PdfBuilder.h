@@ -24,6 +24,10 @@ class PdfBuilder
     QList<QByteArray> bodies_;
 };
 
+/// The beginning of a document with one page: its catalogue is object 1, its page tree 2, the page 3.
+PdfBuilder onePage(const QByteArray& pageEntries, const QByteArray& treeEntries = {},
+                   const QByteArray& catalogueEntries = {});
+
 /// One page of simplePdf.
 struct TestPage
 {

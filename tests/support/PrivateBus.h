@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Cases.h"
+
 #include <QDBusConnection>
 #include <QProcess>
 #include <QStringList>

@@ -3,10 +3,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QImage>
 #include <QProcess>
 #include <QXmlStreamReader>
 #include <filesystem>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 
@@ -23,6 +23,12 @@ ToolResult runTool(const QString& program, const QStringList& arguments, const Q
     process.waitForFinished(300'000);
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
             process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+ToolResult runTool(const char* command, const QStringList& furtherArguments)
+{
+    const QStringList parts = words(command);
+    return runTool(parts.first(), parts.mid(1) + furtherArguments);
 }
 
 Scratch::Scratch()
@@ -52,6 +58,15 @@ QString Scratch::write(const QString& name, const QByteArray& bytes) const
     return whole;
 }
 
+QString Scratch::writePicture(const QString& name, const QSize& size, const QColor& colour) const
+{
+    QImage image(size, colour.alpha() < 255 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    image.fill(colour);
+    const QString whole = write(name, {});
+    EXPECT_TRUE(image.save(whole)) << whole.toStdString();
+    return whole;
+}
+
 QByteArray readFile(const QString& path)
 {
     QFile file(path);
@@ -61,7 +76,7 @@ QByteArray readFile(const QString& path)
 
 qint64 bytesRead()
 {
-    QFile io(QStringLiteral("/proc/self/io"));
+    QFile io(u"/proc/self/io"_s);
     EXPECT_TRUE(io.open(QIODevice::ReadOnly));
     for (const QByteArray& line : io.readAll().split('\n'))
         if (line.startsWith("rchar: ")) return line.mid(7).toLongLong();
@@ -86,8 +101,7 @@ bool PdfTextPage::contains(const QString& text) const
 
 std::vector<PdfTextPage> pdfWords(const QString& path)
 {
-    const ToolResult result =
-        runTool(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), path, QStringLiteral("-")});
+    const ToolResult result = runTool("pdftotext -bbox", {path, u"-"_s});
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
     std::vector<PdfTextPage> pages;
     QXmlStreamReader xml(result.out);
@@ -96,9 +110,9 @@ std::vector<PdfTextPage> pdfWords(const QString& path)
     };
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement) continue;
-        if (xml.name() == QLatin1String("page")) {
+        if (xml.name() == "page"_L1) {
             pages.push_back({number("width"), number("height"), {}});
-        } else if (xml.name() == QLatin1String("word") && !pages.empty()) {
+        } else if (xml.name() == "word"_L1 && !pages.empty()) {
             const QRectF box(QPointF(number("xMin"), number("yMin")),
                              QPointF(number("xMax"), number("yMax")));
             pages.back().words.push_back({xml.readElementText(), box});
@@ -110,16 +124,14 @@ std::vector<PdfTextPage> pdfWords(const QString& path)
 QString pdfText(const QString& path, int page)
 {
     const QString number = QString::number(page);
-    const ToolResult result =
-        runTool(QStringLiteral("pdftotext"),
-                {QStringLiteral("-f"), number, QStringLiteral("-l"), number, path, QStringLiteral("-")});
+    const ToolResult result = runTool("pdftotext -f", {number, u"-l"_s, number, path, u"-"_s});
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
     return QString::fromUtf8(result.out).trimmed();
 }
 
 bool qpdfAccepts(const QString& path)
 {
-    const ToolResult result = runTool(QStringLiteral("qpdf"), {QStringLiteral("--check"), path});
+    const ToolResult result = runTool("qpdf --check", {path});
     if (result.exitCode != 0) ADD_FAILURE() << result.out.toStdString() << result.err.toStdString();
     return result.exitCode == 0;
 }

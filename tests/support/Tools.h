@@ -3,6 +3,7 @@
 #include "support/Paths.h"
 
 #include <QByteArray>
+#include <QColor>
 #include <QRectF>
 #include <QString>
 #include <QStringList>
@@ -21,6 +22,8 @@ struct ToolResult
 
 /// Runs a program that is installed on the machine; fails the test when it cannot be started.
 ToolResult runTool(const QString& program, const QStringList& arguments, const QByteArray& input = {});
+/// The same with a program and first arguments that are the words of a text.
+ToolResult runTool(const char* command, const QStringList& furtherArguments = {});
 
 /// A folder of the test's own, gone with the object.
 class Scratch
@@ -33,6 +36,8 @@ class Scratch
     [[nodiscard]] QString path(const QString& name = QString()) const;
     /// Writes a file and returns its path; folders on the way are made.
     QString write(const QString& name, const QByteArray& bytes) const;
+    /// Writes a picture of one colour in the format of its name and returns its path.
+    QString writePicture(const QString& name, const QSize& size, const QColor& colour = Qt::white) const;
 
   private:
     QTemporaryDir dir_;

@@ -3,7 +3,9 @@
 #include "platform/system/Failure.h"
 
 #include <QCryptographicHash>
+#include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace quillfern::pdf {
 
@@ -38,9 +40,19 @@ QPDFObjectHandle nameObject(const QByteArray& name)
 
 } // namespace
 
-EmbeddedFont::EmbeddedFont(NewObjects& objects, std::shared_ptr<const drawing::FontFace> face)
-    : objects_(objects), program_(std::move(face)), object_(objects.add(QPDFObjectHandle::newDictionary()))
+EmbeddedFont::EmbeddedFont(NewObjects& objects, SharedCodings& codings,
+                           std::shared_ptr<const drawing::FontFace> face)
+    : objects_(objects), codings_(codings), face_(std::move(face)), program_(face_),
+      object_(objects.add(QPDFObjectHandle::newDictionary()))
 {
+}
+
+bool EmbeddedFont::canSubset() const
+{
+    return codings_
+        .font("?" + drawing::FontFace::identityOf(face_->rawFont()),
+              [this] { return program_.subset({0}) ? std::optional(CodedFont()) : std::nullopt; })
+        ->has_value();
 }
 
 bool EmbeddedFont::use(std::uint32_t glyph, const QString& text)
@@ -93,28 +105,68 @@ QByteArray EmbeddedFont::toUnicodeMap() const
     return map + "endcmap\nCMapName currentdict /CMap defineresource pop\nend\nend\n";
 }
 
-QPDFObjectHandle EmbeddedFont::descriptor(const QByteArray& name, const FontProgram::Subset& subset)
+void EmbeddedFont::addFigures()
+{
+    const QString figures = QStringLiteral("0123456789");
+    const auto glyphs = face_->rawFont().glyphIndexesForString(figures);
+    const bool showsFigure = std::any_of(glyphs.begin(), glyphs.end(), [this](quint32 glyph) {
+        return glyph != 0 && glyphs_.contains(glyph);
+    });
+    if (!showsFigure || glyphs.size() != figures.size()) return;
+    for (qsizetype i = 0; i < glyphs.size(); ++i)
+        if (glyphs[i] != 0) (void)use(glyphs[i], figures.mid(i, 1));
+}
+
+QByteArray EmbeddedFont::key() const
+{
+    QByteArray key = drawing::FontFace::identityOf(face_->rawFont());
+    for (const auto& [glyph, text] : glyphs_)
+        key += QByteArray::number(glyph) + '=' + text.toUtf8() + '\0';
+    return key;
+}
+
+std::optional<CodedFont> EmbeddedFont::coded() const
+{
+    std::set<std::uint32_t> wanted{0};
+    for (const auto& [glyph, text] : glyphs_)
+        wanted.insert(glyph);
+    const auto subset = program_.subset(wanted);
+    if (!subset) return std::nullopt;
+    // One bit a code, the first in the highest bit.
+    QByteArray cidSet;
+    for (const std::uint32_t glyph : subset->glyphs) {
+        const unsigned cid = code(glyph);
+        if (cidSet.size() <= static_cast<qsizetype>(cid / 8)) cidSet.resize(cid / 8 + 1, '\0');
+        char& byte = cidSet[static_cast<qsizetype>(cid / 8)];
+        byte = static_cast<char>(static_cast<unsigned char>(byte) | 0x80U >> (cid % 8));
+    }
+    return CodedFont{deflatedBytes(subset->program).toStdString(),
+                     static_cast<std::size_t>(subset->program.size()), deflatedBytes(cidSet).toStdString(),
+                     deflatedBytes(toUnicodeMap()).toStdString()};
+}
+
+namespace {
+
+QPDFObjectHandle deflated()
+{
+    return QPDFObjectHandle::newDictionary({{"/Filter", QPDFObjectHandle::newName("/FlateDecode")}});
+}
+
+} // namespace
+
+QPDFObjectHandle EmbeddedFont::descriptor(const QByteArray& name, const CodedFont& font)
 {
     const FontMetrics& metrics = program_.metrics();
     QPDFObjectHandle box = QPDFObjectHandle::newArray();
     for (const double edge : metrics.boundingBox)
         box.appendItem(real(edge));
 
-    QPDFObjectHandle kind = QPDFObjectHandle::newDictionary();
+    QPDFObjectHandle kind = deflated();
     if (program_.isCff())
         kind.replaceKey("/Subtype", QPDFObjectHandle::newName("/CIDFontType0C"));
     else
-        kind.replaceKey("/Length1", QPDFObjectHandle::newInteger(subset.program.size()));
-    const QPDFObjectHandle file = objects_.addDeflated(subset.program, kind);
-
-    // One bit a code, the first in the highest bit; some archival profiles demand it.
-    QByteArray cidSet;
-    for (const std::uint32_t glyph : subset.glyphs) {
-        const unsigned cid = code(glyph);
-        if (cidSet.size() <= static_cast<qsizetype>(cid / 8)) cidSet.resize(cid / 8 + 1, '\0');
-        char& byte = cidSet[static_cast<qsizetype>(cid / 8)];
-        byte = static_cast<char>(static_cast<unsigned char>(byte) | 0x80U >> (cid % 8));
-    }
+        kind.replaceKey("/Length1", QPDFObjectHandle::newInteger(static_cast<long long>(font.programLength)));
+    const QPDFObjectHandle file = objects_.addStream(font.program, kind);
 
     constexpr int symbolic = 4;
     constexpr int italic = 64;
@@ -130,17 +182,15 @@ QPDFObjectHandle EmbeddedFont::descriptor(const QByteArray& name, const FontProg
          // The usual estimate of the stems' width from the weight class.
          {"/StemV", QPDFObjectHandle::newInteger(std::lround(50 + std::pow(metrics.weight / 65.0, 2)))},
          {program_.isCff() ? "/FontFile3" : "/FontFile2", file},
-         {"/CIDSet", objects_.addDeflated(cidSet)}});
+         {"/CIDSet", objects_.addStream(font.cidSet, deflated())}});
     return objects_.add(dictionary);
 }
 
 void EmbeddedFont::finish()
 {
-    std::set<std::uint32_t> wanted{0};
-    for (const auto& [glyph, text] : glyphs_)
-        wanted.insert(glyph);
-    const auto subset = program_.subset(wanted);
-    if (!subset) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "A font cannot be embedded."));
+    addFigures();
+    const auto font = codings_.font(key(), [this] { return coded(); });
+    if (!*font) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "A font cannot be embedded."));
 
     const QByteArray name = subsetTag(glyphs_) + '+' + program_.postScriptName();
     auto descendant = QPDFObjectHandle::newDictionary(
@@ -153,7 +203,7 @@ void EmbeddedFont::finish()
                                            {"/Supplement", QPDFObjectHandle::newInteger(0)}})},
          {"/DW", QPDFObjectHandle::newInteger(1000)},
          {"/W", widths()},
-         {"/FontDescriptor", descriptor(name, *subset)}});
+         {"/FontDescriptor", descriptor(name, **font)}});
     if (!program_.isCff()) descendant.replaceKey("/CIDToGIDMap", QPDFObjectHandle::newName("/Identity"));
 
     object_.replaceKey("/Type", QPDFObjectHandle::newName("/Font"));
@@ -163,7 +213,7 @@ void EmbeddedFont::finish()
     QPDFObjectHandle descendants = QPDFObjectHandle::newArray();
     descendants.appendItem(objects_.add(descendant));
     object_.replaceKey("/DescendantFonts", descendants);
-    object_.replaceKey("/ToUnicode", objects_.addDeflated(toUnicodeMap()));
+    object_.replaceKey("/ToUnicode", objects_.addStream((*font)->toUnicode, deflated()));
 }
 
 } // namespace quillfern::pdf

@@ -47,12 +47,13 @@ void showWholeMediaBox(QPDFObjectHandle page, const PdfPageBox& box)
 class PdfDocument::Private
 {
   public:
-    Private(OpenedDocument opened, std::stop_token stopToken)
-        : stop(std::move(stopToken)), document(std::move(opened)), qpdf(*document.qpdf),
-          pages(document.pages), objects(qpdf, document.isReadWhole), plain(*document.plain),
-          metadata(qpdf, changes, objects, stop), archivalPart(metadata.archivalPart()),
-          signatures(pdf::signaturesOf(qpdf)),
-          resources(objects, archivalPart > 0 && !metadata.hasRgbOutputIntent()), scanner_(plain, stop)
+    Private(OpenedDocument opened, std::stop_token stopToken, std::shared_ptr<SharedCodings> sharedCodings)
+        : stop(std::move(stopToken)), codings(std::move(sharedCodings)), document(std::move(opened)),
+          qpdf(*document.qpdf), pages(document.pages), objects(qpdf, document.isReadWhole),
+          plain(*document.plain), metadata(qpdf, changes, objects, stop),
+          archivalPart(metadata.archivalPart()), signatures(pdf::signaturesOf(qpdf)),
+          resources(objects, *codings, archivalPart > 0 && !metadata.hasRgbOutputIntent()),
+          scanner_(plain, stop)
     {
         if (!document.isSound) changes.noteRebuilt();
     }
@@ -74,6 +75,7 @@ class PdfDocument::Private
     QPDFObjectHandle resourcesWith(const QPDFObjectHandle& page, const PdfPageResources& added);
 
     std::stop_token stop;
+    std::shared_ptr<SharedCodings> codings;
     OpenedDocument document;
     QPDF& qpdf;
     std::vector<QPDFObjectHandle>& pages;
@@ -263,11 +265,12 @@ PdfDocument::PdfDocument(std::unique_ptr<Private> data) : d(std::move(data))
 PdfDocument::~PdfDocument() = default;
 
 std::unique_ptr<PdfDocument> PdfDocument::open(const FilePath& path, const std::stop_token& stop,
-                                               ReadAhead readAhead)
+                                               ReadAhead readAhead, std::shared_ptr<SharedCodings> codings)
 {
+    if (!codings) codings = std::make_shared<SharedCodings>();
     return translated([&] {
-        return std::unique_ptr<PdfDocument>(
-            new PdfDocument(std::make_unique<Private>(openDocument(path, stop, readAhead), stop)));
+        return std::unique_ptr<PdfDocument>(new PdfDocument(
+            std::make_unique<Private>(openDocument(path, stop, readAhead), stop, std::move(codings))));
     });
 }
 

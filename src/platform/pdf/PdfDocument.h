@@ -22,6 +22,7 @@ class AtomicFile;
 namespace quillfern::pdf {
 
 class PdfWriter;
+class SharedCodings;
 
 /// One page being stamped: its layers take the marks, finish() puts them on the page.
 class PdfPage : public drawing::PageLayers
@@ -42,9 +43,12 @@ class PdfDocument
   public:
     /// Opens a file that needs no password to be read; repairs what can be repaired. Throws Failure when it
     /// is no PDF file, needs a password, or is so damaged that a page would be lost. Once `stop` is stopped,
-    /// this and everything that is done to the document later throws Cancelled.
-    [[nodiscard]] static std::unique_ptr<PdfDocument>
-    open(const FilePath& path, const std::stop_token& stop = {}, ReadAhead readAhead = ReadAhead::Pages);
+    /// this and everything that is done to the document later throws Cancelled. `codings` are shared with
+    /// other documents that get the same stamps.
+    [[nodiscard]] static std::unique_ptr<PdfDocument> open(const FilePath& path,
+                                                           const std::stop_token& stop = {},
+                                                           ReadAhead readAhead = ReadAhead::Pages,
+                                                           std::shared_ptr<SharedCodings> codings = {});
     ~PdfDocument();
     PdfDocument(const PdfDocument&) = delete;
     PdfDocument& operator=(const PdfDocument&) = delete;

@@ -1,6 +1,7 @@
 #include "platform/pdf/PdfImage.h"
 
 #include "platform/pdf/NewObjects.h"
+#include "platform/pdf/SharedCodings.h"
 
 #include <QtGlobal>
 #include <algorithm>
@@ -70,22 +71,27 @@ void describeImage(QPDFObjectHandle& dictionary, int width, int height, int chan
     dictionary.replaceKey("/Filter", QPDFObjectHandle::newName(filter));
 }
 
-QPDFObjectHandle imageStream(NewObjects& objects, const QByteArray& rows, int width, int height, int channels,
+CodedPixels codedPixels(const QByteArray& rows, int width, int channels)
+{
+    const QByteArray plain = deflatedBytes(rows);
+    const QByteArray differences = deflatedBytes(predicted(rows, qsizetype{width} * channels, channels));
+    const bool usePredictor = differences.size() < plain.size();
+    return {(usePredictor ? differences : plain).toStdString(), channels, usePredictor};
+}
+
+QPDFObjectHandle imageStream(NewObjects& objects, const CodedPixels& pixels, const QSize& size,
                              const QPDFObjectHandle& mask = {})
 {
-    const qsizetype stride = qsizetype{width} * channels;
-    const QByteArray plain = deflatedBytes(rows);
-    const QByteArray differences = deflatedBytes(predicted(rows, stride, channels));
-    const bool usePredictor = differences.size() < plain.size();
     QPDFObjectHandle dictionary = QPDFObjectHandle::newDictionary();
-    describeImage(dictionary, width, height, channels, "/FlateDecode");
-    if (usePredictor)
-        dictionary.replaceKey("/DecodeParms", QPDFObjectHandle::newDictionary(
-                                                  {{"/Predictor", QPDFObjectHandle::newInteger(15)},
-                                                   {"/Colors", QPDFObjectHandle::newInteger(channels)},
-                                                   {"/Columns", QPDFObjectHandle::newInteger(width)}}));
+    describeImage(dictionary, size.width(), size.height(), pixels.channels, "/FlateDecode");
+    if (pixels.hasPredictors)
+        dictionary.replaceKey(
+            "/DecodeParms",
+            QPDFObjectHandle::newDictionary({{"/Predictor", QPDFObjectHandle::newInteger(15)},
+                                             {"/Colors", QPDFObjectHandle::newInteger(pixels.channels)},
+                                             {"/Columns", QPDFObjectHandle::newInteger(size.width())}}));
     if (mask.isInitialized()) dictionary.replaceKey("/SMask", mask);
-    return objects.addStream((usePredictor ? differences : plain).toStdString(), dictionary);
+    return objects.addStream(pixels.bytes, dictionary);
 }
 
 QByteArray rowsOf(const QImage& image, int channels)
@@ -109,9 +115,24 @@ bool isOpaque(const QImage& image)
     return true;
 }
 
+CodedPicture coded(const QImage& image)
+{
+    const int channels = image.isGrayscale() ? 1 : 3;
+    // Straight, not premultiplied: the mask is applied by the viewer.
+    const QImage straight =
+        image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    const QImage colours = straight.convertToFormat(QImage::Format_RGB32);
+    const QImage pixels =
+        colours.convertToFormat(channels == 1 ? QImage::Format_Grayscale8 : QImage::Format_RGB888);
+    CodedPicture picture{codedPixels(rowsOf(pixels, channels), image.width(), channels), std::nullopt};
+    if (!isOpaque(image))
+        picture.mask = codedPixels(rowsOf(image.convertToFormat(QImage::Format_Alpha8), 1), image.width(), 1);
+    return picture;
+}
+
 } // namespace
 
-PdfImage makeImage(NewObjects& objects, const drawing::Picture& picture)
+PdfImage makeImage(NewObjects& objects, SharedCodings& codings, const drawing::Picture& picture)
 {
     const QImage& image = picture.image();
     if (!picture.jpeg().isEmpty()) {
@@ -120,21 +141,10 @@ PdfImage makeImage(NewObjects& objects, const drawing::Picture& picture)
                       image.format() == QImage::Format_Grayscale8 ? 1 : 3, "/DCTDecode");
         return {objects.addStream(picture.jpeg().toStdString(), dictionary), false};
     }
-    const bool opaque = isOpaque(image);
-    const int channels = image.isGrayscale() ? 1 : 3;
-    // Straight, not premultiplied: the mask is applied by the viewer.
-    const QImage straight =
-        image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
-    const QImage colours = straight.convertToFormat(QImage::Format_RGB32);
-    const QImage pixels =
-        colours.convertToFormat(channels == 1 ? QImage::Format_Grayscale8 : QImage::Format_RGB888);
+    const auto shared = codings.picture(picture, [&] { return coded(image); });
     QPDFObjectHandle mask;
-    if (!opaque) {
-        const QImage alpha = image.convertToFormat(QImage::Format_Alpha8);
-        mask = imageStream(objects, rowsOf(alpha, 1), image.width(), image.height(), 1);
-    }
-    return {imageStream(objects, rowsOf(pixels, channels), image.width(), image.height(), channels, mask),
-            !opaque};
+    if (shared->mask) mask = imageStream(objects, *shared->mask, image.size());
+    return {imageStream(objects, shared->pixels, image.size(), mask), shared->mask.has_value()};
 }
 
 } // namespace quillfern::pdf

@@ -7,6 +7,7 @@
 namespace quillfern::pdf {
 
 class NewObjects;
+class SharedCodings;
 
 struct PdfImage
 {
@@ -17,6 +18,7 @@ struct PdfImage
 /// Puts a picture into the document without loss: one that comes from a JPEG as that JPEG; grey pictures as
 /// grey, others as RGB, deflated with predictors or without, whichever is smaller, and with a soft mask only
 /// when some pixel is not opaque.
-[[nodiscard]] PdfImage makeImage(NewObjects& objects, const drawing::Picture& picture);
+[[nodiscard]] PdfImage makeImage(NewObjects& objects, SharedCodings& codings,
+                                 const drawing::Picture& picture);
 
 } // namespace quillfern::pdf

@@ -47,8 +47,8 @@ GlyphPicture paintGlyph(const drawing::FontFace& face, quint32 glyph)
 
 } // namespace
 
-PdfResources::PdfResources(NewObjects& objects, bool calibratedColour)
-    : objects_(objects), calibratedColour_(calibratedColour)
+PdfResources::PdfResources(NewObjects& objects, SharedCodings& codings, bool calibratedColour)
+    : objects_(objects), codings_(codings), calibratedColour_(calibratedColour)
 {
 }
 
@@ -57,11 +57,12 @@ PdfResources::Font* PdfResources::font(const std::shared_ptr<const drawing::Font
     const auto found = fonts_.find(face.get());
     if (found != fonts_.end()) return found->second.get();
     std::unique_ptr<Font> entry;
-    auto font = std::make_unique<EmbeddedFont>(objects_, face);
+    auto font = std::make_unique<EmbeddedFont>(objects_, codings_, face);
     if (font->embeddable() && font->canSubset()) {
         entry = std::make_unique<Font>();
         entry->resource = {"/Font", numbered("F", fonts_.size()), font->object()};
         entry->font = std::move(font);
+        fontsInOrder_.push_back(entry.get());
     }
     faces_[face.get()] = face;
     return fonts_.emplace(face.get(), std::move(entry)).first->second.get();
@@ -84,7 +85,7 @@ const PdfResource& PdfResources::picture(const drawing::Picture& picture)
 {
     const auto found = pictures_.find(picture.key());
     if (found != pictures_.end()) return found->second;
-    const PdfImage image = makeImage(objects_, picture);
+    const PdfImage image = makeImage(objects_, codings_, picture);
     usesTransparency_ = usesTransparency_ || image.hasMask;
     keptPictures_.push_back(picture);
     PdfResource resource{"/XObject", numbered("X", pictures_.size()), image.object};
@@ -117,8 +118,8 @@ const PdfResource* PdfResources::colourSpace()
 
 void PdfResources::finish()
 {
-    for (auto& [face, entry] : fonts_)
-        if (entry) entry->font->finish();
+    for (Font* const entry : fontsInOrder_)
+        entry->font->finish();
 }
 
 PdfPageResources::PdfPageResources(QPDFObjectHandle resources) : prefix_("/Qf")

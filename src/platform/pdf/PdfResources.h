@@ -39,7 +39,7 @@ class PdfResources
   public:
     /// With `calibratedColour`, colours other than greys are written in a calibrated space, for documents
     /// whose archival claim allows no plain RGB.
-    PdfResources(NewObjects& objects, bool calibratedColour);
+    PdfResources(NewObjects& objects, SharedCodings& codings, bool calibratedColour);
 
     struct Font
     {
@@ -64,10 +64,12 @@ class PdfResources
 
   private:
     NewObjects& objects_;
+    SharedCodings& codings_;
     bool calibratedColour_;
     bool usesTransparency_ = false;
     std::map<const drawing::FontFace*, std::shared_ptr<const drawing::FontFace>> faces_; ///< keeps them alive
     std::map<const drawing::FontFace*, std::unique_ptr<Font>> fonts_;
+    std::vector<Font*> fontsInOrder_; ///< of their first use, so that the same marks give the same document
     std::map<std::pair<int, int>, PdfResource> opacities_;
     std::map<qint64, PdfResource> pictures_;
     std::vector<drawing::Picture> keptPictures_; ///< a key is unique only while its picture lives

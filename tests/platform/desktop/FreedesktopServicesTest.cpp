@@ -9,7 +9,6 @@
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QThread>
-#include <gtest/gtest.h>
 
 namespace quillfern::desktop {
 namespace {
@@ -21,10 +20,10 @@ class FakeFileManager final : public QDBusVirtualObject
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
     {
-        EXPECT_EQ(message.interface(), QStringLiteral("org.freedesktop.FileManager1"));
-        EXPECT_EQ(message.signature(), QStringLiteral("ass"));
+        EXPECT_EQ(message.interface(), u"org.freedesktop.FileManager1"_s);
+        EXPECT_EQ(message.signature(), u"ass"_s);
         calls.append(message.member() + u' ' + message.arguments().value(0).toStringList().join(u' '));
-        connection.send(refuses ? message.createErrorReply(QDBusError::Failed, QStringLiteral("no"))
+        connection.send(refuses ? message.createErrorReply(QDBusError::Failed, u"no"_s)
                                 : message.createReply());
         return true;
     }
@@ -40,9 +39,8 @@ class Desktop : public testing::Test
 
     void startFileManager()
     {
-        ASSERT_TRUE(
-            theirs_.registerVirtualObject(QStringLiteral("/org/freedesktop/FileManager1"), &manager_));
-        ASSERT_TRUE(theirs_.registerService(QStringLiteral("org.freedesktop.FileManager1")));
+        ASSERT_TRUE(theirs_.registerVirtualObject(u"/org/freedesktop/FileManager1"_s, &manager_));
+        ASSERT_TRUE(theirs_.registerService(u"org.freedesktop.FileManager1"_s));
     }
 
     FreedesktopServices services()
@@ -73,23 +71,21 @@ TEST_F(Desktop, TheFileManagerIsAskedForAllFilesAtOnce)
 {
     startFileManager();
     auto desktop = services();
-    desktop.reveal(asPaths({QStringLiteral("/a/one 1.pdf"), pathText("/b/latin\xE9.pdf")}));
-    desktop.showProperties(asPaths({QStringLiteral("/a/one 1.pdf")}));
+    desktop.reveal(asPaths({u"/a/one 1.pdf"_s, pathText("/b/latin\xE9.pdf")}));
+    desktop.showProperties(asPaths({u"/a/one 1.pdf"_s}));
     desktop.reveal({}); // without files, no request is sent
     await(2);
-    EXPECT_EQ(manager_.calls,
-              (QStringList{QStringLiteral("ShowItems file:///a/one%201.pdf file:///b/latin%E9.pdf"),
-                           QStringLiteral("ShowItemProperties file:///a/one%201.pdf")}));
+    EXPECT_EQ(manager_.calls, (QStringList{u"ShowItems file:///a/one%201.pdf file:///b/latin%E9.pdf"_s,
+                                           u"ShowItemProperties file:///a/one%201.pdf"_s}));
     EXPECT_TRUE(opened_.isEmpty());
 }
 
 TEST_F(Desktop, WithoutAFileManagerEachFolderIsOpenedOnce)
 {
     auto desktop = services();
-    desktop.reveal(
-        asPaths({QStringLiteral("/a/1.pdf"), QStringLiteral("/a/2.pdf"), QStringLiteral("/b/3.pdf")}));
+    desktop.reveal(asPaths({u"/a/1.pdf"_s, u"/a/2.pdf"_s, u"/b/3.pdf"_s}));
     await(2);
-    EXPECT_EQ(opened_, (QStringList{QStringLiteral("file:///a"), QStringLiteral("file:///b")}));
+    EXPECT_EQ(opened_, (QStringList{u"file:///a"_s, u"file:///b"_s}));
 }
 
 TEST_F(Desktop, AFileManagerThatRefusesIsReplacedByTheFolder)
@@ -97,21 +93,20 @@ TEST_F(Desktop, AFileManagerThatRefusesIsReplacedByTheFolder)
     startFileManager();
     manager_.refuses = true;
     auto desktop = services();
-    desktop.showProperties(asPaths({QStringLiteral("/a/1.pdf")}));
+    desktop.showProperties(asPaths({u"/a/1.pdf"_s}));
     await(2);
-    EXPECT_EQ(opened_, QStringList{QStringLiteral("file:///a")});
+    EXPECT_EQ(opened_, QStringList{u"file:///a"_s});
 }
 
 TEST_F(Desktop, AWorkerOpensThroughTheMainThread)
 {
     auto desktop = services();
-    const std::unique_ptr<QThread> worker(
-        QThread::create([&] { desktop.open(asPath(QStringLiteral("/out/a b.pdf"))); }));
+    const std::unique_ptr<QThread> worker(QThread::create([&] { desktop.open(asPath(u"/out/a b.pdf"_s)); }));
     worker->start();
     worker->wait();
     EXPECT_TRUE(opened_.isEmpty());
     await(1);
-    EXPECT_EQ(opened_, QStringList{QStringLiteral("file:///out/a%20b.pdf")});
+    EXPECT_EQ(opened_, QStringList{u"file:///out/a%20b.pdf"_s});
 }
 
 } // namespace

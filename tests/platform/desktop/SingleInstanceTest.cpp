@@ -8,12 +8,11 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QThread>
-#include <gtest/gtest.h>
 
 namespace quillfern::desktop {
 namespace {
 
-const QString service = QStringLiteral("org.orvane.test");
+const QString service = u"org.orvane.test"_s;
 
 /// The first instance lives in the test's thread; calls to it are made from another thread, as they would
 /// come from another process.
@@ -43,9 +42,8 @@ class Instances : public testing::Test
 
     static QDBusMessage request(const char* method, const QVariantList& arguments)
     {
-        QDBusMessage message = QDBusMessage::createMethodCall(service, QStringLiteral("/org/orvane/test"),
-                                                              QStringLiteral("org.freedesktop.Application"),
-                                                              QString::fromLatin1(method));
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            service, u"/org/orvane/test"_s, u"org.freedesktop.Application"_s, QString::fromLatin1(method));
         message.setArguments(arguments);
         return message;
     }
@@ -71,37 +69,36 @@ TEST_F(Instances, ALaterOneHandsItsFilesToTheFirst)
     EXPECT_TRUE(first.isFirst());
     const QList<QStringList> requests = {
         {},
-        {QStringLiteral("/a/one 1.pdf"), QStringLiteral("/a/100%25#?.pdf"),
-         QString::fromUtf8("/ä/日本\U0001F600")},
-        {pathText("/b/latin\xE9.pdf"), pathText("/\xFF\xC3/x"), QStringLiteral("/back\\slash")},
+        {u"/a/one 1.pdf"_s, u"/a/100%25#?.pdf"_s, QString::fromUtf8("/ä/日本\U0001F600")},
+        {pathText("/b/latin\xE9.pdf"), pathText("/\xFF\xC3/x"), u"/back\\slash"_s},
     };
     elsewhere([&] {
         SingleInstance second(theirs_, service);
         EXPECT_FALSE(second.isFirst());
         for (const QStringList& paths : requests)
-            EXPECT_TRUE(second.handOver(asPaths(paths), QStringLiteral("token %1").arg(paths.size())));
+            EXPECT_TRUE(second.handOver(asPaths(paths), u"token %1"_s.arg(paths.size())));
     });
     EXPECT_EQ(opened_, requests);
-    EXPECT_EQ(tokens_.value(1), QStringLiteral("token 3"));
+    EXPECT_EQ(tokens_.value(1), u"token 3"_s);
 }
 
 TEST_F(Instances, OnlyAbsolutePathsOfThisMachineAreTaken)
 {
     SingleInstance first(ours_, service);
     listen(first);
-    const QStringList uris = {QStringLiteral("file:///a.pdf"),
-                              QStringLiteral("file:b.pdf"),
-                              QStringLiteral("b.pdf"),
-                              QStringLiteral("smb://host/c.pdf"),
-                              QStringLiteral("file:///zero%00.pdf"),
+    const QStringList uris = {u"file:///a.pdf"_s,
+                              u"file:b.pdf"_s,
+                              u"b.pdf"_s,
+                              u"smb://host/c.pdf"_s,
+                              u"file:///zero%00.pdf"_s,
                               QString(),
-                              QStringLiteral("file:///") + QString(20'000, u'x')};
+                              u"file:///"_s + QString(20'000, u'x')};
     EXPECT_EQ(answer(request("Open", {uris, QVariantMap()})), QDBusMessage::ReplyMessage);
-    EXPECT_EQ(opened_, QList<QStringList>{QStringList{QStringLiteral("/a.pdf")}});
+    EXPECT_EQ(opened_, QList<QStringList>{QStringList{u"/a.pdf"_s}});
 
-    const QStringList tooMany(100'001, QStringLiteral("file:///a"));
+    const QStringList tooMany(100'001, u"file:///a"_s);
     EXPECT_EQ(answer(request("Open", {tooMany, QVariantMap()})), QDBusMessage::ErrorMessage);
-    EXPECT_EQ(answer(request("ActivateAction", {QStringLiteral("quit"), QVariantList(), QVariantMap()})),
+    EXPECT_EQ(answer(request("ActivateAction", {u"quit"_s, QVariantList(), QVariantMap()})),
               QDBusMessage::ErrorMessage);
     EXPECT_EQ(opened_.size(), 1);
 }
@@ -110,8 +107,7 @@ TEST_F(Instances, OneThatDoesNotAnswerIsSucceeded)
 {
     auto first = std::make_unique<SingleInstance>(ours_, service);
     SingleInstance second(theirs_, service, 50);
-    EXPECT_FALSE(second.handOver(asPaths({QStringLiteral("/a.pdf")})))
-        << "nobody serves the first one's events";
+    EXPECT_FALSE(second.handOver(asPaths({u"/a.pdf"_s}))) << "nobody serves the first one's events";
     listen(second);
     first.reset();
     elsewhere([&] {
@@ -137,11 +133,10 @@ TEST_F(Instances, OneThatIsLeavingTakesNothingMore)
 
 TEST(InstancesWithoutABus, RunByThemselves)
 {
-    const QDBusConnection none =
-        QDBusConnection::connectToBus(QStringLiteral("unix:path=/nonexistent/bus"), QStringLiteral("none"));
+    const QDBusConnection none = QDBusConnection::connectToBus(u"unix:path=/nonexistent/bus"_s, u"none"_s);
     SingleInstance instance(none, service);
-    EXPECT_FALSE(instance.handOver(asPaths({QStringLiteral("/a.pdf")})));
-    QDBusConnection::disconnectFromBus(QStringLiteral("none"));
+    EXPECT_FALSE(instance.handOver(asPaths({u"/a.pdf"_s})));
+    QDBusConnection::disconnectFromBus(u"none"_s);
 }
 
 } // namespace

@@ -1,18 +1,18 @@
 #include "platform/drawing/TextShaper.h"
 
 #include "platform/drawing/RasterCanvas.h"
+#include "support/Cases.h"
 
 #include <QGlyphRun>
 #include <QPainter>
 #include <QTextLayout>
 #include <QTextOption>
-#include <gtest/gtest.h>
 #include <vector>
 
 namespace quillfern::drawing {
 namespace {
 
-const FontSpec sans{QStringLiteral("Liberation Sans"), false, false};
+const FontSpec sans{u"Liberation Sans"_s, false, false};
 
 struct Glyph
 {
@@ -52,7 +52,7 @@ std::vector<Glyph> laidOutByQt(const QString& text, const FontSpec& font)
 
 TEST(TextShaperTest, ExchangingFiguresGivesWhatAFullLayoutGives)
 {
-    for (const FontSpec& font : {sans, FontSpec{QStringLiteral("Liberation Serif"), true, true}}) {
+    for (const FontSpec& font : {sans, FontSpec{u"Liberation Serif"_s, true, true}}) {
         TextShaper running;
         for (int number : {1, 7, 10, 11, 17, 71, 99, 100, 741, 1234})
             for (const char* pattern : {"%1", "Page %1 of 1234", "A%1V", "%1/%1", "(%1)", "T%1,%1"}) {
@@ -80,31 +80,30 @@ TEST(TextShaperTest, RunningNumbersAreNotLaidOutAgain)
 {
     TextShaper shaper;
     for (int i = 1; i <= 2000; ++i)
-        ASSERT_FALSE(shaper.shape(QStringLiteral("%1 of 2000").arg(i), sans)->runs.empty());
+        ASSERT_FALSE(shaper.shape(u"%1 of 2000"_s.arg(i), sans)->runs.empty());
     EXPECT_LT(shaper.layoutCount(), 100);
     const int before = shaper.layoutCount();
-    static_cast<void>(shaper.shape(QStringLiteral("mdcclxxvi"), sans));
-    static_cast<void>(shaper.shape(QStringLiteral("mdcclxxvi"), sans));
+    static_cast<void>(shaper.shape(u"mdcclxxvi"_s, sans));
+    static_cast<void>(shaper.shape(u"mdcclxxvi"_s, sans));
     EXPECT_EQ(shaper.layoutCount(), before + 1);
 }
 
 TEST(TextShaperTest, MeasuresInEms)
 {
     TextShaper shaper;
-    const auto text = shaper.shape(QStringLiteral("0123456789"), sans);
+    const auto text = shaper.shape(u"0123456789"_s, sans);
     EXPECT_NEAR(text->width, 5.562, 0.01); // ten figures of 1139 / 2048
     EXPECT_NEAR(text->height, 1.117, 0.05);
     ASSERT_EQ(text->runs.size(), 1U);
     EXPECT_EQ(text->runs[0].glyphs.size(), 10U);
-    EXPECT_EQ(text->runs[0].glyphs[9].text, QStringLiteral("9"));
+    EXPECT_EQ(text->runs[0].glyphs[9].text, u"9"_s);
 }
 
 TEST(TextShaperTest, ClustersCarryTheirCharacters)
 {
     TextShaper shaper;
-    const std::vector<QString> texts = {
-        QStringLiteral("office"), QStringLiteral("e\u0301a"), QStringLiteral("\u05e9\u05dc\u05d5\u05dd 12"),
-        QStringLiteral("\u0645\u0631\u062d\u0628\u0627"), QString::fromUtf8("a🌿b")};
+    const std::vector<QString> texts = {u"office"_s, u"e\u0301a"_s, u"\u05e9\u05dc\u05d5\u05dd 12"_s,
+                                        u"\u0645\u0631\u062d\u0628\u0627"_s, QString::fromUtf8("a🌿b")};
     for (const QString& text : texts) {
         QString collected;
         const auto shaped = shaper.shape(text, sans);
@@ -119,17 +118,17 @@ TEST(TextShaperTest, AbsurdTextsAreBounded)
 {
     TextShaper shaper;
     EXPECT_LT(shaper.shape(QString(200'000, u'W'), sans)->width, 10'000);
-    EXPECT_GT(shaper.shape(QStringLiteral("a\tb\x01"), sans)->width, 1);
+    EXPECT_GT(shaper.shape(u"a\tb\x01"_s, sans)->width, 1);
     EXPECT_EQ(shaper.shape(QString(), sans)->width, 0);
 }
 
 TEST(FontCatalogTest, GivesOnlyMembersThatExist)
 {
     const FontCatalog catalog;
-    EXPECT_TRUE(catalog.hasBold(QStringLiteral("Liberation Sans")));
-    EXPECT_TRUE(catalog.hasItalic(QStringLiteral("Liberation Sans")));
+    EXPECT_TRUE(catalog.hasBold(u"Liberation Sans"_s));
+    EXPECT_TRUE(catalog.hasItalic(u"Liberation Sans"_s));
     // This family comes in one weight and one slant.
-    const QString single = QStringLiteral("Droid Sans Fallback");
+    const QString single = u"Droid Sans Fallback"_s;
     ASSERT_TRUE(catalog.families().contains(single)) << "test.sh installs it";
     EXPECT_FALSE(catalog.hasBold(single));
     const QRawFont plain = QRawFont::fromFont(catalog.font({single, false, false}, 100));

@@ -1,9 +1,10 @@
 #include "platform/pageimages/BackgroundPages.h"
 
+#include "support/Cases.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QSemaphore>
-#include <gtest/gtest.h>
 
 namespace quillfern::pageimages {
 namespace {
@@ -18,8 +19,8 @@ class GatedPages final : public PageImageSource
     std::optional<PageImage> page(const PageImageRequest& request) override
     {
         begun_.release();
-        if (request.path.name() == QLatin1String("slow")) gate_.acquire();
-        if (request.path.name() == QLatin1String("none")) return std::nullopt;
+        if (request.path.name() == "slow"_L1) gate_.acquire();
+        if (request.path.name() == "none"_L1) return std::nullopt;
         return PageImage{{}, QSizeF(request.page + 1, 1)};
     }
 

@@ -11,7 +11,6 @@
 #include <QFileInfo>
 #include <cmath>
 #include <cstdio>
-#include <gtest/gtest.h>
 #include <utime.h>
 
 namespace quillfern::pageimages {
@@ -20,7 +19,7 @@ namespace {
 QString renderer()
 {
     return qEnvironmentVariable("QUILLFERN_BIN_DIR", QCoreApplication::applicationDirPath()) +
-           QStringLiteral("/quillfern-render");
+           u"/quillfern-render"_s;
 }
 
 /// 200 by 100 points, the left half red, on a page of twice that in its own units.
@@ -37,42 +36,33 @@ bool isNear(QRgb a, QRgb b)
 
 TEST(RenderProcess, ShowsPagesAtTheSizeTheScreenNeeds)
 {
-    struct Case
-    {
-        QSizeF box;
-        double density;
-        int page;
-        QSize pixels;
-        QRgb left, right;
-    };
     constexpr QRgb red = 0xFFFF0000;
     constexpr QRgb white = 0xFFFFFFFF;
     constexpr QRgb blue = 0xFF0000FF;
-    const std::vector<Case> cases = {
+    const Rows<QSizeF, double, int, QSize, QRgb, QRgb> cases = {
         {{600, 850}, 1, 0, {200, 100}, red, white}, // never made larger
         {{600, 850}, 2, 0, {400, 200}, red, white}, // but crisp on a dense screen
         {{100, 850}, 1, 0, {100, 50}, red, white},  // made to fit
         {{100, 850}, 1.5, 1, {150, 75}, blue, blue},
     };
     const Scratch scratch;
-    const QString path = scratch.write(QStringLiteral("half red.pdf"), halfRed());
-    for (const Case& c : cases) {
-        const auto page = RenderProcess(renderer()).page({asPath(path), c.page, c.box, c.density});
+    const QString path = scratch.write(u"half red.pdf"_s, halfRed());
+    for (const auto& [box, density, index, pixels, left, right] : cases) {
+        const auto page = RenderProcess(renderer()).page({asPath(path), index, box, density});
         ASSERT_TRUE(page);
         EXPECT_EQ(page->size, QSizeF(200, 100));
-        EXPECT_EQ(page->image.size(), c.pixels);
+        EXPECT_EQ(page->image.size(), pixels);
         EXPECT_NEAR(page->image.deviceIndependentSize().width(), 200, 1);
-        const int y = c.pixels.height() / 2;
-        EXPECT_TRUE(isNear(page->image.pixel(c.pixels.width() / 4, y), c.left));
-        EXPECT_TRUE(isNear(page->image.pixel(c.pixels.width() * 3 / 4, y), c.right));
+        const int y = pixels.height() / 2;
+        EXPECT_TRUE(isNear(page->image.pixel(pixels.width() / 4, y), left));
+        EXPECT_TRUE(isNear(page->image.pixel(pixels.width() * 3 / 4, y), right));
     }
 }
 
 TEST(RenderProcess, TurnsPagesAsTheirReadersSeeThem)
 {
     const Scratch scratch;
-    const QString path =
-        scratch.write(QStringLiteral("turned.pdf"), halfRed("/MediaBox[0 0 400 200]/Rotate 90"));
+    const QString path = scratch.write(u"turned.pdf"_s, halfRed("/MediaBox[0 0 400 200]/Rotate 90"));
     const auto page = RenderProcess(renderer()).page({asPath(path), 0, {600, 850}, 1});
     ASSERT_TRUE(page);
     EXPECT_EQ(page->size, QSizeF(200, 400));
@@ -87,7 +77,7 @@ TEST(RenderProcess, ShowsRasterFiles)
     picture.fill(Qt::green);
     picture.setDotsPerMeterX(5906); // 150 dpi
     picture.setDotsPerMeterY(5906);
-    const QString path = scratch.path(QStringLiteral("green.png"));
+    const QString path = scratch.path(u"green.png"_s);
     ASSERT_TRUE(picture.save(path));
     const auto page = RenderProcess(renderer()).page({asPath(path), 0, {600, 850}, 1});
     ASSERT_TRUE(page);
@@ -99,7 +89,7 @@ TEST(RenderProcess, ShowsRasterFiles)
 TEST(RenderProcess, ShowsFilesWhoseNamesAreNotUtf8)
 {
     const Scratch scratch;
-    const QString written = scratch.write(QStringLiteral("a.pdf"), halfRed());
+    const QString written = scratch.write(u"a.pdf"_s, halfRed());
     const QString odd = scratch.path() + pathText("/caf\xE9 100%.pdf");
     ASSERT_EQ(std::rename(nativePath(written).constData(), nativePath(odd).constData()), 0);
     RenderProcess process(renderer());
@@ -110,11 +100,7 @@ TEST(RenderProcess, ShowsFilesWhoseNamesAreNotUtf8)
 /// A shading whose function takes seconds for every pixel row.
 QByteArray spinningPdf()
 {
-    PdfBuilder pdf;
-    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
-    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
-    pdf.add(
-        "<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]/Contents 4 0 R/Resources<</Shading<</S 5 0 R>>>>>>");
+    PdfBuilder pdf = onePage("/MediaBox[0 0 612 792]/Contents 4 0 R/Resources<</Shading<</S 5 0 R>>>>");
     pdf.addStream(QByteArray("/S sh ").repeated(1000));
     pdf.add("<</ShadingType 1/ColorSpace/DeviceRGB/Domain[0 612 0 792]/Function 6 0 R>>");
     pdf.addStream("{ " + QByteArray("2 copy mul sin exch cos add ").repeated(2000) + " pop pop 0 0 0 }",
@@ -125,11 +111,7 @@ QByteArray spinningPdf()
 /// Forms that show forms ten times over, 24 levels deep: more marks than any memory holds.
 QByteArray memoryEatingPdf()
 {
-    PdfBuilder pdf;
-    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
-    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
-    pdf.add(
-        "<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]/Contents 4 0 R/Resources<</XObject<</X 5 0 R>>>>>>");
+    PdfBuilder pdf = onePage("/MediaBox[0 0 612 792]/Contents 4 0 R/Resources<</XObject<</X 5 0 R>>>>");
     pdf.addStream("/X Do");
     const QByteArray form = "/Type/XObject/Subtype/Form/BBox[0 0 612 792]";
     for (int next = 6; next < 29; ++next)
@@ -142,49 +124,42 @@ QByteArray memoryEatingPdf()
 TEST(RenderProcess, HostileAndClosedFilesCostABoundedTimeAndGiveNone)
 {
     const Scratch scratch;
-    const QString open = scratch.write(QStringLiteral("open.pdf"), halfRed());
-    const QString locked = scratch.path(QStringLiteral("locked.pdf"));
-    runTool(QStringLiteral("qpdf"),
-            {QStringLiteral("--encrypt"), QStringLiteral("secret"), QStringLiteral("owner"),
-             QStringLiteral("256"), QStringLiteral("--"), open, locked});
+    const QString open = scratch.write(u"open.pdf"_s, halfRed());
+    const QString locked = scratch.path(u"locked.pdf"_s);
+    runTool("qpdf --encrypt secret owner 256 --", {open, locked});
     ASSERT_TRUE(QFileInfo::exists(locked));
-    const QString fifo = scratch.path(QStringLiteral("fifo.pdf"));
-    runTool(QStringLiteral("mkfifo"), {fifo});
-    QFile huge(scratch.path(QStringLiteral("huge.pdf")));
+    const QString fifo = scratch.path(u"fifo.pdf"_s);
+    runTool("mkfifo", {fifo});
+    QFile huge(scratch.path(u"huge.pdf"_s));
     ASSERT_TRUE(huge.open(QIODevice::WriteOnly) && huge.resize(qint64{20} << 30));
     huge.close();
 
-    struct Case
-    {
-        QString path;
-        int page;
-        bool waits; ///< goes on until it is stopped
-    };
-    const std::vector<Case> cases = {
-        {scratch.write(QStringLiteral("spin.pdf"), spinningPdf()), 0, true},
-        {scratch.write(QStringLiteral("eat.pdf"), memoryEatingPdf()), 0, false},
+    // One that waits goes on until it is stopped.
+    const Rows<QString, int, bool> cases = {
+        {scratch.write(u"spin.pdf"_s, spinningPdf()), 0, true},
+        {scratch.write(u"eat.pdf"_s, memoryEatingPdf()), 0, false},
         {fifo, 0, false},
         {huge.fileName(), 0, false},
         {locked, 0, false},
         {open, 2, false},
         {open, -1, false},
-        {scratch.write(QStringLiteral("not.pdf"), "hello"), 0, false},
-        {scratch.write(QStringLiteral("not.png"), "hello"), 0, false},
-        {scratch.path(QStringLiteral("missing.pdf")), 0, false},
+        {scratch.write(u"not.pdf"_s, "hello"), 0, false},
+        {scratch.write(u"not.png"_s, "hello"), 0, false},
+        {scratch.path(u"missing.pdf"_s), 0, false},
         {scratch.path(), 0, false},
         {QString(), 0, false},
     };
     const int limit = 1000;
-    for (const Case& c : cases) {
+    for (const auto& [path, page, waits] : cases) {
         RenderProcess process(renderer(), {limit});
         QElapsedTimer time;
         time.start();
-        EXPECT_FALSE(process.page({asPath(c.path), c.page, {600, 850}, 1})) << c.path.toStdString();
-        if (c.waits) {
-            EXPECT_GE(time.elapsed(), limit) << c.path.toStdString() << " ended by itself";
+        EXPECT_FALSE(process.page({asPath(path), page, {600, 850}, 1})) << path.toStdString();
+        if (waits) {
+            EXPECT_GE(time.elapsed(), limit) << path.toStdString() << " ended by itself";
         }
         // Ten times the limit: the check is that the process ends at all, not how fast.
-        EXPECT_LT(time.elapsed(), 10 * limit) << c.path.toStdString();
+        EXPECT_LT(time.elapsed(), 10 * limit) << path.toStdString();
     }
     EXPECT_TRUE(RenderProcess(renderer()).page({asPath(open), 0, {600, 850}, 1}))
         << "the open file is the wrong one";
@@ -193,7 +168,7 @@ TEST(RenderProcess, HostileAndClosedFilesCostABoundedTimeAndGiveNone)
 TEST(RenderProcess, AnswersThatAreNoneAreRefused)
 {
     const Scratch scratch;
-    const QString path = scratch.write(QStringLiteral("a.pdf"), halfRed());
+    const QString path = scratch.write(u"a.pdf"_s, halfRed());
     const QString good = renderer();
     const std::vector<QByteArray> scripts = {
         "exit 0",
@@ -209,18 +184,18 @@ TEST(RenderProcess, AnswersThatAreNoneAreRefused)
     };
     const PageImageRequest request{asPath(path), 0, {100, 100}, 1};
     for (const QByteArray& script : scripts) {
-        const QString program = scratch.write(QStringLiteral("fake"), "#!/bin/sh\n" + script + "\n");
+        const QString program = scratch.write(u"fake"_s, "#!/bin/sh\n" + script + "\n");
         QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         EXPECT_FALSE(RenderProcess(program, {1000}).page(request)) << script.constData();
     }
-    EXPECT_FALSE(RenderProcess(scratch.path(QStringLiteral("none"))).page(request));
+    EXPECT_FALSE(RenderProcess(scratch.path(u"none"_s)).page(request));
     EXPECT_TRUE(RenderProcess(good).page(request));
 }
 
 TEST(RenderProcess, OddRequestsAreDeclined)
 {
     const Scratch scratch;
-    const QString path = scratch.write(QStringLiteral("a.pdf"), halfRed());
+    const QString path = scratch.write(u"a.pdf"_s, halfRed());
     RenderProcess process(renderer());
     for (const PageImageRequest& request :
          {PageImageRequest{asPath(path), 0, {0, 100}, 1}, PageImageRequest{asPath(path), 0, {100, 100}, 0},
@@ -247,20 +222,14 @@ class CountedPages final : public PageImageSource
 TEST(PageImageCache, AsksAgainOnlyForWhatItDoesNotHave)
 {
     const Scratch scratch;
-    const QString path = scratch.write(QStringLiteral("a.pdf"), "one");
-    const QString other = scratch.write(QStringLiteral("b.pdf"), "two");
-    const QString link = scratch.path(QStringLiteral("link.pdf"));
+    const QString path = scratch.write(u"a.pdf"_s, "one");
+    const QString other = scratch.write(u"b.pdf"_s, "two");
+    const QString link = scratch.path(u"link.pdf"_s);
     ASSERT_TRUE(QFile::link(path, link));
     CountedPages pages;
     PageImageCache cache(pages);
     const PageImageRequest first{asPath(path), 0, {600, 850}, 1};
-    struct Step
-    {
-        const char* what;
-        PageImageRequest request;
-        int countAfter;
-    };
-    const std::vector<Step> steps = {
+    const Rows<const char*, PageImageRequest, int> steps = {
         {"new", first, 1},
         {"again", first, 1},
         {"by another name", {asPath(link), 0, {600, 850}, 1}, 1},
@@ -271,13 +240,13 @@ TEST(PageImageCache, AsksAgainOnlyForWhatItDoesNotHave)
         {"one that fails", {asPath(path), 9, {600, 850}, 1}, 6},
         {"fails again", {asPath(path), 9, {600, 850}, 1}, 6},
         {"the first once more", first, 6},
-        {"no such file", {asPath(scratch.path(QStringLiteral("none"))), 0, {600, 850}, 1}, 6},
+        {"no such file", {asPath(scratch.path(u"none"_s)), 0, {600, 850}, 1}, 6},
     };
-    for (const Step& step : steps) {
-        static_cast<void>(cache.page(step.request));
-        EXPECT_EQ(pages.count, step.countAfter) << step.what;
+    for (const auto& [what, request, countAfter] : steps) {
+        static_cast<void>(cache.page(request));
+        EXPECT_EQ(pages.count, countAfter) << what;
     }
-    scratch.write(QStringLiteral("a.pdf"), "other bytes");
+    scratch.write(u"a.pdf"_s, "other bytes");
     static_cast<void>(cache.page(first));
     EXPECT_EQ(pages.count, 7) << "a changed file shows its old page";
     const utimbuf longAgo{1000, 1000};
@@ -291,7 +260,7 @@ TEST(PageImageCache, AsksAgainOnlyForWhatItDoesNotHave)
 TEST(PageImageCache, KeepsWithinItsMemory)
 {
     const Scratch scratch;
-    const QString path = scratch.write(QStringLiteral("a.pdf"), "one");
+    const QString path = scratch.write(u"a.pdf"_s, "one");
     CountedPages pages;
     PageImageCache cache(pages, 100'000); // room for two pictures of 40,000 bytes
     const auto show = [&](int page) { static_cast<void>(cache.page({asPath(path), page, {600, 850}, 1})); };

@@ -1,8 +1,9 @@
 #include "platform/pdf/CffCharset.h"
 
 #include "platform/pdf/FontBuilder.h"
+#include "support/Cases.h"
+#include "support/ImageBytes.h"
 
-#include <gtest/gtest.h>
 #include <random>
 
 namespace quillfern::pdf {
@@ -31,23 +32,18 @@ Cids run(int first, int count)
 
 TEST(CffCharsetTest, GivesEachGlyphTheNumberThatTheFontGivesIt)
 {
-    struct Case
-    {
-        const char* what;
-        QByteArray bytes;
-        std::optional<Cids> cids;
-    };
-    const QByteArray format0('\0' + bytes16(9) + bytes16(5) + bytes16(65535));
-    const std::vector<Case> cases = {
+    const QByteArray format0('\0' + bigEndian16(9) + bigEndian16(5) + bigEndian16(65535));
+    const Rows<const char*, QByteArray, std::optional<Cids>> cases = {
         {"one by one", table(4, format0), Cids{0, 9, 5, 65535}},
         {"more than glyphs", table(3, format0), Cids{0, 9, 5}},
         {"only .notdef", table(1, QByteArray(1, '\0')), Cids{0}},
-        {"ranges", table(7, "\1" + bytes16(700) + '\2' + bytes16(3) + '\0' + bytes16(10) + '\1'),
+        {"ranges", table(7, "\1" + bigEndian16(700) + '\2' + bigEndian16(3) + '\0' + bigEndian16(10) + '\1'),
          Cids{0, 700, 701, 702, 3, 10, 11}},
-        {"a range longer than the font", table(3, "\1" + bytes16(20) + '\xFF'), Cids{0, 20, 21}},
-        {"the longest short range", table(257, "\1" + bytes16(20) + '\xFF'), run(20, 256)},
-        {"long ranges", table(1001, "\2" + bytes16(500) + bytes16(999)), run(500, 1000)},
-        {"two long ranges", table(5, "\2" + bytes16(9) + bytes16(1) + bytes16(4) + bytes16(300)),
+        {"a range longer than the font", table(3, "\1" + bigEndian16(20) + '\xFF'), Cids{0, 20, 21}},
+        {"the longest short range", table(257, "\1" + bigEndian16(20) + '\xFF'), run(20, 256)},
+        {"long ranges", table(1001, "\2" + bigEndian16(500) + bigEndian16(999)), run(500, 1000)},
+        {"two long ranges",
+         table(5, "\2" + bigEndian16(9) + bigEndian16(1) + bigEndian16(4) + bigEndian16(300)),
          Cids{0, 9, 10, 4, 5}},
         {"an unknown format", table(4, '\3' + format0.mid(1)), std::nullopt},
         {"names, and a charset for them", table(4, format0, false), Cids{}},
@@ -60,15 +56,16 @@ TEST(CffCharsetTest, GivesEachGlyphTheNumberThatTheFontGivesIt)
         {"an offset size that there is none of", QByteArray("\1\0\4\2\0\1\5\0\0\0", 10), std::nullopt},
         {"a header that leads out of the table", QByteArray("\1\0\xFF\2", 4), std::nullopt},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(cidsByGlyph(c.bytes), c.cids) << c.what;
+    for (const auto& [what, bytes, cids] : cases)
+        EXPECT_EQ(cidsByGlyph(bytes), cids) << what;
 }
 
 TEST(CffCharsetTest, ATableCutAnywhereIsNotRead)
 {
     for (const QByteArray& charset :
-         {'\0' + bytes16(9) + bytes16(5) + bytes16(7), "\1" + bytes16(7) + '\0' + bytes16(3) + '\1',
-          "\2" + bytes16(500) + bytes16(0) + bytes16(20) + bytes16(1)}) {
+         {'\0' + bigEndian16(9) + bigEndian16(5) + bigEndian16(7),
+          "\1" + bigEndian16(7) + '\0' + bigEndian16(3) + '\1',
+          "\2" + bigEndian16(500) + bigEndian16(0) + bigEndian16(20) + bigEndian16(1)}) {
         const QByteArray whole = table(4, charset);
         ASSERT_TRUE(cidsByGlyph(whole));
         for (qsizetype length = 0; length < whole.size(); ++length)
@@ -82,7 +79,7 @@ TEST(CffCharsetTest, ATableCutAnywhereIsNotRead)
 
 TEST(CffCharsetTest, SurvivesAnyBytes)
 {
-    const QByteArray whole = table(4, "\1" + bytes16(7) + '\0' + bytes16(3) + '\1');
+    const QByteArray whole = table(4, "\1" + bigEndian16(7) + '\0' + bigEndian16(3) + '\1');
     std::mt19937 random(3);
     for (int round = 0; round < 20'000; ++round) {
         QByteArray damaged = whole;

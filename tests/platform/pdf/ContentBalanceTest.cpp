@@ -1,8 +1,8 @@
 #include "platform/pdf/ContentBalance.h"
 
 #include "platform/system/Failure.h"
+#include "support/Cases.h"
 
-#include <gtest/gtest.h>
 #include <random>
 
 namespace quillfern::pdf {
@@ -13,17 +13,9 @@ ContentBalance balance(const QByteArray& content)
     return balanceOfContent(content.constData(), static_cast<std::size_t>(content.size()));
 }
 
-struct BalanceCase
-{
-    const char* what;
-    QByteArray content;
-    const char* closing;
-    std::vector<std::size_t> stray;
-};
-
 TEST(ContentBalanceTest, SeesWhatIsLeftOpenAndWhatIsClosedTooOften)
 {
-    const std::vector<BalanceCase> cases = {
+    const Rows<const char*, QByteArray, const char*, std::vector<std::size_t>> cases = {
         {"nothing", "", "", {}},
         {"sound", "q 1 0 0 1 5 5 cm Q BT (x) Tj ET /P BMC EMC", "", {}},
         {"open in order", "q BT /Span <</MCID 1>> BDC", "EMC ET Q ", {}},
@@ -41,12 +33,9 @@ TEST(ContentBalanceTest, SeesWhatIsLeftOpenAndWhatIsClosedTooOften)
         {"a pending clip", "0 0 1 1 re W* ", "n ", {}},
         {"a finished clip", "0 0 1 1 re W n", "", {}},
         {"an inline image", "BI /W 1 ID q\x80 EIQ Q\nEI q", "Q ", {}},
-        {"an inline image with binary after a false end",
-         QByteArray("BI /W 9 ID x\nEI \x01\x02 Q\nEI Q", 25),
-         "",
-         {24}},
-        {"binary text right behind an image",
-         "BI /W 2 /H 2 /BPC 8 /CS /G ID \x01\x10\xa0\xff EI Q BT (\x01\x02) Tj ET",
+        {"binary after a false end", QByteArray("BI /W 9 ID x\nEI \x01\x02 Q\nEI Q", 25), "", {24}},
+        {"binary text behind",
+         "BI /W 2 /H 2 /BPC 8 /CS /G ID \x01\x10\xa0\xff EI Q BT (\x01) Tj ET",
          "",
          {38}},
         {"no white space before the end",
@@ -54,10 +43,7 @@ TEST(ContentBalanceTest, SeesWhatIsLeftOpenAndWhatIsClosedTooOften)
          "EI q",
          "Q ",
          {}},
-        {"data that read as an end, of known length",
-         "BI /W 8 /H 1 /BPC 8 /CS /G ID x EI (yz EI q",
-         "Q ",
-         {}},
+        {"an end in data of known length", "BI /W 8 /H 1 /BPC 8 /CS /G ID x EI (yz EI q", "Q ", {}},
         {"data with a mark of their own", "BI /W 1 /F /A85 ID 87c\nEI(Q Q)~> EI q", "Q ", {}},
         {"an array cut off", "q BT [(Hello) 20 (Wor", ")]\nET Q ", {}},
         {"a dictionary cut off", "/P <</MCID [0", "]>>\n", {}},
@@ -65,10 +51,10 @@ TEST(ContentBalanceTest, SeesWhatIsLeftOpenAndWhatIsClosedTooOften)
         {"an array of operators is none", "[ q ] 1 m S", "Q ", {}},
         {"extra ends of text and marks are harmless", "ET EMC q Q", "", {}},
     };
-    for (const BalanceCase& c : cases) {
-        const ContentBalance result = balance(c.content);
-        EXPECT_EQ(result.closing.toStdString(), c.closing) << c.what;
-        EXPECT_EQ(result.strayRestores, c.stray) << c.what;
+    for (const auto& [what, content, closing, stray] : cases) {
+        const ContentBalance result = balance(content);
+        EXPECT_EQ(result.closing.toStdString(), closing) << what;
+        EXPECT_EQ(result.strayRestores, stray) << what;
     }
 }
 

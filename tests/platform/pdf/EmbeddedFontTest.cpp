@@ -7,13 +7,12 @@
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
-#include "support/Paths.h"
+#include "support/ImageBytes.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
 #include <QFontDatabase>
 #include <QImage>
-#include <gtest/gtest.h>
 
 namespace quillfern::pdf {
 namespace {
@@ -26,12 +25,11 @@ class BoxFont
 {
   public:
     explicit BoxFont(bool cidKeyed)
-        : spec{cidKeyed ? QStringLiteral("Quill Keyed Boxes") : QStringLiteral("Quill Named Boxes"), false,
-               false}
+        : spec{cidKeyed ? u"Quill Keyed Boxes"_s : u"Quill Named Boxes"_s, false, false}
     {
         CffPlan cff;
         cff.cidKeyed = cidKeyed;
-        cff.charset = "\1" + bytes16(cidKeyed ? 1000 : 34) + '\4';
+        cff.charset = "\1" + bigEndian16(cidKeyed ? 1000 : 34) + '\4';
         OpenTypePlan plan;
         plan.family = spec.family.toLatin1();
         plan.postScriptName = QByteArray(plan.family).replace(" ", "");
@@ -59,9 +57,8 @@ class BoxFont
 /// A page of 600 by 200 points that shows `text` from 50, 50 on; returns the path and the text's own width.
 std::pair<QString, double> stamped(const Scratch& scratch, const QString& text, const drawing::FontSpec& font)
 {
-    const QString source =
-        scratch.write(QStringLiteral("in.pdf"), simplePdf({{{}, "/MediaBox[0 0 600 200]"}}));
-    const QString target = scratch.path(QStringLiteral("out.pdf"));
+    const QString source = scratch.write(u"in.pdf"_s, simplePdf({{{}, "/MediaBox[0 0 600 200]"}}));
+    const QString target = scratch.path(u"out.pdf"_s);
     drawing::TextShaper shaper;
     const auto shaped = shaper.shape(text, font);
     EXPECT_EQ(shaped->runs.size(), 1U) << "drawn in the font that was asked for";
@@ -81,7 +78,7 @@ std::pair<QString, double> stamped(const Scratch& scratch, const QString& text, 
 
 QByteArray fontsOf(const QString& pdf)
 {
-    return runTool(QStringLiteral("pdffonts"), {pdf}).out.simplified();
+    return runTool("pdffonts", {pdf}).out.simplified();
 }
 
 TEST(EmbeddedFontTest, TextInEveryKindOfFontIsFoundAndAsWideAsItWas)
@@ -90,11 +87,11 @@ TEST(EmbeddedFontTest, TextInEveryKindOfFontIsFoundAndAsWideAsItWas)
     const BoxFont keyed(true);
     const BoxFont named(false);
     const std::vector<std::tuple<drawing::FontSpec, QString, const char*>> cases = {
-        {{QStringLiteral("Liberation Sans"), false, false}, QStringLiteral("Wi\u00E9l2024"), "CID TrueType"},
-        {{QStringLiteral("Cantarell"), false, false}, QStringLiteral("Wi\u00E9l2024"), "CID Type 0C"},
-        {{QStringLiteral("Cantarell"), true, false}, QStringLiteral("Wi\u00E9l2024"), "CID Type 0C"},
-        {keyed.spec, QStringLiteral("ADBEC"), "CID Type 0C"},
-        {named.spec, QStringLiteral("ADBEC"), "CID Type 0C"},
+        {{u"Liberation Sans"_s, false, false}, u"Wi\u00E9l2024"_s, "CID TrueType"},
+        {{u"Cantarell"_s, false, false}, u"Wi\u00E9l2024"_s, "CID Type 0C"},
+        {{u"Cantarell"_s, true, false}, u"Wi\u00E9l2024"_s, "CID Type 0C"},
+        {keyed.spec, u"ADBEC"_s, "CID Type 0C"},
+        {named.spec, u"ADBEC"_s, "CID Type 0C"},
     };
     for (const auto& [font, text, kind] : cases) {
         SCOPED_TRACE(font.family.toStdString());
@@ -129,12 +126,10 @@ TEST(EmbeddedFontTest, EveryCodeShowsItsOwnGlyph)
     const Scratch scratch;
     for (const bool cidKeyed : {true, false}) {
         const BoxFont font(cidKeyed);
-        const auto [path, width] = stamped(scratch, QStringLiteral("CAEB"), font.spec);
-        const QString picture = scratch.path(QStringLiteral("page"));
-        runTool(QStringLiteral("pdftoppm"),
-                {QStringLiteral("-r"), QStringLiteral("144"), QStringLiteral("-png"),
-                 QStringLiteral("-singlefile"), path, picture});
-        const auto heights = inkHeights(QImage(picture + QStringLiteral(".png")));
+        const auto [path, width] = stamped(scratch, u"CAEB"_s, font.spec);
+        const QString picture = scratch.path(u"page"_s);
+        runTool("pdftoppm -r 144 -png -singlefile", {path, picture});
+        const auto heights = inkHeights(QImage(picture + u".png"_s));
         ASSERT_EQ(heights.size(), 1200U);
         double pen = 50;
         for (const int glyph : {3, 1, 5, 2}) {
@@ -153,17 +148,16 @@ TEST(EmbeddedFontTest, AGlyphStandsForOneTextInTheWholeDocument)
     QPDF document;
     document.emptyPDF();
     drawing::TextShaper shaper;
-    const auto face = shaper.shape(QStringLiteral("a"), {QStringLiteral("Liberation Sans"), false, false})
-                          ->runs.front()
-                          .face;
+    const auto face = shaper.shape(u"a"_s, {u"Liberation Sans"_s, false, false})->runs.front().face;
     NewObjects objects(document, false);
-    EmbeddedFont font(objects, face);
+    SharedCodings codings;
+    EmbeddedFont font(objects, codings, face);
     EXPECT_TRUE(font.use(5, QString()));
-    EXPECT_TRUE(font.use(5, QStringLiteral("a"))) << "a glyph that stood for nothing can still be named";
-    EXPECT_TRUE(font.use(5, QStringLiteral("a")));
-    EXPECT_FALSE(font.use(5, QStringLiteral("b")));
+    EXPECT_TRUE(font.use(5, u"a"_s)) << "a glyph that stood for nothing can still be named";
+    EXPECT_TRUE(font.use(5, u"a"_s));
+    EXPECT_FALSE(font.use(5, u"b"_s));
     EXPECT_FALSE(font.use(5, QString()));
-    EXPECT_TRUE(font.use(6, QStringLiteral("b")));
+    EXPECT_TRUE(font.use(6, u"b"_s));
 }
 
 } // namespace

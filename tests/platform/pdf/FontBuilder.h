@@ -6,10 +6,6 @@
 
 namespace quillfern::pdf {
 
-/// Numbers as font files have them, the high byte first.
-QByteArray bytes16(int value);
-QByteArray bytes32(quint32 value);
-
 /// A CFF table (Adobe Technical Note 5176) made byte by byte, whose glyphs are boxes on the baseline. Its
 /// charset comes last: wherever the table is cut, the charset is not whole.
 struct CffPlan

@@ -3,8 +3,8 @@
 #include "platform/drawing/TextShaper.h"
 #include "platform/pdf/CffCharset.h"
 #include "platform/pdf/FontBuilder.h"
-
-#include <gtest/gtest.h>
+#include "support/Cases.h"
+#include "support/ImageBytes.h"
 
 namespace quillfern::pdf {
 namespace {
@@ -21,7 +21,7 @@ OpenTypePlan boxes(bool cidKeyed)
         cff.glyphs.append({static_cast<int>(300 + 100 * glyph), 700});
         plan.advances.append(cff.glyphs.back().advance);
         plan.characters[static_cast<char16_t>(u'A' + glyph)] = static_cast<int>(glyph);
-        if (glyph > 0) cff.charset += bytes16(cids[glyph]);
+        if (glyph > 0) cff.charset += bigEndian16(cids[glyph]);
     }
     plan.cff = cffTable(cff);
     return plan;
@@ -37,19 +37,12 @@ std::shared_ptr<const drawing::FontFace> face(const OpenTypePlan& plan)
 std::shared_ptr<const drawing::FontFace> installedFace(const char* family)
 {
     drawing::TextShaper shaper;
-    return shaper.shape(QStringLiteral("a"), {QString::fromLatin1(family), false, false})->runs.front().face;
+    return shaper.shape(u"a"_s, {QString::fromLatin1(family), false, false})->runs.front().face;
 }
 
 TEST(FontProgramTest, EmbedsWhatMayBeAndCanBeEmbedded)
 {
-    struct Case
-    {
-        const char* what;
-        int fsType;
-        std::map<QByteArray, QByteArray> tables;
-        bool embeddable;
-    };
-    const std::vector<Case> cases = {
+    const Rows<const char*, int, std::map<QByteArray, QByteArray>, bool> cases = {
         {"installable", 0, {}, true},
         {"restricted", 2, {}, false},
         {"preview and print", 4, {}, true},
@@ -62,11 +55,11 @@ TEST(FontProgramTest, EmbedsWhatMayBeAndCanBeEmbedded)
         {"drawings", 0, {{"SVG ", "x"}}, false},
         {"pictures", 0, {{"CBDT", "x"}}, false},
     };
-    for (const Case& c : cases) {
+    for (const auto& [what, fsType, tables, embeddable] : cases) {
         OpenTypePlan plan = boxes(true);
-        plan.fsType = c.fsType;
-        plan.tables = c.tables;
-        EXPECT_EQ(FontProgram(face(plan)).embeddable(), c.embeddable) << c.what;
+        plan.fsType = fsType;
+        plan.tables = tables;
+        EXPECT_EQ(FontProgram(face(plan)).embeddable(), embeddable) << what;
     }
     CffPlan unlisted;
     unlisted.glyphs.resize(5);
@@ -108,11 +101,11 @@ TEST(FontProgramTest, ASubsetKeepsItsGlyphsWhereTheyAre)
     const auto glyphOf = [&](const QString& c) { return sans->rawFont().glyphIndexesForString(c).front(); };
     const FontProgram trueType(sans);
     EXPECT_FALSE(trueType.isCff());
-    const std::uint32_t composed = glyphOf(QStringLiteral("\u00E9"));
+    const std::uint32_t composed = glyphOf(u"\u00E9"_s);
     const auto parts = trueType.subset({composed});
     ASSERT_TRUE(parts);
     EXPECT_TRUE(parts->glyphs.contains(composed));
-    EXPECT_TRUE(parts->glyphs.contains(glyphOf(QStringLiteral("e"))));
+    EXPECT_TRUE(parts->glyphs.contains(glyphOf(u"e"_s)));
     EXPECT_LT(parts->glyphs.size(), 10U);
     EXPECT_LT(parts->program.size(), 60'000);
 }

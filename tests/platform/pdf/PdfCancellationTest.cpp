@@ -11,7 +11,6 @@
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
-#include <gtest/gtest.h>
 #include <thread>
 
 namespace quillfern::pdf {
@@ -20,10 +19,7 @@ namespace {
 /// Many objects besides the pages, of `size` bytes together.
 QByteArray largePdf(qsizetype size)
 {
-    PdfBuilder pdf;
-    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
-    pdf.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
-    pdf.add("<</Type/Page/Parent 2 0 R/MediaBox[0 0 9 9]/Contents 4 0 R>>");
+    PdfBuilder pdf = onePage("/MediaBox[0 0 9 9]/Contents 4 0 R");
     pdf.addStream("0 g");
     const QByteArray object = "<</A[" + QByteArray("(text) 1 2 3 ").repeated(70) + "]>>";
     for (qsizetype written = 0; written < size; written += object.size())
@@ -60,10 +56,10 @@ TEST(PdfCancellationTest, ReadingEndsWithinTheFile)
 {
     const Scratch scratch;
     constexpr qsizetype size = 96 << 20;
-    const FilePath path = asPath(scratch.write(QStringLiteral("large.pdf"), largePdf(size)));
+    const FilePath path = asPath(scratch.write(u"large.pdf"_s, largePdf(size)));
     QByteArray withoutReferences = readFile(path.text());
     withoutReferences.replace("startxref", "nothing");
-    const FilePath damaged = asPath(scratch.write(QStringLiteral("damaged.pdf"), withoutReferences));
+    const FilePath damaged = asPath(scratch.write(u"damaged.pdf"_s, withoutReferences));
     for (const FilePath& file : {path, damaged}) {
         const qint64 before = bytesRead();
         const StopAfterReading stop(2 << 20);
@@ -78,8 +74,8 @@ TEST(PdfCancellationTest, ReadingEndsWithinTheFile)
 TEST(PdfCancellationTest, EveryStepOfTheWorkEnds)
 {
     const Scratch scratch;
-    const FilePath path = asPath(scratch.write(QStringLiteral("doc.pdf"), numberedPdf(3)));
-    const FilePath target = asPath(scratch.path(QStringLiteral("out.pdf")));
+    const FilePath path = asPath(scratch.write(u"doc.pdf"_s, numberedPdf(3)));
+    const FilePath target = asPath(scratch.path(u"out.pdf"_s));
     drawing::TextShaper shaper;
     const RewritingPdfWriter writer;
     const std::vector<std::pair<const char*, std::function<void(PdfDocument&)>>> steps = {

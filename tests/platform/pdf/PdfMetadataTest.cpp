@@ -2,9 +2,9 @@
 
 #include "platform/pdf/DocumentChanges.h"
 #include "platform/pdf/NewObjects.h"
+#include "support/Cases.h"
 #include "support/PdfBuilder.h"
 
-#include <gtest/gtest.h>
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDFWriter.hh>
 
@@ -32,10 +32,7 @@ class WithMetadata
     explicit WithMetadata(const QByteArray& packet, const QByteArray& entries = {},
                           const QByteArray& catalogueEntries = {})
     {
-        PdfBuilder builder;
-        builder.add("<</Type/Catalog/Pages 2 0 R/Metadata 4 0 R" + catalogueEntries + ">>");
-        builder.add("<</Type/Pages/Count 1/Kids[3 0 R]>>");
-        builder.add("<</Type/Page/Parent 2 0 R/MediaBox[0 0 99 99]>>");
+        PdfBuilder builder = onePage("/MediaBox[0 0 99 99]", {}, "/Metadata 4 0 R" + catalogueEntries);
         builder.addStream(packet, "/Type/Metadata/Subtype/XML" + entries);
         file_ = builder.build();
         document.setSuppressWarnings(true);
@@ -96,7 +93,7 @@ TEST(PdfMetadataTest, ChangesThePacketInItsOwnEncoding)
                               filtered ? "/Filter/FlateDecode" : "");
             PdfMetadata metadata(with.document, with.changes, *with.objects);
             EXPECT_EQ(metadata.archivalPart(), 2);
-            metadata.setCreator(QStringLiteral("Quillfern"));
+            metadata.setCreator(u"Quillfern"_s);
             EXPECT_EQ(with.raw(), bytes(named));
             EXPECT_FALSE(with.isFiltered()) << "archival profiles want none";
             EXPECT_EQ(metadata.archivalPart(), 2);

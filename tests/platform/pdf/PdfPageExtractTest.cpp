@@ -5,7 +5,6 @@
 #include "support/Tools.h"
 
 #include <QFileInfo>
-#include <gmock/gmock.h>
 
 namespace quillfern::pdf {
 namespace {
@@ -48,18 +47,18 @@ QByteArray deepTree()
 TEST(PdfPageExtract, TakesThePageAskedForWithWhatItInherits)
 {
     const Scratch scratch;
-    const QString path = scratch.write(QStringLiteral("tree.pdf"), deepTree());
+    const QString path = scratch.write(u"tree.pdf"_s, deepTree());
     for (const int index : {0, 1, 5, 6, 11}) {
         const ExtractedPage page = extractPdfPage(asPath(path), index);
         EXPECT_EQ(page.size, QSizeF(100, 200));
-        const QString single = scratch.write(QStringLiteral("single.pdf"), page.document);
+        const QString single = scratch.write(u"single.pdf"_s, page.document);
         EXPECT_TRUE(qpdfAccepts(single));
         const auto pages = pdfWords(single);
         ASSERT_EQ(pages.size(), 1U);
-        const auto info = runTool(QStringLiteral("pdfinfo"), {single});
+        const auto info = runTool("pdfinfo", {single});
         EXPECT_THAT(info.out.toStdString(), testing::ContainsRegex("Page size: +200 x 100 pts"));
         EXPECT_THAT(info.out.toStdString(), testing::ContainsRegex("Page rot: +90"));
-        EXPECT_TRUE(pages[0].contains(QStringLiteral("Body%1").arg(index + 1))) << index;
+        EXPECT_TRUE(pages[0].contains(u"Body%1"_s.arg(index + 1))) << index;
     }
     EXPECT_THROW(static_cast<void>(extractPdfPage(asPath(path), 12)), Failure);
     EXPECT_THROW(static_cast<void>(extractPdfPage(asPath(path), -1)), Failure);
@@ -67,28 +66,19 @@ TEST(PdfPageExtract, TakesThePageAskedForWithWhatItInherits)
 
 TEST(PdfPageExtract, ShowsTheWholeMediaBoxInPoints)
 {
-    struct Case
-    {
-        QByteArray entries;
-        QSizeF size;
-    };
-    const std::vector<Case> cases = {
+    const Rows<QByteArray, QSizeF> cases = {
         {"/MediaBox[0 0 612 792]", {612, 792}},
         {"/MediaBox[0 0 612 792]/CropBox[100 100 200 200]", {612, 792}},
         {"/MediaBox[-50 20 150 120]/Rotate 270", {100, 200}},
         {"/MediaBox[0 0 100 50]/UserUnit 2.5", {250, 125}},
     };
     const Scratch scratch;
-    for (const Case& c : cases) {
-        const QString path =
-            scratch.write(QStringLiteral("box.pdf"), simplePdf({{showWord("Body", 30, 30), c.entries}}));
+    for (const auto& [entries, size] : cases) {
+        const QString path = scratch.write(u"box.pdf"_s, simplePdf({{showWord("Body", 30, 30), entries}}));
         const ExtractedPage page = extractPdfPage(asPath(path), 0);
-        EXPECT_EQ(page.size, c.size) << c.entries.constData();
-        const auto info =
-            runTool(QStringLiteral("pdfinfo"),
-                    {QStringLiteral("-box"), scratch.write(QStringLiteral("one.pdf"), page.document)});
-        EXPECT_THAT(info.out.toStdString(), testing::HasSubstr("Pages:           1"))
-            << c.entries.constData();
+        EXPECT_EQ(page.size, size) << entries.constData();
+        const auto info = runTool("pdfinfo -box", {scratch.write(u"one.pdf"_s, page.document)});
+        EXPECT_THAT(info.out.toStdString(), testing::HasSubstr("Pages:           1")) << entries.constData();
     }
 }
 
@@ -120,11 +110,10 @@ TEST(PdfPageExtract, AnnotationsBecomeContentAndBringNothingElseAlong)
     pdf.set(other, "<</Type/Page/Parent " + PdfBuilder::ref(pages) + "/MediaBox[0 0 200 100]/Contents " +
                        PdfBuilder::ref(bulk) + ">>");
     const Scratch scratch;
-    const ExtractedPage single =
-        extractPdfPage(asPath(scratch.write(QStringLiteral("form.pdf"), pdf.build())), 0);
-    const QString path = scratch.write(QStringLiteral("single.pdf"), single.document);
+    const ExtractedPage single = extractPdfPage(asPath(scratch.write(u"form.pdf"_s, pdf.build())), 0);
+    const QString path = scratch.write(u"single.pdf"_s, single.document);
     EXPECT_TRUE(qpdfAccepts(path));
-    EXPECT_EQ(pdfText(path, 1), QStringLiteral("Filled"));
+    EXPECT_EQ(pdfText(path, 1), u"Filled"_s);
     EXPECT_LT(single.document.size(), 10'000) << "it carries what the page does not show";
 }
 
@@ -140,19 +129,17 @@ TEST(PdfPageExtract, BrokenTreesEndInAPageOrAWord)
         pdf.add("<</Type/Catalog/Pages 2 0 R>>");
         pdf.add(tree);
         pdf.add(page);
-        const QString path = scratch.write(QStringLiteral("broken.pdf"), pdf.build());
+        const QString path = scratch.write(u"broken.pdf"_s, pdf.build());
         EXPECT_THROW(static_cast<void>(extractPdfPage(asPath(path), 0)), Failure) << tree.constData();
     }
     PdfBuilder lying;
     lying.add("<</Type/Catalog/Pages 2 0 R>>");
     lying.add("<</Type/Pages/Count 99/Kids[3 0 R]>>");
     lying.add(page);
-    const QString path = scratch.write(QStringLiteral("lying.pdf"), lying.build());
+    const QString path = scratch.write(u"lying.pdf"_s, lying.build());
     EXPECT_EQ(extractPdfPage(asPath(path), 0).size, QSizeF(200, 100));
     EXPECT_THROW(static_cast<void>(extractPdfPage(asPath(path), 50)), Failure);
-    EXPECT_THROW(
-        static_cast<void>(extractPdfPage(asPath(scratch.write(QStringLiteral("no.pdf"), "hello")), 0)),
-        Failure);
+    EXPECT_THROW(static_cast<void>(extractPdfPage(asPath(scratch.write(u"no.pdf"_s, "hello")), 0)), Failure);
 }
 
 } // namespace

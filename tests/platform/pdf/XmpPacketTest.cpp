@@ -1,7 +1,8 @@
 #include "platform/pdf/XmpPacket.h"
 
+#include "support/Cases.h"
+
 #include <QStringConverter>
-#include <gtest/gtest.h>
 
 namespace quillfern::pdf {
 namespace {
@@ -42,33 +43,25 @@ QString packet(const QString& rdf)
                "<o:CreatorTool>theirs</o:CreatorTool>"
                "<o:s rdf:parseType='Resource'><xmp:CreatorTool>inner</xmp:CreatorTool></o:s>"
                "</rdf:Description>") +
-           rdf + QStringLiteral("</rdf:RDF ></x:xmpmeta>\n  \r\n ") + QString(100, u' ') +
-           QStringLiteral("\n<?xpacket end=\"w\"?>");
+           rdf + u"</rdf:RDF ></x:xmpmeta>\n  \r\n "_s + QString(100, u' ') + u"\n<?xpacket end=\"w\"?>"_s;
 }
 
 QString description(const QString& attributes, const QString& content)
 {
-    return QStringLiteral("<rdf:Description rdf:about=''%1>%2</rdf:Description>").arg(attributes, content);
+    return u"<rdf:Description rdf:about=''%1>%2</rdf:Description>"_s.arg(attributes, content);
 }
-
-struct EditCase
-{
-    const char* what;
-    QString before;
-    QString after;
-};
 
 /// Applies `change` to every case in every encoding; all bytes must be those of the text after.
 template <class Change>
-void expectEdits(const std::vector<EditCase>& cases, Change change)
+void expectEdits(const Rows<const char*, QString, QString>& cases, Change change)
 {
-    for (const EditCase& c : cases)
+    for (const auto& [what, before, after] : cases)
         for (const Writing& writing : writings) {
-            XmpPacket xmp(written(c.before, writing));
-            ASSERT_TRUE(xmp.isUnderstood()) << c.what << ", " << writing.name;
-            EXPECT_EQ(xmp.bytes(), written(c.before, writing)) << c.what << ", " << writing.name;
-            EXPECT_EQ(change(xmp), c.before != c.after) << c.what << ", " << writing.name;
-            EXPECT_EQ(xmp.bytes(), written(c.after, writing)) << c.what << ", " << writing.name;
+            XmpPacket xmp(written(before, writing));
+            ASSERT_TRUE(xmp.isUnderstood()) << what << ", " << writing.name;
+            EXPECT_EQ(xmp.bytes(), written(before, writing)) << what << ", " << writing.name;
+            EXPECT_EQ(change(xmp), before != after) << what << ", " << writing.name;
+            EXPECT_EQ(xmp.bytes(), written(after, writing)) << what << ", " << writing.name;
         }
 }
 
@@ -78,7 +71,7 @@ TEST(XmpPacketTest, NamesTheCreatorWhereverItStands)
     const auto element = [&](const char* content) { return packet(description({}, s(content))); };
     const auto attribute = [&](const char* written) { return packet(description(s(written), s("<o/>"))); };
     const QString rdf = s("<RDF xmlns='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>%1</RDF>");
-    const std::vector<EditCase> cases = {
+    const Rows<const char*, QString, QString> cases = {
         {"an element", element("<xmp:CreatorTool>Old ä</xmp:CreatorTool>"),
          element("<xmp:CreatorTool>A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool>")},
         {"between blanks and line ends",
@@ -125,7 +118,7 @@ TEST(XmpPacketTest, NamesTheCreatorWhereverItStands)
                    "rdf:about=\"\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\"><xmp:CreatorTool>"
                    "A &lt;b&gt; &amp; \\1 'c'</xmp:CreatorTool></rdf:Description>\n"))},
     };
-    expectEdits(cases, [](XmpPacket& xmp) { return xmp.setCreatorTool(QStringLiteral("A <b> & \\1 'c'")); });
+    expectEdits(cases, [](XmpPacket& xmp) { return xmp.setCreatorTool(u"A <b> & \\1 'c'"_s); });
 }
 
 TEST(XmpPacketTest, WithdrawsTheArchivalClaimAndNothingElse)
@@ -133,7 +126,7 @@ TEST(XmpPacketTest, WithdrawsTheArchivalClaimAndNothingElse)
     const auto with = [](const char* attributes, const char* content) {
         return packet(description(QString::fromUtf8(attributes), QString::fromUtf8(content)));
     };
-    const std::vector<EditCase> cases = {
+    const Rows<const char*, QString, QString> cases = {
         {"elements",
          with("",
               "a<pdfaid:part>2</pdfaid:part>\r\n<pdfaid:conformance\n>B<!-- c --></pdfaid:conformance >b"),
@@ -155,20 +148,20 @@ TEST(XmpPacketTest, WithdrawsTheArchivalClaimAndNothingElse)
 TEST(XmpPacketTest, ReadsTheArchivalPart)
 {
     const std::vector<std::tuple<QString, QString, int>> cases = {
-        {QString(), QStringLiteral("<pdfaid:part>1</pdfaid:part>"), 1},
-        {QString(), QStringLiteral("<pdfaid:part>\n 2\n</pdfaid:part>"), 2},
-        {QString(), QStringLiteral("<pdfaid:part><![CDATA[3]]></pdfaid:part>"), 3},
-        {QString(), QStringLiteral("<pdfaid:part>&#52;</pdfaid:part>"), 4},
-        {QStringLiteral(" pdfaid:part = '3'"), QString(), 3},
-        {QString(), QStringLiteral("<pdfaid:part></pdfaid:part>"), 0},
-        {QString(), QStringLiteral("<pdfaid:part>x</pdfaid:part>"), 0},
-        {QString(), QStringLiteral("<!--<pdfaid:part>1</pdfaid:part>-->"), 0},
-        {QString(), QStringLiteral("<o:a><pdfaid:part>1</pdfaid:part></o:a>"), 0},
-        {QString(), QStringLiteral("&lt;pdfaid:part>1&lt;/pdfaid:part>"), 0},
+        {QString(), u"<pdfaid:part>1</pdfaid:part>"_s, 1},
+        {QString(), u"<pdfaid:part>\n 2\n</pdfaid:part>"_s, 2},
+        {QString(), u"<pdfaid:part><![CDATA[3]]></pdfaid:part>"_s, 3},
+        {QString(), u"<pdfaid:part>&#52;</pdfaid:part>"_s, 4},
+        {u" pdfaid:part = '3'"_s, QString(), 3},
+        {QString(), u"<pdfaid:part></pdfaid:part>"_s, 0},
+        {QString(), u"<pdfaid:part>x</pdfaid:part>"_s, 0},
+        {QString(), u"<!--<pdfaid:part>1</pdfaid:part>-->"_s, 0},
+        {QString(), u"<o:a><pdfaid:part>1</pdfaid:part></o:a>"_s, 0},
+        {QString(), u"&lt;pdfaid:part>1&lt;/pdfaid:part>"_s, 0},
     };
     for (const auto& [attributes, content, part] : cases)
         for (const Writing& writing : writings) {
-            const QString rdf = description(attributes + QStringLiteral(" xmlns:o='urn:o'"), content);
+            const QString rdf = description(attributes + u" xmlns:o='urn:o'"_s, content);
             EXPECT_EQ(XmpPacket(written(packet(rdf), writing)).archivalPart(), part)
                 << content.toStdString() << ", " << writing.name;
         }
@@ -178,9 +171,9 @@ TEST(XmpPacketTest, ReadsTheArchivalPart)
 /// and can be edited.
 TEST(XmpPacketTest, SurvivesDamage)
 {
-    const QString text = packet(description(QStringLiteral(" pdfaid:part='2'"),
-                                            QStringLiteral("<xmp:CreatorTool>Old</xmp:CreatorTool>")));
-    const qsizetype end = text.lastIndexOf(QStringLiteral("</x:xmpmeta>")) + 12;
+    const QString text =
+        packet(description(u" pdfaid:part='2'"_s, u"<xmp:CreatorTool>Old</xmp:CreatorTool>"_s));
+    const qsizetype end = text.lastIndexOf(u"</x:xmpmeta>"_s) + 12;
     for (qsizetype length = 0; length < end; ++length)
         EXPECT_FALSE(XmpPacket(text.left(length).toUtf8()).isUnderstood()) << length;
     EXPECT_TRUE(XmpPacket(text.left(end).toUtf8()).isUnderstood()) << "a packet without its padding";
@@ -192,7 +185,7 @@ TEST(XmpPacketTest, SurvivesDamage)
             XmpPacket xmp(damaged);
             if (!xmp.isUnderstood()) continue;
             ASSERT_EQ(xmp.bytes(), damaged) << at;
-            if (!xmp.setCreatorTool(QStringLiteral("New"))) continue;
+            if (!xmp.setCreatorTool(u"New"_s)) continue;
             // The edit is complete: the packet can be read again and holds the new value.
             ASSERT_TRUE(xmp.isUnderstood()) << damaged.toStdString();
             ASSERT_TRUE(xmp.bytes().contains("CreatorTool>New</")) << damaged.toStdString();
@@ -208,9 +201,9 @@ TEST(XmpPacketTest, LeavesAloneWhatItCannotRead)
     QString manyNamespaces;
     QString deep;
     for (int i = 0; i < 100'000; ++i) {
-        manyAttributes += QStringLiteral(" a%1=''").arg(i);
-        if (i < 400) manyNamespaces += QStringLiteral(" xmlns:a%1='u'").arg(i);
-        deep += QStringLiteral("<a>");
+        manyAttributes += u" a%1=''"_s.arg(i);
+        if (i < 400) manyNamespaces += u" xmlns:a%1='u'"_s.arg(i);
+        deep += u"<a>"_s;
     }
     QByteArray bomb = "<!DOCTYPE x [<!ENTITY a0 \"aaaaaaaaaa\">";
     for (int i = 1; i < 12; ++i) {
@@ -222,14 +215,14 @@ TEST(XmpPacketTest, LeavesAloneWhatItCannotRead)
         {"no markup", "CreatorTool"},
         {"entities that grow", bomb + "]><x>&a11;</x>"},
         {"a type declared outside", "<!DOCTYPE x SYSTEM 'file:///etc/passwd'>" + good},
-        {"an entity that nobody declares", inside(QStringLiteral("&x;"))},
-        {"a prefix that nobody binds", inside(QStringLiteral("<u:a/>"))},
-        {"a tag too many", inside(QStringLiteral("</rdf:Description>"))},
-        {"bytes of another encoding", inside(QStringLiteral("@")).replace('@', '\xE4')},
-        {"an overlong character", inside(QStringLiteral("@")).replace("@", "\xC0\xBC")},
+        {"an entity that nobody declares", inside(u"&x;"_s)},
+        {"a prefix that nobody binds", inside(u"<u:a/>"_s)},
+        {"a tag too many", inside(u"</rdf:Description>"_s)},
+        {"bytes of another encoding", inside(u"@"_s).replace('@', '\xE4')},
+        {"an overlong character", inside(u"@"_s).replace("@", "\xC0\xBC")},
         {"half a character at the end", written(packet({}), writings[2]) + 'x'},
-        {"attributes without end", inside(QStringLiteral("<a%1/>").arg(manyAttributes))},
-        {"namespaces without end", inside(QStringLiteral("<a%1/>").arg(manyNamespaces))},
+        {"attributes without end", inside(u"<a%1/>"_s.arg(manyAttributes))},
+        {"namespaces without end", inside(u"<a%1/>"_s.arg(manyNamespaces))},
         {"elements without end", inside(deep)},
         {"a comment without end", good + "<!--"},
     };
@@ -238,7 +231,7 @@ TEST(XmpPacketTest, LeavesAloneWhatItCannotRead)
         EXPECT_FALSE(xmp.isUnderstood()) << what;
         EXPECT_EQ(xmp.archivalPart(), 0) << what;
         EXPECT_FALSE(xmp.withdrawArchivalClaim()) << what;
-        EXPECT_FALSE(xmp.setCreatorTool(QStringLiteral("x"))) << what;
+        EXPECT_FALSE(xmp.setCreatorTool(u"x"_s)) << what;
     }
 }
 

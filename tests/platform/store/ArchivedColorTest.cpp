@@ -1,6 +1,6 @@
 #include "platform/store/ArchivedColor.h"
 
-#include <gtest/gtest.h>
+#include "support/Cases.h"
 
 namespace quillfern::store {
 namespace {
@@ -27,13 +27,7 @@ QByteArray opening()
 
 TEST(ArchivedColor, GivesTheComponents)
 {
-    struct Case
-    {
-        const char* name;
-        QByteArray bytes;
-        double red, green, blue, alpha;
-    };
-    const std::vector<Case> cases = {
+    const Rows<const char*, QByteArray, double, double, double, double> cases = {
         {"calibrated 1",
          archived("BAtzdHJlYW10eXBlZIHoA4QBQISEhAdOU0NvbG9yAISECE5TT2JqZWN0AIWEAWMBhARmZmZmg6i7UT+"
                   "DUATePYMl2hA+AYY="),
@@ -67,13 +61,13 @@ TEST(ArchivedColor, GivesTheComponents)
                          "ff\0\x01\x86\x86"),
          0, 0, 0, 1},
     };
-    for (const Case& c : cases) {
-        const auto color = readArchivedColor(c.bytes);
-        ASSERT_TRUE(color) << c.name;
-        EXPECT_NEAR(color->redF(), c.red, 0.0001) << c.name;
-        EXPECT_NEAR(color->greenF(), c.green, 0.0001) << c.name;
-        EXPECT_NEAR(color->blueF(), c.blue, 0.0001) << c.name;
-        EXPECT_NEAR(color->alphaF(), c.alpha, 0.0001) << c.name;
+    for (const auto& [name, bytes, red, green, blue, alpha] : cases) {
+        const auto color = readArchivedColor(bytes);
+        ASSERT_TRUE(color) << name;
+        EXPECT_NEAR(color->redF(), red, 0.0001) << name;
+        EXPECT_NEAR(color->greenF(), green, 0.0001) << name;
+        EXPECT_NEAR(color->blueF(), blue, 0.0001) << name;
+        EXPECT_NEAR(color->alphaF(), alpha, 0.0001) << name;
     }
 }
 

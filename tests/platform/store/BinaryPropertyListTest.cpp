@@ -1,9 +1,7 @@
 #include "platform/store/PropertyLists.h"
-#include "support/Paths.h"
 #include "support/Tools.h"
 
 #include <QtEndian>
-#include <gmock/gmock.h>
 
 namespace quillfern::store {
 namespace {
@@ -13,25 +11,21 @@ using testing::HasSubstr;
 TEST(BinaryPropertyList, IsReadAsOthersWriteIt)
 {
     const Scratch scratch;
-    const QString path = scratch.path(QStringLiteral("b.plist"));
-    const auto result = runTool(
-        QStringLiteral("python3"),
-        {QStringLiteral("-c"),
-         QStringLiteral(
-             "import plistlib,sys,datetime\n"
-             "plistlib.dump({'n':-3,'r':0.25,'t':'\\u00e9\\U0001F600','d':b'\\0x','l':[True,{'k':'v'}],"
-             "'when':datetime.datetime(2020,1,1)},open(sys.argv[1],'wb'),"
-             "fmt=plistlib.FMT_BINARY,sort_keys=False)"),
-         path});
+    const QString path = scratch.path(u"b.plist"_s);
+    const auto result =
+        runTool("python3 -c",
+                {u"import plistlib,sys,datetime\n"
+                 "plistlib.dump({'n':-3,'r':0.25,'t':'\\u00e9\\U0001F600','d':b'\\0x','l':[True,{'k':'v'}],"
+                 "'when':datetime.datetime(2020,1,1)},open(sys.argv[1],'wb'),"
+                 "fmt=plistlib.FMT_BINARY,sort_keys=False)"_s,
+                 path});
     ASSERT_EQ(result.exitCode, 0) << result.err.constData();
-    Record inner;
-    inner.set(QStringLiteral("k"), QStringLiteral("v"));
     Record expected;
-    expected.set(QStringLiteral("n"), -3);
-    expected.set(QStringLiteral("r"), 0.25);
-    expected.set(QStringLiteral("t"), QStringLiteral("\u00e9\U0001F600"));
-    expected.set(QStringLiteral("d"), QByteArray("\0x", 2));
-    expected.set(QStringLiteral("l"), RecordValue::List{true, inner});
+    expected.set(u"n"_s, -3);
+    expected.set(u"r"_s, 0.25);
+    expected.set(u"t"_s, u"\u00e9\U0001F600"_s);
+    expected.set(u"d"_s, QByteArray("\0x", 2));
+    expected.set(u"l"_s, RecordValue::List{true, holding(u"v"_s, u"k"_s)});
     EXPECT_EQ(readPropertyListFile(asPath(path)), expected);
 }
 
@@ -64,12 +58,8 @@ QByteArray holdingBinary(const QByteArrayList& objects)
 
 TEST(BinaryPropertyList, MayHoldEveryKindOfObject)
 {
-    struct Case
-    {
-        const char* hex;
-        std::optional<RecordValue> value; ///< nothing: left out
-    };
-    const std::vector<Case> cases = {
+    // value: nothing: left out
+    const Rows<const char*, std::optional<RecordValue>> cases = {
         {"08", false},
         {"09", true},
         {"10FF", 255},
@@ -83,17 +73,17 @@ TEST(BinaryPropertyList, MayHoldEveryKindOfObject)
         {"43610062", QByteArray("a\0b", 3)},
         {"4F1002 6162", QByteArray("ab")},
         {"50", QString()},
-        {"53C3A962", QStringLiteral("\u00e9b")},
-        {"6300E9D83DDE00", QStringLiteral("\u00e9\U0001F600")},
+        {"53C3A962", u"\u00e9b"_s},
+        {"6300E9D83DDE00", u"\u00e9\U0001F600"_s},
         {"8005", std::nullopt},
         {"A0", RecordValue::List()},
-        {"A20000000100000001", RecordValue::List{QStringLiteral("v"), QStringLiteral("v")}},
-        {"D10000000100000001", holding(QStringLiteral("v"))},
+        {"A20000000100000001", RecordValue::List{u"v"_s, u"v"_s}},
+        {"D10000000100000001", holding(u"v"_s)},
     };
-    for (const Case& c : cases) {
-        const QByteArray bytes = holdingBinary({QByteArray::fromHex(c.hex)});
-        ASSERT_EQ(refusal(bytes), "") << c.hex;
-        EXPECT_EQ(readPropertyList(bytes), c.value ? holding(*c.value) : Record()) << c.hex;
+    for (const auto& [hex, value] : cases) {
+        const QByteArray bytes = holdingBinary({QByteArray::fromHex(hex)});
+        ASSERT_EQ(refusal(bytes), "") << hex;
+        EXPECT_EQ(readPropertyList(bytes), value ? holding(*value) : Record()) << hex;
     }
 }
 
@@ -105,13 +95,7 @@ TEST(BinaryPropertyList, IsRefusedWhenDamaged)
     deep += "\x08";
     // A hundred thousand times the same 4000 bytes.
     const QByteArray shared = "\xAF\x12" + bigEndian(100'000, 4) + bigEndian(3, 4).repeated(100'000);
-    struct Case
-    {
-        const char* what;
-        QByteArray bytes;
-        const char* reason;
-    };
-    const std::vector<Case> cases = {
+    const Rows<const char*, QByteArray, const char*> cases = {
         {"no dictionary", binary({"\xA0"}), "not a dictionary"},
         {"depth", holdingBinary(deep), "nested too deeply"},
         {"a list in itself", holdingBinary({"\xA1" + bigEndian(2, 4)}), "nested too deeply"},
@@ -138,8 +122,8 @@ TEST(BinaryPropertyList, IsRefusedWhenDamaged)
         {"an unknown size", holdingBinary({QByteArray("\x15") + QByteArray(32, '\1')}), "unknown kind"},
         {"one byte more", holdingBinary({"\x09"}) + '\0', "damaged"},
     };
-    for (const Case& c : cases)
-        EXPECT_THAT(refusal(c.bytes), HasSubstr(c.reason)) << c.what;
+    for (const auto& [what, bytes, reason] : cases)
+        EXPECT_THAT(refusal(bytes), HasSubstr(reason)) << what;
 }
 
 } // namespace

@@ -8,7 +8,6 @@
 #include <array>
 #include <cerrno>
 #include <grp.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -32,18 +31,10 @@ AccessList listed(mode_t mode, std::map<uid_t, unsigned> users = {}, std::map<gi
     return list;
 }
 
-struct BoundCase
-{
-    const char* what;
-    AccessList list;
-    AccessList bound;
-    AccessList expected;
-};
-
 TEST(AccessListTest, GrantsNobodyMoreThanTheBound)
 {
     const AccessList usual = listed(0644);
-    const std::vector<BoundCase> cases = {
+    const Rows<const char*, AccessList, AccessList, AccessList> cases = {
         {"a private file", usual, listed(0600), listed(0600)},
         {"read only", usual, listed(0444), listed(0444)},
         {"an open one opens nothing", usual, listed(0777), usual},
@@ -60,10 +51,10 @@ TEST(AccessListTest, GrantsNobodyMoreThanTheBound)
         {"names of the folder get no more than others", listed(0664, {{cat, 6}}, {{annex, 6}}, 6),
          listed(0640), listed(0640, {{cat, 0}}, {{annex, 0}}, 6)},
     };
-    for (const BoundCase& c : cases) {
-        EXPECT_EQ(c.list.limitedBy(c.bound), c.expected)
-            << c.what << std::oct << ": mode " << c.list.limitedBy(c.bound).mode();
-        EXPECT_EQ(c.bound.limitedBy(c.bound).mode(), c.bound.mode()) << c.what;
+    for (const auto& [what, list, bound, expected] : cases) {
+        EXPECT_EQ(list.limitedBy(bound), expected)
+            << what << std::oct << ": mode " << list.limitedBy(bound).mode();
+        EXPECT_EQ(bound.limitedBy(bound).mode(), bound.mode()) << what;
     }
 }
 
@@ -102,7 +93,7 @@ class FileAttributesTest : public testing::Test
     {
         ::umask(022);
         ::chmod(QFile::encodeName(scratch.path()).constData(), 0777);
-        file = QFile::encodeName(scratch.write(QStringLiteral("file"), "before"));
+        file = QFile::encodeName(scratch.write(u"file"_s, "before"));
     }
 
     [[nodiscard]] struct stat status() const
@@ -147,21 +138,11 @@ TEST_F(FileAttributesTest, ListAndAttributesStay)
     EXPECT_EQ(readFile(QFile::decodeName(file)), QByteArray("after"));
 }
 
-struct WriterCase
-{
-    const char* what;
-    mode_t mode;
-    uid_t writer;
-    std::vector<gid_t> groups;
-    uid_t owner;
-    gid_t group;
-    mode_t expected;
-};
-
 TEST_F(FileAttributesTest, AnotherWriterLocksNobodyOutAndLetsNobodyIn)
 {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can act as other users";
-    const std::vector<WriterCase> cases = {
+    // the mode, who writes, the groups of the writer; afterwards the owner, the group and the mode
+    const Rows<const char*, mode_t, uid_t, std::vector<gid_t>, uid_t, gid_t, mode_t> cases = {
         {"the owner", 0640, ann, {team}, ann, team, 0640},
         {"root", 04660, 0, {}, ann, team, 04660},
         {"a member of the team", 0660, ben, {team}, ben, team, 0660},
@@ -170,16 +151,16 @@ TEST_F(FileAttributesTest, AnotherWriterLocksNobodyOutAndLetsNobodyIn)
         {"a stranger and a closed file", 0660, ben, {}, ben, ben, 0600},
         {"the owner, in the team no more", 0640, ann, {}, ann, ann, 0600},
     };
-    for (const WriterCase& c : cases) {
+    for (const auto& [what, mode, writer, groups, owner, group, expected] : cases) {
         ASSERT_EQ(::chown(file.constData(), ann, team), 0);
-        ASSERT_EQ(::chmod(file.constData(), c.mode), 0);
+        ASSERT_EQ(::chmod(file.constData(), mode), 0);
         {
-            const Acting acting(c.writer, c.groups);
+            const Acting acting(writer, groups);
             writeAnew();
         }
-        EXPECT_EQ(status().st_uid, c.owner) << c.what;
-        EXPECT_EQ(status().st_gid, c.group) << c.what;
-        EXPECT_EQ(status().st_mode & 07777, c.expected) << c.what << std::oct << " is " << status().st_mode;
+        EXPECT_EQ(status().st_uid, owner) << what;
+        EXPECT_EQ(status().st_gid, group) << what;
+        EXPECT_EQ(status().st_mode & 07777, expected) << what << std::oct << " is " << status().st_mode;
     }
 }
 

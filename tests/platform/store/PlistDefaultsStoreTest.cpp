@@ -11,7 +11,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QThread>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -19,7 +18,7 @@
 namespace quillfern::store {
 namespace {
 
-const QString storeName = QStringLiteral("Orvane/Quillfern1.plist");
+const QString storeName = u"Orvane/Quillfern1.plist"_s;
 
 std::optional<QString> textIn(const DefaultsStore& store, const char* key)
 {
@@ -33,19 +32,19 @@ TEST(PlistDefaultsStore, KeepsValuesFromRunToRun)
     const Scratch scratch;
     const FakeFolders folders(scratch.path());
     PlistDefaultsStore first(folders);
-    EXPECT_FALSE(first.value(QStringLiteral("A")));
-    first.setValue(QStringLiteral("A"), QStringLiteral("one"));
-    EXPECT_EQ(textIn(first, "A"), QStringLiteral("one"));
+    EXPECT_FALSE(first.value(u"A"_s));
+    first.setValue(u"A"_s, u"one"_s);
+    EXPECT_EQ(textIn(first, "A"), u"one"_s);
     EXPECT_FALSE(isNameTaken(first.path())) << "written before the flush";
     first.flush();
     EXPECT_EQ(first.path(), asPath(scratch.path(storeName)));
-    EXPECT_EQ(textIn(PlistDefaultsStore(folders), "A"), QStringLiteral("one"));
+    EXPECT_EQ(textIn(PlistDefaultsStore(folders), "A"), u"one"_s);
     // A password may be in it.
     EXPECT_EQ(QFile::permissions(first.path().text()) & (QFile::ReadGroup | QFile::ReadOther),
               QFile::Permissions());
-    EXPECT_EQ(QDir(scratch.path(QStringLiteral("Orvane")))
-                  .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-              (QStringList{QStringLiteral(".Quillfern1.lock"), QStringLiteral("Quillfern1.plist")}))
+    EXPECT_EQ(
+        QDir(scratch.path(u"Orvane"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        (QStringList{u".Quillfern1.lock"_s, u"Quillfern1.plist"_s}))
         << "something was left behind";
 }
 
@@ -58,12 +57,12 @@ TEST(PlistDefaultsStore, TakesItsFileAwayFromOthers)
         const QByteArray path = nativePath(scratch.write(storeName, writePropertyList(Record())));
         ASSERT_EQ(::chmod(path.constData(), before), 0);
         PlistDefaultsStore store(folders);
-        store.setValue(QStringLiteral("A"), QStringLiteral("secret"));
+        store.setValue(u"A"_s, u"secret"_s);
         store.flush();
         struct stat status = {};
         ASSERT_EQ(::stat(path.constData(), &status), 0);
         EXPECT_EQ(status.st_mode & 07777U, after) << std::oct << before;
-        EXPECT_EQ(textIn(PlistDefaultsStore(folders), "A"), QStringLiteral("secret"));
+        EXPECT_EQ(textIn(PlistDefaultsStore(folders), "A"), u"secret"_s);
         QFile::remove(scratch.path(storeName));
     }
 }
@@ -74,13 +73,13 @@ TEST(PlistDefaultsStore, KeepsWhatAnotherProgramWroteMeanwhile)
     const FakeFolders folders(scratch.path());
     PlistDefaultsStore mine(folders);
     PlistDefaultsStore theirs(folders);
-    theirs.setValue(QStringLiteral("THEIRS"), QStringLiteral("t"));
+    theirs.setValue(u"THEIRS"_s, u"t"_s);
     theirs.flush();
-    mine.setValue(QStringLiteral("MINE"), QStringLiteral("m"));
+    mine.setValue(u"MINE"_s, u"m"_s);
     mine.flush();
     const PlistDefaultsStore later(folders);
-    EXPECT_EQ(textIn(later, "THEIRS"), QStringLiteral("t"));
-    EXPECT_EQ(textIn(later, "MINE"), QStringLiteral("m"));
+    EXPECT_EQ(textIn(later, "THEIRS"), u"t"_s);
+    EXPECT_EQ(textIn(later, "MINE"), u"m"_s);
 }
 
 TEST(PlistDefaultsStore, SetsAnUnreadableFileAside)
@@ -91,12 +90,12 @@ TEST(PlistDefaultsStore, SetsAnUnreadableFileAside)
     for (int round = 1; round <= 2; ++round) {
         scratch.write(storeName, spoilt);
         PlistDefaultsStore store(folders);
-        EXPECT_FALSE(store.value(QStringLiteral("SETTINGS")));
+        EXPECT_FALSE(store.value(u"SETTINGS"_s));
         EXPECT_EQ(readFile(scratch.path(storeName)), spoilt) << "changed by reading it";
-        store.setValue(QStringLiteral("A"), QStringLiteral("new"));
+        store.setValue(u"A"_s, u"new"_s);
         store.flush();
-        EXPECT_EQ(textIn(PlistDefaultsStore(folders), "A"), QStringLiteral("new"));
-        EXPECT_EQ(readFile(scratch.path(storeName + QStringLiteral(".unreadable-%1").arg(round))), spoilt);
+        EXPECT_EQ(textIn(PlistDefaultsStore(folders), "A"), u"new"_s);
+        EXPECT_EQ(readFile(scratch.path(storeName + u".unreadable-%1"_s.arg(round))), spoilt);
     }
 }
 
@@ -104,37 +103,37 @@ TEST(PlistDefaultsStore, FollowsALink)
 {
     const Scratch scratch;
     const FakeFolders folders(scratch.path());
-    const QString real = scratch.write(QStringLiteral("elsewhere/q.plist"), writePropertyList(Record()));
-    QDir().mkpath(scratch.path(QStringLiteral("Orvane")));
+    const QString real = scratch.write(u"elsewhere/q.plist"_s, writePropertyList(Record()));
+    QDir().mkpath(scratch.path(u"Orvane"_s));
     ASSERT_TRUE(QFile::link(real, scratch.path(storeName)));
     PlistDefaultsStore store(folders);
-    store.setValue(QStringLiteral("A"), QStringLiteral("x"));
+    store.setValue(u"A"_s, u"x"_s);
     store.flush();
     EXPECT_TRUE(QFileInfo(scratch.path(storeName)).isSymLink());
-    EXPECT_EQ(readPropertyListFile(asPath(real)).text(QStringLiteral("A")), QStringLiteral("x"));
+    EXPECT_EQ(readPropertyListFile(asPath(real)).text(u"A"_s), u"x"_s);
 }
 
 TEST(PlistDefaultsStore, TellsWhenItCannotWrite)
 {
     const Scratch scratch;
-    scratch.write(QStringLiteral("Orvane"), "a file where the folder should be");
+    scratch.write(u"Orvane"_s, "a file where the folder should be");
     PlistDefaultsStore blocked{FakeFolders(scratch.path())};
     EXPECT_THROW(blocked.flush(), Failure);
     PlistDefaultsStore homeless{FakeFolders(QString())};
     EXPECT_THROW(homeless.flush(), Failure);
-    EXPECT_EQ(readFile(scratch.path(QStringLiteral("Orvane"))), "a file where the folder should be");
+    EXPECT_EQ(readFile(scratch.path(u"Orvane"_s)), "a file where the folder should be");
 }
 
 TEST(PlistDefaultsStore, WaitsForWhoeverHoldsTheLockButNotForEver)
 {
     const Scratch scratch;
-    const QString path = scratch.path(QStringLiteral("lock"));
+    const QString path = scratch.path(u"lock"_s);
     {
         const FileLock held(asPath(path));
         EXPECT_THROW(FileLock(asPath(path), 20), Failure);
     }
     EXPECT_NO_THROW(FileLock(asPath(path), 20));
-    EXPECT_THROW(FileLock(asPath(scratch.path(QStringLiteral("no/folder/lock")))), Failure);
+    EXPECT_THROW(FileLock(asPath(scratch.path(u"no/folder/lock"_s))), Failure);
 }
 
 TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)
@@ -152,8 +151,8 @@ TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)
             try {
                 PlistDefaultsStore store(folders);
                 for (int round = 1; round <= rounds; ++round) {
-                    store.setValue(QStringLiteral("P%1").arg(program), round);
-                    store.setValue(QStringLiteral("BULK%1").arg(program), QString(20'000, u'x'));
+                    store.setValue(u"P%1"_s.arg(program), round);
+                    store.setValue(u"BULK%1"_s.arg(program), QString(20'000, u'x'));
                     store.flush();
                     // A process that polls for the lock must find it free from time to time.
                     QThread::msleep(10);
@@ -182,7 +181,7 @@ TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)
     EXPECT_GT(looks, 0);
     const Record all = readPropertyListFile(asPath(scratch.path(storeName)));
     for (int program = 0; program < programs; ++program)
-        EXPECT_EQ(all.integer32(QStringLiteral("P%1").arg(program)), rounds);
+        EXPECT_EQ(all.integer32(u"P%1"_s.arg(program)), rounds);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -35,14 +34,7 @@ TEST(TemporaryNamesTest, OnlyOurOwnOldLeftoversGo)
         return QByteArrayList{parts[0], host, process, start, end}.join('-');
     };
     const QByteArray ended = endedProcess();
-    struct Case
-    {
-        const char* what;
-        QByteArray name;
-        bool isOld;
-        bool goes;
-    };
-    const std::vector<Case> cases = {
+    const Rows<const char*, QByteArray, bool, bool> cases = {
         {"of a process that ended", named(parts[1], ended, parts[3], parts[4]), true, true},
         {"of an earlier process of a number", named(parts[1], parts[2], "1", parts[4]), true, true},
         {"written lately", named(parts[1], ended, "7", parts[4]), false, false},
@@ -53,15 +45,15 @@ TEST(TemporaryNamesTest, OnlyOurOwnOldLeftoversGo)
         {"no process", named(parts[1], "", parts[3], parts[4]), true, false},
         {"somebody's file", ".quillfern-notes.tmp", true, false},
     };
-    for (const Case& c : cases) {
-        const QByteArray path = QFile::encodeName(scratch.write(QFile::decodeName(c.name), "x"));
-        const std::time_t then = std::time(nullptr) - (c.isOld ? 25 : 23) * 60 * 60;
+    for (const auto& [what, name, isOld, goes] : cases) {
+        const QByteArray path = QFile::encodeName(scratch.write(QFile::decodeName(name), "x"));
+        const std::time_t then = std::time(nullptr) - (isOld ? 25 : 23) * 60 * 60;
         const std::timespec times[2] = {{then, 0}, {then, 0}};
         ASSERT_EQ(::utimensat(AT_FDCWD, path.constData(), times, 0), 0);
     }
     removeLeftovers(asPath(scratch.path()));
-    for (const Case& c : cases)
-        EXPECT_EQ(QFile::exists(scratch.path(QFile::decodeName(c.name))), !c.goes) << c.what;
+    for (const auto& [what, name, isOld, goes] : cases)
+        EXPECT_EQ(QFile::exists(scratch.path(QFile::decodeName(name))), !goes) << what;
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 #include "platform/system/NativePath.h"
 #include "support/Tools.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 namespace quillfern {
@@ -95,13 +94,13 @@ TEST(FilePathTest, OneFileHasOneSpelling)
     };
     for (const auto& [given, clean] : cases)
         EXPECT_EQ(at(given).bytes(), clean) << given.toPercentEncoding().toStdString();
-    EXPECT_EQ(FilePath::fromText(QStringLiteral("/a") + QChar(u'\0')), FilePath());
+    EXPECT_EQ(FilePath::fromText(u"/a"_s + QChar(u'\0')), FilePath());
 }
 
 TEST(FilePathTest, TheWayUpIsTheSystems)
 {
     const Scratch scratch;
-    scratch.write(QStringLiteral("far/sub/file"), "");
+    scratch.write(u"far/sub/file"_s, "");
     const QByteArray top = resolvedPath(asPath(scratch.path())).bytes();
     ASSERT_EQ(::symlink((top + "/far/sub").constData(), (top + "/link").constData()), 0);
     ASSERT_EQ(::symlink("/", (top + "/root").constData()), 0);
@@ -124,42 +123,40 @@ TEST(FilePathTest, TheWayUpIsTheSystems)
 
 TEST(FilePathTest, Parts)
 {
-    struct Case
-    {
-        const char* path;
-        const char* name;
-        const char* stem;
-        const char* extension;
-        const char* parent;
-    };
-    for (const Case& c :
-         {Case{"/d/a.pdf", "a.pdf", "a", "pdf", "/d"}, Case{"/d/a.PDF", "a.PDF", "a", "PDF", "/d"},
-          Case{"/d/a.tar.gz", "a.tar.gz", "a.tar", "gz", "/d"}, Case{"/d.x/a", "a", "a", "", "/d.x"},
-          Case{"/d/.pdf", ".pdf", ".pdf", "", "/d"}, Case{"/d/.x.pdf", ".x.pdf", ".x", "pdf", "/d"},
-          Case{"/d/a.", "a.", "a", "", "/d"}, Case{"/d/a..tif", "a..tif", "a.", "tif", "/d"},
-          Case{"/d/a.pdf/", "a.pdf", "a", "pdf", "/d"}, Case{"/a.pdf\r", "a.pdf\r", "a", "pdf\r", "/"},
-          Case{"/", "", "", "", "/"}, Case{"", "", "", "", ""}}) {
-        const FilePath path = at(c.path);
-        EXPECT_EQ(path.name(), QLatin1String(c.name)) << c.path;
-        EXPECT_EQ(path.stem(), QLatin1String(c.stem)) << c.path;
-        EXPECT_EQ(path.extension(), QLatin1String(c.extension)) << c.path;
-        EXPECT_EQ(path.parent(), at(c.parent)) << c.path;
-        EXPECT_EQ(path.isEmpty(), *c.path == '\0') << c.path;
+    using Text = const char*;
+    for (const auto& [given, name, stem, extension, parent] :
+         Rows<Text, Text, Text, Text, Text>{{"/d/a.pdf", "a.pdf", "a", "pdf", "/d"},
+                                            {"/d/a.PDF", "a.PDF", "a", "PDF", "/d"},
+                                            {"/d/a.tar.gz", "a.tar.gz", "a.tar", "gz", "/d"},
+                                            {"/d.x/a", "a", "a", "", "/d.x"},
+                                            {"/d/.pdf", ".pdf", ".pdf", "", "/d"},
+                                            {"/d/.x.pdf", ".x.pdf", ".x", "pdf", "/d"},
+                                            {"/d/a.", "a.", "a", "", "/d"},
+                                            {"/d/a..tif", "a..tif", "a.", "tif", "/d"},
+                                            {"/d/a.pdf/", "a.pdf", "a", "pdf", "/d"},
+                                            {"/a.pdf\r", "a.pdf\r", "a", "pdf\r", "/"},
+                                            {"/", "", "", "", "/"},
+                                            {"", "", "", "", ""}}) {
+        const FilePath path = at(given);
+        EXPECT_EQ(path.name(), QLatin1String(name)) << given;
+        EXPECT_EQ(path.stem(), QLatin1String(stem)) << given;
+        EXPECT_EQ(path.extension(), QLatin1String(extension)) << given;
+        EXPECT_EQ(path.parent(), at(parent)) << given;
+        EXPECT_EQ(path.isEmpty(), *given == '\0') << given;
     }
-    EXPECT_EQ(at("/").child(QStringLiteral("a")), at("/a"));
-    EXPECT_EQ(at("/a").child(QStringLiteral("b/./c//d")), at("/a/b/c/d"));
+    EXPECT_EQ(at("/").child(u"a"_s), at("/a"));
+    EXPECT_EQ(at("/a").child(u"b/./c//d"_s), at("/a/b/c/d"));
     EXPECT_EQ(at("/a").child(pathText("\xE9")), at("/a/\xE9"));
     EXPECT_EQ(at("/a").child(QString()), at("/a"));
     EXPECT_EQ(at("/a").child(QString(QChar(u'\0'))), FilePath());
-    EXPECT_EQ(FilePath().child(QStringLiteral("a")), FilePath()) << "and not in the current folder";
+    EXPECT_EQ(FilePath().child(u"a"_s), FilePath()) << "and not in the current folder";
 }
 
 TEST(FilePathTest, UrlsAreThoseOfQtForValidNames)
 {
-    QStringList paths = {QString::fromUtf8("/\xC3\xA9t\xC3\xA9/x"), QStringLiteral("/a%FFb"),
-                         QStringLiteral("/a%2Fb")};
+    QStringList paths = {QString::fromUtf8("/\xC3\xA9t\xC3\xA9/x"), u"/a%FFb"_s, u"/a%2Fb"_s};
     for (char c = 1; c > 0 && c < 127; ++c)
-        if (c != '/') paths.append(QStringLiteral("/a") + QLatin1Char(c) + u'b');
+        if (c != '/') paths.append(u"/a"_s + QLatin1Char(c) + u'b');
     for (const QString& path : paths) {
         EXPECT_EQ(asPath(path).url(), QUrl::fromLocalFile(path)) << path.toStdString();
         EXPECT_EQ(FilePath::fromUrl(QUrl::fromLocalFile(path)).text(), path) << path.toStdString();
@@ -173,14 +170,14 @@ TEST(FilePathTest, UrlsThatNameNoFileOfThisMachine)
     for (const char* url : {"", "http://example.org/a.pdf", "a.pdf", "file:a.pdf", "file:///a.pdf%00.txt"})
         EXPECT_EQ(FilePath::fromUrl(QUrl::fromEncoded(url)), FilePath()) << url;
     EXPECT_EQ(FilePath::fromUrl(QUrl::fromEncoded("file://localhost/d/./a.pdf")), at("/d/a.pdf"));
-    EXPECT_EQ(filePaths({QUrl(QStringLiteral("file:///b/")), QUrl(QStringLiteral("https://example.org/a")),
-                         QUrl(), QUrl(QStringLiteral("file:///a"))}),
-              (QList<FilePath>{at("/b"), at("/a")}));
+    EXPECT_EQ(
+        filePaths({QUrl(u"file:///b/"_s), QUrl(u"https://example.org/a"_s), QUrl(), QUrl(u"file:///a"_s)}),
+        (QList<FilePath>{at("/b"), at("/a")}));
 }
 
 TEST(FilePathTest, PeopleSeeAReplacementCharacterForEachForeignByte)
 {
-    EXPECT_EQ(at("/\xFF\xFE.pdf").readable(), QStringLiteral("/\uFFFD\uFFFD.pdf"));
+    EXPECT_EQ(at("/\xFF\xFE.pdf").readable(), u"/\uFFFD\uFFFD.pdf"_s);
     EXPECT_EQ(at("/\xF0\x9F\x93\x84.pdf").readable(), QString::fromUtf8("/\xF0\x9F\x93\x84.pdf"));
 }
 
@@ -191,17 +188,16 @@ TEST(FilePathTest, WhatIsDoneWithFilesReachesNamesOfAnyBytes)
     EXPECT_TRUE(makeFolders(folder) && makeFolders(folder));
     EXPECT_EQ(fileKind(folder), FileKind::Folder);
     EXPECT_TRUE(mayWriteInto(folder));
-    EXPECT_FALSE(mayWriteInto(folder.child(QStringLiteral("gone"))));
+    EXPECT_FALSE(mayWriteInto(folder.child(u"gone"_s)));
     const FilePath link = folder.child(pathText("li\xE9nk"));
     ASSERT_EQ(::symlink("gone", link.bytes().constData()), 0);
     EXPECT_TRUE(isNameTaken(link) && fileKind(link) == FileKind::Missing);
-    const FilePath other = folder.child(QStringLiteral("other"));
+    const FilePath other = folder.child(u"other"_s);
     EXPECT_TRUE(renameFile(link, other) && isNameTaken(other) && !isNameTaken(link));
     EXPECT_FALSE(renameFile(link, other));
     EXPECT_TRUE(removeFile(other) && removeFile(other) && !isNameTaken(other));
-    const FilePath file = asPath(scratch.write(QStringLiteral("file"), "x"));
-    EXPECT_FALSE(makeFolders(file) || makeFolders(file.child(QStringLiteral("a"))) ||
-                 makeFolders(FilePath()));
+    const FilePath file = asPath(scratch.write(u"file"_s, "x"));
+    EXPECT_FALSE(makeFolders(file) || makeFolders(file.child(u"a"_s)) || makeFolders(FilePath()));
 }
 
 TEST(UserFoldersTest, FollowTheEnvironmentWhateverItsBytes)
