@@ -9,7 +9,8 @@ std::optional<FilePath> commitCopy(store::AtomicFile& file, const FilePath& outp
                                    const OutputNames& names, const CopyName& copy, ExistingCopies existing)
 {
     const store::FolderBelow folder(outputFolder, copy.folders);
-    if (file.commitInto(folder, copy.name, existing == ExistingCopies::Replace)) return copy.below(outputFolder);
+    if (file.commitInto(folder, copy.name, existing == ExistingCopies::Replace))
+        return copy.below(outputFolder);
     if (existing != ExistingCopies::Number) return std::nullopt;
     constexpr int most = 100'000;
     for (int number = 2; number < most; ++number) {

@@ -35,7 +35,10 @@ StampedDocument processDocument(const char* pattern, const FilePath& source, Job
     run.beginUpdate();
     try {
         stamp(document);
-        if (document.copy) document.place->prepare(*document.copy, run.abandoned());
+        if (document.copy) {
+            document.place->prepare(*document.copy, run.abandoned());
+            document.place->addHashes(*document.copy, document.outcome, run.abandoned());
+        }
     } catch (...) {
         document.fail();
     }

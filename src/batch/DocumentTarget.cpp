@@ -25,8 +25,9 @@ bool isInPlace(const FilePath& source, const FilePath& target)
 }
 
 DocumentTarget::DocumentTarget(const FilePath& source, const FilePath& target, bool isBackupFile,
-                               const std::optional<FileVersion>& expected)
-    : source_(source), path_(target), isInPlace_(isInPlace(source, target)), isBackupFile_(isBackupFile)
+                               const std::optional<FileVersion>& expected, CopyRules rules)
+    : source_(source), path_(target), rules_(std::move(rules)),
+      isInPlace_(rules_.mayReplace && quillfern::isInPlace(source, target)), isBackupFile_(isBackupFile)
 {
     if (isInPlace_) {
         path_ = resolvedPath(source);
@@ -35,7 +36,7 @@ DocumentTarget::DocumentTarget(const FilePath& source, const FilePath& target, b
             throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure",
                                             "Another program or another job has changed the file since this "
                                             "job began. The file was left as it is."));
-    } else {
+    } else if (rules_.mayReplace) {
         store::AtomicFile::requireReplaceable(target);
     }
     try {
@@ -68,7 +69,32 @@ void DocumentTarget::requireSameSource() const
 
 void DocumentTarget::removeEarlierCopy() const
 {
-    if (!isInPlace_) removeFile(path_);
+    if (isInPlace_ || !rules_.mayReplace) return;
+    if (!rules_.workFolder.isEmpty()) {
+        // A link below the output folder may lead the path out of it.
+        const QByteArray folder = resolvedPath(path_.parent()).bytes() + '/';
+        if (!folder.startsWith(resolvedPath(rules_.workFolder).bytes() + '/')) return;
+    }
+    removeFile(path_);
+}
+
+std::unique_ptr<store::AtomicFile> DocumentTarget::newFile(bool isHashed) const
+{
+    const bool isBeside = isInPlace_ || rules_.workFolder.isEmpty();
+    auto file = std::make_unique<store::AtomicFile>(path_, isBeside ? path_.parent() : rules_.workFolder);
+    if (isHashed) file->hashBytes();
+    return file;
+}
+
+void DocumentTarget::addHashes(store::AtomicFile& file, FileOutcome& outcome,
+                               const std::stop_token& stop) const
+{
+    if (!file.isHashed()) return;
+    const auto& copied = file.copiedBytes();
+    outcome.copySha256 = file.sha256(stop);
+    outcome.sourceSha256 = copied && copied->size == version_->size
+                               ? copied->sha256
+                               : store::Sha256::ofFile(descriptor_, version_->size, stop);
 }
 
 void DocumentTarget::prepare(store::AtomicFile& file, const std::stop_token& stop)
@@ -84,7 +110,8 @@ void DocumentTarget::prepare(store::AtomicFile& file, const std::stop_token& sto
     throwIfCancelled(stop);
 }
 
-std::optional<Reason> DocumentTarget::commit(store::AtomicFile& file, const std::stop_token& stop)
+std::optional<Reason> DocumentTarget::commit(store::AtomicFile& file, const std::stop_token& stop,
+                                             const CopyMove& move)
 {
     requireSameSource(); // and so the attributes are still the source's
     file.prepareCommit();
@@ -99,7 +126,7 @@ std::optional<Reason> DocumentTarget::commit(store::AtomicFile& file, const std:
     if (!isInPlace_ || !isBackupFile_) throwIfCancelled(stop);
     try {
         requireSameSource();
-        file.commit();
+        move ? move(file) : file.commit();
     } catch (const Failure& failure) {
         if (!remark) throw;
         throw Failure(failure.reasons().followedBy(*remark)); // the earlier backup is gone all the same

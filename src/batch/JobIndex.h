@@ -10,8 +10,9 @@
 
 namespace quillfern {
 
-/// The index of a job as CSV (RFC 4180) in UTF-8 without a byte order mark: a header line and one line for each file of the list, also for
-/// those that a stopped job did not begin ("not-begun"). Its columns are described in docs/index.md.
+/// The index of a job as CSV (RFC 4180) in UTF-8 without a byte order mark: a header line and one line for
+/// each file of the list, also for those that a stopped job did not begin ("not-begun"). Its columns are
+/// described in docs/index.md.
 ///
 /// `files` is what the log has of the job's outputs, from the first on.
 [[nodiscard]] QByteArray jobIndex(const Job& job, const std::vector<LogFiles>& files);
@@ -20,8 +21,9 @@ namespace quillfern {
 /// nothing for a job without an index.
 [[nodiscard]] std::optional<FilePath> indexPath(const Job& job);
 
-/// Writes the index of a job that has one, in one step. An earlier index beside the copies is kept under another
-/// name, as store::writeKeepingEarlier() does; a file that the options name is replaced. Throws Failure.
+/// Writes the index of a job that has one, in one step. An earlier index beside the copies is kept under
+/// another name, as store::writeKeepingEarlier() does; a file that the options name is replaced. Throws
+/// Failure.
 void writeIndex(const Job& job, const std::vector<LogFiles>& files);
 
 } // namespace quillfern

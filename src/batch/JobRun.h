@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/DocumentTarget.h"
 #include "batch/FileOutcome.h"
 #include "config/JobConfiguration.h"
 #include "platform/system/FileIdentity.h"
@@ -31,6 +32,7 @@ class JobRun
     std::int64_t totalPages = 0;
     /// The version that the next document had when the job began; none when any version will do.
     std::optional<FileVersion> sourceVersion;
+    CopyRules copyRules; ///< of the next document
     /// Is told about how many bytes of memory the next document takes, before it takes them, and returns
     /// when there is as much room beside the other documents in work. Empty where documents are worked on
     /// one after the other.

@@ -137,11 +137,10 @@ CopyName OutputNames::of(std::size_t index, const FilePath& source,
 {
     const QString extension = source.extension();
     const QString type = extension.toLower();
-    const bool becomesTif = options_.tifNames && type != QLatin1String("pdf") && type != tif &&
-                            type != QLatin1String("tiff");
+    const bool becomesTif =
+        options_.tifNames && type != QLatin1String("pdf") && type != tif && type != QLatin1String("tiff");
     if (options_.namePattern.isEmpty() && !becomesTif) return {foldersOf(source), source.name()};
-    const QString stem =
-        options_.namePattern.isEmpty() ? source.stem() : stemOf(index, source, numbers);
+    const QString stem = options_.namePattern.isEmpty() ? source.stem() : stemOf(index, source, numbers);
     const QString ending = becomesTif ? tif : extension;
     return {foldersOf(source), fitting(stem, ending.isEmpty() ? ending : u'.' + ending)};
 }

@@ -41,7 +41,8 @@ void PdfProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun& 
     const PageCompositor compositor(job_.stamps, shaper_);
     compositor.requireFont(); // before anything is changed
     const FilePath& source = work.source;
-    work.place = std::make_unique<DocumentTarget>(source, target, job_.isBackupFile, run.sourceVersion);
+    work.place =
+        std::make_unique<DocumentTarget>(source, target, job_.isBackupFile, run.sourceVersion, run.copyRules);
     // A document that will be written anew is read whole first: nothing of it may be lost.
     const bool isWrittenAnew = job_.isWrittenAnew || job_.pageRange != PageRange::AllPages;
     std::unique_ptr<pdf::PdfDocument> document;
@@ -70,7 +71,7 @@ void PdfProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun& 
     document->setCreator(getAppTitle());
     const int pages = stampPages(*document, compositor, run);
     document->keepFirstPages(pages);
-    work.copy = std::make_unique<store::AtomicFile>(work.place->path());
+    work.copy = work.place->newFile(job_.options.index);
     document->save(writer_, *work.copy);
     throwIfCancelled(run.abandoned());
     work.outcome = {FileStatus::Created, document->loss(), pages, run.numbers()};

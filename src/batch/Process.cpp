@@ -1,6 +1,7 @@
 #include "batch/Process.h"
 
 #include "batch/DocumentInWork.h"
+#include "batch/JobIndex.h"
 #include "batch/JobWarnings.h"
 #include "platform/pdf/PdfPageCount.h"
 #include "platform/pdf/SharedCodings.h"
@@ -60,7 +61,7 @@ void Process::start()
     log_.startTime = services_.clock.now();
     write(message_, QString());
     try {
-        collisions_ = findCollisions(outputFiles(), [this] { return isCombining_.load(); });
+        collisions_ = placement_.collisions([this] { return isCombining_.load(); });
         store::removeLeftovers(job_.outputFolder);
         WorkAhead files(job_.configuration, planFiles(), means());
         std::size_t task = 0;
@@ -106,7 +107,7 @@ WorkAhead::Means Process::means()
 
 void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& files)
 {
-    const FilePath& target = outputFiles()[index].filename();
+    FilePath target = outputFiles()[index].filename();
     log_.files.push_back({target.name(), target.parent().text(), {}, 0, {}});
     LogFiles& record = log_.files.back();
     write(outputFileInProcess_, target.name());
@@ -126,7 +127,9 @@ void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& file
         work.log.write();
         pagesOfEndedTurns_ += work.pagesDone;
         try {
-            record.outcome = finish(std::move(work), item, target);
+            record.outcome = finish(std::move(work), item, index, target);
+            record.filename = target.name();
+            record.targetPath = target.parent().text();
         } catch (...) {
             failed_ = true;
             record.outcome = FileOutcome::without(FileStatus::Refused, currentReason());
@@ -189,6 +192,14 @@ FileWork Process::workOn(const Task& task, DocumentProcessors& processors, JobRu
              {collision.stampedAs.readable()}});
         return work;
     }
+    if (const auto skipped = placement_.skipped(output.filename())) {
+        // The copy has numbers, which the next file does not get again.
+        run.stamps() = run.stamps().after(stampedPages(job_.configuration, item.pages()),
+                                          job_.configuration.numberSteps, job_.configuration.stamps);
+        work.document.outcome = *skipped;
+        return work;
+    }
+    run.copyRules = placement_.rules();
     run.sourceVersion = collision.version;
     run.totalPages = job_.configuration.isContinuousNumbering ? job_.totalPages : item.pages();
     work.document = isPdf(item)
@@ -198,11 +209,11 @@ FileWork Process::workOn(const Task& task, DocumentProcessors& processors, JobRu
     return work;
 }
 
-FileOutcome Process::finish(FileWork work, const FileItem& item, const FilePath& target)
+FileOutcome Process::finish(FileWork work, const FileItem& item, std::size_t index, FilePath& target)
 {
     if (work.problem) std::rethrow_exception(work.problem);
-    if (!work.isProcessed) return work.document.outcome;
-    FileOutcome outcome = work.document.commit(written_.contains(target), abandon_.get_token());
+    if (!work.isProcessed) return placement_.confirmed(work.document.outcome, target);
+    FileOutcome outcome = placement_.commit(work.document, index, target, abandon_.get_token());
     ++totalFileProcessed_;
     postLabel();
     if (outcome.countsAsCreated()) ++totalFileCreated_;
@@ -247,6 +258,12 @@ void Process::finish()
 {
     log_.endTime = services_.clock.now();
     log_.save();
+    try {
+        writeIndex(job_, log_.files);
+    } catch (...) {
+        indexProblem_ = currentReason();
+        logLine(indexProblem_->logged);
+    }
     write(message_, resultMessage());
     write(timeTaken_, timeTakenString(log_.startTime, log_.endTime));
     write(fileInProcess_, QString());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "batch/Collisions.h"
+#include "batch/CopyPlacement.h"
 #include "batch/DocumentProcessors.h"
 #include "batch/FileOutcome.h"
 #include "batch/Job.h"
@@ -22,6 +23,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <stop_token>
 #include <vector>
 
@@ -99,6 +101,8 @@ class Process
     [[nodiscard]] QString message() const { return read(message_); }
     /// The log; to be read from the main thread once the job has completed.
     [[nodiscard]] const Log& log() const { return log_; }
+    /// Why the index of a job that has one could not be written; likewise.
+    [[nodiscard]] const std::optional<Reason>& indexProblem() const { return indexProblem_; }
 
   private:
     /// One input of one output.
@@ -113,7 +117,8 @@ class Process
     [[nodiscard]] FileWork workOn(const Task& task, DocumentProcessors& processors, JobRun& run) const;
     /// `nextTask` is the output's first.
     void runOutput(std::size_t index, std::size_t nextTask, WorkAhead& files);
-    [[nodiscard]] FileOutcome finish(FileWork work, const FileItem& item, const FilePath& target);
+    [[nodiscard]] FileOutcome finish(FileWork work, const FileItem& item, std::size_t index,
+                                     FilePath& target);
     void addRemarks(FileOutcome& outcome, const FileItem& item, const FilePath& target, bool isContinuous);
     void finish();
     void postLabel();
@@ -144,6 +149,8 @@ class Process
     bool failed_ = false; ///< an exception was caught
 
     std::vector<Collision> collisions_;
+    const CopyPlacement placement_{job_, written_};
+    std::optional<Reason> indexProblem_;
     std::vector<Task> tasks_;           ///< in list order
     QHash<FilePath, FilePath> written_; ///< the copies of this job so far, and the input of each
 };

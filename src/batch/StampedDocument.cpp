@@ -20,11 +20,11 @@ void StampedDocument::fail()
     }
 }
 
-FileOutcome StampedDocument::commit(bool isTargetOfThisJob, const std::stop_token& stop)
+FileOutcome StampedDocument::commit(bool isTargetOfThisJob, const std::stop_token& stop, const CopyMove& move)
 {
     if (copy) {
         try {
-            const std::optional<Reason> ofBackup = place->commit(*copy, stop);
+            const std::optional<Reason> ofBackup = place->commit(*copy, stop, move);
             if (outcome.isWarning())
                 logNotice(QStringLiteral("%1: %2").arg(source.readable(), outcome.remark->logged));
             if (ofBackup) outcome.add(*ofBackup);

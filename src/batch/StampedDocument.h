@@ -29,7 +29,8 @@ struct StampedDocument
     /// Moves the copy into place, and returns what has become of the document. Without a copy, an earlier
     /// job's copy at the target is removed, but never one of this job (`isTargetOfThisJob`), and none for a
     /// document that was given up. To be called once.
-    [[nodiscard]] FileOutcome commit(bool isTargetOfThisJob = false, const std::stop_token& stop = {});
+    [[nodiscard]] FileOutcome commit(bool isTargetOfThisJob = false, const std::stop_token& stop = {},
+                                     const CopyMove& move = {});
 
     /// Makes a failed outcome of the exception now being handled, and writes it to the system log.
     void fail();

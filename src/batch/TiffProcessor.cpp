@@ -50,7 +50,8 @@ void TiffProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun&
 {
     const PageCompositor compositor(job_.stamps, shaper_);
     compositor.requireFont(); // before anything is changed
-    work.place = std::make_unique<DocumentTarget>(work.source, target, job_.isBackupFile, run.sourceVersion);
+    work.place = std::make_unique<DocumentTarget>(work.source, target, job_.isBackupFile, run.sourceVersion,
+                                                  run.copyRules);
     const auto reader = raster::RasterReader::open(work.source, run.abandoned());
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
@@ -68,7 +69,7 @@ void TiffProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun&
         run.memoryNeeded(static_cast<std::int64_t>(
             reader->nextPageBytes() * std::min(pagesInMemory, static_cast<double>(last - first + 1))));
 
-    work.copy = std::make_unique<store::AtomicFile>(work.place->path());
+    work.copy = work.place->newFile(job_.options.index);
     raster::RasterWriter writer(*work.copy, run.abandoned());
     raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last), run.abandoned());
     for (int i = 1; i <= count && run.isUpdating(); ++i) {

@@ -101,6 +101,7 @@ void JsonReport::jobDone(const JobSummary& job)
                {key("pages"), static_cast<qint64>(job.pages)},
                {key("warnings"), warnings}};
     if (job.isLogged) addPath(result_, "log", job.log);
+    if (job.index) addPath(result_, "index", *job.index);
 }
 
 void JsonReport::ended(int exitStatus, const std::optional<QString>& problem)

@@ -88,6 +88,22 @@ constexpr std::array copyOptions = {
         "rewrite", nullptr,
         "Write every object of a PDF anew, so that the copy holds no earlier revision of it. Otherwise the "
         "stamps are appended to a copy of the file, which is faster and keeps a signed revision."},
+    Option{"keep-folders", nullptr,
+           "Keep the folders of the files below their common folder; missing ones are made."},
+    Option{"no-keep-folders", nullptr, "Put all copies into one folder; overrides the profile."},
+    Option{"existing", "WHAT",
+           "What becomes of a copy that is there: replace (the default); skip leaves it and does not stamp "
+           "the file; number writes beside it, as \"name (2).pdf\". With skip and number no file is ever "
+           "replaced or processed in place."},
+    Option{"name", "PATTERN",
+           "Name the copies, without extension: {name} is the source's name, {first} and {last} are the "
+           "numbers on its pages as printed, {index} is its place in the list, {date} the day."},
+    Option{"no-name", nullptr, "Name the copies like their sources; overrides the profile."},
+    Option{"tif-names", nullptr, "Name copies of BMP, JPEG, PNG and GIF files .tif, which is what they are."},
+    Option{"no-tif-names", nullptr, "Keep their extension; overrides the profile."},
+    Option{"index", "FILE.csv",
+           "Write a table of the files: source, copy, pages, numbers, outcome, SHA-256 of both."},
+    Option{"no-index", nullptr, "Write no table; overrides the profile."},
     Option{"refuse-signed", nullptr,
            "Make no copy of a PDF that is digitally signed; the file counts as failed."},
 };

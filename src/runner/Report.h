@@ -25,7 +25,8 @@ struct JobSummary
     QString timeTaken; ///< for people; empty below a second
     double seconds = 0;
     FilePath log;
-    bool isLogged = false; ///< the log is there
+    bool isLogged = false;         ///< the log is there
+    std::optional<FilePath> index; ///< that was written
     std::int64_t files = 0;
     std::int64_t filesProcessed = 0;
     std::int64_t filesCreated = 0;

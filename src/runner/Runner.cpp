@@ -1,6 +1,7 @@
 #include "runner/Runner.h"
 
 #include "batch/Job.h"
+#include "batch/JobIndex.h"
 #include "batch/JobWarnings.h"
 #include "config/Profile.h"
 #include "filelist/AllowedFileTypes.h"
@@ -74,7 +75,7 @@ void Runner::nameSubstitutes(const Numbering& number)
 namespace {
 
 /// A forgotten value makes the next word, a document, the file that an option writes. Throws WrongUse.
-void requireSpared(const RunnerOptions& options)
+void requireSpared(const RunnerOptions& options, const FilePath& index)
 {
     const auto check = [](const char* option, const FilePath& path, bool isPicture) {
         const QString type = path.extension().toLower();
@@ -84,6 +85,7 @@ void requireSpared(const RunnerOptions& options)
                            .arg(QLatin1String(option), path.readable()));
     };
     check("export", options.exportFile, false);
+    check("index", index, false);
     check("save-profile", options.saveProfile, false);
     check("preview", options.preview, true);
     for (const QString& input : options.inputs)
@@ -108,6 +110,17 @@ bool requireOutput(const FilePath& folder)
     return false;
 }
 
+/// A job whose index can only fail to be written does not begin. Throws WrongUse.
+void requireIndex(const Job& job)
+{
+    const auto index = indexPath(job);
+    if (!index) return;
+    const FilePath folder = index->parent();
+    if (fileKind(folder) != FileKind::Folder || !mayWriteInto(folder))
+        throw WrongUse(
+            QStringLiteral("the index cannot be written into \"%1\" (--index)").arg(folder.readable()));
+}
+
 } // namespace
 
 int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
@@ -125,7 +138,7 @@ int Runner::run(const QStringList& arguments, const StopRequests& stopRequests)
         else
             report_ = std::make_unique<TextReport>(out_, err_, options.quiet);
         if (options.quiet) progress_.hide();
-        requireSpared(options);
+        requireSpared(options, settings.number->options().indexFile);
         requireResources();
         status = follow(options, settings, stopRequests);
     } catch (const WrongUse& wrongUse) {
@@ -164,8 +177,9 @@ int Runner::follow(const RunnerOptions& options, Settings& settings, const StopR
 
     if (isOutputMissing && !makeFolders(output))
         throw WrongUse(QStringLiteral("the folder \"%1\" cannot be made (--output)").arg(output.readable()));
+    Job job = planJob(files.copies(), settings, services_.clock.now().date());
+    requireIndex(job);
     services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
-    Job job = planJob(files.copies(), settings);
     job.configuration.isWrittenAnew = options.rewrite;
     job.configuration.refusesSigned = options.refuseSigned;
     services_.filesAtOnce = options.filesAtOnce;
@@ -256,8 +270,13 @@ int Runner::report(const Process& process)
     job.filesCreated = process.totalFileCreated();
     job.pages = process.totalPagesProcessed();
     job.warnings = jobWarnings(log.files);
+    if (const auto& unwritten = process.indexProblem())
+        job.warnings.push_back(*unwritten);
+    else
+        job.index = indexPath(process.job());
     report_->jobDone(job);
-    const bool all = job.isLogged && outputsMissing_ == 0 && log.files.size() == process.outputFiles().size();
+    const bool all = job.isLogged && !process.indexProblem() && outputsMissing_ == 0 &&
+                     log.files.size() == process.outputFiles().size();
     return all ? AllCreated : SomeNotCreated;
 }
 

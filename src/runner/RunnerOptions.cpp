@@ -7,6 +7,7 @@
 #include "platform/raster/LibraryVersions.h"
 #include "platform/system/Failure.h"
 #include "platform/system/NativePath.h"
+#include "runner/CopyOptions.h"
 #include "runner/OptionTable.h"
 #include "runner/OptionValues.h"
 #include "runner/StampOptions.h"
@@ -188,6 +189,11 @@ class Reader
 
     bool applyToJob(const QString& name, const QString& value)
     {
+        JobOptions ofJob = number_.options();
+        if (applyCopyOption(name, value, ofJob)) {
+            number_.setOptions(std::move(ofJob));
+            return true;
+        }
         if (name == QLatin1String("start-page"))
             number_.setStartPage(wholeNumber(name, value, 1, largest32));
         else if (name == QLatin1String("end-page"))

@@ -44,6 +44,7 @@ void TextReport::jobDone(const JobSummary& job)
     if (!isQuiet_) {
         out_ << QString(job.message).replace(QStringLiteral("\r\n"), QStringLiteral(" ")) << '\n';
         if (!job.timeTaken.isEmpty()) out_ << "Time: " << job.timeTaken << '\n';
+        if (job.index) out_ << "Index: " << job.index->readable() << '\n';
         if (job.isLogged) out_ << "Log: " << job.log.readable() << '\n';
         out_.flush();
     }

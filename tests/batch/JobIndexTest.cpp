@@ -26,8 +26,8 @@ class Index : public testing::Test
     {
         job.configuration.options.index = true;
         job.outputFolder = asPath(scratch.path());
-        for (const char* const name :
-             {"/in/a,b.pdf", "/in/=1+1.pdf", "/in/quote\"\n.pdf", "/in/caf\xE9.pdf", "/in/e.pdf", "/in/f.pdf"}) {
+        for (const char* const name : {"/in/a,b.pdf", "/in/=1+1.pdf", "/in/quote\"\n.pdf", "/in/caf\xE9.pdf",
+                                       "/in/e.pdf", "/in/f.pdf"}) {
             OutputFile output;
             output.initWithData(FilePath(), std::vector{*FileItem::initWithURL(FilePath::fromBytes(name))});
             job.outputFiles.push_back(output);
@@ -39,7 +39,8 @@ class Index : public testing::Test
                  record("=1+1.pdf", FileOutcome::without(FileStatus::Failed,
                                                          QStringLiteral("=cmd|' /C calc'!A0, said \"x\""))),
                  record("q.pdf", FileOutcome::without(FileStatus::Skipped, QStringLiteral("-was there"))),
-                 record("caf\xE9.pdf", created), record("e.pdf", FileOutcome::without(FileStatus::Cancelled, QStringLiteral("x")))};
+                 record("caf\xE9.pdf", created),
+                 record("e.pdf", FileOutcome::without(FileStatus::Cancelled, QStringLiteral("x")))};
     }
 
     const Scratch scratch;

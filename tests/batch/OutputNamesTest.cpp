@@ -103,7 +103,8 @@ TEST_F(OutputNaming, CutsWholeCharactersAndKeepsBytes)
     const Job job = plan({umlaut.repeated(45) + QStringLiteral(".pdf"), pathText("caf\xE9.pdf")});
     const QByteArray name = nativePath(job.outputFiles[0].filename().name());
     EXPECT_EQ(name, (umlaut.repeated(83) + QStringLiteral(".pdf")).toUtf8()); // 249 of 251 bytes
-    EXPECT_EQ(nativePath(job.outputFiles[1].filename().name()), QByteArray("caf\xE9" "caf\xE9.pdf"));
+    EXPECT_EQ(nativePath(job.outputFiles[1].filename().name()), QByteArray("caf\xE9"
+                                                                           "caf\xE9.pdf"));
     const CopyName next = job.names->numbered({{}, QString::fromUtf8(name)}, 12);
     EXPECT_EQ(next.name, umlaut.repeated(82) + QStringLiteral(" (12).pdf"));
     EXPECT_EQ(OutputNames::unknownWord(QStringLiteral("{name} {page}")), QStringLiteral("{page}"));

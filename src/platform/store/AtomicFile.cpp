@@ -195,6 +195,7 @@ void AtomicFile::copyFrom(int descriptor, long long size, const std::stop_token&
 
 void AtomicFile::hashBytes()
 {
+    isHashed_ = true;
     if (written_ == 0 && buffer_.isEmpty()) hash_.emplace();
 }
 

@@ -63,6 +63,7 @@ class AtomicFile
     /// From now on the bytes are hashed as they pass; copyFrom() then reads them. To be called before the
     /// first byte.
     void hashBytes();
+    [[nodiscard]] bool isHashed() const { return isHashed_; }
     /// SHA-256 of the whole file as Sha256::digest() has it, once everything is written. Where the bytes have
     /// not passed, because they were written through descriptor(), they are read back. Throws Failure, and
     /// Cancelled once `stop` is stopped.
@@ -122,6 +123,7 @@ class AtomicFile
     int descriptor_ = -1;
     std::optional<Sha256> hash_; ///< of the bytes so far; none when they are not hashed
     std::optional<CopiedBytes> copied_;
+    bool isHashed_ = false;
     long long written_ = 0;
     long long started_ = 0; ///< of these bytes, how many the disk was already asked to write
 };
