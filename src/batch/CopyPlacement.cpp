@@ -99,9 +99,8 @@ void CopyPlacement::requireNoInput(const FilePath& target) const
         for (const FileItem& item : output.fileItems())
             if (place == filePlace(item.filePath()) || isSameFile(target, item.filePath()))
                 throw Failure(
-                    {QT_TRANSLATE_NOOP(
-                         "quillfern::Failure",
-                         "No copy was made: it would overwrite another file of the list, %1."),
+                    {QT_TRANSLATE_NOOP("quillfern::Failure",
+                                       "No copy was made: it would overwrite another file of the list, %1."),
                      {item.filePath().readable()}});
 }
 
