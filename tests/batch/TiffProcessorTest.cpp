@@ -146,7 +146,7 @@ TEST_F(TiffProcessing, CompressionCodes)
     addStamp();
     const QString target = scratch.path(u"copy.tif"_s);
     for (const auto& [source, codes] : cases)
-        for (const auto [asked, written] : codes) {
+        for (const auto& [asked, written] : codes) {
             SCOPED_TRACE(testing::Message() << source.toStdString() << " as " << asked);
             ASSERT_EQ(stamp(source, target, asked).status, FileStatus::Created);
             const auto pages = readTiff(target);
