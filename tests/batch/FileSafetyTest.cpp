@@ -292,6 +292,36 @@ TEST_F(JobSafety, OneFileUnderTwoNamesIsStampedOnce)
     }
 }
 
+TEST_F(JobSafety, ANameThatComesOutOtherwiseThanPlannedOverwritesNoInput)
+{
+    // The first file is planned as 3.pdf and comes out as 1.pdf, which is an input: another one, or itself.
+    for (const bool isItself : {false, true}) {
+        for (const ExistingCopies existing : {ExistingCopies::Replace, ExistingCopies::Number}) {
+            const QString first = scratch.write(
+                isItself ? QStringLiteral("in/1.pdf") : QStringLiteral("in/doc.pdf"), numberedPdf(3));
+            const QString second =
+                isItself ? source : scratch.write(QStringLiteral("in/1.pdf"), numberedPdf(2));
+            JobOptions options;
+            options.namePattern = QStringLiteral("{last}");
+            options.existing = existing;
+            settings.number->setOptions(options);
+            Job job = plan({first, second});
+            ASSERT_EQ(job.outputFiles[0].filename().name(), QStringLiteral("3.pdf"));
+            const QByteArray shorter = numberedPdf(1);
+            scratch.write(first.mid(scratch.path().size() + 1), shorter);
+            const QByteArray input = readFile(scratch.path(QStringLiteral("in/1.pdf")));
+            Process process({clock, folders, thread, desktop}, std::move(job), *this);
+            process.start();
+            const LogFiles& record = process.log().files.at(0);
+            const bool isReplaced = existing == ExistingCopies::Replace;
+            EXPECT_EQ(record.outcome.status, isReplaced ? FileStatus::Failed : FileStatus::Created);
+            EXPECT_EQ(record.filename, isReplaced ? QStringLiteral("1.pdf") : QStringLiteral("1 (2).pdf"));
+            EXPECT_EQ(readFile(scratch.path(QStringLiteral("in/1.pdf"))), input);
+            QFile::remove(scratch.path(QStringLiteral("in/1 (2).pdf")));
+        }
+    }
+}
+
 TEST_F(JobSafety, AFileStampedThroughALinkIsNotStampedAgainAsASource)
 {
     // in/doc.pdf becomes a link to a file elsewhere, which is stamped in place through the link.
