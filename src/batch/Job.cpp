@@ -39,7 +39,10 @@ Job planJob(const std::vector<FileItem>& files, const Settings& settings)
     job.configuration = settings.number->configuration();
     job.outputFolder = FilePath::fromText(settings.outputFolderPath.value_or(QString()));
     job.isOpenFolderAfterConversion = settings.isOpenFolderAfterConversion;
-    for (const FileItem& item : files) {
+    JobOptions& options = job.configuration.options;
+    if (options.password.isEmpty()) options.password = settings.pdfOpenPassword.value_or(QString());
+    for (FileItem item : files) {
+        if (options.usePasswords) item.countUnlocked(options.password);
         OutputFile output;
         output.initWithData(job.outputFolder.child(item.name()), std::vector{item});
         job.outputFiles.push_back(std::move(output));

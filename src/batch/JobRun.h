@@ -5,6 +5,7 @@
 #include "platform/system/FileIdentity.h"
 #include "stamps/StampRun.h"
 
+#include <QDateTime>
 #include <atomic>
 #include <cstdint>
 #include <functional>
@@ -29,6 +30,9 @@ class JobRun
     std::int64_t totalPages = 0;
     /// The version that the next document had when the job began; none when any version will do.
     std::optional<FileVersion> sourceVersion;
+
+    /// The moment that stamps print. Every run of one job has the same.
+    QDateTime started = QDateTime::currentDateTime();
 
     /// The document's target is a copy that this job has written. It stays until the new copy is whole.
     bool isTargetOfThisJob = false;

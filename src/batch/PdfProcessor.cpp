@@ -13,34 +13,52 @@
 
 namespace quillfern {
 
-FileOutcome PdfProcessor::processPDF(const FilePath& source, const FilePath& target, const QString&,
+FileOutcome PdfProcessor::processPDF(const FilePath& source, const FilePath& target, const QString& password,
                                      JobRun& run)
 {
     return processDocument("Error in [processPDF:] : %@", source, run,
-                           [&] { return stamp(source, target, run); });
+                           [&] { return stamp(source, target, password, run); });
 }
 
-FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, JobRun& run)
+std::unique_ptr<pdf::PdfDocument> PdfProcessor::open(const FilePath& source, const QString& password,
+                                                     const JobRun& run) const
 {
-    const PageCompositor compositor(job_.stamps, shaper_);
+    const JobOptions& options = job_.options;
+    // A document that will be written anew is read whole first: nothing of it may be lost.
+    const bool isWrittenAnew = job_.isWrittenAnew || blanksOtherPages(job_);
+    pdf::Passwords passwords{{}, options.unlock};
+    if (options.usePasswords) passwords.texts = {password, options.password};
+    auto document =
+        pdf::PdfDocument::open(source, run.abandoned(),
+                               isWrittenAnew ? pdf::ReadAhead::Everything : pdf::ReadAhead::Pages, passwords);
+    if (options.visiblePage) document->setPageArea(pdf::PageArea::Visible);
+    return document;
+}
+
+FileOutcome PdfProcessor::stamp(const FilePath& source, const FilePath& target, const QString& password,
+                                JobRun& run)
+{
+    job_.options.pageList.requireReadable();
+    const StampValues stamps = filledIn(job_.stamps, fillInsFor(source, run.started));
+    const PageCompositor compositor(stamps, shaper_);
     compositor.requireFont(); // before anything is changed
     DocumentTarget place(source, target, job_.isBackupFile, run.sourceVersion, run.isTargetOfThisJob);
     std::unique_ptr<pdf::PdfDocument> document;
     try {
-        // A document that will be written anew is read whole first: nothing of it may be lost.
-        const bool isWrittenAnew = job_.isWrittenAnew || job_.pageRange != PageRange::AllPages;
-        document = pdf::PdfDocument::open(source, run.abandoned(),
-                                          isWrittenAnew ? pdf::ReadAhead::Everything : pdf::ReadAhead::Pages);
+        document = open(source, password, run);
     } catch (const Cancelled&) {
         throw;
     } catch (const Failure& failure) {
         // The file counts as processed, and no copy is written.
         const Reason reason = whyNotOpened(source, failure.reasons());
         logLine(QStringLiteral("%1: %2").arg(source.readable(), reason.logged));
-        return FileOutcome::without(
+        FileOutcome outcome = FileOutcome::without(
             FileStatus::CreatedNothing,
             reason.followedBy(QT_TRANSLATE_NOOP("quillfern::Failure", "No copy was made.")));
+        outcome.isLocked = dynamic_cast<const pdf::LockedDocument*>(&failure) != nullptr;
+        return outcome;
     }
+    if (job_.options.unlock) document->unlock();
     if (job_.refusesSigned && document->isSigned())
         throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document is digitally signed."));
     if (document->loss() && place.isReplacedForGood())
@@ -78,7 +96,7 @@ int PdfProcessor::stampPages(pdf::PdfDocument& document, const PageCompositor& c
                 compositor.drawPDFNumber(*page, area, run.stamps(), total);
                 page->finish();
                 run.numberUsed();
-            } else {
+            } else if (blanksOtherPages(job_)) {
                 document.blankPage(i - 1);
             }
         }

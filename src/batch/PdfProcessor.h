@@ -6,6 +6,7 @@
 #include "platform/system/FilePath.h"
 
 #include <QString>
+#include <memory>
 
 namespace quillfern::drawing {
 class TextShaper;
@@ -20,7 +21,7 @@ namespace quillfern {
 class PageCompositor;
 
 /// Stamps one PDF file: pages outside the range stay as they are, pages inside it are stamped or, where the
-/// parity is not the chosen one, left blank. Used on the shaper's thread.
+/// parity is not the chosen one, left blank (or as they are, by an option). Used on the shaper's thread.
 class PdfProcessor
 {
   public:
@@ -30,12 +31,15 @@ class PdfProcessor
     {
     }
 
-    /// See DocumentProcessors. `password` is not used: a file that needs one is not opened.
+    /// See DocumentProcessors. `password`, the file's own, is used only with the option to use passwords:
+    /// otherwise a file that needs one is not opened.
     [[nodiscard]] FileOutcome processPDF(const FilePath& source, const FilePath& target,
                                          const QString& password, JobRun& run);
 
   private:
-    FileOutcome stamp(const FilePath& source, const FilePath& target, JobRun& run);
+    FileOutcome stamp(const FilePath& source, const FilePath& target, const QString& password, JobRun& run);
+    [[nodiscard]] std::unique_ptr<pdf::PdfDocument> open(const FilePath& source, const QString& password,
+                                                         const JobRun& run) const;
     int stampPages(pdf::PdfDocument& document, const PageCompositor& compositor, JobRun& run);
 
     const JobConfiguration& job_;

@@ -98,10 +98,11 @@ void Process::runOutput(std::size_t index, DocumentProcessors& processors, JobRu
 namespace {
 
 /// Why the list counted no pages of the file; no reason when the file can be read by now.
-std::optional<Reason> reasonForNoPages(const FileItem& item, const std::stop_token& stop)
+std::optional<Reason> reasonForNoPages(const FileItem& item, const pdf::Passwords& passwords,
+                                       const std::stop_token& stop)
 {
     if (isPdf(item)) {
-        const auto problem = pdf::pdfProblem(item.filePath(), stop);
+        const auto problem = pdf::pdfProblem(item.filePath(), stop, passwords);
         return problem ? std::optional(whyNotOpened(item.filePath(), *problem)) : std::nullopt;
     }
     return Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
@@ -116,7 +117,10 @@ FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentPr
     if (item.pages() <= 0) {
         std::optional<Reason> reason;
         try {
-            reason = reasonForNoPages(item, run.abandoned());
+            const JobOptions& options = job_.configuration.options;
+            pdf::Passwords passwords;
+            if (options.usePasswords) passwords.texts = {item.pdfOpenPassword(), options.password};
+            reason = reasonForNoPages(item, passwords, run.abandoned());
         } catch (const Cancelled& given) {
             return FileOutcome::without(FileStatus::Cancelled, given.reasons());
         }
@@ -144,7 +148,8 @@ FileOutcome Process::runItem(const FileItem& item, std::size_t index, DocumentPr
     if (!isContinuous) run.totalPages = item.pages();
 
     run.isTargetOfThisJob = written_.contains(target);
-    FileOutcome outcome = isPdf(item) ? processors.processPDF(source, target, QString(), run)
+    const QString password = job_.configuration.options.usePasswords ? item.pdfOpenPassword() : QString();
+    FileOutcome outcome = isPdf(item) ? processors.processPDF(source, target, password, run)
                                       : processors.processTIFF(source, target, run, item.compression());
     if (!isContinuous) run.reset();
     ++totalFileProcessed_;

@@ -66,4 +66,11 @@ struct JobConfiguration
 /// True when page `index` (1-based) has the parity that is stamped.
 [[nodiscard]] bool hasChosenParity(const JobConfiguration& job, std::int64_t index);
 
+/// True when pages of a PDF inside the range come out blank, where their parity is not the one that is
+/// stamped. Pages of pixels stay as they are.
+[[nodiscard]] inline bool blanksOtherPages(const JobConfiguration& job)
+{
+    return job.pageRange != PageRange::AllPages && !job.options.keepOtherPages;
+}
+
 } // namespace quillfern

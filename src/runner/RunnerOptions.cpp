@@ -4,6 +4,7 @@
 #include "config/Profile.h"
 #include "platform/system/Failure.h"
 #include "platform/system/NativePath.h"
+#include "runner/JobFlags.h"
 #include "runner/OptionValues.h"
 #include "runner/StampOptions.h"
 
@@ -115,7 +116,7 @@ class Reader
         if (applyToRun(name, value, options)) return;
         if (name == QLatin1String("profile")) return loadProfile(value);
         isChanged_ = true;
-        if (!stamps_.apply(name, value)) applyToJob(name, value);
+        if (!stamps_.apply(name, value) && !applyJobFlag(number_, name, value)) applyToJob(name, value);
     }
 
     void addRemarks(RunnerOptions& options) const
@@ -180,6 +181,7 @@ class Reader
                 QStringLiteral("--profile replaces the stamps and options given before it; name it first"));
         try {
             quillfern::loadProfile(number_, FilePath::fromText(path));
+            number_.options().pageList.requireReadable();
             backupProfile_ = number_.isBackupFile() ? path : QString();
         } catch (const Failure& failure) {
             throw WrongUse(QStringLiteral("the profile \"%1\" cannot be used: %2")
@@ -272,7 +274,8 @@ QString runnerHelp()
                "no\n"
                "display.\n\nStamps:\n") +
            describe(StampOptions::options()) + QStringLiteral("\nPages, numbers and files:\n") +
-           describe(jobOptions) +
+           describe(jobOptions) + QStringLiteral("\nPages, sizes and passwords beyond these:\n") +
+           describe(jobFlags()) +
            QStringLiteral("\nExit status: 0 when every file has its copy, 1 when some have none, one was "
                           "replaced by the\n"
                           "copy of another file of the same name or lacks parts of a damaged file, 2 for a "
@@ -286,6 +289,7 @@ RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& setting
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     declare(parser, StampOptions::options());
     declare(parser, jobOptions);
+    declare(parser, jobFlags());
     if (!parser.parse(arguments)) throw WrongUse(parser.errorText());
 
     RunnerOptions options;

@@ -48,6 +48,7 @@ constexpr std::array stampOptions = {
     Option{"height", "PT", "Height of the picture in points (its pixels)."},
     Option{"opacity", "N", "Opacity in percent (100)."},
     Option{"rotation", "DEG", "Rotation in degrees, counter-clockwise; whole degrees for a picture (0)."},
+    Option{"fill-in", nullptr, "Fill in {file}, {folder}, {date}, {time} and {label} in the template."},
     Option{"number-type", "STYLE", "plain, numbers (the default), roman-capital or roman-small."},
     Option{"padding", "N", "Write numbers with at least N digits (1)."},
     Option{"under", nullptr, "Draw beneath the content of PDF pages."},
@@ -107,6 +108,8 @@ bool StampOptions::applyToText(const QString& name, const QString& value)
         text_->textOpacity = wholeNumber(name, value, 0, 100);
     else if (name == QLatin1String("rotation") && text_)
         text_->textRotation = realNumber(name, value, -36000, 36000);
+    else if (name == QLatin1String("fill-in"))
+        text(name).isFillIn = true;
     else if (name == QLatin1String("number-type"))
         text(name).number.numberType = word(name, value, numberTypes);
     else if (name == QLatin1String("padding"))

@@ -59,10 +59,11 @@ QString numberTypeName(NumberType numberType)
     }
 }
 
-QString numberText(const NumberFormat& format, std::int64_t pageNumber, std::int64_t totalPages)
+QString numberText(const NumberFormat& format, std::int64_t pageNumber, std::int64_t totalPages,
+                   const FillIns& fillIns)
 {
     const QString pattern = format.numberFormat.value_or(QString());
-    if (format.numberType == NumberType::PlainText) return pattern;
+    const bool hasSlots = format.numberType != NumberType::PlainText;
     // A style that does not exist (a damaged profile) fills no slot.
     const bool known =
         format.numberType >= NumberType::Numbers && format.numberType <= NumberType::RomanNumbersSmall;
@@ -72,7 +73,9 @@ QString numberText(const NumberFormat& format, std::int64_t pageNumber, std::int
     QString text;
     std::size_t slot = 0;
     for (qsizetype i = 0; i < pattern.size();) {
-        if (isSlot(pattern, i)) {
+        if (const auto filled = takeFillIn(pattern, i, fillIns)) {
+            text += *filled;
+        } else if (hasSlots && isSlot(pattern, i)) {
             if (slot < fillings.size()) text += fillings[slot];
             ++slot;
             i += 3;

@@ -84,10 +84,12 @@ bool PdfTextPage::contains(const QString& text) const
     return false;
 }
 
-std::vector<PdfTextPage> pdfWords(const QString& path)
+std::vector<PdfTextPage> pdfWords(const QString& path, bool visiblePart)
 {
     const ToolResult result =
-        runTool(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), path, QStringLiteral("-")});
+        runTool(QStringLiteral("pdftotext"),
+                {QStringLiteral("-bbox"), visiblePart ? QStringLiteral("-cropbox") : QStringLiteral("-q"),
+                 path, QStringLiteral("-")});
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
     std::vector<PdfTextPage> pages;
     QXmlStreamReader xml(result.out);
