@@ -24,7 +24,7 @@ class PdfOptions : public PdfProcessing
         QStringList arguments{QStringLiteral("--allow-weak-crypto"), QStringLiteral("--encrypt"), open,
                               rights};
         arguments << options << QStringLiteral("--") << plain << locked;
-        toolOutput(QStringLiteral("qpdf"), arguments);
+        toolOutput("qpdf", arguments);
         return readFile(locked);
     }
 
@@ -39,7 +39,7 @@ class PdfOptions : public PdfProcessing
     QString opened(const QString& path, const QString& password) const
     {
         const QString plain = scratch.path(QStringLiteral("opened.pdf"));
-        toolOutput(QStringLiteral("qpdf"),
+        toolOutput("qpdf",
                    {QStringLiteral("--password=") + password, QStringLiteral("--decrypt"), path, plain});
         return plain;
     }
@@ -50,7 +50,7 @@ class PdfOptions : public PdfProcessing
         QDir().mkpath(scratch.path(QStringLiteral("out")));
         const JobConfiguration job = number.configuration();
         JobRun run(job);
-        return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(copy), ofFile, run);
+        return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(copy), ofFile, run).commit();
     }
 
     void set(const std::function<void(JobOptions&)>& change)
@@ -325,7 +325,7 @@ TEST_F(PdfOptions, NamesAndDatesAreFilledIn)
         JobRun run(job);
         run.started = QDateTime(QDate(2026, 1, 31), QTime(9, 5));
         const FileOutcome outcome =
-            makeDocumentProcessors(job)->processPDF(asPath(source), asPath(copy), {}, run);
+            makeDocumentProcessors(job)->processPDF(asPath(source), asPath(copy), {}, run).commit();
         ASSERT_EQ(outcome.status, FileStatus::Created) << c.pattern;
         const auto words = pdfWords(copy);
         EXPECT_TRUE(words.at(0).contains(QString::fromLatin1(c.expected)))
