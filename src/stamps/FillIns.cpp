@@ -1,6 +1,5 @@
 #include "stamps/FillIns.h"
 
-#include "platform/system/FilePath.h"
 #include "platform/system/NativePath.h"
 
 namespace quillfern {

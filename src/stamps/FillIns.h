@@ -1,13 +1,13 @@
 #pragma once
 
+#include "platform/system/FilePath.h"
+
 #include <QDateTime>
 #include <QHash>
 #include <QString>
 #include <optional>
 
 namespace quillfern {
-
-class FilePath;
 
 /// What the words in braces of a template stand for, without the braces: the texts by their words.
 using FillIns = QHash<QString, QString>;

@@ -173,6 +173,9 @@ TEST_F(PdfOptions, ProtectedCopiesKeepPasswordsPermissionsAndMethod)
          user},
         {"AES, 128 bits", {QStringLiteral("128"), useAes, QStringLiteral("--extract=n")}, user},
         {"AES, 256 bits", {QStringLiteral("256"), QStringLiteral("--modify=none")}, user},
+        {"RC4, an umlaut",
+         {QStringLiteral("128"), QStringLiteral("--use-aes=n")},
+         QStringLiteral("B\u00e4r")},
         {"AES, 256 bits, an umlaut", {QStringLiteral("256")}, QStringLiteral("B\u00e4r")},
         {"AES, 256 bits, metadata in clear",
          {QStringLiteral("256"), QStringLiteral("--cleartext-metadata")},
@@ -204,16 +207,6 @@ TEST_F(PdfOptions, ProtectedCopiesKeepPasswordsPermissionsAndMethod)
                 }
                 EXPECT_EQ(pdf::pdfPageCount(asPath(copy)), 0) << "the copy opens without a password";
             }
-}
-
-TEST_F(PdfOptions, PasswordsOfOlderProgramsAreFound)
-{
-    // The bytes of PDFDocEncoding, as revision 3 asks for; qpdf takes the bytes of the command line.
-    const QByteArray source = encrypted(
-        numberedPdf(1), {QStringLiteral("128"), QStringLiteral("--use-aes=n")}, QStringLiteral("B\u00e4r"));
-    const FilePath path = asPath(scratch.write(QStringLiteral("old.pdf"), source));
-    EXPECT_EQ(pdf::pdfPageCount(path), 0);
-    EXPECT_EQ(pdf::pdfPageCount(path, {}, {{QStringLiteral("wrong"), QStringLiteral("B\u00e4r")}}), 1);
 }
 
 TEST_F(PdfOptions, AWrongPasswordIsAnOutcomeOfItsOwn)
@@ -330,6 +323,10 @@ TEST_F(PdfOptions, NamesAndDatesAreFilledIn)
         const auto words = pdfWords(copy);
         EXPECT_TRUE(words.at(0).contains(QString::fromLatin1(c.expected)))
             << c.pattern << ": " << pdfText(copy, 1).toStdString();
+        const QString next =
+            QString::fromLatin1(c.expected).replace(QLatin1String("-1"), QLatin1String("-2"));
+        if (next.endsWith(QLatin1String("-2")))
+            EXPECT_TRUE(words.at(1).contains(next)) << "figures exchanged";
     }
 }
 
