@@ -16,6 +16,9 @@ class PdfPageBox
     /// or no rectangle counts as missing, a missing one as US Letter, and a rotation that is no multiple of
     /// 90 degrees as none.
     explicit PdfPageBox(QPDFObjectHandle page);
+    PdfPageBox() = default;
+    /// A stated box, in the page's own space, with what the page states as /Rotate and /UserUnit.
+    PdfPageBox(const QRectF& mediaBox, double rotation, double unit);
 
     /// The page as its reader sees it, in points: turned by /Rotate and scaled by /UserUnit.
     [[nodiscard]] QSizeF displaySize() const;
@@ -28,6 +31,8 @@ class PdfPageBox
     [[nodiscard]] bool isStated() const { return stated_; }
 
   private:
+    void setRotation(double degrees);
+
     QRectF box_;
     int rotation_ = 0;
     double unit_ = 1;

@@ -3,6 +3,8 @@
 #include "platform/pdf/DocumentOpening.h"
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/LibraryErrors.h"
+#include "platform/pdf/PlainDocument.h"
+#include "platform/pdf/SourceEnd.h"
 #include "platform/system/Cancellation.h"
 
 #include <qpdf/QPDF.hh>
@@ -44,6 +46,10 @@ int statedCount(QPDFObjectHandle root)
 int quickCount(const FilePath& path, const std::stop_token& stop)
 {
     try {
+        FileInput file(path, stop);
+        const auto end = findSourceEnd(file);
+        const auto count = end ? PlainDocument::statedCount(file, *end) : std::nullopt;
+        if (count) return *count;
         return translated(
             [&] { return statedCount(openQuietly(path, {}, stop)->getRoot().getKey("/Pages")); });
     } catch (const Cancelled&) {
@@ -60,7 +66,7 @@ int pdfPageCount(const FilePath& path, const std::stop_token& stop)
     const int stated = quickCount(path, stop);
     if (stated > 0) return stated;
     try {
-        return static_cast<int>(openDocument(path, stop).pages.size());
+        return static_cast<int>(openDocument(path, stop).pageCount());
     } catch (const Cancelled&) {
         throw;
     } catch (const std::exception&) {

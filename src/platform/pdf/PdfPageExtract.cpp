@@ -1,8 +1,11 @@
 #include "platform/pdf/PdfPageExtract.h"
 
+#include "platform/pdf/DocumentOpening.h"
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/LibraryErrors.h"
 #include "platform/pdf/PdfPageBox.h"
+#include "platform/pdf/PlainDocument.h"
+#include "platform/pdf/SourceEnd.h"
 #include "platform/system/Failure.h"
 
 #include <limits>
@@ -44,16 +47,43 @@ QPDFObjectHandle pageByCounts(QPDFObjectHandle node, int index)
     return node;
 }
 
-QPDFObjectHandle pageAt(QPDF& document, int index)
+/// A document and one of its pages.
+struct Source
 {
-    if (index < 0) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no such page."));
-    QPDFObjectHandle page = pageByCounts(document.getRoot().getKey("/Pages"), index);
-    if (page.isDictionary()) return page;
-    // Reading the whole tree takes longer but repairs a broken one.
-    const auto& pages = document.getAllPages();
-    if (static_cast<std::size_t>(index) >= pages.size())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no such page."));
-    return pages[static_cast<std::size_t>(index)];
+    DocumentPointer document;
+    QPDFObjectHandle page; ///< null where the file is not as it should be
+};
+
+[[noreturn]] void refusePage()
+{
+    throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no such page."));
+}
+
+/// Opens a file that is plain, which a job reads in the same way, or encrypted, and reads no more of it than
+/// needed. The page is null for any other file, and where an encrypted one is not in order.
+Source openInOrder(const FilePath& path, int index)
+{
+    const auto input = std::make_shared<FileInput>(path);
+    const std::optional<SourceEnd> end = findSourceEnd(*input);
+    const auto plain = end ? PlainDocument::read(*input, *end, {}) : nullptr;
+    if (plain && static_cast<std::size_t>(index) >= plain->pages().size()) refusePage();
+    if (plain) input->setTail(plain->libraryTail(*input, index));
+    Source source{newDocument({}), QPDFObjectHandle::newNull()};
+    source.document->setSuppressWarnings(true);
+    source.document->processInputSource(input, "");
+    if (plain)
+        source.page = source.document->getObject(plain->pages()[static_cast<std::size_t>(index)].number, 0);
+    else if (source.document->isEncrypted())
+        source.page = pageByCounts(source.document->getRoot().getKey("/Pages"), index);
+    return source;
+}
+
+/// Opens a file as a job does, with all repairs.
+Source openMended(const FilePath& path, int index, ReadAhead readAhead)
+{
+    OpenedDocument opened = openDocument(path, {}, readAhead);
+    if (static_cast<std::size_t>(index) >= opened.pages.size()) refusePage();
+    return {std::move(opened.qpdf), opened.pages[static_cast<std::size_t>(index)]};
 }
 
 /// The entries of `from` that are named, as a new dictionary.
@@ -95,14 +125,9 @@ QPDFObjectHandle selfContained(QPDF& source, QPDFObjectHandle page, const PdfPag
     return source.makeIndirectObject(single);
 }
 
-ExtractedPage extract(const FilePath& path, int index)
+ExtractedPage extract(QPDF& source, QPDFObjectHandle page)
 {
-    QPDF source;
-    source.setSuppressWarnings(true);
-    source.processInputSource(std::make_shared<FileInput>(path), "");
-    QPDFObjectHandle page = pageAt(source, index);
     const PdfPageBox box(page);
-
     QPDF single;
     single.setSuppressWarnings(true);
     single.emptyPDF();
@@ -131,7 +156,23 @@ ExtractedPage extract(const FilePath& path, int index)
 
 ExtractedPage extractPdfPage(const FilePath& path, int index)
 {
-    return translated([&] { return extract(path, index); });
+    return translated([&] {
+        if (index < 0) refusePage();
+        auto readAhead = ReadAhead::Pages;
+        try {
+            Source source = openInOrder(path, index);
+            if (source.page.isDictionary()) {
+                ExtractedPage page = extract(*source.document, source.page);
+                if (!source.document->anyWarnings()) return page;
+                readAhead = ReadAhead::Everything;
+            }
+        } catch (const QPDFExc& exception) {
+            if (exception.getErrorCode() == qpdf_e_password) throw;
+            readAhead = ReadAhead::Everything;
+        }
+        const Source mended = openMended(path, index, readAhead);
+        return extract(*mended.document, mended.page);
+    });
 }
 
 } // namespace quillfern::pdf
