@@ -58,7 +58,9 @@ void AppendingPdfWriter::write(const EditedDocument& edited, store::AtomicFile& 
     }
     if (changes.usesTransparency()) requireVersion(document, changes, "1.4");
     target.copyFrom(source.descriptor(), end->size, stop);
-    const bool knowsObjectStreams = presentVersion(document) >= 1.5;
+    // Where the file's own table is not as it should be, other readers look for the objects themselves, and
+    // would not find those in object streams. The pages that are texts come from a table that is in order.
+    const bool knowsObjectStreams = presentVersion(document) >= 1.5 && !changes.texts().empty();
     IncrementalUpdate update(document, *end, objects.nextNumber(), knowsObjectStreams, target);
     for (const QPDFObjGen& id : changes.objects()) {
         throwIfCancelled(stop);

@@ -301,9 +301,7 @@ std::optional<OpenedDocument> openPlain(const FilePath& path, const std::stop_to
     document.setSuppressWarnings(true);
     try {
         document.processInputSource(opened.input, "");
-        // A reference to nothing would count as null, and the entry that has it would not be written.
-        for (const PlainPage& page : opened.plainPages->pages())
-            document.replaceObject(QPDFObjGen(page.number, 0), QPDFObjectHandle::newDictionary());
+        opened.plainPages->addPlaceholders(document);
         readFirstObjects(document, *opened.plainPages);
     } catch (const Cancelled&) {
         throw;

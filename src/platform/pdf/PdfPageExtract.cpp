@@ -3,6 +3,7 @@
 #include "platform/pdf/DocumentOpening.h"
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/LibraryErrors.h"
+#include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PdfPageBox.h"
 #include "platform/pdf/PlainDocument.h"
 #include "platform/pdf/SourceEnd.h"
@@ -71,10 +72,12 @@ Source openInOrder(const FilePath& path, int index)
     Source source{newDocument({}), QPDFObjectHandle::newNull()};
     source.document->setSuppressWarnings(true);
     source.document->processInputSource(input, "");
-    if (plain)
+    if (plain) {
+        plain->addPlaceholders(*source.document, index);
         source.page = source.document->getObject(plain->pages()[static_cast<std::size_t>(index)].number, 0);
-    else if (source.document->isEncrypted())
+    } else if (source.document->isEncrypted()) {
         source.page = pageByCounts(source.document->getRoot().getKey("/Pages"), index);
+    }
     return source;
 }
 
@@ -112,7 +115,7 @@ QPDFObjectHandle visibleAnnotations(QPDFObjectHandle page)
     return result;
 }
 
-QPDFObjectHandle selfContained(QPDF& source, QPDFObjectHandle page, const PdfPageBox& box)
+QPDFObjectHandle selfContained(QPDFObjectHandle page, const PdfPageBox& box)
 {
     QPDFObjectHandle single = withKeys(page, {"/Contents", "/Group"});
     single.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
@@ -122,20 +125,21 @@ QPDFObjectHandle selfContained(QPDF& source, QPDFObjectHandle page, const PdfPag
     for (const char* key : {"/Resources", "/Rotate"})
         single.replaceKey(key, inheritedAttribute(page, key));
     single.replaceKey("/Annots", visibleAnnotations(page));
-    return source.makeIndirectObject(single);
+    return single;
 }
 
-ExtractedPage extract(QPDF& source, QPDFObjectHandle page)
+ExtractedPage extract(QPDF& source, QPDFObjectHandle page, int firstNumber)
 {
     const PdfPageBox box(page);
+    NewObjects objects(source, firstNumber); // the library would read everything first
     QPDF single;
     single.setSuppressWarnings(true);
     single.emptyPDF();
-    single.addPage(single.copyForeignObject(selfContained(source, page, box)), false);
+    single.addPage(single.copyForeignObject(objects.add(selfContained(page, box))), false);
     // Which layers are switched off is stated in the document's catalogue, not in the page.
     QPDFObjectHandle layers = source.getRoot().getKey("/OCProperties");
     if (layers.isDictionary()) {
-        if (!layers.isIndirect()) layers = source.makeIndirectObject(layers);
+        if (!layers.isIndirect()) layers = objects.add(layers);
         single.getRoot().replaceKey("/OCProperties", single.copyForeignObject(layers));
     }
     QPDFPageDocumentHelper(single).flattenAnnotations(0, an_invisible | an_hidden | an_no_view);
@@ -162,7 +166,8 @@ ExtractedPage extractPdfPage(const FilePath& path, int index)
         try {
             Source source = openInOrder(path, index);
             if (source.page.isDictionary()) {
-                ExtractedPage page = extract(*source.document, source.page);
+                ExtractedPage page =
+                    extract(*source.document, source.page, firstFreeNumber(*source.document, false));
                 if (!source.document->anyWarnings()) return page;
                 readAhead = ReadAhead::Everything;
             }
@@ -171,7 +176,7 @@ ExtractedPage extractPdfPage(const FilePath& path, int index)
             readAhead = ReadAhead::Everything;
         }
         const Source mended = openMended(path, index, readAhead);
-        return extract(*mended.document, mended.page);
+        return extract(*mended.document, mended.page, firstFreeNumber(*mended.document, true));
     });
 }
 

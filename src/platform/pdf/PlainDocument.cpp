@@ -258,6 +258,15 @@ bool PlainDocument::readContents(std::string_view value, PlainPage& page)
     return true;
 }
 
+void PlainDocument::addPlaceholders(QPDF& document, int kept) const
+{
+    for (std::size_t i = 0; i < pages_.size(); ++i)
+        if (static_cast<int>(i) != kept)
+            document.replaceObject(
+                QPDFObjGen(pages_[i].number, 0),
+                QPDFObjectHandle::newDictionary({{"/Type", QPDFObjectHandle::newName("/Page")}}));
+}
+
 std::string PlainDocument::libraryTail(const FileInput& file, int kept) const
 {
     const SourceTable& table = objects_.table();

@@ -66,6 +66,9 @@ class PlainDocument
     /// nothing otherwise, and for a file whose cross-reference is not plain.
     [[nodiscard]] static std::optional<int> statedCount(FileInput& file, const SourceEnd& end);
 
+    /// Gives the library an empty page for each that it does not see: a reference to nothing would count as
+    /// null, and the entry that has it would not be written.
+    void addPlaceholders(QPDF& document, int kept = -1) const;
     /// What the file goes on with for the library: a cross-reference stream (ISO 32000-1, 7.5.8) without the
     /// pages and their content, but with the page of index `kept`.
     [[nodiscard]] std::string libraryTail(const FileInput& file, int kept = -1) const;

@@ -51,9 +51,9 @@ std::optional<PlainObjects::Found> PlainObjects::parsed(std::string_view text, i
 {
     PlainParser parser(text);
     std::optional<Found> found;
-    if (parser.takeNumber() == number && parser.takeNumber() == entry.detail && parser.take("obj")) {
+    if (parser.takeNumber() == number && parser.takeNumber() == entry.detail && parser.takeWord("obj")) {
         if (const auto value = parser.takeValue()) {
-            if (parser.take("endobj")) {
+            if (parser.takeWord("endobj")) {
                 found = Found{*value, std::nullopt};
             } else if (parser.take("stream") && parser.takeLineEnd()) {
                 found = Found{*value, entry.where + static_cast<std::int64_t>(parser.used())};
@@ -138,7 +138,7 @@ bool PlainObjects::endsAt(std::int64_t offset)
     std::array<char, 32> bytes{};
     const std::size_t size = file_.copyAt(offset, bytes.data(), bytes.size());
     PlainParser end(std::string_view(bytes.data(), size));
-    return end.take("endstream") && end.take("endobj");
+    return end.takeWord("endstream") && end.takeWord("endobj");
 }
 
 bool PlainObjects::readOthers(const std::vector<bool>& known, const std::stop_token& stop)

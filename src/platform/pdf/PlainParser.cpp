@@ -42,6 +42,14 @@ bool PlainParser::take(std::string_view keyword)
     return true;
 }
 
+bool PlainParser::takeWord(std::string_view word)
+{
+    if (!take(word)) return false;
+    if (at_ == end_ || contentClassOf(*at_) != ContentClass::Regular) return true;
+    at_ -= word.size();
+    return false;
+}
+
 std::optional<std::int64_t> PlainParser::takeNumber()
 {
     skipSpace();
@@ -187,11 +195,11 @@ bool PlainParser::skipValue(int depth)
         }
         return true;
     case 't':
-        return take("true");
+        return takeWord("true");
     case 'f':
-        return take("false");
+        return takeWord("false");
     case 'n':
-        return take("null");
+        return takeWord("null");
     default:
         return skipNumberOrReference();
     }

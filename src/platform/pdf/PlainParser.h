@@ -20,6 +20,8 @@ class PlainParser
 
     /// Skips white space and the keyword; false, and nothing but space skipped, where something else follows.
     bool take(std::string_view keyword);
+    /// The same for a word that does not go on.
+    bool takeWord(std::string_view word);
     /// A whole number from 0 on.
     std::optional<std::int64_t> takeNumber();
     /// "12 0 R" with generation 0: the object's number.

@@ -27,7 +27,7 @@ bool takeFilter(PlainParser& head)
 /// Reads "N 0 obj << … >> stream"; nothing when there is more in the dictionary than a length and a filter.
 std::optional<Stated> readHead(PlainParser& head, int number)
 {
-    if (head.takeNumber() != number || head.takeNumber() != 0 || !head.take("obj") || !head.take("<<"))
+    if (head.takeNumber() != number || head.takeNumber() != 0 || !head.takeWord("obj") || !head.take("<<"))
         return std::nullopt;
     Stated stated;
     while (!head.take(">>")) {
@@ -79,9 +79,10 @@ std::optional<std::int64_t> PlainStreams::wholeNumber(int number)
     std::array<char, 64> first{};
     const std::size_t size = file_.copyAt(*offset, first.data(), first.size());
     PlainParser object(std::string_view(first.data(), size));
-    if (object.takeNumber() != number || object.takeNumber() != 0 || !object.take("obj")) return std::nullopt;
+    if (object.takeNumber() != number || object.takeNumber() != 0 || !object.takeWord("obj"))
+        return std::nullopt;
     const auto value = object.takeNumber();
-    return object.take("endobj") ? value : std::nullopt;
+    return object.takeWord("endobj") ? value : std::nullopt;
 }
 
 std::optional<PlainStreams::Place> PlainStreams::find(const QPDFObjGen& id)
@@ -96,9 +97,10 @@ std::optional<PlainStreams::Place> PlainStreams::find(const QPDFObjGen& id)
     const auto length = stated->lengthIn > 0 ? wholeNumber(stated->lengthIn) : stated->length;
     const qpdf_offset_t start = *offset + static_cast<qpdf_offset_t>(head.used());
     if (!length || *length > file_.fileSize() - start) return std::nullopt;
-    std::array<char, 16> last{};
+    std::array<char, 32> last{};
     const std::size_t after = file_.copyAt(start + *length, last.data(), last.size());
-    if (!PlainParser(std::string_view(last.data(), after)).take("endstream")) return std::nullopt;
+    PlainParser end(std::string_view(last.data(), after));
+    if (!end.takeWord("endstream") || !end.takeWord("endobj")) return std::nullopt;
     return Place{start, static_cast<std::size_t>(*length), stated->isDeflated};
 }
 

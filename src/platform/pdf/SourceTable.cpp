@@ -67,8 +67,7 @@ class TableReader
     /// The section's trailer dictionary.
     std::optional<std::string> readSection(std::int64_t offset)
     {
-        const std::string first = bytesAt(offset, 64);
-        return PlainParser(first).take("xref") ? readTable(offset) : readStream(offset);
+        return bytesAt(offset, 4) == "xref" ? readTable(offset) : readStream(offset);
     }
 
     bool note(std::int64_t number, const SourceTable::Entry& entry)
@@ -149,7 +148,7 @@ class TableReader
     {
         const std::string text = bytesAt(offset, largestTrailer);
         PlainParser parser(text);
-        if (!parser.takeNumber() || !parser.takeNumber() || !parser.take("obj")) return std::nullopt;
+        if (!parser.takeNumber() || !parser.takeNumber() || !parser.takeWord("obj")) return std::nullopt;
         const std::size_t start = parser.used();
         const auto dictionary = PlainDictionary::take(parser);
         if (!dictionary || dictionary->value("/Type") != "/XRef") return std::nullopt;
