@@ -225,7 +225,7 @@ class Writer:
 
 def write_document(pages, shape, file):
     writer = Writer(file)
-    writer.write(b"%PDF-1.4\n%\xe2\xe3\xcf\xd3\n")
+    writer.write(b"%PDF-1.7\n%\xe2\xe3\xcf\xd3\n")
     catalog, info, font1, font2 = 1, 2, 3, 4
     levels = tree_levels(pages)
     # The object numbers of each level; those of the streams come after them.

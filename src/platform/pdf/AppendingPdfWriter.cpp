@@ -24,19 +24,28 @@ double versionNumber(const std::string& version)
     return QByteArray::fromStdString(version).toDouble();
 }
 
+double presentVersion(QPDF& document)
+{
+    QPDFObjectHandle stated = document.getRoot().getKey("/Version");
+    return std::max(versionNumber(document.getPDFVersion()),
+                    stated.isName() ? versionNumber(stated.getName().substr(1)) : 0.0);
+}
+
 /// The header of the source stays, so a higher version stands in the catalogue (ISO 32000-1, 7.2.2).
 void requireVersion(QPDF& document, DocumentChanges& changes, const char* version)
 {
     QPDFObjectHandle catalogue = document.getRoot();
-    QPDFObjectHandle stated = catalogue.getKey("/Version");
-    const double present = std::max(versionNumber(document.getPDFVersion()),
-                                    stated.isName() ? versionNumber(stated.getName().substr(1)) : 0.0);
-    if (present >= versionNumber(version)) return;
+    if (presentVersion(document) >= versionNumber(version)) return;
     catalogue.replaceKey("/Version", QPDFObjectHandle::newName(std::string("/") + version));
     changes.noteChanged(catalogue);
 }
 
 } // namespace
+
+bool AppendingPdfWriter::writesAnew(const EditedDocument& edited) const
+{
+    return !appendableEnd(edited.document, edited.changes, edited.source);
+}
 
 void AppendingPdfWriter::write(const EditedDocument& edited, store::AtomicFile& target,
                                std::stop_token stop) const
@@ -49,10 +58,17 @@ void AppendingPdfWriter::write(const EditedDocument& edited, store::AtomicFile& 
     }
     if (changes.usesTransparency()) requireVersion(document, changes, "1.4");
     target.copyFrom(source.descriptor(), end->size, stop);
-    IncrementalUpdate update(document, *end, objects.nextNumber(), target);
+    // Where the file's own table is not as it should be, other readers look for the objects themselves, and
+    // would not find those in object streams. The pages that are texts come from a table that is in order.
+    const bool knowsObjectStreams = presentVersion(document) >= 1.5 && !changes.texts().empty();
+    IncrementalUpdate update(document, *end, objects.nextNumber(), knowsObjectStreams, target);
     for (const QPDFObjGen& id : changes.objects()) {
         throwIfCancelled(stop);
         update.addObject(document.getObject(id));
+    }
+    for (const auto& [number, text] : changes.texts()) {
+        throwIfCancelled(stop);
+        update.addText(number, text);
     }
     for (const int number : objects.others())
         update.addObject(document.getObject(number, 0));

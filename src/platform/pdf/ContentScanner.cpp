@@ -20,9 +20,15 @@ constexpr std::size_t largestContent = std::size_t{1} << 29;
 
 struct Piece
 {
-    std::shared_ptr<Buffer> bytes; ///< as the file has them
-    std::string decoded;           ///< instead, where only the document's library can decode them
+    std::shared_ptr<Buffer> bytes; ///< from the document's library, as the file has them
+    std::string decoded;           ///< or read here, or decoded by the library where only that can
     bool deflated = false;
+
+    [[nodiscard]] std::string_view view() const
+    {
+        if (!bytes) return decoded;
+        return {reinterpret_cast<const char*>(bytes->getBuffer()), bytes->getSize()};
+    }
 };
 
 [[noreturn]] void refuseSize()
@@ -81,16 +87,16 @@ using Inflater = std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_f
 
 /// Inflates sound data in one go, which is several times as fast as piece by piece. False when the data are
 /// damaged or inflate to more than the largest guess; nothing is appended then.
-bool inflateWhole(Content& content, const Buffer& deflated)
+bool inflateWhole(Content& content, std::string_view deflated)
 {
     thread_local const Inflater inflater(libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
     if (!inflater) return false;
     constexpr std::size_t likelyRatio = 8;
     constexpr std::size_t largestGuess = std::size_t{64} << 20;
-    for (std::size_t room = deflated.getSize() * likelyRatio + 1024; room <= largestGuess; room *= 4) {
+    for (std::size_t room = deflated.size() * likelyRatio + 1024; room <= largestGuess; room *= 4) {
         std::size_t size = 0;
         const libdeflate_result result = libdeflate_zlib_decompress(
-            inflater.get(), deflated.getBuffer(), deflated.getSize(), content.room(room), room, &size);
+            inflater.get(), deflated.data(), deflated.size(), content.room(room), room, &size);
         if (result == LIBDEFLATE_SUCCESS) {
             content.grow(size);
             return true;
@@ -102,14 +108,14 @@ bool inflateWhole(Content& content, const Buffer& deflated)
 
 /// Inflates as much as possible: of damaged data, the part in front of the damage, as a viewer does. False
 /// for damaged data.
-bool inflateInto(Content& content, const Buffer& deflated, const std::stop_token& stop)
+bool inflateInto(Content& content, std::string_view deflated, const std::stop_token& stop)
 {
     if (inflateWhole(content, deflated)) return true;
     z_stream stream = {};
     if (inflateInit(&stream) != Z_OK) throw std::bad_alloc();
     const std::unique_ptr<z_stream, int (*)(z_stream*)> cleanUp(&stream, inflateEnd);
-    stream.next_in = const_cast<Bytef*>(deflated.getBuffer());
-    stream.avail_in = static_cast<uInt>(std::min<std::size_t>(deflated.getSize(), UINT_MAX));
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(deflated.data()));
+    stream.avail_in = static_cast<uInt>(std::min<std::size_t>(deflated.size(), UINT_MAX));
     constexpr std::size_t step = std::size_t{256} * 1024;
     for (;;) {
         throwIfCancelled(stop);
@@ -132,9 +138,12 @@ bool isPlainDeflate(QPDFObjectHandle dictionary)
 bool takePiece(QPDFObjectHandle stream, PlainStreams& plainStreams, std::vector<Piece>& pieces,
                const std::stop_token& stop)
 {
-    if (auto bytes = plainStreams.read(stream.getObjGen())) {
-        pieces.push_back({std::move(bytes->raw), {}, bytes->isDeflated});
-        return true;
+    if (const auto place = plainStreams.find(stream.getObjGen())) {
+        Piece piece{nullptr, {}, place->isDeflated};
+        if (plainStreams.append(*place, piece.decoded)) {
+            pieces.push_back(std::move(piece));
+            return true;
+        }
     }
     QPDFObjectHandle dictionary = stream.getDict();
     const bool plain = dictionary.getKey("/Filter").isNull();
@@ -160,12 +169,11 @@ ContentScanner::Result scanPieces(const std::vector<Piece>& pieces, const std::s
     bool whole = true;
     for (const Piece& piece : pieces) {
         throwIfCancelled(stop);
+        const std::string_view bytes = piece.view();
         if (piece.deflated)
-            whole = inflateInto(content, *piece.bytes, stop) && whole;
-        else if (!piece.bytes)
-            content.append(piece.decoded.data(), piece.decoded.size());
+            whole = inflateInto(content, bytes, stop) && whole;
         else
-            content.append(piece.bytes->getBuffer(), piece.bytes->getSize());
+            content.append(bytes.data(), bytes.size());
         content.append("\n", 1);
     }
     ContentScanner::Result result;
@@ -221,6 +229,28 @@ std::shared_ptr<ContentScanner::Scan> ContentScanner::scan(const std::vector<QPD
         scan->done = true;
         return scan;
     }
+    queue(scan);
+    return scan;
+}
+
+std::shared_ptr<ContentScanner::Scan> ContentScanner::scan(std::span<const PlainStreams::Place> places)
+{
+    auto scan = std::make_shared<Scan>();
+    for (const PlainStreams::Place& place : places) {
+        if (place.isDeflated || scan->pieces.empty() || scan->pieces.back().deflated)
+            scan->pieces.push_back({nullptr, {}, place.isDeflated});
+        std::string& bytes = scan->pieces.back().decoded;
+        if (!bytes.empty()) bytes += '\n';
+        if (!plain_.append(place, bytes))
+            throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure",
+                                            "Parts of the document are damaged and cannot be read."));
+    }
+    queue(scan);
+    return scan;
+}
+
+void ContentScanner::queue(const std::shared_ptr<Scan>& scan)
+{
     bool wake = false;
     {
         const std::lock_guard lock(mutex_);
@@ -228,7 +258,6 @@ std::shared_ptr<ContentScanner::Scan> ContentScanner::scan(const std::vector<QPD
         wake = waiting_.size() % worthWaking == 0;
     }
     if (wake) changed_.notify_all();
-    return scan;
 }
 
 std::shared_ptr<ContentScanner::Scan> ContentScanner::takeNext()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/pdf/ContentBalance.h"
+#include "platform/pdf/PlainStreams.h"
 
 #include <QByteArray>
 #include <condition_variable>
@@ -9,13 +10,12 @@
 #include <memory>
 #include <mutex>
 #include <qpdf/QPDFObjectHandle.hh>
+#include <span>
 #include <stop_token>
 #include <thread>
 #include <vector>
 
 namespace quillfern::pdf {
-
-class PlainStreams;
 
 /// Reads the content of pages on a thread beside the one that owns the document. The streams' bytes are taken
 /// out of the document at once, on the caller's thread; they are inflated and read on the other thread, and
@@ -44,10 +44,13 @@ class ContentScanner
 
     /// Of content that cannot be decoded nothing is known but that.
     [[nodiscard]] std::shared_ptr<Scan> scan(const std::vector<QPDFObjectHandle>& streams);
+    /// The same for streams that are plain.
+    [[nodiscard]] std::shared_ptr<Scan> scan(std::span<const PlainStreams::Place> places);
     /// Waits for the result. Throws Failure for content that is too large or nested too deeply.
     [[nodiscard]] const Result& resultOf(Scan& scan);
 
   private:
+    void queue(const std::shared_ptr<Scan>& scan);
     void work();
     std::shared_ptr<Scan> takeNext();
     void finish(Scan& scan);

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <map>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <set>
+#include <string>
+#include <utility>
 
 namespace quillfern::pdf {
 
@@ -16,6 +19,10 @@ class DocumentChanges
     {
         if (QPDFObjectHandle(object).isIndirect()) objects_.insert(QPDFObjectHandle(object).getObjGen());
     }
+    /// The object became this text; the document's library does not know of it.
+    void noteChanged(int number, std::string text) { texts_.insert_or_assign(number, std::move(text)); }
+    /// Takes the texts, for the library to become their holder.
+    [[nodiscard]] std::map<int, std::string> takeTexts() { return std::exchange(texts_, {}); }
     /// The page tree itself was mended, or something was removed that must not remain in the file: the
     /// document has to be written anew.
     void noteRebuilt() { isRebuilt_ = true; }
@@ -23,11 +30,13 @@ class DocumentChanges
     void noteTransparency() { usesTransparency_ = true; }
 
     [[nodiscard]] const std::set<QPDFObjGen>& objects() const { return objects_; }
+    [[nodiscard]] const std::map<int, std::string>& texts() const { return texts_; }
     [[nodiscard]] bool isRebuilt() const { return isRebuilt_; }
     [[nodiscard]] bool usesTransparency() const { return usesTransparency_; }
 
   private:
     std::set<QPDFObjGen> objects_;
+    std::map<int, std::string> texts_; ///< of objects of generation 0
     bool isRebuilt_ = false;
     bool usesTransparency_ = false;
 };

@@ -3,10 +3,13 @@
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/FileRepair.h"
 #include "platform/pdf/LibraryErrors.h"
+#include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PageTree.h"
 #include "platform/pdf/PasswordAttempts.h"
 #include "platform/pdf/PdfForm.h"
 #include "platform/pdf/PdfPageBox.h"
+#include "platform/pdf/PdfResources.h"
+#include "platform/pdf/PlainParser.h"
 #include "platform/pdf/SourceEnd.h"
 #include "platform/system/Cancellation.h"
 
@@ -19,8 +22,6 @@ namespace quillfern::pdf {
 
 namespace {
 
-/// Objects of a file that is read whole at once.
-constexpr std::size_t smallFile = 5000;
 constexpr int highestNumber = 7'000'000;
 
 /// What a file goes on with for its reader when it has no trailer of its own; the last object may have no
@@ -268,6 +269,61 @@ void readFirstObjects(QPDF& document, const std::vector<QPDFObjectHandle>& pages
     }
 }
 
+/// The same for pages that are text: their own objects stay as they are written.
+void readFirstObjects(QPDF& document, const PlainDocument& plain)
+{
+    readReferences(document.getTrailer());
+    readReferences(document.getRoot());
+    readReferences(document.getTrailer().getKey("/Info"));
+    static_cast<void>(signaturesOf(document));
+    std::set<const std::string*> seen;
+    for (const PlainPage& page : plain.pages()) {
+        if (!page.resources || !seen.insert(page.resources.get()).second) continue;
+        const auto number = plainReference(*page.resources);
+        const auto entries = number ? std::nullopt : PlainDictionary::read(*page.resources);
+        if (number) {
+            QPDFObjectHandle resources = document.getObject(*number, 0);
+            readReferences(resources);
+            if (!resources.isDictionary()) continue;
+            for (const char* category : PdfPageResources::categories)
+                readReferences(resources.getKey(category));
+        }
+        for (const char* category : PdfPageResources::categories)
+            if (const auto value = entries ? plainReference(entries->value(category)) : std::nullopt)
+                readReferences(document.getObject(*value, 0));
+    }
+}
+
+/// Opens a file that is plain as far as its pages go, without making objects of them. Nothing for any other
+/// file.
+std::optional<OpenedDocument> openPlain(const FilePath& path, const std::stop_token& stop)
+{
+    OpenedDocument opened;
+    opened.input = std::make_shared<FileInput>(path, stop);
+    const std::optional<SourceEnd> end = findSourceEnd(*opened.input);
+    if (!end || !canContinue(*end)) return std::nullopt;
+    opened.plainPages = PlainDocument::read(*opened.input, *end, stop);
+    if (!opened.plainPages) return std::nullopt;
+    opened.input->setTail(opened.plainPages->libraryTail(*opened.input));
+    opened.qpdf = newDocument(stop);
+    QPDF& document = *opened.qpdf;
+    document.setSuppressWarnings(true);
+    try {
+        document.processInputSource(opened.input, "");
+        opened.plainPages->addPlaceholders(document);
+        readFirstObjects(document, *opened.plainPages);
+    } catch (const Cancelled&) {
+        throw;
+    } catch (const std::exception&) {
+        return std::nullopt; // reading it whole tells why
+    }
+    if (document.anyWarnings() || document.isEncrypted()) return std::nullopt;
+    opened.plain = std::make_unique<PlainStreams>(opened.plainPages->table(), *opened.input);
+    opened.firstFreeNumber = opened.plainPages->nextNumber();
+    opened.isSound = true;
+    return opened;
+}
+
 /// Opens a file that is in order, without reading all of it. Nothing for any other file.
 std::optional<OpenedDocument> openSound(const FilePath& path, const std::stop_token& stop)
 {
@@ -287,13 +343,14 @@ std::optional<OpenedDocument> openSound(const FilePath& path, const std::stop_to
         const auto table = document.getXRefTable();
         // Some viewers read no higher object numbers; a document that is written anew gets lower ones.
         if (table.empty() || table.rbegin()->first.getObj() > highestNumber) return std::nullopt;
-        opened.isReadWhole = table.size() < smallFile;
-        if (opened.isReadWhole) document.fixDanglingReferences();
+        const bool isSmall = table.size() < PlainDocument::smallFile;
+        if (isSmall) document.fixDanglingReferences();
         PageTree tree = readPageTree(document, stop);
         if (!tree.isAsWritten || !tree.unusable.empty() || tree.pages.empty()) return std::nullopt;
         opened.plain = std::make_unique<PlainStreams>(document, *opened.input);
         readFirstObjects(document, tree.pages, *opened.plain);
         opened.pages = std::move(tree.pages);
+        opened.firstFreeNumber = firstFreeNumber(document, isSmall);
     } catch (const Cancelled&) {
         throw;
     } catch (const std::exception&) {
@@ -310,7 +367,6 @@ void readEverything(OpenedDocument& opened)
 {
     if (!opened.isSound) return;
     opened.isSound = false;
-    opened.isReadWhole = true;
     opened.qpdf->fixDanglingReferences();
     if (!opened.qpdf->anyWarnings()) return;
     bool isCutShort = false;
@@ -335,6 +391,7 @@ OpenedDocument openWhole(const Source& source)
     opened.plain = std::make_unique<PlainStreams>(*opened.qpdf, *opened.input);
     opened.pages = std::move(attempt.tree.pages);
     opened.loss = std::move(loss);
+    opened.firstFreeNumber = firstFreeNumber(*opened.qpdf, true);
     return opened;
 }
 
@@ -344,8 +401,10 @@ OpenedDocument openDocument(const FilePath& path, const std::stop_token& stop, R
                             const Passwords& passwords)
 {
     return translated([&] {
-        if (readAhead == ReadAhead::Pages)
+        if (readAhead == ReadAhead::Pages) {
+            if (auto plain = openPlain(path, stop)) return OpenedDocument(std::move(*plain));
             if (auto sound = openSound(path, stop)) return OpenedDocument(std::move(*sound));
+        }
         return withPassword(
             passwords,
             [&](const std::string& password) {

@@ -3,6 +3,7 @@
 #include "platform/pdf/DocumentPointer.h"
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/Passwords.h"
+#include "platform/pdf/PlainDocument.h"
 #include "platform/pdf/PlainStreams.h"
 #include "platform/pdf/ReadAhead.h"
 #include "platform/system/Failure.h"
@@ -23,12 +24,20 @@ struct OpenedDocument
     DocumentPointer qpdf;
     std::unique_ptr<PlainStreams> plain;
     std::vector<QPDFObjectHandle> pages; ///< each an indirect dictionary, and each another one
+    /// The pages of a sound file that is plain, instead of `pages`. The library does not know them then, and
+    /// has empty dictionaries for them, until completeDocument().
+    std::unique_ptr<PlainDocument> plainPages;
     /// What of a damaged file could not be had, in words for people; nothing when all is there.
     std::optional<Reason> loss;
     /// The file is as the format asks for, as far as it was read; the rest is not read yet. False when
     /// everything was read, and put right where that was possible.
     bool isSound = false;
-    bool isReadWhole = true; ///< every object is read, so that all references are known
+    int firstFreeNumber = 1; ///< the first that no object has and, as far as is known, none refers to
+
+    [[nodiscard]] std::size_t pageCount() const
+    {
+        return plainPages ? plainPages->pages().size() : pages.size();
+    }
 };
 
 /// Opens a file that needs no password to be read, or one of these. qpdf drops an object that it cannot read

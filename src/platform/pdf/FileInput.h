@@ -50,10 +50,11 @@ class FileInput final : public InputSource
     [[nodiscard]] QByteArray bytesAt(qpdf_offset_t offset, qpdf_offset_t length) const;
 
   private:
-    static constexpr qpdf_offset_t blockSize = qpdf_offset_t{128} * 1024;
+    /// Small, because between the pages of a scan there are pictures that nobody needs to read.
+    static constexpr qpdf_offset_t blockSize = qpdf_offset_t{16} * 1024;
     /// 32 MiB: the system reads documents up to this size once, though parsing and writing pass over them
     /// several times.
-    static constexpr std::size_t mostBlocks = 256;
+    static constexpr std::size_t mostBlocks = 2048;
     struct Block
     {
         qpdf_offset_t start = -1;

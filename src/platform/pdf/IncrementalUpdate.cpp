@@ -41,9 +41,9 @@ QByteArray predicted(const QByteArray& rows, int width)
 } // namespace
 
 IncrementalUpdate::IncrementalUpdate(QPDF& document, const SourceEnd& source, int nextNumber,
-                                     store::AtomicFile& target)
-    : document_(document), source_(source), target_(target), position_(source.size),
-      hash_(QCryptographicHash::Md5), nextNumber_(nextNumber)
+                                     bool knowsObjectStreams, store::AtomicFile& target)
+    : document_(document), source_(source), knowsObjectStreams_(knowsObjectStreams), target_(target),
+      position_(source.size), hash_(QCryptographicHash::Md5), nextNumber_(nextNumber)
 {
     put("\n"); // the source may end without a line end
 }
@@ -62,22 +62,45 @@ void IncrementalUpdate::addObject(const QPDFObjectHandle& object)
     if (handle.isStream()) {
         const std::shared_ptr<Buffer> raw = handle.getRawStreamData();
         addStream(id, handle.getDict(), {reinterpret_cast<const char*>(raw->getBuffer()), raw->getSize()});
-    } else if (source_.isStream && id.getGen() == 0) {
-        waiting_.emplace_back(id.getObj(), handle.unparseResolved());
-        if (waiting_.size() == objectsPerStream) putObjectStream();
+    } else if (id.getGen() == 0) {
+        addText(id.getObj(), handle.unparseResolved());
     } else {
-        places_[id.getObj()] = {position_, id.getGen(), false};
-        put(header(id.getObj(), id.getGen()) + handle.unparseResolved() + "\nendobj\n");
+        putObject(id, handle.unparseResolved());
     }
+}
+
+void IncrementalUpdate::addText(int number, std::string_view text)
+{
+    // What an entry in a stream costs is worth it for a page whose content is in many pieces.
+    constexpr std::size_t large = 300;
+    if (!source_.isStream && (!knowsObjectStreams_ || text.size() < large)) {
+        putObject(QPDFObjGen(number, 0), text);
+        return;
+    }
+    waiting_.emplace_back(number, text);
+    if (waiting_.size() == objectsPerStream) putObjectStream();
+}
+
+void IncrementalUpdate::putObject(const QPDFObjGen& id, std::string_view text)
+{
+    places_[id.getObj()] = {position_, id.getGen(), false};
+    std::string object = header(id.getObj(), id.getGen());
+    object += text;
+    object += "\nendobj\n";
+    put(object);
 }
 
 void IncrementalUpdate::addStream(const QPDFObjGen& id, const QPDFObjectHandle& dictionary,
                                   std::string_view bytes)
 {
-    QPDFObjectHandle entries = QPDFObjectHandle(dictionary).shallowCopy();
-    entries.replaceKey("/Length", QPDFObjectHandle::newInteger(static_cast<long long>(bytes.size())));
+    std::string entries = "<< /Length " + std::to_string(bytes.size()) + " >>";
+    if (dictionary.isInitialized()) {
+        QPDFObjectHandle all = QPDFObjectHandle(dictionary).shallowCopy();
+        all.replaceKey("/Length", QPDFObjectHandle::newInteger(static_cast<long long>(bytes.size())));
+        entries = all.unparseResolved();
+    }
     places_[id.getObj()] = {position_, id.getGen(), false};
-    put(header(id.getObj(), id.getGen()) + entries.unparseResolved() + "\nstream\n");
+    put(header(id.getObj(), id.getGen()) + entries + "\nstream\n");
     put(bytes);
     put("\nendstream\nendobj\n");
 }
@@ -106,25 +129,29 @@ void IncrementalUpdate::putObjectStream()
     putStream(number,
               "/Type /ObjStm /N " + std::to_string(waiting_.size()) + " /First " +
                   std::to_string(index.size()) + " /Filter /FlateDecode",
-              deflatedBytes(index + bodies));
+              deflatedBytes(index + bodies, Deflation::quick));
     waiting_.clear();
 }
 
 void IncrementalUpdate::finish()
 {
     putObjectStream();
-    const std::int64_t start = position_;
-    if (source_.isStream)
-        putCrossReferenceStream();
-    else
+    if (source_.isStream) {
+        const std::int64_t start = position_;
+        const int number = nextNumber_;
+        places_[number] = {position_, 0, false};
+        const std::string trailer = trailerEntries();
+        putCrossReferenceStream(places_, trailer);
+        put("startxref\n" + std::to_string(start) + "\n%%EOF\n");
+    } else {
         putTable();
-    put("startxref\n" + std::to_string(start) + "\n%%EOF\n");
+    }
 }
 
-std::vector<std::pair<int, int>> IncrementalUpdate::runs() const
+std::vector<std::pair<int, int>> IncrementalUpdate::runs(const Places& places)
 {
     std::vector<std::pair<int, int>> runs;
-    for (const auto& [number, place] : places_) {
+    for (const auto& [number, place] : places) {
         if (runs.empty() || runs.back().first + runs.back().second != number) runs.emplace_back(number, 0);
         ++runs.back().second;
     }
@@ -133,9 +160,11 @@ std::vector<std::pair<int, int>> IncrementalUpdate::runs() const
 
 void IncrementalUpdate::putTable()
 {
+    const std::string hidden = putHiddenEntries();
+    const std::int64_t start = position_;
     std::string table = "xref\n";
     auto place = places_.begin();
-    for (const auto& [first, count] : runs()) {
+    for (const auto& [first, count] : runs(places_)) {
         table += std::to_string(first) + ' ' + std::to_string(count) + '\n';
         for (int i = 0; i < count; ++i, ++place) {
             std::array<char, 32> row{}; // 20 bytes, as the format prescribes
@@ -145,35 +174,50 @@ void IncrementalUpdate::putTable()
         }
     }
     put(table);
-    put("trailer << " + trailerEntries() + " >>\n");
+    put("trailer << " + trailerEntries() + hidden + " >>\nstartxref\n" + std::to_string(start) + "\n%%EOF\n");
 }
 
-void IncrementalUpdate::putCrossReferenceStream()
+std::string IncrementalUpdate::putHiddenEntries()
+{
+    Places hidden;
+    for (auto place = places_.begin(); place != places_.end();) {
+        const auto next = std::next(place);
+        if (place->second.isInStream) hidden.insert(places_.extract(place));
+        place = next;
+    }
+    if (hidden.empty()) return {};
+    const std::int64_t start = position_;
+    const int number = nextNumber_;
+    putCrossReferenceStream(hidden, "/Size " + std::to_string(number + 1));
+    return " /XRefStm " + std::to_string(start);
+}
+
+void IncrementalUpdate::putCrossReferenceStream(Places& places, const std::string& trailer)
 {
     const int number = nextNumber_++;
-    places_[number] = {position_, 0, false};
+    places[number] = {position_, 0, false};
     // The column holds offsets and the numbers of object streams.
     const std::int64_t largest = std::max<std::int64_t>(position_, nextNumber_);
     int offsetBytes = 3;
     while (largest >> (8 * offsetBytes) != 0)
         ++offsetBytes;
     std::string index;
-    for (const auto& [first, count] : runs())
+    for (const auto& [first, count] : runs(places))
         index += std::to_string(first) + ' ' + std::to_string(count) + ' ';
     constexpr int otherColumns = 3;
     const std::string columns = std::to_string(offsetBytes + otherColumns);
-    const QByteArray rows = predicted(crossReferenceRows(offsetBytes), offsetBytes + otherColumns);
+    const QByteArray rows = predicted(crossReferenceRows(places, offsetBytes), offsetBytes + otherColumns);
     putStream(number,
               "/Type /XRef /W [1 " + std::to_string(offsetBytes) + " 2] /Index [" + index +
                   "] /Filter /FlateDecode /DecodeParms << /Predictor 12 /Columns " + columns + " >> " +
-                  trailerEntries(),
-              deflatedBytes(rows));
+                  trailer,
+              deflatedBytes(rows, Deflation::quick));
 }
 
-QByteArray IncrementalUpdate::crossReferenceRows(int offsetBytes) const
+QByteArray IncrementalUpdate::crossReferenceRows(const Places& places, int offsetBytes)
 {
     QByteArray rows;
-    for (const auto& [number, place] : places_) {
+    for (const auto& [number, place] : places) {
         rows.append(place.isInStream ? '\x02' : '\x01');
         for (int shift = 8 * (offsetBytes - 1); shift >= 0; shift -= 8)
             rows.append(static_cast<char>((place.where >> shift) & 0xFF));

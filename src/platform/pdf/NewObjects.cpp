@@ -1,6 +1,9 @@
 #include "platform/pdf/NewObjects.h"
 
 #include <algorithm>
+#include <libdeflate.h>
+#include <memory>
+#include <new>
 
 namespace quillfern::pdf {
 
@@ -21,15 +24,24 @@ int highestStated(QPDF& document)
 
 } // namespace
 
-QByteArray deflatedBytes(const QByteArray& bytes)
+QByteArray deflatedBytes(const QByteArray& bytes, Deflation level)
 {
-    return qCompress(bytes, 9).mid(4); // qCompress puts the length before the zlib stream
+    const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> deflater(
+        libdeflate_alloc_compressor(static_cast<int>(level)), libdeflate_free_compressor);
+    if (!deflater) throw std::bad_alloc();
+    const auto size = static_cast<std::size_t>(bytes.size());
+    QByteArray deflated(static_cast<qsizetype>(libdeflate_zlib_compress_bound(deflater.get(), size)),
+                        Qt::Uninitialized);
+    deflated.resize(static_cast<qsizetype>(
+        libdeflate_zlib_compress(deflater.get(), bytes.constData(), size, deflated.data(),
+                                 static_cast<std::size_t>(deflated.size()))));
+    return deflated;
 }
 
-NewObjects::NewObjects(QPDF& document, bool isReadWhole)
-    : document_(document), next_(highestStated(document) + 1)
+int firstFreeNumber(QPDF& document, bool isReadWhole)
 {
-    if (isReadWhole) next_ = std::max(next_, static_cast<int>(document.getObjectCount()) + 1);
+    const int next = highestStated(document) + 1;
+    return isReadWhole ? std::max(next, static_cast<int>(document.getObjectCount()) + 1) : next;
 }
 
 QPDFObjectHandle NewObjects::add(const QPDFObjectHandle& direct)
@@ -55,6 +67,12 @@ QPDFObjectHandle NewObjects::addStream(std::string bytes)
     return addStream(std::move(bytes), QPDFObjectHandle::newDictionary());
 }
 
+int NewObjects::addUnknownStream(std::string bytes)
+{
+    streams_.push_back({next_++, {}, std::move(bytes)});
+    return streams_.back().number;
+}
+
 QPDFObjectHandle NewObjects::addCopy(const QPDFObjectHandle& stream)
 {
     const QPDFObjectHandle copy = QPDFObjectHandle(stream).copyStream(); // numbered by the library
@@ -78,7 +96,10 @@ void NewObjects::materialise()
 {
     for (Stream& stream : streams_) {
         QPDFObjectHandle made = document_.newStream(stream.bytes);
-        made.replaceDict(stream.dictionary.shallowCopy());
+        if (stream.dictionary.isInitialized())
+            made.replaceDict(stream.dictionary.shallowCopy());
+        else
+            document_.replaceObject(QPDFObjGen(stream.number, 0), QPDFObjectHandle::newDictionary());
         // The library chooses its own number; the references are to ours.
         document_.swapObjects(made.getObjGen(), QPDFObjGen(stream.number, 0));
     }

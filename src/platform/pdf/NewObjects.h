@@ -15,9 +15,8 @@ namespace quillfern::pdf {
 class NewObjects
 {
   public:
-    /// Made when the document is read and mended. Where all of it is read, the numbers begin behind all that
-    /// it refers to, otherwise behind those that its cross-reference and its trailer state.
-    NewObjects(QPDF& document, bool isReadWhole);
+    /// `firstNumber` is the first that no object has (firstFreeNumber()).
+    NewObjects(QPDF& document, int firstNumber) : document_(document), next_(firstNumber) {}
 
     /// The object, now an indirect one; its content may be changed until it is written.
     [[nodiscard]] QPDFObjectHandle add(const QPDFObjectHandle& direct);
@@ -25,6 +24,9 @@ class NewObjects
     /// stream's filters, stated in the dictionary, leave them.
     [[nodiscard]] QPDFObjectHandle addStream(std::string bytes, const QPDFObjectHandle& dictionary);
     [[nodiscard]] QPDFObjectHandle addStream(std::string bytes);
+    /// The number of a new stream without a dictionary, of which the document's library knows nothing until
+    /// materialise(): for what refers to the stream as text.
+    [[nodiscard]] int addUnknownStream(std::string bytes);
     /// A copy of a stream of the document, with a dictionary of its own.
     [[nodiscard]] QPDFObjectHandle addCopy(const QPDFObjectHandle& stream);
     /// The same as addStream() with the bytes deflated here.
@@ -34,7 +36,7 @@ class NewObjects
     struct Stream
     {
         int number;
-        QPDFObjectHandle dictionary; ///< without /Length
+        QPDFObjectHandle dictionary; ///< without /Length; not initialised for an empty one
         std::string bytes;
     };
     [[nodiscard]] const std::vector<Stream>& streams() const { return streams_; }
@@ -53,7 +55,14 @@ class NewObjects
     std::vector<int> others_;
 };
 
-/// zlib data, as small as zlib makes them.
-[[nodiscard]] QByteArray deflatedBytes(const QByteArray& bytes);
+/// Where a document is read whole, the first number behind all that it refers to; otherwise behind those that
+/// its cross-reference and its trailer state.
+[[nodiscard]] int firstFreeNumber(QPDF& document, bool isReadWhole);
+
+/// libdeflate's levels: above `thorough` time grows without an effect; `quick` suits text that repeats
+/// itself, on which the other takes sixty times as long.
+enum class Deflation { quick = 5, thorough = 9 };
+/// zlib data.
+[[nodiscard]] QByteArray deflatedBytes(const QByteArray& bytes, Deflation level = Deflation::thorough);
 
 } // namespace quillfern::pdf

@@ -1,26 +1,12 @@
 #include "platform/pdf/PdfDocument.h"
 
-#include "platform/pdf/ContentScanner.h"
-#include "platform/pdf/DocumentChanges.h"
-#include "platform/pdf/DocumentOpening.h"
-#include "platform/pdf/EnclosedContent.h"
 #include "platform/pdf/LibraryErrors.h"
-#include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PdfCanvas.h"
-#include "platform/pdf/PdfForm.h"
-#include "platform/pdf/PdfMetadata.h"
+#include "platform/pdf/PdfDocumentPrivate.h"
 #include "platform/pdf/PdfPageBox.h"
-#include "platform/pdf/PdfResources.h"
 #include "platform/pdf/PdfWriter.h"
-#include "platform/pdf/PlainStreams.h"
 #include "platform/store/AtomicFile.h"
 #include "platform/system/Cancellation.h"
-
-#include <deque>
-#include <map>
-#include <qpdf/QPDF.hh>
-#include <set>
-#include <unordered_map>
 
 namespace quillfern::pdf {
 
@@ -47,185 +33,6 @@ void showArea(QPDFObjectHandle page, const PdfPageBox& box, PageArea area)
 
 } // namespace
 
-class PdfDocument::Private
-{
-  public:
-    Private(OpenedDocument opened, std::stop_token stopToken, std::shared_ptr<SharedCodings> sharedCodings)
-        : stop(std::move(stopToken)), codings(std::move(sharedCodings)), document(std::move(opened)),
-          qpdf(*document.qpdf), pages(document.pages), objects(qpdf, document.isReadWhole),
-          plain(*document.plain), metadata(qpdf, changes, objects, stop),
-          archivalPart(metadata.archivalPart()), signatures(pdf::signaturesOf(qpdf)),
-          resources(objects, *codings, archivalPart > 0 && !metadata.hasRgbOutputIntent()),
-          scanner_(plain, stop)
-    {
-        if (!document.isSound) changes.noteRebuilt();
-    }
-
-    /// A page whose marks are drawn and whose own content is still being read.
-    struct Pending
-    {
-        QPDFObjectHandle page;
-        std::vector<QPDFObjectHandle> streams;
-        std::shared_ptr<ContentScanner::Scan> scan; ///< null when nothing follows the content
-        std::string under;
-        std::string over;
-    };
-
-    void add(Pending pending);
-    void settleOldest();
-    void settleAll();
-    std::shared_ptr<ContentScanner::Scan> scanOf(const std::vector<QPDFObjectHandle>& streams);
-    QPDFObjectHandle resourcesWith(const QPDFObjectHandle& page, const PdfPageResources& added);
-
-    std::stop_token stop;
-    std::shared_ptr<SharedCodings> codings;
-    OpenedDocument document;
-    QPDF& qpdf;
-    std::vector<QPDFObjectHandle>& pages;
-    DocumentChanges changes;
-    NewObjects objects;
-    PlainStreams& plain;
-    PdfMetadata metadata;
-    int archivalPart;
-    Signatures signatures;
-    PdfResources resources;
-    std::set<QPDFObjGen> widgetsToDrop;
-    PageArea area = PageArea::Whole;
-    bool isUnlocked = false;
-
-  private:
-    QPDFObjectHandle saveState();
-    void encloseAndStamp(Pending& pending, const ContentScanner::Result& scan);
-
-    void forgetScans()
-    {
-        scans_.clear();
-        mendedBytes_ = 0;
-    }
-
-    static constexpr std::size_t mostPending = 256;
-    static constexpr qsizetype mostMendedBytes = qsizetype{64} << 20;
-    std::deque<Pending> pending_;
-    ContentScanner scanner_;
-    std::map<std::vector<QPDFObjGen>, std::shared_ptr<ContentScanner::Scan>> scans_;
-    std::map<std::pair<QPDFObjGen, std::string>, QPDFObjectHandle> sharedResources_;
-    std::unordered_map<std::string, QPDFObjectHandle> equalResources_; ///< by their text
-    std::map<std::string, QPDFObjectHandle> forms_;                    ///< by content and surroundings
-    qsizetype mendedBytes_ = 0; ///< that the scans in scans_ hold, at most
-    QPDFObjectHandle saveState_;
-};
-
-QPDFObjectHandle PdfDocument::Private::saveState()
-{
-    if (!saveState_.isInitialized()) saveState_ = objects.addStream("q\n");
-    return saveState_;
-}
-
-std::shared_ptr<ContentScanner::Scan>
-PdfDocument::Private::scanOf(const std::vector<QPDFObjectHandle>& streams)
-{
-    // Content that several pages share is read once. The map is emptied when it grows large, because most
-    // content belongs to one page only.
-    std::vector<QPDFObjGen> key;
-    for (const QPDFObjectHandle& stream : streams)
-        key.push_back(stream.getObjGen());
-    const auto found = scans_.find(key);
-    if (found != scans_.end()) return found->second;
-    if (scans_.size() >= 4 * mostPending) forgetScans();
-    return scans_.emplace(std::move(key), scanner_.scan(streams)).first->second;
-}
-
-QPDFObjectHandle PdfDocument::Private::resourcesWith(const QPDFObjectHandle& page,
-                                                     const PdfPageResources& added)
-{
-    QPDFObjectHandle holder;
-    QPDFObjectHandle present = inheritedAttribute(page, "/Resources", &holder);
-    const bool own = !present.isIndirect() && holder.isInitialized() && holder.isSameObjectAs(page);
-    const auto extended = [&] {
-        QPDFObjectHandle copy =
-            present.isDictionary() ? present.shallowCopy() : QPDFObjectHandle::newDictionary();
-        added.addTo(copy);
-        return copy;
-    };
-    if (own || !present.isDictionary()) return extended();
-    // Pages that shared one dictionary, or had equal ones, share its extended copy; the original stays for
-    // everything else that uses it.
-    const std::pair key(present.isIndirect() ? present.getObjGen() : holder.getObjGen(), added.signature());
-    QPDFObjectHandle& shared = sharedResources_[key];
-    if (shared.isInitialized()) return shared;
-    QPDFObjectHandle copy = extended();
-    QPDFObjectHandle& equal = equalResources_[copy.unparse()];
-    if (!equal.isInitialized()) equal = objects.add(copy);
-    return shared = equal;
-}
-
-void PdfDocument::Private::add(Pending pending)
-{
-    pending_.push_back(std::move(pending));
-    if (pending_.size() > mostPending) settleOldest();
-}
-
-void PdfDocument::Private::settleAll()
-{
-    while (!pending_.empty())
-        settleOldest();
-}
-
-void PdfDocument::Private::settleOldest()
-{
-    Pending pending = std::move(pending_.front());
-    pending_.pop_front();
-    QPDFObjectHandle contents = QPDFObjectHandle::newArray();
-
-    std::string closing;
-    if (pending.scan) {
-        const ContentScanner::Result& scan = scanner_.resultOf(*pending.scan);
-        closing = scan.balance.closing.toStdString();
-        if (scan.balance.damaged || (scan.undecodable && pending.streams.size() == 1)) {
-            encloseAndStamp(pending, scan);
-            return;
-        }
-        if (!scan.mended.isEmpty()) pending.streams = {objects.addDeflated(scan.mended)};
-    }
-    const bool wrap = !pending.over.empty() && !pending.streams.empty();
-    if (!pending.under.empty())
-        contents.appendItem(objects.addStream(pending.under + (wrap ? "q\n" : "")));
-    else if (wrap)
-        contents.appendItem(saveState());
-    for (const QPDFObjectHandle& stream : pending.streams)
-        contents.appendItem(stream);
-    // The line feed ends a comment, or an escape, that the content ends in.
-    if (!pending.over.empty())
-        contents.appendItem(objects.addStream(wrap ? '\n' + closing + "Q\n" + pending.over : pending.over));
-    pending.page.replaceKey("/Contents", contents);
-}
-
-/// Damaged content ends where its form ends.
-void PdfDocument::Private::encloseAndStamp(Pending& pending, const ContentScanner::Result& scan)
-{
-    // The structure tree is changed in many places.
-    if (pending.page.hasKey("/StructParents")) changes.noteRebuilt();
-    // Pages that share their content share its form.
-    std::string key = formSurroundings(pending.page);
-    for (const QPDFObjectHandle& stream : pending.streams)
-        if (!key.empty()) key += stream.getObjGen().unparse(' ');
-    QPDFObjectHandle form = key.empty() ? QPDFObjectHandle() : forms_[key];
-    if (!form.isInitialized()) {
-        if (scan.undecodable)
-            form = objects.addCopy(pending.streams.front());
-        else if (scan.balance.unfinished) // anything behind it would become a part of it
-            form = objects.addDeflated(scan.mended);
-        else
-            form = objects.addDeflated(scan.mended + '\n' + scan.balance.closing);
-        makeForm(qpdf, pending.page, form);
-        if (!key.empty()) forms_[key] = form;
-        mendedBytes_ += scan.mended.size();
-    }
-    const std::string drawn = drawForm(pending.page, form);
-    pending.page.replaceKey("/Contents", objects.addStream(pending.under + drawn + pending.over));
-    if (mendedBytes_ > mostMendedBytes) forgetScans();
-}
-
 class PdfDocument::StampedPage final : public PdfPage
 {
   public:
@@ -246,10 +53,13 @@ class PdfDocument::StampedPage final : public PdfPage
             document_.changes.noteChanged(page_);
             showArea(page_, box_, document_.area);
             if (!resources_.empty())
-                page_.replaceKey("/Resources", document_.resourcesWith(page_, resources_));
+                page_.replaceKey("/Resources", document_.extendedResources.with(page_, resources_));
             if (under_.content().empty() && over_.content().empty()) return;
-            Private::Pending pending{
-                page_, contentStreams(page_, document_.plain), {}, under_.content(), over_.content()};
+            Private::Pending pending;
+            pending.page = page_;
+            pending.streams = contentStreams(page_, document_.plain);
+            pending.under = under_.content();
+            pending.over = over_.content();
             if (!pending.over.empty() && !pending.streams.empty())
                 pending.scan = document_.scanOf(pending.streams);
             document_.add(std::move(pending));
@@ -260,6 +70,41 @@ class PdfDocument::StampedPage final : public PdfPage
     Private& document_;
     QPDFObjectHandle page_;
     PdfPageBox box_;
+    PdfPageResources resources_;
+    PdfCanvas under_;
+    PdfCanvas over_;
+};
+
+/// A page that is text until the document is written.
+class PdfDocument::PlainStampedPage final : public PdfPage
+{
+  public:
+    PlainStampedPage(Private& document, const PlainPage& page, drawing::TextShaper& shaper)
+        : document_(document), page_(page), resources_(document.extendedResources.namesFor(page)),
+          under_(document.resources, resources_, shaper, page.box.toUserSpace()),
+          over_(document.resources, resources_, shaper, page.box.toUserSpace())
+    {
+    }
+
+    drawing::Canvas& under() override { return under_; }
+    drawing::Canvas& over() override { return over_; }
+
+    void finish() override
+    {
+        translated([this] {
+            Private::Pending pending;
+            pending.plain = &page_;
+            pending.under = under_.content();
+            pending.over = over_.content();
+            if (!resources_.empty()) pending.resources = document_.extendedResources.with(page_, resources_);
+            if (!pending.over.empty() && page_.contentCount > 0) pending.scan = document_.scanOf(page_);
+            document_.add(std::move(pending));
+        });
+    }
+
+  private:
+    Private& document_;
+    const PlainPage& page_;
     PdfPageResources resources_;
     PdfCanvas under_;
     PdfCanvas over_;
@@ -283,7 +128,7 @@ std::unique_ptr<PdfDocument> PdfDocument::open(const FilePath& path, const std::
 
 int PdfDocument::pageCount() const
 {
-    return static_cast<int>(d->pages.size());
+    return static_cast<int>(d->plainPages() ? d->plainPages()->pages().size() : d->pages.size());
 }
 
 std::optional<Reason> PdfDocument::loss() const
@@ -305,6 +150,8 @@ bool PdfDocument::breaksSignature() const
 void PdfDocument::setPageArea(PageArea area)
 {
     d->area = area;
+    // Pages that are text are known by their media boxes.
+    if (area != PageArea::Whole) translated([&] { d->makeObjects(); });
 }
 
 void PdfDocument::unlock()
@@ -323,6 +170,8 @@ void PdfDocument::unlock()
 
 QSizeF PdfDocument::pageSize(int index) const
 {
+    if (d->plainPages())
+        return d->plainPages()->pages().at(static_cast<std::size_t>(index)).box.displaySize();
     return translated(
         [&] { return PdfPageBox(d->pages.at(static_cast<std::size_t>(index)), d->area).displaySize(); });
 }
@@ -331,6 +180,9 @@ std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, drawing::TextShaper& 
 {
     return translated([&]() -> std::unique_ptr<PdfPage> {
         throwIfCancelled(d->stop);
+        if (d->plainPages())
+            return std::make_unique<PlainStampedPage>(
+                *d, d->plainPages()->pages().at(static_cast<std::size_t>(index)), shaper);
         return std::make_unique<StampedPage>(*d, d->pages.at(static_cast<std::size_t>(index)), shaper);
     });
 }
@@ -340,6 +192,7 @@ void PdfDocument::blankPage(int index)
     translated([&] {
         throwIfCancelled(d->stop);
         d->changes.noteRebuilt(); // what was on the page must not remain in the file
+        d->makeObjects();
         QPDFObjectHandle page = d->pages.at(static_cast<std::size_t>(index));
         QPDFObjectHandle annotations = page.getKey("/Annots");
         if (annotations.isArray())
@@ -358,6 +211,7 @@ void PdfDocument::keepFirstPages(int count)
 {
     translated([&] {
         d->settleAll();
+        if (pageCount() > count) d->makeObjects();
         for (; pageCount() > count; d->pages.pop_back()) {
             throwIfCancelled(d->stop);
             d->changes.noteRebuilt();
@@ -380,8 +234,9 @@ void PdfDocument::save(const PdfWriter& writer, store::AtomicFile& target)
         // The first archival profile forbids transparency, so the claim would be false.
         if (d->archivalPart == 1 && d->resources.usesTransparency()) d->metadata.withdrawArchivalClaim();
         if (d->resources.usesTransparency()) d->changes.noteTransparency();
-        if (d->changes.isRebuilt()) readEverything(d->document);
         const EditedDocument edited{d->qpdf, d->changes, d->objects, *d->document.input};
+        if (writer.writesAnew(edited)) d->makeObjects();
+        if (d->changes.isRebuilt()) readEverything(d->document);
         if (d->isUnlocked)
             RewritingPdfWriter(Encryption::Removed).write(edited, target, d->stop);
         else

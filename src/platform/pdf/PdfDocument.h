@@ -88,6 +88,7 @@ class PdfDocument
   private:
     class Private;
     class StampedPage;
+    class PlainStampedPage;
     explicit PdfDocument(std::unique_ptr<Private> data);
     std::unique_ptr<Private> d;
 };

@@ -67,13 +67,21 @@ PdfPageBox::PdfPageBox(QPDFObjectHandle page, PageArea area)
         if (isFound && crop.intersects(media_)) box_ = crop & media_;
     }
     QPDFObjectHandle rotate = inheritedAttribute(page, "/Rotate");
-    if (rotate.isNumber()) {
-        const double degrees = rotate.getNumericValue();
-        if (std::isfinite(degrees) && std::fmod(degrees, 90.0) == 0.0)
-            rotation_ = (static_cast<int>(std::fmod(degrees, 360.0)) + 360) % 360;
-    }
+    if (rotate.isNumber()) setRotation(rotate.getNumericValue());
     QPDFObjectHandle unit = page.getKey("/UserUnit"); // not inheritable
     if (unit.isNumber() && unit.getNumericValue() > 0) unit_ = unit.getNumericValue();
+}
+
+PdfPageBox::PdfPageBox(const QRectF& mediaBox, double rotation, double unit)
+    : media_(mediaBox), box_(mediaBox), unit_(unit)
+{
+    setRotation(rotation);
+}
+
+void PdfPageBox::setRotation(double degrees)
+{
+    if (std::isfinite(degrees) && std::fmod(degrees, 90.0) == 0.0)
+        rotation_ = (static_cast<int>(std::fmod(degrees, 360.0)) + 360) % 360;
 }
 
 QSizeF PdfPageBox::displaySize() const

@@ -20,6 +20,9 @@ class PdfPageBox
     /// inherits from. A box that is empty or no rectangle counts as missing, a missing one as US Letter, and
     /// a rotation that is no multiple of 90 degrees as none.
     explicit PdfPageBox(QPDFObjectHandle page, PageArea area = PageArea::Whole);
+    PdfPageBox() = default;
+    /// A stated media box, in the page's own space, with what the page states as /Rotate and /UserUnit.
+    PdfPageBox(const QRectF& mediaBox, double rotation, double unit);
 
     /// The area as its reader sees it, in points: turned by /Rotate and scaled by /UserUnit.
     [[nodiscard]] QSizeF displaySize() const;
@@ -38,6 +41,8 @@ class PdfPageBox
     [[nodiscard]] bool isAreaStated() const { return areaStated_; }
 
   private:
+    void setRotation(double degrees);
+
     QRectF media_;
     QRectF box_; ///< of the area
     int rotation_ = 0;

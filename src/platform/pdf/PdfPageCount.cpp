@@ -4,6 +4,8 @@
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/LibraryErrors.h"
 #include "platform/pdf/PasswordAttempts.h"
+#include "platform/pdf/PlainDocument.h"
+#include "platform/pdf/SourceEnd.h"
 #include "platform/system/Cancellation.h"
 
 #include <qpdf/QPDF.hh>
@@ -45,6 +47,10 @@ int statedCount(QPDFObjectHandle root)
 int quickCount(const FilePath& path, const std::stop_token& stop, const Passwords& passwords)
 {
     try {
+        FileInput file(path, stop);
+        const auto end = findSourceEnd(file);
+        const auto count = end ? PlainDocument::statedCount(file, *end) : std::nullopt;
+        if (count) return *count;
         return translated([&] {
             const DocumentPointer document = withPassword(
                 passwords, [&](const std::string& password) { return openQuietly(path, password, stop); },
@@ -65,7 +71,7 @@ int pdfPageCount(const FilePath& path, const std::stop_token& stop, const Passwo
     const int stated = quickCount(path, stop, passwords);
     if (stated > 0) return stated;
     try {
-        return static_cast<int>(openDocument(path, stop, ReadAhead::Pages, passwords).pages.size());
+        return static_cast<int>(openDocument(path, stop, ReadAhead::Pages, passwords).pageCount());
     } catch (const Cancelled&) {
         throw;
     } catch (const std::exception&) {

@@ -1,9 +1,13 @@
 #include "platform/pdf/PdfPageExtract.h"
 
+#include "platform/pdf/DocumentOpening.h"
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/LibraryErrors.h"
+#include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PasswordAttempts.h"
 #include "platform/pdf/PdfPageBox.h"
+#include "platform/pdf/PlainDocument.h"
+#include "platform/pdf/SourceEnd.h"
 #include "platform/system/Failure.h"
 
 #include <limits>
@@ -45,16 +49,51 @@ QPDFObjectHandle pageByCounts(QPDFObjectHandle node, int index)
     return node;
 }
 
-QPDFObjectHandle pageAt(QPDF& document, int index)
+/// A document and one of its pages.
+struct Source
 {
-    if (index < 0) throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no such page."));
-    QPDFObjectHandle page = pageByCounts(document.getRoot().getKey("/Pages"), index);
-    if (page.isDictionary()) return page;
-    // Reading the whole tree takes longer but repairs a broken one.
-    const auto& pages = document.getAllPages();
-    if (static_cast<std::size_t>(index) >= pages.size())
-        throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no such page."));
-    return pages[static_cast<std::size_t>(index)];
+    DocumentPointer document;
+    QPDFObjectHandle page; ///< null where the file is not as it should be
+};
+
+[[noreturn]] void refusePage()
+{
+    throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document has no such page."));
+}
+
+/// Opens a file that is plain, which a job reads in the same way, or encrypted, and reads no more of it than
+/// needed. The page is null for any other file, and where an encrypted one is not in order.
+Source openInOrder(const FilePath& path, int index, const Passwords& passwords)
+{
+    const auto input = std::make_shared<FileInput>(path);
+    const std::optional<SourceEnd> end = findSourceEnd(*input);
+    const auto plain = end ? PlainDocument::read(*input, *end, {}) : nullptr;
+    if (plain && static_cast<std::size_t>(index) >= plain->pages().size()) refusePage();
+    if (plain) input->setTail(plain->libraryTail(*input, index));
+    const auto open = [&](const std::string& password) {
+        DocumentPointer document = newDocument({});
+        document->setSuppressWarnings(true);
+        document->processInputSource(input, password.c_str());
+        return document;
+    };
+    Source source{
+        withPassword(passwords, open, [](const DocumentPointer& opened) -> QPDF& { return *opened; }),
+        QPDFObjectHandle::newNull()};
+    if (plain) {
+        plain->addPlaceholders(*source.document, index);
+        source.page = source.document->getObject(plain->pages()[static_cast<std::size_t>(index)].number, 0);
+    } else if (source.document->isEncrypted()) {
+        source.page = pageByCounts(source.document->getRoot().getKey("/Pages"), index);
+    }
+    return source;
+}
+
+/// Opens a file as a job does, with all repairs.
+Source openMended(const FilePath& path, int index, ReadAhead readAhead, const Passwords& passwords)
+{
+    OpenedDocument opened = openDocument(path, {}, readAhead, passwords);
+    if (static_cast<std::size_t>(index) >= opened.pages.size()) refusePage();
+    return {std::move(opened.qpdf), opened.pages[static_cast<std::size_t>(index)]};
 }
 
 /// The entries of `from` that are named, as a new dictionary.
@@ -83,7 +122,7 @@ QPDFObjectHandle visibleAnnotations(QPDFObjectHandle page)
     return result;
 }
 
-QPDFObjectHandle selfContained(QPDF& source, QPDFObjectHandle page, const PdfPageBox& box)
+QPDFObjectHandle selfContained(QPDFObjectHandle page, const PdfPageBox& box)
 {
     QPDFObjectHandle single = withKeys(page, {"/Contents", "/Group"});
     single.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
@@ -93,32 +132,21 @@ QPDFObjectHandle selfContained(QPDF& source, QPDFObjectHandle page, const PdfPag
     for (const char* key : {"/Resources", "/Rotate"})
         single.replaceKey(key, inheritedAttribute(page, key));
     single.replaceKey("/Annots", visibleAnnotations(page));
-    return source.makeIndirectObject(single);
+    return single;
 }
 
-ExtractedPage extract(const FilePath& path, int index, PageArea area, const Passwords& passwords)
+ExtractedPage extract(QPDF& source, QPDFObjectHandle page, int firstNumber, PageArea area)
 {
-    const auto opened = withPassword(
-        passwords,
-        [&](const std::string& password) {
-            auto document = std::make_unique<QPDF>();
-            document->setSuppressWarnings(true);
-            document->processInputSource(std::make_shared<FileInput>(path), password.c_str());
-            return document;
-        },
-        [](const std::unique_ptr<QPDF>& document) -> QPDF& { return *document; });
-    QPDF& source = *opened;
-    QPDFObjectHandle page = pageAt(source, index);
     const PdfPageBox box(page, area);
-
+    NewObjects objects(source, firstNumber); // the library would read everything first
     QPDF single;
     single.setSuppressWarnings(true);
     single.emptyPDF();
-    single.addPage(single.copyForeignObject(selfContained(source, page, box)), false);
+    single.addPage(single.copyForeignObject(objects.add(selfContained(page, box))), false);
     // Which layers are switched off is stated in the document's catalogue, not in the page.
     QPDFObjectHandle layers = source.getRoot().getKey("/OCProperties");
     if (layers.isDictionary()) {
-        if (!layers.isIndirect()) layers = source.makeIndirectObject(layers);
+        if (!layers.isIndirect()) layers = objects.add(layers);
         single.getRoot().replaceKey("/OCProperties", single.copyForeignObject(layers));
     }
     QPDFPageDocumentHelper(single).flattenAnnotations(0, an_invisible | an_hidden | an_no_view);
@@ -139,7 +167,24 @@ ExtractedPage extract(const FilePath& path, int index, PageArea area, const Pass
 
 ExtractedPage extractPdfPage(const FilePath& path, int index, PageArea area, const Passwords& passwords)
 {
-    return translated([&] { return extract(path, index, area, passwords); });
+    return translated([&] {
+        if (index < 0) refusePage();
+        auto readAhead = ReadAhead::Pages;
+        try {
+            Source source = openInOrder(path, index, passwords);
+            if (source.page.isDictionary()) {
+                ExtractedPage page =
+                    extract(*source.document, source.page, firstFreeNumber(*source.document, false), area);
+                if (!source.document->anyWarnings()) return page;
+                readAhead = ReadAhead::Everything;
+            }
+        } catch (const QPDFExc& exception) {
+            if (exception.getErrorCode() == qpdf_e_password) throw;
+            readAhead = ReadAhead::Everything;
+        }
+        const Source mended = openMended(path, index, readAhead, passwords);
+        return extract(*mended.document, mended.page, firstFreeNumber(*mended.document, true), area);
+    });
 }
 
 } // namespace quillfern::pdf

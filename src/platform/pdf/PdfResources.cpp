@@ -4,6 +4,7 @@
 
 #include <QGlyphRun>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 namespace quillfern::pdf {
@@ -127,7 +128,7 @@ PdfPageResources::PdfPageResources(QPDFObjectHandle resources) : prefix_("/Qf")
     if (!resources.isDictionary()) return;
     // Another run's stamps may be on the page already, with our usual names.
     const auto taken = [&] {
-        for (const char* category : {"/Font", "/ExtGState", "/XObject", "/ColorSpace"}) {
+        for (const char* category : categories) {
             QPDFObjectHandle names = resources.getKey(category);
             if (!names.isDictionary()) continue;
             for (const std::string& name : names.getKeys())
@@ -135,7 +136,20 @@ PdfPageResources::PdfPageResources(QPDFObjectHandle resources) : prefix_("/Qf")
         }
         return false;
     };
-    for (int n = 1; taken(); ++n)
+    choosePrefix(taken);
+}
+
+PdfPageResources::PdfPageResources(const std::vector<std::string_view>& names) : prefix_("/Qf")
+{
+    choosePrefix([&] {
+        return std::any_of(names.begin(), names.end(),
+                           [this](std::string_view name) { return name.starts_with(prefix_); });
+    });
+}
+
+void PdfPageResources::choosePrefix(const std::function<bool()>& isTaken)
+{
+    for (int n = 1; isTaken(); ++n)
         prefix_ = "/Q" + std::to_string(n) + "f";
 }
 

@@ -5,12 +5,15 @@
 #include "platform/pdf/EmbeddedFont.h"
 
 #include <QRectF>
+#include <array>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -83,10 +86,19 @@ class PdfPageResources
   public:
     /// `resources` is the page's present resource dictionary, or null.
     explicit PdfPageResources(QPDFObjectHandle resources);
+    /// For a page whose resources have these names, with their slashes.
+    explicit PdfPageResources(const std::vector<std::string_view>& names);
+
+    static constexpr std::array<const char*, 4> categories{"/Font", "/ExtGState", "/XObject", "/ColorSpace"};
 
     /// The name under which the page's stamps use `resource`, with its slash.
     std::string nameOf(const PdfResource& resource);
     [[nodiscard]] bool empty() const { return used_.empty(); }
+    /// What is used, by category and name.
+    [[nodiscard]] const std::map<std::string, std::map<std::string, QPDFObjectHandle>>& used() const
+    {
+        return used_;
+    }
     /// Equal for pages that use the same resources under the same names.
     [[nodiscard]] std::string signature() const;
     /// Adds what is used to a resource dictionary that is a page's own; its inner dictionaries are copied
@@ -94,6 +106,8 @@ class PdfPageResources
     void addTo(QPDFObjectHandle resources) const;
 
   private:
+    void choosePrefix(const std::function<bool()>& isTaken);
+
     std::string prefix_;
     std::map<std::string, std::map<std::string, QPDFObjectHandle>> used_; ///< by category and name
 };

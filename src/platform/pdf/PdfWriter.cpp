@@ -56,6 +56,9 @@ void RewritingPdfWriter::write(const EditedDocument& edited, store::AtomicFile& 
     writer.setObjectStreamMode(qpdf_o_preserve);
     writer.setPreserveEncryption(encryption_ == Encryption::Kept);
     writer.setPreserveUnreferencedObjects(false);
+    // The second half of the identifier is a hash of what is written, so that the same job gives the same
+    // bytes. Not so where the document is encrypted: that is random by design.
+    if (!edited.document.isEncrypted()) writer.setDeterministicID(true);
     writer.setMinimumPDFVersion(edited.changes.usesTransparency() ? "1.4" : "1.3");
     writer.write();
 }

