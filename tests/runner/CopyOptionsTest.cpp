@@ -31,9 +31,10 @@ class CopyOptions : public testing::Test
     /// each DIR.
     ToolResult run(const char* arguments)
     {
-        return runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
-                       words(("--text Nr{0} --padding 3 --output DIR/out " + QByteArray(arguments)).constData())
-                           .replaceInStrings(QStringLiteral("DIR"), scratch.path()));
+        return runTool(
+            qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
+            words(("--text Nr{0} --padding 3 --output DIR/out " + QByteArray(arguments)).constData())
+                .replaceInStrings(QStringLiteral("DIR"), scratch.path()));
     }
     /// The files below a folder, without links to folders.
     QString filesIn(const char* folder) const
@@ -83,7 +84,8 @@ TEST_F(CopyOptions, DecideNamesAndPlaces)
         const QString earlier = QString::fromLatin1(c.earlier);
         if (!earlier.isEmpty()) scratch.write(QStringLiteral("out/") + earlier, "earlier");
         const ToolResult result = run(c.arguments);
-        EXPECT_EQ(result.exitCode, c.exitCode) << c.arguments << result.out.constData() << result.err.constData();
+        EXPECT_EQ(result.exitCode, c.exitCode)
+            << c.arguments << result.out.constData() << result.err.constData();
         EXPECT_EQ(filesIn("out").toStdString(), c.copies) << c.arguments;
         if (!earlier.isEmpty()) {
             EXPECT_EQ(readFile(out(c.earlier)), "earlier") << c.arguments;
@@ -103,11 +105,12 @@ TEST_F(CopyOptions, ASkippedFileKeepsItsNumbers)
 TEST_F(CopyOptions, NoFileIsProcessedInPlaceWhereNothingIsReplaced)
 {
     const QByteArray before = readFile(scratch.path(QStringLiteral("in/a.pdf")));
-    for (const char* const arguments : {"--existing skip --output DIR/in", "--existing number --output DIR/in"}) {
+    for (const char* const arguments :
+         {"--existing skip --output DIR/in", "--existing number --output DIR/in"}) {
         const QByteArray whole = "--text Nr{0} " + QByteArray(arguments) + " DIR/in/a.pdf";
-        const ToolResult result = runTool(
-            qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
-            words(whole.constData()).replaceInStrings(QStringLiteral("DIR"), scratch.path()));
+        const ToolResult result =
+            runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
+                    words(whole.constData()).replaceInStrings(QStringLiteral("DIR"), scratch.path()));
         EXPECT_EQ(result.exitCode, 0) << result.err.constData();
         EXPECT_EQ(readFile(scratch.path(QStringLiteral("in/a.pdf"))), before) << arguments;
     }
@@ -132,8 +135,9 @@ TEST_F(CopyOptions, TheIndexHasTheHashesOfSourcesAndCopies)
 {
     scratch.write(QStringLiteral("in/x.pdf"), "no document");
     for (const char* const way : {"", "--rewrite "}) {
-        const ToolResult result = run(
-            (QByteArray(way) + "--continuous --index DIR/out/i.csv DIR/in/a.pdf DIR/in/x.pdf DIR/in/d").constData());
+        const ToolResult result =
+            run((QByteArray(way) + "--continuous --index DIR/out/i.csv DIR/in/a.pdf DIR/in/x.pdf DIR/in/d")
+                    .constData());
         EXPECT_EQ(result.exitCode, 1) << result.err.constData();
         const QList<QByteArray> lines = readFile(out("i.csv")).split('\n');
         ASSERT_EQ(lines.size(), 6) << result.out.constData();
@@ -146,8 +150,10 @@ TEST_F(CopyOptions, TheIndexHasTheHashesOfSourcesAndCopies)
             const QList<QByteArray> fields = line.trimmed().split(',');
             ASSERT_EQ(fields.size(), 10) << line.constData();
             numbers.append(fields[4] + '-' + fields[5] + ' ' + fields[6]);
-            EXPECT_EQ(fields[8], fields[2].isEmpty() ? QByteArray() : hash(fields[1])) << way << line.constData();
-            EXPECT_EQ(fields[9], fields[2].isEmpty() ? QByteArray() : hash(fields[2])) << way << line.constData();
+            EXPECT_EQ(fields[8], fields[2].isEmpty() ? QByteArray() : hash(fields[1]))
+                << way << line.constData();
+            EXPECT_EQ(fields[9], fields[2].isEmpty() ? QByteArray() : hash(fields[2]))
+                << way << line.constData();
         }
         EXPECT_EQ(numbers.join('|').toStdString(),
                   "001-002 created|- no-pages|003-003 created|004-004 created");
