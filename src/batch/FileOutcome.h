@@ -62,6 +62,7 @@ struct FileOutcome
     /// Numbers that a file without a copy has used up: the next file does not get them again.
     std::optional<NumbersUsed> lostNumbers = std::nullopt;
     bool isIncomplete = false;    ///< parts of a damaged source are missing in the copy
+    bool isLocked = false;        ///< no password that was given opens the document
     bool breaksSignature = false; ///< a digital signature of the source no longer holds in the copy
     bool replacesCopy = false;    ///< an earlier file's copy of the same name, made by the same job
     /// SHA-256 in hexadecimal digits of the source as it was stamped and of the copy; empty in a job without

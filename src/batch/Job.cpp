@@ -49,11 +49,15 @@ Job planJob(const std::vector<FileItem>& files, const Settings& settings, const 
     job.configuration = settings.number->configuration();
     job.outputFolder = FilePath::fromText(settings.outputFolderPath.value_or(QString()));
     job.isOpenFolderAfterConversion = settings.isOpenFolderAfterConversion;
+    JobOptions& options = job.configuration.options;
+    if (options.password.isEmpty()) options.password = settings.pdfOpenPassword.value_or(QString());
     const JobConfiguration& configuration = job.configuration;
     std::vector<FileItem> sources = files;
-    if (configuration.options.checkedOnly)
-        std::erase_if(sources, [](const FileItem& item) { return !item.isSelected(); });
-    if (namesCopies(configuration.options)) job.names.emplace(configuration, job.outputFolder, sources, date);
+    if (options.checkedOnly) std::erase_if(sources, [](const FileItem& item) { return !item.isSelected(); });
+    if (options.usePasswords)
+        for (FileItem& item : sources)
+            item.countUnlocked(options.password);
+    if (namesCopies(options)) job.names.emplace(configuration, job.outputFolder, sources, date);
     std::int64_t next = configuration.startNumber;
     for (const FileItem& item : sources) {
         FilePath target = job.outputFolder.child(item.name());

@@ -6,6 +6,7 @@
 #include "platform/system/FileIdentity.h"
 #include "stamps/StampRun.h"
 
+#include <QDateTime>
 #include <atomic>
 #include <cstdint>
 #include <functional>
@@ -33,6 +34,8 @@ class JobRun
     /// The version that the next document had when the job began; none when any version will do.
     std::optional<FileVersion> sourceVersion;
     CopyRules copyRules; ///< of the next document
+    /// The moment that stamps print. Every run of one job has the same.
+    QDateTime started = QDateTime::currentDateTime();
     /// Is told about how many bytes of memory the next document takes, before it takes them, and returns
     /// when there is as much room beside the other documents in work. Empty where documents are worked on
     /// one after the other.

@@ -14,11 +14,11 @@
 
 namespace quillfern {
 
-StampedDocument PdfProcessor::processPDF(const FilePath& source, const FilePath& target, const QString&,
-                                         JobRun& run)
+StampedDocument PdfProcessor::processPDF(const FilePath& source, const FilePath& target,
+                                         const QString& password, JobRun& run)
 {
     return processDocument("Error in [processPDF:] : %@", source, run,
-                           [&](StampedDocument& work) { stamp(work, target, run); });
+                           [&](StampedDocument& work) { stamp(work, target, password, run); });
 }
 
 namespace {
@@ -36,20 +36,37 @@ std::int64_t memoryOf(const FilePath& source, int pages, bool isReadWhole)
 
 } // namespace
 
-void PdfProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun& run)
+bool PdfProcessor::isWrittenAnew() const
 {
-    const PageCompositor compositor(job_.stamps, shaper_);
-    compositor.requireFont(); // before anything is changed
+    return job_.isWrittenAnew || blanksOtherPages(job_);
+}
+
+std::unique_ptr<pdf::PdfDocument> PdfProcessor::open(const FilePath& source, const QString& password,
+                                                     const JobRun& run) const
+{
+    const JobOptions& options = job_.options;
+    pdf::Passwords passwords{{}, options.unlock};
+    if (options.usePasswords) passwords.texts = {password, options.password};
+    // A document that will be written anew is read whole first: nothing of it may be lost.
+    auto document = pdf::PdfDocument::open(
+        source, run.abandoned(), isWrittenAnew() ? pdf::ReadAhead::Everything : pdf::ReadAhead::Pages,
+        passwords, codings_);
+    if (options.visiblePage) document->setPageArea(pdf::PageArea::Visible);
+    return document;
+}
+
+void PdfProcessor::stamp(StampedDocument& work, const FilePath& target, const QString& password, JobRun& run)
+{
     const FilePath& source = work.source;
+    job_.options.pageList.requireReadable();
+    const StampValues stamps = filledIn(job_.stamps, fillInsFor(source, run.started));
+    const PageCompositor compositor(stamps, shaper_);
+    compositor.requireFont(); // before anything is changed
     work.place =
         std::make_unique<DocumentTarget>(source, target, job_.isBackupFile, run.sourceVersion, run.copyRules);
-    // A document that will be written anew is read whole first: nothing of it may be lost.
-    const bool isWrittenAnew = job_.isWrittenAnew || job_.pageRange != PageRange::AllPages;
     std::unique_ptr<pdf::PdfDocument> document;
     try {
-        document = pdf::PdfDocument::open(source, run.abandoned(),
-                                          isWrittenAnew ? pdf::ReadAhead::Everything : pdf::ReadAhead::Pages,
-                                          codings_);
+        document = open(source, password, run);
     } catch (const Cancelled&) {
         throw;
     } catch (const Failure& failure) {
@@ -60,9 +77,11 @@ void PdfProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun& 
         work.outcome = FileOutcome::without(
             FileStatus::CreatedNothing,
             reason.followedBy(QT_TRANSLATE_NOOP("quillfern::Failure", "No copy was made.")));
+        work.outcome.isLocked = dynamic_cast<const pdf::LockedDocument*>(&failure) != nullptr;
         return;
     }
-    if (run.memoryNeeded) run.memoryNeeded(memoryOf(source, document->pageCount(), isWrittenAnew));
+    if (run.memoryNeeded) run.memoryNeeded(memoryOf(source, document->pageCount(), isWrittenAnew()));
+    if (job_.options.unlock) document->unlock();
     if (job_.refusesSigned && document->isSigned())
         throw Failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The document is digitally signed."));
     if (document->loss() && work.place->isReplacedForGood())
@@ -95,7 +114,7 @@ int PdfProcessor::stampPages(pdf::PdfDocument& document, const PageCompositor& c
                 compositor.drawPDFNumber(*page, area, run.stamps(), total);
                 page->finish();
                 run.numberUsed();
-            } else {
+            } else if (blanksOtherPages(job_)) {
                 document.blankPage(i - 1);
             }
         }

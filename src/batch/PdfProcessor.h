@@ -23,7 +23,7 @@ namespace quillfern {
 class PageCompositor;
 
 /// Stamps one PDF file: pages outside the range stay as they are, pages inside it are stamped or, where the
-/// parity is not the chosen one, left blank. Used on the shaper's thread.
+/// parity is not the chosen one, left blank (or as they are, by an option). Used on the shaper's thread.
 class PdfProcessor
 {
   public:
@@ -34,12 +34,16 @@ class PdfProcessor
     {
     }
 
-    /// See DocumentProcessors. `password` is not used: a file that needs one is not opened.
+    /// See DocumentProcessors. `password`, the file's own, is used only with the option to use passwords:
+    /// otherwise a file that needs one is not opened.
     [[nodiscard]] StampedDocument processPDF(const FilePath& source, const FilePath& target,
                                              const QString& password, JobRun& run);
 
   private:
-    void stamp(StampedDocument& work, const FilePath& target, JobRun& run);
+    void stamp(StampedDocument& work, const FilePath& target, const QString& password, JobRun& run);
+    [[nodiscard]] bool isWrittenAnew() const;
+    [[nodiscard]] std::unique_ptr<pdf::PdfDocument> open(const FilePath& source, const QString& password,
+                                                         const JobRun& run) const;
     int stampPages(pdf::PdfDocument& document, const PageCompositor& compositor, JobRun& run);
 
     const JobConfiguration& job_;

@@ -145,20 +145,21 @@ void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& file
 namespace {
 
 /// Why the list counted no pages of the file; no reason when the file can be read by now.
-std::optional<Reason> reasonForNoPages(const FileItem& item, const std::stop_token& stop)
+std::optional<Reason> reasonForNoPages(const FileItem& item, const pdf::Passwords& passwords,
+                                       const std::stop_token& stop)
 {
     if (isPdf(item)) {
-        const auto problem = pdf::pdfProblem(item.filePath(), stop);
+        const auto problem = pdf::pdfProblem(item.filePath(), stop, passwords);
         return problem ? std::optional(whyNotOpened(item.filePath(), *problem)) : std::nullopt;
     }
     return Reason(QT_TRANSLATE_NOOP("quillfern::Failure",
                                     "The file is not there or holds no picture that can be read."));
 }
 
-FileOutcome withoutPages(const FileItem& item, const std::stop_token& stop)
+FileOutcome withoutPages(const FileItem& item, const pdf::Passwords& passwords, const std::stop_token& stop)
 {
     try {
-        const std::optional<Reason> reason = reasonForNoPages(item, stop);
+        const std::optional<Reason> reason = reasonForNoPages(item, passwords, stop);
         if (reason) logLine(QStringLiteral("%1: %2").arg(item.filePath().readable(), reason->logged));
         return {FileStatus::NoPages, reason, 0, std::nullopt};
     } catch (const Cancelled& given) {
@@ -174,8 +175,11 @@ FileWork Process::workOn(const Task& task, DocumentProcessors& processors, JobRu
     const FileItem& item = output.fileItems()[task.item];
     const Collision& collision = collisions_[task.output];
     FileWork work;
+    const JobOptions& options = job_.configuration.options;
     if (item.pages() <= 0) {
-        work.document.outcome = withoutPages(item, run.abandoned());
+        pdf::Passwords passwords;
+        if (options.usePasswords) passwords.texts = {item.pdfOpenPassword(), options.password};
+        work.document.outcome = withoutPages(item, passwords, run.abandoned());
         return work;
     }
     if (!collision.overwritesInput.isEmpty())
@@ -202,8 +206,10 @@ FileWork Process::workOn(const Task& task, DocumentProcessors& processors, JobRu
     run.copyRules = placement_.rules();
     run.sourceVersion = collision.version;
     run.totalPages = job_.configuration.isContinuousNumbering ? job_.totalPages : item.pages();
+    run.started = log_.startTime;
+    const QString password = options.usePasswords ? item.pdfOpenPassword() : QString();
     work.document = isPdf(item)
-                        ? processors.processPDF(item.filePath(), output.filename(), QString(), run)
+                        ? processors.processPDF(item.filePath(), output.filename(), password, run)
                         : processors.processTIFF(item.filePath(), output.filename(), run, item.compression());
     work.isProcessed = true;
     return work;

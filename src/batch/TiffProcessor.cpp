@@ -9,7 +9,7 @@
 #include "platform/system/Failure.h"
 #include "stamps/PageCompositor.h"
 
-#include <algorithm>
+#include <vector>
 
 namespace quillfern {
 
@@ -30,10 +30,25 @@ void makeRoomFor(drawing::Ink ink, raster::RasterPage& page)
     page.colourProfile.clear(); // the profile was for grey pixels
 }
 
-/// The resolution that gives a page of so many pixels the physical size of the document's first page.
+/// How many pixels a page of this size in points has in a point.
+QSizeF pixelsPerPoint(const QImage& image, const QSizeF& points)
+{
+    return {image.width() / points.width(), image.height() / points.height()};
+}
+
+/// The resolution that gives a page of so many pixels this size in points.
 QSizeF dotsPerInch(const QImage& image, const QSizeF& points)
 {
     return {image.width() * pointsPerInch / points.width(), image.height() * pointsPerInch / points.height()};
+}
+
+/// The pages of a document to write.
+std::vector<int> pagesInRange(const JobConfiguration& job, int count)
+{
+    std::vector<int> pages;
+    for (int i = 1; i <= count; ++i)
+        if (isInPageRange(job, i)) pages.push_back(i);
+    return pages;
 }
 
 } // namespace
@@ -48,16 +63,17 @@ StampedDocument TiffProcessor::processTIFF(const FilePath& source, const FilePat
 void TiffProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun& run,
                           std::int32_t compression)
 {
-    const PageCompositor compositor(job_.stamps, shaper_);
+    job_.options.pageList.requireReadable();
+    const StampValues stamps = filledIn(job_.stamps, fillInsFor(work.source, run.started));
+    const PageCompositor compositor(stamps, shaper_);
     compositor.requireFont(); // before anything is changed
     work.place = std::make_unique<DocumentTarget>(work.source, target, job_.isBackupFile, run.sourceVersion,
                                                   run.copyRules);
     const auto reader = raster::RasterReader::open(work.source, run.abandoned());
     const int count = reader->pageCount();
     const std::int64_t total = run.totalPages > 0 ? run.totalPages : count;
-    const auto first = std::clamp<std::int64_t>(job_.startPage, 1, std::int64_t{count} + 1);
-    const auto last = job_.endPage == 0 ? count : std::min<std::int64_t>(job_.endPage, count);
-    if (first > last) {
+    const std::vector<int> chosen = pagesInRange(job_, count);
+    if (chosen.empty()) {
         work.outcome = FileOutcome::without(
             FileStatus::Failed,
             QT_TRANSLATE_NOOP("quillfern::Failure", "No page of the file lies in the page range."));
@@ -67,17 +83,20 @@ void TiffProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun&
     constexpr double pagesInMemory = 4;
     if (run.memoryNeeded)
         run.memoryNeeded(static_cast<std::int64_t>(
-            reader->nextPageBytes() * std::min(pagesInMemory, static_cast<double>(last - first + 1))));
+            reader->nextPageBytes() * std::min(pagesInMemory, static_cast<double>(chosen.size()))));
 
     work.copy = work.place->newFile(job_.options.index);
     raster::RasterWriter writer(*work.copy, run.abandoned());
-    raster::PageFeed pages(*reader, static_cast<int>(first), static_cast<int>(last), run.abandoned());
+    raster::PageFeed pages(*reader, chosen, run.abandoned());
     for (int i = 1; i <= count && run.isUpdating(); ++i) {
-        if (i >= first && i <= last) {
+        if (isInPageRange(job_, i)) {
             std::optional<raster::RasterPage> page = pages.next();
             if (!page) break;
-            if (hasChosenParity(job_, i)) stampPage(*page, compositor, total, run);
-            const QSizeF dots = dotsPerInch(page->image, reader->firstPageSize());
+            // Every page gets the physical size of the first one; in real size each keeps its own.
+            const bool hasOwnSize = job_.options.realSize && !page->points.isEmpty();
+            const QSizeF points = hasOwnSize ? page->points : reader->firstPageSize();
+            if (hasChosenParity(job_, i)) stampPage(*page, points, compositor, total, run);
+            const QSizeF dots = dotsPerInch(page->image, points);
             writer.addPage(std::move(*page), compression, dots);
         }
         run.pageDone();
@@ -90,11 +109,13 @@ void TiffProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun&
                     run.numbers()};
 }
 
-void TiffProcessor::stampPage(raster::RasterPage& page, const PageCompositor& compositor, std::int64_t total,
-                              JobRun& run)
+void TiffProcessor::stampPage(raster::RasterPage& page, const QSizeF& points,
+                              const PageCompositor& compositor, std::int64_t total, JobRun& run)
 {
-    const QRectF area = marginRect(job_, QSizeF(page.image.size()));
-    const PageStamps stamps = compositor.place(area, run.stamps(), total);
+    const bool inPoints = job_.options.realSize;
+    const QSizeF scale = inPoints ? pixelsPerPoint(page.image, points) : QSizeF(1, 1);
+    const QRectF area = marginRect(job_, inPoints ? points : QSizeF(page.image.size()));
+    const PageStamps stamps = compositor.place(area, run.stamps(), total, scale);
     const drawing::InkProbe probe = compositor.probe(stamps);
     makeRoomFor(probe.ink(), page);
     if (!page.isMono()) {

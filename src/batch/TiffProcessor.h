@@ -6,6 +6,7 @@
 #include "platform/raster/RasterPage.h"
 #include "platform/system/FilePath.h"
 
+#include <QSizeF>
 #include <cstdint>
 
 namespace quillfern::drawing {
@@ -17,8 +18,8 @@ namespace quillfern {
 class PageCompositor;
 
 /// Stamps one raster file into a multi-page TIFF that holds the pages of the range; those of the chosen
-/// parity carry stamps. A pixel of a page is one unit of the space in which stamps are drawn. Used on the
-/// shaper's thread.
+/// parity carry stamps. A pixel of a page is one unit of the space in which stamps are drawn, or, by the
+/// option of real size, a point is. Used on the shaper's thread.
 class TiffProcessor
 {
   public:
@@ -31,8 +32,8 @@ class TiffProcessor
 
   private:
     void stamp(StampedDocument& work, const FilePath& target, JobRun& run, std::int32_t compression);
-    void stampPage(raster::RasterPage& page, const PageCompositor& compositor, std::int64_t total,
-                   JobRun& run);
+    void stampPage(raster::RasterPage& page, const QSizeF& points, const PageCompositor& compositor,
+                   std::int64_t total, JobRun& run);
 
     const JobConfiguration& job_;
     drawing::TextShaper& shaper_;

@@ -69,4 +69,11 @@ struct JobConfiguration
 /// How many pages of a document of so many pages are stamped.
 [[nodiscard]] std::int64_t stampedPages(const JobConfiguration& job, std::int64_t pages);
 
+/// True when pages of a PDF inside the range come out blank, where their parity is not the one that is
+/// stamped. Pages of pixels stay as they are.
+[[nodiscard]] inline bool blanksOtherPages(const JobConfiguration& job)
+{
+    return job.pageRange != PageRange::AllPages && !job.options.keepOtherPages;
+}
+
 } // namespace quillfern

@@ -122,10 +122,16 @@ PageList PageList::fromStored(const QString& text)
     }
 }
 
+void PageList::requireReadable() const
+{
+    if (!isReadable()) static_cast<void>(parse(text_));
+}
+
 bool PageList::contains(std::int64_t page) const
 {
-    return std::any_of(ranges_.begin(), ranges_.end(),
-                       [&](const Range& range) { return page >= range.first && page <= range.last; });
+    const auto after = std::upper_bound(ranges_.begin(), ranges_.end(), page,
+                                        [](std::int64_t p, const Range& range) { return p < range.first; });
+    return after != ranges_.begin() && page <= std::prev(after)->last;
 }
 
 } // namespace quillfern

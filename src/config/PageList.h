@@ -48,6 +48,8 @@ class PageList
     [[nodiscard]] bool isEmpty() const { return text_.isEmpty(); }
     /// False for a stored text that is no list.
     [[nodiscard]] bool isReadable() const { return isEmpty() || !ranges_.empty(); }
+    /// Throws PageListFault for such a text.
+    void requireReadable() const;
     [[nodiscard]] const QString& text() const { return text_; } ///< as it was written
     [[nodiscard]] bool contains(std::int64_t page) const;
     /// In the order of the pages, without overlaps.

@@ -68,7 +68,7 @@ QImage Preview::preview2(const JobConfiguration& job, std::int64_t totalPages, c
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     drawing::RasterCanvas canvas(painter, shaper_);
     std::int32_t index = 0;
-    for (const auto& stamp : job.stamps) {
+    for (const auto& stamp : filledIn(job.stamps, fillInsFor(view.document, view.moment))) {
         if (stamp->isSelected()) {
             canvas.save();
             stamp->draw(canvas, area, stamp->marginAnchor(), job.startNumber, totalPages,
@@ -87,7 +87,9 @@ QImage Preview::previewLive(const JobConfiguration& job, const LivePage& page, c
         page.filePath && page.fileIndex >= 0 && page.fileIndex < files && page.pageIndex >= 1;
     std::optional<pageimages::PageImage> shown;
     if (isInList)
-        shown = pages_.page({*page.filePath, static_cast<int>(page.pageIndex - 1), view.size, view.density});
+        shown = pages_.page({*page.filePath, static_cast<int>(page.pageIndex - 1), view.size, view.density,
+                             job.options.visiblePage,
+                             job.options.usePasswords ? job.options.password : QString()});
     if (!shown) return preview2(job, page.totalPages, view);
 
     const auto pagesOf = [&](std::int64_t file) {
@@ -104,7 +106,8 @@ QImage Preview::previewLive(const JobConfiguration& job, const LivePage& page, c
     run.numberCounter += before * job.numberSteps;
 
     const std::int64_t total = page.totalPages >= 1 ? page.totalPages : pagesOf(page.fileIndex);
-    const PageCompositor compositor(job.stamps, shaper_);
+    const StampValues stamps = filledIn(job.stamps, fillInsFor(page.filePath, view.moment));
+    const PageCompositor compositor(stamps, shaper_);
     compositor.drawOnImage(shown->image, marginRect(job, shown->size), run, total, view.highlightIndex, true);
     return shown->image;
 }

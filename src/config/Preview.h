@@ -4,6 +4,7 @@
 #include "platform/pageimages/PageImage.h"
 #include "platform/system/FilePath.h"
 
+#include <QDateTime>
 #include <QImage>
 #include <QSizeF>
 #include <cstdint>
@@ -30,9 +31,11 @@ class Preview
     /// How large the picture may be, and which stamp is highlighted.
     struct View
     {
-        QSizeF size;                      ///< device-independent pixels, one for a point
-        double density = 1;               ///< device pixels in a device-independent one
-        std::int32_t highlightIndex = -1; ///< counts all stamps; -1 for none
+        QSizeF size;                                     ///< device-independent pixels, one for a point
+        double density = 1;                              ///< device pixels in a device-independent one
+        std::int32_t highlightIndex = -1;                ///< counts all stamps; -1 for none
+        std::optional<FilePath> document = std::nullopt; ///< whose name stamps print
+        QDateTime moment = QDateTime::currentDateTime(); ///< that they print
     };
 
     /// A page of a file of the list, and what the numbers on that page depend on.

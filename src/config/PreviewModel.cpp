@@ -37,10 +37,11 @@ std::optional<QImage> PreviewModel::PropertyChanged(const JobConfiguration& job,
 QImage PreviewModel::draw(const JobConfiguration& job, const PreviewState& state)
 {
     const std::int32_t highlight = job.isHighlightStamp ? state.selectedStamp : -1;
-    const Preview::View view{state.size, state.density, highlight};
+    Preview::View view{state.size, state.density, highlight};
     const std::int64_t total = pageTotal(job, state);
     const bool isSelected =
         state.selectedFile >= 0 && static_cast<std::size_t>(state.selectedFile) < state.filePagesList.size();
+    if (isSelected) view.document = state.selectedPath;
     if (!job.isLivePreview || !isSelected) return preview_.preview2(job, total, view);
 
     Preview::LivePage page;

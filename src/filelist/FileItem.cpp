@@ -63,6 +63,12 @@ void FileItem::setPdfOpenPassword(const std::optional<QString>& password)
     pages_ = getTiffPageCount(filePath_, pdfOpenPassword_, compression_);
 }
 
+void FileItem::countUnlocked(const QString& defaultPassword)
+{
+    if (pages_ > 0 || fileType() != FileType::Pdf) return;
+    pages_ = pdf::pdfPageCount(filePath_, {}, {{pdfOpenPassword_, defaultPassword}});
+}
+
 void FileItem::takeCount(const FileItem& counted)
 {
     pdfOpenPassword_ = counted.pdfOpenPassword_;

@@ -46,6 +46,9 @@ class FileItem
     [[nodiscard]] const QString& pdfOpenPassword() const { return pdfOpenPassword_; }
     /// Stores the password (an absent one as the empty text) and counts the pages.
     void setPdfOpenPassword(const std::optional<QString>& password);
+    /// Counts the pages of a PDF that shows none without a password, with its own password or else with this
+    /// one.
+    void countUnlocked(const QString& defaultPassword);
     /// Takes over password, pages and compression of an equal item that has been counted elsewhere.
     void takeCount(const FileItem& counted);
 

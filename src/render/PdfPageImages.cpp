@@ -13,7 +13,9 @@ std::optional<pageimages::PageImage> PdfPageImages::page(const pageimages::PageI
 {
     pdf::ExtractedPage extracted;
     try {
-        extracted = pdf::extractPdfPage(request.path, request.page);
+        extracted = pdf::extractPdfPage(request.path, request.page,
+                                        request.visiblePage ? pdf::PageArea::Visible : pdf::PageArea::Whole,
+                                        {{request.password}});
     } catch (const Failure&) {
         return std::nullopt;
     }

@@ -29,6 +29,7 @@ constexpr std::array stampOptions = {
     ofStamp("bold", nullptr, "Use the bold font of the family, if there is one."),
     ofStamp("italic", nullptr, "Use the italic font of the family, if there is one."),
     ofStamp("color", "#RRGGBB", "Text colour (#000000)."),
+    ofStamp("fill-in", nullptr, "Fill in {file}, {folder}, {date}, {time} and {label} in the template."),
     ofStamp("number-type", "STYLE", "plain, numbers (the default), roman-capital or roman-small."),
     ofStamp("padding", "N", "Write numbers with at least N digits (1)."),
     ofStamp("width", "PT",
@@ -55,6 +56,30 @@ constexpr std::array pageOptions = {
         "margins", "L,T,R,B",
         "Margins with the unit pt, mm or in: 36,36,36,36 or 10,10,10,15mm. One length is all four: 10mm. "
         "A length without a unit has that of the last one; lengths of different units are kept in points."},
+};
+
+constexpr std::array jobFlags = {
+    Option{"page-list", "LIST",
+           "Pages to stamp, as 1,3-5,10- (10- is to the end), in place of --start-page and --end-page."},
+    Option{"no-page-list", nullptr, "Stamp from the first to the last page; overrides the profile."},
+    Option{"keep-other-pages", nullptr,
+           "With odd or even pages, leave the others of a PDF as they are, not blank."},
+    Option{"no-keep-other-pages", nullptr, "Leave them blank; overrides the profile."},
+    Option{"real-size", nullptr,
+           "Measure stamps and margins on scans in points by the resolution of each page, not in pixels."},
+    Option{"no-real-size", nullptr, "Measure in pixels; overrides the profile."},
+    Option{"visible-page", nullptr,
+           "Stamp inside the visible part of a PDF page (its crop box), which stays, not on the whole page."},
+    Option{"no-visible-page", nullptr, "Stamp on the whole page and show it; overrides the profile."},
+    Option{
+        "password", "TEXT",
+        "Open PDFs that need a password with this one; the copies keep encryption, permissions and "
+        "passwords. Other users of the machine can see a command line: --password-file hides the password."},
+    Option{"password-file", "FILE", "The same with the first line of a file; - is the standard input."},
+    Option{"unlock", nullptr,
+           "Write the copies of encrypted PDFs without encryption. Takes the password for permissions (the "
+           "owner's); a file that is opened without it fails."},
+    Option{"no-unlock", nullptr, "Keep the encryption; overrides the profile."},
 };
 
 constexpr std::array fileOptions = {
@@ -121,6 +146,7 @@ constexpr std::array programOptions = {
 constexpr std::array groups = {
     OptionGroup{"Stamps", stampOptions},
     OptionGroup{"Pages and numbers", pageOptions},
+    OptionGroup{"Pages, sizes and passwords beyond these", jobFlags},
     OptionGroup{"Files and profiles", fileOptions},
     OptionGroup{"Copies", copyOptions},
     OptionGroup{"The program", programOptions},

@@ -8,6 +8,7 @@
 #include "platform/system/Failure.h"
 #include "platform/system/NativePath.h"
 #include "runner/CopyOptions.h"
+#include "runner/JobFlags.h"
 #include "runner/OptionTable.h"
 #include "runner/OptionValues.h"
 #include "runner/StampOptions.h"
@@ -72,15 +73,20 @@ void readMargins(Numbering& number, const QString& text)
 }
 
 /// What looks like a slot of a template and is none, in order and once each.
-QStringList unknownWords(const NumberFormat& format)
+QStringList unknownWords(const TextStamp& stamp)
 {
+    const NumberFormat& format = stamp.number;
     static const QRegularExpression word(QStringLiteral("\\{[^{}\\s]*\\}"));
     const bool fillsSlots = format.numberType != NumberType::PlainText;
+    const QStringList fillIns = {QStringLiteral("{file}"), QStringLiteral("{folder}"),
+                                 QStringLiteral("{date}"), QStringLiteral("{time}"),
+                                 QStringLiteral("{label}")};
     QStringList unknown;
     for (const auto& match : word.globalMatch(format.numberFormat.value_or(QString()))) {
         const QString found = match.captured();
         const bool isSlot = found == QLatin1String("{0}") || found == QLatin1String("{1}");
-        if (!(isSlot && fillsSlots) && !unknown.contains(found)) unknown.append(found);
+        const bool isKnown = (isSlot && fillsSlots) || (stamp.isFillIn && fillIns.contains(found));
+        if (!isKnown && !unknown.contains(found)) unknown.append(found);
     }
     return unknown;
 }
@@ -98,7 +104,7 @@ class Reader
         if (applyToRun(name, value, options)) return;
         if (name == QLatin1String("profile")) return loadProfile(value);
         isChanged_ = true;
-        if (!stamps_.apply(name, value)) applyToJob(name, value);
+        if (!stamps_.apply(name, value) && !applyJobFlag(number_, name, value)) applyToJob(name, value);
     }
 
     void addRemarks(RunnerOptions& options) const
@@ -112,7 +118,7 @@ class Reader
             const auto* text = dynamic_cast<const TextStamp*>(stamp.get());
             if (!text) continue;
             const QString pattern = text->number.numberFormat.value_or(QString());
-            for (const QString& word : unknownWords(text->number))
+            for (const QString& word : unknownWords(*text))
                 options.remarks.push_back({"unknown-word", QStringLiteral("\"%1\" in the template \"%2\" is "
                                                                           "printed as it stands.")
                                                                .arg(word, pattern)});
@@ -180,6 +186,7 @@ class Reader
                 QStringLiteral("--profile replaces the stamps and options given before it; name it first"));
         try {
             quillfern::loadProfile(number_, FilePath::fromText(path));
+            number_.options().pageList.requireReadable();
             backupProfile_ = number_.isBackupFile() ? path : QString();
         } catch (const Failure& failure) {
             throw WrongUse(QStringLiteral("the profile \"%1\" cannot be used: %2")

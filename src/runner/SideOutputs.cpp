@@ -38,8 +38,10 @@ bool drawPreview(JobConfiguration job, const FileList& files, const QSize& size,
 {
     job.isLivePreview = true;
     PreviewState state;
-    for (const FileItem* file : files.items())
-        state.filePagesList.push_back(file->pages());
+    for (FileItem& file : files.copies()) {
+        if (job.options.usePasswords) file.countUnlocked(job.options.password);
+        state.filePagesList.push_back(file.pages());
+    }
     if (!files.empty()) {
         state.selectedFile = 0;
         state.selectedPath = files.at(0).filePath();

@@ -79,6 +79,8 @@ bool StampOptions::applyToText(const QString& name, const QString& value)
         text_->textOpacity = wholeNumber(name, value, 0, 100);
     else if (name == QLatin1String("rotation") && text_)
         text_->textRotation = realNumber(name, value, -36000, 36000);
+    else if (name == QLatin1String("fill-in"))
+        text(name).isFillIn = true;
     else if (name == QLatin1String("number-type"))
         text(name).number.numberType = word(name, value, numberTypes);
     else if (name == QLatin1String("padding"))

@@ -2,6 +2,7 @@
 
 #include "platform/drawing/Canvas.h"
 #include "platform/store/Record.h"
+#include "stamps/FillIns.h"
 #include "stamps/MarginAnchor.h"
 
 #include <QRectF>
@@ -43,6 +44,10 @@ class IStampItem
 
     /// A new stamp with the same settings.
     [[nodiscard]] virtual std::unique_ptr<IStampItem> clone() const = 0;
+
+    /// The stamp with the words of its template filled in, for one document; null for a stamp that has none
+    /// to fill in, and is drawn as it is.
+    [[nodiscard]] virtual std::unique_ptr<IStampItem> filledIn(const FillIns&) const { return nullptr; }
 
     /// Draws the stamp inside `rect`, the area inside the margins (points, y down). `marginAnchor` comes from
     /// StampRun::getNextMarginAnchor(). A failure is logged and leaves the page without the stamp.

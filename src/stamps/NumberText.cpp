@@ -74,15 +74,18 @@ QString slotText(const NumberFormat& format, std::int64_t number)
     return known ? numberInStyle(store::low32(number), format) : QString();
 }
 
-QString numberText(const NumberFormat& format, std::int64_t pageNumber, std::int64_t totalPages)
+QString numberText(const NumberFormat& format, std::int64_t pageNumber, std::int64_t totalPages,
+                   const FillIns& fillIns)
 {
     const QString pattern = format.numberFormat.value_or(QString());
-    if (format.numberType == NumberType::PlainText) return pattern;
+    const bool hasSlots = format.numberType != NumberType::PlainText;
     const std::array<QString, 2> fillings = {slotText(format, pageNumber), slotText(format, totalPages)};
     QString text;
     std::size_t slot = 0;
     for (qsizetype i = 0; i < pattern.size();) {
-        if (isSlot(pattern, i)) {
+        if (const auto filled = takeFillIn(pattern, i, fillIns)) {
+            text += *filled;
+        } else if (hasSlots && isSlot(pattern, i)) {
             if (slot < fillings.size()) text += fillings[slot];
             ++slot;
             i += 3;

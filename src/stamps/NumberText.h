@@ -1,5 +1,7 @@
 #pragma once
 
+#include "stamps/FillIns.h"
+
 #include <QString>
 #include <cstdint>
 #include <optional>
@@ -31,9 +33,10 @@ struct NumberFormat
     bool operator==(const NumberFormat&) const = default;
 };
 
-/// The text printed on a page; empty when nothing is printed. Numbers are cut to 32 bits.
-[[nodiscard]] QString numberText(const NumberFormat& format, std::int64_t pageNumber,
-                                 std::int64_t totalPages);
+/// The text printed on a page; empty when nothing is printed. Numbers are cut to 32 bits. Words of the
+/// template that `fillIns` knows are filled in, in plain text too; what they stand for is printed as it is.
+[[nodiscard]] QString numberText(const NumberFormat& format, std::int64_t pageNumber, std::int64_t totalPages,
+                                 const FillIns& fillIns = {});
 
 /// Whether a page's number appears in the text.
 [[nodiscard]] bool showsNumber(const NumberFormat& format);

@@ -6,6 +6,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QTransform>
 
 namespace quillfern {
 
@@ -83,9 +84,10 @@ void PageCompositor::drawOnImage(QImage& image, const QRectF& area, StampRun& ru
     });
 }
 
-PageStamps PageCompositor::place(const QRectF& area, StampRun& run, std::int64_t pages) const
+PageStamps PageCompositor::place(const QRectF& area, StampRun& run, std::int64_t pages,
+                                 const QSizeF& scale) const
 {
-    PageStamps stamps{area, run.numberCounter, pages, std::vector<MarginAnchor>(stamps_.size())};
+    PageStamps stamps{area, scale, run.numberCounter, pages, std::vector<MarginAnchor>(stamps_.size())};
     for (std::size_t i = 0; i < stamps_.size(); ++i) {
         const IStampItem& stamp = *stamps_[i];
         if (stamp.isSelected())
@@ -96,7 +98,7 @@ PageStamps PageCompositor::place(const QRectF& area, StampRun& run, std::int64_t
 
 drawing::InkProbe PageCompositor::probe(const PageStamps& stamps) const
 {
-    drawing::InkProbe probe(shaper_);
+    drawing::InkProbe probe(shaper_, QTransform::fromScale(stamps.scale.width(), stamps.scale.height()));
     drawAll(probe, stamps, -1);
     return probe;
 }
@@ -105,6 +107,7 @@ void PageCompositor::drawPart(QImage& image, const QPoint& origin, const PageSta
 {
     QPainter painter(&image);
     painter.translate(-origin);
+    painter.scale(stamps.scale.width(), stamps.scale.height());
     prepare(painter);
     drawing::RasterCanvas canvas(painter, shaper_);
     drawAll(canvas, stamps, -1);

@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QPoint>
 #include <QRectF>
+#include <QSizeF>
 #include <cstdint>
 #include <vector>
 
@@ -17,7 +18,8 @@ namespace quillfern {
 /// What the stamps show on one page, and the anchor of each stamp.
 struct PageStamps
 {
-    QRectF area; ///< inside the margins, in the space of the page
+    QRectF area;           ///< inside the margins, in the space of the page
+    QSizeF scale = {1, 1}; ///< pixels in a unit of that space
     std::int64_t number = 0;
     std::int64_t pages = 0;
     std::vector<MarginAnchor> anchors; ///< one for each stamp; meaningless for a stamp that is not enabled
@@ -52,9 +54,12 @@ class PageCompositor
 
     // drawOnImage() in steps, for pages whose pixel format depends on what is drawn on them.
 
-    /// Begins the next page of an output: decides on the anchors. Arguments as for drawOnImage().
-    [[nodiscard]] PageStamps place(const QRectF& area, StampRun& run, std::int64_t pages) const;
-    /// Finds out which colours drawing these stamps takes, and where the marks would be; draws nothing.
+    /// Begins the next page of an output: decides on the anchors. Arguments as for drawOnImage(); `scale` is
+    /// the number of pixels in a unit of the area.
+    [[nodiscard]] PageStamps place(const QRectF& area, StampRun& run, std::int64_t pages,
+                                   const QSizeF& scale = {1, 1}) const;
+    /// Finds out which colours drawing these stamps takes, and where the marks would be, in pixels; draws
+    /// nothing.
     [[nodiscard]] drawing::InkProbe probe(const PageStamps& stamps) const;
     /// Draws these stamps over an image of a part of the page; the image's top left pixel is the page's pixel
     /// `origin`.

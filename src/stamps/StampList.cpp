@@ -11,4 +11,12 @@ StampValues valuesOf(const StampList& stamps)
     return values;
 }
 
+StampValues filledIn(const StampValues& stamps, const FillIns& fillIns)
+{
+    StampValues values = stamps;
+    for (auto& stamp : values)
+        if (std::shared_ptr<const IStampItem> filled = stamp->filledIn(fillIns)) stamp = std::move(filled);
+    return values;
+}
+
 } // namespace quillfern

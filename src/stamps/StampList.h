@@ -17,4 +17,7 @@ using StampValues = std::vector<std::shared_ptr<const IStampItem>>;
 /// Copies of the stamps as they are now.
 [[nodiscard]] StampValues valuesOf(const StampList& stamps);
 
+/// The same stamps with the words of their templates filled in where a stamp asks for that.
+[[nodiscard]] StampValues filledIn(const StampValues& stamps, const FillIns& fillIns);
+
 } // namespace quillfern

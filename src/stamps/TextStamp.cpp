@@ -55,12 +55,21 @@ std::unique_ptr<IStampItem> TextStamp::clone() const
     return std::make_unique<TextStamp>(*this);
 }
 
+std::unique_ptr<IStampItem> TextStamp::filledIn(const FillIns& fillIns) const
+{
+    if (!isFillIn) return nullptr;
+    auto copy = std::make_unique<TextStamp>(*this);
+    copy->fillIns_ = fillIns;
+    copy->fillIns_.insert(QStringLiteral("label"), label().value_or(QString()));
+    return copy;
+}
+
 void TextStamp::draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor,
                      std::int64_t pageNumber, std::int64_t totalPages, bool isHighLightStamp) const
 {
     guarded("Error in [Draw:rect:marginAnchor:pageNumber:totalPages:isHighLightStamp:] : %@", [&] {
         if (!isVisible()) return;
-        const QString text = numberText(number, pageNumber, totalPages);
+        const QString text = numberText(number, pageNumber, totalPages, fillIns_);
         if (text.isEmpty()) return;
         const auto shaped =
             canvas.shaper().shape(text, {font.fontName.value_or(QString()), isBold, isItalic});

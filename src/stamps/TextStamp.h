@@ -46,6 +46,8 @@ class TextStamp final : public StampBase
     [[nodiscard]] std::optional<store::Record> getData() const override;
     void fillAbsentValues() override;
     [[nodiscard]] std::unique_ptr<IStampItem> clone() const override;
+    /// {label} is the stamp's own.
+    [[nodiscard]] std::unique_ptr<IStampItem> filledIn(const FillIns& fillIns) const override;
     void draw(drawing::Canvas& canvas, const QRectF& rect, MarginAnchor marginAnchor, std::int64_t pageNumber,
               std::int64_t totalPages, bool isHighLightStamp) const override;
     void requireFont(drawing::TextShaper& shaper) const override;
@@ -54,6 +56,8 @@ class TextStamp final : public StampBase
   private:
     [[nodiscard]] bool isVisible() const;
     [[nodiscard]] drawing::TextPaint paint() const;
+
+    FillIns fillIns_; ///< of the document that this copy is for; never saved
 };
 
 } // namespace quillfern

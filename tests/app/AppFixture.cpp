@@ -1,7 +1,7 @@
 #include "app/AppFixture.h"
 
 #include "app/TableRows.h"
-#include "support/Drops.h"
+#include "support/Widgets.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -119,13 +119,13 @@ void AppTest::convert()
 
 void AppTest::waitForEnd()
 {
-    waitFor([this] { return sheet() && part<QAbstractButton>(*sheet(), "closeProcessBtn").isEnabled(); },
+    waitFor([this] { return sheet() && partOf<QAbstractButton>(*sheet(), "closeProcessBtn").isEnabled(); },
             "the job does not end");
 }
 
 void AppTest::press(const QWidget& in, const char* button)
 {
-    auto& found = part<QAbstractButton>(in, button);
+    auto& found = partOf<QAbstractButton>(in, button);
     ASSERT_TRUE(found.isEnabled()) << button;
     // Only a part of a check box's width reacts to clicks.
     QTest::mouseClick(&found, Qt::LeftButton, {}, QPoint(std::min(9, found.width() / 2), found.height() / 2));

@@ -28,7 +28,7 @@ class AppTest : public testing::Test
     [[nodiscard]] QuillfernAppDelegate& app() { return *app_; }
     [[nodiscard]] MainWindow& window() { return app_->window(); }
     [[nodiscard]] WindowActions& actions() { return window().actions(); }
-    [[nodiscard]] WindowControls ui() { return WindowControls(window()); }
+    [[nodiscard]] WindowControls ui() { return {window()}; }
     [[nodiscard]] Numbering& number() { return *app_->settings().number; }
     [[nodiscard]] FileList& files() { return app_->files(); }
 
@@ -58,14 +58,6 @@ class AppTest : public testing::Test
     void convert();
     /// Waits until the job has ended and its sheet can be closed.
     void waitForEnd();
-    /// A part of a window by its name, which has to be there.
-    template <class Control>
-    static Control& part(const QWidget& of, const char* name)
-    {
-        auto* found = of.findChild<Control*>(QString::fromLatin1(name));
-        if (!found) throw std::runtime_error(std::string("the window has no ") + name);
-        return *found;
-    }
     /// Presses the button of this name in a window.
     static void press(const QWidget& in, const char* button);
 

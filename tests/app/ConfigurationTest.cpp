@@ -198,7 +198,7 @@ TEST_F(Configuration, AProfileThatSwitchesTheBackupIsNotLoadedSilently)
     actions().loadStamps->trigger();
     EXPECT_TRUE(alerts.informations.isEmpty()) << "nothing was switched";
     actions().loadStamps->trigger();
-    EXPECT_FALSE(ui().find<QCheckBox>("isBackupFile")->isChecked());
+    EXPECT_FALSE(partOf<QCheckBox>(window(), "isBackupFile").isChecked());
     ASSERT_EQ(alerts.informations.size(), 1);
     EXPECT_TRUE(alerts.informations[0].contains(u"stamped in place off"_s));
     actions().loadStamps->trigger();

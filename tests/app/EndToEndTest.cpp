@@ -48,7 +48,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     press(window(), "textStampButton");
     QWidget* text = editor("TextStampWindow");
     ASSERT_NE(text, nullptr);
-    type(part<QLineEdit>(*text, "numberFormatTextField"), "Sheet {0} of {1}");
+    type(partOf<QLineEdit>(*text, "numberFormatTextField"), "Sheet {0} of {1}");
     press(*text, "marginBottomMiddleButton");
     press(*text, "addButton");
     ASSERT_EQ(number().stamps.size(), 1U);
@@ -60,7 +60,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     ASSERT_NE(picture, nullptr);
     panels.answers.append(QStringList{logo});
     press(*picture, "chooseButton");
-    auto& width = part<QLineEdit>(*picture, "stampImageWidthTextField");
+    auto& width = partOf<QLineEdit>(*picture, "stampImageWidthTextField");
     waitFor([&] { return width.text() == "40"_L1; }, "the picture is not read");
     type(width, "20");
     press(*picture, "marginTopLeftButton");
@@ -80,7 +80,7 @@ TEST_F(EndToEnd, FromNothingToStampedFilesAndBackTheNextDay)
     press(window(), "setCurrentAsDefaultOutputFolderPathBtn");
     press(window(), "convertBtn");
     waitForEnd();
-    EXPECT_EQ(part<QLabel>(*sheet(), "message").text(), u"Total 4 files processed successfully."_s);
+    EXPECT_EQ(partOf<QLabel>(*sheet(), "message").text(), u"Total 4 files processed successfully."_s);
     press(*sheet(), "viewLogBtn");
     EXPECT_EQ(desktop.opened.value(0), outFolder());
     const QByteArray log = readFile(desktop.opened.value(1));

@@ -159,8 +159,8 @@ TEST_F(Files, CommandsOnMarksAndSelection)
 TEST_F(Files, ThePasswordIsForPdfFilesOnly)
 {
     fill({scratch.writePicture(u"scan.png"_s, {40, 30}), pdf("a.pdf", 2)});
-    for (const auto& [rows, isEnabled] :
-         Rows<std::vector<int>, bool>{{{0}, false}, {{1}, true}, {{0, 1}, true}, {{}, false}}) {
+    for (const auto& [rows, isEnabled] : Rows<std::vector<int>, bool>{
+             {{0}, false}, {{1}, true}, {{0, 1}, true}, {std::vector<int>(), false}}) {
         select(rows);
         EXPECT_EQ(actions().pdfPasswordButton->isEnabled(), isEnabled) << rows.size();
     }
@@ -271,7 +271,7 @@ TEST_F(Files, TheWindowServesEventsWhileFilesAreGathered)
     constexpr int count = 3'000;
     const QString first = scratch.write(u"many/00000.pdf"_s, numberedPdf(1));
     for (int i = 1; i < count; ++i)
-        QFile::link(first, scratch.path(u"many/%1.pdf"_s.arg(i, 5, 10, u'0')));
+        QFile::link(first, scratch.path(u"many/%1.pdf"_s.arg(i, 5, 10, QLatin1Char('0'))));
     ui().mainTableView->sortByColumn(FileListModel::NameColumn, Qt::DescendingOrder);
     int turns = 0; // of the event loop; at least one between two calls of the gatherer to the main thread
     QTimer turn;

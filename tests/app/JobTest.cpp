@@ -54,11 +54,11 @@ class JobInWindow : public AppTest
             });
         };
     }
-    bool isEnabled(const char* button) { return part<QAbstractButton>(*sheet(), button).isEnabled(); }
-    QString shown(const char* label) { return part<QLabel>(*sheet(), label).text(); }
+    bool isEnabled(const char* button) { return partOf<QAbstractButton>(*sheet(), button).isEnabled(); }
+    QString shown(const char* label) { return partOf<QLabel>(*sheet(), label).text(); }
     QStringList statuses()
     {
-        const QAbstractItemModel& model = *part<QTableView>(*sheet(), "results").model();
+        const QAbstractItemModel& model = *partOf<QTableView>(*sheet(), "results").model();
         QStringList list;
         for (int row = 0; row < model.rowCount(); ++row)
             list.append(model.index(row, JobResultsModel::StatusColumn).data().toString());
@@ -146,12 +146,12 @@ TEST_F(JobInWindow, AFileWithoutOutputIsWarnedOf)
     EXPECT_EQ(statuses(), (QStringList{u"Completed"_s, u"No Output"_s}));
     EXPECT_EQ(shown("message"), u"All files processed successfully."_s);
     EXPECT_EQ(shown("warnings"), u"1 file gave no output: <b>.pdf"_s);
-    EXPECT_TRUE(part<QLabel>(*sheet(), "warningsIcon").isVisible());
+    EXPECT_TRUE(partOf<QLabel>(*sheet(), "warningsIcon").isVisible());
     press(*sheet(), "closeProcessBtn");
     files().remove({1});
     convert();
     waitForEnd();
-    EXPECT_FALSE(part<QLabel>(*sheet(), "warnings").isVisible());
+    EXPECT_FALSE(partOf<QLabel>(*sheet(), "warnings").isVisible());
 }
 
 TEST_F(JobInWindow, WhileItRunsTheWindowIsItsAlone)
@@ -200,7 +200,7 @@ TEST_F(JobInWindow, StopNowGivesUpTheFileInWork)
     for (int round = 0; round < 2; ++round) { // the second job begins with Cancel again
         convert();
         waitFor([this] { return sheet() && shown("pagesDone") == "1 of 8"_L1; }, "the first page");
-        auto& button = part<QAbstractButton>(*sheet(), "cancelProcessBtn");
+        auto& button = partOf<QAbstractButton>(*sheet(), "cancelProcessBtn");
         EXPECT_EQ(button.text(), u"Cancel"_s);
         QTest::mouseClick(&button, Qt::LeftButton);
         QTest::mouseClick(&button, Qt::LeftButton);

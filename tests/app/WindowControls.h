@@ -4,6 +4,7 @@
 #include "app/PreviewArea.h"
 #include "dialogs/BusyIndicator.h"
 #include "dialogs/FieldFormatters.h"
+#include "support/Widgets.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,59 +13,44 @@
 #include <QSplitter>
 #include <QTabWidget>
 #include <QToolButton>
-#include <stdexcept>
-#include <string>
 
 namespace quillfern {
 
 /// The controls of the main window, found by their object names, whichever pane owns them.
 struct WindowControls
 {
-    explicit WindowControls(const QWidget& window) : window_(window) {}
-
-    template <class Control>
-    [[nodiscard]] Control* find(const char* name) const
-    {
-        auto* found = window_.findChild<Control*>(QString::fromLatin1(name));
-        if (!found) throw std::runtime_error(std::string("the window has no ") + name);
-        return found;
-    }
-
-  private:
-    const QWidget& window_;
-
-  public:
-    QSplitter* splitter = find<QSplitter>("splitter");
-    CustomTableView* mainTableView = find<CustomTableView>("mainTableView");
-    QWidget* lableDragAndDrop = find<QWidget>("lableDragAndDrop");
-    QLabel* labelTotalFiles = find<QLabel>("labelTotalFiles");
-    QCheckBox* inculdeSubfoldersBtn = find<QCheckBox>("inculdeSubfoldersBtn");
-    PreviewArea* previewArea = find<PreviewArea>("previewArea");
-    QWidget* previewBox = find<QWidget>("previewBox");
-    PreviewImageView* previewImageView = find<PreviewImageView>("previewImageView");
-    QCheckBox* isHighlightStamp = find<QCheckBox>("isHighlightStamp");
-    QCheckBox* isLivePreview = find<QCheckBox>("isLivePreview");
-    QTabWidget* settingTabView = find<QTabWidget>("settingTabView");
-    QTableView* stampsTableView = find<QTableView>("stampsTableView");
-    NumberField* startPage = find<NumberField>("startPage");
-    NumberField* endPage = find<NumberField>("endPage");
-    QComboBox* pageRange = find<QComboBox>("pageRange");
-    NumberField* startNumber = find<NumberField>("startNumber");
-    NumberField* numberSteps = find<NumberField>("numberSteps");
-    QCheckBox* isContinuousNumbering = find<QCheckBox>("isContinuousNumbering");
-    QLineEdit* marginTop = find<QLineEdit>("marginTop");
-    QLineEdit* marginLeft = find<QLineEdit>("marginLeft");
-    QLineEdit* marginRight = find<QLineEdit>("marginRight");
-    QLineEdit* marginBottom = find<QLineEdit>("marginBottom");
-    QComboBox* unitsPopup = find<QComboBox>("unitsPopup");
-    QLineEdit* outputFolderPath = find<QLineEdit>("outputFolderPath");
+    const QWidget& window;
+    QSplitter* splitter = &partOf<QSplitter>(window, "splitter");
+    CustomTableView* mainTableView = &partOf<CustomTableView>(window, "mainTableView");
+    QWidget* lableDragAndDrop = &partOf<QWidget>(window, "lableDragAndDrop");
+    QLabel* labelTotalFiles = &partOf<QLabel>(window, "labelTotalFiles");
+    QCheckBox* inculdeSubfoldersBtn = &partOf<QCheckBox>(window, "inculdeSubfoldersBtn");
+    PreviewArea* previewArea = &partOf<PreviewArea>(window, "previewArea");
+    QWidget* previewBox = &partOf<QWidget>(window, "previewBox");
+    PreviewImageView* previewImageView = &partOf<PreviewImageView>(window, "previewImageView");
+    QCheckBox* isHighlightStamp = &partOf<QCheckBox>(window, "isHighlightStamp");
+    QCheckBox* isLivePreview = &partOf<QCheckBox>(window, "isLivePreview");
+    QTabWidget* settingTabView = &partOf<QTabWidget>(window, "settingTabView");
+    QTableView* stampsTableView = &partOf<QTableView>(window, "stampsTableView");
+    NumberField* startPage = &partOf<NumberField>(window, "startPage");
+    NumberField* endPage = &partOf<NumberField>(window, "endPage");
+    QComboBox* pageRange = &partOf<QComboBox>(window, "pageRange");
+    NumberField* startNumber = &partOf<NumberField>(window, "startNumber");
+    NumberField* numberSteps = &partOf<NumberField>(window, "numberSteps");
+    QCheckBox* isContinuousNumbering = &partOf<QCheckBox>(window, "isContinuousNumbering");
+    QLineEdit* marginTop = &partOf<QLineEdit>(window, "marginTop");
+    QLineEdit* marginLeft = &partOf<QLineEdit>(window, "marginLeft");
+    QLineEdit* marginRight = &partOf<QLineEdit>(window, "marginRight");
+    QLineEdit* marginBottom = &partOf<QLineEdit>(window, "marginBottom");
+    QComboBox* unitsPopup = &partOf<QComboBox>(window, "unitsPopup");
+    QLineEdit* outputFolderPath = &partOf<QLineEdit>(window, "outputFolderPath");
     QCheckBox* setCurrentAsDefaultOutputFolderPathBtn =
-        find<QCheckBox>("setCurrentAsDefaultOutputFolderPathBtn");
-    QCheckBox* openFolderAfterConversionBtn = find<QCheckBox>("openFolderAfterConversionBtn");
-    QLabel* labelTimeTaken = find<QLabel>("labelTimeTaken");
-    BusyIndicator* loadingIndicator = find<BusyIndicator>("loadingIndicator");
-    QPushButton* cancelBtn = find<QPushButton>("cancelBtn");
-    QPushButton* convertBtn = find<QPushButton>("convertBtn");
+        &partOf<QCheckBox>(window, "setCurrentAsDefaultOutputFolderPathBtn");
+    QCheckBox* openFolderAfterConversionBtn = &partOf<QCheckBox>(window, "openFolderAfterConversionBtn");
+    QLabel* labelTimeTaken = &partOf<QLabel>(window, "labelTimeTaken");
+    BusyIndicator* loadingIndicator = &partOf<BusyIndicator>(window, "loadingIndicator");
+    QPushButton* cancelBtn = &partOf<QPushButton>(window, "cancelBtn");
+    QPushButton* convertBtn = &partOf<QPushButton>(window, "convertBtn");
 };
 
 } // namespace quillfern

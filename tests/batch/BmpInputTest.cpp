@@ -1,8 +1,7 @@
 // Every kind of BMP file, made byte by byte, comes out with its pixels.
 
 #include "batch/RasterProcessing.h"
-
-#include <QtEndian>
+#include "support/ImageBytes.h"
 
 namespace quillfern {
 namespace {
@@ -38,44 +37,37 @@ class BmpBuilder
                 if (!isOld) palette.append('\0');
             }
         QByteArray header;
-        put<quint32>(header, kind_.headerSize);
+        putLittle<quint32>(header, kind_.headerSize);
         if (isOld) {
-            put<quint16>(header, static_cast<quint16>(image_.width()));
-            put<quint16>(header, static_cast<quint16>(image_.height()));
+            putLittle<quint16>(header, static_cast<quint16>(image_.width()));
+            putLittle<quint16>(header, static_cast<quint16>(image_.height()));
         } else {
-            put<qint32>(header, image_.width());
-            put<qint32>(header, kind_.isTopDown ? -image_.height() : image_.height());
+            putLittle<qint32>(header, image_.width());
+            putLittle<qint32>(header, kind_.isTopDown ? -image_.height() : image_.height());
         }
-        put<quint16>(header, 1);
-        put<quint16>(header, static_cast<quint16>(kind_.bits));
+        putLittle<quint16>(header, 1);
+        putLittle<quint16>(header, static_cast<quint16>(kind_.bits));
         if (!isOld) {
-            put<quint32>(header, kind_.compression);
-            put<quint32>(header, 0);
-            put<quint32>(header, 11811); // 300 dpi
-            put<quint32>(header, 5906);
-            put<quint32>(header, 0);
-            put<quint32>(header, 0);
+            putLittle<quint32>(header, kind_.compression);
+            putLittle<quint32>(header, 0);
+            putLittle<quint32>(header, 11811); // 300 dpi
+            putLittle<quint32>(header, 5906);
+            putLittle<quint32>(header, 0);
+            putLittle<quint32>(header, 0);
         }
         header.resize(std::min(header.size(), static_cast<qsizetype>(kind_.headerSize)));
         for (const quint32 mask : kind_.masks)
-            put<quint32>(header, mask);
+            putLittle<quint32>(header, mask);
         header.append(QByteArray(
             std::max<qsizetype>(0, static_cast<qsizetype>(kind_.headerSize) - header.size()), '\0'));
         QByteArray bytes("BM");
-        put<quint32>(bytes, 0);
-        put<quint32>(bytes, 0);
-        put<quint32>(bytes, static_cast<quint32>(14 + header.size() + palette.size()));
+        putLittle<quint32>(bytes, 0);
+        putLittle<quint32>(bytes, 0);
+        putLittle<quint32>(bytes, static_cast<quint32>(14 + header.size() + palette.size()));
         return bytes + header + palette + pixels();
     }
 
   private:
-    template <class T>
-    static void put(QByteArray& bytes, T value)
-    {
-        const T little = qToLittleEndian(value);
-        bytes.append(reinterpret_cast<const char*>(&little), sizeof little);
-    }
-
     [[nodiscard]] QColor colour(int index) const
     {
         if (kind_.bits == 1) return index == 0 ? Qt::white : Qt::black;

@@ -156,11 +156,6 @@ INSTANTIATE_TEST_SUITE_P(
 class ImageFile : public RasterProcessing
 {
   protected:
-    QString write(const QString& name, const QByteArray& bytes)
-    {
-        return scratch.write(QStringLiteral("in/") + name, bytes);
-    }
-
     static QImage rgbPicture() { return colourPicture().convertToFormat(QImage::Format_RGB888); }
 
     /// A JPEG whose JFIF segment has such a unit and such numbers.
@@ -192,13 +187,7 @@ class ImageFile : public RasterProcessing
 
 TEST_F(ImageFile, ResolutionsOfJpegs)
 {
-    const struct
-    {
-        const char* name;
-        QByteArray bytes;
-        double x;
-        double y;
-    } cases[] = {
+    const Rows<const char*, QByteArray, double, double> cases = {
         {"per inch", jpegWithUnit(1, 300, 150), 300, 150},
         {"per centimetre", jpegWithUnit(2, 100, 50), 254, 127},
         {"a shape only", jpegWithUnit(0, 1, 1), 72, 72},
@@ -214,12 +203,12 @@ TEST_F(ImageFile, ResolutionsOfJpegs)
                       jpegSegment(0xE1, QByteArray("Exif\0\0MM\0*\0\0\0\x08\0\x09", 16))),
          72, 72},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const auto pages = readTiff(process(write(QStringLiteral("a.jpg"), c.bytes)));
+    for (const auto& [name, bytes, x, y] : cases) {
+        SCOPED_TRACE(name);
+        const auto pages = readTiff(process(write(QStringLiteral("a.jpg"), bytes)));
         ASSERT_EQ(pages.size(), 1U);
-        EXPECT_NEAR(pages[0].xResolution, c.x, 0.01);
-        EXPECT_NEAR(pages[0].yResolution, c.y, 0.01);
+        EXPECT_NEAR(pages[0].xResolution, x, 0.01);
+        EXPECT_NEAR(pages[0].yResolution, y, 0.01);
     }
 }
 
@@ -229,12 +218,7 @@ TEST_F(ImageFile, DamageBesideThePixelsIsPassedOver)
     const QByteArray png = encodedImage(rgbPicture(), "png");
     QByteArray badText = pngChunk("tEXt", QByteArray("Comment\0abc", 11));
     badText.back() = static_cast<char>(badText.back() + 1);
-    const struct
-    {
-        const char* name;
-        QByteArray bytes;
-        bool isJpeg;
-    } cases[] = {
+    const Rows<const char*, QByteArray, bool> cases = {
         {"stray bytes before a marker.jpg", withSegments(jpeg, "stray"), true},
         {"stray bytes before the end.jpg", jpeg.chopped(2) + "stray" + jpeg.right(2), true},
         {"no end mark.jpg", jpeg.chopped(2), true},
@@ -246,11 +230,11 @@ TEST_F(ImageFile, DamageBesideThePixelsIsPassedOver)
         {"unknown chunk.png", withChunks(png, pngChunk("quIl", "abc")), false},
         {"bytes behind the end.png", png + "xyz", false},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const auto pages = readTiff(process(write(QString::fromLatin1(c.name), c.bytes)));
+    for (const auto& [name, bytes, isJpeg] : cases) {
+        SCOPED_TRACE(name);
+        const auto pages = readTiff(process(write(QString::fromLatin1(name), bytes)));
         ASSERT_EQ(pages.size(), 1U);
-        EXPECT_TRUE(showsSame(pages[0].image, colourPicture(), c.isJpeg ? 120 : 3));
+        EXPECT_TRUE(showsSame(pages[0].image, colourPicture(), isJpeg ? 120 : 3));
     }
     // The pixels themselves: bits that change the course of the codes, and a wrong checksum.
     QByteArray wrongPng = png;
@@ -337,7 +321,7 @@ TEST_F(ImageFile, ProfilesOfShadesAndOfColoursAreNotMixedUp)
         process(write(QStringLiteral("a.jpg"),
                       withSegments(grey, jpegSegment(0xE2, QByteArray("ICC_PROFILE\0\1\1", 14) + profile)))));
     EXPECT_EQ(pages.at(0).samples, 1);
-    EXPECT_FALSE(pages.at(0).hasProfile);
+    EXPECT_FALSE(pages.at(0).tags.contains(34675));
 }
 
 } // namespace

@@ -45,8 +45,8 @@ class ParallelJob : public PdfProcessing, public ProcessObserver
             addFile(QStringLiteral("d%1.pdf").arg(i, 2, 10, QLatin1Char('0')), numberedPdf(1 + i * 7 % 5));
     }
 
-    /// Runs the job into the folder `out`, and returns all that can be seen of it: results and warnings in their
-    /// order, then the files with their bytes.
+    /// Runs the job into the folder `out`, and returns all that can be seen of it: results and warnings in
+    /// their order, then the files with their bytes.
     QByteArrayList run(int filesAtOnce, const QString& out = QStringLiteral("out"))
     {
         QDir(scratch.path(out)).removeRecursively();
@@ -60,8 +60,9 @@ class ParallelJob : public PdfProcessing, public ProcessObserver
         process->start();
         QByteArrayList seen;
         for (const LogFiles& record : process->log().files)
-            seen.append(record.filename.toUtf8() + ' ' + statusWord(record.outcome).toUtf8() +
-                        (record.outcome.remark ? ' ' + record.outcome.remark->logged.toUtf8() : QByteArray()));
+            seen.append(
+                record.filename.toUtf8() + ' ' + statusWord(record.outcome).toUtf8() +
+                (record.outcome.remark ? ' ' + record.outcome.remark->logged.toUtf8() : QByteArray()));
         for (const Reason& warning : jobWarnings(process->log().files))
             seen.append(warning.logged.toUtf8());
         seen.append(process->message().toUtf8() + QByteArray::number(process->totalFileProcessed()) + '/' +
@@ -139,7 +140,8 @@ TEST_F(ParallelJob, GivesWhatASequentialJobGives)
             }
         }
     }
-    EXPECT_EQ(numbersOn(scratch.path(QStringLiteral("out/last2.pdf"))), QStringList({QStringLiteral("N1/3"), QStringLiteral("N2/3")}));
+    EXPECT_EQ(numbersOn(scratch.path(QStringLiteral("out/last2.pdf"))),
+              QStringList({QStringLiteral("N1/3"), QStringLiteral("N2/3")}));
 }
 
 TEST_F(ParallelJob, InPlaceWithBackupKeepsEveryOriginal)

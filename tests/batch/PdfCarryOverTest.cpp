@@ -270,39 +270,6 @@ TEST_F(CarryOver, RestrictionsStayAndPasswordsAreNotPassed)
     EXPECT_FALSE(QFileInfo::exists(output));
 }
 
-TEST_F(CarryOver, DamagedFilesAreRepairedOrLeftAlone)
-{
-    addStamp();
-    const QByteArray sound = numberedPdf(3);
-    QByteArray badLength = sound;
-    badLength.replace("/Length ", "/Length 9");
-    for (const QByteArray& damaged : {badLength, "some mail header\n\n" + sound}) {
-        const QString output = process(damaged);
-        for (int page = 1; page <= 3; ++page) {
-            EXPECT_TRUE(pdfText(output, page).contains(u"Body%1"_s.arg(page)));
-            EXPECT_TRUE(pdfText(output, page).contains(u"Stamp"_s));
-        }
-    }
-    for (const QByteArray& hopeless :
-         {QByteArray("no PDF at all"), QByteArray(), sound.left(200), QByteArray(5000, '\0')}) {
-        scratch.write(u"out/doc.pdf"_s, "what an earlier run left");
-        const QString output = process(hopeless);
-        EXPECT_FALSE(QFileInfo::exists(output));
-        EXPECT_EQ(readFile(scratch.path(u"in/doc.pdf"_s)), hopeless);
-    }
-}
-
-TEST_F(CarryOver, PageTreesThatLieAreCountedRight)
-{
-    QByteArray wrong = numberedPdf(5);
-    wrong.replace("/Count 5", "/Count 9");
-    EXPECT_EQ(pdf::pdfPageCount(asPath(scratch.write(u"count.pdf"_s, wrong))), 5);
-    const QByteArray plain = plainObjects(process(wrong));
-    EXPECT_TRUE(plain.contains("/Count 5") && !plain.contains("/Count 9")) << "the lie is not passed on";
-    wrong.replace("/Count 9", "/Count -3");
-    EXPECT_EQ(pdf::pdfPageCount(asPath(scratch.write(u"count.pdf"_s, wrong))), 5);
-}
-
 // folder: the output folder, relative to the scratch folder
 
 TEST_F(CarryOver, InPlaceIsToldByTheFileAndNotByItsPath)

@@ -271,21 +271,6 @@ TEST_F(PdfProcessing, PagesThatShareTheirPartsAreStampedEachForItself)
     }
 }
 
-TEST_F(PdfProcessing, StampingTwiceKeepsBothStamps)
-{
-    addStamp(u"First"_s, MarginAnchor::TopLeft);
-    const QString once = process(numberedPdf(2));
-    const QByteArray bytes = readFile(once);
-    number.stamps.clear();
-    addStamp(u"Second\u00e9"_s, MarginAnchor::TopRight);
-    const QString twice = process(bytes);
-    EXPECT_TRUE(qpdfAccepts(twice));
-    for (int page = 1; page <= 2; ++page) {
-        const auto words = pdfWords(twice).at(static_cast<std::size_t>(page - 1));
-        EXPECT_TRUE(words.contains(u"First"_s) && words.contains(u"Second\u00e9"_s));
-    }
-}
-
 TEST_F(PdfProcessing, StampedTextInEveryScriptCanBeFound)
 {
     // Fonts have to cover the characters of the last column.

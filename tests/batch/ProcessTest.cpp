@@ -246,6 +246,7 @@ TEST_F(JobTest, AbandoningGivesUpTheFileAndLeavesNothingOfIt)
         }
         add(QStringLiteral("z.pdf"), 1);
         ProcessServices given = services(false);
+        given.filesAtOnce = 1;
         given.makeProcessors = [this](const JobConfiguration& job, const auto&) {
             return std::make_unique<AbandonedProcessors>(job, *process);
         };

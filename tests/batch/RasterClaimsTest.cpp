@@ -7,18 +7,10 @@
 #include "platform/system/Cancellation.h"
 #include "support/ImageBytes.h"
 
-#include <QtEndian>
 #include <sys/resource.h>
 
 namespace quillfern {
 namespace {
-
-template <class T>
-void putLittle(QByteArray& bytes, T value)
-{
-    const T little = qToLittleEndian(value);
-    bytes.append(reinterpret_cast<const char*>(&little), sizeof little);
-}
 
 /// A TIFF of one strip of 10,000 bytes, which are all zero, and of so many pixels and samples.
 QByteArray shortTiff(quint32 width, quint32 height, quint32 bits, quint32 compression, quint32 photometric,
@@ -72,11 +64,6 @@ QByteArray hugeGif()
 class RasterClaims : public RasterProcessing
 {
   protected:
-    QString write(const QString& name, const QByteArray& bytes)
-    {
-        return scratch.write(u"in/"_s + name, bytes);
-    }
-
     /// The most memory that this process has had, in bytes.
     static qint64 peakMemory()
     {

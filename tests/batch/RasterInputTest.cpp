@@ -93,11 +93,7 @@ const std::vector<Kind> kinds = {
     {"Float16", grey, {.photometric = 1, .bits = 16, .compression = 5, .floatRange = 1}, "w", 5, 8, 1},
     {"Float32", grey, {.photometric = 1, .bits = 32, .compression = 5, .floatRange = 1}, "w", 5, 8, 1},
     {"Float64", grey, {.photometric = 1, .bits = 64, .compression = 5, .floatRange = 1}, "w", 5, 8, 1},
-    {"FloatOfLargerRange",
-     colour,
-     {.bits = 32, .compression = 8, .floatRange = 1000, .predictor = 3},
-     "w",
-     8},
+    {"FloatRange", colour, {.bits = 32, .compression = 8, .floatRange = 1000, .predictor = 3}, "w", 8},
     {"FloatTiledPlanar",
      colour,
      {.bits = 32, .compression = 8, .planar = true, .tiled = true, .floatRange = 7, .predictor = 3},
@@ -112,14 +108,7 @@ const std::vector<Kind> kinds = {
     {"Planar16", colour, {.bits = 16, .compression = 5, .planar = true}, "w", 5},
     {"Tiled", colour, {.compression = 5, .tiled = true}, "w", 5},
     {"TiledPlanar", colour, {.compression = 8, .planar = true, .tiled = true}, "w", 8},
-    {"TiledBilevel",
-     bilevel,
-     {.photometric = 0, .bits = 1, .compression = 4, .tiled = true},
-     "w",
-     4,
-     1,
-     1,
-     0},
+    {"TiledFax", bilevel, {.photometric = 0, .bits = 1, .compression = 4, .tiled = true}, "w", 4, 1, 1, 0},
     {"BigTiff", colour, {.compression = 5}, "w8", 5},
     {"Orientation2", colour, {.compression = 5, .orientation = 2}, "w", 5},
     {"Orientation3", colour, {.compression = 5, .orientation = 3}, "w", 5},
@@ -128,7 +117,7 @@ const std::vector<Kind> kinds = {
     {"Orientation6", colour, {.compression = 5, .orientation = 6}, "w", 5},
     {"Orientation7", colour, {.compression = 5, .orientation = 7}, "w", 5},
     {"Orientation8", colour, {.compression = 5, .orientation = 8}, "w", 5},
-    {"Orientation6Bilevel",
+    {"Orientation6Fax",
      bilevel,
      {.photometric = 0, .bits = 1, .compression = 4, .orientation = 6},
      "w",
@@ -144,11 +133,6 @@ INSTANTIATE_TEST_SUITE_P(, RasterInput, testing::ValuesIn(kinds),
 class RasterFile : public RasterProcessing
 {
   protected:
-    QString write(const QString& name, const QByteArray& bytes)
-    {
-        return scratch.write(QStringLiteral("in/") + name, bytes);
-    }
-
     /// A GIF of frames of one colour each, coded without ever growing the code table.
     static QByteArray gif(int width, int height, const std::vector<QColor>& frames)
     {
@@ -197,13 +181,10 @@ class RasterFile : public RasterProcessing
     }
 
     /// A JPEG with an EXIF segment that says how to turn it.
-    static QByteArray withOrientation(const QByteArray& jpeg, char orientation)
+    static QByteArray withOrientation(const QByteArray& jpeg, unsigned orientation)
     {
-        QByteArray exif("Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0", 25);
-        exif.append(orientation).append(QByteArray("\0\0\0\0\0\0", 6));
-        QByteArray segment("\xFF\xE1");
-        segment.append('\0').append(static_cast<char>(exif.size() + 2)).append(exif);
-        return jpeg.left(2) + segment + jpeg.mid(2);
+        const QByteArray exif = QByteArray("Exif\0\0", 6) + exifBlock({{0x112, 3, {}, orientation}});
+        return withSegments(jpeg, jpegSegment(0xE1, exif));
     }
 };
 
@@ -211,12 +192,7 @@ TEST_F(RasterFile, OtherFormatsBecomeTiffs)
 {
     addStamp();
     const QImage opaque = colourPicture().convertToFormat(QImage::Format_RGB888);
-    const struct
-    {
-        const char* name;
-        QByteArray bytes;
-        int tolerance;
-    } cases[] = {
+    const Rows<const char*, QByteArray, int> cases = {
         {"a.png", encodedImage(opaque, "png"), 3},
         {"a.bmp", encodedImage(opaque, "bmp"), 3},
         {"a.jpg", encodedImage(opaque, "jpg"), 120},
@@ -224,14 +200,14 @@ TEST_F(RasterFile, OtherFormatsBecomeTiffs)
         {"png called.tif", encodedImage(opaque, "png"), 3},
         {"a.gif", gif(120, 88, {Qt::red}), 3},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const auto pages = readTiff(process(write(QString::fromLatin1(c.name), c.bytes)));
+    for (const auto& [name, bytes, tolerance] : cases) {
+        SCOPED_TRACE(name);
+        const auto pages = readTiff(process(write(QString::fromLatin1(name), bytes)));
         ASSERT_EQ(pages.size(), 1U);
-        const bool isGif = QByteArray(c.name).endsWith("gif");
+        const bool isGif = QByteArray(name).endsWith("gif");
         QImage red(120, 88, QImage::Format_RGBA8888);
         red.fill(Qt::red);
-        EXPECT_TRUE(showsSame(pages[0].image, isGif ? red : colourPicture(), c.tolerance));
+        EXPECT_TRUE(showsSame(pages[0].image, isGif ? red : colourPicture(), tolerance));
         EXPECT_TRUE(hasStamp(pages[0].image));
         EXPECT_EQ(pages[0].compression, 1);
         EXPECT_EQ(pages[0].samples, 3);
@@ -316,11 +292,7 @@ TEST_F(RasterFile, CutOffFilesFailAndLeaveNothing)
         TiffBuilder(whole).page(picture, layout).page(picture, layout);
         return readFile(whole);
     };
-    const struct
-    {
-        const char* name;
-        QByteArray bytes;
-    } cases[] = {
+    const Rows<const char*, QByteArray> cases = {
         {"lzw.tif", tiffOf({.compression = 5}, colourPicture())},
         {"plain.tif", tiffOf({.compression = 1}, colourPicture())},
         {"jpeg.tif", tiffOf({.photometric = 6, .compression = 7}, colourPicture())},
@@ -330,11 +302,11 @@ TEST_F(RasterFile, CutOffFilesFailAndLeaveNothing)
         {"a.bmp", encodedImage(opaque, "bmp")},
         {"a.gif", gif(60, 40, {Qt::red, Qt::green})},
     };
-    for (const auto& c : cases) {
+    for (const auto& [name, bytes] : cases) {
         for (const double part : {0.1, 0.5, 0.8, 0.98}) {
-            SCOPED_TRACE(testing::Message() << c.name << " at " << part);
-            const auto length = static_cast<qsizetype>(static_cast<double>(c.bytes.size()) * part);
-            process(write(QString::fromLatin1(c.name), c.bytes.left(length)), false);
+            SCOPED_TRACE(testing::Message() << name << " at " << part);
+            const auto length = static_cast<qsizetype>(static_cast<double>(bytes.size()) * part);
+            process(write(QString::fromLatin1(name), bytes.left(length)), false);
             EXPECT_FALSE(problem().isEmpty());
         }
     }
@@ -372,32 +344,21 @@ TEST_F(RasterFile, HugeClaimsAreRefusedBeforeMemoryIsTaken)
     QByteArray bmp = encodedImage(colourPicture().convertToFormat(QImage::Format_RGB888), "bmp");
     qToLittleEndian<qint32>(100000, bmp.data() + 18);
     qToLittleEndian<qint32>(100000, bmp.data() + 22);
-    const struct
-    {
-        const char* name;
-        QByteArray bytes;
-        const char* word;
-    } cases[] = {{"huge.tif", bytes, "100000 x 100000"},
-                 {"huge.png", png, "100000 x 100000"},
-                 {"huge.bmp", bmp, "100000 x 100000"}};
-    for (const auto& c : cases) {
-        process(write(QString::fromLatin1(c.name), c.bytes), false, 5);
-        EXPECT_TRUE(problem().contains(QLatin1String(c.word))) << problem().toStdString();
+    for (const auto& [name, claim] :
+         Rows<const char*, QByteArray>{{"huge.tif", bytes}, {"huge.png", png}, {"huge.bmp", bmp}}) {
+        process(write(QString::fromLatin1(name), claim), false, 5);
+        EXPECT_TRUE(problem().contains("100000 x 100000"_L1)) << problem().toStdString();
     }
 }
 
 TEST_F(RasterFile, FilesThatAreNoPicturesSaySo)
 {
     addStamp();
-    const struct
-    {
-        const char* bytes;
-        const char* word;
-    } cases[] = {
+    const Rows<const char*, const char*> cases = {
         {"%PDF-1.7\n", "PDF"}, {"hello, world, this is text", "picture"}, {"", "empty"}, {"II*", "read"}};
-    for (const auto& c : cases) {
-        process(write(QStringLiteral("a.tif"), c.bytes), false);
-        EXPECT_TRUE(problem().contains(QLatin1String(c.word))) << problem().toStdString();
+    for (const auto& [bytes, word] : cases) {
+        process(write(QStringLiteral("a.tif"), bytes), false);
+        EXPECT_TRUE(problem().contains(QLatin1String(word))) << problem().toStdString();
     }
 }
 

@@ -73,6 +73,11 @@ class RasterProcessing : public testing::Test
         return scratch.path(u"in/"_s + name);
     }
 
+    QString write(const QString& name, const QByteArray& bytes)
+    {
+        return scratch.write(u"in/"_s + name, bytes);
+    }
+
     /// Stamps a file with the compression code that the file list would find, and returns the path of the
     /// copy.
     QString process(const QString& source, bool expected = true, int compression = -1)

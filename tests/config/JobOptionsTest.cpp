@@ -95,20 +95,5 @@ TEST(JobOptionsTest, ValuesThatCannotBeUsedDoNoHarm)
     EXPECT_EQ(again.integer32(QStringLiteral("existing")), 7);
 }
 
-TEST(JobOptionsTest, AChangeIsShown)
-{
-    struct Counter final : NumberingDelegate
-    {
-        void PropertyChanged(Numbering&) override { ++count; }
-        int count = 0;
-    } counter;
-    Numbering number;
-    number.setDelegate(&counter);
-    number.setOptions(everyOption());
-    number.setOptions(everyOption());
-    EXPECT_EQ(counter.count, 1);
-    EXPECT_EQ(number.configuration().options, everyOption());
-}
-
 } // namespace
 } // namespace quillfern

@@ -35,6 +35,11 @@ TEST(NumberingTest, BracketsHoldBackAndTellOnce)
     EXPECT_EQ(counter.count, 1);
     number.setEndPage(3);
     EXPECT_EQ(counter.count, 2);
+    JobOptions options;
+    options.realSize = true;
+    number.setOptions(options);
+    number.setOptions(options);
+    EXPECT_EQ(counter.count, 3);
 }
 
 TEST(NumberingTest, AConfigurationKeepsWhatItWasMadeOf)

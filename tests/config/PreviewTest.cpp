@@ -5,8 +5,6 @@
 #include "stamps/StampBase.h"
 #include "support/Paths.h"
 
-#include <cmath>
-
 namespace quillfern {
 namespace {
 

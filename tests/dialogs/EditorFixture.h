@@ -3,6 +3,7 @@
 #include "config/StampListOperations.h"
 #include "dialogs/StampEditors.h"
 #include "support/Fakes.h"
+#include "support/Widgets.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -78,14 +79,6 @@ class EditorFixture : public testing::Test, public StampHost, public NumberingDe
             throw std::runtime_error("no editor came up");
         told = renamed = 0;
         return *active();
-    }
-
-    template <class Control>
-    static Control& control(const QWidget& window, const char* name)
-    {
-        auto* found = window.findChild<Control*>(QString::fromLatin1(name));
-        if (!found) throw std::runtime_error(std::string("no control ") + name);
-        return *found;
     }
 
     static void type(QWidget& field, const char* keys)

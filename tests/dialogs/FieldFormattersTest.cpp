@@ -21,7 +21,7 @@ TEST(FieldFormatters, ANumberFieldKeepsTheNumberItsTextBeginsWith)
     for (const auto& [text, value] : rows) {
         NumberField field;
         qint64 told = -1;
-        QObject::connect(&field, &NumberField::integerEdited, [&](qint64 value) { told = value; });
+        QObject::connect(&field, &NumberField::integerEdited, [&](qint64 edited) { told = edited; });
         field.setText(QString::fromLatin1(text));
         QTest::keyClick(&field, Qt::Key_Return);
         EXPECT_EQ(told, value) << text;

@@ -4,8 +4,8 @@
 #include "dialogs/OpacityField.h"
 #include "dialogs/PictureView.h"
 #include "dialogs/RotationField.h"
-#include "support/Drops.h"
 #include "support/Tools.h"
+#include "support/Widgets.h"
 
 #include <QProgressBar>
 #include <QSlider>
@@ -25,7 +25,7 @@ class ImageStampEditorTest : public EditorFixture
     }
     static bool isBusy(const Editor& editor)
     {
-        return control<PictureView>(editor, "stampImageView").findChild<QProgressBar*>()->isVisible();
+        return partOf<PictureView>(editor, "stampImageView").findChild<QProgressBar*>()->isVisible();
     }
     static void waitUntilRead(const Editor& editor)
     {
@@ -39,18 +39,18 @@ TEST_F(ImageStampEditorTest, APictureIsChosenKeptAsTiffAndRemoved)
 {
     auto& stamp = newStamp<ImageStamp>();
     auto& editor = edit<Editor>(stamp);
-    auto& remove = control<QWidget>(editor, "removeImageButton");
+    auto& remove = partOf<QWidget>(editor, "removeImageButton");
     EXPECT_FALSE(remove.isEnabled());
     EXPECT_EQ(editor.windowTitle(), u"Image Stamp Properties []"_s);
 
-    click(control<QWidget>(editor, "chooseButton")); // the user closes the panel
+    click(partOf<QWidget>(editor, "chooseButton")); // the user closes the panel
     ASSERT_EQ(panels.opened.size(), 1);
     EXPECT_EQ(panels.opened[0].message, u"Please Select Stamp Image (Only BMP,JPG,JPEG,PNG,GIF Files):"_s);
     EXPECT_EQ(panels.opened[0].types.join(u' '), u"bmp BMP jpg JPG jpeg JPEG png PNG gif GIF"_s);
     EXPECT_FALSE(panels.opened[0].folders || panels.opened[0].multiple || isBusy(editor));
 
     panels.answers = {{picture("seal.v2.jpg")}};
-    click(control<QWidget>(editor, "chooseButton"));
+    click(partOf<QWidget>(editor, "chooseButton"));
     EXPECT_TRUE(isBusy(editor));
     EXPECT_EQ(told, 0);
     waitUntilRead(editor);
@@ -59,10 +59,10 @@ TEST_F(ImageStampEditorTest, APictureIsChosenKeptAsTiffAndRemoved)
     EXPECT_EQ(stamp.stampImagePath, scratch.path(u"seal.v2.jpg"_s));
     EXPECT_EQ(stamp.stampImageWidth, 400);
     EXPECT_EQ(stamp.stampImageHeight, 100);
-    EXPECT_TRUE(control<PictureView>(editor, "stampImageView").picture());
+    EXPECT_TRUE(partOf<PictureView>(editor, "stampImageView").picture());
     EXPECT_TRUE(remove.isEnabled() && editor.isAspectRatio());
     EXPECT_EQ(editor.windowTitle(), u"Image Stamp Properties [seal.v2]"_s);
-    type(control<QLineEdit>(editor, "labelTextField"), "Seal");
+    type(partOf<QLineEdit>(editor, "labelTextField"), "Seal");
     EXPECT_EQ(editor.windowTitle(), u"Image Stamp Properties [Seal]"_s);
     EXPECT_EQ(told, 1); // the label is not part of the preview
     EXPECT_GT(renamed, 0);
@@ -71,7 +71,7 @@ TEST_F(ImageStampEditorTest, APictureIsChosenKeptAsTiffAndRemoved)
     EXPECT_TRUE(stamp.stampImage() && stamp.stampImage()->isEmpty() && stamp.stampImagePath->isEmpty());
     EXPECT_EQ(stamp.stampImageWidth + stamp.stampImageHeight, 0);
     EXPECT_FALSE(stamp.cacheImage());
-    EXPECT_FALSE(control<PictureView>(editor, "stampImageView").picture());
+    EXPECT_FALSE(partOf<PictureView>(editor, "stampImageView").picture());
     EXPECT_FALSE(remove.isEnabled());
     EXPECT_EQ(told, 2);
 }
@@ -122,11 +122,11 @@ TEST_F(ImageStampEditorTest, TakesOnlyPictureFilesThatAreDropped)
                                           {{QUrl::fromLocalFile(scratch.path(u"a.pdf"_s))}, false},
                                           {{QUrl::fromLocalFile(scratch.path(u"a.Png"_s))}, false},
                                           {{QUrl(u"https://example.org/a.png"_s)}, false},
-                                          {{}, false}};
+                                          {QList<QUrl>(), false}};
     for (const auto& [urls, isTaken] : rows) {
         auto& stamp = newStamp<ImageStamp>();
         auto& editor = edit<Editor>(stamp);
-        EXPECT_EQ(dropOn(control<PictureView>(editor, "stampImageView"), urls), isTaken);
+        EXPECT_EQ(dropOn(partOf<PictureView>(editor, "stampImageView"), urls), isTaken);
         waitUntilRead(editor);
         EXPECT_EQ(stamp.stampImageWidth, isTaken ? 400 : 0);
     }
@@ -152,17 +152,17 @@ TEST_F(ImageStampEditorTest, TheAspectLockCutsToWholePoints)
         stamp.loadPicture(asPath(picture("a.png", pictureWidth, pictureHeight)));
         auto& editor = edit<Editor>(stamp);
         EXPECT_TRUE(editor.isAspectRatio());
-        if (!isLocked) click(control<QWidget>(editor, "aspectRatioCheckbox"));
-        type(control<QWidget>(editor, field), keys);
+        if (!isLocked) click(partOf<QWidget>(editor, "aspectRatioCheckbox"));
+        type(partOf<QWidget>(editor, field), keys);
         EXPECT_EQ(stamp.stampImageWidth, expectedWidth) << keys;
         EXPECT_EQ(stamp.stampImageHeight, expectedHeight) << keys;
-        QTest::keyClick(&control<QWidget>(editor, field), Qt::Key_Return);
-        EXPECT_EQ(control<NumberField>(editor, width).integerValue(), expectedWidth);
-        EXPECT_EQ(control<NumberField>(editor, height).integerValue(), expectedHeight);
+        QTest::keyClick(&partOf<QWidget>(editor, field), Qt::Key_Return);
+        EXPECT_EQ(partOf<NumberField>(editor, width).integerValue(), expectedWidth);
+        EXPECT_EQ(partOf<NumberField>(editor, height).integerValue(), expectedHeight);
     }
     // A field that the user has emptied to type another number stays empty.
     auto& other = newStamp<ImageStamp>();
-    auto& field = control<QLineEdit>(edit<Editor>(other), width);
+    auto& field = partOf<QLineEdit>(edit<Editor>(other), width);
     type(field, "7");
     QTest::keyClick(&field, Qt::Key_Backspace);
     editors.refreshEditors();
@@ -172,7 +172,7 @@ TEST_F(ImageStampEditorTest, TheAspectLockCutsToWholePoints)
     auto& bare = newStamp<ImageStamp>(); // no picture, no proportions
     auto& editor = edit<Editor>(bare);
     editor.setIsAspectRatio(true);
-    type(control<QWidget>(editor, width), "20");
+    type(partOf<QWidget>(editor, width), "20");
     EXPECT_EQ(bare.stampImageWidth, 20);
     EXPECT_EQ(bare.stampImageHeight, 0);
 }
@@ -181,12 +181,12 @@ TEST_F(ImageStampEditorTest, TheOtherControlsWriteTheirFields)
 {
     auto& stamp = newStamp<ImageStamp>();
     auto& editor = edit<Editor>(stamp);
-    QTest::keyClick(control<QWidget>(editor, "imageOpacityField").findChild<QSlider*>(), Qt::Key_PageDown);
+    QTest::keyClick(partOf<QWidget>(editor, "imageOpacityField").findChild<QSlider*>(), Qt::Key_PageDown);
     EXPECT_EQ(stamp.stampImageOpacity, 90);
-    EXPECT_EQ(control<QLabel>(editor, "imageOpacityLabel").text(), u"90%"_s);
-    type(control<QWidget>(editor, "rotationSpinBox"), "45.7"); // whole degrees: the point is refused
+    EXPECT_EQ(partOf<QLabel>(editor, "imageOpacityLabel").text(), u"90%"_s);
+    type(partOf<QWidget>(editor, "rotationSpinBox"), "45.7"); // whole degrees: the point is refused
     EXPECT_EQ(stamp.stampImageRotation, 45);
-    click(control<QWidget>(editor, "marginTopRightButton"));
+    click(partOf<QWidget>(editor, "marginTopRightButton"));
     EXPECT_EQ(stamp.marginAnchor(), MarginAnchor::TopRight);
     EXPECT_GE(told, 3);
 }
@@ -209,7 +209,7 @@ TEST_F(ImageStampEditorTest, StrangeValuesSurviveUntilTheyAreEdited)
     EXPECT_EQ(stamp.getData(), before);
     EXPECT_EQ(stamp.stampImageHeight, -7);
     EXPECT_EQ(told + renamed, 0);
-    EXPECT_TRUE(control<QWidget>(editor, "removeImageButton").isEnabled());
+    EXPECT_TRUE(partOf<QWidget>(editor, "removeImageButton").isEnabled());
 }
 
 TEST_F(ImageStampEditorTest, APictureBeingReadMayLoseItsWindow)

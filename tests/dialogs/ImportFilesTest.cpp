@@ -1,8 +1,8 @@
 #include "dialogs/ImportFilesWindowController.h"
 #include "platform/system/NativePath.h"
-#include "support/Drops.h"
 #include "support/Fakes.h"
 #include "support/Tools.h"
+#include "support/Widgets.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -13,8 +13,8 @@ class StampEditorsTest : public EditorFixture
     {
         auto& stamp = newStamp<Stamp>();
         auto& editor = edit<Window>(stamp);
-        auto& add = control<QWidget>(editor, "addButton");
-        auto& remove = control<QWidget>(editor, "deleteButton");
+        auto& add = partOf<QWidget>(editor, "addButton");
+        auto& remove = partOf<QWidget>(editor, "deleteButton");
         EXPECT_TRUE(add.isEnabled() && !remove.isEnabled());
         editor.deleteStampAction(); // not in the list: closes the window only
         EXPECT_EQ(removed, 0);
@@ -50,16 +50,16 @@ TEST_F(StampEditorsTest, AJobLocksEveryEditor)
     auto& text = newStamp<TextStamp>(true);
     auto& image = newStamp<ImageStamp>();
     auto& editor = edit<TextStampWindowController>(text);
-    auto& field = control<QLineEdit>(editor, "numberFormatTextField");
+    auto& field = partOf<QLineEdit>(editor, "numberFormatTextField");
     field.setFocus();
-    click(control<QWidget>(editor, "textColorButton"));
+    click(partOf<QWidget>(editor, "textColorButton"));
     editors.setEditorsEnabled(false);
     auto& late = edit<ImageStampWindowController>(image); // opened while the job runs
     for (const QWidget* window : {static_cast<QWidget*>(&editor), static_cast<QWidget*>(&late)}) {
-        EXPECT_TRUE(control<QWidget>(*window, "noticeLabel").isVisible());
-        EXPECT_TRUE(control<QWidget>(*window, "closeButton").isEnabled());
+        EXPECT_TRUE(partOf<QWidget>(*window, "noticeLabel").isVisible());
+        EXPECT_TRUE(partOf<QWidget>(*window, "closeButton").isEnabled());
         for (const char* locked : {"editorPane", "addButton", "deleteButton"})
-            EXPECT_FALSE(control<QWidget>(*window, locked).isEnabled()) << locked;
+            EXPECT_FALSE(partOf<QWidget>(*window, locked).isEnabled()) << locked;
     }
     editor.marginAnchorChanged(MarginAnchor::BottomLeft);
     editor.textColorChanged(Qt::red);
@@ -71,9 +71,9 @@ TEST_F(StampEditorsTest, AJobLocksEveryEditor)
     EXPECT_EQ(told + added + removed, 0);
 
     editors.setEditorsEnabled(true);
-    EXPECT_FALSE(control<QWidget>(editor, "noticeLabel").isVisible());
-    EXPECT_TRUE(control<QWidget>(editor, "deleteButton").isEnabled());
-    EXPECT_TRUE(control<QWidget>(late, "addButton").isEnabled());
+    EXPECT_FALSE(partOf<QWidget>(editor, "noticeLabel").isVisible());
+    EXPECT_TRUE(partOf<QWidget>(editor, "deleteButton").isEnabled());
+    EXPECT_TRUE(partOf<QWidget>(late, "addButton").isEnabled());
 }
 
 TEST_F(StampEditorsTest, EditorsGoWithTheirStamps)
@@ -84,8 +84,8 @@ TEST_F(StampEditorsTest, EditorsGoWithTheirStamps)
     edit<ImageStampWindowController>(other);
     auto& editor = edit<TextStampWindowController>(first);
     const QPointer<QWidget> window(&editor);
-    type(control<QWidget>(editor, "fontSizeSpinBox"), "1");
-    type(control<QWidget>(editor, "fontsPopup"), "xyz");
+    type(partOf<QWidget>(editor, "fontSizeSpinBox"), "1");
+    type(partOf<QWidget>(editor, "fontsPopup"), "xyz");
     const PDFFont font = first.font;
     editors.removehandlers(first);
     EXPECT_FALSE(editor.isVisible());
@@ -105,7 +105,7 @@ TEST_F(StampEditorsTest, EditorsGoWithTheirStamps)
     EXPECT_TRUE(number.stamps.empty());
     told = renamed = 0;
     orphan.marginAnchorChanged(MarginAnchor::BottomLeft);
-    type(control<QWidget>(orphan, "numberFormatTextField"), "lost");
+    type(partOf<QWidget>(orphan, "numberFormatTextField"), "lost");
     orphan.refresh();
     orphan.deleteStampAction();
     EXPECT_EQ(told + renamed + removed, 0);
@@ -131,7 +131,7 @@ TEST_F(StampEditorsTest, AStampMayGoDuringItsEdit)
         StampEditors& editors;
     } clearing(editors);
     number.setDelegate(&clearing);
-    type(control<QWidget>(editor, "stampImageWidthTextField"), "12");
+    type(partOf<QWidget>(editor, "stampImageWidthTextField"), "12");
     settle();
     EXPECT_FALSE(window);
     number.setDelegate(this);

@@ -12,9 +12,7 @@
 #include <QSlider>
 #include <QToolButton>
 #include <QWindow>
-#include <cmath>
 #include <functional>
-#include <limits>
 
 namespace quillfern {
 namespace {
@@ -38,17 +36,17 @@ TEST_F(TextStampEditorTest, EveryControlWritesItsFieldAndTells)
 {
     const auto typing = [](const char* name, const char* keys) {
         return [=](Editor& e) {
-            auto& field = control<QWidget>(e, name);
+            auto& field = partOf<QWidget>(e, name);
             type(field, keys);
             EXPECT_TRUE(field.hasFocus()) << name;
         };
     };
     const auto clicking = [](const char* name) {
-        return [=](Editor& e) { click(control<QWidget>(e, name)); };
+        return [=](Editor& e) { click(partOf<QWidget>(e, name)); };
     };
     const auto choosing = [](const char* name, int steps) {
         return [=](Editor& e) {
-            auto& menu = control<QComboBox>(e, name);
+            auto& menu = partOf<QComboBox>(e, name);
             menu.setFocus();
             for (int i = 0; i < steps; ++i)
                 QTest::keyClick(&menu, Qt::Key_Down);
@@ -56,7 +54,7 @@ TEST_F(TextStampEditorTest, EveryControlWritesItsFieldAndTells)
     };
     const auto sliding = [](const char* field) {
         return [=](Editor& e) {
-            QTest::keyClick(control<QWidget>(e, field).findChild<QSlider*>(), Qt::Key_PageDown);
+            QTest::keyClick(partOf<QWidget>(e, field).findChild<QSlider*>(), Qt::Key_PageDown);
         };
     };
     enum Place { Preview, Lists, Both };
@@ -75,7 +73,7 @@ TEST_F(TextStampEditorTest, EveryControlWritesItsFieldAndTells)
         {clicking("underlineCheckbox"), [](auto& s) { return s.isUnderline; }, Preview},
         {clicking("embedFontCheckbox"), [](auto& s) { return s.isEmbedFont; }, Preview},
         {sliding("textOpacityField"), [](auto& s) { return s.textOpacity == 90; }, Preview},
-        {[](Editor& e) { type(*control<OpacityField>(e, "textOpacityField").exactField(), "75"); },
+        {[](Editor& e) { type(*partOf<OpacityField>(e, "textOpacityField").exactField(), "75"); },
          [](auto& s) { return s.textOpacity == 75; }, Preview},
         {sliding("outlineOpacityField"), [](auto& s) { return s.outlineOpacity == 90; }, Preview},
         {typing("outlineWidthSpinBox", "3"), [](auto& s) { return s.outlineWidth == 3; }, Preview},
@@ -83,11 +81,11 @@ TEST_F(TextStampEditorTest, EveryControlWritesItsFieldAndTells)
         {typing("rotationSpinBox", "-30"), [](auto& s) { return s.textRotation == -30; }, Preview},
         {clicking("rotate90Button"), [](auto& s) { return s.textRotation == 90; }, Preview},
         {[](Editor& e) {
-             auto& dial = control<RotationDial>(e, "rotationDial");
+             auto& dial = partOf<RotationDial>(e, "rotationDial");
              QTest::mouseClick(&dial, Qt::LeftButton, {}, QPoint(dial.width() / 2 + 1, 2));
          },
          [](auto& s) { return s.textRotation == 90; }, Preview},
-        {[](Editor& e) { QTest::keyClick(&control<QWidget>(e, "rotationDial"), Qt::Key_Down); },
+        {[](Editor& e) { QTest::keyClick(&partOf<QWidget>(e, "rotationDial"), Qt::Key_Down); },
          [](auto& s) { return s.textRotation == 359; }, Preview},
         {clicking("marginBottomMiddleButton"),
          [](auto& s) { return s.marginAnchor() == MarginAnchor::BottomMiddle; }, Preview},
@@ -142,23 +140,23 @@ TEST_F(TextStampEditorTest, StrangeValuesSurviveUntilTheyAreEdited)
     kept.fillAbsentValues(); // a record ends before a value that is absent
     before.fillAbsentValues();
     EXPECT_EQ(kept.getData(), before.getData());
-    EXPECT_EQ(control<QLabel>(editor, "textOpacityLabel").text(), u"250%"_s);
-    EXPECT_EQ(control<FontMenu>(editor, "fontsPopup").currentText(), u"No Such Family"_s);
+    EXPECT_EQ(partOf<QLabel>(editor, "textOpacityLabel").text(), u"250%"_s);
+    EXPECT_EQ(partOf<FontMenu>(editor, "fontsPopup").currentText(), u"No Such Family"_s);
 
-    QTest::keyClick(control<OpacityField>(editor, "textOpacityField").exactField(), Qt::Key_Down);
+    QTest::keyClick(partOf<OpacityField>(editor, "textOpacityField").exactField(), Qt::Key_Down);
     EXPECT_EQ(stamp.textOpacity, 100);
-    EXPECT_EQ(control<QLabel>(editor, "textOpacityLabel").text(), u"100%"_s);
+    EXPECT_EQ(partOf<QLabel>(editor, "textOpacityLabel").text(), u"100%"_s);
 }
 
 TEST_F(TextStampEditorTest, TypingGoesOnWhereItIs)
 {
     auto& stamp = newStamp<TextStamp>();
     auto& editor = edit<Editor>(stamp);
-    auto& field = control<QLineEdit>(editor, "numberFormatTextField");
+    auto& field = partOf<QLineEdit>(editor, "numberFormatTextField");
     field.setFocus();
     field.setCursorPosition(3);
     QTest::keyClicks(&field, u" and"_s);
-    click(control<QWidget>(editor, "insertTotalButton"));
+    click(partOf<QWidget>(editor, "insertTotalButton"));
     QTest::keyClicks(&field, u"!"_s);
     QTest::keyClick(&field, Qt::Key_Return); // presses no button
     EXPECT_EQ(stamp.number.numberFormat, u"{0} and{1}! of {1}"_s);
@@ -174,7 +172,7 @@ TEST_F(TextStampEditorTest, TheTitleNamesTheStampToTheLetter)
     auto& editor = edit<Editor>(stamp);
     EXPECT_EQ(editor.windowHandle()->title(), u"Text Stamp Properties [ Numbers [{0} of {1}] ]"_s);
     for (const char* pattern : {"*", "%1 %2 [*]"}) {
-        type(control<QLineEdit>(editor, "numberFormatTextField"), pattern);
+        type(partOf<QLineEdit>(editor, "numberFormatTextField"), pattern);
         EXPECT_EQ(editor.windowHandle()->title(),
                   u"Text Stamp Properties [ Numbers ["_s + QString::fromLatin1(pattern) + u"] ]"_s);
     }
@@ -194,9 +192,9 @@ TEST_F(TextStampEditorTest, TheSampleShowsWhatIsPrinted)
         auto& editor = edit<Editor>(stamp);
         QStringList shown;
         for (const char* name : {"sampleFirstLabel", "sampleNinthLabel", "sampleTenthLabel"})
-            shown.append(control<QLabel>(editor, name).text());
+            shown.append(partOf<QLabel>(editor, name).text());
         EXPECT_EQ(shown.join(u'|'), QString::fromLatin1(sample));
-        EXPECT_EQ(!control<QLabel>(editor, "templateAdviceLabel").text().isEmpty(), isAdvised) << sample;
+        EXPECT_EQ(!partOf<QLabel>(editor, "templateAdviceLabel").text().isEmpty(), isAdvised) << sample;
     }
 }
 
@@ -206,12 +204,12 @@ TEST_F(TextStampEditorTest, AnchorsAreChosenWithTheArrowKeysAndOneIsBordered)
     auto& editor = edit<Editor>(stamp);
     const auto bordered = [&] {
         QString names;
-        for (const auto* button : control<QWidget>(editor, "anchorGrid").findChildren<QToolButton*>())
+        for (const auto* button : partOf<QWidget>(editor, "anchorGrid").findChildren<QToolButton*>())
             if (button->isChecked()) names += button->objectName();
         return names;
     };
     EXPECT_EQ(bordered(), QString()); // a new stamp has no anchor
-    click(control<QWidget>(editor, "marginMiddleMiddleButton"));
+    click(partOf<QWidget>(editor, "marginMiddleMiddleButton"));
     const Rows<Qt::Key, MarginAnchor, const char*> rows = {
         {Qt::Key_Right, MarginAnchor::MiddleRight, "marginMiddleRightButton"},
         {Qt::Key_Down, MarginAnchor::BottomRight, "marginBottomRightButton"},
@@ -238,7 +236,7 @@ TEST_F(TextStampEditorTest, AFamilyIsFoundByTypingAndKeepsSizeAndColour)
     stamp.font.fontSize = 31;
     stamp.font.fontColor = QColor(Qt::red);
     auto& editor = edit<Editor>(stamp);
-    auto& menu = control<FontMenu>(editor, "fontsPopup");
+    auto& menu = partOf<FontMenu>(editor, "fontsPopup");
     EXPECT_EQ(menu.count(), static_cast<int>(number.fonts().size()));
 
     type(menu, wanted.fontName->toUpper().toUtf8().constData());
@@ -255,7 +253,7 @@ TEST_F(TextStampEditorTest, AFamilyIsFoundByTypingAndKeepsSizeAndColour)
 
     type(menu, "no such fam");
     menu.completer()->popup()->hide();
-    control<QWidget>(editor, "labelTextField").setFocus();
+    partOf<QWidget>(editor, "labelTextField").setFocus();
     EXPECT_EQ(menu.currentText(), *wanted.fontName);
     EXPECT_EQ(stamp.font, expected);
     editor.fontChanged(-1);
@@ -268,7 +266,7 @@ TEST_F(TextStampEditorTest, BoldAndItalicFollowTheFamily)
     auto& stamp = newStamp<TextStamp>();
     stamp.isBold = stamp.isItalic = true;
     auto& editor = edit<Editor>(stamp);
-    auto& menu = control<FontMenu>(editor, "fontsPopup");
+    auto& menu = partOf<FontMenu>(editor, "fontsPopup");
     const struct
     {
         const char* family;
@@ -280,8 +278,8 @@ TEST_F(TextStampEditorTest, BoldAndItalicFollowTheFamily)
         const int row = menu.findText(QLatin1String(family.family));
         ASSERT_GE(row, 0) << family.family << ": test.sh installs it";
         editor.fontChanged(row);
-        EXPECT_EQ(control<QWidget>(editor, "boldFontCheckbox").isEnabled(), family.bold) << family.family;
-        EXPECT_EQ(control<QWidget>(editor, "italicFontCheckbox").isEnabled(), family.italic) << family.family;
+        EXPECT_EQ(partOf<QWidget>(editor, "boldFontCheckbox").isEnabled(), family.bold) << family.family;
+        EXPECT_EQ(partOf<QWidget>(editor, "italicFontCheckbox").isEnabled(), family.italic) << family.family;
         EXPECT_TRUE(stamp.isBold && stamp.isItalic) << "chosen again with a family that has them";
     }
 }
@@ -292,7 +290,7 @@ TEST_F(TextStampEditorTest, OneColourPanelServesWhoeverAskedLast)
     auto& second = newStamp<TextStamp>(true);
     auto& firstEditor = edit<Editor>(first);
     auto& secondEditor = edit<Editor>(second);
-    click(control<QWidget>(firstEditor, "textColorButton"));
+    click(partOf<QWidget>(firstEditor, "textColorButton"));
     QColorDialog* const dialog = panel();
     ASSERT_TRUE(dialog);
     EXPECT_EQ(dialog->currentColor(), QColor(Qt::black));
@@ -301,9 +299,9 @@ TEST_F(TextStampEditorTest, OneColourPanelServesWhoeverAskedLast)
     dialog->setCurrentColor(QColor(Qt::red));
     EXPECT_EQ(first.font.fontColor, QColor(255, 0, 0));
     EXPECT_EQ(told, 1);
-    EXPECT_EQ(control<ColorButton>(firstEditor, "textColorButton").color(), QColor(255, 0, 0));
+    EXPECT_EQ(partOf<ColorButton>(firstEditor, "textColorButton").color(), QColor(255, 0, 0));
 
-    click(control<QWidget>(secondEditor, "outlineColorButton"));
+    click(partOf<QWidget>(secondEditor, "outlineColorButton"));
     EXPECT_EQ(panel(), dialog);
     EXPECT_EQ(second.outlineColor, QColor(Qt::black)); // opening the panel with a colour changes no stamp
     dialog->setCurrentColor(QColor(0, 0, 200));

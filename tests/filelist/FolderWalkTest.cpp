@@ -60,15 +60,6 @@ TEST_F(WalkedFolder, PassesHiddenThingsAndPackagesOver)
     EXPECT_EQ(found(), (Paths{"app/a.pdf", "my.application/b.pdf", "v1.0/c.pdf"}));
 }
 
-TEST_F(WalkedFolder, NamesOfAnyBytesAreFound)
-{
-    make("line\nbreak.pdf");
-    make("latin\xE9.pdf");
-    make("dir\xFF/inner.pdf");
-    EXPECT_THAT(found(),
-                testing::UnorderedElementsAre("line\nbreak.pdf", "latin\xE9.pdf", "dir\xFF/inner.pdf"));
-}
-
 TEST_F(WalkedFolder, LinksToFoldersAreNotFollowedLinksToFilesAreTaken)
 {
     const Scratch elsewhere;

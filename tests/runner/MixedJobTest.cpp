@@ -1,13 +1,13 @@
-// One job over PDF and raster files with text and picture stamps, started from the command line.
+// Jobs with picture stamps, started from the command line.
 
 #include "runner/RunnerOptions.h"
 #include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
 #include "support/PdfBuilder.h"
-#include "support/TiffBuilder.h"
 #include "support/Tools.h"
 
 #include <QDir>
+#include <QImage>
 
 namespace quillfern {
 namespace {
@@ -19,12 +19,9 @@ class MixedJob : public testing::Test
     {
         ASSERT_TRUE(QDir().mkpath(scratch.path(u"out"_s)));
         qputenv("XDG_DATA_HOME", scratch.path(u"data"_s).toUtf8());
-        QImage picture(80, 40, QImage::Format_ARGB32);
-        picture.fill(QColor(200, 30, 30));
-        ASSERT_TRUE(picture.save(scratch.path(u"opaque.png"_s)));
-        picture.fill(QColor(200, 30, 30, 90));
-        ASSERT_TRUE(picture.save(scratch.path(u"clear.png"_s)));
-        ASSERT_TRUE(picture.convertToFormat(QImage::Format_RGB32).save(scratch.path(u"photo.jpg"_s)));
+        scratch.writePicture(u"opaque.png"_s, {80, 40}, QColor(200, 30, 30));
+        scratch.writePicture(u"photo.jpg"_s, {80, 40}, QColor(200, 30, 30));
+        scratch.writePicture(u"clear.png"_s, {80, 40}, QColor(200, 30, 30, 90));
     }
     ToolResult run(const QStringList& arguments) const
     {
@@ -49,29 +46,6 @@ class MixedJob : public testing::Test
 
     Scratch scratch;
 };
-
-TEST_F(MixedJob, NumbersContinueThroughFilesOfAllKinds)
-{
-    scratch.write(u"in/a.pdf"_s, numberedPdf(2));
-    QImage page(200, 120, QImage::Format_RGBA8888);
-    page.fill(Qt::white);
-    ASSERT_TRUE(page.save(at("in/b.png")));
-    TiffBuilder(at("in/c.tif")).page(page, {.compression = 5}).page(page, {.compression = 5});
-    scratch.write(u"in/d.pdf"_s, numberedPdf(1));
-    const ToolResult result =
-        run(words("--continuous --text N{0}of{1} --image") + QStringList{at("opaque.png")} +
-            words("--anchor TopRight") + QStringList{at("in")});
-    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
-    EXPECT_TRUE(pdfText(at("out/a.pdf"), 2).contains(u"N2of6"_s));
-    EXPECT_TRUE(pdfText(at("out/d.pdf"), 1).contains(u"N6of6"_s));
-    for (const char* name : {"out/b.png", "out/c.tif"}) {
-        for (const TiffPage& tiff : readTiff(at(name))) {
-            EXPECT_NEAR(tiff.image.pixelColor(160, 20).red(), 200, 3);
-            EXPECT_NEAR(tiff.image.pixelColor(100, 20).red(), 255, 3);
-        }
-    }
-    EXPECT_EQ(readTiff(at("out/c.tif")).size(), 2U);
-}
 
 TEST_F(MixedJob, APictureIsOneObjectOfADocument)
 {

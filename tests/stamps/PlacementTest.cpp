@@ -75,20 +75,18 @@ TEST(Placement, TheCornerThatComesFirstDecides)
     // A square larger than the area, turned by 45 degrees, sticks out on all sides. The shift is the distance
     // of the first corner that sticks out, and the order of the corners depends on the angle and on the
     // anchor's group.
-    const QRectF area(0, 0, 60, 60);
     const double half = 50 * std::sqrt(2.0);
-    const QPointF upright = getTransformedPoint({100, 100}, 45, area, MarginAnchor::TopLeft, 0);
-    EXPECT_NEAR(upright.x(), 50 - half + 20, 1e-3);
-    EXPECT_NEAR(upright.y(), 50 + 20, 1e-3);
-    const QPointF upsideDown = getTransformedPoint({100, 100}, 225, area, MarginAnchor::TopLeft, 0);
-    EXPECT_NEAR(upsideDown.x(), 50 + half + 20, 1e-3);
-    EXPECT_NEAR(upsideDown.y(), 50 + 20, 1e-3);
-    const QPointF otherGroup =
-        getTransformedPoint({100, 100}, 45, area, MarginAnchor::MiddleLeft, 0); // centred at (50, 30)
-    EXPECT_NEAR(otherGroup.x(), 50 - half - 60, 1e-3);
-    EXPECT_NEAR(otherGroup.y(), 30 - 40, 1e-3);
-    const QPointF angleAsItIs = getTransformedPoint({100, 100}, 225 - 360, area, MarginAnchor::TopLeft, 0);
-    EXPECT_NEAR(angleAsItIs.x(), 50 + half - 60, 1e-3) << "a negative angle is in no half";
+    const Rows<const char*, int, MarginAnchor, QPointF> cases = {
+        {"upright", 45, MarginAnchor::TopLeft, {50 - half + 20, 50 + 20}},
+        {"upside down", 225, MarginAnchor::TopLeft, {50 + half + 20, 50 + 20}},
+        {"another group, centred at 50, 30", 45, MarginAnchor::MiddleLeft, {50 - half - 60, 30 - 40}},
+        {"a negative angle is in no half", 225 - 360, MarginAnchor::TopLeft, {50 + half - 60, 50 - 60}},
+    };
+    for (const auto& [what, angle, anchor, expected] : cases) {
+        const QPointF corner = getTransformedPoint({100, 100}, angle, {0, 0, 60, 60}, anchor, 0);
+        EXPECT_NEAR(corner.x(), expected.x(), 1e-3) << what;
+        EXPECT_NEAR(corner.y(), expected.y(), 1e-3) << what;
+    }
 }
 
 TEST(FacingPages, AlternateFromTheAnchorUntilReset)

@@ -2,7 +2,6 @@
 
 #include <QBuffer>
 #include <QImageWriter>
-#include <QtEndian>
 #include <gtest/gtest.h>
 
 namespace quillfern {

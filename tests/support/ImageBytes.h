@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QtEndian>
 #include <vector>
 
 namespace quillfern {
@@ -10,6 +11,14 @@ namespace quillfern {
 
 QByteArray bigEndian16(int value);
 QByteArray bigEndian32(unsigned value);
+
+/// Appends a number, the low byte first.
+template <class T>
+void putLittle(QByteArray& bytes, T value)
+{
+    const T little = qToLittleEndian(value);
+    bytes.append(reinterpret_cast<const char*>(&little), sizeof little);
+}
 
 /// What Qt's own encoder makes of the image.
 QByteArray encodedImage(const QImage& image, const char* format, bool isProgressive = false);

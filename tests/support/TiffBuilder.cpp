@@ -1,11 +1,12 @@
 #include "support/TiffBuilder.h"
 
+#include "support/Cases.h"
+#include "support/ImageBytes.h"
+
 #include <QFile>
 #include <QFloat16>
-#include <QtEndian>
 #include <array>
 #include <cstdarg>
-#include <gtest/gtest.h>
 #include <tiffio.h>
 
 namespace quillfern {
@@ -300,10 +301,7 @@ std::vector<TiffPage> readTiff(const QString& path)
         std::uint16_t* kinds = nullptr;
         if (TIFFGetField(tiff, TIFFTAG_EXTRASAMPLES, &extras, &kinds) == 1 && extras == 1)
             page.extraSample = kinds[0];
-        std::uint32_t profileSize = 0;
-        void* profile = nullptr;
         page.tags = readTags(tiff);
-        page.hasProfile = TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &profileSize, &profile) == 1;
         page.image = readPixels(tiff, width, height, page.samples == 4);
         pages.push_back(page);
     } while (TIFFReadDirectory(tiff) == 1);
@@ -316,36 +314,26 @@ std::vector<TiffPage> readTiff(const QString& path)
 QByteArray oldJpegTiff(const QByteArray& jpeg, int width, int height)
 {
     QByteArray bytes("II*\0", 4);
-    const auto put = [&bytes](auto value) {
-        const auto little = qToLittleEndian(value);
-        bytes.append(reinterpret_cast<const char*>(&little), sizeof little);
-    };
+    const auto put = [&bytes](auto value) { putLittle(bytes, value); };
     const auto stream = std::uint32_t{8};
     const auto size = static_cast<std::uint32_t>(jpeg.size());
     const std::uint32_t directory = (stream + size + 1) / 2 * 2;
     put(directory);
     bytes += jpeg;
     if (bytes.size() % 2 != 0) bytes += '\0';
-    struct Field
-    {
-        std::uint16_t tag;
-        std::uint16_t type;
-        std::uint32_t count;
-        std::uint32_t value;
-    };
     const auto w = static_cast<std::uint32_t>(width);
     const auto h = static_cast<std::uint32_t>(height);
-    const std::vector<Field> fields = {
+    const Rows<std::uint16_t, std::uint16_t, std::uint32_t, std::uint32_t> fields = {
         {256, 4, 1, w},      {257, 4, 1, h},    {258, 3, 3, directory + 2 + 12 * 12 + 4},
         {259, 3, 1, 6},      {262, 3, 1, 6},    {273, 4, 1, stream},
         {277, 3, 1, 3},      {278, 4, 1, h},    {279, 4, 1, size},
         {513, 4, 1, stream}, {514, 4, 1, size}, {530, 3, 2, 2U | 2U << 16}};
     put(static_cast<std::uint16_t>(fields.size()));
-    for (const Field& field : fields) {
-        put(field.tag);
-        put(field.type);
-        put(field.count);
-        put(field.value);
+    for (const auto& [tag, type, count, value] : fields) {
+        put(tag);
+        put(type);
+        put(count);
+        put(value);
     }
     put(std::uint32_t{0});
     bytes.resize(static_cast<qsizetype>(directory + 2 + 12 * 12 + 4));

@@ -58,7 +58,6 @@ struct TiffPage
     std::uint16_t extraSample = 0;
     float xResolution = 0;
     float yResolution = 0;
-    bool hasProfile = false;
     std::map<int, QByteArray> tags; ///< as in a TiffLayout
 };
 

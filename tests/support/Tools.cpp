@@ -99,9 +99,10 @@ bool PdfTextPage::contains(const QString& text) const
     return false;
 }
 
-std::vector<PdfTextPage> pdfWords(const QString& path)
+std::vector<PdfTextPage> pdfWords(const QString& path, bool visiblePart)
 {
-    const ToolResult result = runTool("pdftotext -bbox", {path, u"-"_s});
+    const ToolResult result =
+        runTool(visiblePart ? "pdftotext -bbox -cropbox" : "pdftotext -bbox", {path, u"-"_s});
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
     std::vector<PdfTextPage> pages;
     QXmlStreamReader xml(result.out);

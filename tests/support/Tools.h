@@ -66,8 +66,8 @@ struct PdfTextPage
     [[nodiscard]] bool contains(const QString& text) const;
 };
 
-/// The words of every page (pdftotext -bbox).
-std::vector<PdfTextPage> pdfWords(const QString& path);
+/// The words of every page (pdftotext -bbox), or of its visible part.
+std::vector<PdfTextPage> pdfWords(const QString& path, bool visiblePart = false);
 /// The plain text of one page, 1-based, trimmed (pdftotext).
 QString pdfText(const QString& path, int page);
 /// True when `qpdf --check` finds nothing wrong.

@@ -25,7 +25,8 @@ enum class Ink {
 class InkProbe final : public Canvas
 {
   public:
-    explicit InkProbe(TextShaper& shaper) : shaper_(shaper) {}
+    /// `space` takes what is drawn to the pixels that bounds() counts.
+    explicit InkProbe(TextShaper& shaper, const QTransform& space = {}) : shaper_(shaper), space_(space) {}
 
     [[nodiscard]] Ink ink() const { return ink_; }
     /// A rectangle around every mark, soft edges included; empty when there is none. Glyphs that are pictures

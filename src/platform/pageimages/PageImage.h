@@ -15,9 +15,11 @@ namespace quillfern::pageimages {
 struct PageImageRequest
 {
     FilePath path;
-    int page = 0;       ///< from 0
-    QSizeF box;         ///< points, that is, device-independent pixels
-    double density = 1; ///< device pixels in a device-independent one
+    int page = 0;             ///< from 0
+    QSizeF box;               ///< points, that is, device-independent pixels
+    double density = 1;       ///< device pixels in a device-independent one
+    bool visiblePage = false; ///< of a PDF what the crop box shows, otherwise the whole page
+    QString password = {};    ///< to be tried on a PDF that needs one
 
     bool operator==(const PageImageRequest&) const = default;
 };

@@ -19,7 +19,8 @@ std::optional<PageImage> PageImageCache::page(const PageImageRequest& request)
     // Links and other names for the file share its entry.
     const auto isIt = [&](const Entry& entry) {
         return entry.version.identity == version->identity && entry.request.page == request.page &&
-               entry.request.box == request.box && entry.request.density == request.density;
+               entry.request.box == request.box && entry.request.density == request.density &&
+               entry.request.visiblePage == request.visiblePage && entry.request.password == request.password;
     };
     const auto found = std::find_if(entries_.begin(), entries_.end(), isIt);
     if (found != entries_.end() && found->version == *version) {

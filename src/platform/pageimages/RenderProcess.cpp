@@ -65,12 +65,17 @@ std::optional<PageImage> RenderProcess::page(const PageImageRequest& request)
     QProcess process;
     process.setProgram(program_);
     process.setArguments({QString::fromLatin1(request.path.url().toEncoded()), QString::number(request.page),
-                          number(request.box.width()), number(request.box.height()),
-                          number(request.density)});
-    process.setStandardInputFile(QProcess::nullDevice());
+                          number(request.box.width()), number(request.box.height()), number(request.density),
+                          request.visiblePage ? QStringLiteral("visible") : QStringLiteral("whole")});
+    // The password goes where no other user of the machine can see it.
+    if (request.password.isEmpty()) process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     process.setChildProcessModifier([this] { confine(limits_); });
-    process.start(QIODevice::ReadOnly);
+    process.start();
+    if (!request.password.isEmpty()) {
+        process.write(request.password.toUtf8());
+        process.closeWriteChannel();
+    }
 
     const qint64 mostBytes = largestRenderReply(request);
     QByteArray reply;

@@ -4,6 +4,7 @@
 #include "platform/pdf/FileRepair.h"
 #include "platform/pdf/LibraryErrors.h"
 #include "platform/pdf/PageTree.h"
+#include "platform/pdf/PasswordAttempts.h"
 #include "platform/pdf/PdfForm.h"
 #include "platform/pdf/PdfPageBox.h"
 #include "platform/pdf/SourceEnd.h"
@@ -28,6 +29,14 @@ const char* const trailerOnly = "\nendstream\nendobj\ntrailer\n<<>>\n";
 /// The same for a file whose references are not to be followed.
 const char* const noReferences = "\nendstream\nendobj\ntrailer\n<<>>\nstartxref\n0\n%%EOF\n";
 
+/// A file and what is needed to read it.
+struct Source
+{
+    const FilePath& path;
+    std::string password;
+    const std::stop_token& stop;
+};
+
 /// A file as qpdf reads it, with every object read.
 struct Reading
 {
@@ -44,15 +53,15 @@ bool says(const QPDFExc& warning, const char* words)
     return warning.getMessageDetail().find(words) != std::string::npos;
 }
 
-Reading readFile(const FilePath& path, const std::string& tail, const std::stop_token& stop)
+Reading readFile(const Source& source, const std::string& tail)
 {
     Reading reading;
     reading.tail = tail;
-    reading.input = std::make_shared<FileInput>(path, stop);
+    reading.input = std::make_shared<FileInput>(source.path, source.stop);
     reading.input->setTail(tail);
-    reading.qpdf = newDocument(stop);
+    reading.qpdf = newDocument(source.stop);
     reading.qpdf->setSuppressWarnings(true);
-    reading.qpdf->processInputSource(reading.input, "");
+    reading.qpdf->processInputSource(reading.input, source.password.c_str());
     for (const QPDFExc& warning : reading.qpdf->getWarnings())
         reading.rebuilt = reading.rebuilt || says(warning, "Attempting to reconstruct");
     reading.qpdf->fixDanglingReferences(); // reads everything
@@ -64,21 +73,21 @@ Reading readFile(const FilePath& path, const std::string& tail, const std::stop_
 
 /// Reads a file with a trailer that says nothing, where it has none of its own: the library looks for the
 /// objects then.
-Reading readWithoutTrailer(const FilePath& path, const std::stop_token& stop)
+Reading readWithoutTrailer(const Source& source)
 {
-    return readFile(path, trailerOnly, stop);
+    return readFile(source, trailerOnly);
 }
 
-Reading readAtAll(const FilePath& path, const std::stop_token& stop)
+Reading readAtAll(const Source& source)
 {
     try {
-        return readFile(path, {}, stop);
+        return readFile(source, {});
     } catch (const QPDFExc& exception) {
         if (exception.getErrorCode() == qpdf_e_password || exception.getErrorCode() == qpdf_e_unsupported)
             throw;
-        return readWithoutTrailer(path, stop);
+        return readWithoutTrailer(source);
     } catch (const std::runtime_error&) {
-        return readWithoutTrailer(path, stop);
+        return readWithoutTrailer(source);
     }
 }
 
@@ -161,30 +170,30 @@ struct Attempt
 };
 
 /// Reads the file once more with what the library could not read in another form.
-Attempt mended(Reading reading, const FilePath& path, const std::stop_token& stop)
+Attempt mended(Reading reading, const Source& source)
 {
     Attempt attempt;
     attempt.reading = std::move(reading);
     if (attempt.reading.damaged) {
         FileRepair repair(*attempt.reading.qpdf, *attempt.reading.input, attempt.reading.rebuilt);
         if (repair.helps() || attempt.reading.cutShort) {
-            attempt.reading = readFile(path, attempt.reading.tail + repair.update(), stop);
+            attempt.reading = readFile(source, attempt.reading.tail + repair.update());
             const Reading& again = attempt.reading;
             attempt.unreadable = FileRepair(*again.qpdf, *again.input, again.rebuilt).unreadable();
         }
     }
     findCatalogue(*attempt.reading.qpdf);
-    attempt.tree = readPageTree(*attempt.reading.qpdf, stop);
+    attempt.tree = readPageTree(*attempt.reading.qpdf, source.stop);
     return attempt;
 }
 
 /// Looks for the objects in the file itself, where its cross-references do not lead to all pages.
-Attempt withAllPages(Attempt attempt, const FilePath& path, const std::stop_token& stop)
+Attempt withAllPages(Attempt attempt, const Source& source)
 {
     if (attempt.reading.rebuilt || (attempt.tree.unusable.empty() && !attempt.tree.pages.empty()))
         return attempt;
     try {
-        Attempt anew = mended(readFile(path, noReferences, stop), path, stop);
+        Attempt anew = mended(readFile(source, noReferences), source);
         if (anew.tree.pages.size() > attempt.tree.pages.size()) return anew;
     } catch (const Cancelled&) {
         throw;
@@ -313,21 +322,36 @@ void readEverything(OpenedDocument& opened)
             QT_TRANSLATE_NOOP("quillfern::Failure", "Parts of the document are damaged and cannot be read."));
 }
 
-OpenedDocument openDocument(const FilePath& path, const std::stop_token& stop, ReadAhead readAhead)
+namespace {
+
+OpenedDocument openWhole(const Source& source)
+{
+    Attempt attempt = withAllPages(mended(readAtAll(source), source), source);
+    checkPages(attempt);
+    std::optional<Reason> loss = lossOf(attempt);
+    OpenedDocument opened;
+    opened.input = std::move(attempt.reading.input);
+    opened.qpdf = std::move(attempt.reading.qpdf);
+    opened.plain = std::make_unique<PlainStreams>(*opened.qpdf, *opened.input);
+    opened.pages = std::move(attempt.tree.pages);
+    opened.loss = std::move(loss);
+    return opened;
+}
+
+} // namespace
+
+OpenedDocument openDocument(const FilePath& path, const std::stop_token& stop, ReadAhead readAhead,
+                            const Passwords& passwords)
 {
     return translated([&] {
         if (readAhead == ReadAhead::Pages)
             if (auto sound = openSound(path, stop)) return OpenedDocument(std::move(*sound));
-        Attempt attempt = withAllPages(mended(readAtAll(path, stop), path, stop), path, stop);
-        checkPages(attempt);
-        std::optional<Reason> loss = lossOf(attempt);
-        OpenedDocument opened;
-        opened.input = std::move(attempt.reading.input);
-        opened.qpdf = std::move(attempt.reading.qpdf);
-        opened.plain = std::make_unique<PlainStreams>(*opened.qpdf, *opened.input);
-        opened.pages = std::move(attempt.tree.pages);
-        opened.loss = std::move(loss);
-        return opened;
+        return withPassword(
+            passwords,
+            [&](const std::string& password) {
+                return openWhole({path, password, stop});
+            },
+            [](const OpenedDocument& opened) -> QPDF& { return *opened.qpdf; });
     });
 }
 

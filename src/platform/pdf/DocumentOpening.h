@@ -2,6 +2,7 @@
 
 #include "platform/pdf/DocumentPointer.h"
 #include "platform/pdf/FileInput.h"
+#include "platform/pdf/Passwords.h"
 #include "platform/pdf/PlainStreams.h"
 #include "platform/pdf/ReadAhead.h"
 #include "platform/system/Failure.h"
@@ -30,12 +31,13 @@ struct OpenedDocument
     bool isReadWhole = true; ///< every object is read, so that all references are known
 };
 
-/// Opens a file that needs no password to be read. qpdf drops an object that it cannot read and goes on;
-/// here such objects, a lost trailer or catalogue and a page tree that is none are put right first. Throws
-/// Failure when the file is no document, needs a password, or when a page that is in the file, or its
-/// content, cannot be read; Cancelled once `stop` is stopped.
+/// Opens a file that needs no password to be read, or one of these. qpdf drops an object that it cannot read
+/// and goes on; here such objects, a lost trailer or catalogue and a page tree that is none are put right
+/// first. Throws LockedDocument when no password opens the file, Failure when it is no document, or when a
+/// page that is in the file, or its content, cannot be read; Cancelled once `stop` is stopped.
 [[nodiscard]] OpenedDocument openDocument(const FilePath& path, const std::stop_token& stop = {},
-                                          ReadAhead readAhead = ReadAhead::Pages);
+                                          ReadAhead readAhead = ReadAhead::Pages,
+                                          const Passwords& passwords = {});
 
 /// Reads what is left of a sound file. Throws Failure when something of it cannot be read.
 void readEverything(OpenedDocument& document);

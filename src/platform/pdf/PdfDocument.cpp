@@ -26,20 +26,23 @@ namespace quillfern::pdf {
 
 namespace {
 
-/// Stamped and blanked pages show exactly their media box.
-void showWholeMediaBox(QPDFObjectHandle page, const PdfPageBox& box)
+/// Stamped and blanked pages show exactly their media box, or keep their crop box.
+void showArea(QPDFObjectHandle page, const PdfPageBox& box, PageArea area)
 {
-    const QRectF& media = box.mediaBox();
-    const auto asArray = [&] {
+    const auto asArray = [](const QRectF& rect) {
         return QPDFObjectHandle::newFromRectangle(
-            QPDFObjectHandle::Rectangle(media.left(), media.top(), media.right(), media.bottom()));
+            QPDFObjectHandle::Rectangle(rect.left(), rect.top(), rect.right(), rect.bottom()));
     };
     // Viewers differ on a page without a usable box; the stamp was placed on this one.
-    if (!box.isStated()) page.replaceKey("/MediaBox", asArray());
+    if (!box.isStated()) page.replaceKey("/MediaBox", asArray(box.mediaBox()));
+    if (area == PageArea::Visible) {
+        if (!box.isAreaStated()) page.replaceKey("/CropBox", asArray(box.area()));
+        return;
+    }
     if (inheritedAttribute(page, "/CropBox").isNull()) return;
     page.removeKey("/CropBox");
     // An ancestor's crop box would come back; only the page's own overrules it.
-    if (!inheritedAttribute(page, "/CropBox").isNull()) page.replaceKey("/CropBox", asArray());
+    if (!inheritedAttribute(page, "/CropBox").isNull()) page.replaceKey("/CropBox", asArray(box.mediaBox()));
 }
 
 } // namespace
@@ -87,6 +90,8 @@ class PdfDocument::Private
     Signatures signatures;
     PdfResources resources;
     std::set<QPDFObjGen> widgetsToDrop;
+    PageArea area = PageArea::Whole;
+    bool isUnlocked = false;
 
   private:
     QPDFObjectHandle saveState();
@@ -225,7 +230,8 @@ class PdfDocument::StampedPage final : public PdfPage
 {
   public:
     StampedPage(Private& document, const QPDFObjectHandle& page, drawing::TextShaper& shaper)
-        : document_(document), page_(page), box_(page), resources_(inheritedAttribute(page, "/Resources")),
+        : document_(document), page_(page), box_(page, document.area),
+          resources_(inheritedAttribute(page, "/Resources")),
           under_(document.resources, resources_, shaper, box_.toUserSpace()),
           over_(document.resources, resources_, shaper, box_.toUserSpace())
     {
@@ -238,7 +244,7 @@ class PdfDocument::StampedPage final : public PdfPage
     {
         translated([this] {
             document_.changes.noteChanged(page_);
-            showWholeMediaBox(page_, box_);
+            showArea(page_, box_, document_.area);
             if (!resources_.empty())
                 page_.replaceKey("/Resources", document_.resourcesWith(page_, resources_));
             if (under_.content().empty() && over_.content().empty()) return;
@@ -265,12 +271,13 @@ PdfDocument::PdfDocument(std::unique_ptr<Private> data) : d(std::move(data))
 PdfDocument::~PdfDocument() = default;
 
 std::unique_ptr<PdfDocument> PdfDocument::open(const FilePath& path, const std::stop_token& stop,
-                                               ReadAhead readAhead, std::shared_ptr<SharedCodings> codings)
+                                               ReadAhead readAhead, const Passwords& passwords,
+                                               std::shared_ptr<SharedCodings> codings)
 {
     if (!codings) codings = std::make_shared<SharedCodings>();
     return translated([&] {
-        return std::unique_ptr<PdfDocument>(new PdfDocument(
-            std::make_unique<Private>(openDocument(path, stop, readAhead), stop, std::move(codings))));
+        return std::unique_ptr<PdfDocument>(new PdfDocument(std::make_unique<Private>(
+            openDocument(path, stop, readAhead, passwords), stop, std::move(codings))));
     });
 }
 
@@ -295,9 +302,29 @@ bool PdfDocument::breaksSignature() const
     return d->signatures.isCertified || (d->signatures.isSigned && d->changes.isRebuilt());
 }
 
+void PdfDocument::setPageArea(PageArea area)
+{
+    d->area = area;
+}
+
+void PdfDocument::unlock()
+{
+    translated([&] {
+        if (!d->qpdf.isEncrypted()) return;
+        if (!d->qpdf.ownerPasswordMatched())
+            throw Failure(QT_TRANSLATE_NOOP(
+                "quillfern::Failure",
+                "The document's encryption was not removed: that takes the password for permissions (the "
+                "owner's), and the password that was given only opens it."));
+        d->changes.noteRebuilt();
+        d->isUnlocked = true;
+    });
+}
+
 QSizeF PdfDocument::pageSize(int index) const
 {
-    return translated([&] { return PdfPageBox(d->pages.at(static_cast<std::size_t>(index))).displaySize(); });
+    return translated(
+        [&] { return PdfPageBox(d->pages.at(static_cast<std::size_t>(index)), d->area).displaySize(); });
 }
 
 std::unique_ptr<PdfPage> PdfDocument::stampPage(int index, drawing::TextShaper& shaper)
@@ -323,7 +350,7 @@ void PdfDocument::blankPage(int index)
                                 "/Group", "/Metadata", "/Trans", "/AF"})
             page.removeKey(key);
         page.replaceKey("/Resources", QPDFObjectHandle::newDictionary());
-        showWholeMediaBox(page, PdfPageBox(page));
+        showArea(page, PdfPageBox(page, d->area), d->area);
     });
 }
 
@@ -354,7 +381,11 @@ void PdfDocument::save(const PdfWriter& writer, store::AtomicFile& target)
         if (d->archivalPart == 1 && d->resources.usesTransparency()) d->metadata.withdrawArchivalClaim();
         if (d->resources.usesTransparency()) d->changes.noteTransparency();
         if (d->changes.isRebuilt()) readEverything(d->document);
-        writer.write({d->qpdf, d->changes, d->objects, *d->document.input}, target, d->stop);
+        const EditedDocument edited{d->qpdf, d->changes, d->objects, *d->document.input};
+        if (d->isUnlocked)
+            RewritingPdfWriter(Encryption::Removed).write(edited, target, d->stop);
+        else
+            writer.write(edited, target, d->stop);
     });
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/drawing/Canvas.h"
+#include "platform/pdf/PageArea.h"
+#include "platform/pdf/Passwords.h"
 #include "platform/pdf/ReadAhead.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FilePath.h"
@@ -41,14 +43,13 @@ class PdfPage : public drawing::PageLayers
 class PdfDocument
 {
   public:
-    /// Opens a file that needs no password to be read; repairs what can be repaired. Throws Failure when it
-    /// is no PDF file, needs a password, or is so damaged that a page would be lost. Once `stop` is stopped,
-    /// this and everything that is done to the document later throws Cancelled. `codings` are shared with
-    /// other documents that get the same stamps.
-    [[nodiscard]] static std::unique_ptr<PdfDocument> open(const FilePath& path,
-                                                           const std::stop_token& stop = {},
-                                                           ReadAhead readAhead = ReadAhead::Pages,
-                                                           std::shared_ptr<SharedCodings> codings = {});
+    /// Opens a file that needs no password to be read, or one of these; repairs what can be repaired. Throws
+    /// LockedDocument when it needs another password, Failure when it is no PDF file or is so damaged that a
+    /// page would be lost. Once `stop` is stopped, this and everything that is done to the document later
+    /// throws Cancelled. `codings` are shared with other documents that get the same stamps.
+    [[nodiscard]] static std::unique_ptr<PdfDocument>
+    open(const FilePath& path, const std::stop_token& stop = {}, ReadAhead readAhead = ReadAhead::Pages,
+         const Passwords& passwords = {}, std::shared_ptr<SharedCodings> codings = {});
     ~PdfDocument();
     PdfDocument(const PdfDocument&) = delete;
     PdfDocument& operator=(const PdfDocument&) = delete;
@@ -60,11 +61,17 @@ class PdfDocument
     [[nodiscard]] bool isSigned() const;
     /// Whether a signature no longer holds; known when the document is saved.
     [[nodiscard]] bool breaksSignature() const;
-    /// The page as its reader sees it, in points: the media box, turned by /Rotate and scaled by /UserUnit.
+    /// Where stamps are placed from now on; on the whole page unless this is called.
+    void setPageArea(PageArea area);
+    /// Removes the encryption. Throws Failure when the password that opened the document does not permit
+    /// that; see Passwords.
+    void unlock();
+    /// The page as its reader sees it, in points: its area, turned by /Rotate and scaled by /UserUnit.
     [[nodiscard]] QSizeF pageSize(int index) const;
 
-    /// Begins to stamp a page; its canvases span the media box in points, origin at the top left as it is
-    /// read, y down. The page afterwards shows exactly its media box. The shaper must outlive the page.
+    /// Begins to stamp a page; its canvases span its area in points, origin at the top left as it is read, y
+    /// down. The page afterwards shows exactly its media box, or keeps its crop box where that is the area.
+    /// The shaper must outlive the page.
     [[nodiscard]] std::unique_ptr<PdfPage> stampPage(int index, drawing::TextShaper& shaper);
     /// Removes content, resources, annotations (with their form fields), actions and metadata from a page;
     /// its media box and rotation stay, and it shows exactly that box, as a stamped page does.

@@ -24,6 +24,20 @@ bool readBox(QPDFObjectHandle array, QRectF& box)
     return box.width() > 0 && box.height() > 0;
 }
 
+/// Finds the nearest usable box. A box that is none does not hide the one above it, but `isPlain` is false
+/// then.
+bool findBox(QPDFObjectHandle node, const char* key, QRectF& box, bool& isPlain)
+{
+    for (int depth = 0; depth < deepestPageTree && node.isDictionary(); ++depth) {
+        QPDFObjectHandle value = node.getKey(key);
+        if (readBox(value, box)) return true;
+        isPlain = isPlain && value.isNull();
+        node = node.getKey("/Parent");
+    }
+    box = QRectF();
+    return false;
+}
+
 } // namespace
 
 QPDFObjectHandle inheritedAttribute(QPDFObjectHandle page, const std::string& key, QPDFObjectHandle* holder)
@@ -39,19 +53,19 @@ QPDFObjectHandle inheritedAttribute(QPDFObjectHandle page, const std::string& ke
     return QPDFObjectHandle::newNull();
 }
 
-PdfPageBox::PdfPageBox(QPDFObjectHandle page)
+PdfPageBox::PdfPageBox(QPDFObjectHandle page, PageArea area)
 {
-    // A box that is none does not hide the one above it.
-    bool usable = false;
-    QPDFObjectHandle node = page;
-    for (int depth = 0; depth < deepestPageTree && node.isDictionary() && !usable; ++depth) {
-        QPDFObjectHandle value = node.getKey("/MediaBox");
-        usable = readBox(value, box_);
-        stated_ = stated_ && (usable || value.isNull());
-        node = node.getKey("/Parent");
+    bool isPlain = true;
+    stated_ = findBox(page, "/MediaBox", media_, isPlain) && isPlain;
+    if (media_.isEmpty()) media_ = QRectF(0, 0, 612, 792);
+    box_ = media_;
+    if (area == PageArea::Visible) {
+        QRectF crop;
+        bool isCropPlain = true;
+        const bool isFound = findBox(page, "/CropBox", crop, isCropPlain);
+        areaStated_ = isCropPlain && (!isFound || media_.contains(crop));
+        if (isFound && crop.intersects(media_)) box_ = crop & media_;
     }
-    stated_ = stated_ && usable;
-    if (!usable) box_ = QRectF(0, 0, 612, 792);
     QPDFObjectHandle rotate = inheritedAttribute(page, "/Rotate");
     if (rotate.isNumber()) {
         const double degrees = rotate.getNumericValue();

@@ -3,6 +3,7 @@
 #include "platform/pdf/DocumentOpening.h"
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/LibraryErrors.h"
+#include "platform/pdf/PasswordAttempts.h"
 #include "platform/system/Cancellation.h"
 
 #include <qpdf/QPDF.hh>
@@ -11,12 +12,12 @@ namespace quillfern::pdf {
 
 namespace {
 
-DocumentPointer openQuietly(const FilePath& path, const QByteArray& password,
+DocumentPointer openQuietly(const FilePath& path, const std::string& password,
                             const std::stop_token& stop = {})
 {
     DocumentPointer document = newDocument(stop);
     document->setSuppressWarnings(true);
-    document->processInputSource(std::make_shared<FileInput>(path, stop), password.constData());
+    document->processInputSource(std::make_shared<FileInput>(path, stop), password.c_str());
     return document;
 }
 
@@ -41,11 +42,15 @@ int statedCount(QPDFObjectHandle root)
 }
 
 /// The count of a file that can be read as it is; 0 for any other.
-int quickCount(const FilePath& path, const std::stop_token& stop)
+int quickCount(const FilePath& path, const std::stop_token& stop, const Passwords& passwords)
 {
     try {
-        return translated(
-            [&] { return statedCount(openQuietly(path, {}, stop)->getRoot().getKey("/Pages")); });
+        return translated([&] {
+            const DocumentPointer document = withPassword(
+                passwords, [&](const std::string& password) { return openQuietly(path, password, stop); },
+                [](const DocumentPointer& opened) -> QPDF& { return *opened; });
+            return statedCount(document->getRoot().getKey("/Pages"));
+        });
     } catch (const Cancelled&) {
         throw;
     } catch (const std::exception&) {
@@ -55,12 +60,12 @@ int quickCount(const FilePath& path, const std::stop_token& stop)
 
 } // namespace
 
-int pdfPageCount(const FilePath& path, const std::stop_token& stop)
+int pdfPageCount(const FilePath& path, const std::stop_token& stop, const Passwords& passwords)
 {
-    const int stated = quickCount(path, stop);
+    const int stated = quickCount(path, stop, passwords);
     if (stated > 0) return stated;
     try {
-        return static_cast<int>(openDocument(path, stop).pages.size());
+        return static_cast<int>(openDocument(path, stop, ReadAhead::Pages, passwords).pages.size());
     } catch (const Cancelled&) {
         throw;
     } catch (const std::exception&) {
@@ -68,10 +73,11 @@ int pdfPageCount(const FilePath& path, const std::stop_token& stop)
     }
 }
 
-std::optional<Reason> pdfProblem(const FilePath& path, const std::stop_token& stop)
+std::optional<Reason> pdfProblem(const FilePath& path, const std::stop_token& stop,
+                                 const Passwords& passwords)
 {
     try {
-        static_cast<void>(openDocument(path, stop));
+        static_cast<void>(openDocument(path, stop, ReadAhead::Pages, passwords));
         return std::nullopt;
     } catch (const Cancelled&) {
         throw;
@@ -83,7 +89,7 @@ std::optional<Reason> pdfProblem(const FilePath& path, const std::stop_token& st
 bool pdfOpensWith(const FilePath& path, const QString& password)
 {
     try {
-        translated([&] { openQuietly(path, password.toUtf8()); });
+        translated([&] { openQuietly(path, password.toStdString()); });
         return true;
     } catch (const std::exception&) {
         return false;

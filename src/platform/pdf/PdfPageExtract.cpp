@@ -2,6 +2,7 @@
 
 #include "platform/pdf/FileInput.h"
 #include "platform/pdf/LibraryErrors.h"
+#include "platform/pdf/PasswordAttempts.h"
 #include "platform/pdf/PdfPageBox.h"
 #include "platform/system/Failure.h"
 
@@ -86,22 +87,29 @@ QPDFObjectHandle selfContained(QPDF& source, QPDFObjectHandle page, const PdfPag
 {
     QPDFObjectHandle single = withKeys(page, {"/Contents", "/Group"});
     single.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
-    single.replaceKey("/MediaBox", QPDFObjectHandle::newFromRectangle(QPDFObjectHandle::Rectangle(
-                                       box.mediaBox().left(), box.mediaBox().top(), box.mediaBox().right(),
-                                       box.mediaBox().bottom())));
+    single.replaceKey("/MediaBox",
+                      QPDFObjectHandle::newFromRectangle(QPDFObjectHandle::Rectangle(
+                          box.area().left(), box.area().top(), box.area().right(), box.area().bottom())));
     for (const char* key : {"/Resources", "/Rotate"})
         single.replaceKey(key, inheritedAttribute(page, key));
     single.replaceKey("/Annots", visibleAnnotations(page));
     return source.makeIndirectObject(single);
 }
 
-ExtractedPage extract(const FilePath& path, int index)
+ExtractedPage extract(const FilePath& path, int index, PageArea area, const Passwords& passwords)
 {
-    QPDF source;
-    source.setSuppressWarnings(true);
-    source.processInputSource(std::make_shared<FileInput>(path), "");
+    const auto opened = withPassword(
+        passwords,
+        [&](const std::string& password) {
+            auto document = std::make_unique<QPDF>();
+            document->setSuppressWarnings(true);
+            document->processInputSource(std::make_shared<FileInput>(path), password.c_str());
+            return document;
+        },
+        [](const std::unique_ptr<QPDF>& document) -> QPDF& { return *document; });
+    QPDF& source = *opened;
     QPDFObjectHandle page = pageAt(source, index);
-    const PdfPageBox box(page);
+    const PdfPageBox box(page, area);
 
     QPDF single;
     single.setSuppressWarnings(true);
@@ -129,9 +137,9 @@ ExtractedPage extract(const FilePath& path, int index)
 
 } // namespace
 
-ExtractedPage extractPdfPage(const FilePath& path, int index)
+ExtractedPage extractPdfPage(const FilePath& path, int index, PageArea area, const Passwords& passwords)
 {
-    return translated([&] { return extract(path, index); });
+    return translated([&] { return extract(path, index, area, passwords); });
 }
 
 } // namespace quillfern::pdf

@@ -54,6 +54,7 @@ void RewritingPdfWriter::write(const EditedDocument& edited, store::AtomicFile& 
     writer.setOutputPipeline(&pipeline);
     writer.setStreamDataMode(qpdf_s_preserve);
     writer.setObjectStreamMode(qpdf_o_preserve);
+    writer.setPreserveEncryption(encryption_ == Encryption::Kept);
     writer.setPreserveUnreferencedObjects(false);
     writer.setMinimumPDFVersion(edited.changes.usesTransparency() ? "1.4" : "1.3");
     writer.write();

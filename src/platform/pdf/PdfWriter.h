@@ -35,11 +35,19 @@ class PdfWriter
                        std::stop_token stop) const = 0;
 };
 
-/// Writes every object anew, streams as they are. Object streams and encryption are kept.
+/// What becomes of the encryption of a document.
+enum class Encryption { Kept, Removed };
+
+/// Writes every object anew, streams as they are. Object streams are kept, and so is encryption, with the
+/// permissions and both passwords, unless it is to be removed.
 class RewritingPdfWriter final : public PdfWriter
 {
   public:
+    explicit RewritingPdfWriter(Encryption encryption = Encryption::Kept) : encryption_(encryption) {}
     void write(const EditedDocument& edited, store::AtomicFile& target, std::stop_token stop) const override;
+
+  private:
+    Encryption encryption_;
 };
 
 /// Writes a copy of the source followed by an incremental update (ISO 32000-1, 7.5.6) that holds only the new

@@ -37,19 +37,21 @@ struct CodedPicture
     std::optional<CodedPixels> mask; ///< opacity; none when every pixel is opaque
 };
 
-/// What the documents of one job have in common: subsets of fonts and pictures, coded once for all documents. Any
-/// thread.
+/// What the documents of one job have in common: subsets of fonts and pictures, coded once for all documents.
+/// Any thread.
 class SharedCodings
 {
   public:
     using MakeFont = std::function<std::optional<CodedFont>()>;
     using MakePicture = std::function<CodedPicture()>;
 
-    /// The font under this key, which stands for the face and all that it is to show; `make` is called when nobody has
-    /// asked for it yet, and throws or returns nothing when the font cannot be made.
-    [[nodiscard]] std::shared_ptr<const std::optional<CodedFont>> font(const QByteArray& key, const MakeFont& make);
+    /// The font under this key, which stands for the face and all that it is to show; `make` is called when
+    /// nobody has asked for it yet, and throws or returns nothing when the font cannot be made.
+    [[nodiscard]] std::shared_ptr<const std::optional<CodedFont>> font(const QByteArray& key,
+                                                                       const MakeFont& make);
     /// The same for a picture, which is kept.
-    [[nodiscard]] std::shared_ptr<const CodedPicture> picture(const drawing::Picture& picture, const MakePicture& make);
+    [[nodiscard]] std::shared_ptr<const CodedPicture> picture(const drawing::Picture& picture,
+                                                              const MakePicture& make);
 
   private:
     template <class Value>
@@ -57,7 +59,8 @@ class SharedCodings
     {
         std::once_flag once;
         std::shared_ptr<const Value> value;
-        std::optional<drawing::Picture> picture = std::nullopt; ///< a key is unique only while its picture lives
+        std::optional<drawing::Picture> picture =
+            std::nullopt; ///< a key is unique only while its picture lives
     };
     template <class Key, class Value>
     using Entries = std::map<Key, std::shared_ptr<Entry<Value>>>;

@@ -2,17 +2,36 @@
 
 #include "platform/raster/RasterLimits.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace quillfern::raster {
 
+namespace {
+
+std::vector<int> pagesFrom(int first, int last)
+{
+    std::vector<int> pages(static_cast<std::size_t>(std::max(0, last - first + 1)));
+    std::iota(pages.begin(), pages.end(), first);
+    return pages;
+}
+
+} // namespace
+
 PageFeed::PageFeed(RasterReader& reader, int first, int last, const std::stop_token& stop)
-    : onRequest_(stop, Stop{ending_}), first_(first), last_(last), page_(first)
+    : PageFeed(reader, pagesFrom(first, last), stop)
+{
+}
+
+PageFeed::PageFeed(RasterReader& reader, std::vector<int> pages, const std::stop_token& stop)
+    : onRequest_(stop, Stop{ending_}), pages_(std::move(pages))
 {
     lanes_.push_back({&reader});
-    if (first < last && reader.nextPageBytes() <= static_cast<double>(largestPageInPairs))
+    if (pages_.size() > 1 && reader.nextPageBytes() <= static_cast<double>(largestPageInPairs))
         twin_ = reader.twin();
     if (twin_) lanes_.push_back({twin_.get()});
-    for (Lane& lane : lanes_)
-        decodeAhead(lane, first++);
+    for (std::size_t i = 0; i < lanes_.size(); ++i)
+        decodeAhead(lanes_[i], i);
 }
 
 PageFeed::~PageFeed()
@@ -22,10 +41,10 @@ PageFeed::~PageFeed()
         if (lane.ahead.valid()) lane.ahead.wait();
 }
 
-void PageFeed::decodeAhead(Lane& lane, int page)
+void PageFeed::decodeAhead(Lane& lane, std::size_t index)
 {
-    if (page > last_) return;
-    for (; lane.position < page; ++lane.position)
+    if (index >= pages_.size()) return;
+    for (; lane.position < pages_[index]; ++lane.position)
         lane.reader->skipPage(ending_.get_token());
     ++lane.position;
     lane.ahead =
@@ -39,12 +58,12 @@ void PageFeed::decodeAhead(Lane& lane, int page)
 
 std::optional<RasterPage> PageFeed::next()
 {
-    if (page_ > last_) return std::nullopt;
-    Lane& lane = lanes_[static_cast<std::size_t>(page_ - first_) % lanes_.size()];
+    if (index_ == pages_.size()) return std::nullopt;
+    Lane& lane = lanes_[index_ % lanes_.size()];
     std::optional<RasterPage> page = lane.ahead.get();
     if (!page) page = lane.reader->readPage(ending_.get_token());
-    decodeAhead(lane, page_ + static_cast<int>(lanes_.size()));
-    ++page_;
+    decodeAhead(lane, index_ + lanes_.size());
+    ++index_;
     return page;
 }
 

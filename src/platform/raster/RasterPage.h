@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QSizeF>
 #include <cstdint>
 
 namespace quillfern::raster {
@@ -21,6 +22,7 @@ struct RasterPage
     std::uint32_t group3Options = 0; ///< how a fax page was coded, as TIFF's T4Options
     QByteArray colourProfile;        ///< ICC profile of the samples; empty when there is none
     PageTags tags;
+    QSizeF points; ///< width and height in points, where pages of one file can differ in that; else empty
 
     [[nodiscard]] bool hasAlpha() const { return image.format() == QImage::Format_RGBA8888; }
     [[nodiscard]] bool isMono() const { return image.format() == QImage::Format_Mono; }

@@ -3,6 +3,7 @@
 #include "platform/raster/FaxEncoder.h"
 #include "platform/raster/JpegCodec.h"
 #include "platform/raster/LzwEncoder.h"
+#include "platform/raster/TiffOpenOptions.h"
 #include "platform/system/Failure.h"
 
 #include <algorithm>
@@ -53,18 +54,10 @@ struct Closer
     void operator()(TIFF* tiff) const { TIFFClose(tiff); }
 };
 
-struct OptionsFree
-{
-    void operator()(TIFFOpenOptions* options) const { TIFFOpenOptionsFree(options); }
-};
-
 std::unique_ptr<TIFF, Closer> openScratch(Scratch& scratch)
 {
-    const std::unique_ptr<TIFFOpenOptions, OptionsFree> options(TIFFOpenOptionsAlloc());
-    if (!options) throw std::bad_alloc();
     const auto silent = [](TIFF*, void*, const char*, const char*, va_list) { return 1; };
-    TIFFOpenOptionsSetErrorHandlerExtR(options.get(), silent, nullptr);
-    TIFFOpenOptionsSetWarningHandlerExtR(options.get(), silent, nullptr);
+    const auto options = tiffOpenOptions(silent, nullptr);
     return std::unique_ptr<TIFF, Closer>(TIFFClientOpenExt(
         "strip", "wl", &scratch, readScratch, writeScratch, seekScratch, [](thandle_t) { return 0; },
         [](thandle_t handle) { return static_cast<toff_t>(static_cast<Scratch*>(handle)->bytes.size()); },

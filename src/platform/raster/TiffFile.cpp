@@ -1,6 +1,7 @@
 #include "platform/raster/TiffFile.h"
 
 #include "platform/raster/RasterLimits.h"
+#include "platform/raster/TiffOpenOptions.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 
@@ -13,18 +14,9 @@ namespace quillfern::raster {
 
 namespace {
 
-struct OptionsFree
+auto openOptions(TIFFErrorHandlerExtR onError, void* file)
 {
-    void operator()(TIFFOpenOptions* options) const { TIFFOpenOptionsFree(options); }
-};
-
-std::unique_ptr<TIFFOpenOptions, OptionsFree> openOptions(TIFFErrorHandlerExtR onError, void* file)
-{
-    std::unique_ptr<TIFFOpenOptions, OptionsFree> options(TIFFOpenOptionsAlloc());
-    if (!options) throw std::bad_alloc();
-    TIFFOpenOptionsSetErrorHandlerExtR(options.get(), onError, file);
-    TIFFOpenOptionsSetWarningHandlerExtR(
-        options.get(), [](TIFF*, void*, const char*, const char*, va_list) { return 1; }, nullptr);
+    auto options = tiffOpenOptions(onError, file);
     TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), largestPageBytes + (1 << 20));
     return options;
 }

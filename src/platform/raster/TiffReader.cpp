@@ -42,7 +42,9 @@ double TiffReader::nextPageBytes()
 RasterPage TiffReader::readPage(const std::stop_token& stop)
 {
     file_.setStop(stop);
-    RasterPage page = decodeTiffPage(file_, info());
+    const TiffPageInfo described = info();
+    RasterPage page = decodeTiffPage(file_, described);
+    page.points = described.sizeInPoints();
     pending_ = 1;
     return page;
 }

@@ -1,7 +1,6 @@
 #include "platform/pageimages/RenderProcess.h"
 
 #include "platform/pageimages/PageImageCache.h"
-#include "platform/system/NativePath.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
 
@@ -10,7 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <cmath>
-#include <cstdio>
 #include <utime.h>
 
 namespace quillfern::pageimages {
@@ -84,17 +82,6 @@ TEST(RenderProcess, ShowsRasterFiles)
     EXPECT_NEAR(page->size.width(), 144, 0.1);
     EXPECT_EQ(page->image.size(), QSize(144, 96));
     EXPECT_TRUE(isNear(page->image.pixel(70, 50), 0xFF00FF00));
-}
-
-TEST(RenderProcess, ShowsFilesWhoseNamesAreNotUtf8)
-{
-    const Scratch scratch;
-    const QString written = scratch.write(u"a.pdf"_s, halfRed());
-    const QString odd = scratch.path() + pathText("/caf\xE9 100%.pdf");
-    ASSERT_EQ(std::rename(nativePath(written).constData(), nativePath(odd).constData()), 0);
-    RenderProcess process(renderer());
-    PageImageCache cache(process);
-    EXPECT_TRUE(cache.page({asPath(odd), 0, {600, 850}, 1}));
 }
 
 /// A shading whose function takes seconds for every pixel row.

@@ -56,14 +56,7 @@ QByteArray directoryInFront(int compression, qsizetype missing, qsizetype overst
 
 TEST(TiffReaderTest, AStripMayEndEarlyWhereNoPixelIsMissing)
 {
-    const struct
-    {
-        const char* name;
-        int compression;
-        qsizetype missing;
-        qsizetype overstated;
-        bool isWhole;
-    } cases[] = {
+    const Rows<const char*, int, qsizetype, qsizetype, bool> cases = {
         {"plain, size too large", 1, 0, 100, true},   {"LZW, size too large", 5, 0, 100, true},
         {"LZW, end mark missing", 5, 1, 0, true},     {"Deflate, size too large", 8, 0, 5000, true},
         {"Group 4, size too large", 4, 0, 100, true}, {"Group 4, end mark missing", 4, 3, 0, true},
@@ -72,12 +65,12 @@ TEST(TiffReaderTest, AStripMayEndEarlyWhereNoPixelIsMissing)
         {"size much too large", 5, 0, 200000, false},
     };
     const Scratch scratch;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, compression, missing, overstated, isWhole] : cases) {
+        SCOPED_TRACE(name);
         const QString path =
-            scratch.write(QStringLiteral("a.tif"), directoryInFront(c.compression, c.missing, c.overstated));
+            scratch.write(QStringLiteral("a.tif"), directoryInFront(compression, missing, overstated));
         const auto reader = RasterReader::open(asPath(path));
-        if (!c.isWhole) {
+        if (!isWhole) {
             EXPECT_THROW(static_cast<void>(reader->readPage()), Failure);
             continue;
         }
@@ -112,12 +105,8 @@ TEST(TiffReaderTest, AWrongLastLinkCostsNoPage)
         qToLittleEndian<quint32>(link, bytes.data() + at);
         return bytes;
     };
-    const struct
-    {
-        const char* name;
-        QByteArray bytes;
-        int pages; ///< 0 where the file is refused
-    } cases[] = {
+    // pages: 0 where the file is refused
+    const Rows<const char*, QByteArray, int> cases = {
         {"as it should be", two, 2},
         {"a link behind the end", withLink(last, 0x7FFFFFF0), 2},
         {"a link back to the first", withLink(last, 8), 2},
@@ -126,16 +115,16 @@ TEST(TiffReaderTest, AWrongLastLinkCostsNoPage)
         {"the first link is wrong", withLink(first, 0x7FFFFFF0), 0},
     };
     const Scratch scratch;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const QString path = scratch.write(QStringLiteral("a.tif"), c.bytes);
-        if (c.pages == 0) {
+    for (const auto& [name, bytes, pages] : cases) {
+        SCOPED_TRACE(name);
+        const QString path = scratch.write(QStringLiteral("a.tif"), bytes);
+        if (pages == 0) {
             EXPECT_THROW(static_cast<void>(RasterReader::open(asPath(path))), Failure);
             continue;
         }
         const auto reader = RasterReader::open(asPath(path));
-        ASSERT_EQ(reader->pageCount(), c.pages);
-        for (int page = 0; page < c.pages; ++page)
+        ASSERT_EQ(reader->pageCount(), pages);
+        for (int page = 0; page < pages; ++page)
             EXPECT_EQ(reader->readPage().image.height(), height);
     }
 }

@@ -20,6 +20,13 @@ namespace {
 
 const QString storeName = u"Orvane/Quillfern1.plist"_s;
 
+class PlistDefaults : public testing::Test
+{
+  protected:
+    const Scratch scratch;
+    const FakeFolders folders{scratch.path()};
+};
+
 std::optional<QString> textIn(const DefaultsStore& store, const char* key)
 {
     const auto value = store.value(QString::fromLatin1(key));
@@ -27,10 +34,8 @@ std::optional<QString> textIn(const DefaultsStore& store, const char* key)
     return *value->as<QString>();
 }
 
-TEST(PlistDefaultsStore, KeepsValuesFromRunToRun)
+TEST_F(PlistDefaults, KeepsValuesFromRunToRun)
 {
-    const Scratch scratch;
-    const FakeFolders folders(scratch.path());
     PlistDefaultsStore first(folders);
     EXPECT_FALSE(first.value(u"A"_s));
     first.setValue(u"A"_s, u"one"_s);
@@ -48,10 +53,8 @@ TEST(PlistDefaultsStore, KeepsValuesFromRunToRun)
         << "something was left behind";
 }
 
-TEST(PlistDefaultsStore, TakesItsFileAwayFromOthers)
+TEST_F(PlistDefaults, TakesItsFileAwayFromOthers)
 {
-    const Scratch scratch;
-    const FakeFolders folders(scratch.path());
     for (const auto& [before, after] : {std::pair(0644U, 0600U), std::pair(0666U, 0600U),
                                         std::pair(0600U, 0600U), std::pair(0440U, 0400U)}) {
         const QByteArray path = nativePath(scratch.write(storeName, writePropertyList(Record())));
@@ -67,25 +70,8 @@ TEST(PlistDefaultsStore, TakesItsFileAwayFromOthers)
     }
 }
 
-TEST(PlistDefaultsStore, KeepsWhatAnotherProgramWroteMeanwhile)
+TEST_F(PlistDefaults, SetsAnUnreadableFileAside)
 {
-    const Scratch scratch;
-    const FakeFolders folders(scratch.path());
-    PlistDefaultsStore mine(folders);
-    PlistDefaultsStore theirs(folders);
-    theirs.setValue(u"THEIRS"_s, u"t"_s);
-    theirs.flush();
-    mine.setValue(u"MINE"_s, u"m"_s);
-    mine.flush();
-    const PlistDefaultsStore later(folders);
-    EXPECT_EQ(textIn(later, "THEIRS"), u"t"_s);
-    EXPECT_EQ(textIn(later, "MINE"), u"m"_s);
-}
-
-TEST(PlistDefaultsStore, SetsAnUnreadableFileAside)
-{
-    const Scratch scratch;
-    const FakeFolders folders(scratch.path());
     const QByteArray spoilt = "<?xml version=\"1.0\"?><plist><dict><key>SETTINGS</key>";
     for (int round = 1; round <= 2; ++round) {
         scratch.write(storeName, spoilt);
@@ -99,10 +85,8 @@ TEST(PlistDefaultsStore, SetsAnUnreadableFileAside)
     }
 }
 
-TEST(PlistDefaultsStore, FollowsALink)
+TEST_F(PlistDefaults, FollowsALink)
 {
-    const Scratch scratch;
-    const FakeFolders folders(scratch.path());
     const QString real = scratch.write(u"elsewhere/q.plist"_s, writePropertyList(Record()));
     QDir().mkpath(scratch.path(u"Orvane"_s));
     ASSERT_TRUE(QFile::link(real, scratch.path(storeName)));
@@ -113,9 +97,8 @@ TEST(PlistDefaultsStore, FollowsALink)
     EXPECT_EQ(readPropertyListFile(asPath(real)).text(u"A"_s), u"x"_s);
 }
 
-TEST(PlistDefaultsStore, TellsWhenItCannotWrite)
+TEST_F(PlistDefaults, TellsWhenItCannotWrite)
 {
-    const Scratch scratch;
     scratch.write(u"Orvane"_s, "a file where the folder should be");
     PlistDefaultsStore blocked{FakeFolders(scratch.path())};
     EXPECT_THROW(blocked.flush(), Failure);
@@ -124,9 +107,8 @@ TEST(PlistDefaultsStore, TellsWhenItCannotWrite)
     EXPECT_EQ(readFile(scratch.path(u"Orvane"_s)), "a file where the folder should be");
 }
 
-TEST(PlistDefaultsStore, WaitsForWhoeverHoldsTheLockButNotForEver)
+TEST_F(PlistDefaults, WaitsForWhoeverHoldsTheLockButNotForEver)
 {
-    const Scratch scratch;
     const QString path = scratch.path(u"lock"_s);
     {
         const FileLock held(asPath(path));
@@ -136,10 +118,8 @@ TEST(PlistDefaultsStore, WaitsForWhoeverHoldsTheLockButNotForEver)
     EXPECT_THROW(FileLock(asPath(scratch.path(u"no/folder/lock"_s))), Failure);
 }
 
-TEST(PlistDefaultsStore, ProgramsThatWriteAtOnceLeaveAWholeFile)
+TEST_F(PlistDefaults, ProgramsThatWriteAtOnceLeaveAWholeFile)
 {
-    const Scratch scratch;
-    const FakeFolders folders(scratch.path());
     constexpr int programs = 4;
     constexpr int rounds = 25;
     std::vector<pid_t> children;

@@ -5,8 +5,19 @@
 #include <QMimeData>
 #include <QWidget>
 #include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
 
 namespace quillfern {
+
+/// A part of a window by its name, which has to be there.
+template <class Widget>
+Widget& partOf(const QWidget& window, const char* name)
+{
+    auto* found = window.findChild<Widget*>(QString::fromLatin1(name));
+    if (!found) throw std::runtime_error(std::string("the window has no ") + name);
+    return *found;
+}
 
 /// Drops data on a widget, from a source that proposes to move them, as with Shift held down. Returns whether
 /// the widget accepts the drag; fails the test when it takes the data away from where they are.
