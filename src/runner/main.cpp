@@ -1,6 +1,7 @@
 #include "platform/drawing/FontCatalog.h"
 #include "platform/system/FreeMemory.h"
 #include "platform/system/NativePath.h"
+#include "platform/system/Terminal.h"
 #include "runner/Runner.h"
 
 #include <QGuiApplication>
@@ -41,6 +42,7 @@ void printMessage(QtMsgType type, const QMessageLogContext& context, const QStri
 int main(int argc, char** argv)
 {
     using namespace quillfern;
+    keepStandardStreams();
     QStringList arguments; // QCoreApplication::arguments() would lose names that are not UTF-8
     for (int i = 0; i < argc; ++i)
         arguments.append(pathText(QByteArray(argv[i])));

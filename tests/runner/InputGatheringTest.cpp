@@ -106,6 +106,12 @@ TEST_F(RunnerNames, OfAnyBytesAreKeptInEveryPlace)
     EXPECT_TRUE(QByteArray::fromBase64(file.value(QStringLiteral("copyBase64")).toString().toLatin1())
                     .endsWith("/made\xE9/a\xE9.pdf"))
         << lines.front().constData();
+    // Started without its streams, the program reads and prints nothing, least of all into a document.
+    result =
+        shell("$run --output made$e --text x in$e/a$e.pdf --json <&- >&- 2>&- ; cp made$e/a$e.pdf copy.pdf\n"
+              "$run --output made$e --text x --list - <&- 2>/dev/null || echo \"ended with $?\"");
+    EXPECT_EQ(result.out, "ended with 2\n") << result.err.constData();
+    EXPECT_TRUE(qpdfAccepts(scratch.path(QStringLiteral("copy.pdf"))));
     // In place, with a backup beside it.
     result = shell("$run --output in$e --backup --text x in$e/a$e.pdf; cmp a.pdf in$e/a$e.pdf.bak");
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();

@@ -4,11 +4,22 @@
 
 #include <array>
 #include <cerrno>
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace quillfern {
+
+void keepStandardStreams()
+{
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (::fcntl(stream, F_GETFD) >= 0) continue;
+        // The lowest free number is the one that is missing.
+        const int opened = ::open("/dev/null", O_RDWR);
+        if (opened >= 0 && opened != stream) ::close(opened);
+    }
+}
 
 int terminalColumns()
 {

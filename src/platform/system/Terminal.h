@@ -7,6 +7,11 @@ namespace quillfern {
 
 // The three streams that a program is started with.
 
+/// Opens those of the three that the program was started without as an empty device. Otherwise the next file
+/// that is opened would be taken for one of them, and what is printed would go into a document. For the begin
+/// of a program.
+void keepStandardStreams();
+
 /// The columns of the terminal that the standard error stream is; 0 when the stream is no terminal or the
 /// terminal does not say.
 [[nodiscard]] int terminalColumns();
