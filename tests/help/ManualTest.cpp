@@ -22,7 +22,7 @@ QString wholeText()
 
 QSet<QString> optionsIn(const QString& text)
 {
-    static const QRegularExpression option(u"--[a-z][a-z-]+"_s);
+    static const QRegularExpression option(u"--[a-z][a-z-]*[a-z](?!-)"_s);
     QSet<QString> found;
     for (auto match = option.globalMatch(text); match.hasNext();)
         found.insert(match.next().captured());
