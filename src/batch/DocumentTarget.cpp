@@ -20,6 +20,8 @@ constexpr int patience = 60'000; // milliseconds
 
 bool isInPlace(const FilePath& source, const FilePath& target)
 {
+    // A job that replaces the file between two looks at one path would make it seem two places.
+    if (target == source || target == resolvedPath(source)) return true;
     const auto place = filePlace(target);
     return place && (place == filePlace(source) || place == filePlace(resolvedPath(source)));
 }
