@@ -3,9 +3,10 @@
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 #include "platform/system/FilePath.h"
-#include "platform/system/NativePath.h"
+#include "runner/OptionValues.h"
 
 #include <QIODevice>
+#include <algorithm>
 #include <array>
 #include <iostream>
 #include <string>

@@ -101,7 +101,11 @@ class Reader
 
     void apply(const QString& name, const QString& value, RunnerOptions& options)
     {
-        if (applyToRun(name, value, options)) return;
+        if (applyToRun(name, value, options)) return requireOneReader(options);
+        if (name == QLatin1String("password-file")) {
+            readsPassword_ = value == standardInput;
+            requireOneReader(options); // before the list is taken for the password
+        }
         if (name == QLatin1String("profile")) return loadProfile(value);
         isChanged_ = true;
         if (!stamps_.apply(name, value) && !applyJobFlag(number_, name, value)) applyToJob(name, value);
@@ -156,6 +160,13 @@ class Reader
         else
             return false;
         return true;
+    }
+
+    void requireOneReader(const RunnerOptions& options) const
+    {
+        if (readsPassword_ && options.lists.contains(standardInput))
+            throw WrongUse(QStringLiteral(
+                "--list - and --password-file - both read the standard input, which can be read once"));
     }
 
     static void addList(const QString& value, RunnerOptions& options)
@@ -235,8 +246,9 @@ class Reader
     Settings& settings_;
     Numbering& number_;
     StampOptions stamps_;
-    bool isChanged_ = false; ///< by an option other than --profile
-    QString backupProfile_;  ///< the profile that has turned the backup on; empty when an option decides
+    bool readsPassword_ = false; ///< from the standard input
+    bool isChanged_ = false;     ///< by an option other than --profile
+    QString backupProfile_;      ///< the profile that has turned the backup on; empty when an option decides
 };
 
 /// A parser that has read the command line; throws WrongUse for what it cannot read, the beginning of an

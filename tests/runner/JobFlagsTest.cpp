@@ -65,6 +65,15 @@ TEST_F(JobFlags, PasswordsOpenFilesAndCountTheirPages)
     EXPECT_FALSE(QFile::exists(out("locked.pdf")));
 }
 
+TEST_F(JobFlags, TheStandardInputIsReadOnce)
+{
+    for (const QByteArray order : {"--list - --password-file -", "--password-file - --list -"}) {
+        const ToolResult result = run("--output DIR/out --text x " + order, "owner\n");
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_TRUE(result.err.contains("can be read once")) << result.err.toStdString();
+    }
+}
+
 TEST_F(JobFlags, AProfileKeepsOptionsButNoPassword)
 {
     ASSERT_EQ(run("--save-profile DIR/p.qfprofile --text {file}:{0} --fill-in --page-list 2-3,5 --pages odd "
