@@ -4,6 +4,7 @@
 #include "platform/system/FileAccess.h"
 #include "platform/system/FilePath.h"
 #include "platform/system/NativePath.h"
+#include "runner/OptionValues.h"
 
 #include <QIODevice>
 #include <array>

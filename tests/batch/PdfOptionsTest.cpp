@@ -325,8 +325,9 @@ TEST_F(PdfOptions, NamesAndDatesAreFilledIn)
             << c.pattern << ": " << pdfText(copy, 1).toStdString();
         const QString next =
             QString::fromLatin1(c.expected).replace(QLatin1String("-1"), QLatin1String("-2"));
-        if (next.endsWith(QLatin1String("-2")))
+        if (next.endsWith(QLatin1String("-2"))) {
             EXPECT_TRUE(words.at(1).contains(next)) << "figures exchanged";
+        }
     }
 }
 
