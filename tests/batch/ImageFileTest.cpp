@@ -312,6 +312,81 @@ TEST_F(ImageFile, WhatAFileSaysOfItsPageIsKept)
     EXPECT_EQ(ofTiff[2].tags, all);
 }
 
+TEST_F(ImageFile, PackedTextsAndLongPacketsAreKept)
+{
+    const auto packet = [](const QByteArray& about, const QByteArray& content) {
+        return "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
+               "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'" +
+               about + ">" + content + "</rdf:RDF></x:xmpmeta>";
+    };
+    const QByteArray digest("0123456789ABCDEF0123456789ABCDEF");
+    const QByteArray first = "<rdf:Description a='" + digest + "'/>";
+    const QByteArray rest = "<rdf:Description b='\xC3\xA4'>" + QByteArray(500, 'x') + "</rdf:Description>";
+    const auto part = [&](const QByteArray& whole, qsizetype at, qsizetype size) {
+        return jpegSegment(0xE1, QByteArray("http://ns.adobe.com/xmp/extension/\0", 35) + digest +
+                                     bigEndian32(static_cast<unsigned>(whole.size())) +
+                                     bigEndian32(static_cast<unsigned>(at)) + whole.mid(at, size));
+    };
+    const QByteArray main = packet({}, first);
+    const QByteArray extension = packet({}, rest);
+    const QByteArray named = packet(" xmlns:n='n'", rest);
+    const QByteArray start = jpegSegment(0xE1, QByteArray("http://ns.adobe.com/xap/1.0/\0", 29) + main);
+    const struct
+    {
+        const char* name;
+        QByteArray segments;
+        QByteArray expected;
+    } packets[] = {
+        {"two parts", start + part(extension, 100, 1000) + part(extension, 0, 100), packet({}, first + rest)},
+        {"a part is missing", start + part(extension, 100, 1000), main},
+        {"names of its own", start + part(named, 0, 2000), main},
+        {"no XML", start + part("<rdf:RDF", 0, 2000), main},
+    };
+    for (const auto& c : packets) {
+        SCOPED_TRACE(c.name);
+        const auto pages = readTiff(process(
+            write(QStringLiteral("a.jpg"), withSegments(encodedImage(rgbPicture(), "jpg"), c.segments))));
+        EXPECT_EQ(pages.at(0).tags.at(700), c.expected);
+    }
+    const auto deflated = [](const QByteArray& bytes) { return qCompress(bytes).mid(4); };
+    const QByteArray flags("\0\1\0en\0\0", 7);
+    const QByteArray chunks =
+        pngChunk("zTXt", QByteArray("Author\0\0", 8) + deflated("A")) +
+        pngChunk("zTXt", QByteArray("Copyright\0\0", 11) + deflated(QByteArray(1 << 25, 'x'))) +
+        pngChunk("zTXt", QByteArray("Copyright\0\0", 11) + deflated("damaged").chopped(5)) +
+        pngChunk("iTXt", "Description" + flags + deflated("D")) +
+        pngChunk("iTXt", "XML:com.adobe.xmp" + flags + deflated(main));
+    const auto pages = readTiff(
+        process(write(QStringLiteral("a.png"), withChunks(encodedImage(rgbPicture(), "png"), chunks))));
+    const std::map<int, QByteArray> expected = {{270, "D"}, {315, "A"}, {700, main}};
+    EXPECT_EQ(pages.at(0).tags, expected);
+}
+
+TEST_F(ImageFile, CountingPagesPrintsNothing)
+{
+    const QByteArray png = encodedImage(rgbPicture(), "png");
+    QByteArray wrongPng = png;
+    wrongPng[20] = 'x';
+    const QByteArray jpeg = encodedImage(rgbPicture(), "jpg");
+    const struct
+    {
+        QByteArray bytes;
+        int pages;
+    } cases[] = {{png, 1},
+                 {wrongPng, 0},
+                 {withChunks(png, pngChunk("iCCP", "wrong")), 1},
+                 {jpeg, 1},
+                 {withSegments(jpeg, "stray"), 1},
+                 {jpeg.left(100), 0}};
+    testing::internal::CaptureStderr();
+    for (const auto& c : cases)
+        EXPECT_EQ(raster::inspectImageFile(asPath(write(QStringLiteral("a.png"), c.bytes)))
+                      .value_or(raster::ImageFacts{})
+                      .pages,
+                  c.pages);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST_F(ImageFile, ProfilesOfShadesAndOfColoursAreNotMixedUp)
 {
     const QByteArray profile = QColorSpace(QColorSpace::AdobeRgb).iccProfile();

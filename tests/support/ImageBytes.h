@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QRect>
 #include <QtEndian>
 #include <vector>
 
@@ -32,6 +33,18 @@ QByteArray withChunks(const QByteArray& png, const QByteArray& chunks);
 QByteArray jpegSegment(int marker, const QByteArray& data);
 /// The same JPEG with the segments behind its first one, which is the JFIF segment.
 QByteArray withSegments(const QByteArray& jpeg, const QByteArray& segments);
+
+struct GifFrame
+{
+    QRect rect;
+    QByteArray pixels; ///< indices into the palette, row by row as they are shown
+    int disposal = 0;
+    int transparent = -1;
+    bool isInterlaced = false;
+};
+
+/// A GIF with one palette, filled up with black.
+QByteArray gifFile(const QSize& screen, const QList<QRgb>& palette, const std::vector<GifFrame>& frames);
 
 struct ExifField
 {

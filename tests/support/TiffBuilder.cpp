@@ -174,7 +174,8 @@ void setFields(TIFF* tiff, const QImage& image, const TiffLayout& layout, int sa
     if (layout.floatRange > 0) TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_IEEEFP);
     if (layout.predictor > 1) TIFFSetField(tiff, TIFFTAG_PREDICTOR, layout.predictor);
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, layout.planar ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
-    if (layout.extraSample >= 0) {
+    if (layout.isSigned) TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_INT);
+    if (layout.extraSample >= 0 && layout.extraSample <= EXTRASAMPLE_UNASSALPHA) {
         const auto kind = static_cast<std::uint16_t>(layout.extraSample);
         TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &kind);
     }

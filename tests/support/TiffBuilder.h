@@ -17,11 +17,12 @@ struct TiffLayout
     int orientation = 1;
     bool planar = false;
     bool tiled = false;
-    int extraSample = -1; ///< 1 associated alpha, 2 unassociated; -1 none
+    int extraSample = -1; ///< 1 associated alpha, 2 unassociated, 9 unassociated but not stated; -1 none
     double xResolution = 0;
     double yResolution = 0;
     int resolutionUnit = 2;
     double floatRange = 0; ///< samples are floating-point numbers up to this one
+    bool isSigned = false; ///< samples are said to be signed numbers
     int predictor = 1;
     int fillOrder = 1;                   ///< 2 for low bits first
     std::map<int, QByteArray> tags = {}; ///< texts, and the bytes of profiles, XMP and IPTC

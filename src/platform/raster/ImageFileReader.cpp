@@ -1,6 +1,7 @@
 #include "platform/raster/ImageFileReader.h"
 
 #include "platform/raster/BmpReader.h"
+#include "platform/raster/GifReader.h"
 #include "platform/raster/JpegReader.h"
 #include "platform/raster/Orientation.h"
 #include "platform/raster/PngReader.h"
@@ -14,8 +15,9 @@ std::unique_ptr<ImageFileReader> ImageFileReader::open(std::unique_ptr<QIODevice
                                                        const std::stop_token& stop)
 {
     const QByteArray start = device->peek(8);
-    if (start.startsWith("\xFF\xD8\xFF")) return std::make_unique<JpegReader>(std::move(device), stop);
-    if (start == "\x89PNG\r\n\x1A\n") return std::make_unique<PngReader>(std::move(device), stop);
+    if (JpegReader::isJpeg(start)) return std::make_unique<JpegReader>(std::move(device), stop);
+    if (PngReader::isPng(start)) return std::make_unique<PngReader>(std::move(device), stop);
+    if (start.startsWith("GIF8")) return std::make_unique<GifReader>(std::move(device), stop);
     if (start.startsWith("BM")) return std::make_unique<BmpReader>(std::move(device));
     return std::make_unique<QtImageReader>(std::move(device), stop);
 }

@@ -1,6 +1,9 @@
 #include "platform/raster/ImageInspector.h"
 
 #include "platform/raster/BmpReader.h"
+#include "platform/raster/GifReader.h"
+#include "platform/raster/JpegReader.h"
+#include "platform/raster/PngReader.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
@@ -27,9 +30,21 @@ ImageFacts inspectTiff(const FilePath& path)
     }
 }
 
+/// Qt's readers would print what libpng and libjpeg say of a file.
 std::optional<ImageFacts> inspectOther(QIODevice& file)
 {
-    if (file.peek(2) == "BM") return BmpHeader::read(file) ? std::optional(ImageFacts{1, 1}) : std::nullopt;
+    const QByteArray start = file.peek(8);
+    const auto onePage = [](bool isReadable) {
+        return isReadable ? std::optional(ImageFacts{1, 1}) : std::nullopt;
+    };
+    if (start.startsWith("BM")) return onePage(BmpHeader::read(file).has_value());
+    if (JpegReader::isJpeg(start)) return onePage(JpegReader::hasHeader(file));
+    if (PngReader::isPng(start)) return onePage(PngReader::hasHeader(file));
+    if (start.startsWith("GIF8")) {
+        const auto layout = GifLayout::read(file);
+        return layout ? std::optional(ImageFacts{static_cast<std::int32_t>(layout->frames.size()), 1})
+                      : std::nullopt;
+    }
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
     if (!reader.canRead() || !reader.size().isValid()) return std::nullopt;

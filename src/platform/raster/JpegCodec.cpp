@@ -1,19 +1,20 @@
 #include "platform/raster/JpegCodec.h"
 
+#include "platform/raster/JpegBlocks.h"
 #include "platform/system/Failure.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <memory>
 #include <turbojpeg.h>
-#include <vector>
 
 namespace quillfern::raster {
 
 namespace {
 
 constexpr int bestQuality = 100;
-constexpr int side = 8; ///< of the blocks that JPEG codes independently of each other
+constexpr int side = JpegBlocks::side; ///< of the blocks that JPEG codes independently of each other
 
 struct HandleFree
 {
@@ -37,38 +38,6 @@ int sampling(int channels)
 {
     return channels == 1 ? TJSAMP_GRAY : TJSAMP_444;
 }
-
-/// JPEG coder and decoder for rows of blocks.
-class RoundTrip
-{
-  public:
-    explicit RoundTrip(int channels)
-        : coder_(tjInitCompress()), decoder_(tjInitDecompress()), channels_(channels)
-    {
-        if (!coder_) fail(coder_);
-        if (!decoder_) fail(decoder_);
-    }
-
-    void run(uchar* pixels, int width)
-    {
-        const int pitch = width * channels_;
-        coded_.resize(std::max<std::size_t>(coded_.size(), tjBufSize(width, side, sampling(channels_))));
-        uchar* buffer = coded_.data();
-        auto size = static_cast<unsigned long>(coded_.size());
-        if (tjCompress2(coder_.get(), pixels, width, pitch, side, pixelFormat(channels_), &buffer, &size,
-                        sampling(channels_), bestQuality, TJFLAG_NOREALLOC) != 0)
-            fail(coder_);
-        if (tjDecompress2(decoder_.get(), buffer, size, pixels, width, pitch, side, pixelFormat(channels_),
-                          0) != 0)
-            fail(decoder_);
-    }
-
-  private:
-    Handle coder_;
-    Handle decoder_;
-    int channels_;
-    std::vector<uchar> coded_;
-};
 
 /// One block of the page, inside the strip.
 struct Block
@@ -100,58 +69,103 @@ bool isPlainGrey(const Block& block, std::size_t pitch, int channels)
     return true;
 }
 
-/// The blocks that the coding changes are gathered into a wide picture of eight rows, coded, and put back.
+/// True for a block of colours that are all grey: then only the brightness is coded, and the parts of colour
+/// stay what they are.
+bool isNeutral(const Block& block, std::size_t pitch)
+{
+    for (int y = 0; y < block.rows; ++y) {
+        const uchar* pixel = block.pixels + static_cast<std::size_t>(y) * pitch;
+        unsigned different = 0;
+        for (const uchar* end = pixel + block.columns * 3; pixel < end; pixel += 3)
+            different |= static_cast<unsigned>((pixel[0] ^ pixel[1]) | (pixel[0] ^ pixel[2]));
+        if (different != 0) return false;
+    }
+    return true;
+}
+
+uchar clamped(int value)
+{
+    return static_cast<uchar>(std::clamp(value, 0, 255));
+}
+
+/// The blocks that the coding changes, a few at a time.
 class BlockGatherer
 {
   public:
-    BlockGatherer(std::size_t pitch, int channels)
-        : pitch_(pitch), channels_(channels), trip_(channels),
-          gathered_(static_cast<std::size_t>(capacity * side * side * channels))
+    /// Of the `channels` that a pixel has in the page, one of three is coded where all are the same.
+    BlockGatherer(std::size_t pitch, int channels, int coded)
+        : pitch_(pitch), channels_(channels), coded_(coded)
     {
-        blocks_.reserve(capacity);
     }
 
     void add(const Block& block)
     {
-        blocks_.push_back(block);
-        if (blocks_.size() == capacity) flush();
+        const int lane = count_++;
+        blocks_[static_cast<std::size_t>(lane)] = block;
+        for (int y = 0; y < side; ++y) {
+            // At the edges the last column and the last row are repeated, as JPEG has it.
+            const uchar* row = block.pixels + static_cast<std::size_t>(std::min(y, block.rows - 1)) * pitch_;
+            for (int x = 0; x < side; ++x)
+                take(lane, y * side + x, row + std::min(x, block.columns - 1) * channels_);
+        }
+        if (count_ == JpegBlocks::lanes) flush();
     }
 
     void flush()
     {
-        if (blocks_.empty()) return;
-        const auto blockBytes = static_cast<std::size_t>(side * channels_);
-        const std::size_t wide = blocks_.size() * blockBytes;
-        for (std::size_t i = 0; i < blocks_.size(); ++i)
-            for (int y = 0; y < side; ++y)
-                take(blocks_[i], y, gathered_.data() + static_cast<std::size_t>(y) * wide + i * blockBytes);
-        trip_.run(gathered_.data(), static_cast<int>(blocks_.size()) * side);
-        for (std::size_t i = 0; i < blocks_.size(); ++i)
-            for (int y = 0; y < blocks_[i].rows; ++y)
-                std::memcpy(blocks_[i].pixels + static_cast<std::size_t>(y) * pitch_,
-                            gathered_.data() + static_cast<std::size_t>(y) * wide + i * blockBytes,
-                            static_cast<std::size_t>(blocks_[i].columns * channels_));
-        blocks_.clear();
+        for (int part = 0; part < coded_; ++part)
+            planes_[static_cast<std::size_t>(part)].roundTrip();
+        for (int lane = 0; lane < count_; ++lane) {
+            const Block& block = blocks_[static_cast<std::size_t>(lane)];
+            for (int y = 0; y < block.rows; ++y) {
+                uchar* row = block.pixels + static_cast<std::size_t>(y) * pitch_;
+                for (int x = 0; x < block.columns; ++x)
+                    put(lane, y * side + x, row + x * channels_);
+            }
+        }
+        count_ = 0;
     }
 
   private:
-    /// Row `y` of a block; at the edges the last column and the last row are repeated, as JPEG has it.
-    void take(const Block& block, int y, uchar* target) const
+    // The numbers of the colours' conversion are JPEG's, with 16 bits behind the point, as libjpeg rounds
+    // them.
+    void take(int lane, int place, const uchar* pixel)
     {
-        const uchar* row = block.pixels + static_cast<std::size_t>(std::min(y, block.rows - 1)) * pitch_;
-        const auto bytes = static_cast<std::size_t>(block.columns * channels_);
-        std::memcpy(target, row, bytes);
-        for (int x = block.columns; x < side; ++x)
-            std::memcpy(target + x * channels_, row + bytes - channels_, static_cast<std::size_t>(channels_));
+        if (coded_ == 1) {
+            planes_[0].set(lane, place, pixel[0]);
+            return;
+        }
+        constexpr int half = 1 << 15;
+        constexpr int centre = (128 << 16) + half - 1;
+        const int r = pixel[0];
+        const int g = pixel[1];
+        const int b = pixel[2];
+        planes_[0].set(lane, place, (19595 * r + 38470 * g + 7471 * b + half) >> 16);
+        planes_[1].set(lane, place, (-11059 * r - 21709 * g + 32768 * b + centre) >> 16);
+        planes_[2].set(lane, place, (32768 * r - 27439 * g - 5329 * b + centre) >> 16);
     }
 
-    static constexpr std::size_t capacity = 512;
+    void put(int lane, int place, uchar* pixel) const
+    {
+        const int light = planes_[0].get(lane, place);
+        if (coded_ == 1) {
+            std::fill_n(pixel, channels_, static_cast<uchar>(light));
+            return;
+        }
+        constexpr int half = 1 << 15;
+        const int blue = planes_[1].get(lane, place) - 128;
+        const int red = planes_[2].get(lane, place) - 128;
+        pixel[0] = clamped(light + ((91881 * red + half) >> 16));
+        pixel[1] = clamped(light + ((-22554 * blue - 46802 * red + half) >> 16));
+        pixel[2] = clamped(light + ((116130 * blue + half) >> 16));
+    }
 
     std::size_t pitch_;
     int channels_;
-    RoundTrip trip_;
-    std::vector<uchar> gathered_;
-    std::vector<Block> blocks_;
+    int coded_;
+    int count_ = 0;
+    std::array<Block, JpegBlocks::lanes> blocks_ = {};
+    std::array<JpegBlocks, 3> planes_;
 };
 
 } // namespace
@@ -159,31 +173,32 @@ class BlockGatherer
 void jpegRoundTrip(uchar* pixels, int width, int rows, int channels)
 {
     const auto pitch = static_cast<std::size_t>(width) * static_cast<std::size_t>(channels);
-    BlockGatherer gatherer(pitch, channels);
+    BlockGatherer all(pitch, channels, channels);
+    BlockGatherer neutral(pitch, channels, 1);
     for (int y = 0; y < rows; y += side) {
         uchar* row = pixels + static_cast<std::size_t>(y) * pitch;
         for (int x = 0; x < width; x += side) {
             const Block block{row + static_cast<std::size_t>(x * channels), std::min(side, width - x),
                               std::min(side, rows - y)};
-            if (!isPlainGrey(block, pitch, channels)) gatherer.add(block);
+            if (isPlainGrey(block, pitch, channels)) continue;
+            (channels == 3 && isNeutral(block, pitch) ? neutral : all).add(block);
         }
     }
-    gatherer.flush();
+    all.flush();
+    neutral.flush();
 }
 
-QByteArray encodeJpeg(const uchar* pixels, int width, int rows, int channels)
+QByteArray encodeJpeg(const uchar* pixels, int width, int rows, int channels, int pitch)
 {
     const Handle coder(tjInitCompress());
     if (!coder) fail(coder);
     QByteArray bytes(static_cast<qsizetype>(tjBufSize(width, rows, sampling(channels))), Qt::Uninitialized);
     auto* buffer = reinterpret_cast<uchar*>(bytes.data());
     auto size = static_cast<unsigned long>(bytes.size());
-    if (tjCompress2(coder.get(), pixels, width, 0, rows, pixelFormat(channels), &buffer, &size,
+    if (tjCompress2(coder.get(), pixels, width, pitch, rows, pixelFormat(channels), &buffer, &size,
                     sampling(channels), bestQuality, TJFLAG_NOREALLOC) != 0)
         fail(coder);
-    bytes.resize(static_cast<qsizetype>(size));
-    bytes.squeeze();
-    return bytes;
+    return {bytes.constData(), static_cast<qsizetype>(size)}; // a copy, which leaves no hole
 }
 
 } // namespace quillfern::raster

@@ -11,8 +11,9 @@ namespace quillfern::raster {
 /// pixel. May be called from several threads at once. Throws Failure.
 void jpegRoundTrip(uchar* pixels, int width, int rows, int channels);
 
-/// The same pixels as one JPEG of that quality. `width` is at most widestJpeg.
-[[nodiscard]] QByteArray encodeJpeg(const uchar* pixels, int width, int rows, int channels);
+/// The same pixels as one JPEG of that quality. `width` is at most widestJpeg; rows begin `pitch` bytes
+/// apart.
+[[nodiscard]] QByteArray encodeJpeg(const uchar* pixels, int width, int rows, int channels, int pitch);
 
 inline constexpr int widestJpeg = 65500;
 

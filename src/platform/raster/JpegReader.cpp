@@ -162,6 +162,8 @@ bool isGrey(const jpeg_decompress_struct& info)
 
 void checkScans(const jpeg_decompress_struct& info, const JpegSegments& segments, std::int64_t fileSize)
 {
+    // The passes build on coefficients of two bytes, which are kept for the whole picture.
+    if (segments.scans > 1) checkPageSize(info.image_width, info.image_height, 2 * info.num_components);
     const double blocks = 1.0 * info.image_width * info.image_height * info.num_components / 64;
     checkClaim(info.image_width, info.image_height, info.num_components, static_cast<double>(fileSize),
                segments.isArithmetic ? largestArithmeticRatio : largestRatio);
@@ -195,6 +197,17 @@ JpegReader::JpegReader(std::unique_ptr<QIODevice> device, const std::stop_token&
     const QSize size(static_cast<int>(info.image_width), static_cast<int>(info.image_height));
     describe(size, isGrey(info) ? 1 : 3, segments_.dotsPerInch, segments_.orientation);
     checkScans(info, segments_, device_->size());
+}
+
+bool JpegReader::hasHeader(QIODevice& file)
+{
+    try {
+        const std::stop_token noStop;
+        const auto decoder = std::make_unique<JpegDecoder>(file, noStop);
+        return true;
+    } catch (const Failure&) {
+        return false;
+    }
 }
 
 RasterPage JpegReader::readPage(const std::stop_token& stop)

@@ -1,6 +1,7 @@
 #include "platform/raster/JpegSegments.h"
 
 #include "platform/raster/ExifFields.h"
+#include "platform/raster/ExtendedXmp.h"
 #include "platform/raster/RasterLimits.h"
 #include "platform/system/Cancellation.h"
 
@@ -129,10 +130,12 @@ JpegSegments readJpegSegments(QIODevice& file, const std::stop_token& stop)
 {
     static const QByteArray exifStart("Exif\0\0", 6);
     static const QByteArray xmpStart("http://ns.adobe.com/xap/1.0/\0", 29);
+    static const QByteArray extensionStart("http://ns.adobe.com/xmp/extension/\0", 35);
     static const QByteArray resourceStart("Photoshop 3.0\0", 14);
     JpegSegments found;
     QSizeF jfif;
     ExifFields exif;
+    ExtendedXmp xmp;
     QByteArray resourceBytes;
     file.seek(2);
     Bytes bytes(file, stop);
@@ -149,11 +152,12 @@ JpegSegments readJpegSegments(QIODevice& file, const std::stop_token& stop)
         if (isFrame(marker)) found.isArithmetic = marker > 0xC8;
         if (marker == App0 && jfif.isEmpty()) jfif = jfifDots(data);
         if (marker == App1 && data.startsWith(exifStart)) exif = readExif(data.mid(exifStart.size()));
-        if (marker == App1 && data.startsWith(xmpStart))
-            found.tags[TIFFTAG_XMLPACKET] = data.mid(xmpStart.size());
+        if (marker == App1 && data.startsWith(xmpStart)) xmp.setPacket(data.mid(xmpStart.size()));
+        if (marker == App1 && data.startsWith(extensionStart)) xmp.addPart(data.mid(extensionStart.size()));
         if (marker == App13 && data.startsWith(resourceStart))
             resourceBytes += data.mid(resourceStart.size());
     }
+    if (const QByteArray packet = xmp.packet(); !packet.isEmpty()) found.tags[TIFFTAG_XMLPACKET] = packet;
     const Resources resources = readResources(resourceBytes);
     if (!resources.iptc.isEmpty()) found.tags[TIFFTAG_RICHTIFFIPTC] = resources.iptc;
     found.tags.merge(exif.tags);

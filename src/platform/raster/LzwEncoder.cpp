@@ -89,9 +89,9 @@ class CodeWriter
     [[nodiscard]] QByteArray take()
     {
         if (bits_ > 0) *out_++ = static_cast<uchar>(pending_ << (8 - bits_));
-        bytes_.resize(out_ - reinterpret_cast<uchar*>(bytes_.data()));
-        bytes_.squeeze(); // strips stay in memory until they are written
-        return std::move(bytes_);
+        // Strips stay in memory until they are written. A copy, because shrinking would leave holes between
+        // them that the next strip's buffer does not fit into: 40 MiB for a page of colour.
+        return {bytes_.constData(), out_ - reinterpret_cast<uchar*>(bytes_.data())};
     }
 
   private:

@@ -2,6 +2,7 @@
 
 #include "platform/raster/ExifFields.h"
 #include "platform/raster/Orientation.h"
+#include "platform/raster/PngTexts.h"
 #include "platform/raster/RasterLimits.h"
 #include "platform/system/Cancellation.h"
 
@@ -33,23 +34,6 @@ struct PngFacts
     ExifFields exif;
 };
 
-void readText(const QByteArray& chunk, PageTags& tags)
-{
-    static const std::map<QByteArray, std::uint16_t> names = {{"Description", TIFFTAG_IMAGEDESCRIPTION},
-                                                              {"Author", TIFFTAG_ARTIST},
-                                                              {"Copyright", TIFFTAG_COPYRIGHT}};
-    const auto end = chunk.indexOf('\0');
-    const auto name = names.find(chunk.left(end));
-    if (end > 0 && name != names.end()) tags.try_emplace(name->second, chunk.mid(end + 1));
-}
-
-/// A chunk of text in UTF-8 that holds an XMP packet which is not compressed.
-void readXmp(const QByteArray& chunk, PageTags& tags)
-{
-    const QByteArray start("XML:com.adobe.xmp\0\0\0\0\0", 22);
-    if (chunk.startsWith(start)) tags[TIFFTAG_XMLPACKET] = chunk.mid(start.size());
-}
-
 PngFacts readChunks(QIODevice& file, const std::stop_token& stop)
 {
     PngFacts facts;
@@ -61,7 +45,7 @@ PngFacts readChunks(QIODevice& file, const std::stop_token& stop)
         const auto length = qFromBigEndian<quint32>(head.constData());
         const QByteArray name = head.mid(4);
         if (name == "IDAT") facts.pixelBytes += length;
-        const bool isWanted = name == "pHYs" || name == "eXIf" || name == "tEXt" || name == "iTXt";
+        const bool isWanted = name == "pHYs" || name == "eXIf" || isPngText(name);
         const QByteArray data = isWanted && length <= largestChunk ? file.read(length) : QByteArray();
         if (name == "pHYs" && data.size() == 9 && data[8] == 1) { // per metre
             const double x = qFromBigEndian<quint32>(data.constData());
@@ -69,8 +53,7 @@ PngFacts readChunks(QIODevice& file, const std::stop_token& stop)
             if (x > 0 && y > 0) facts.dotsPerInch = QSizeF(x, y) * metresPerInch;
         }
         if (name == "eXIf") facts.exif = readExif(data);
-        if (name == "tEXt") readText(data, texts);
-        if (name == "iTXt") readXmp(data, texts);
+        if (isPngText(name)) readPngText(name, data, texts);
         at += 12 + qint64{length};
     }
     facts.pixelBytes = std::min<std::int64_t>(facts.pixelBytes, file.size());
@@ -257,6 +240,17 @@ PngReader::PngReader(std::unique_ptr<QIODevice> device, const std::stop_token& s
     checkClaim(size.width(), size.height(), rowBytes / size.width(), static_cast<double>(facts.pixelBytes),
                largestRatio);
     tags_ = facts.exif.tags;
+}
+
+bool PngReader::hasHeader(QIODevice& file)
+{
+    try {
+        const std::stop_token noStop;
+        const PngDecoder decoder(file, noStop);
+        return true;
+    } catch (const Failure&) {
+        return false;
+    }
 }
 
 RasterPage PngReader::readPage(const std::stop_token& stop)

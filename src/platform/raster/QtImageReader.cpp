@@ -39,7 +39,6 @@ class StoppableDevice final : public QIODevice
 namespace {
 
 constexpr int bytesPerDecodedPixel = 4;
-constexpr int largestGifRatio = 4096 * 8 / 12; ///< strings of 4096 pixels for codes of 12 bits
 
 /// Qt has a single limit on the size of decoded images for the whole process. This class raises it to what
 /// one image needs, for as long as that image is being read.
@@ -74,48 +73,6 @@ bool isBlackAndWhite(const QImage& image)
                        [](QRgb colour) { return colour == 0xFF000000U || colour == 0xFFFFFFFFU; });
 }
 
-/// Passes over a GIF's colour table, whose presence and size are part of the byte `packed`.
-void skipColourTable(QIODevice& file, char packed)
-{
-    if ((packed & 0x80) != 0) file.skip(3LL << ((packed & 7) + 1));
-}
-
-/// Passes over the blocks of an extension or of image data, up to the empty one; false when the file ends.
-bool skipBlocks(QIODevice& file)
-{
-    char size = 0;
-    while (file.getChar(&size)) {
-        if (size == 0) return true;
-        if (file.skip(static_cast<uchar>(size)) != static_cast<uchar>(size)) return false;
-    }
-    return false;
-}
-
-/// False when the file breaks off inside a frame, whose missing pixels the decoder would fill in without an
-/// error. An end mark that is missing behind the last frame costs no pixel.
-bool isWholeGif(QIODevice& file)
-{
-    file.seek(0);
-    const QByteArray head = file.read(13);
-    if (head.size() < 13) return false;
-    skipColourTable(file, head[10]);
-    int frames = 0;
-    char kind = 0;
-    while (file.getChar(&kind) && (kind == '!' || kind == ',')) {
-        if (kind == '!') {
-            file.skip(1);
-        } else {
-            const QByteArray frame = file.read(9);
-            if (frame.size() < 9) return false;
-            skipColourTable(file, frame[8]);
-            file.skip(1);
-            ++frames;
-        }
-        if (!skipBlocks(file)) return false;
-    }
-    return frames > 0;
-}
-
 RasterPage pageFromImage(QImage image)
 {
     RasterPage page;
@@ -143,9 +100,6 @@ QtImageReader::QtImageReader(std::unique_ptr<QIODevice> device, const std::stop_
     : device_(std::make_unique<StoppableDevice>(std::move(device)))
 {
     device_->setStop(stop);
-    const bool isGif = device_->peek(4) == "GIF8";
-    const bool isWhole = !isGif || isWholeGif(*device_);
-    device_->seek(0);
     reader_.setDevice(device_.get());
     reader_.setDecideFormatFromContent(true);
     reader_.setAutoTransform(true);
@@ -161,9 +115,6 @@ QtImageReader::QtImageReader(std::unique_ptr<QIODevice> device, const std::stop_
                         : 2,
              std::max(1, reader_.imageCount()));
     throwIfCancelled(stop);
-    if (isGif)
-        checkClaim(size.width(), size.height(), 1, static_cast<double>(device_->size()), largestGifRatio);
-    if (!isWhole) throwDamaged();
 }
 
 QtImageReader::~QtImageReader() = default;

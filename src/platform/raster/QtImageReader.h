@@ -8,7 +8,7 @@ namespace quillfern::raster {
 
 class StoppableDevice;
 
-/// The frames of a GIF, and of any other format that Qt reads.
+/// The frames of any format that Qt reads.
 class QtImageReader final : public ImageFileReader
 {
   public:

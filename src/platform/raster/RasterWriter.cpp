@@ -51,6 +51,9 @@ bool canBeRead(const QImage& image, const StripFormat& format)
 
 QByteArray encodeRows(const QImage& image, int top, int rows, const StripFormat& format)
 {
+    if (format.isJpeg())
+        return encodeJpeg(image.constScanLine(top), image.width(), rows, format.channels,
+                          static_cast<int>(image.bytesPerLine()));
     const std::size_t rowBytes = format.rowBytes();
     QByteArray bytes(static_cast<qsizetype>(rowBytes) * rows, Qt::Uninitialized);
     auto* target = reinterpret_cast<uchar*>(bytes.data());
@@ -60,7 +63,7 @@ QByteArray encodeRows(const QImage& image, int top, int rows, const StripFormat&
         else
             std::memcpy(target, image.constScanLine(top + y), rowBytes);
     }
-    if (!format.isBilevel && !format.isJpeg() && format.channels != 4)
+    if (!format.isBilevel && format.channels != 4)
         jpegRoundTrip(reinterpret_cast<uchar*>(bytes.data()), image.width(), rows, format.channels);
     return encodeStrip(format, std::move(bytes));
 }
@@ -97,13 +100,15 @@ void RasterWriter::addPage(RasterPage page, std::int32_t compression, const QSiz
     work.image = std::move(page.image);
     inWork_.push_back(std::move(work));
     ++pageCount_;
-    if (inWork_.back().image.sizeInBytes() > largestPageAhead) {
+    const qsizetype size = inWork_.back().image.sizeInBytes();
+    if (size > largestPageAhead) {
         writeUpTo(0);
         return;
     }
     encodeAhead(inWork_.back(), inWork_.back().height);
     inWork_.back().image = QImage();
-    writeUpTo(1);
+    // A large page that is encoded while the next is decoded keeps all cores at work.
+    writeUpTo(size > largestPageInPairs ? 0 : 1);
 }
 
 void RasterWriter::encodeAhead(PageInWork& work, std::uint32_t rows)

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <libdeflate.h>
 #include <memory>
 #include <tiffio.h>
 #include <vector>
@@ -74,9 +75,6 @@ void describe(TIFF* tiff, const StripFormat& format, std::uint32_t rows)
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, format.photometric());
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, format.compression);
-    if (format.hasPredictor()) TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
-    if (format.compression == COMPRESSION_ADOBE_DEFLATE || format.compression == COMPRESSION_DEFLATE)
-        TIFFSetField(tiff, TIFFTAG_ZIPQUALITY, deflateLevel);
     if (format.compression == COMPRESSION_CCITTFAX3)
         TIFFSetField(tiff, TIFFTAG_GROUP3OPTIONS, format.group3Options);
 }
@@ -96,7 +94,26 @@ void applyPredictor(const StripFormat& format, QByteArray& rows)
     }
 }
 
-/// Group 3 fax, PackBits and Deflate coding, as libtiff does it.
+struct CompressorFree
+{
+    void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
+};
+
+/// What libtiff makes of the bytes, with the same library below, but without its copies.
+QByteArray encodeDeflate(const QByteArray& rows)
+{
+    const std::unique_ptr<libdeflate_compressor, CompressorFree> deflater(
+        libdeflate_alloc_compressor(deflateLevel));
+    if (!deflater) throw std::bad_alloc();
+    const auto size = static_cast<std::size_t>(rows.size());
+    QByteArray strip(static_cast<qsizetype>(libdeflate_zlib_compress_bound(deflater.get(), size)),
+                     Qt::Uninitialized);
+    const std::size_t used = libdeflate_zlib_compress(deflater.get(), rows.constData(), size, strip.data(),
+                                                      static_cast<std::size_t>(strip.size()));
+    return {strip.constData(), static_cast<qsizetype>(used)}; // a copy, which leaves no hole
+}
+
+/// Group 3 fax and PackBits coding, as libtiff does it.
 QByteArray encodeWithLibrary(const StripFormat& format, QByteArray rows, int rowCount)
 {
     Scratch scratch;
@@ -181,9 +198,13 @@ QByteArray encodeStrip(const StripFormat& format, QByteArray rows)
     case COMPRESSION_LZW:
         if (format.hasPredictor()) applyPredictor(format, rows);
         return encodeLzw(rows);
+    case COMPRESSION_DEFLATE:
+    case COMPRESSION_ADOBE_DEFLATE:
+        if (format.hasPredictor()) applyPredictor(format, rows);
+        return encodeDeflate(rows);
     case COMPRESSION_JPEG:
         return encodeJpeg(reinterpret_cast<const uchar*>(rows.constData()), static_cast<int>(format.width),
-                          rowCount, format.channels);
+                          rowCount, format.channels, static_cast<int>(format.rowBytes()));
     case COMPRESSION_CCITTFAX4:
         return encodeGroup4(rows, format.width);
     default:

@@ -6,6 +6,7 @@
 #include "platform/raster/TiffEntries.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/raster/TiffRows.h"
+#include "platform/raster/TiffStrips.h"
 #include "platform/system/Cancellation.h"
 
 #include <algorithm>
@@ -205,10 +206,6 @@ PageTags pageTags(const TiffFile& file)
     return tags;
 }
 
-} // namespace
-
-namespace {
-
 /// The pixels of the page, upright, and nothing less.
 QImage decodePixels(TiffFile& file, const TiffPageInfo& info)
 {
@@ -219,6 +216,13 @@ QImage decodePixels(TiffFile& file, const TiffPageInfo& info)
     // A codec may report damage and still return part of a page; only whole pages are accepted.
     if (file.hasError()) throw file.failure(damaged);
     return image;
+}
+
+/// Makes libtiff forget the strip that it holds, which happens when the directory is read anew.
+void beginAnew(TiffFile& file)
+{
+    if (TIFFSetSubDirectory(file.handle(), TIFFCurrentDirOffset(file.handle())) != 1)
+        throw file.failure(damaged);
 }
 
 /// The pixels of a page whose last strip is longer in the directory than in the file. What is missing may be
@@ -234,14 +238,28 @@ QImage decodeShortPixels(TiffFile& file, const TiffPageInfo& info)
     const Padding padding{file};
     const auto decodeWith = [&](uchar behindEnd) {
         file.setBytesBehindEnd(behindEnd);
-        // libtiff forgets the strip that it holds when the directory is read anew.
-        if (TIFFSetSubDirectory(file.handle(), TIFFCurrentDirOffset(file.handle())) != 1)
-            throw file.failure(damaged);
+        beginAnew(file);
         return decodePixels(file, info);
     };
     const QImage image = decodeWith(0);
     if (decodeWith(0xFF) != image) throw Failure(damaged);
     return image;
+}
+
+/// The pixels of a page in the quick way; none where that is not to be had, or fails.
+QImage decodeQuickly(TiffFile& file, const TiffPageInfo& info)
+{
+    if (canKeepBits(file, info) || !gainsByStrips(file, info)) return {};
+    try {
+        return decodeStrips(file, info);
+    } catch (const Cancelled&) {
+        throw;
+    } catch (const DamagedStrip&) {
+        throw;
+    } catch (const Failure&) {
+        beginAnew(file);
+        return {};
+    }
 }
 
 } // namespace
@@ -250,8 +268,9 @@ RasterPage decodeTiffPage(TiffFile& file, const TiffPageInfo& info)
 {
     checkTiffClaims(file, info);
     RasterPage page;
+    page.image = decodeQuickly(file, info);
     try {
-        page.image = decodePixels(file, info);
+        if (page.image.isNull()) page.image = decodePixels(file, info);
     } catch (const Cancelled&) {
         throw;
     } catch (const Failure&) {

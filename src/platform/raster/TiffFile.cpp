@@ -46,6 +46,18 @@ TiffFile::TiffFile(Source source, const QByteArray& name)
     if (!tiff_) throw failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The TIFF file cannot be read."));
 }
 
+std::unique_ptr<TiffFile> TiffFile::twin() const
+{
+    if (!source_.file) return nullptr;
+    Source source = source_;
+    source.position = 0;
+    std::unique_ptr<TiffFile> other(new TiffFile(std::move(source), TIFFFileName(tiff_.get())));
+    if (TIFFSetSubDirectory(other->handle(), TIFFCurrentDirOffset(tiff_.get())) != 1)
+        throw other->failure(QT_TRANSLATE_NOOP("quillfern::Failure", "The TIFF file cannot be read."));
+    other->clearErrors();
+    return other;
+}
+
 bool TiffFile::isTiff(const QByteArray& start)
 {
     for (const QByteArray& magic :

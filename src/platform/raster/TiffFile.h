@@ -37,6 +37,9 @@ class TiffFile
 
     [[nodiscard]] TIFF* handle() const { return tiff_.get(); }
 
+    /// The same file at the present directory, for another thread; null for a TIFF in memory. Throws Failure.
+    [[nodiscard]] std::unique_ptr<TiffFile> twin() const;
+
     /// Once a stop is requested, reading fails. What decodes for long looks at the token as well.
     void setStop(const std::stop_token& stop) { source_.stop = stop; }
     [[nodiscard]] const std::stop_token& stop() const { return source_.stop; }

@@ -1,6 +1,7 @@
 #include "platform/raster/TiffPageInfo.h"
 
 #include "platform/raster/RasterLimits.h"
+#include "platform/raster/TiffEntries.h"
 #include "platform/raster/TiffFile.h"
 #include "platform/system/Failure.h"
 
@@ -27,7 +28,7 @@ void readAlpha(const TiffFile& file, TiffPageInfo& info)
 {
     std::uint16_t count = 0;
     std::uint16_t* kinds = nullptr;
-    if (TIFFGetField(file.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) != 1 || !kinds) return;
+    if (TIFFGetField(file.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) != 1 || !kinds) count = 0;
     // An extra sample of unstated meaning may be anything (a depth, a spot colour): only those that are said
     // to be opacity are taken as such.
     for (std::uint16_t i = 0; i < count && count < info.samples; ++i) {
@@ -36,6 +37,11 @@ void readAlpha(const TiffFile& file, TiffPageInfo& info)
         info.isPremultiplied = kinds[i] == EXTRASAMPLE_ASSOCALPHA;
         return;
     }
+    // Where nothing is said of the fourth sample of a coloured pixel, the usual programs take opacity for it.
+    // libtiff may make up the field then; the directory shows that there is none.
+    if (info.samples == 4 && TiffEntries(file).bytes(TIFFTAG_EXTRASAMPLES).isEmpty() &&
+        file.field<std::uint16_t>(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_SEPARATED) == PHOTOMETRIC_RGB)
+        info.alphaSample = 3;
 }
 
 } // namespace
@@ -59,7 +65,9 @@ TiffPageInfo readTiffPageInfo(const TiffFile& file)
     info.orientation = file.field<std::uint16_t>(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
     if (info.orientation < 1 || info.orientation > 8) info.orientation = ORIENTATION_TOPLEFT;
     const auto format = file.field<std::uint16_t>(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
-    info.hasIntegers = format == SAMPLEFORMAT_UINT || format == SAMPLEFORMAT_VOID;
+    // libtiff, and what shows pages with it, takes signed numbers for unsigned ones.
+    info.hasIntegers =
+        format == SAMPLEFORMAT_UINT || format == SAMPLEFORMAT_VOID || format == SAMPLEFORMAT_INT;
     info.hasFloats = format == SAMPLEFORMAT_IEEEFP;
     readAlpha(file, info);
     const int colours = info.samples - (info.alphaSample >= 0 ? 1 : 0);

@@ -1,9 +1,12 @@
 // Pages of TIFFs that are unusual beyond what other tests make with libtiff.
 
 #include "platform/raster/CmykColours.h"
+#include "platform/raster/JpegCodec.h"
 #include "platform/raster/RasterReader.h"
+#include "platform/raster/RasterWriter.h"
 #include "platform/raster/StripCodec.h"
 #include "platform/raster/TiffDirectory.h"
+#include "platform/store/AtomicFile.h"
 #include "platform/system/Cancellation.h"
 #include "support/Tools.h"
 
@@ -11,6 +14,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <lcms2.h>
+#include <tiff.h>
 
 namespace quillfern::raster {
 namespace {
@@ -80,6 +84,35 @@ TEST(TiffReaderTest, AStripMayEndEarlyWhereNoPixelIsMissing)
         for (int y = 0; y < height; ++y)
             ASSERT_EQ(QByteArray(reinterpret_cast<const char*>(page.image.constScanLine(y)), rowBytes),
                       rows.mid(y * rowBytes, rowBytes));
+    }
+}
+
+// Two threads decode a half of a large page each.
+TEST(TiffReaderTest, LargePagesAreWholeOrDamaged)
+{
+    RasterPage page;
+    page.image = QImage(2400, 2404, QImage::Format_RGB888);
+    for (int y = 0; y < page.image.height(); ++y)
+        for (int x = 0; x < page.image.width() * 3; ++x)
+            page.image.scanLine(y)[x] = static_cast<uchar>((x / 50 + y / 3) ^ (y / 100));
+    RasterPage expected = page;
+    jpegRoundTrip(expected.image.bits(), 2400, 2404, 3);
+    const Scratch scratch;
+    const QString path = scratch.path(QStringLiteral("a.tif"));
+    for (const int compression : {COMPRESSION_LZW, COMPRESSION_JPEG, COMPRESSION_ADOBE_DEFLATE}) {
+        SCOPED_TRACE(compression);
+        store::AtomicFile file(asPath(path));
+        RasterWriter writer(file);
+        writer.addPage(page, compression, QSizeF(72, 72));
+        writer.finish();
+        file.commit();
+        EXPECT_TRUE(RasterReader::open(asPath(path))->readPage().image == expected.image);
+        if (compression == COMPRESSION_JPEG) continue; // whose codes mean something whatever they are
+        QByteArray bytes = readFile(path);
+        for (qsizetype i = bytes.size() / 8 * 7; i < bytes.size() / 8 * 7 + 100; ++i)
+            bytes[i] = static_cast<char>(i * 37 ^ i >> 3);
+        const QString wrong = scratch.write(QStringLiteral("wrong.tif"), bytes);
+        EXPECT_THROW(static_cast<void>(RasterReader::open(asPath(wrong))->readPage()), Failure);
     }
 }
 
