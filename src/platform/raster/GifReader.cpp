@@ -13,7 +13,7 @@ namespace quillfern::raster {
 
 namespace {
 
-constexpr int largestRatio = 4096 * 8 / 12; ///< strings of 4096 pixels for codes of 12 bits
+constexpr int mostPixelsPerByte = 4096 * 8 / 12; ///< strings of 4096 pixels for codes of 12 bits
 
 int little16(const QByteArray& bytes, qsizetype at)
 {
@@ -233,7 +233,7 @@ GifReader::GifReader(std::unique_ptr<QIODevice> device, const std::stop_token& s
     describe(layout_.screen, layout_.isOpaque() ? 3 : 4, {plainDotsPerInch, plainDotsPerInch}, 1,
              static_cast<int>(layout_.frames.size()));
     checkClaim(layout_.screen.width(), layout_.screen.height(), 1, static_cast<double>(device_->size()),
-               largestRatio);
+               mostPixelsPerByte);
     if (!layout_.isWhole) throwDamaged();
 }
 
