@@ -58,9 +58,10 @@ void AppendingPdfWriter::write(const EditedDocument& edited, store::AtomicFile& 
     }
     if (changes.usesTransparency()) requireVersion(document, changes, "1.4");
     target.copyFrom(source.descriptor(), end->size, stop);
-    // Where the file's own table is not as it should be, other readers look for the objects themselves, and
-    // would not find those in object streams. The pages that are texts come from a table that is in order.
-    const bool knowsObjectStreams = presentVersion(document) >= 1.5 && !changes.texts().empty();
+    // Where the file's own table is not as it should be, or leads nowhere for a single reference, other
+    // readers look for all objects themselves. Poppler would not find those in object streams then, and show
+    // the pages without their stamps.
+    const bool knowsObjectStreams = presentVersion(document) >= 1.5 && changes.hasSoundReferences();
     IncrementalUpdate update(document, *end, objects.nextNumber(), knowsObjectStreams, target);
     for (const QPDFObjGen& id : changes.objects()) {
         throwIfCancelled(stop);

@@ -33,12 +33,16 @@ class DocumentChanges
     [[nodiscard]] const std::map<int, std::string>& texts() const { return texts_; }
     [[nodiscard]] bool isRebuilt() const { return isRebuilt_; }
     [[nodiscard]] bool usesTransparency() const { return usesTransparency_; }
+    /// Everything that the source refers to is where its cross-reference says.
+    void noteSoundReferences() { hasSoundReferences_ = true; }
+    [[nodiscard]] bool hasSoundReferences() const { return hasSoundReferences_; }
 
   private:
     std::set<QPDFObjGen> objects_;
     std::map<int, std::string> texts_; ///< of objects of generation 0
     bool isRebuilt_ = false;
     bool usesTransparency_ = false;
+    bool hasSoundReferences_ = false;
 };
 
 } // namespace quillfern::pdf

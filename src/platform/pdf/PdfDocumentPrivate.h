@@ -35,6 +35,7 @@ class PdfDocument::Private
           extendedResources(qpdf, objects), scanner_(plain, stop)
     {
         if (!document.isSound) changes.noteRebuilt();
+        if (plainPages() && plainPages()->isEveryReferenceSound()) changes.noteSoundReferences();
     }
 
     /// A page whose marks are drawn and whose own content is still being read.

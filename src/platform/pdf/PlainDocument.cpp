@@ -104,10 +104,17 @@ bool PlainDocument::readTable(const std::stop_token& stop)
     if (!pages) return false;
     seen_.assign(table.entries.size(), false);
     if (!readNode(*pages, 0, {}, 0) || pages_.empty()) return false;
-    // A small file costs little, and all of its references are known then, also those to nothing.
     for (const int content : contents_)
         seen_[static_cast<std::size_t>(content)] = true;
-    if (table.entries.size() <= smallFile && !objects_.readOthers(seen_, stop)) return false;
+    // The library is not to see these, and makes the resources of stamped pages.
+    if (std::any_of(pages_.begin(), pages_.end(), [this](const PlainPage& page) {
+            return page.resources && refersToSeen(*page.resources);
+        }))
+        return false;
+    // A few objects cost little, and all references are known then, also those to nothing.
+    const auto others = static_cast<std::size_t>(std::count(seen_.begin(), seen_.end(), false));
+    if (others <= smallFile && !objects_.readOthers(seen_, stop)) return false;
+    isEveryReferenceSound_ = others <= smallFile && objects_.isEveryReferenceSound();
     nextNumber_ = std::max(static_cast<int>(table.entries.size()), objects_.highestReference() + 1);
     seen_ = {};
     return nextNumber_ <= highestNewNumber;
@@ -150,6 +157,18 @@ bool PlainDocument::isFirstSight(int number)
     if (place >= seen_.size() || seen_[place]) return false;
     seen_[place] = true;
     return true;
+}
+
+bool PlainDocument::refersToSeen(std::string_view resources) const
+{
+    const auto isSeen = [this](std::string_view value) {
+        const auto number = static_cast<std::size_t>(plainReference(value).value_or(0));
+        return number < seen_.size() && seen_[number];
+    };
+    const auto entries = PlainDictionary::read(resources);
+    return isSeen(resources) ||
+           (entries && std::any_of(entries->entries().begin(), entries->entries().end(),
+                                   [&](const PlainDictionary::Entry& entry) { return isSeen(entry.value); }));
 }
 
 std::optional<std::string> PlainDocument::resolved(std::string_view value)

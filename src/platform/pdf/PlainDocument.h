@@ -10,6 +10,7 @@
 #include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillfern::pdf {
@@ -58,9 +59,11 @@ class PlainDocument
         return std::span(places_).subspan(page.firstContent, page.contentCount);
     }
     [[nodiscard]] const SourceTable& table() const { return objects_.table(); }
-    /// The first number that no object has and, where the file is small enough to be read whole, none refers
-    /// to.
+    /// The first number that no object has and, where there is little enough beside the pages and their
+    /// content to be read, none refers to.
     [[nodiscard]] int nextNumber() const { return nextNumber_; }
+    /// Whether all objects were read, and none refers to one that is not there.
+    [[nodiscard]] bool isEveryReferenceSound() const { return isEveryReferenceSound_; }
 
     /// The number of pages that the root of the page tree states, if the counts of its kids add up to it;
     /// nothing otherwise, and for a file whose cross-reference is not plain.
@@ -73,7 +76,7 @@ class PlainDocument
     /// pages and their content, but with the page of index `kept`.
     [[nodiscard]] std::string libraryTail(const FileInput& file, int kept = -1) const;
 
-    /// How many objects a file has that is read whole.
+    /// How many objects are read beside the pages and their content.
     static constexpr std::size_t smallFile = 5000;
 
   private:
@@ -90,6 +93,8 @@ class PlainDocument
     [[nodiscard]] std::optional<std::string> resolved(std::string_view value);
     /// Notes an object of the page tree; false when the tree names it twice.
     [[nodiscard]] bool isFirstSight(int number);
+    /// Whether resources are, or have as a category, an object of the page tree or a page's content.
+    [[nodiscard]] bool refersToSeen(std::string_view resources) const;
 
     PlainObjects objects_;
     PlainStreams streams_;
@@ -99,6 +104,7 @@ class PlainDocument
     std::vector<PlainStreams::Place> places_;
     std::vector<bool> seen_;
     int nextNumber_ = 1;
+    bool isEveryReferenceSound_ = false;
 };
 
 } // namespace quillfern::pdf

@@ -18,8 +18,24 @@ constexpr std::size_t largestUnpacked = std::size_t{64} << 20;
 
 } // namespace
 
-PlainObjects::PlainObjects(FileInput& file, SourceTable table) : file_(file), table_(std::move(table))
+PlainObjects::PlainObjects(FileInput& file, SourceTable table)
+    : file_(file), table_(std::move(table)), referenced_(table_.entries.size() + 1)
 {
+    PlainParser trailer(table_.trailer);
+    trailer.markReferencesIn(referenced_);
+    static_cast<void>(trailer.takeValue());
+    highest_ = trailer.highestReference();
+}
+
+bool PlainObjects::isEveryReferenceSound() const
+{
+    for (std::size_t i = 0; i < referenced_.size(); ++i) {
+        const bool isThere = i > 0 && i < table_.entries.size() &&
+                             (table_.entries[i].kind == SourceTable::Kind::InStream ||
+                              table_.offsetOf(static_cast<int>(i)).has_value());
+        if (referenced_[i] && !isThere) return false;
+    }
+    return true;
 }
 
 std::optional<std::string_view> PlainObjects::value(int number)
@@ -50,6 +66,7 @@ std::optional<PlainObjects::Found> PlainObjects::parsed(std::string_view text, i
                                                         const SourceTable::Entry& entry, bool& ranOut)
 {
     PlainParser parser(text);
+    parser.markReferencesIn(referenced_);
     std::optional<Found> found;
     if (parser.takeNumber() == number && parser.takeNumber() == entry.detail && parser.takeWord("obj")) {
         if (const auto value = parser.takeValue()) {
@@ -61,6 +78,7 @@ std::optional<PlainObjects::Found> PlainObjects::parsed(std::string_view text, i
         }
     }
     ranOut = !found && parser.ranOut();
+    if (!isWorthwhile(parser.used())) return std::nullopt;
     if (found) highest_ = std::max(highest_, parser.highestReference());
     return found;
 }
@@ -74,9 +92,17 @@ std::optional<std::string_view> PlainObjects::inStream(int number, const SourceT
     const auto found = stream->places.find(number);
     if (found == stream->places.end() || found->second.first != entry.detail) return std::nullopt;
     PlainParser parser(std::string_view(stream->data).substr(found->second.second));
+    parser.markReferencesIn(referenced_);
     const auto value = parser.takeValue();
     highest_ = std::max(highest_, parser.highestReference());
-    return value;
+    return isWorthwhile(parser.used()) ? value : std::nullopt;
+}
+
+bool PlainObjects::isWorthwhile(std::size_t parsed)
+{
+    constexpr std::int64_t always = std::int64_t{256} << 20;
+    parsed_ += static_cast<std::int64_t>(parsed);
+    return parsed_ <= always + 2 * file_.fileSize();
 }
 
 const PlainObjects::Unpacked* PlainObjects::unpacked(int number)
@@ -114,7 +140,7 @@ bool PlainObjects::unpack(int number, Unpacked& unpacked)
         const auto object = parser.takeNumber();
         const auto place = parser.takeNumber();
         if (!object || !place || *object >= static_cast<std::int64_t>(table_.entries.size()) ||
-            *first + *place >= static_cast<std::int64_t>(unpacked.data.size()))
+            *place >= static_cast<std::int64_t>(unpacked.data.size()) - *first)
             return false;
         unpacked.places[static_cast<int>(*object)] = {static_cast<int>(i),
                                                       static_cast<std::size_t>(*first + *place)};

@@ -2,6 +2,7 @@
 
 #include "platform/pdf/SourceTable.h"
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
@@ -29,8 +30,10 @@ class PlainObjects
     /// Reads every object but those marked as known, by number; false when one is not plain or a stream does
     /// not end where its length says. Throws Failure, and Cancelled once `stop` is stopped.
     [[nodiscard]] bool readOthers(const std::vector<bool>& known, const std::stop_token& stop);
-    /// The highest object number that the objects read so far refer to.
+    /// The highest object number that the trailer and the objects read so far refer to.
     [[nodiscard]] int highestReference() const { return highest_; }
+    /// Whether all that they refer to is there, with the generation 0.
+    [[nodiscard]] bool isEveryReferenceSound() const;
 
   private:
     /// The objects of an object stream (ISO 32000-1, 7.5.7).
@@ -53,9 +56,15 @@ class PlainObjects
     [[nodiscard]] std::optional<std::int64_t> lengthOf(std::string_view dictionary);
     [[nodiscard]] bool endsAt(std::int64_t offset);
 
+    /// Counts the bytes parsed; false once they are far more than the file has, because objects that overlap
+    /// could take hours.
+    [[nodiscard]] bool isWorthwhile(std::size_t parsed);
+
     FileInput& file_;
     SourceTable table_;
-    std::string text_; ///< holds the object that was read last
+    std::int64_t parsed_ = 0;
+    std::vector<bool> referenced_; ///< as PlainParser marks it
+    std::string text_;             ///< holds the object that was read last
     std::map<int, std::unique_ptr<Unpacked>> unpacked_;
     std::size_t unpackedSize_ = 0;
     int highest_ = 0;

@@ -65,9 +65,11 @@ std::optional<std::int64_t> PlainParser::takeNumber()
 std::optional<int> PlainParser::takeReference()
 {
     const auto number = takeNumber();
-    if (!number || *number < 1 || *number > highestPlainNumber || takeNumber() != 0 || !take("R"))
+    if (!number || *number < 1 || *number > highestPlainNumber || takeNumber() != 0) return std::nullopt;
+    // To some readers "0R" is a word.
+    const char* const behind = at_;
+    if (!take("R") || at_ == behind + 1 || (at_ != end_ && contentClassOf(*at_) == ContentClass::Regular))
         return std::nullopt;
-    if (at_ != end_ && contentClassOf(*at_) == ContentClass::Regular) return std::nullopt;
     highest_ = std::max(highest_, static_cast<int>(*number));
     return static_cast<int>(*number);
 }
@@ -151,6 +153,7 @@ bool PlainParser::skipNumberOrReference()
     while (at_ != end_ && isDecimal(*at_))
         ++at_;
     const bool hasGeneration = at_ != generation;
+    const char* const behindBoth = at_;
     skipSpace();
     if (at_ == end_) {
         ranOut_ = true; // an "R" may follow
@@ -160,7 +163,12 @@ bool PlainParser::skipNumberOrReference()
         std::int64_t number = 0;
         std::from_chars(start, behind, number);
         highest_ = std::max(highest_, static_cast<int>(std::min<std::int64_t>(number, highestPlainNumber)));
-        return number > 0 && number < highestPlainNumber;
+        if (marks_) {
+            const bool isPlain = std::string_view(generation, behindBoth) == "0" &&
+                                 number < static_cast<std::int64_t>(marks_->size());
+            (*marks_)[isPlain ? static_cast<std::size_t>(number) : 0] = true;
+        }
+        return number > 0 && number < highestPlainNumber && *behindBoth != 'R';
     }
     at_ = behind;
     return true;

@@ -36,6 +36,9 @@ class PlainParser
     [[nodiscard]] bool ranOut() const { return at_ == end_ || ranOut_; }
     /// The highest object number that the values taken so far refer to.
     [[nodiscard]] int highestReference() const { return highest_; }
+    /// Marks what the values refer to, by number; the first mark stands for all objects beyond the marks and
+    /// of another generation than 0. The marks outlive the parser.
+    void markReferencesIn(std::vector<bool>& marks) { marks_ = &marks; }
 
   private:
     friend class PlainDictionary;
@@ -51,6 +54,7 @@ class PlainParser
     const char* end_;
     bool ranOut_ = false;
     int highest_ = 0;
+    std::vector<bool>* marks_ = nullptr;
 };
 
 /// The entries of a dictionary that is plain in the sense of PlainParser, in their order. Refers to the text.

@@ -14,14 +14,14 @@ namespace {
 struct Stated
 {
     std::int64_t length = -1;
-    int lengthIn = 0; ///< the number of the object that states the length instead
+    int lengthIn = 0; ///< the number of the object that states the length instead; 0 for none
     bool isDeflated = false;
 };
 
 bool takeFilter(PlainParser& head)
 {
     const bool isArray = head.take("[");
-    return head.take("/FlateDecode") && (!isArray || head.take("]"));
+    return head.takeWord("/FlateDecode") && (!isArray || head.take("]"));
 }
 
 /// Reads "N 0 obj << … >> stream"; nothing when there is more in the dictionary than a length and a filter.
@@ -31,15 +31,14 @@ std::optional<Stated> readHead(PlainParser& head, int number)
         return std::nullopt;
     Stated stated;
     while (!head.take(">>")) {
-        if (head.take("/Length")) {
-            const auto length = head.takeNumber();
-            if (!length || stated.length >= 0) return std::nullopt;
+        if (head.takeWord("/Length")) {
+            const auto value = head.takeValue();
+            if (!value || stated.length >= 0) return std::nullopt;
+            stated.lengthIn = plainReference(*value).value_or(0);
+            const auto length = stated.lengthIn > 0 ? 0 : plainNumber(*value);
+            if (!length) return std::nullopt;
             stated.length = *length;
-            if (head.takeNumber() == 0) { // "6 0 R"
-                if (!head.take("R")) return std::nullopt;
-                stated.lengthIn = static_cast<int>(*length);
-            }
-        } else if (!head.take("/Filter") || stated.isDeflated || !takeFilter(head)) {
+        } else if (!head.takeWord("/Filter") || stated.isDeflated || !takeFilter(head)) {
             return std::nullopt;
         } else {
             stated.isDeflated = true;

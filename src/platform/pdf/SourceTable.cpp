@@ -15,8 +15,10 @@ namespace {
 
 constexpr std::int64_t mostObjects = 7'000'000;
 constexpr std::size_t mostSections = 1000;
+/// Of all sections together, so that small files cannot take minutes.
+constexpr std::int64_t mostRows = 4 * mostObjects;
 constexpr std::int64_t largestTrailer = 1 << 16;
-constexpr std::int64_t largestStream = std::int64_t{256} << 20;
+constexpr std::int64_t largestStream = std::int64_t{128} << 20;
 
 std::optional<std::int64_t> tableNumber(std::string_view text)
 {
@@ -44,7 +46,9 @@ class TableReader
             // Of a hybrid file: objects that older readers are not to see.
             if (const std::string_view hidden = dictionary->value("/XRefStm"); !hidden.empty()) {
                 const auto offset = plainNumber(hidden);
+                isHidden_ = true;
                 if (!offset || !readStream(*offset)) return std::nullopt;
+                isHidden_ = false;
             }
             if (table_.trailer.empty()) table_.trailer = *trailer;
             const std::string_view before = dictionary->value("/Prev");
@@ -72,10 +76,13 @@ class TableReader
 
     bool note(std::int64_t number, const SourceTable::Entry& entry)
     {
-        if (number < 0 || number > mostObjects) return false;
+        if (number < 0 || number > mostObjects || ++rows_ > mostRows) return false;
         const auto place = static_cast<std::size_t>(number);
         if (place >= table_.entries.size()) table_.entries.resize(place + 1);
-        if (table_.entries[place].kind == SourceTable::Kind::None) table_.entries[place] = entry;
+        SourceTable::Entry& present = table_.entries[place];
+        // The table may call a hidden object free (ISO 32000-1, 7.5.8.4), and readers differ on which holds.
+        if (isHidden_ && number > 0 && present.kind == SourceTable::Kind::Free) return false;
+        if (present.kind == SourceTable::Kind::None) present = entry;
         return true;
     }
 
@@ -244,6 +251,8 @@ class TableReader
     static constexpr std::int64_t rowSize = 20;
     FileInput& source_;
     SourceTable table_;
+    std::int64_t rows_ = 0; ///< of all sections
+    bool isHidden_ = false; ///< the section is the hidden one of a hybrid file
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "platform/pdf/PlainDocument.h"
 
 #include "platform/pdf/FileInput.h"
+#include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PageTree.h"
 #include "support/PdfBuilder.h"
 #include "support/Tools.h"
@@ -17,7 +18,8 @@ std::unique_ptr<PlainDocument> readPlain(FileInput& file)
     return end ? PlainDocument::read(file, *end, {}) : nullptr;
 }
 
-/// Two pages below a node that they inherit from; `change` replaces a part of the second page.
+/// Two pages below a node that they inherit from; `change` replaces a part of the second page,
+/// or of the stream that has its length elsewhere.
 QByteArray twoPages(const QByteArray& part = {}, const QByteArray& change = {})
 {
     PdfBuilder pdf;
@@ -29,10 +31,36 @@ QByteArray twoPages(const QByteArray& part = {}, const QByteArray& change = {})
     if (!part.isEmpty()) second.replace(part, change);
     pdf.add(second);
     pdf.addStream("0 g");
-    pdf.add("<</Length 8 0 R>>\nstream\n1 g\nendstream");
+    QByteArray lengthElsewhere = "<</Length 8 0 R>>\nstream\n1 g\nendstream";
+    if (!part.isEmpty()) lengthElsewhere.replace(part, change);
+    pdf.add(lengthElsewhere);
     pdf.add("3");
     pdf.add("[6 0 R]");
     return pdf.build();
+}
+
+/// An update with an object stream, object 10, which has one object, 11, at `place`; `table` follows the
+/// cross-reference stream that leads to them.
+QByteArray withObjectStream(QByteArray bytes, const QByteArray& place, const QByteArray& table = {})
+{
+    const QByteArray start = bytes.mid(bytes.lastIndexOf("startxref") + 10).split('\n').first();
+    const QByteArray index = "11 " + place + ' ';
+    const QByteArray packed = deflatedBytes(index + "<</Title(Hidden)>>");
+    const QByteArray objects = QByteArray::number(bytes.size());
+    bytes += "10 0 obj\n<</Type/ObjStm/N 1/First " + QByteArray::number(index.size()) +
+             "/Filter/FlateDecode/Length " + QByteArray::number(packed.size()) + ">>\nstream\n" + packed +
+             "\nendstream\nendobj\n";
+    const QByteArray section = QByteArray::number(bytes.size());
+    const auto row = [](char kind, const QByteArray& where) {
+        return kind + QByteArray::fromHex(QByteArray::number(where.toInt(), 16).rightJustified(8, '0')) +
+               QByteArray(1, '\0');
+    };
+    const QByteArray entries = "/Size 13/Root 1 0 R/Info 11 0 R/Prev " + start;
+    bytes += "12 0 obj\n<</Type/XRef/W[1 4 1]/Index[10 3]/Length 18" + entries + ">>\nstream\n" +
+             row(1, objects) + row(2, "10") + row(1, section) + "\nendstream\nendobj\n";
+    if (table.isEmpty()) return bytes + "startxref\n" + section + "\n%%EOF\n";
+    return bytes + table + "trailer <<" + entries + "/XRefStm " + section + ">>\nstartxref\n" +
+           QByteArray::number(bytes.size()) + "\n%%EOF\n";
 }
 
 TEST(PlainDocument, ReadsPagesAsTheLibraryDoes)
@@ -46,7 +74,8 @@ TEST(PlainDocument, ReadsPagesAsTheLibraryDoes)
     };
     for (const QByteArray& bytes :
          {twoPages(), twoPages("[6 0 R 7 0 R]", " 9 0 R"), throughQpdf("--object-streams=generate"),
-          throughQpdf("--linearize"), numberedPdf(3)}) {
+          throughQpdf("--linearize"), numberedPdf(3), withObjectStream(twoPages(), "0"),
+          withObjectStream(twoPages(), "0", "xref\n0 0\n")}) {
         FileInput file(asPath(scratch.write(QStringLiteral("source.pdf"), bytes)));
         const auto document = readPlain(file);
         ASSERT_TRUE(document) << bytes.constData();
@@ -79,6 +108,10 @@ TEST(PlainDocument, LeavesWhatIsNotPlainToTheLibrary)
         {"/Parent 3 0 R", "/Parent 2 0 R"},
         {"7 0 R", "77 0 R"},
         {"7 0 R", "8 0 R"},
+        {"7 0 R", "7 0R"},
+        {"8 0 R", "4294967304 0 R"},
+        {"/Contents[", "/Resources 4 0 R/Contents["},
+        {"/Contents[", "/Resources<</Font 6 0 R>>/Contents["},
         {"/MediaBox[10 10.5 -20 40]", "/MediaBox[10 10 10 40]"},
         {"/MediaBox[10 10.5 -20 40]", "/MediaBox[10 10 99999999999999999999 40]"},
         {"40]", "40]/Broken[1 2"},
@@ -89,7 +122,9 @@ TEST(PlainDocument, LeavesWhatIsNotPlainToTheLibrary)
                          twoPages().replace("obj\n3\n", "obj\n5\n"),
                          twoPages().replace("/Size 10", "/Size 11"),
                          twoPages().replace("0000000015 ", "0000000016 "),
-                         twoPages().replace("/Root", "/Encrypt 9 0 R/Root")};
+                         twoPages().replace("/Root", "/Encrypt 9 0 R/Root"),
+                         withObjectStream(twoPages(), "9223372036854775800"),
+                         withObjectStream(twoPages(), "0", "xref\n11 1\n0000000000 00000 f \n")};
     for (const auto& [part, change] : changes)
         files << twoPages(part, change);
     for (const QByteArray& bytes : files) {
