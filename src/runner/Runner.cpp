@@ -1,12 +1,12 @@
 #include "runner/Runner.h"
 
 #include "batch/Job.h"
+#include "batch/JobCheck.h"
 #include "batch/JobIndex.h"
 #include "batch/JobWarnings.h"
 #include "config/Profile.h"
 #include "filelist/AllowedFileTypes.h"
 #include "filelist/FileListExport.h"
-#include "platform/drawing/FontCatalog.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 #include "platform/system/FileFacts.h"
@@ -18,7 +18,6 @@
 #include "runner/SideOutputs.h"
 #include "runner/TextReport.h"
 #include "runner/Worker.h"
-#include "stamps/TextStamp.h"
 
 namespace quillfern {
 
@@ -56,23 +55,19 @@ void Runner::writeExport(const FilePath& path, const FileList& files)
     report_->listWritten(path, files.totals());
 }
 
-void Runner::nameSubstitutes(const Numbering& number)
+void Runner::tell(const std::vector<JobFinding>& findings, bool isStrict)
 {
-    const drawing::FontCatalog catalog;
-    for (const auto& stamp : number.stamps) {
-        const auto* text = dynamic_cast<const TextStamp*>(stamp.get());
-        // The default font is an alias on most machines, and the user did not name it: no message about it.
-        if (!text || text->font.fontName == PDFFont().fontName) continue;
-        const QString wanted = text->font.fontName.value_or(QString());
-        const QString used = catalog.resolveFamily(wanted);
-        if (used.compare(wanted, Qt::CaseInsensitive) != 0)
-            report_->remark({"font-not-installed",
-                             QStringLiteral("The font \"%1\" is not installed; \"%2\" is used instead.")
-                                 .arg(wanted, used)});
-    }
+    for (const JobFinding& finding : findings)
+        report_->finding(finding);
+    const auto worst = worstOf(findings);
+    if (worst == FindingSeverity::Stop || (isStrict && worst == FindingSeverity::Ask))
+        throw Failure(QStringLiteral("the job was not begun, and nothing was written"));
 }
 
 namespace {
+
+/// No job of the runner makes plain copies by mistake; nobody can be asked.
+constexpr CheckRules runnerRules{true, true};
 
 /// A forgotten value makes the next word, a document, the file that an option writes. Throws WrongUse.
 void requireSpared(const RunnerOptions& options, const FilePath& index)
@@ -168,24 +163,65 @@ int Runner::follow(const RunnerOptions& options, Settings& settings, const StopR
     if (!options.asksForJob()) return outputsMissing_ == 0 ? AllCreated : SomeNotCreated;
     const FilePath output = FilePath::fromText(*settings.outputFolderPath);
     settings.outputFolderPath = output.text();
-    const bool isOutputMissing = requireOutput(output);
-    nameSubstitutes(*settings.number);
+    const bool isChecked = options.check || options.strict;
+    const bool isOutputMissing = !options.check && requireOutput(output);
     for (const Remark& remark : options.remarks)
         report_->remark(remark);
+    if (!isChecked) tell(JobCheck(plan(options, settings, files), runnerRules).ofStamps(), false);
     gather(options, files, stopRequests);
+    if (isChecked) {
+        const int status = check(options, settings, files, stopRequests);
+        if (options.check) return status;
+    }
     if (!options.exportFile.isEmpty() && stopRequests() == 0) writeExport(options.exportFile, files);
 
     if (isOutputMissing && !makeFolders(output))
         throw WrongUse(QStringLiteral("the folder \"%1\" cannot be made (--output)").arg(output.readable()));
-    Job job = planJob(files.copies(), settings, services_.clock.now().date());
+    Job job = plan(options, settings, files);
     requireIndex(job);
     services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
-    job.configuration.isWrittenAnew = options.rewrite;
-    job.configuration.refusesSigned = options.refuseSigned;
     services_.filesAtOnce = options.filesAtOnce;
     Process process(services_, std::move(job), *this);
     runJob(process, stopRequests);
     return report(process);
+}
+
+Job Runner::plan(const RunnerOptions& options, Settings& settings, const FileList& files) const
+{
+    Job job = planJob(files.copies(), settings, services_.clock.now().date());
+    job.configuration.isWrittenAnew = options.rewrite;
+    job.configuration.refusesSigned = options.refuseSigned;
+    return job;
+}
+
+int Runner::check(const RunnerOptions& options, Settings& settings, const FileList& files,
+                  const StopRequests& stopRequests)
+{
+    const Job job = plan(options, settings, files);
+    std::vector<JobFinding> findings;
+    std::exception_ptr problem;
+    std::stop_source stop;
+    runOnWorker(
+        [&] {
+            try {
+                findings = JobCheck(job, runnerRules).findings(stop.get_token());
+            } catch (...) {
+                problem = std::current_exception();
+            }
+        },
+        [&] {
+            if (stopRequests() > 0) stop.request_stop();
+        });
+    if (stop.stop_requested()) throw Failure(QStringLiteral("The check was stopped. Nothing was written."));
+    if (problem) std::rethrow_exception(problem);
+    if (!options.check) {
+        tell(findings, true);
+        return AllCreated;
+    }
+    for (const JobFinding& finding : findings)
+        report_->finding(finding);
+    const auto worst = worstOf(findings);
+    return worst && *worst != FindingSeverity::Note ? SomeNotCreated : AllCreated;
 }
 
 bool Runner::preview(Settings& settings, const RunnerOptions& options, const FileList& files)

@@ -155,6 +155,10 @@ class Reader
             options.quiet = true;
         else if (name == QLatin1String("files-at-once"))
             options.filesAtOnce = static_cast<int>(wholeNumber(name, value, 1, 64));
+        else if (name == QLatin1String("check"))
+            options.check = true;
+        else if (name == QLatin1String("strict"))
+            options.strict = true;
         else if (name == QLatin1String("json"))
             options.json = true;
         else
@@ -307,6 +311,16 @@ QString versions()
     return text;
 }
 
+void requireWritesNothing(const RunnerOptions& options)
+{
+    if (!options.check) return;
+    for (const auto& [name, path] :
+         {std::pair("export", options.exportFile), std::pair("save-profile", options.saveProfile),
+          std::pair("preview", options.preview)})
+        if (!path.isEmpty())
+            throw WrongUse(QStringLiteral("--check writes nothing; --%1 does").arg(QLatin1String(name)));
+}
+
 } // namespace
 
 std::optional<QString> answerWithoutJob(const QStringList& arguments)
@@ -346,6 +360,7 @@ RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& setting
     if (options.onlyExport) return options;
     if (options.asksForJob() && !hasOutput)
         throw WrongUse(QStringLiteral("no output folder; name one with --output"));
+    requireWritesNothing(options);
     if (!hasStamps) throw WrongUse(QStringLiteral("no stamp; begin one with --text or --image"));
     return options;
 }

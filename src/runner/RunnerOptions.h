@@ -32,6 +32,8 @@ struct RunnerOptions
     int filesAtOnce = 0;         ///< 0 for as many as there are processors
     bool rewrite = false;        ///< write PDF documents anew instead of appending to a copy
     std::vector<Remark> remarks; ///< about what the options do to a job without naming it
+    bool check = false;          ///< list the findings of the job and do nothing
+    bool strict = false;         ///< begin no job with a finding that people should decide on
     bool quiet = false;
     bool json = false; ///< one JSON object a line on the standard output
 
