@@ -27,12 +27,13 @@ const FileItem* itemOf(const OutputFile& output)
     return output.fileItems().empty() ? nullptr : &output.fileItems().back();
 }
 
-/// The files of the list of which `applies` is true.
+/// The files of the job's part of which `applies` is true.
 template <class Applies>
 std::vector<FilePath> filesWhere(const Job& job, Applies applies)
 {
     std::vector<FilePath> files;
-    for (std::size_t i = 0; i < job.outputFiles.size(); ++i)
+    const JobPart part = partOf(job);
+    for (std::size_t i = part.first; i < part.end; ++i)
         if (const FileItem* item = itemOf(job.outputFiles[i]); item && applies(*item, i))
             files.push_back(item->filePath());
     return files;

@@ -26,8 +26,9 @@ class JobCheck
     /// The job is borrowed.
     explicit JobCheck(const Job& job, CheckRules rules = {}) : job_(job), rules_(rules) {}
 
-    /// All findings, worst first. Looks into every file of the list, on all cores; of each file that has a
-    /// page, the first page is held against the stamps. Throws Cancelled once `stop` is stopped.
+    /// All findings, worst first; of a part of a job, those that concern its files. Looks into every file of
+    /// the list, on all cores; of each file that has a page, the first page is held against the stamps.
+    /// Throws Cancelled once `stop` is stopped.
     [[nodiscard]] std::vector<JobFinding> findings(const std::stop_token& stop = {}) const;
 
     /// The findings about the stamps alone, which take no time. The window calls this before a job that is

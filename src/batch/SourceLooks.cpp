@@ -40,12 +40,13 @@ std::vector<SourceLook> lookAtSources(const Job& job, const std::stop_token& sto
                                       job.configuration.options.visiblePage ? pdf::PageArea::Visible
                                                                             : pdf::PageArea::Whole};
     const std::vector<OutputFile>& outputs = job.outputFiles;
+    const JobPart part = partOf(job);
     std::vector<SourceLook> looks(outputs.size());
     {
         WorkerPool pool;
-        for (std::size_t first = 0; first < outputs.size(); first += filesAtATime)
+        for (std::size_t first = part.first; first < part.end; first += filesAtATime)
             pool.start([&, first] {
-                const std::size_t end = std::min(first + filesAtATime, outputs.size());
+                const std::size_t end = std::min(first + filesAtATime, part.end);
                 for (std::size_t i = first; i < end && !stop.stop_requested(); ++i) {
                     if (outputs[i].fileItems().empty()) continue;
                     try {

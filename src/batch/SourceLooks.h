@@ -20,8 +20,8 @@ struct SourceLook
     bool isTargetTaken = false;            ///< something has the planned name of the copy
 };
 
-/// One for each output of the job, in order. Reads a little of each file, on all cores. Throws Cancelled once
-/// `stop` is stopped.
+/// One for each output of the job, in order; empty outside of a part of a job. Reads a little of each file,
+/// on all cores. Throws Cancelled once `stop` is stopped.
 [[nodiscard]] std::vector<SourceLook> lookAtSources(const Job& job, const std::stop_token& stop);
 
 } // namespace quillfern

@@ -92,6 +92,11 @@ constexpr std::array fileOptions = {
     Option{"export", "FILE",
            "Write the list of files, with their pages, as tab-delimited text. Without --output and stamps "
            "nothing else is done."},
+    Option{"save-counts", "FILE",
+           "Write the pages of all files for --counts. Without --output and stamps nothing else is done."},
+    Option{"counts", "FILE",
+           "Take the pages of files from what --save-counts has written, and count only those of files that "
+           "are not in there or have another size now."},
     Option{"profile", "FILE",
            "Begin with the stamps, pages, numbers and margins of a saved profile. Options after "
            "--profile override the profile; stamps after it are added to the profile's stamps."},
@@ -142,6 +147,10 @@ constexpr std::array programOptions = {
            "that need a password, stamps off the page and more), and write nothing."},
     Option{"strict", nullptr,
            "Begin no job when --check finds something that people should decide on; notes do not count."},
+    Option{
+        "shard", "K/N",
+        "Work on the K-th of N parts of the list only, with the numbers, totals and names that the whole job "
+        "would give; see docs/cluster.md."},
     Option{"json", nullptr, "Print one JSON object a line, for programs, instead of text."},
     Option{"quiet", nullptr, "Print only what went wrong."},
     Option{"help", nullptr, "Show this text.", 'h'},

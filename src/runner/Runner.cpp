@@ -7,6 +7,8 @@
 #include "config/Profile.h"
 #include "filelist/AllowedFileTypes.h"
 #include "filelist/FileListExport.h"
+#include "filelist/KnownCounts.h"
+#include "platform/store/AtomicFile.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 #include "platform/system/FileFacts.h"
@@ -19,6 +21,8 @@
 #include "runner/TextReport.h"
 #include "runner/Worker.h"
 
+#include <algorithm>
+
 namespace quillfern {
 
 Runner::Runner(ProcessServices services, QTextStream& out, QTextStream& err, bool showProgress)
@@ -29,10 +33,25 @@ Runner::Runner(ProcessServices services, QTextStream& out, QTextStream& err, boo
 
 Runner::~Runner() = default;
 
+namespace {
+
+std::shared_ptr<const KnownCounts> readCounts(const FilePath& path)
+{
+    try {
+        return std::make_shared<const KnownCounts>(readRegularFile(path)->read(KnownCounts::largestText));
+    } catch (const Failure& failure) {
+        throw WrongUse(QStringLiteral("the page counts in \"%1\" cannot be used: %2 (--counts)")
+                           .arg(path.readable(), failure.reason()));
+    }
+}
+
+} // namespace
+
 void Runner::gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests)
 {
     InputGathering gathering(files, services_.mainThread, services_.clock);
     const auto goOn = [&] { return stopRequests() == 0; };
+    if (!options.counts.isEmpty()) gathering.setKnownCounts(readCounts(options.counts));
     std::vector<Remark> remarks;
     const std::vector<Arguments> requests = requestsFor(options, goOn, remarks);
     for (const Remark& remark : remarks)
@@ -45,6 +64,22 @@ void Runner::gather(const RunnerOptions& options, FileList& files, const StopReq
     if (!goOn() && (files.empty() || options.onlyExport))
         throw Failure(QStringLiteral("The search for files was stopped. Nothing was written."));
     if (files.empty()) throw WrongUse(QStringLiteral("the folders named hold no files to stamp"));
+}
+
+void Runner::writeCounts(const FilePath& path, const FileList& files, const Settings& settings)
+{
+    const JobOptions& options = settings.number->options();
+    std::vector<FileItem> items = files.copies();
+    if (options.usePasswords)
+        for (FileItem& item : items)
+            item.countUnlocked(options.password);
+    try {
+        store::AtomicFile::writeWhole(path, KnownCounts::text(items));
+    } catch (const Failure& failure) {
+        throw WrongUse(QStringLiteral("the page counts cannot be written to \"%1\" (--save-counts): %2")
+                           .arg(path.readable(), failure.reason()));
+    }
+    report_->listWritten(path, files.totals());
 }
 
 void Runner::writeExport(const FilePath& path, const FileList& files)
@@ -80,6 +115,7 @@ void requireSpared(const RunnerOptions& options, const FilePath& index)
                            .arg(QLatin1String(option), path.readable()));
     };
     check("export", options.exportFile, false);
+    check("save-counts", options.saveCounts, false);
     check("index", index, false);
     check("save-profile", options.saveProfile, false);
     check("preview", options.preview, true);
@@ -152,7 +188,8 @@ int Runner::follow(const RunnerOptions& options, Settings& settings, const StopR
     FileList files;
     if (options.onlyExport) {
         gather(options, files, stopRequests);
-        writeExport(options.exportFile, files);
+        if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
+        if (!options.saveCounts.isEmpty()) writeCounts(options.saveCounts, files, settings);
         return AllCreated;
     }
     if (!options.saveProfile.isEmpty()) saveProfile(*settings.number, options.saveProfile);
@@ -174,6 +211,8 @@ int Runner::follow(const RunnerOptions& options, Settings& settings, const StopR
         if (options.check) return status;
     }
     if (!options.exportFile.isEmpty() && stopRequests() == 0) writeExport(options.exportFile, files);
+    if (!options.saveCounts.isEmpty() && stopRequests() == 0)
+        writeCounts(options.saveCounts, files, settings);
 
     if (isOutputMissing && !makeFolders(output))
         throw WrongUse(QStringLiteral("the folder \"%1\" cannot be made (--output)").arg(output.readable()));
@@ -191,6 +230,8 @@ Job Runner::plan(const RunnerOptions& options, Settings& settings, const FileLis
     Job job = planJob(files.copies(), settings, services_.clock.now().date());
     job.configuration.isWrittenAnew = options.rewrite;
     job.configuration.refusesSigned = options.refuseSigned;
+    if (options.parts > 0 || !options.counts.isEmpty())
+        takePart(job, std::max(options.part, 1), std::max(options.parts, 1));
     return job;
 }
 
@@ -237,6 +278,7 @@ void Runner::runJob(Process& process, const StopRequests& stopRequests)
 {
     int seen = 0;
     started_ = services_.clock.now();
+    outputsFinished_ = static_cast<std::int64_t>(partOf(process.job()).first);
     const auto watch = [&] {
         const int requests = stopRequests();
         if (requests > 0 && seen == 0) {
@@ -266,7 +308,7 @@ void Runner::showProgress(const Process& process)
 {
     const QDateTime now = services_.clock.now();
     const std::int64_t done = process.totalPagesProcessed();
-    const std::int64_t total = process.job().totalPages;
+    const std::int64_t total = partOf(process.job()).pages;
     QString text = QStringLiteral("%1 of %2 files, %3 of %4 pages")
                        .arg(process.totalFileProcessed())
                        .arg(process.totalFileSelected())
@@ -310,9 +352,11 @@ int Runner::report(const Process& process)
         job.warnings.push_back(*unwritten);
     else
         job.index = indexPath(process.job());
+    if (process.partProblem()) job.warnings.push_back(*process.partProblem());
     report_->jobDone(job);
-    const bool all = job.isLogged && !process.indexProblem() && outputsMissing_ == 0 &&
-                     log.files.size() == process.outputFiles().size();
+    const bool all = job.isLogged && !process.indexProblem() && !process.partProblem() &&
+                     outputsMissing_ == 0 &&
+                     log.files.size() == static_cast<std::size_t>(process.totalFileSelected());
     return all ? AllCreated : SomeNotCreated;
 }
 

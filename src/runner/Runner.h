@@ -54,6 +54,7 @@ class Runner final : public ProcessObserver
     [[nodiscard]] Job plan(const RunnerOptions& options, Settings& settings, const FileList& files) const;
     void gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests);
     void writeExport(const FilePath& path, const FileList& files);
+    void writeCounts(const FilePath& path, const FileList& files, const Settings& settings);
     /// False when a blank page is shown instead of the file.
     bool preview(Settings& settings, const RunnerOptions& options, const FileList& files);
     void runJob(Process& process, const StopRequests& stopRequests);
