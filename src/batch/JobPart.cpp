@@ -23,16 +23,17 @@ void takePart(Job& job, int number, int count)
     for (std::size_t i = part.first; i < part.end; ++i)
         for (const FileItem& item : job.outputFiles[i].fileItems()) {
             part.pages += item.pages();
-            names.insert(job.outputFiles[i].filename(), item.filePath());
+            if (item.pages() > 0) names.insert(job.outputFiles[i].filename(), item.filePath());
         }
     for (std::size_t i = 0; i < files; ++i) {
         if (i >= part.first && i < part.end) continue;
         const auto found = names.constFind(job.outputFiles[i].filename());
-        if (found == names.constEnd() || job.outputFiles[i].fileItems().empty()) continue;
+        const std::vector<FileItem>& items = job.outputFiles[i].fileItems();
+        if (found == names.constEnd() || items.empty() || items.back().pages() <= 0) continue;
         throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure",
                                          "The copies of %1 and %2 have one name and belong to different "
                                          "parts of the job."),
-                       {found->readable(), job.outputFiles[i].fileItems().back().filePath().readable()}});
+                       {found->readable(), items.back().filePath().readable()}});
     }
     job.part = part;
 }
