@@ -48,8 +48,9 @@ def make_pdfs(folder, count):
 def make_tiffs(folder, count):
     folder.mkdir()
     first = folder / "p000.tif"
-    subprocess.run(["convert-im6.q16", "-size", "1240x1754", "plasma:white-grey", "-density", "150", "-compress", "lzw", first],
-                   check=True)
+    lines = "\n".join(f"Line {line}: the quick brown fox jumps over the lazy dog {line * 7919}" for line in range(50))
+    subprocess.run(["convert-im6.q16", "-size", "1240x1754", "xc:white", "-fill", "navy", "-pointsize", "26", "-annotate", "+100+120",
+                    lines, "-type", "truecolor", "-density", "150", "-compress", "lzw", first], check=True)
     for i in range(1, count):
         (folder / f"p{i:03}.tif").write_bytes(first.read_bytes())
 

@@ -36,6 +36,9 @@ class JobRun
     CopyRules copyRules; ///< of the next document
     /// The moment that stamps print. Every run of one job has the same.
     QDateTime started = QDateTime::currentDateTime();
+    /// How many threads the next document may use for what can be done in parallel; 0 for as many as there
+    /// are processors.
+    int threads = 0;
     /// Is told about how many bytes of memory the next document takes, before it takes them, and returns
     /// when there is as much room beside the other documents in work. Empty where documents are worked on
     /// one after the other.

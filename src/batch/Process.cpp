@@ -38,10 +38,9 @@ void Process::viewLog()
     });
 }
 
-void Process::postLabel()
+QString Process::labelText() const
 {
-    const QString text = timeTakenLabel(timeTaken(), totalFileProcessed_, totalFileSelected());
-    services_.mainThread.postAndWait([&] { observer_.updateTimeTakenLabel(text); });
+    return timeTakenLabel(timeTaken(), totalFileProcessed_, totalFileSelected());
 }
 
 namespace {
@@ -118,6 +117,7 @@ WorkAhead::Means Process::means()
 void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& files)
 {
     FilePath target = outputFiles()[index].filename();
+    const std::int32_t processedBefore = totalFileProcessed_;
     log_.files.push_back({target.name(), target.parent().text(), {}, 0, {}});
     LogFiles& record = log_.files.back();
     write(outputFileInProcess_, target.name());
@@ -150,7 +150,11 @@ void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& file
         }
     }
     write(outputFileInProcess_, QString());
-    services_.mainThread.postAndWait([&] { observer_.outputFinished(record); });
+    const QString label = labelText();
+    services_.mainThread.postAndWait([&] {
+        if (totalFileProcessed_ > processedBefore) observer_.updateTimeTakenLabel(label);
+        observer_.outputFinished(record);
+    });
 }
 
 void Process::noteForecast(const FileWork& work, const FileItem& item)
@@ -247,7 +251,6 @@ FileOutcome Process::finish(FileWork work, const FileItem& item, std::size_t ind
     if (!work.isProcessed) return placement_.confirmed(work.document.outcome, target);
     FileOutcome outcome = placement_.commit(work.document, index, target, abandon_.get_token());
     ++totalFileProcessed_;
-    postLabel();
     if (outcome.countsAsCreated()) ++totalFileCreated_;
     addRemarks(outcome, item, target, job_.configuration.isContinuousNumbering);
     return outcome;
@@ -300,7 +303,8 @@ void Process::finish()
     write(fileInProcess_, QString());
     write(outputFileInProcess_, QString());
     isCombining_ = false;
-    postLabel();
+    const QString label = labelText();
+    services_.mainThread.postAndWait([&] { observer_.updateTimeTakenLabel(label); });
     if (job_.isOpenFolderAfterConversion && totalFileCreated_ > 0) services_.desktop.open(job_.outputFolder);
     isCompleted_ = true;
 }

@@ -124,7 +124,7 @@ class Process
                                      FilePath& target);
     void addRemarks(FileOutcome& outcome, const FileItem& item, const FilePath& target, bool isContinuous);
     void finish();
-    void postLabel();
+    [[nodiscard]] QString labelText() const;
     [[nodiscard]] QString resultMessage() const;
 
     [[nodiscard]] QString read(const QString& field) const;

@@ -79,14 +79,14 @@ void TiffProcessor::stamp(StampedDocument& work, const FilePath& target, JobRun&
             QT_TRANSLATE_NOOP("quillfern::Failure", "No page of the file lies in the page range."));
         return;
     }
-    // One page is stamped while others are decoded and encoded.
+    // One page is stamped while others are decoded and encoded; coding takes a page's memory again.
     constexpr double pagesInMemory = 4;
     if (run.memoryNeeded)
         run.memoryNeeded(static_cast<std::int64_t>(
-            reader->nextPageBytes() * std::min(pagesInMemory, static_cast<double>(chosen.size()))));
+            reader->nextPageBytes() * std::min(pagesInMemory, 2 + static_cast<double>(chosen.size()))));
 
     work.copy = work.place->newFile(job_.options.index);
-    raster::RasterWriter writer(*work.copy, run.abandoned());
+    raster::RasterWriter writer(*work.copy, run.abandoned(), run.threads);
     raster::PageFeed pages(*reader, chosen, run.abandoned());
     for (int i = 1; i <= count && run.isUpdating(); ++i) {
         if (isInPageRange(job_, i)) {

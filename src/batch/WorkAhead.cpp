@@ -12,6 +12,8 @@ namespace {
 /// What the files in work may take together, beside the largest of them.
 constexpr std::int64_t memoryForAll = std::int64_t{96} << 20;
 
+const int processorCount = static_cast<int>(std::thread::hardware_concurrency());
+
 } // namespace
 
 /// One attempt at one file.
@@ -41,8 +43,8 @@ WorkAhead::WorkAhead(const JobConfiguration& job, std::vector<PlannedFile> files
     // Every file that waits keeps up to three files open; enough of them bridge one large file.
     mostAhead_ = static_cast<std::size_t>(std::min(16 + 4 * threads, 128));
     onAbandon_.emplace(means_.abandon, GiveUp{*this});
-    if (threads > 1)
-        startThreads(static_cast<int>(std::min(static_cast<std::size_t>(threads), files_.size())));
+    threadCount_ = static_cast<int>(std::min(static_cast<std::size_t>(threads), files_.size()));
+    if (threadCount_ > 1) startThreads(threadCount_);
 }
 
 WorkAhead::~WorkAhead()
@@ -126,6 +128,7 @@ void WorkAhead::workOn(std::unique_lock<std::mutex>& lock, const SlotPtr& slot,
             ++means_.pagesDone;
         },
         slot->stop.get_token());
+    run.threads = std::max(1, processorCount / std::max(1, threadCount_));
     run.memoryNeeded = [this, &slot](std::int64_t bytes) { reserve(*slot, bytes); };
     HeldLogLines log;
     try {

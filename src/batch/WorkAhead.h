@@ -113,6 +113,7 @@ class WorkAhead
     const std::vector<PlannedFile> files_;
     Means means_;
     std::size_t mostAhead_;
+    int threadCount_ = 1; ///< as asked for, but no more than there are files
 
     std::mutex mutex_;
     std::condition_variable_any changed_;

@@ -203,7 +203,7 @@ class ContentScanner::Scan
 };
 
 ContentScanner::ContentScanner(PlainStreams& plain, std::stop_token stop)
-    : plain_(plain), stop_(std::move(stop)), worker_([this] { work(); })
+    : plain_(plain), stop_(std::move(stop))
 {
 }
 
@@ -215,7 +215,7 @@ ContentScanner::~ContentScanner()
         waiting_.clear();
     }
     changed_.notify_all();
-    worker_.join();
+    if (worker_.joinable()) worker_.join();
 }
 
 std::shared_ptr<ContentScanner::Scan> ContentScanner::scan(const std::vector<QPDFObjectHandle>& streams)
@@ -257,7 +257,16 @@ void ContentScanner::queue(const std::shared_ptr<Scan>& scan)
         waiting_.push_back(scan);
         wake = waiting_.size() % worthWaking == 0;
     }
-    if (wake) changed_.notify_all();
+    if (!wake) return;
+    // A document of a few pages is read sooner than a thread is there.
+    if (!worker_.joinable()) {
+        try {
+            worker_ = std::thread([this] { work(); });
+        } catch (const std::exception&) {
+            return; // the system allows no further thread: resultOf() reads everything
+        }
+    }
+    changed_.notify_all();
 }
 
 std::shared_ptr<ContentScanner::Scan> ContentScanner::takeNext()

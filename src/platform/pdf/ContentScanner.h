@@ -17,9 +17,9 @@
 
 namespace quillfern::pdf {
 
-/// Reads the content of pages on a thread beside the one that owns the document. The streams' bytes are taken
-/// out of the document at once, on the caller's thread; they are inflated and read on the other thread, and
-/// by the caller itself while it waits for a result.
+/// Reads the content of pages on a thread beside the one that owns the document, as soon as there is enough
+/// of it. The streams' bytes are taken out of the document at once, on the caller's thread; they are inflated
+/// and read on the other thread, and by the caller itself while it waits for a result.
 class ContentScanner
 {
   public:

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <thread>
 #include <tiff.h>
 #include <vector>
 
@@ -70,8 +71,9 @@ QByteArray encodeRows(const QImage& image, int top, int rows, const StripFormat&
 
 } // namespace
 
-RasterWriter::RasterWriter(store::AtomicFile& file, std::stop_token stop)
-    : stop_(std::move(stop)), output_(file), container_(output_)
+RasterWriter::RasterWriter(store::AtomicFile& file, std::stop_token stop, int threads)
+    : stop_(std::move(stop)), output_(file), container_(output_),
+      pool_(threads > 0 ? threads : static_cast<int>(std::thread::hardware_concurrency()))
 {
 }
 

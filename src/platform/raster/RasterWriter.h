@@ -27,7 +27,8 @@ class RasterWriter
   public:
     /// `file` must outlive the writer, and is not committed here. Soon after a stop is requested, the
     /// functions throw Cancelled.
-    explicit RasterWriter(store::AtomicFile& file, std::stop_token stop = {});
+    /// `threads` encode; 0 stands for as many as there are processors.
+    explicit RasterWriter(store::AtomicFile& file, std::stop_token stop = {}, int threads = 0);
     /// Gives up strips that wait to be encoded.
     ~RasterWriter();
     RasterWriter(const RasterWriter&) = delete;
