@@ -4,7 +4,7 @@ packages_to_build="cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-svg-
   zlib1g-dev libdeflate-dev nettle-dev libturbojpeg0-dev libjpeg62-turbo-dev libpng-dev
   liblcms2-dev libharfbuzz-dev libfontconfig-dev qt6-pdf-dev fonts-liberation weasyprint"
 packages_to_test="clang-format libgtest-dev libgmock-dev poppler-utils qpdf libtiff-tools dbus-daemon fonts-droid-fallback fonts-dejavu-core
-  fonts-cantarell fonts-open-sans python3 locales"
+  fonts-cantarell fonts-open-sans python3 locales parallel"
 
 # ensure_packages NAME... : installs those that are missing, as root or through sudo.
 ensure_packages() {

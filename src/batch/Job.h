@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/JobPart.h"
 #include "batch/OutputFile.h"
 #include "batch/OutputNames.h"
 #include "config/JobConfiguration.h"
@@ -27,6 +28,7 @@ struct Job
     /// replace what stands there.
     std::optional<OutputNames> names;
     bool isOpenFolderAfterConversion = false;
+    std::optional<JobPart> part; ///< the outputs that are made here; none: all (see partOf())
 };
 
 /// Throws Failure with the text of an alert when a job cannot write into this output folder. `path` is the

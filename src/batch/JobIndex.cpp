@@ -50,15 +50,18 @@ QByteArray line(const QStringList& fields)
 QByteArray jobIndex(const Job& job, const std::vector<LogFiles>& files)
 {
     const StampedNumbers numbers(job.configuration.stamps);
-    QByteArray csv = "order,source,copy,pages,first,last,outcome,remark,source_sha256,copy_sha256\r\n";
-    for (std::size_t i = 0; i < job.outputFiles.size(); ++i) {
+    const JobPart part = partOf(job);
+    QByteArray csv = part.number > 1
+                         ? ""
+                         : "order,source,copy,pages,first,last,outcome,remark,source_sha256,copy_sha256\r\n";
+    for (std::size_t i = part.first; i < part.end; ++i) {
         const std::vector<FileItem>& sources = job.outputFiles[i].fileItems();
         QStringList fields = {QString::number(i + 1),
                               sources.empty() ? QString() : pathField(sources.back().filePath())};
-        if (i >= files.size()) {
+        if (i - part.first >= files.size()) {
             fields += {{}, {}, {}, {}, QStringLiteral("not-begun"), {}, {}, {}};
         } else {
-            const LogFiles& file = files[i];
+            const LogFiles& file = files[i - part.first];
             const FileOutcome& outcome = file.outcome;
             const bool isCreated = outcome.status == FileStatus::Created;
             const bool hasCopy = isCreated || outcome.status == FileStatus::Skipped;

@@ -14,6 +14,9 @@ namespace quillfern {
 /// each file of the list, also for those that a stopped job did not begin ("not-begun"). Its columns are
 /// described in docs/index.md.
 ///
+/// A part of a job has the lines of its files only, and the first part alone has the header line, so that the
+/// indexes of all parts one behind the other are that of the whole job.
+///
 /// `files` is what the log has of the job's outputs, from the first on.
 [[nodiscard]] QByteArray jobIndex(const Job& job, const std::vector<LogFiles>& files);
 

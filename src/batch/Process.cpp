@@ -14,7 +14,7 @@
 namespace quillfern {
 
 Process::Process(ProcessServices services, Job job, ProcessObserver& observer)
-    : services_(std::move(services)), job_(std::move(job)), observer_(observer),
+    : services_(std::move(services)), job_(std::move(job)), part_(partOf(job_)), observer_(observer),
       log_(services_.clock, services_.folders)
 {
 }
@@ -40,7 +40,7 @@ void Process::viewLog()
 
 QString Process::labelText() const
 {
-    return timeTakenLabel(timeTaken(), totalFileProcessed_, static_cast<int>(outputFiles().size()));
+    return timeTakenLabel(timeTaken(), totalFileProcessed_, totalFileSelected());
 }
 
 namespace {
@@ -63,7 +63,7 @@ void Process::start()
         store::removeLeftovers(job_.outputFolder);
         WorkAhead files(job_.configuration, planFiles(), means());
         std::size_t task = 0;
-        for (std::size_t i = 0; i < outputFiles().size() && isCombining_; ++i) {
+        for (std::size_t i = part_.first; i < part_.end && isCombining_; ++i) {
             runOutput(i, task, files);
             task += outputFiles()[i].fileItems().size();
         }
@@ -77,20 +77,30 @@ void Process::start()
 std::vector<PlannedFile> Process::planFiles()
 {
     std::vector<PlannedFile> files;
-    for (std::size_t i = 0; i < outputFiles().size(); ++i) {
-        const bool isRefused =
-            !collisions_[i].overwritesInput.isEmpty() || !collisions_[i].stampedAs.isEmpty();
+    for (std::size_t i = part_.first; i < part_.end; ++i) {
         const auto& items = outputFiles()[i].fileItems();
         for (std::size_t k = 0; k < items.size(); ++k) {
             tasks_.push_back({i, k});
-            files.push_back({isRefused ? 0 : stampedPages(job_.configuration, items[k].pages())});
+            files.push_back({plannedPages(i, items[k])});
         }
     }
     return files;
 }
 
+std::int64_t Process::plannedPages(std::size_t output, const FileItem& item) const
+{
+    const Collision& collision = collisions_[output];
+    const bool isRefused = !collision.overwritesInput.isEmpty() || !collision.stampedAs.isEmpty();
+    return isRefused ? 0 : stampedPages(job_.configuration, item.pages());
+}
+
 WorkAhead::Means Process::means()
 {
+    std::int64_t pagesBefore = 0;
+    for (std::size_t i = 0; i < part_.first; ++i)
+        for (const FileItem& item : outputFiles()[i].fileItems())
+            pagesBefore += plannedPages(i, item);
+    const JobConfiguration& job = job_.configuration;
     return {[this, codings = std::make_shared<pdf::SharedCodings>()] {
                 return services_.makeProcessors(job_.configuration, codings);
             },
@@ -100,7 +110,8 @@ WorkAhead::Means Process::means()
             totalPagesProcessed_,
             services_.filesAtOnce > 0 ? services_.filesAtOnce
                                       : static_cast<int>(std::thread::hardware_concurrency()),
-            abandon_.get_token()};
+            abandon_.get_token(),
+            StampRun(job.startNumber).after(pagesBefore, job.numberSteps, job.stamps)};
 }
 
 void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& files)
@@ -125,6 +136,7 @@ void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& file
         FileWork work = files.take(nextTask++, turn);
         work.log.write();
         pagesOfEndedTurns_ += work.pagesDone;
+        noteForecast(work, item);
         try {
             record.outcome = finish(std::move(work), item, index, target);
             record.filename = target.name();
@@ -143,6 +155,21 @@ void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& file
         if (totalFileProcessed_ > processedBefore) observer_.updateTimeTakenLabel(label);
         observer_.outputFinished(record);
     });
+}
+
+void Process::noteForecast(const FileWork& work, const FileItem& item)
+{
+    if (!job_.part || partProblem_ || !isCombining_) return;
+    const bool isContinuous = job_.configuration.isContinuousNumbering;
+    const bool isCountRight = !work.document.copy || work.pagesDone == item.pages();
+    const bool areNextRight = work.endsAsPlanned || !isContinuous || part_.count == 1;
+    if (isCountRight && areNextRight) return;
+    partProblem_ = Reason(
+        QT_TRANSLATE_NOOP("quillfern::Failure",
+                          "The pages that were counted of %1 are not those that were stamped: numbers and "
+                          "totals may be wrong. Count the pages again, and do all parts of the job again."),
+        {item.filePath().readable()});
+    logLine(partProblem_->logged);
 }
 
 namespace {
@@ -257,8 +284,7 @@ QString Process::resultMessage() const
             .arg(getAppTitle());
     if (!isCombining_) return tr("Process cancelled!");
     const std::int32_t created = totalFileCreated_;
-    if (static_cast<std::size_t>(created) != outputFiles().size())
-        return tr("Total %1 files processed successfully.").arg(created);
+    if (created != totalFileSelected()) return tr("Total %1 files processed successfully.").arg(created);
     return tr("All files processed successfully.");
 }
 

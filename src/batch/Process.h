@@ -85,10 +85,8 @@ class Process
 
     [[nodiscard]] bool isCombining() const { return isCombining_; } ///< false asks the job to stop
     [[nodiscard]] bool isCompleted() const { return isCompleted_; } ///< message and time are final
-    [[nodiscard]] std::int32_t totalFileSelected() const
-    {
-        return static_cast<std::int32_t>(job_.outputFiles.size());
-    }
+    /// The files that this run works on: all outputs, or those of a part of the job.
+    [[nodiscard]] std::int32_t totalFileSelected() const { return static_cast<std::int32_t>(part_.size()); }
     [[nodiscard]] std::int32_t totalFileProcessed() const { return totalFileProcessed_; }
     [[nodiscard]] std::int32_t totalFileCreated() const { return totalFileCreated_; }
     /// Pages of all files that are done or in work; goes back when work has to be done again.
@@ -103,6 +101,9 @@ class Process
     [[nodiscard]] const Log& log() const { return log_; }
     /// Why the index of a job that has one could not be written; likewise.
     [[nodiscard]] const std::optional<Reason>& indexProblem() const { return indexProblem_; }
+    /// Why numbers or totals of a part of a job are not those of the whole job: a file has given other pages
+    /// than were counted. Likewise.
+    [[nodiscard]] const std::optional<Reason>& partProblem() const { return partProblem_; }
 
   private:
     /// One input of one output.
@@ -113,7 +114,9 @@ class Process
     };
 
     [[nodiscard]] std::vector<PlannedFile> planFiles();
+    [[nodiscard]] std::int64_t plannedPages(std::size_t output, const FileItem& item) const;
     [[nodiscard]] WorkAhead::Means means();
+    void noteForecast(const FileWork& work, const FileItem& item);
     [[nodiscard]] FileWork workOn(const Task& task, DocumentProcessors& processors, JobRun& run) const;
     /// `nextTask` is the output's first.
     void runOutput(std::size_t index, std::size_t nextTask, WorkAhead& files);
@@ -129,6 +132,7 @@ class Process
 
     ProcessServices services_;
     const Job job_;
+    const JobPart part_;
     ProcessObserver& observer_;
 
     std::atomic<bool> isCombining_ = true;
@@ -151,6 +155,7 @@ class Process
     std::vector<Collision> collisions_;
     const CopyPlacement placement_{job_, written_};
     std::optional<Reason> indexProblem_;
+    std::optional<Reason> partProblem_;
     std::vector<Task> tasks_;           ///< in list order
     QHash<FilePath, FilePath> written_; ///< the copies of this job so far, and the input of each
 };

@@ -36,7 +36,8 @@ struct WorkAhead::Slot
 };
 
 WorkAhead::WorkAhead(const JobConfiguration& job, std::vector<PlannedFile> files, Means means)
-    : job_(job), files_(std::move(files)), means_(std::move(means)), next_(job.startNumber)
+    : job_(job), files_(std::move(files)), means_(std::move(means)),
+      next_(means_.start.value_or(StampRun(job.startNumber)))
 {
     const int threads = std::max(1, means_.threads);
     // Every file that waits keeps up to three files open; enough of them bridge one large file.
@@ -183,7 +184,11 @@ StampRun WorkAhead::startOf(std::size_t file) const
 
 StampRun WorkAhead::endOf(const Slot& slot) const
 {
-    if (slot.state == Slot::State::Done) return slot.end;
+    return slot.state == Slot::State::Done ? slot.end : plannedEndOf(slot);
+}
+
+StampRun WorkAhead::plannedEndOf(const Slot& slot) const
+{
     return slot.start.after(files_[slot.file].stampedPages, job_.numberSteps, job_.stamps);
 }
 
@@ -258,6 +263,7 @@ FileWork WorkAhead::take(std::size_t file, const Turn& turn)
     slots_.erase(file);
     taken_ = file + 1;
     FileWork result = std::move(slot->result);
+    result.endsAsPlanned = slot->end == plannedEndOf(*slot);
     result.pagesDone = slot->pages;
     return result;
 }

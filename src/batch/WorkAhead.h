@@ -31,6 +31,7 @@ struct FileWork
     bool isProcessed = false;        ///< a processor had the file
     std::exception_ptr problem = {}; ///< what the work threw, instead of a document
     HeldLogLines log = {};           ///< what the work has to say in the system log
+    bool endsAsPlanned = true;       ///< with the number that the file's planned pages give
 };
 
 /// What is known of one file of a job before it is worked on.
@@ -62,6 +63,8 @@ class WorkAhead
         std::atomic<std::int64_t>& pagesDone; ///< counts up with every page, and down for work thrown away
         int threads = 1;
         std::stop_token abandon; ///< gives up every file
+        /// What the first file begins with, with continuous numbering; nothing: with the start number.
+        std::optional<StampRun> start = {};
     };
 
     /// `job` must outlive this object. With one thread, and where the system refuses more, each file is
@@ -98,6 +101,7 @@ class WorkAhead
     void reserve(Slot& slot, std::int64_t bytes);
     [[nodiscard]] StampRun startOf(std::size_t file) const;
     [[nodiscard]] StampRun endOf(const Slot& slot) const;
+    [[nodiscard]] StampRun plannedEndOf(const Slot& slot) const;
     /// Begins anew those later files that were begun with a number that will not come.
     void correctFrom(std::size_t file);
     void drop(const SlotPtr& slot);

@@ -28,7 +28,7 @@ class FileGatherer::Request
         : gatherer_(gatherer),
           feed_(
               gatherer.counters_, password, loadFailure, [&gatherer] { return gatherer.isWanted(); },
-              [this](std::vector<FileItem> items) { show(std::move(items)); })
+              [this](std::vector<FileItem> items) { show(std::move(items)); }, gatherer.known_)
     {
         std::optional<FileListOrder> order;
         std::vector<FileItem> present;

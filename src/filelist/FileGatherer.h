@@ -3,6 +3,7 @@
 #include "filelist/Arguments.h"
 #include "filelist/FileList.h"
 #include "filelist/GatherObserver.h"
+#include "filelist/KnownCounts.h"
 #include "platform/system/Clock.h"
 #include "platform/system/FilePath.h"
 #include "platform/system/MainThread.h"
@@ -37,6 +38,9 @@ class FileGatherer
     ~FileGatherer();
     FileGatherer(const FileGatherer&) = delete;
     FileGatherer& operator=(const FileGatherer&) = delete;
+
+    /// Files whose pages are known need not be read. Before a request.
+    void setKnownCounts(std::shared_ptr<const KnownCounts> known) { known_ = std::move(known); }
 
     /// Begins a request on a new thread; false when one is still running, after stop(), or when the system
     /// allows no further thread. New items get a
@@ -76,6 +80,7 @@ class FileGatherer
     const Clock& clock_;
     GatherObserver& observer_;
     WorkerPool counters_;
+    std::shared_ptr<const KnownCounts> known_;
     bool isRunning_ = false; ///< main thread
     std::atomic<bool> isStopping_ = false;
     std::deque<std::function<void()>> waiting_; ///< main thread

@@ -1,6 +1,5 @@
 #include "filelist/FileItem.h"
 
-#include "filelist/PageCount.h"
 #include "platform/pdf/PdfPageCount.h"
 #include "platform/system/DateText.h"
 #include "platform/system/FileFacts.h"
@@ -67,6 +66,12 @@ void FileItem::countUnlocked(const QString& defaultPassword)
 {
     if (pages_ > 0 || fileType() != FileType::Pdf) return;
     pages_ = pdf::pdfPageCount(filePath_, {}, {{pdfOpenPassword_, defaultPassword}});
+}
+
+void FileItem::takeCount(const PageCount& count)
+{
+    compression_ = count.compression;
+    pages_ = count.pages;
 }
 
 void FileItem::takeCount(const FileItem& counted)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "filelist/PageCount.h"
 #include "platform/system/FilePath.h"
 
 #include <QDateTime>
@@ -49,6 +50,8 @@ class FileItem
     /// Counts the pages of a PDF that shows none without a password, with its own password or else with this
     /// one.
     void countUnlocked(const QString& defaultPassword);
+    /// Takes over pages and compression that were counted before.
+    void takeCount(const PageCount& count);
     /// Takes over password, pages and compression of an equal item that has been counted elsewhere.
     void takeCount(const FileItem& counted);
 

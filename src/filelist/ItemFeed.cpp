@@ -14,8 +14,9 @@ constexpr std::size_t mostPending = 512; ///< files not yet counted: enough for 
 } // namespace
 
 ItemFeed::ItemFeed(WorkerPool& pool, const QString& password, const char* failure, Wanted wanted,
-                   Deliver deliver)
-    : pipeline_(pool, password, failure), wanted_(std::move(wanted)), deliver_(std::move(deliver))
+                   Deliver deliver, std::shared_ptr<const KnownCounts> known)
+    : pipeline_(pool, password, failure, std::move(known)), wanted_(std::move(wanted)),
+      deliver_(std::move(deliver))
 {
 }
 

@@ -20,9 +20,10 @@ class ItemFeed
     using Wanted = std::function<bool()>;
     using Deliver = std::function<void(std::vector<FileItem>)>;
 
-    /// For `pool`, `password` and `failure` see ItemPipeline. Once `wanted` returns false, no further file is
-    /// begun.
-    ItemFeed(WorkerPool& pool, const QString& password, const char* failure, Wanted wanted, Deliver deliver);
+    /// For `pool`, `password`, `failure` and `known` see ItemPipeline. Once `wanted` returns false, no
+    /// further file is begun.
+    ItemFeed(WorkerPool& pool, const QString& password, const char* failure, Wanted wanted, Deliver deliver,
+             std::shared_ptr<const KnownCounts> known = {});
 
     /// Whether to continue. To be called often, because this call also delivers the items that are ready.
     bool goOn();

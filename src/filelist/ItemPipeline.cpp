@@ -29,8 +29,10 @@ struct ItemPipeline::State
     [[nodiscard]] bool nextIsReady() const { return !slots.empty() && slots.front()->isReady; }
 };
 
-ItemPipeline::ItemPipeline(WorkerPool& pool, QString password, const char* failure)
-    : pool_(pool), password_(std::move(password)), failure_(failure), state_(std::make_shared<State>())
+ItemPipeline::ItemPipeline(WorkerPool& pool, QString password, const char* failure,
+                           std::shared_ptr<const KnownCounts> known)
+    : pool_(pool), password_(std::move(password)), failure_(failure), known_(std::move(known)),
+      state_(std::make_shared<State>())
 {
 }
 
@@ -47,12 +49,16 @@ void ItemPipeline::add(const FilePath& path)
         const std::lock_guard lock(state_->mutex);
         state_->slots.push_back(slot);
     }
-    pool_.start([state = state_, slot, path, password = password_, failure = failure_] {
+    pool_.start([state = state_, slot, path, password = password_, failure = failure_, known = known_] {
         if (state->abandoned()) return;
         std::optional<FileItem> item;
         guarded(failure, [&] {
             item = FileItem::initWithURL(path);
-            if (item) item->setPdfOpenPassword(password);
+            const auto count = item && known ? known->of(path) : std::nullopt;
+            if (count)
+                item->takeCount(*count);
+            else if (item)
+                item->setPdfOpenPassword(password);
         });
         const std::lock_guard lock(state->mutex);
         slot->item = std::move(item);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "filelist/FileItem.h"
+#include "filelist/KnownCounts.h"
 #include "platform/system/FilePath.h"
 #include "platform/system/WorkerPool.h"
 
@@ -19,8 +20,9 @@ class ItemPipeline
 {
   public:
     /// `password` is every new item's. `failure` is the pattern of the line for the system log about a file
-    /// that fails, a literal. The pool is not owned and outlives the pipeline.
-    ItemPipeline(WorkerPool& pool, QString password, const char* failure);
+    /// that fails, a literal. The pool is not owned and outlives the pipeline. Files of `known` are not read.
+    ItemPipeline(WorkerPool& pool, QString password, const char* failure,
+                 std::shared_ptr<const KnownCounts> known = {});
     ~ItemPipeline();
     ItemPipeline(const ItemPipeline&) = delete;
     ItemPipeline& operator=(const ItemPipeline&) = delete;
@@ -38,6 +40,7 @@ class ItemPipeline
     WorkerPool& pool_;
     QString password_;
     const char* failure_;
+    std::shared_ptr<const KnownCounts> known_;
     std::shared_ptr<State> state_; ///< shared with the tasks in the pool
 };
 

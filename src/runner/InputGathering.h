@@ -11,6 +11,7 @@
 #include <QString>
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace quillfern {
@@ -31,6 +32,12 @@ class InputGathering final : private GatherObserver
     InputGathering(FileList& files, MainThread& mainThread, const Clock& clock)
         : gatherer_(files, isProcessing_, mainThread, clock, *this)
     {
+    }
+
+    /// Files whose pages are known are not read.
+    void setKnownCounts(std::shared_ptr<const KnownCounts> known)
+    {
+        gatherer_.setKnownCounts(std::move(known));
     }
 
     /// Carries out the requests one after the other. `goOn` is called now and then; gathering ends when it

@@ -51,6 +51,25 @@ void JsonReport::remark(const Remark& remark)
            {key("text"), readableName(remark.text)}});
 }
 
+void JsonReport::finding(const JobFinding& finding)
+{
+    QJsonArray files;
+    for (const FilePath& path : finding.files) {
+        QJsonObject file;
+        addPath(file, "path", path);
+        files.append(file);
+    }
+    QJsonArray options;
+    for (const Remedy remedy : finding.remedies)
+        if (const char* option = remedyOption(remedy)) options.append(QStringLiteral("--") + key(option));
+    write({{key("kind"), key("finding")},
+           {key("id"), key(findingId(finding.kind))},
+           {key("severity"), key(severityId(finding.severity))},
+           {key("text"), readableName(finding.sentence.logged)},
+           {key("files"), files},
+           {key("settledBy"), options}});
+}
+
 void JsonReport::listWritten(const FilePath& path, const FileTotals& totals)
 {
     QJsonObject list{{key("kind"), key("list")},

@@ -16,6 +16,7 @@ class JsonReport final : public Report
     JsonReport(QTextStream& out, bool isQuiet) : out_(out), isQuiet_(isQuiet) {}
 
     void remark(const Remark& remark) override;
+    void finding(const JobFinding& finding) override;
     void listWritten(const FilePath& path, const FileTotals& totals) override;
     void fileDone(std::int64_t index, const LogFiles& file) override;
     void jobDone(const JobSummary& job) override;

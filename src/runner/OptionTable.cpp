@@ -92,6 +92,11 @@ constexpr std::array fileOptions = {
     Option{"export", "FILE",
            "Write the list of files, with their pages, as tab-delimited text. Without --output and stamps "
            "nothing else is done."},
+    Option{"save-counts", "FILE",
+           "Write the pages of all files for --counts. Without --output and stamps nothing else is done."},
+    Option{"counts", "FILE",
+           "Take the pages of files from what --save-counts has written, and count only those of files that "
+           "are not in there or have another size now."},
     Option{"profile", "FILE",
            "Begin with the stamps, pages, numbers and margins of a saved profile. Options after "
            "--profile override the profile; stamps after it are added to the profile's stamps."},
@@ -137,6 +142,15 @@ constexpr std::array programOptions = {
     Option{"files-at-once", "N",
            "Work on so many files at the same time (the number of processors). The copies are the same for "
            "every number."},
+    Option{"check", nullptr,
+           "Say what people should know of the job before it begins (originals that are overwritten, files "
+           "that need a password, stamps off the page and more), and write nothing."},
+    Option{"strict", nullptr,
+           "Begin no job when --check finds something that people should decide on; notes do not count."},
+    Option{
+        "shard", "K/N",
+        "Work on the K-th of N parts of the list only, with the numbers, totals and names that the whole job "
+        "would give; see docs/cluster.md."},
     Option{"json", nullptr, "Print one JSON object a line, for programs, instead of text."},
     Option{"quiet", nullptr, "Print only what went wrong."},
     Option{"help", nullptr, "Show this text.", 'h'},
@@ -208,9 +222,10 @@ QString runnerHelp()
            QStringLiteral(
                "\nExit status: 0 when every file has its copy, 1 when some have none, one was replaced "
                "by the\n"
-               "copy of another file of the same name or lacks parts of a damaged file, 2 for a command "
-               "line\n"
-               "that cannot be followed (no file is stamped then).\n");
+               "copy of another file of the same name or lacks parts of a damaged file, or when --check, "
+               "--strict\n"
+               "or a stamp that is empty keeps the job from beginning, 2 for a command line that cannot be\n"
+               "followed (no file is stamped then).\n");
 }
 
 } // namespace quillfern

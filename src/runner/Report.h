@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/JobFinding.h"
 #include "batch/Log.h"
 #include "filelist/FileList.h"
 #include "platform/system/FilePath.h"
@@ -41,6 +42,7 @@ class Report
   public:
     virtual ~Report() = default;
     virtual void remark(const Remark& remark) = 0;
+    virtual void finding(const JobFinding& finding) = 0;
     virtual void listWritten(const FilePath& path, const FileTotals& totals) = 0;
     /// A file of the job is done, or was left out. `index` counts the files of the list from 1.
     virtual void fileDone(std::int64_t index, const LogFiles& file) = 0;

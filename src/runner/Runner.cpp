@@ -1,12 +1,14 @@
 #include "runner/Runner.h"
 
 #include "batch/Job.h"
+#include "batch/JobCheck.h"
 #include "batch/JobIndex.h"
 #include "batch/JobWarnings.h"
 #include "config/Profile.h"
 #include "filelist/AllowedFileTypes.h"
 #include "filelist/FileListExport.h"
-#include "platform/drawing/FontCatalog.h"
+#include "filelist/KnownCounts.h"
+#include "platform/store/AtomicFile.h"
 #include "platform/system/Failure.h"
 #include "platform/system/FileAccess.h"
 #include "platform/system/FileFacts.h"
@@ -18,7 +20,8 @@
 #include "runner/SideOutputs.h"
 #include "runner/TextReport.h"
 #include "runner/Worker.h"
-#include "stamps/TextStamp.h"
+
+#include <algorithm>
 
 namespace quillfern {
 
@@ -30,10 +33,25 @@ Runner::Runner(ProcessServices services, QTextStream& out, QTextStream& err, boo
 
 Runner::~Runner() = default;
 
+namespace {
+
+std::shared_ptr<const KnownCounts> readCounts(const FilePath& path)
+{
+    try {
+        return std::make_shared<const KnownCounts>(readRegularFile(path)->read(KnownCounts::largestText));
+    } catch (const Failure& failure) {
+        throw WrongUse(QStringLiteral("the page counts in \"%1\" cannot be used: %2 (--counts)")
+                           .arg(path.readable(), failure.reason()));
+    }
+}
+
+} // namespace
+
 void Runner::gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests)
 {
     InputGathering gathering(files, services_.mainThread, services_.clock);
     const auto goOn = [&] { return stopRequests() == 0; };
+    if (!options.counts.isEmpty()) gathering.setKnownCounts(readCounts(options.counts));
     std::vector<Remark> remarks;
     const std::vector<Arguments> requests = requestsFor(options, goOn, remarks);
     for (const Remark& remark : remarks)
@@ -48,6 +66,22 @@ void Runner::gather(const RunnerOptions& options, FileList& files, const StopReq
     if (files.empty()) throw WrongUse(QStringLiteral("the folders named hold no files to stamp"));
 }
 
+void Runner::writeCounts(const FilePath& path, const FileList& files, const Settings& settings)
+{
+    const JobOptions& options = settings.number->options();
+    std::vector<FileItem> items = files.copies();
+    if (options.usePasswords)
+        for (FileItem& item : items)
+            item.countUnlocked(options.password);
+    try {
+        store::AtomicFile::writeWhole(path, KnownCounts::text(items));
+    } catch (const Failure& failure) {
+        throw WrongUse(QStringLiteral("the page counts cannot be written to \"%1\" (--save-counts): %2")
+                           .arg(path.readable(), failure.reason()));
+    }
+    report_->listWritten(path, files.totals());
+}
+
 void Runner::writeExport(const FilePath& path, const FileList& files)
 {
     if (!exportList(files, path))
@@ -56,23 +90,19 @@ void Runner::writeExport(const FilePath& path, const FileList& files)
     report_->listWritten(path, files.totals());
 }
 
-void Runner::nameSubstitutes(const Numbering& number)
+void Runner::tell(const std::vector<JobFinding>& findings, bool isStrict)
 {
-    const drawing::FontCatalog catalog;
-    for (const auto& stamp : number.stamps) {
-        const auto* text = dynamic_cast<const TextStamp*>(stamp.get());
-        // The default font is an alias on most machines, and the user did not name it: no message about it.
-        if (!text || text->font.fontName == PDFFont().fontName) continue;
-        const QString wanted = text->font.fontName.value_or(QString());
-        const QString used = catalog.resolveFamily(wanted);
-        if (used.compare(wanted, Qt::CaseInsensitive) != 0)
-            report_->remark({"font-not-installed",
-                             QStringLiteral("The font \"%1\" is not installed; \"%2\" is used instead.")
-                                 .arg(wanted, used)});
-    }
+    for (const JobFinding& finding : findings)
+        report_->finding(finding);
+    const auto worst = worstOf(findings);
+    if (worst == FindingSeverity::Stop || (isStrict && worst == FindingSeverity::Ask))
+        throw Failure(QStringLiteral("the job was not begun, and nothing was written"));
 }
 
 namespace {
+
+/// No job of the runner makes plain copies by mistake; nobody can be asked.
+constexpr CheckRules runnerRules{true, true};
 
 /// A forgotten value makes the next word, a document, the file that an option writes. Throws WrongUse.
 void requireSpared(const RunnerOptions& options, const FilePath& index)
@@ -85,6 +115,7 @@ void requireSpared(const RunnerOptions& options, const FilePath& index)
                            .arg(QLatin1String(option), path.readable()));
     };
     check("export", options.exportFile, false);
+    check("save-counts", options.saveCounts, false);
     check("index", index, false);
     check("save-profile", options.saveProfile, false);
     check("preview", options.preview, true);
@@ -157,7 +188,8 @@ int Runner::follow(const RunnerOptions& options, Settings& settings, const StopR
     FileList files;
     if (options.onlyExport) {
         gather(options, files, stopRequests);
-        writeExport(options.exportFile, files);
+        if (!options.exportFile.isEmpty()) writeExport(options.exportFile, files);
+        if (!options.saveCounts.isEmpty()) writeCounts(options.saveCounts, files, settings);
         return AllCreated;
     }
     if (!options.saveProfile.isEmpty()) saveProfile(*settings.number, options.saveProfile);
@@ -168,24 +200,69 @@ int Runner::follow(const RunnerOptions& options, Settings& settings, const StopR
     if (!options.asksForJob()) return outputsMissing_ == 0 ? AllCreated : SomeNotCreated;
     const FilePath output = FilePath::fromText(*settings.outputFolderPath);
     settings.outputFolderPath = output.text();
-    const bool isOutputMissing = requireOutput(output);
-    nameSubstitutes(*settings.number);
+    const bool isChecked = options.check || options.strict;
+    const bool isOutputMissing = !options.check && requireOutput(output);
     for (const Remark& remark : options.remarks)
         report_->remark(remark);
+    if (!isChecked) tell(JobCheck(plan(options, settings, files), runnerRules).ofStamps(), false);
     gather(options, files, stopRequests);
+    if (isChecked) {
+        const int status = check(options, settings, files, stopRequests);
+        if (options.check) return status;
+    }
     if (!options.exportFile.isEmpty() && stopRequests() == 0) writeExport(options.exportFile, files);
+    if (!options.saveCounts.isEmpty() && stopRequests() == 0)
+        writeCounts(options.saveCounts, files, settings);
 
     if (isOutputMissing && !makeFolders(output))
         throw WrongUse(QStringLiteral("the folder \"%1\" cannot be made (--output)").arg(output.readable()));
-    Job job = planJob(files.copies(), settings, services_.clock.now().date());
+    Job job = plan(options, settings, files);
     requireIndex(job);
     services_.folders.createApplicationUsersFolder(QStringLiteral("Logs"));
-    job.configuration.isWrittenAnew = options.rewrite;
-    job.configuration.refusesSigned = options.refuseSigned;
     services_.filesAtOnce = options.filesAtOnce;
     Process process(services_, std::move(job), *this);
     runJob(process, stopRequests);
     return report(process);
+}
+
+Job Runner::plan(const RunnerOptions& options, Settings& settings, const FileList& files) const
+{
+    Job job = planJob(files.copies(), settings, services_.clock.now().date());
+    job.configuration.isWrittenAnew = options.rewrite;
+    job.configuration.refusesSigned = options.refuseSigned;
+    if (options.parts > 0 || !options.counts.isEmpty())
+        takePart(job, std::max(options.part, 1), std::max(options.parts, 1));
+    return job;
+}
+
+int Runner::check(const RunnerOptions& options, Settings& settings, const FileList& files,
+                  const StopRequests& stopRequests)
+{
+    const Job job = plan(options, settings, files);
+    std::vector<JobFinding> findings;
+    std::exception_ptr problem;
+    std::stop_source stop;
+    runOnWorker(
+        [&] {
+            try {
+                findings = JobCheck(job, runnerRules).findings(stop.get_token());
+            } catch (...) {
+                problem = std::current_exception();
+            }
+        },
+        [&] {
+            if (stopRequests() > 0) stop.request_stop();
+        });
+    if (stop.stop_requested()) throw Failure(QStringLiteral("The check was stopped. Nothing was written."));
+    if (problem) std::rethrow_exception(problem);
+    if (!options.check) {
+        tell(findings, true);
+        return AllCreated;
+    }
+    for (const JobFinding& finding : findings)
+        report_->finding(finding);
+    const auto worst = worstOf(findings);
+    return worst && *worst != FindingSeverity::Note ? SomeNotCreated : AllCreated;
 }
 
 bool Runner::preview(Settings& settings, const RunnerOptions& options, const FileList& files)
@@ -201,6 +278,7 @@ void Runner::runJob(Process& process, const StopRequests& stopRequests)
 {
     int seen = 0;
     started_ = services_.clock.now();
+    outputsFinished_ = static_cast<std::int64_t>(partOf(process.job()).first);
     const auto watch = [&] {
         const int requests = stopRequests();
         if (requests > 0 && seen == 0) {
@@ -230,7 +308,7 @@ void Runner::showProgress(const Process& process)
 {
     const QDateTime now = services_.clock.now();
     const std::int64_t done = process.totalPagesProcessed();
-    const std::int64_t total = process.job().totalPages;
+    const std::int64_t total = partOf(process.job()).pages;
     QString text = QStringLiteral("%1 of %2 files, %3 of %4 pages")
                        .arg(process.totalFileProcessed())
                        .arg(process.totalFileSelected())
@@ -274,9 +352,11 @@ int Runner::report(const Process& process)
         job.warnings.push_back(*unwritten);
     else
         job.index = indexPath(process.job());
+    if (process.partProblem()) job.warnings.push_back(*process.partProblem());
     report_->jobDone(job);
-    const bool all = job.isLogged && !process.indexProblem() && outputsMissing_ == 0 &&
-                     log.files.size() == process.outputFiles().size();
+    const bool all = job.isLogged && !process.indexProblem() && !process.partProblem() &&
+                     outputsMissing_ == 0 &&
+                     log.files.size() == static_cast<std::size_t>(process.totalFileSelected());
     return all ? AllCreated : SomeNotCreated;
 }
 

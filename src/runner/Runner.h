@@ -1,5 +1,7 @@
 #pragma once
 
+#include "batch/Job.h"
+#include "batch/JobFinding.h"
 #include "batch/Log.h"
 #include "batch/Process.h"
 #include "config/Numbering.h"
@@ -17,6 +19,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace quillfern {
 
@@ -44,10 +47,14 @@ class Runner final : public ProcessObserver
 
   private:
     int follow(const RunnerOptions& options, Settings& settings, const StopRequests& stopRequests);
-    /// Tells which fonts named on the command line are not installed, and what is used instead.
-    void nameSubstitutes(const Numbering& number);
+    /// Tells the findings; throws Failure when the job must not begin with one of them.
+    void tell(const std::vector<JobFinding>& findings, bool isStrict);
+    int check(const RunnerOptions& options, Settings& settings, const FileList& files,
+              const StopRequests& stopRequests);
+    [[nodiscard]] Job plan(const RunnerOptions& options, Settings& settings, const FileList& files) const;
     void gather(const RunnerOptions& options, FileList& files, const StopRequests& stopRequests);
     void writeExport(const FilePath& path, const FileList& files);
+    void writeCounts(const FilePath& path, const FileList& files, const Settings& settings);
     /// False when a blank page is shown instead of the file.
     bool preview(Settings& settings, const RunnerOptions& options, const FileList& files);
     void runJob(Process& process, const StopRequests& stopRequests);

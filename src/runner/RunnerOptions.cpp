@@ -155,6 +155,16 @@ class Reader
             options.quiet = true;
         else if (name == QLatin1String("files-at-once"))
             options.filesAtOnce = static_cast<int>(wholeNumber(name, value, 1, 64));
+        else if (name == QLatin1String("counts"))
+            options.counts = fileName(name, value);
+        else if (name == QLatin1String("save-counts"))
+            options.saveCounts = fileName(name, value);
+        else if (name == QLatin1String("shard"))
+            readPart(name, value, options);
+        else if (name == QLatin1String("check"))
+            options.check = true;
+        else if (name == QLatin1String("strict"))
+            options.strict = true;
         else if (name == QLatin1String("json"))
             options.json = true;
         else
@@ -174,6 +184,15 @@ class Reader
         if (value == standardInput && options.lists.contains(value))
             throw WrongUse(QStringLiteral("--list - is given twice; the standard input can be read once"));
         options.lists.append(value);
+    }
+
+    static void readPart(const QString& option, const QString& value, RunnerOptions& options)
+    {
+        constexpr std::int64_t mostParts = 1'000'000;
+        const QStringList numbers = value.split(u'/');
+        if (numbers.size() != 2) wrong(option, value, QStringLiteral("a part and their number as K/N"));
+        options.parts = static_cast<int>(wholeNumber(option, numbers[1], 1, mostParts));
+        options.part = static_cast<int>(wholeNumber(option, numbers[0], 1, options.parts));
     }
 
     static FilePath fileName(const QString& option, const QString& value)
@@ -307,6 +326,16 @@ QString versions()
     return text;
 }
 
+void requireWritesNothing(const RunnerOptions& options)
+{
+    if (!options.check) return;
+    for (const auto& [name, path] :
+         {std::pair("export", options.exportFile), std::pair("save-counts", options.saveCounts),
+          std::pair("save-profile", options.saveProfile), std::pair("preview", options.preview)})
+        if (!path.isEmpty())
+            throw WrongUse(QStringLiteral("--check writes nothing; --%1 does").arg(QLatin1String(name)));
+}
+
 } // namespace
 
 std::optional<QString> answerWithoutJob(const QStringList& arguments)
@@ -339,13 +368,17 @@ RunnerOptions parseRunnerOptions(const QStringList& arguments, Settings& setting
     reader.addRemarks(options);
     const bool hasOutput = !settings.outputFolderPath.value_or(QString()).isEmpty();
     const bool hasStamps = !settings.number->stamps.empty();
-    options.onlyExport = !options.exportFile.isEmpty() && !hasOutput && !hasStamps &&
-                         options.preview.isEmpty() && options.saveProfile.isEmpty();
+    options.onlyExport = !(options.exportFile.isEmpty() && options.saveCounts.isEmpty()) && !hasOutput &&
+                         !hasStamps && options.preview.isEmpty() && options.saveProfile.isEmpty();
     if (options.asksForJob() && !options.namesFiles())
         throw WrongUse(QStringLiteral("no files or folders to stamp"));
     if (options.onlyExport) return options;
     if (options.asksForJob() && !hasOutput)
         throw WrongUse(QStringLiteral("no output folder; name one with --output"));
+    requireWritesNothing(options);
+    const JobOptions& ofJob = settings.number->options();
+    if (options.parts > 1 && ofJob.index && ofJob.indexFile.isEmpty())
+        throw WrongUse(QStringLiteral("each part needs an index of its own; name it with --index"));
     if (!hasStamps) throw WrongUse(QStringLiteral("no stamp; begin one with --text or --image"));
     return options;
 }

@@ -22,8 +22,9 @@ struct RunnerOptions
     QStringList inputs; ///< files and folders, as given
     /// Text files of paths, or standardInput; the files they name come after the inputs.
     QStringList lists;
-    FilePath exportFile;                 ///< file to write the list of files to; empty for none
-    bool onlyExport = false;             ///< exportFile is given, and no stamp, output folder or other output
+    FilePath exportFile; ///< file to write the list of files to; empty for none
+    /// exportFile or saveCounts is given, and no stamp, output folder or other output.
+    bool onlyExport = false;
     FilePath saveProfile;                ///< file to write the configuration to; empty for none
     FilePath preview;                    ///< file to draw a preview into; empty for none
     QSize previewSize = QSize(600, 850); ///< pixels
@@ -32,6 +33,12 @@ struct RunnerOptions
     int filesAtOnce = 0;         ///< 0 for as many as there are processors
     bool rewrite = false;        ///< write PDF documents anew instead of appending to a copy
     std::vector<Remark> remarks; ///< about what the options do to a job without naming it
+    FilePath counts;             ///< page counts that were made before; empty for none
+    FilePath saveCounts;         ///< file to write page counts to; empty for none
+    int part = 0;                ///< which of so many parts of the list to work on, from 1; 0 for all of it
+    int parts = 0;
+    bool check = false;  ///< list the findings of the job and do nothing
+    bool strict = false; ///< begin no job with a finding that people should decide on
     bool quiet = false;
     bool json = false; ///< one JSON object a line on the standard output
 

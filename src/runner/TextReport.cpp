@@ -3,11 +3,30 @@
 #include "platform/system/NativePath.h"
 #include "runner/Runner.h"
 
+#include <algorithm>
+
 namespace quillfern {
 
 void TextReport::remark(const Remark& remark)
 {
     err_ << printable(remark.text) << '\n';
+    err_.flush();
+}
+
+void TextReport::finding(const JobFinding& finding)
+{
+    constexpr std::size_t mostFiles = 5; // --json names all of them
+    const QString severity = QString::fromLatin1(severityId(finding.severity));
+    err_ << severity.left(1).toUpper() << severity.mid(1) << ": " << printable(finding.sentence.shown);
+    QStringList options;
+    for (const Remedy remedy : finding.remedies)
+        if (const char* option = remedyOption(remedy))
+            options.append(QStringLiteral("--") + QString::fromLatin1(option));
+    if (!options.isEmpty()) err_ << " (" << options.join(QStringLiteral(", ")) << ')';
+    err_ << '\n';
+    for (std::size_t i = 0; i < std::min(mostFiles, finding.files.size()); ++i)
+        err_ << "    " << finding.files[i].readable() << '\n';
+    if (finding.files.size() > mostFiles) err_ << "    …\n";
     err_.flush();
 }
 

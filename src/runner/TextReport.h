@@ -14,6 +14,7 @@ class TextReport final : public Report
     TextReport(QTextStream& out, QTextStream& err, bool isQuiet) : out_(out), err_(err), isQuiet_(isQuiet) {}
 
     void remark(const Remark& remark) override;
+    void finding(const JobFinding& finding) override;
     void listWritten(const FilePath& path, const FileTotals& totals) override;
     void fileDone(std::int64_t index, const LogFiles& file) override;
     void jobDone(const JobSummary& job) override;

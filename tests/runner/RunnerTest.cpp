@@ -173,6 +173,16 @@ TEST_F(RunnerProgram, TellsProgramsWhatItDidOneObjectALine)
         {"--quiet --output DIR/new --text {0} DIR/one DIR/bad\n.pdf", "file:2:no-pages result:1", 1},
         {"--export DIR/table.txt DIR/one", "list:1 result:0", 0},
         {"--output DIR/out --text {0} --bogus", "result:2", 2},
+        {"--check --output DIR/none --text {0} DIR/one DIR/two",
+         "finding:same-name finding:output-folder-missing result:1", 1},
+        {"--check --output DIR/none --text {0} DIR/one", "finding:output-folder-missing result:0", 0},
+        {"--check --output DIR/none/none --text {0} DIR/one", "finding:no-output-folder result:1", 1},
+        {"--check --export DIR/none/x --output DIR/out --text {0} DIR/one", "result:2", 2},
+        {"--strict --output DIR/none --text {0} DIR/one DIR/two",
+         "finding:same-name finding:output-folder-missing result:1", 1},
+        {"--output DIR/none --text= DIR/one", "finding:empty-stamp result:1", 1},
+        {"--strict --output DIR/strict --text {0} DIR/one",
+         "finding:output-folder-missing file:1:created result:0", 0},
     };
     for (const Case& c : cases) {
         const ToolResult result = run(line(c.arguments) + words("--json"));
@@ -201,6 +211,7 @@ TEST_F(RunnerProgram, TellsProgramsWhatItDidOneObjectALine)
         EXPECT_EQ(found.join(u' ').toStdString(), c.lines) << result.err.constData();
     }
     EXPECT_TRUE(qpdfAccepts(scratch.path(QStringLiteral("new/a.pdf")))) << "the folder was made";
+    EXPECT_FALSE(QDir(scratch.path(QStringLiteral("none"))).exists());
 }
 
 TEST_F(RunnerProgram, TellsItsOptionsAndVersionsWhateverElseIsAsked)
