@@ -1,6 +1,7 @@
 #include "batch/WorkAhead.h"
 
 #include "platform/system/Cancellation.h"
+#include "platform/system/Failure.h"
 
 #include <algorithm>
 #include <chrono>
@@ -138,19 +139,21 @@ void WorkAhead::workOn(std::unique_lock<std::mutex>& lock, const SlotPtr& slot,
             result = means_.work(*processors, slot->file, run);
         } catch (...) {
             result.problem = std::current_exception();
+            result.document.isShortage = isCurrentExceptionShortage();
         }
     }
     result.log = std::move(log);
     lock.lock();
-    --inWork_;
-    memory_ -= std::exchange(slot->memory, 0);
-    if (noProcessors) noProcessors_ = noProcessors;
     if (slot->isDropped) {
         means_.pagesDone -= slot->pages;
         lock.unlock();
-        result = {}; // removes what was written
+        result = {}; // removes what was written, before the room for it counts as free
         lock.lock();
-    } else {
+    }
+    --inWork_;
+    memory_ -= std::exchange(slot->memory, 0);
+    if (noProcessors) noProcessors_ = noProcessors;
+    if (!slot->isDropped) {
         slot->state = Slot::State::Done;
         slot->result = std::move(result);
         slot->end = run.stamps();
@@ -232,24 +235,39 @@ void WorkAhead::waitFor(std::unique_lock<std::mutex>& lock, std::size_t file,
     }
 }
 
-FileWork WorkAhead::take(std::size_t file, const Turn& turn)
+void WorkAhead::stayAlone(std::unique_lock<std::mutex>& lock)
+{
+    isAlone_ = true;
+    // What is short now will be short again, and work that is thrown away helps nobody.
+    mostAhead_ = std::max<std::size_t>(1, mostAhead_ / 2);
+    dropAfter(turn_);
+    changed_.wait(lock, [this] { return inWork_ == 0; });
+}
+
+bool WorkAhead::makeRoom()
+{
+    std::unique_lock lock(mutex_);
+    if (slots_.empty() && inWork_ == 0) return false;
+    stayAlone(lock);
+    return true;
+}
+
+FileWork WorkAhead::take(std::size_t file, const std::function<bool()>& goOn)
 {
     std::unique_lock lock(mutex_);
     turn_ = file;
+    isAlone_ = false;
     changed_.notify_all();
-    waitFor(lock, file, turn.goOn);
+    waitFor(lock, file, goOn);
     SlotPtr slot = slots_.at(file);
-    if (slot->result.document.isShortage && slot->hadCompany && !means_.abandon.stop_requested()) {
-        isAlone_ = true;
-        dropAfter(file);
-        changed_.wait(lock, [&] { return inWork_ == 0; });
-        turn.beforeRetry(slot->result.document);
+    if (slot->result.document.isShortage && slot->hadCompany) {
+        stayAlone(lock);
         drop(slot);
-        slots_[file] = std::make_shared<Slot>(file, slot->start);
+        slot = std::make_shared<Slot>(file, slot->start);
+        if (means_.abandon.stop_requested()) slot->stop.request_stop();
+        slots_[file] = slot;
         changed_.notify_all();
-        waitFor(lock, file, turn.goOn);
-        slot = slots_.at(file);
-        isAlone_ = false;
+        waitFor(lock, file, goOn);
     }
     next_ = slot->end;
     slots_.erase(file);

@@ -9,6 +9,7 @@
 #include <libdeflate.h>
 #include <memory>
 #include <qpdf/Buffer.hh>
+#include <system_error>
 #include <zlib.h>
 
 namespace quillfern::pdf {
@@ -203,8 +204,13 @@ class ContentScanner::Scan
 };
 
 ContentScanner::ContentScanner(PlainStreams& plain, std::stop_token stop)
-    : plain_(plain), stop_(std::move(stop)), worker_([this] { work(); })
+    : plain_(plain), stop_(std::move(stop))
 {
+    try {
+        worker_ = std::thread([this] { work(); });
+    } catch (const std::system_error&) {
+        // resultOf() does the work.
+    }
 }
 
 ContentScanner::~ContentScanner()
@@ -215,7 +221,7 @@ ContentScanner::~ContentScanner()
         waiting_.clear();
     }
     changed_.notify_all();
-    worker_.join();
+    if (worker_.joinable()) worker_.join();
 }
 
 std::shared_ptr<ContentScanner::Scan> ContentScanner::scan(const std::vector<QPDFObjectHandle>& streams)
