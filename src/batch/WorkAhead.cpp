@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <unistd.h>
 
 namespace quillfern {
 
@@ -12,6 +13,19 @@ namespace {
 
 /// What the files in work may take together, beside the largest of them.
 constexpr std::int64_t memoryForAll = std::int64_t{96} << 20;
+
+/// How many files may be in work or wait for their turn; enough of them bridge one large file.
+std::size_t mostAheadFor(int threads)
+{
+    const long usual = std::min(16 + 4 * threads, 128);
+    // A library that finds no descriptor for a font takes another font, so files in work must never need the
+    // last one. Every file has up to so many open, and the program has some of its own.
+    constexpr long ofFile = 8;
+    constexpr long ofProgram = 32;
+    const long allowed = ::sysconf(_SC_OPEN_MAX);
+    const long most = allowed < 0 ? usual : std::min(usual, (allowed - ofProgram) / ofFile);
+    return static_cast<std::size_t>(std::max(1L, most));
+}
 
 } // namespace
 
@@ -38,8 +52,7 @@ WorkAhead::WorkAhead(const JobConfiguration& job, std::vector<PlannedFile> files
     : job_(job), files_(std::move(files)), means_(std::move(means)), next_(job.startNumber)
 {
     const int threads = std::max(1, means_.threads);
-    // Every file that waits keeps up to three files open; enough of them bridge one large file.
-    mostAhead_ = static_cast<std::size_t>(std::min(16 + 4 * threads, 128));
+    mostAhead_ = mostAheadFor(threads);
     onAbandon_.emplace(means_.abandon, GiveUp{*this});
     if (threads > 1)
         startThreads(static_cast<int>(std::min(static_cast<std::size_t>(threads), files_.size())));
