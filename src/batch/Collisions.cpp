@@ -3,36 +3,55 @@
 #include "batch/DocumentTarget.h"
 #include "platform/system/FileAccess.h"
 
-#include <unordered_map>
-
 namespace quillfern {
 
 namespace {
 
-using Places = std::unordered_map<FilePlace, FilePath>;
-
-/// The places of all inputs and, for links, of the files that they lead to.
-Places placesOfInputs(const std::vector<OutputFile>& outputs, const std::function<bool()>& goOn)
+/// By its name alone, which stays when another job replaces the file there.
+FilePlace placeByName(const FilePlace& place, const FilePath& path)
 {
-    Places places;
+    return {place.folder, path.bytes().mid(path.bytes().lastIndexOf('/') + 1), 0};
+}
+
+} // namespace
+
+InputPlaces::InputPlaces(const std::vector<OutputFile>& outputs, const std::function<bool()>& goOn)
+{
     for (const OutputFile& output : outputs) {
         if (!goOn()) break; // a cancel does not wait until thousands of files have been examined
         for (const FileItem& item : output.fileItems()) {
             const FilePath& path = item.filePath();
             for (const FilePath& name : {path, resolvedPath(path)})
-                if (const auto place = filePlace(name)) places.emplace(*place, path);
+                if (const auto place = filePlace(name)) {
+                    places_.emplace(*place, path);
+                    places_.emplace(placeByName(*place, name), path);
+                }
+            if (const auto file = fileIdentity(path)) files_.emplace(*file, path);
         }
     }
-    return places;
 }
 
-} // namespace
+const FilePath* InputPlaces::inputAt(const FilePath& target) const
+{
+    const auto place = filePlace(target);
+    if (!place) return nullptr;
+    auto input = places_.find(*place);
+    if (input == places_.end()) input = places_.find(placeByName(*place, target));
+    return input == places_.end() ? nullptr : &input->second;
+}
+
+const FilePath* InputPlaces::inputBehind(const FilePath& target) const
+{
+    const auto file = fileIdentity(target);
+    const auto input = file ? files_.find(*file) : files_.end();
+    return input == files_.end() ? nullptr : &input->second;
+}
 
 std::vector<Collision> findCollisions(const std::vector<OutputFile>& outputs,
                                       const std::function<bool()>& goOn)
 {
     std::vector<Collision> collisions(outputs.size());
-    const Places inputs = placesOfInputs(outputs, goOn);
+    const InputPlaces inputs(outputs, goOn);
     std::unordered_map<FileIdentity, FilePath> inPlace;
     std::unordered_map<FilePlace, FilePath> stamped; // the files themselves behind all links
     for (std::size_t i = 0; i < outputs.size() && goOn(); ++i) {
@@ -56,9 +75,7 @@ std::vector<Collision> findCollisions(const std::vector<OutputFile>& outputs,
                 collision.stampedAs = found->second;
                 continue;
             }
-        const auto place = filePlace(target);
-        const auto input = place ? inputs.find(*place) : inputs.end();
-        if (input != inputs.end()) collision.overwritesInput = input->second;
+        if (const FilePath* const input = inputs.inputAt(target)) collision.overwritesInput = *input;
     }
     return collisions;
 }

@@ -2,19 +2,10 @@
 
 #include "batch/CopyCommit.h"
 #include "platform/system/FileFacts.h"
-#include "platform/system/FileIdentity.h"
-#include "platform/system/LogLine.h"
 
 namespace quillfern {
 
 namespace {
-
-FileOutcome leftAsItIs()
-{
-    return FileOutcome::without(
-        FileStatus::Skipped,
-        QT_TRANSLATE_NOOP("quillfern::Failure", "A copy was there before the job, and was left as it is."));
-}
 
 Reason takenBy(const FilePath& other)
 {
@@ -27,7 +18,14 @@ Reason takenBy(const FilePath& other)
 std::vector<Collision> CopyPlacement::collisions(const std::function<bool()>& goOn) const
 {
     if (rules().mayReplace) return findCollisions(job_.outputFiles, goOn);
-    return std::vector<Collision>(job_.outputFiles.size());
+    std::vector<Collision> collisions(job_.outputFiles.size());
+    const bool isSkipping = job_.configuration.options.existing == ExistingCopies::Skip;
+    if (!isSkipping || !job_.names || job_.names->dependOnNumbers()) return collisions;
+    // Known before the first copy is made, or it would depend on the order of the work which of two files
+    // with one name is stamped.
+    for (std::size_t i = 0; i < collisions.size() && goOn(); ++i)
+        collisions[i].isCopyThere = isNameTaken(job_.outputFiles[i].filename());
+    return collisions;
 }
 
 CopyRules CopyPlacement::rules() const
@@ -36,32 +34,22 @@ CopyRules CopyPlacement::rules() const
             job_.names ? job_.outputFolder : FilePath()};
 }
 
-std::optional<FileOutcome> CopyPlacement::skipped(const FilePath& target) const
+FileOutcome CopyPlacement::skipped()
 {
-    const ExistingCopies existing = job_.configuration.options.existing;
-    if (existing == ExistingCopies::Replace || existing == ExistingCopies::Number) return std::nullopt;
-    if (!job_.names || job_.names->dependOnNumbers() || !isNameTaken(target)) return std::nullopt;
-    return leftAsItIs();
-}
-
-FileOutcome CopyPlacement::confirmed(FileOutcome outcome, const FilePath& target) const
-{
-    const auto earlier = written_.constFind(target);
-    if (outcome.status != FileStatus::Skipped || earlier == written_.constEnd()) return outcome;
-    const Reason reason = takenBy(*earlier);
-    logLine(QStringLiteral("%1: %2").arg(target.readable(), reason.logged));
-    return FileOutcome::without(FileStatus::Failed, reason);
+    return FileOutcome::without(
+        FileStatus::Skipped,
+        QT_TRANSLATE_NOOP("quillfern::Failure", "A copy was there before the job, and was left as it is."));
 }
 
 FileOutcome CopyPlacement::commit(StampedDocument& document, std::size_t index, FilePath& target,
-                                  const std::stop_token& stop) const
+                                  const std::stop_token& stop, const std::function<bool()>& makeRoom) const
 {
     const bool isTargetOfThisJob = written_.contains(target);
-    if (!job_.names || !document.copy) return document.commit(isTargetOfThisJob, stop);
+    if (!job_.names || !document.copy) return document.commit(isTargetOfThisJob, stop, {}, makeRoom);
     const FilePath planned = target;
     const CopyName name = job_.names->of(index, document.source, document.numbers);
     bool isLeft = false;
-    FileOutcome outcome = document.commit(isTargetOfThisJob, stop, [&](store::AtomicFile& file) {
+    const CopyMove moveToName = [&](store::AtomicFile& file) {
         if (document.place->isInPlace() && name.below(job_.outputFolder) == planned) {
             file.commit();
             return;
@@ -69,10 +57,11 @@ FileOutcome CopyPlacement::commit(StampedDocument& document, std::size_t index, 
         target = FilePath();
         move(file, planned, name, target);
         isLeft = target.isEmpty();
-    });
+    };
+    FileOutcome outcome = document.commit(isTargetOfThisJob, stop, moveToName, makeRoom);
     if (target.isEmpty()) target = name.below(job_.outputFolder);
     if (!isLeft || outcome.status != FileStatus::Created) return outcome;
-    outcome = leftAsItIs();
+    outcome = skipped();
     outcome.numbers = document.numbers;
     return outcome;
 }
@@ -93,15 +82,15 @@ void CopyPlacement::move(store::AtomicFile& file, const FilePath& planned, const
 
 void CopyPlacement::requireNoInput(const FilePath& target) const
 {
-    const auto place = filePlace(target);
-    if (!place) return; // its folder is not there yet
-    for (const OutputFile& output : job_.outputFiles)
-        for (const FileItem& item : output.fileItems())
-            if (place == filePlace(item.filePath()) || isSameFile(target, item.filePath()))
-                throw Failure(
-                    {QT_TRANSLATE_NOOP("quillfern::Failure",
-                                       "No copy was made: it would overwrite another file of the list, %1."),
-                     {item.filePath().readable()}});
+    if (!isNameTaken(target)) return;
+    if (!inputs_) inputs_.emplace(job_.outputFiles, [] { return true; });
+    const FilePath* input = inputs_->inputAt(target);
+    if (!input) input = inputs_->inputBehind(target);
+    if (input)
+        throw Failure(
+            {QT_TRANSLATE_NOOP("quillfern::Failure",
+                               "No copy was made: it would overwrite another file of the list, %1."),
+             {input->readable()}});
 }
 
 } // namespace quillfern

@@ -23,23 +23,23 @@ class CopyPlacement
     /// `written` are the copies of the job so far, and the input of each. Both must outlive this object.
     CopyPlacement(const Job& job, const QHash<FilePath, FilePath>& written) : job_(job), written_(written) {}
 
-    /// findCollisions() of the job; no collisions for one that replaces nothing.
+    /// findCollisions() of the job. For one that replaces nothing, whose files cannot collide, which of the
+    /// copies are there already and will be skipped.
     [[nodiscard]] std::vector<Collision> collisions(const std::function<bool()>& goOn) const;
 
     // For the threads that work on files.
 
     [[nodiscard]] CopyRules rules() const;
-    /// The outcome of a file that need not be stamped, because its copy is there; nothing for any other.
-    [[nodiscard]] std::optional<FileOutcome> skipped(const FilePath& target) const;
+    /// The outcome of a file that is not stamped, because its copy is there.
+    [[nodiscard]] static FileOutcome skipped();
 
     // At a file's turn.
 
     /// Commits a document that was stamped for the planned `target`, and sets `target` to where the copy is.
+    /// `makeRoom` as in StampedDocument::commit().
     [[nodiscard]] FileOutcome commit(StampedDocument& document, std::size_t index, FilePath& target,
-                                     const std::stop_token& stop) const;
-    /// The outcome of skipped(), or a failure when the copy that is there is one of this job: of another file
-    /// with the same name.
-    [[nodiscard]] FileOutcome confirmed(FileOutcome outcome, const FilePath& target) const;
+                                     const std::stop_token& stop,
+                                     const std::function<bool()>& makeRoom) const;
 
   private:
     void move(store::AtomicFile& file, const FilePath& planned, const CopyName& name, FilePath& target) const;
@@ -47,6 +47,7 @@ class CopyPlacement
 
     const Job& job_;
     const QHash<FilePath, FilePath>& written_;
+    mutable std::optional<InputPlaces> inputs_; ///< made when a name comes out otherwise than planned
 };
 
 } // namespace quillfern

@@ -20,10 +20,15 @@ constexpr int patience = 60'000; // milliseconds
 
 bool isInPlace(const FilePath& source, const FilePath& target)
 {
-    // A job that replaces the file between two looks at one path would make it seem two places.
-    if (target == source || target == resolvedPath(source)) return true;
+    // A job that replaces the file between two looks would make one place seem two, but its folder and name
+    // stay the same.
+    const auto isEntry = [&](const FilePath& path) {
+        return path == target || (path.name() == target.name() && isSameFile(path.parent(), target.parent()));
+    };
+    const FilePath resolved = resolvedPath(source);
+    if (isEntry(source) || isEntry(resolved)) return true;
     const auto place = filePlace(target);
-    return place && (place == filePlace(source) || place == filePlace(resolvedPath(source)));
+    return place && (place == filePlace(source) || place == filePlace(resolved));
 }
 
 DocumentTarget::DocumentTarget(const FilePath& source, const FilePath& target, bool isBackupFile,
@@ -117,12 +122,11 @@ std::optional<Reason> DocumentTarget::commit(store::AtomicFile& file, const std:
 {
     requireSameSource(); // and so the attributes are still the source's
     file.prepareCommit();
-    std::optional<Reason> remark;
     if (isInPlace_) {
         // A second job that waits here finds another file under the name afterwards.
         store::lockOpenFile(descriptor_, source_, patience, stop);
         requireSameSource();
-        if (backup_) remark = commitBackup(stop);
+        if (backup_) commitBackup(stop);
     }
     // Once the earlier backup is replaced nothing is given up any more.
     if (!isInPlace_ || !isBackupFile_) throwIfCancelled(stop);
@@ -130,10 +134,10 @@ std::optional<Reason> DocumentTarget::commit(store::AtomicFile& file, const std:
         requireSameSource();
         move ? move(file) : file.commit();
     } catch (const Failure& failure) {
-        if (!remark) throw;
-        throw Failure(failure.reasons().followedBy(*remark)); // the earlier backup is gone all the same
+        if (!remark_) throw;
+        throw Failure(failure.reasons().followedBy(*remark_)); // the earlier backup is gone all the same
     }
-    return remark;
+    return remark_;
 }
 
 namespace {
@@ -154,7 +158,7 @@ void DocumentTarget::prepareBackup(const std::stop_token& stop)
     backup_->flush();
 }
 
-std::optional<Reason> DocumentTarget::commitBackup(const std::stop_token& stop)
+void DocumentTarget::commitBackup(const std::stop_token& stop)
 {
     const FilePath path = backupPath(source_);
     backup_->prepareCommit();
@@ -162,11 +166,11 @@ std::optional<Reason> DocumentTarget::commitBackup(const std::stop_token& stop)
     requireSameSource(); // or the backup would hold what was not stamped
     const bool replaces = isNameTaken(path);
     backup_->commit();
-    if (!replaces) return std::nullopt;
-    Reason remark(QT_TRANSLATE_NOOP("quillfern::Failure", "The earlier backup %1 was replaced."),
-                  {path.readable()});
-    logNotice(QStringLiteral("%1: %2").arg(source_.readable(), remark.logged));
-    return remark;
+    backup_.reset();
+    if (!replaces) return;
+    remark_ = Reason(QT_TRANSLATE_NOOP("quillfern::Failure", "The earlier backup %1 was replaced."),
+                     {path.readable()});
+    logNotice(QStringLiteral("%1: %2").arg(source_.readable(), remark_->logged));
 }
 
 } // namespace quillfern

@@ -67,7 +67,8 @@ class DocumentTarget
     /// Throws Failure and Cancelled.
     void addHashes(store::AtomicFile& file, FileOutcome& outcome, const std::stop_token& stop) const;
     /// Moves the prepared document into place, by `move` where there is one. Throws as prepare() does, and
-    /// nothing is changed then. Returns what is to be said of the copy.
+    /// nothing but the backup is changed then; it can be called again. Returns what is to be said of the
+    /// copy.
     [[nodiscard]] std::optional<Reason> commit(store::AtomicFile& file, const std::stop_token& stop,
                                                const CopyMove& move = {});
 
@@ -78,7 +79,7 @@ class DocumentTarget
   private:
     void requireSameSource() const;
     void prepareBackup(const std::stop_token& stop);
-    [[nodiscard]] std::optional<Reason> commitBackup(const std::stop_token& stop);
+    void commitBackup(const std::stop_token& stop);
 
     FilePath source_;
     FilePath path_;
@@ -88,6 +89,7 @@ class DocumentTarget
     int descriptor_ = -1; ///< of the source; -1 when it cannot be opened
     std::optional<FileVersion> version_;
     std::unique_ptr<store::AtomicFile> backup_; ///< prepared and not committed
+    std::optional<Reason> remark_;              ///< on the backup that was committed
 };
 
 } // namespace quillfern

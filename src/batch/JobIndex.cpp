@@ -3,6 +3,9 @@
 #include "batch/StampedNumbers.h"
 #include "platform/store/AtomicFile.h"
 #include "platform/store/KeptFile.h"
+#include "platform/system/Failure.h"
+#include "platform/system/FileFacts.h"
+#include "platform/system/FileIdentity.h"
 
 #include <QUrl>
 #include <algorithm>
@@ -88,15 +91,34 @@ std::optional<FilePath> indexPath(const Job& job)
                                        : options.indexFile;
 }
 
+namespace {
+
+/// Throws Failure when the index would take the place of a copy that the job has made.
+void requireNoCopy(const FilePath& path, const std::vector<LogFiles>& files)
+{
+    if (!isNameTaken(path)) return;
+    const auto place = filePlace(path);
+    for (const LogFiles& file : files) {
+        const FilePath copy = FilePath::fromText(file.targetPath).child(file.filename);
+        if (file.outcome.status == FileStatus::Created && filePlace(copy) == place)
+            throw Failure({QT_TRANSLATE_NOOP("quillfern::Failure", "%1 is a copy that this job has made."),
+                           {path.readable()}});
+    }
+}
+
+} // namespace
+
 void writeIndex(const Job& job, const std::vector<LogFiles>& files)
 {
     const auto path = indexPath(job);
     if (!path) return;
     const QByteArray csv = jobIndex(job, files);
-    if (job.configuration.options.indexFile.isEmpty())
+    if (job.configuration.options.indexFile.isEmpty()) {
         static_cast<void>(store::writeKeepingEarlier(*path, csv));
-    else
-        store::AtomicFile::writeWhole(*path, csv);
+        return;
+    }
+    requireNoCopy(*path, files);
+    store::AtomicFile::writeWhole(*path, csv);
 }
 
 } // namespace quillfern

@@ -25,8 +25,8 @@ namespace quillfern {
 [[nodiscard]] std::optional<FilePath> indexPath(const Job& job);
 
 /// Writes the index of a job that has one, in one step. An earlier index beside the copies is kept under
-/// another name, as store::writeKeepingEarlier() does; a file that the options name is replaced. Throws
-/// Failure.
+/// another name, as store::writeKeepingEarlier() does; a file that the options name is replaced, but no
+/// copy of the job. Throws Failure.
 void writeIndex(const Job& job, const std::vector<LogFiles>& files);
 
 } // namespace quillfern

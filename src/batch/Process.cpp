@@ -121,11 +121,6 @@ void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& file
     log_.files.push_back({target.name(), target.parent().text(), {}, 0, {}});
     LogFiles& record = log_.files.back();
     write(outputFileInProcess_, target.name());
-    const WorkAhead::Turn turn{[this] { return isCombining_.load(); },
-                               [&](StampedDocument& document) {
-                                   if (document.place && !written_.contains(target))
-                                       document.place->removeEarlierCopy(); // and makes room
-                               }};
     for (const FileItem& item : outputFiles()[index].fileItems()) {
         if (!isCombining_) break;
         record.source = item.filePath();
@@ -133,12 +128,12 @@ void Process::runOutput(std::size_t index, std::size_t nextTask, WorkAhead& file
             record.pages = item.pages();
             write(fileInProcess_, item.name());
         }
-        FileWork work = files.take(nextTask++, turn);
+        FileWork work = files.take(nextTask++, [this] { return isCombining_.load(); });
         work.log.write();
         pagesOfEndedTurns_ += work.pagesDone;
         noteForecast(work, item);
         try {
-            record.outcome = finish(std::move(work), item, index, target);
+            record.outcome = finish(std::move(work), item, index, target, files);
             record.filename = target.name();
             record.targetPath = target.parent().text();
         } catch (...) {
@@ -226,11 +221,11 @@ FileWork Process::workOn(const Task& task, DocumentProcessors& processors, JobRu
              {collision.stampedAs.readable()}});
         return work;
     }
-    if (const auto skipped = placement_.skipped(output.filename())) {
+    if (collision.isCopyThere) {
         // The copy has numbers, which the next file does not get again.
         run.stamps() = run.stamps().after(stampedPages(job_.configuration, item.pages()),
                                           job_.configuration.numberSteps, job_.configuration.stamps);
-        work.document.outcome = *skipped;
+        work.document.outcome = CopyPlacement::skipped();
         return work;
     }
     run.copyRules = placement_.rules();
@@ -245,11 +240,13 @@ FileWork Process::workOn(const Task& task, DocumentProcessors& processors, JobRu
     return work;
 }
 
-FileOutcome Process::finish(FileWork work, const FileItem& item, std::size_t index, FilePath& target)
+FileOutcome Process::finish(FileWork work, const FileItem& item, std::size_t index, FilePath& target,
+                            WorkAhead& files)
 {
     if (work.problem) std::rethrow_exception(work.problem);
-    if (!work.isProcessed) return placement_.confirmed(work.document.outcome, target);
-    FileOutcome outcome = placement_.commit(work.document, index, target, abandon_.get_token());
+    if (!work.isProcessed) return work.document.outcome;
+    FileOutcome outcome = placement_.commit(work.document, index, target, abandon_.get_token(),
+                                            [&files] { return files.makeRoom(); });
     ++totalFileProcessed_;
     if (outcome.countsAsCreated()) ++totalFileCreated_;
     addRemarks(outcome, item, target, job_.configuration.isContinuousNumbering);

@@ -120,8 +120,8 @@ class Process
     [[nodiscard]] FileWork workOn(const Task& task, DocumentProcessors& processors, JobRun& run) const;
     /// `nextTask` is the output's first.
     void runOutput(std::size_t index, std::size_t nextTask, WorkAhead& files);
-    [[nodiscard]] FileOutcome finish(FileWork work, const FileItem& item, std::size_t index,
-                                     FilePath& target);
+    [[nodiscard]] FileOutcome finish(FileWork work, const FileItem& item, std::size_t index, FilePath& target,
+                                     WorkAhead& files);
     void addRemarks(FileOutcome& outcome, const FileItem& item, const FilePath& target, bool isContinuous);
     void finish();
     [[nodiscard]] QString labelText() const;

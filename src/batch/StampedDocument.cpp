@@ -20,16 +20,21 @@ void StampedDocument::fail()
     }
 }
 
-FileOutcome StampedDocument::commit(bool isTargetOfThisJob, const std::stop_token& stop, const CopyMove& move)
+FileOutcome StampedDocument::commit(bool isTargetOfThisJob, const std::stop_token& stop, const CopyMove& move,
+                                    const std::function<bool()>& makeRoom)
 {
-    if (copy) {
+    for (bool isTried = false; copy && !isTried;) {
+        isTried = true;
         try {
             const std::optional<Reason> ofBackup = place->commit(*copy, stop, move);
             if (outcome.isWarning())
                 logNotice(QStringLiteral("%1: %2").arg(source.readable(), outcome.remark->logged));
             if (ofBackup) outcome.add(*ofBackup);
         } catch (...) {
-            fail();
+            if (makeRoom && isCurrentExceptionShortage() && makeRoom())
+                isTried = false;
+            else
+                fail();
         }
     }
     const bool isWithout =

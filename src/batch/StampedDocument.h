@@ -5,6 +5,7 @@
 #include "platform/store/AtomicFile.h"
 #include "platform/system/FilePath.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -28,9 +29,10 @@ struct StampedDocument
 
     /// Moves the copy into place, and returns what has become of the document. Without a copy, an earlier
     /// job's copy at the target is removed, but never one of this job (`isTargetOfThisJob`), and none for a
-    /// document that was given up. To be called once.
+    /// document that was given up. When something is short, `makeRoom` is called, and as long as it returns
+    /// true the move is tried again. To be called once.
     [[nodiscard]] FileOutcome commit(bool isTargetOfThisJob = false, const std::stop_token& stop = {},
-                                     const CopyMove& move = {});
+                                     const CopyMove& move = {}, const std::function<bool()>& makeRoom = {});
 
     /// Makes a failed outcome of the exception now being handled, and writes it to the system log.
     void fail();

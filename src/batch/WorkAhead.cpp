@@ -1,9 +1,11 @@
 #include "batch/WorkAhead.h"
 
 #include "platform/system/Cancellation.h"
+#include "platform/system/Failure.h"
 
 #include <algorithm>
 #include <chrono>
+#include <unistd.h>
 
 namespace quillfern {
 
@@ -13,6 +15,19 @@ namespace {
 constexpr std::int64_t memoryForAll = std::int64_t{96} << 20;
 
 const int processorCount = static_cast<int>(std::thread::hardware_concurrency());
+
+/// How many files may be in work or wait for their turn; enough of them bridge one large file.
+std::size_t mostAheadFor(int threads)
+{
+    const long usual = std::min(16 + 4 * threads, 128);
+    // A library that finds no descriptor for a font takes another font, so files in work must never need the
+    // last one. Every file has up to so many open, and the program has some of its own.
+    constexpr long ofFile = 8;
+    constexpr long ofProgram = 32;
+    const long allowed = ::sysconf(_SC_OPEN_MAX);
+    const long most = allowed < 0 ? usual : std::min(usual, (allowed - ofProgram) / ofFile);
+    return static_cast<std::size_t>(std::max(1L, most));
+}
 
 } // namespace
 
@@ -40,8 +55,7 @@ WorkAhead::WorkAhead(const JobConfiguration& job, std::vector<PlannedFile> files
       next_(means_.start.value_or(StampRun(job.startNumber)))
 {
     const int threads = std::max(1, means_.threads);
-    // Every file that waits keeps up to three files open; enough of them bridge one large file.
-    mostAhead_ = static_cast<std::size_t>(std::min(16 + 4 * threads, 128));
+    mostAhead_ = mostAheadFor(threads);
     onAbandon_.emplace(means_.abandon, GiveUp{*this});
     threadCount_ = static_cast<int>(std::min(static_cast<std::size_t>(threads), files_.size()));
     if (threadCount_ > 1) startThreads(threadCount_);
@@ -142,19 +156,21 @@ void WorkAhead::workOn(std::unique_lock<std::mutex>& lock, const SlotPtr& slot,
             result = means_.work(*processors, slot->file, run);
         } catch (...) {
             result.problem = std::current_exception();
+            result.document.isShortage = isCurrentExceptionShortage();
         }
     }
     result.log = std::move(log);
     lock.lock();
-    --inWork_;
-    memory_ -= std::exchange(slot->memory, 0);
-    if (noProcessors) noProcessors_ = noProcessors;
     if (slot->isDropped) {
         means_.pagesDone -= slot->pages;
         lock.unlock();
-        result = {}; // removes what was written
+        result = {}; // removes what was written, before the room for it counts as free
         lock.lock();
-    } else {
+    }
+    --inWork_;
+    memory_ -= std::exchange(slot->memory, 0);
+    if (noProcessors) noProcessors_ = noProcessors;
+    if (!slot->isDropped) {
         slot->state = Slot::State::Done;
         slot->result = std::move(result);
         slot->end = run.stamps();
@@ -240,24 +256,39 @@ void WorkAhead::waitFor(std::unique_lock<std::mutex>& lock, std::size_t file,
     }
 }
 
-FileWork WorkAhead::take(std::size_t file, const Turn& turn)
+void WorkAhead::stayAlone(std::unique_lock<std::mutex>& lock)
+{
+    isAlone_ = true;
+    // What is short now will be short again, and work that is thrown away helps nobody.
+    mostAhead_ = std::max<std::size_t>(1, mostAhead_ / 2);
+    dropAfter(turn_);
+    changed_.wait(lock, [this] { return inWork_ == 0; });
+}
+
+bool WorkAhead::makeRoom()
+{
+    std::unique_lock lock(mutex_);
+    if (slots_.empty() && inWork_ == 0) return false;
+    stayAlone(lock);
+    return true;
+}
+
+FileWork WorkAhead::take(std::size_t file, const std::function<bool()>& goOn)
 {
     std::unique_lock lock(mutex_);
     turn_ = file;
+    isAlone_ = false;
     changed_.notify_all();
-    waitFor(lock, file, turn.goOn);
+    waitFor(lock, file, goOn);
     SlotPtr slot = slots_.at(file);
-    if (slot->result.document.isShortage && slot->hadCompany && !means_.abandon.stop_requested()) {
-        isAlone_ = true;
-        dropAfter(file);
-        changed_.wait(lock, [&] { return inWork_ == 0; });
-        turn.beforeRetry(slot->result.document);
+    if (slot->result.document.isShortage && slot->hadCompany) {
+        stayAlone(lock);
         drop(slot);
-        slots_[file] = std::make_shared<Slot>(file, slot->start);
+        slot = std::make_shared<Slot>(file, slot->start);
+        if (means_.abandon.stop_requested()) slot->stop.request_stop();
+        slots_[file] = slot;
         changed_.notify_all();
-        waitFor(lock, file, turn.goOn);
-        slot = slots_.at(file);
-        isAlone_ = false;
+        waitFor(lock, file, goOn);
     }
     next_ = slot->end;
     slots_.erase(file);

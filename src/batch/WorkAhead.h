@@ -75,19 +75,15 @@ class WorkAhead
     WorkAhead(const WorkAhead&) = delete;
     WorkAhead& operator=(const WorkAhead&) = delete;
 
-    /// What happens at a turn while it waits for its file.
-    struct Turn
-    {
-        /// Called every now and then; once it returns false, only the file whose turn it is will be finished.
-        std::function<bool()> goOn;
-        /// The work failed for want of something that other files in work may have held. The work is done
-        /// again without other files, after this call.
-        std::function<void(StampedDocument&)> beforeRetry;
-    };
-
     /// The turn of file `file`, the next in list order: waits for its work. All earlier results have been
-    /// dealt with. Throws what making the processors threw.
-    [[nodiscard]] FileWork take(std::size_t file, const Turn& turn);
+    /// dealt with. `goOn` is called every now and then; once it returns false, only the file whose turn it is
+    /// will be finished. Work that failed for want of something that other files in work may have held is
+    /// done again without other files. Throws what making the processors threw.
+    [[nodiscard]] FileWork take(std::size_t file, const std::function<bool()>& goOn);
+
+    /// What is to be done with the last result needs something that other files in work may hold: gives them
+    /// up, and begins none before the next turn. Returns false when there is nothing to give up.
+    bool makeRoom();
 
   private:
     struct Slot;
@@ -106,14 +102,15 @@ class WorkAhead
     void correctFrom(std::size_t file);
     void drop(const SlotPtr& slot);
     void dropAfter(std::size_t file);
+    void stayAlone(std::unique_lock<std::mutex>& lock);
     void waitFor(std::unique_lock<std::mutex>& lock, std::size_t file, const std::function<bool()>& goOn);
     void giveUpAll();
 
     const JobConfiguration& job_;
     const std::vector<PlannedFile> files_;
     Means means_;
-    std::size_t mostAhead_;
-    int threadCount_ = 1; ///< as asked for, but no more than there are files
+    int threadCount_ = 1;   ///< as asked for, but no more than there are files
+    std::size_t mostAhead_; ///< fewer with every time that something was short
 
     std::mutex mutex_;
     std::condition_variable_any changed_;
@@ -124,7 +121,7 @@ class WorkAhead
     int inWork_ = 0;
     std::int64_t memory_ = 0; ///< of the files in work
     bool isEnding_ = false;   ///< no file after the present turn is begun
-    bool isAlone_ = false;    ///< nothing else is begun while the present turn's work is done again
+    bool isAlone_ = false;    ///< nothing is begun before the next turn but the present turn's own file
     bool isClosing_ = false;
     std::exception_ptr noProcessors_;
 

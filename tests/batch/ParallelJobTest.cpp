@@ -14,7 +14,10 @@
 #include <chrono>
 #include <gtest/gtest.h>
 #include <map>
+#include <pthread.h>
+#include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
 
 namespace quillfern {
 namespace {
@@ -184,6 +187,7 @@ class DisturbedProcessors final : public DocumentProcessors
         } catch (...) {
             StampedDocument document;
             document.source = source;
+            document.place = std::make_unique<DocumentTarget>(source, target, false, std::nullopt);
             document.fail();
             return document;
         }
@@ -246,6 +250,11 @@ TEST_F(ParallelJob, WorkThatFailedForWantOfRoomIsDoneAgainAlone)
     addDocuments(9);
     std::atomic<int> inWork = 0;
     std::atomic<int> refused = 0;
+    std::atomic<bool> wasThere = false;
+    const QString earlier = scratch.path(QStringLiteral("out/d06.pdf"));
+    atResult = [&] {
+        if (results.size() == 1) scratch.write(QStringLiteral("out/d06.pdf"), "earlier");
+    };
     makeProcessors = DisturbedProcessors::factory([&](const FilePath& source, JobRun&) {
         const int others = inWork++;
         std::this_thread::sleep_for(10ms);
@@ -255,11 +264,12 @@ TEST_F(ParallelJob, WorkThatFailedForWantOfRoomIsDoneAgainAlone)
         const bool isLarge = source.name() == QLatin1String("d04.pdf");
         if ((isLarge && isFull) || source.name() == QLatin1String("d06.pdf")) {
             ++refused;
+            wasThere = QFile::exists(earlier);
             throw Failure::fromErrno(Reason("The disk is small."), ENOSPC);
         }
     });
-    const QString earlier = scratch.path(QStringLiteral("out/d06.pdf"));
     run(4);
+    EXPECT_TRUE(wasThere) << "until it is known that there is no other copy";
     EXPECT_EQ(filesIn(QStringLiteral("out")).size(), 8);
     EXPECT_FALSE(QFile::exists(earlier));
     EXPECT_EQ(process->log().files[4].outcome.status, FileStatus::Created);
@@ -267,6 +277,76 @@ TEST_F(ParallelJob, WorkThatFailedForWantOfRoomIsDoneAgainAlone)
     EXPECT_GE(refused, 2);
     EXPECT_EQ(numbersOn(scratch.path(QStringLiteral("out/d07.pdf"))).constFirst(), QStringLiteral("N17/26"))
         << "no numbers are used up by what was not begun";
+}
+
+/// While it lives at most so many more files can be open.
+class FewOpenFiles
+{
+  public:
+    explicit FewOpenFiles(rlim_t more)
+    {
+        const int lowest = ::dup(0);
+        ::close(lowest);
+        EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &before_), 0);
+        const rlimit few = {static_cast<rlim_t>(lowest) + more, before_.rlim_max};
+        EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    }
+    ~FewOpenFiles() { ::setrlimit(RLIMIT_NOFILE, &before_); }
+
+  private:
+    rlimit before_ = {};
+};
+
+/// No address space has room for the stack of a thread that is made while it lives.
+class NoThreads
+{
+  public:
+    NoThreads() { setStack(std::size_t{1} << 52); }
+    ~NoThreads() { setStack(std::size_t{8} << 20); }
+
+  private:
+    static void setStack(std::size_t size)
+    {
+        pthread_attr_t attributes;
+        ::pthread_attr_init(&attributes);
+        ::pthread_attr_setstacksize(&attributes, size);
+        EXPECT_EQ(::pthread_setattr_default_np(&attributes), 0);
+    }
+};
+
+TEST_F(ParallelJob, FewOpenFilesAndNoThreadsAreEnough)
+{
+    QImage page(60, 40, QImage::Format_RGB888);
+    page.fill(Qt::white);
+    const QString scan = scratch.path(QStringLiteral("scan.tif"));
+    TiffBuilder(scan).page(page).page(page).page(page);
+    addDocuments(20);
+    addFile(QStringLiteral("scan.tif"), readFile(scan));
+    addFile(QStringLiteral("last.pdf"), numberedPdf(2));
+    JobOptions options;
+    options.keepFolders = true; // the move to a name opens folders
+    settings.number->setOptions(options);
+    const QByteArrayList expected = run(1);
+    for (const rlim_t more : {14, 20, 30}) {
+        const FewOpenFiles few(more);
+        EXPECT_TRUE(run(8) == expected) << more;
+    }
+    const NoThreads none;
+    EXPECT_TRUE(run(8) == expected);
+}
+
+TEST_F(ParallelJob, OfFilesOfOneNameTheFirstIsStampedWhenNoneIsReplaced)
+{
+    addDocuments(4);
+    for (int i = 0; i < 4; ++i)
+        addFile(QStringLiteral("other/d0%1.pdf").arg(i), numberedPdf(2));
+    addFile(QStringLiteral("last.pdf"), numberedPdf(1));
+    JobOptions options;
+    options.existing = ExistingCopies::Skip;
+    settings.number->setOptions(options);
+    const QByteArrayList expected = run(1);
+    EXPECT_TRUE(run(8) == expected);
+    EXPECT_TRUE(process->log().files.at(4).outcome.lostNumbers) << "they were not given to the next file";
 }
 
 TEST_F(ParallelJob, ProcessorsThatCannotBeMadeEndTheJobWithAWord)

@@ -9,6 +9,7 @@
 #include <libdeflate.h>
 #include <memory>
 #include <qpdf/Buffer.hh>
+#include <system_error>
 #include <zlib.h>
 
 namespace quillfern::pdf {

@@ -19,7 +19,8 @@ namespace quillfern::pdf {
 
 /// Reads the content of pages on a thread beside the one that owns the document, as soon as there is enough
 /// of it. The streams' bytes are taken out of the document at once, on the caller's thread; they are inflated
-/// and read on the other thread, and by the caller itself while it waits for a result.
+/// and read on the other thread, and by the caller itself while it waits for a result; by the caller alone
+/// where the system allows no further thread.
 class ContentScanner
 {
   public:
@@ -61,7 +62,7 @@ class ContentScanner
     std::condition_variable changed_;
     std::deque<std::shared_ptr<Scan>> waiting_;
     bool stopping_ = false;
-    std::thread worker_;
+    std::thread worker_; ///< none where the system refuses it
 };
 
 } // namespace quillfern::pdf

@@ -1,5 +1,7 @@
 #include "platform/pdf/DocumentPointer.h"
 
+#include <atomic>
+#include <exception>
 #include <list>
 #include <mutex>
 #include <thread>
@@ -11,15 +13,34 @@ namespace {
 class Disposal
 {
   public:
-    void add(QPDF* document)
+    /// False when the system allows no further thread; the document is still the caller's then.
+    bool add(QPDF* document)
     {
         const std::lock_guard lock(mutex_);
-        threads_.emplace_back([document] { delete document; });
+        // A thread that has ended keeps its stack until it is joined.
+        threads_.remove_if([](const Freeing& thread) { return thread.hasEnded.load(); });
+        try {
+            document->closeInputSource(); // whoever gave the document up may need a descriptor now
+            Freeing& thread = threads_.emplace_back();
+            thread.worker = std::jthread([document, &hasEnded = thread.hasEnded] {
+                delete document;
+                hasEnded = true;
+            });
+            return true;
+        } catch (const std::exception&) {
+            if (!threads_.empty() && !threads_.back().worker.joinable()) threads_.pop_back();
+            return false;
+        }
     }
 
   private:
+    struct Freeing
+    {
+        std::atomic<bool> hasEnded = false;
+        std::jthread worker; ///< ends before the flag does
+    };
     std::mutex mutex_;
-    std::list<std::jthread> threads_; ///< of documents that were given up, so few
+    std::list<Freeing> threads_;
 };
 
 Disposal& disposal()
@@ -39,10 +60,7 @@ Disposal& disposal()
 
 void DocumentDeleter::operator()(QPDF* document) const
 {
-    if (stop_.stop_requested())
-        disposal().add(document);
-    else
-        delete document;
+    if (!stop_.stop_requested() || !disposal().add(document)) delete document;
 }
 
 } // namespace quillfern::pdf

@@ -8,7 +8,8 @@
 namespace quillfern::pdf {
 
 /// Frees a document; on a thread of its own when the work on the document was given up, because freeing a
-/// large one takes seconds. The program waits for such threads when it ends.
+/// large one takes seconds, and the system allows the thread. The program waits for such threads when it
+/// ends.
 class DocumentDeleter
 {
   public:

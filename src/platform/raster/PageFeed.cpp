@@ -47,8 +47,9 @@ void PageFeed::decodeAhead(Lane& lane, std::size_t index)
     for (; lane.position < pages_[index]; ++lane.position)
         lane.reader->skipPage(ending_.get_token());
     ++lane.position;
+    // Where the system allows no further thread, next() does the work.
     lane.ahead =
-        std::async(std::launch::async,
+        std::async(std::launch::async | std::launch::deferred,
                    [reader = lane.reader, stop = ending_.get_token()]() -> std::optional<RasterPage> {
                        if (reader->nextPageBytes() > static_cast<double>(largestPageAhead))
                            return std::nullopt;

@@ -3,6 +3,7 @@
 
 #include "platform/drawing/TextShaper.h"
 #include "platform/pdf/ContentBalance.h"
+#include "platform/pdf/DocumentPointer.h"
 #include "platform/pdf/PdfDocument.h"
 #include "platform/pdf/PdfPageCount.h"
 #include "platform/pdf/PdfWriter.h"
@@ -104,6 +105,19 @@ TEST(PdfCancellationTest, EveryStepOfTheWorkEnds)
         EXPECT_THROW(static_cast<void>(balanceOfContent(
                          content.constData(), static_cast<std::size_t>(content.size()), stopped.get_token())),
                      Cancelled);
+}
+
+TEST(PdfCancellationTest, TheThreadsThatFreedDocumentsLeaveNoStackBehind)
+{
+    std::stop_source stop;
+    stop.request_stop();
+    const auto pages = [] { return readFile(u"/proc/self/statm"_s).split(' ').first().toLongLong(); };
+    const auto before = pages();
+    for (int i = 0; i < 300; ++i) {
+        static_cast<void>(newDocument(stop.get_token()));
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    EXPECT_LT((pages() - before) * 4096, 1 << 30) << "300 stacks have more than twice as much";
 }
 
 } // namespace
