@@ -1,12 +1,10 @@
 #include "app/AppFixture.h"
 
 #include "app/TableRows.h"
-#include "support/Widgets.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
-#include <QDir>
 
 namespace quillfern {
 

@@ -6,7 +6,6 @@
 #include "stamps/ImageStamp.h"
 #include "support/TiffBuilder.h"
 
-#include <QImage>
 #include <QLabel>
 
 namespace quillfern {

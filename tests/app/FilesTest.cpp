@@ -1,6 +1,5 @@
 #include "app/AppFixture.h"
 
-#include <QFile>
 #include <QTimer>
 
 namespace quillfern {

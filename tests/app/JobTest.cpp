@@ -1,5 +1,7 @@
 #include "app/AppFixture.h"
 #include "app/JobResultsModel.h"
+#include "batch/DocumentInWork.h"
+#include "batch/StagedProcessors.h"
 #include "platform/system/Cancellation.h"
 
 #include <QAbstractButton>
@@ -11,32 +13,6 @@
 namespace quillfern {
 namespace {
 
-/// Does `work` for each file instead of stamping the file.
-class FakeProcessors final : public DocumentProcessors
-{
-  public:
-    explicit FakeProcessors(std::function<void(JobRun&)> work) : work_(std::move(work)) {}
-
-    StampedDocument processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
-    {
-        StampedDocument document;
-        document.outcome.status = FileStatus::Created;
-        try {
-            work_(run);
-        } catch (const Cancelled&) {
-            document.fail();
-        }
-        return document;
-    }
-    StampedDocument processTIFF(const FilePath&, const FilePath&, JobRun&, std::int32_t) override
-    {
-        return {};
-    }
-
-  private:
-    std::function<void(JobRun&)> work_;
-};
-
 class JobInWindow : public AppTest
 {
   protected:
@@ -46,13 +22,14 @@ class JobInWindow : public AppTest
     void gated()
     {
         filesAtOnce = 1;
-        makeProcessors = [this](const JobConfiguration&, const auto&) {
-            return std::make_unique<FakeProcessors>([this](JobRun& run) {
+        makeProcessors = StagedProcessors::factory([this](const FilePath& source, bool, JobRun& run) {
+            return processDocument("%@", source, run, [&](StampedDocument& work) {
                 run.pageDone();
                 while (!gate.tryAcquire(1, 10))
                     throwIfCancelled(run.abandoned());
+                work.outcome.status = FileStatus::Created;
             });
-        };
+        });
     }
     bool isEnabled(const char* button) { return partOf<QAbstractButton>(*sheet(), button).isEnabled(); }
     QString shown(const char* label) { return partOf<QLabel>(*sheet(), label).text(); }

@@ -8,7 +8,6 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QDialog>
-#include <QDir>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QLayout>

@@ -3,7 +3,6 @@
 #include "support/PrivateBus.h"
 
 #include <QDBusConnectionInterface>
-#include <QDir>
 #include <QProcess>
 #include <csignal>
 

@@ -1,6 +1,5 @@
 #include "app/AppFixture.h"
 
-#include <QDir>
 #include <QHeaderView>
 
 namespace quillfern {

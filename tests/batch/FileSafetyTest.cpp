@@ -1,17 +1,12 @@
 // What a job must never do to a file: neither to its source, nor to a file of somebody else.
 
-#include "batch/PdfProcessing.h"
-#include "batch/Process.h"
+#include "batch/JobFixture.h"
 #include "platform/system/FileFacts.h"
-#include "support/Fakes.h"
-#include "support/PdfBuilder.h"
 #include "support/TiffBuilder.h"
 
-#include <QFileInfo>
 #include <array>
 #include <barrier>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -33,14 +28,13 @@ struct stat statusOf(const QString& path)
     return status;
 }
 
-class FileSafety : public PdfProcessing
+class FileSafety : public JobFixture
 {
   protected:
     void SetUp() override
     {
-        addStamp(QStringLiteral("Stamp {0}"));
-        ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("out"))));
-        source = scratch.write(QStringLiteral("in/doc.pdf"), original);
+        addStamp(u"Stamp {0}"_s);
+        source = scratch.write(u"in/doc.pdf"_s, original);
         number.setIsBackupFile(true);
     }
 
@@ -54,18 +48,13 @@ class FileSafety : public PdfProcessing
         return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(target), {}, run).commit();
     }
 
-    [[nodiscard]] QStringList filesIn(const QString& folder) const
-    {
-        return QDir(scratch.path(folder)).entryList(QDir::Files | QDir::Hidden | QDir::System);
-    }
-
     const QByteArray original = numberedPdf(3);
     QString source;
 };
 
 TEST_F(FileSafety, ALinkAtTheTargetIsReplacedAndNotFollowed)
 {
-    const QString target = scratch.path(QStringLiteral("out/doc.pdf"));
+    const QString target = scratch.path(u"out/doc.pdf"_s);
     const ino_t inode = statusOf(source).st_ino;
     for (const bool isHard : {false, true}) {
         QFile::remove(target);
@@ -77,30 +66,30 @@ TEST_F(FileSafety, ALinkAtTheTargetIsReplacedAndNotFollowed)
         EXPECT_EQ(statusOf(source).st_ino, inode) << isHard;
         EXPECT_NE(statusOf(target).st_ino, inode) << isHard;
         EXPECT_FALSE(QFileInfo(target).isSymLink()) << isHard;
-        EXPECT_TRUE(pdfText(target, 1).contains(QStringLiteral("Stamp"))) << isHard;
+        EXPECT_TRUE(pdfText(target, 1).contains(u"Stamp"_s)) << isHard;
     }
-    EXPECT_EQ(filesIn(QStringLiteral("in")), QStringList{QStringLiteral("doc.pdf")}) << "no backup either";
+    EXPECT_EQ(filesIn(u"in"_s), QStringList{u"doc.pdf"_s}) << "no backup either";
 }
 
 TEST_F(FileSafety, ASourceThatIsALinkStaysALinkInPlace)
 {
-    const QString link = scratch.path(QStringLiteral("in/link.pdf"));
+    const QString link = scratch.path(u"in/link.pdf"_s);
     ASSERT_TRUE(QFile::link(source, link));
     EXPECT_EQ(stamp(link, link).status, FileStatus::Created);
     EXPECT_TRUE(QFileInfo(link).isSymLink());
-    EXPECT_TRUE(pdfText(source, 1).contains(QStringLiteral("Stamp")));
-    EXPECT_EQ(readFile(link + QStringLiteral(".bak")), original);
+    EXPECT_TRUE(pdfText(source, 1).contains(u"Stamp"_s));
+    EXPECT_EQ(readFile(link + u".bak"_s), original);
     // Its file stands where the copy would go.
-    const QString other = scratch.path(QStringLiteral("out/doc.pdf"));
+    const QString other = scratch.path(u"out/doc.pdf"_s);
     const QByteArray stamped = readFile(source);
     ASSERT_TRUE(QFile::link(source, other));
     EXPECT_EQ(stamp(other, source).status, FileStatus::Created);
-    EXPECT_EQ(readFile(other + QStringLiteral(".bak")), stamped);
+    EXPECT_EQ(readFile(other + u".bak"_s), stamped);
 }
 
 TEST_F(FileSafety, APipeAtTheTargetStays)
 {
-    const QString target = scratch.path(QStringLiteral("out/doc.pdf"));
+    const QString target = scratch.path(u"out/doc.pdf"_s);
     ASSERT_EQ(::mkfifo(native(target).constData(), 0600), 0);
     EXPECT_EQ(stamp(source, target).status, FileStatus::Failed);
     EXPECT_EQ(fileKind(asPath(target)), FileKind::Other);
@@ -124,7 +113,7 @@ TEST_F(FileSafety, InPlaceAndBackupKeepWhoMayOpenTheFile)
     const std::timespec then[2] = {{1'000'000'000, 5}, {1'100'000'000, 7}};
     ASSERT_EQ(::utimensat(AT_FDCWD, native(source).constData(), then, 0), 0);
     ASSERT_EQ(stamp(source, source).status, FileStatus::Created);
-    const QString backup = source + QStringLiteral(".bak");
+    const QString backup = source + u".bak"_s;
     for (const QString& path : {source, backup}) {
         std::array<char, 100> value{};
         const auto size = ::getxattr(native(path).constData(), acl, value.data(), value.size());
@@ -137,14 +126,17 @@ TEST_F(FileSafety, InPlaceAndBackupKeepWhoMayOpenTheFile)
     EXPECT_NE(statusOf(source).st_mtim.tv_sec, 1'100'000'000);
 }
 
-TEST_F(FileSafety, ACopyIsNoMoreOpenThanItsSource)
+TEST_F(FileSafety, CopyAndBackupAreNoMoreOpenThanTheirSource)
 {
-    const QString target = scratch.path(QStringLiteral("out/doc.pdf"));
+    const QString target = scratch.path(u"out/doc.pdf"_s);
     const mode_t before = ::umask(022);
     for (const mode_t mode : {0600U, 0640U, 0664U}) {
         ASSERT_EQ(::chmod(native(source).constData(), mode), 0);
         ASSERT_EQ(stamp(source, target).status, FileStatus::Created);
         EXPECT_EQ(statusOf(target).st_mode & 07777, mode & 0644U) << std::oct << mode;
+        ASSERT_EQ(stamp(source, source).status, FileStatus::Created);
+        for (const QString& path : {source, source + u".bak"_s})
+            EXPECT_EQ(statusOf(path).st_mode & 0777 & ~mode, 0U) << std::oct << mode;
     }
     ::umask(before);
 }
@@ -157,17 +149,17 @@ TEST_F(FileSafety, ReadingLeavesTheDateOfTheLastAccess)
     auto item = FileItem::initWithURL(asPath(source));
     ASSERT_TRUE(item);
     item->setPdfOpenPassword(std::nullopt); // counts the pages
-    ASSERT_EQ(stamp(source, scratch.path(QStringLiteral("out/doc.pdf"))).status, FileStatus::Created);
+    ASSERT_EQ(stamp(source, scratch.path(u"out/doc.pdf"_s)).status, FileStatus::Created);
     EXPECT_EQ(statusOf(source).st_atim.tv_sec, 1'000'000'000);
 }
 
 TEST_F(FileSafety, AFileThatChangesMeanwhileIsLeftAsItIs)
 {
     const QByteArray newer = "somebody's newer text";
-    const QString other = scratch.write(QStringLiteral("in/other"), newer);
-    const std::vector<std::pair<const char*, std::function<void()>>> changes = {
+    const QString other = scratch.write(u"in/other"_s, newer);
+    const Rows<const char*, std::function<void()>> changes = {
         {"replaced", [&] { ::rename(native(other).constData(), native(source).constData()); }},
-        {"rewritten", [&] { scratch.write(QStringLiteral("in/doc.pdf"), newer); }},
+        {"rewritten", [&] { scratch.write(u"in/doc.pdf"_s, newer); }},
         {"rewritten, the date set back",
          [&] {
              const struct stat before = statusOf(source);
@@ -181,34 +173,22 @@ TEST_F(FileSafety, AFileThatChangesMeanwhileIsLeftAsItIs)
         {"removed", [&] { QFile::remove(source); }},
     };
     for (const bool isInPlace : {true, false}) {
-        const QString target = isInPlace ? source : scratch.path(QStringLiteral("out/doc.pdf"));
+        const QString target = isInPlace ? source : scratch.path(u"out/doc.pdf"_s);
         for (const auto& [what, change] : changes) {
-            scratch.write(QStringLiteral("in/doc.pdf"), original);
-            scratch.write(QStringLiteral("in/other"), newer);
+            scratch.write(u"in/doc.pdf"_s, original);
+            scratch.write(u"in/other"_s, newer);
             QByteArray left;
             const FileOutcome outcome = stampWhile(target, [&] {
                 change();
                 left = QFile::exists(source) ? readFile(source) : QByteArray();
             });
             EXPECT_EQ(outcome.status, FileStatus::Failed) << what;
-            EXPECT_TRUE(outcome.remark &&
-                        outcome.remark->logged.contains(QStringLiteral("Nothing was written")))
-                << what;
+            EXPECT_TRUE(outcome.remark && outcome.remark->logged.contains(u"Nothing was written"_s)) << what;
             EXPECT_EQ(QFile::exists(source) ? readFile(source) : QByteArray(), left) << what;
-            EXPECT_FALSE(QFile::exists(source + QStringLiteral(".bak"))) << what;
-            EXPECT_TRUE(filesIn(QStringLiteral("out")).isEmpty()) << what;
+            EXPECT_FALSE(QFile::exists(source + u".bak"_s)) << what;
+            EXPECT_TRUE(filesIn(u"out"_s).isEmpty()) << what;
         }
     }
-}
-
-TEST_F(FileSafety, AnotherJobInPlaceIsNoticed)
-{
-    FileOutcome inner;
-    const FileOutcome outer = stampWhile(source, [&] { inner = stamp(source, source); });
-    EXPECT_EQ(inner.status, FileStatus::Created);
-    EXPECT_EQ(outer.status, FileStatus::Failed);
-    EXPECT_EQ(readFile(source + QStringLiteral(".bak")), original);
-    EXPECT_EQ(pdfText(source, 1).count(QStringLiteral("Stamp")), 1);
 }
 
 TEST_F(FileSafety, ASecondRunInPlaceSaysThatItReplacesTheBackup)
@@ -218,68 +198,58 @@ TEST_F(FileSafety, ASecondRunInPlaceSaysThatItReplacesTheBackup)
     const FileOutcome second = stamp(source, source);
     EXPECT_EQ(second.status, FileStatus::Created);
     ASSERT_TRUE(second.remark);
-    EXPECT_EQ(second.remark->logged, QStringLiteral("The earlier backup %1.bak was replaced.").arg(source));
-    EXPECT_EQ(readFile(source + QStringLiteral(".bak")), stamped);
+    EXPECT_EQ(second.remark->logged, u"The earlier backup %1.bak was replaced."_s.arg(source));
+    EXPECT_EQ(readFile(source + u".bak"_s), stamped);
 }
 
 /// Jobs over real files, in place.
-class JobSafety : public FileSafety, public ProcessObserver
+class JobSafety : public FileSafety
 {
   protected:
     void SetUp() override
     {
         FileSafety::SetUp();
-        ASSERT_TRUE(folders.createApplicationUsersFolder(QStringLiteral("Logs")));
-        settings.outputFolderPath = scratch.path(QStringLiteral("in"));
-        settings.isOpenFolderAfterConversion = false;
+        settings.outputFolderPath = scratch.path(u"in"_s);
         settings.number->stamps = number.stamps;
         settings.number->setIsBackupFile(true);
     }
 
-    [[nodiscard]] Job plan(const QStringList& paths) const
+    [[nodiscard]] Job plan(const QStringList& paths)
     {
-        std::vector<FileItem> files;
-        for (const QString& path : paths) {
-            files.push_back(FileItem::initWithURL(asPath(path)).value());
-            files.back().setPdfOpenPassword(std::nullopt); // counts the pages
-        }
+        files.clear();
+        for (const QString& path : paths)
+            list(path);
         return planJob(files, settings);
     }
 
     std::vector<FileOutcome> run(const QStringList& paths)
     {
-        Process process({clock, folders, thread, desktop}, plan(paths), *this);
-        process.start();
+        process = std::make_unique<Process>(services(), plan(paths), *this);
+        process->start();
         std::vector<FileOutcome> outcomes;
-        for (const LogFiles& file : process.log().files)
+        for (const LogFiles& file : process->log().files)
             outcomes.push_back(file.outcome);
         return outcomes;
     }
 
+    void outputFinished(const LogFiles&) override {} // of two jobs at once
     void updateTimeTakenLabel(const QString&) override {}
-    void outputFinished(const LogFiles&) override {}
-
-    FakeFolders folders{scratch.path()};
-    FakeClock clock;
-    SameThread thread;
-    FakeDesktop desktop;
-    Settings settings;
 };
 
 TEST_F(JobSafety, OneFileUnderTwoNamesIsStampedOnce)
 {
-    const QString in = scratch.path(QStringLiteral("in"));
-    ASSERT_TRUE(QFile::link(in, scratch.path(QStringLiteral("linked"))));
-    ASSERT_TRUE(QFile::link(source, in + QStringLiteral("/name.pdf")));
+    const QString in = scratch.path(u"in"_s);
+    ASSERT_TRUE(QFile::link(in, scratch.path(u"linked"_s)));
+    ASSERT_TRUE(QFile::link(source, in + u"/name.pdf"_s));
     const auto hardLink = [&] {
-        ::link(native(source).constData(), native(in + QStringLiteral("/hard.pdf")).constData());
+        ::link(native(source).constData(), native(in + u"/hard.pdf"_s).constData());
     };
-    for (const QString& second : {scratch.path(QStringLiteral("linked/doc.pdf")),
-                                  in + QStringLiteral("/name.pdf"), in + QStringLiteral("/hard.pdf")}) {
+    for (const QString& second :
+         {scratch.path(u"linked/doc.pdf"_s), in + u"/name.pdf"_s, in + u"/hard.pdf"_s}) {
         QFile::remove(source);
-        QFile::remove(in + QStringLiteral("/hard.pdf"));
-        QFile::remove(source + QStringLiteral(".bak"));
-        scratch.write(QStringLiteral("in/doc.pdf"), original);
+        QFile::remove(in + u"/hard.pdf"_s);
+        QFile::remove(source + u".bak"_s);
+        scratch.write(u"in/doc.pdf"_s, original);
         hardLink();
         const auto outcomes = run({source, second});
         ASSERT_EQ(outcomes.size(), 2U);
@@ -287,8 +257,8 @@ TEST_F(JobSafety, OneFileUnderTwoNamesIsStampedOnce)
         EXPECT_EQ(outcomes[1].status, FileStatus::Refused) << second.toStdString();
         ASSERT_TRUE(outcomes[1].remark);
         EXPECT_TRUE(outcomes[1].remark->logged.contains(source)) << outcomes[1].remark->logged.toStdString();
-        EXPECT_EQ(pdfText(source, 1).count(QStringLiteral("Stamp")), 1) << second.toStdString();
-        EXPECT_EQ(readFile(source + QStringLiteral(".bak")), original) << second.toStdString();
+        EXPECT_EQ(pdfText(source, 1).count(u"Stamp"_s), 1) << second.toStdString();
+        EXPECT_EQ(readFile(source + u".bak"_s), original) << second.toStdString();
     }
 }
 
@@ -297,27 +267,25 @@ TEST_F(JobSafety, ANameThatComesOutOtherwiseThanPlannedOverwritesNoInput)
     // The first file is planned as 3.pdf and comes out as 1.pdf, which is an input: another one, or itself.
     for (const bool isItself : {false, true}) {
         for (const ExistingCopies existing : {ExistingCopies::Replace, ExistingCopies::Number}) {
-            const QString first = scratch.write(
-                isItself ? QStringLiteral("in/1.pdf") : QStringLiteral("in/doc.pdf"), numberedPdf(3));
-            const QString second =
-                isItself ? source : scratch.write(QStringLiteral("in/1.pdf"), numberedPdf(2));
+            const QString first = scratch.write(isItself ? u"in/1.pdf"_s : u"in/doc.pdf"_s, numberedPdf(3));
+            const QString second = isItself ? source : scratch.write(u"in/1.pdf"_s, numberedPdf(2));
             JobOptions options;
-            options.namePattern = QStringLiteral("{last}");
+            options.namePattern = u"{last}"_s;
             options.existing = existing;
             settings.number->setOptions(options);
             Job job = plan({first, second});
-            ASSERT_EQ(job.outputFiles[0].filename().name(), QStringLiteral("3.pdf"));
+            ASSERT_EQ(job.outputFiles[0].filename().name(), u"3.pdf"_s);
             const QByteArray shorter = numberedPdf(1);
             scratch.write(first.mid(scratch.path().size() + 1), shorter);
-            const QByteArray input = readFile(scratch.path(QStringLiteral("in/1.pdf")));
-            Process process({clock, folders, thread, desktop}, std::move(job), *this);
-            process.start();
-            const LogFiles& record = process.log().files.at(0);
+            const QByteArray input = readFile(scratch.path(u"in/1.pdf"_s));
+            process = std::make_unique<Process>(services(), std::move(job), *this);
+            process->start();
+            const LogFiles& record = process->log().files.at(0);
             const bool isReplaced = existing == ExistingCopies::Replace;
             EXPECT_EQ(record.outcome.status, isReplaced ? FileStatus::Failed : FileStatus::Created);
-            EXPECT_EQ(record.filename, isReplaced ? QStringLiteral("1.pdf") : QStringLiteral("1 (2).pdf"));
-            EXPECT_EQ(readFile(scratch.path(QStringLiteral("in/1.pdf"))), input);
-            QFile::remove(scratch.path(QStringLiteral("in/1 (2).pdf")));
+            EXPECT_EQ(record.filename, isReplaced ? u"1.pdf"_s : u"1 (2).pdf"_s);
+            EXPECT_EQ(readFile(scratch.path(u"in/1.pdf"_s)), input);
+            QFile::remove(scratch.path(u"in/1 (2).pdf"_s));
         }
     }
 }
@@ -325,22 +293,22 @@ TEST_F(JobSafety, ANameThatComesOutOtherwiseThanPlannedOverwritesNoInput)
 TEST_F(JobSafety, AFileStampedThroughALinkIsNotStampedAgainAsASource)
 {
     // in/doc.pdf becomes a link to a file elsewhere, which is stamped in place through the link.
-    const QString elsewhere = scratch.write(QStringLiteral("elsewhere/real.pdf"), original);
+    const QString elsewhere = scratch.write(u"elsewhere/real.pdf"_s, original);
     QFile::remove(source);
     ASSERT_TRUE(QFile::link(elsewhere, source));
     const auto outcomes = run({source, elsewhere});
     EXPECT_EQ(outcomes.at(0).status, FileStatus::Created);
     EXPECT_EQ(outcomes.at(1).status, FileStatus::Refused);
-    EXPECT_EQ(pdfText(elsewhere, 1).count(QStringLiteral("Stamp")), 1);
-    EXPECT_FALSE(QFile::exists(scratch.path(QStringLiteral("in/real.pdf"))));
+    EXPECT_EQ(pdfText(elsewhere, 1).count(u"Stamp"_s), 1);
+    EXPECT_FALSE(QFile::exists(scratch.path(u"in/real.pdf"_s)));
 }
 
 TEST_F(JobSafety, ALinkToAnotherInputIsReplacedAndTheInputItselfIsNot)
 {
-    settings.outputFolderPath = scratch.path(QStringLiteral("out"));
-    const QString other = scratch.write(QStringLiteral("other/more.pdf"), original);
+    settings.outputFolderPath = scratch.path(u"out"_s);
+    const QString other = scratch.write(u"other/more.pdf"_s, original);
     // The copy of doc.pdf takes the place of a link to more.pdf, which harms nobody.
-    ASSERT_TRUE(QFile::link(other, scratch.path(QStringLiteral("out/doc.pdf"))));
+    ASSERT_TRUE(QFile::link(other, scratch.path(u"out/doc.pdf"_s)));
     const auto outcomes = run({source, other});
     EXPECT_EQ(outcomes.at(0).status, FileStatus::Created);
     EXPECT_EQ(outcomes.at(1).status, FileStatus::Created);
@@ -353,7 +321,7 @@ TEST_F(JobSafety, TwoJobsAtOnceLoseNoOriginal)
     constexpr int count = 40;
     QStringList paths;
     for (int i = 0; i < count; ++i)
-        paths.append(scratch.write(QStringLiteral("in/file%1.pdf").arg(i), original));
+        paths.append(scratch.write(u"in/file%1.pdf"_s.arg(i), original));
     std::array<std::unique_ptr<Process>, 2> jobs;
     std::array<FakeClock, 2> clocks;
     std::barrier together(2);
@@ -378,8 +346,8 @@ TEST_F(JobSafety, TwoJobsAtOnceLoseNoOriginal)
             isBackupReplaced |= outcome.status == FileStatus::Created && outcome.remark;
         }
         EXPECT_EQ(created, isBackupReplaced ? 2 : 1) << i;
-        EXPECT_EQ(readFile(paths[i] + QStringLiteral(".bak")) == original, !isBackupReplaced) << i;
-        EXPECT_EQ(pdfText(paths[i], 1).count(QStringLiteral("Stamp")), created) << i;
+        EXPECT_EQ(readFile(paths[i] + u".bak"_s) == original, !isBackupReplaced) << i;
+        EXPECT_EQ(pdfText(paths[i], 1).count(u"Stamp"_s), created) << i;
     }
 }
 

@@ -4,20 +4,8 @@
 #include "stamps/TextStamp.h"
 #include "support/Tools.h"
 
-#include <QDir>
-#include <gtest/gtest.h>
-
 namespace quillfern {
 namespace {
-
-LogFiles record(const char* name, FileOutcome outcome)
-{
-    LogFiles file;
-    file.filename = pathText(name);
-    file.targetPath = QStringLiteral("/out");
-    file.outcome = std::move(outcome);
-    return file;
-}
 
 class Index : public testing::Test
 {
@@ -35,12 +23,13 @@ class Index : public testing::Test
         FileOutcome created{FileStatus::Created, std::nullopt, 2, NumbersUsed{-7, -6}};
         created.sourceSha256 = "0a";
         created.copySha256 = "0b";
-        files = {record("a,b.pdf", created),
-                 record("=1+1.pdf", FileOutcome::without(FileStatus::Failed,
-                                                         QStringLiteral("=cmd|' /C calc'!A0, said \"x\""))),
-                 record("q.pdf", FileOutcome::without(FileStatus::Skipped, QStringLiteral("-was there"))),
-                 record("caf\xE9.pdf", created),
-                 record("e.pdf", FileOutcome::without(FileStatus::Cancelled, QStringLiteral("x")))};
+        const QString out = u"/out"_s;
+        files = {{u"a,b.pdf"_s, out, created},
+                 {u"=1+1.pdf"_s, out,
+                  FileOutcome::without(FileStatus::Failed, u"=cmd|' /C calc'!A0, said \"x\""_s)},
+                 {u"q.pdf"_s, out, FileOutcome::without(FileStatus::Skipped, u"-was there"_s)},
+                 {pathText("caf\xE9.pdf"), out, created},
+                 {u"e.pdf"_s, out, FileOutcome::without(FileStatus::Cancelled, u"x"_s)}};
     }
 
     const Scratch scratch;
@@ -52,7 +41,7 @@ TEST_F(Index, HasALineForEachFileThatEveryReaderTakesForText)
 {
     auto stamp = std::make_shared<TextStamp>();
     stamp->number.paddingLength = 4;
-    stamp->number.paddingCharacter = QStringLiteral("=");
+    stamp->number.paddingCharacter = u"="_s;
     job.configuration.stamps = valuesOf({stamp});
     EXPECT_EQ(jobIndex(job, files).toStdString(),
               "order,source,copy,pages,first,last,outcome,remark,source_sha256,copy_sha256\r\n"
@@ -68,16 +57,16 @@ TEST_F(Index, HasALineForEachFileThatEveryReaderTakesForText)
 
 TEST_F(Index, IsWrittenBesideTheCopiesOrWhereItIsToBe)
 {
-    const QString beside = scratch.path(QStringLiteral("index.csv"));
-    scratch.write(QStringLiteral("index.csv"), "of an earlier job");
+    const QString beside = scratch.path(u"index.csv"_s);
+    scratch.write(u"index.csv"_s, "of an earlier job");
     writeIndex(job, files);
     EXPECT_EQ(readFile(beside), jobIndex(job, files));
-    EXPECT_EQ(readFile(scratch.path(QStringLiteral("index-2.csv"))), "of an earlier job");
-    job.configuration.options.indexFile = asPath(scratch.path(QStringLiteral("x/y.csv")));
+    EXPECT_EQ(readFile(scratch.path(u"index-2.csv"_s)), "of an earlier job");
+    job.configuration.options.indexFile = asPath(scratch.path(u"x/y.csv"_s));
     EXPECT_THROW(writeIndex(job, files), Failure);
-    job.configuration.options.indexFile = asPath(scratch.write(QStringLiteral("named.csv"), "old"));
+    job.configuration.options.indexFile = asPath(scratch.write(u"named.csv"_s, "old"));
     writeIndex(job, {});
-    EXPECT_EQ(readFile(scratch.path(QStringLiteral("named.csv"))).count("not-begun"), 6);
+    EXPECT_EQ(readFile(scratch.path(u"named.csv"_s)).count("not-begun"), 6);
     job.configuration.options.index = false;
     EXPECT_FALSE(indexPath(job));
 }

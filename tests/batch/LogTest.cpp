@@ -4,7 +4,6 @@
 #include "support/Fakes.h"
 #include "support/Tools.h"
 
-#include <QDir>
 #include <QXmlStreamReader>
 #include <thread>
 
@@ -44,16 +43,8 @@ TEST_F(LogFileTest, HasOneElementAnOutputInOrder)
     Log log(clock, folders);
     log.startTime = QDateTime(QDate(2026, 11, 15), QTime(23, 59, 58));
     log.endTime = QDateTime(QDate(2026, 11, 16), QTime(0, 5, 9));
-    log.files.push_back({u"a.pdf"_s,
-                         u"/out"_s,
-                         FileOutcome{FileStatus::CreatedNothing, std::nullopt, 0, std::nullopt},
-                         12,
-                         {}});
-    log.files.push_back({u"<b> & \"c\"\n\x01.pdf"_s,
-                         u"/out"_s,
-                         FileOutcome{FileStatus::NoPages, std::nullopt, 0, std::nullopt},
-                         0,
-                         {}});
+    log.files.push_back({u"a.pdf"_s, u"/out"_s, {FileStatus::CreatedNothing}, 12, {}});
+    log.files.push_back({u"<b> & \"c\"\n\x01.pdf"_s, u"/out"_s, {FileStatus::NoPages}, 0, {}});
     log.files[0].logFiles.push_back({u"in.pdf"_s, 3, 4, u"Completed"_s});
     ASSERT_TRUE(log.save(english));
     EXPECT_EQ(log.logFilePath()->text(), scratch.path(u"Orvane/Quillfern1/Logs/161126000509.log"_s));
@@ -121,13 +112,13 @@ TEST(LogWithoutFolder, NamesAPathAndLosesNothingElse)
 TEST(TimeTaken, LeavesOutWhatIsZero)
 {
     const QDateTime start(QDate(2026, 11, 16), QTime(10, 0, 0));
-    const std::vector<std::pair<qint64, const char*>> cases = {{0, ""},
-                                                               {999, ""},
-                                                               {1000, "1 sec(s) "},
-                                                               {65'999, "1 min(s) 5 sec(s) "},
-                                                               {60'000, "1 min(s) "},
-                                                               {3'605'000, "1 hr(s) 5 sec(s) "},
-                                                               {90'000'000, "25 hr(s) "}};
+    const Rows<qint64, const char*> cases = {{0, ""},
+                                             {999, ""},
+                                             {1000, "1 sec(s) "},
+                                             {65'999, "1 min(s) 5 sec(s) "},
+                                             {60'000, "1 min(s) "},
+                                             {3'605'000, "1 hr(s) 5 sec(s) "},
+                                             {90'000'000, "25 hr(s) "}};
     for (const auto& [milliseconds, text] : cases)
         EXPECT_EQ(timeTakenString(start, start.addMSecs(milliseconds)).toStdString(), text);
     EXPECT_EQ(timeTakenString({}, start), QString());

@@ -4,11 +4,6 @@
 #include "platform/system/NativePath.h"
 #include "stamps/TextStamp.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
-
-#include <QDir>
-#include <QFile>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -21,8 +16,9 @@ class OutputNaming : public testing::Test
     {
         std::vector<FileItem> items;
         for (const QString& file : files) {
-            const FilePath path = asPath(scratch.path(QStringLiteral("in/") + file));
-            writeDocument(path, pages);
+            const FilePath path = asPath(scratch.path(u"in/"_s + file));
+            EXPECT_TRUE(QDir().mkpath(path.parent().text()));
+            store::AtomicFile::writeWhole(path, numberedPdf(pages));
             items.push_back(*FileItem::initWithURL(path));
             items.back().setPdfOpenPassword(QString());
         }
@@ -32,7 +28,7 @@ class OutputNaming : public testing::Test
         settings.number->setOptions(options);
         return planJob(items, settings, QDate(2026, 11, 16));
     }
-    QString out() const { return scratch.path(QStringLiteral("out")); }
+    QString out() const { return scratch.path(u"out"_s); }
     /// The planned outputs below the output folder.
     static QStringList outputs(const Job& job)
     {
@@ -53,25 +49,12 @@ class OutputNaming : public testing::Test
     Scratch scratch;
     Settings settings;
     JobOptions options;
-
-  private:
-    static void writeDocument(const FilePath& path, int pages)
-    {
-        ASSERT_TRUE(QDir().mkpath(path.parent().text()));
-        store::AtomicFile::writeWhole(path, numberedPdf(pages));
-    }
 };
 
 TEST_F(OutputNaming, FollowsTheOptions)
 {
-    struct Case
-    {
-        const char* pattern;
-        bool keepFolders, tifNames;
-        const char* files;
-        const char* copies;
-    };
-    const std::vector<Case> cases = {
+    // the pattern, whether folders are kept, whether names end with .tif, the files, their copies
+    const Rows<const char*, bool, bool, const char*, const char*> cases = {
         {"", false, false, "a:b.pdf d/x.PDF", "a:b.pdf x.PDF"},
         {"", true, false, "d/e/a.pdf d/e/f/b.pdf d/e/f/g/c.pdf", "a.pdf f/b.pdf f/g/c.pdf"},
         {"", true, false, "d/a.pdf de/b.pdf", "d/a.pdf de/b.pdf"},
@@ -87,72 +70,65 @@ TEST_F(OutputNaming, FollowsTheOptions)
     addStamp("A {0} of {1}", NumberType::Numbers, 4);
     addStamp("{0}", NumberType::RomanNumbersSmall, 1);
     settings.number->setStartNumber(7);
-    for (const Case& c : cases) {
+    for (const auto& [pattern, keepFolders, tifNames, files, copies] : cases) {
         options = {};
-        options.namePattern = QString::fromLatin1(c.pattern);
-        options.keepFolders = c.keepFolders;
-        options.tifNames = c.tifNames;
-        EXPECT_EQ(outputs(plan(words(c.files))).join(u' ').toStdString(), c.copies) << c.pattern;
+        options.namePattern = QString::fromLatin1(pattern);
+        options.keepFolders = keepFolders;
+        options.tifNames = tifNames;
+        EXPECT_EQ(outputs(plan(words(files))).join(u' ').toStdString(), copies) << pattern;
     }
 }
 
 TEST_F(OutputNaming, CutsWholeCharactersAndKeepsBytes)
 {
-    options.namePattern = QStringLiteral("{name}{name}");
-    const QString umlaut = QStringLiteral("a\u0308"); // one character of three bytes
-    const Job job = plan({umlaut.repeated(45) + QStringLiteral(".pdf"), pathText("caf\xE9.pdf")});
+    options.namePattern = u"{name}{name}"_s;
+    const QString umlaut = u"a\u0308"_s; // one character of three bytes
+    const Job job = plan({umlaut.repeated(45) + u".pdf"_s, pathText("caf\xE9.pdf")});
     const QByteArray name = nativePath(job.outputFiles[0].filename().name());
-    EXPECT_EQ(name, (umlaut.repeated(83) + QStringLiteral(".pdf")).toUtf8()); // 249 of 251 bytes
+    EXPECT_EQ(name, (umlaut.repeated(83) + u".pdf"_s).toUtf8()); // 249 of 251 bytes
     EXPECT_EQ(nativePath(job.outputFiles[1].filename().name()), QByteArray("caf\xE9"
                                                                            "caf\xE9.pdf"));
     const CopyName next = job.names->numbered({{}, QString::fromUtf8(name)}, 12);
-    EXPECT_EQ(next.name, umlaut.repeated(82) + QStringLiteral(" (12).pdf"));
-    EXPECT_EQ(OutputNames::unknownWord(QStringLiteral("{name} {page}")), QStringLiteral("{page}"));
-    EXPECT_FALSE(OutputNames::unknownWord(QStringLiteral("{name}{first}{last}{index}{date}{")));
+    EXPECT_EQ(next.name, umlaut.repeated(82) + u" (12).pdf"_s);
+    EXPECT_EQ(OutputNames::unknownWord(u"{name} {page}"_s), u"{page}"_s);
+    EXPECT_FALSE(OutputNames::unknownWord(u"{name}{first}{last}{index}{date}{"_s));
 }
 
 TEST_F(OutputNaming, UncheckedFilesMayBeLeftOut)
 {
-    Job job = plan({QStringLiteral("a.pdf"), QStringLiteral("b.pdf")});
+    Job job = plan(words("a.pdf b.pdf"));
     EXPECT_EQ(job.totalPages, 6);
     std::vector<FileItem> items = {job.outputFiles[0].fileItems()[0], job.outputFiles[1].fileItems()[0]};
     items[0].setIsSelected(false);
     options.checkedOnly = true;
-    options.namePattern = QStringLiteral("{first}");
+    options.namePattern = u"{first}"_s;
     settings.number->setOptions(options);
     job = planJob(items, settings);
     EXPECT_EQ(job.totalPages, 3);
-    EXPECT_EQ(outputs(job), QStringList{QStringLiteral("1.pdf")}) << "numbers without the file left out";
+    EXPECT_EQ(outputs(job), QStringList{u"1.pdf"_s}) << "numbers without the file left out";
 }
 
 TEST_F(OutputNaming, ACopyGetsItsNameWhenItIsCommitted)
 {
-    struct Case
-    {
-        ExistingCopies existing;
-        const char* path; ///< where the copy went; empty for none
-        const char* earlier;
-    };
-    const std::vector<Case> cases = {
+    // where the copy goes, if there is one, and what the earlier one is then
+    const Rows<ExistingCopies, std::string, const char*> cases = {
         {ExistingCopies::Replace, "d/a.pdf", "new"},
         {ExistingCopies::Skip, "", "earlier"},
         {ExistingCopies::Number, "d/a (3).pdf", "earlier"},
     };
     options.keepFolders = true;
-    const Job job = plan({QStringLiteral("d/a.pdf"), QStringLiteral("b.pdf")});
-    const CopyName name{{QStringLiteral("d")}, QStringLiteral("a.pdf")};
-    for (const Case& c : cases) {
-        scratch.write(QStringLiteral("out/d/a.pdf"), "earlier");
-        scratch.write(QStringLiteral("out/d/a (2).pdf"), "another");
+    const Job job = plan(words("d/a.pdf b.pdf"));
+    const CopyName name{{u"d"_s}, u"a.pdf"_s};
+    for (const auto& [existing, expected, earlier] : cases) {
+        scratch.write(u"out/d/a.pdf"_s, "earlier");
+        scratch.write(u"out/d/a (2).pdf"_s, "another");
         store::AtomicFile file(job.outputFiles[0].filename(), job.outputFolder);
         file.write("new", 3);
-        const auto path = commitCopy(file, job.outputFolder, *job.names, name, c.existing);
-        EXPECT_EQ(path ? path->text().mid(out().size() + 1).toStdString() : std::string(), c.path);
-        EXPECT_EQ(readFile(out() + QStringLiteral("/d/a.pdf")), c.earlier);
-        EXPECT_EQ(readFile(out() + QStringLiteral("/d/a (2).pdf")), "another");
-        if (path) {
-            EXPECT_EQ(readFile(path->text()), "new");
-        }
+        const auto path = commitCopy(file, job.outputFolder, *job.names, name, existing);
+        EXPECT_EQ(path ? path->text().mid(out().size() + 1).toStdString() : std::string(), expected);
+        EXPECT_EQ(readFile(out() + u"/d/a.pdf"_s), earlier);
+        EXPECT_EQ(readFile(out() + u"/d/a (2).pdf"_s), "another");
+        EXPECT_TRUE(!path || readFile(path->text()) == "new");
     }
 }
 

@@ -1,18 +1,12 @@
 // Jobs over several files at once, which must come out as if one file was made after the other.
 
-#include "batch/Process.h"
-
 #include "batch/DocumentInWork.h"
+#include "batch/JobFixture.h"
 #include "batch/JobWarnings.h"
-#include "batch/PdfProcessing.h"
 #include "platform/system/Cancellation.h"
-#include "support/Fakes.h"
-#include "support/PdfBuilder.h"
 #include "support/TiffBuilder.h"
 
-#include <QDir>
 #include <chrono>
-#include <gtest/gtest.h>
 #include <map>
 #include <pthread.h>
 #include <sys/resource.h>
@@ -24,60 +18,43 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class ParallelJob : public PdfProcessing, public ProcessObserver
+class ParallelJob : public JobFixture
 {
   protected:
-    void SetUp() override
+    ParallelJob()
     {
-        ASSERT_TRUE(folders.createApplicationUsersFolder(QStringLiteral("Logs")));
-        settings.isOpenFolderAfterConversion = false;
-        settings.number->stamps.push_back(textStamp(QStringLiteral("N{0}/{1}"), MarginAnchor::BottomLeft));
+        settings.number->stamps.push_back(textStamp(u"N{0}/{1}"_s, MarginAnchor::BottomLeft));
         settings.number->stamps.back()->setIsSymmetry(true);
         settings.number->setIsContinuousNumbering(true);
     }
 
-    void addFile(const QString& name, const QByteArray& bytes)
-    {
-        files.push_back(*FileItem::initWithURL(asPath(scratch.write(QStringLiteral("in/") + name, bytes))));
-        files.back().setPdfOpenPassword(std::nullopt);
-    }
     /// Documents of one to five pages.
     void addDocuments(int count)
     {
         for (int i = 0; i < count; ++i)
-            addFile(QStringLiteral("d%1.pdf").arg(i, 2, 10, QLatin1Char('0')), numberedPdf(1 + i * 7 % 5));
+            add(u"in/d%1.pdf"_s.arg(i, 2, 10, QLatin1Char('0')), numberedPdf(1 + i * 7 % 5));
     }
 
-    /// Runs the job into the folder `out`, and returns all that can be seen of it: results and warnings in
-    /// their order, then the files with their bytes.
-    QByteArrayList run(int filesAtOnce, const QString& out = QStringLiteral("out"))
+    void emptyOut() const
     {
-        QDir(scratch.path(out)).removeRecursively();
-        QDir().mkpath(scratch.path(out));
-        settings.outputFolderPath = scratch.path(out);
-        results.clear();
-        ProcessServices services{clock, folders, thread, desktop};
-        services.filesAtOnce = filesAtOnce;
-        if (makeProcessors) services.makeProcessors = makeProcessors;
-        process = std::make_unique<Process>(services, planJob(files, settings), *this);
-        process->start();
-        QByteArrayList seen;
-        for (const LogFiles& record : process->log().files)
-            seen.append(
-                record.filename.toUtf8() + ' ' + statusWord(record.outcome).toUtf8() +
-                (record.outcome.remark ? ' ' + record.outcome.remark->logged.toUtf8() : QByteArray()));
+        for (const QString& old : filesIn(u"out"_s))
+            QFile::remove(scratch.path(u"out/"_s + old));
+    }
+
+    /// Runs the job anew, and returns all that can be seen of it: results and warnings in their order, then
+    /// the files with their bytes.
+    QByteArrayList seenOf(int filesAtOnce)
+    {
+        emptyOut();
+        run(filesAtOnce);
+        QByteArrayList seen{results.join(u'\n').toUtf8()};
         for (const Reason& warning : jobWarnings(process->log().files))
             seen.append(warning.logged.toUtf8());
         seen.append(process->message().toUtf8() + QByteArray::number(process->totalFileProcessed()) + '/' +
                     QByteArray::number(process->totalFileCreated()));
-        for (const QString& name : filesIn(out))
-            seen.append(name.toUtf8() + '\n' + readFile(scratch.path(out + u'/' + name)));
+        for (const QString& name : filesIn(u"out"_s))
+            seen.append(name.toUtf8() + '\n' + readFile(scratch.path(u"out/"_s + name)));
         return seen;
-    }
-
-    [[nodiscard]] QStringList filesIn(const QString& folder) const
-    {
-        return QDir(scratch.path(folder)).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
     }
 
     /// The stamp on each page that has one.
@@ -90,61 +67,49 @@ class ParallelJob : public PdfProcessing, public ProcessObserver
         return words;
     }
 
-    void updateTimeTakenLabel(const QString&) override {}
     void outputFinished(const LogFiles& output) override
     {
-        results.append(output.filename);
+        JobFixture::outputFinished(output);
         if (atResult) atResult();
     }
 
-    FakeFolders folders{scratch.path()};
-    FakeClock clock;
-    SameThread thread;
-    FakeDesktop desktop;
-    Settings settings;
-    std::vector<FileItem> files;
-    QStringList results;
     std::function<void()> atResult;
-    DocumentProcessorsFactory makeProcessors;
-    std::unique_ptr<Process> process;
 };
 
 TEST_F(ParallelJob, GivesWhatASequentialJobGives)
 {
     addDocuments(7);
-    QImage page(60, 40, QImage::Format_RGB888);
-    page.fill(Qt::white);
-    const QString scan = scratch.path(QStringLiteral("scan.tif"));
+    const QString scan = scratch.path(u"in/scan.tif"_s);
+    const QImage page(scratch.writePicture(u"page.png"_s, {60, 40}));
     TiffBuilder(scan).page(page).page(page);
-    addFile(QStringLiteral("scan.tif"), readFile(scan));
-    addFile(QStringLiteral("other/d01.pdf"), numberedPdf(2)); // replaces an earlier copy
-    addFile(QStringLiteral("none.pdf"), "no document");       // no pages
-    addFile(QStringLiteral("gone.pdf"), numberedPdf(3));      // fails
-    addFile(QStringLiteral("torn.pdf"), numberedPdf(4));      // no document any more
-    addFile(QStringLiteral("less.pdf"), numberedPdf(5));      // has fewer pages than were counted
-    scratch.write(QStringLiteral("in/torn.pdf"), "torn");
-    scratch.write(QStringLiteral("in/less.pdf"), numberedPdf(1));
-    QFile::remove(scratch.path(QStringLiteral("in/gone.pdf")));
-    addFile(QStringLiteral("last.pdf"), numberedPdf(3));
-    addFile(QStringLiteral("last2.pdf"), numberedPdf(3));
+    list(scan);
+    add(u"in/other/d01.pdf"_s, numberedPdf(2)); // replaces an earlier copy
+    add(u"in/none.pdf"_s, "no document");       // no pages
+    add(u"in/gone.pdf"_s, numberedPdf(3));      // fails
+    add(u"in/torn.pdf"_s, numberedPdf(4));      // no document any more
+    add(u"in/less.pdf"_s, numberedPdf(5));      // has fewer pages than were counted
+    scratch.write(u"in/torn.pdf"_s, "torn");
+    scratch.write(u"in/less.pdf"_s, numberedPdf(1));
+    QFile::remove(scratch.path(u"in/gone.pdf"_s));
+    add(u"in/last.pdf"_s, numberedPdf(3));
+    add(u"in/last2.pdf"_s, numberedPdf(3));
     for (const PageRange range : {PageRange::AllPages, PageRange::OddPages}) {
         settings.number->setPageRange(range);
         for (const bool isContinuous : {true, false}) {
             settings.number->setIsContinuousNumbering(isContinuous);
-            const QByteArrayList expected = run(1);
+            const QByteArrayList expected = seenOf(1);
             EXPECT_EQ(results.size(), static_cast<int>(files.size()));
             for (const int workers : {2, 8}) {
-                const QByteArrayList actual = run(workers);
+                const QByteArrayList actual = seenOf(workers);
                 ASSERT_EQ(actual.size(), expected.size());
                 for (int i = 0; i < actual.size(); ++i)
-                    EXPECT_EQ(actual[i] == expected[i], true)
+                    EXPECT_TRUE(actual[i] == expected[i])
                         << workers << " workers: " << actual[i].left(120).constData() << "\nnot "
                         << expected[i].left(120).constData();
             }
         }
     }
-    EXPECT_EQ(numbersOn(scratch.path(QStringLiteral("out/last2.pdf"))),
-              QStringList({QStringLiteral("N1/3"), QStringLiteral("N2/3")}));
+    EXPECT_EQ(numbersOn(scratch.path(u"out/last2.pdf"_s)), QStringList({u"N1/3"_s, u"N2/3"_s}));
 }
 
 TEST_F(ParallelJob, InPlaceWithBackupKeepsEveryOriginal)
@@ -154,95 +119,53 @@ TEST_F(ParallelJob, InPlaceWithBackupKeepsEveryOriginal)
     std::map<QString, QByteArray> originals;
     for (const FileItem& item : files)
         originals[item.name()] = readFile(item.filePath().text());
-    ProcessServices services{clock, folders, thread, desktop};
-    services.filesAtOnce = 6;
-    settings.outputFolderPath = scratch.path(QStringLiteral("in"));
-    process = std::make_unique<Process>(services, planJob(files, settings), *this);
-    process->start();
-    EXPECT_EQ(process->message(), QStringLiteral("All files processed successfully."));
-    EXPECT_EQ(filesIn(QStringLiteral("in")).size(), 48);
+    settings.outputFolderPath = scratch.path(u"in"_s);
+    EXPECT_EQ(run(6).message(), u"All files processed successfully."_s);
+    EXPECT_EQ(filesIn(u"in"_s).size(), 48);
     int expected = 1;
     for (const auto& [name, bytes] : originals) {
-        const QString path = scratch.path(QStringLiteral("in/") + name);
-        EXPECT_EQ(readFile(path + QStringLiteral(".bak")), bytes) << name.toStdString();
+        const QString path = scratch.path(u"in/"_s + name);
+        EXPECT_EQ(readFile(path + u".bak"_s), bytes) << name.toStdString();
         for (const QString& word : numbersOn(path))
-            EXPECT_EQ(word, QStringLiteral("N%1/71").arg(expected++)) << name.toStdString();
+            EXPECT_EQ(word, u"N%1/71"_s.arg(expected++)) << name.toStdString();
     }
 }
-
-/// The real processors, with something that happens before each file.
-class DisturbedProcessors final : public DocumentProcessors
-{
-  public:
-    using Disturb = std::function<void(const FilePath& source, JobRun& run)>;
-    DisturbedProcessors(std::unique_ptr<DocumentProcessors> real, Disturb disturb)
-        : real_(std::move(real)), disturb_(std::move(disturb))
-    {
-    }
-    StampedDocument processPDF(const FilePath& source, const FilePath& target, const QString& password,
-                               JobRun& run) override
-    {
-        try {
-            disturb_(source, run);
-        } catch (...) {
-            StampedDocument document;
-            document.source = source;
-            document.place = std::make_unique<DocumentTarget>(source, target, false, std::nullopt);
-            document.fail();
-            return document;
-        }
-        return real_->processPDF(source, target, password, run);
-    }
-    StampedDocument processTIFF(const FilePath& source, const FilePath& target, JobRun& run,
-                                std::int32_t compression) override
-    {
-        return real_->processTIFF(source, target, run, compression);
-    }
-
-    static DocumentProcessorsFactory factory(Disturb disturb)
-    {
-        return [disturb = std::move(disturb)](const JobConfiguration& job, const auto& codings) {
-            return std::make_unique<DisturbedProcessors>(makeDocumentProcessors(job, codings), disturb);
-        };
-    }
-
-  private:
-    std::unique_ptr<DocumentProcessors> real_;
-    Disturb disturb_;
-};
 
 TEST_F(ParallelJob, ACancelKeepsWhatWasCommittedAndDropsTheRest)
 {
     addDocuments(12);
-    for (const bool isAbandoned : {false, true}) {
-        for (const int after : {1, 5, 12}) {
-            atResult = [&] {
-                if (results.size() == after) isAbandoned ? process->abandon() : process->stop();
-            };
-            run(4);
-            EXPECT_EQ(results.size(), after);
-            EXPECT_EQ(filesIn(QStringLiteral("out")), results) << "and nothing besides";
-            EXPECT_EQ(process->message(), QStringLiteral("Process cancelled!"));
-            EXPECT_EQ(process->pagesInWork(), 0) << "dropped work counts no page";
+    for (const int workers : {1, 4})
+        for (const bool isAbandoned : {false, true}) {
+            makeProcessors = {};
+            for (const int after : {1, 5, 12}) {
+                atResult = [&] {
+                    if (results.size() == after) isAbandoned ? process->abandon() : process->stop();
+                };
+                emptyOut();
+                EXPECT_EQ(run(workers).message(), u"Process cancelled!"_s);
+                EXPECT_EQ(results.size(), after);
+                EXPECT_EQ(filesIn(u"out"_s), QStringList(results).replaceInStrings(u" Completed"_s, u""_s));
+                EXPECT_EQ(readFile(process->log().logFilePath()->text()).count("Completed"), after);
+                EXPECT_EQ(process->pagesInWork(), 0) << "dropped work counts no page";
+            }
+            // While the turn waits for its file: the file is finished, or given up.
+            atResult = {};
+            makeProcessors = StagedProcessors::factory([&](const FilePath& source, bool, JobRun& run) {
+                if (source.name() != "d03.pdf"_L1) return std::nullopt;
+                while (results.size() < 3) // its turn
+                    std::this_thread::sleep_for(1ms);
+                isAbandoned ? process->abandon() : process->stop();
+                while (isAbandoned && !run.abandoned().stop_requested())
+                    std::this_thread::sleep_for(1ms);
+                return std::nullopt;
+            });
+            emptyOut();
+            run(workers);
+            EXPECT_EQ(results.size(), 4);
+            EXPECT_EQ(filesIn(u"out"_s).size(), isAbandoned ? 3 : 4);
+            EXPECT_EQ(process->log().files.back().outcome.status,
+                      isAbandoned ? FileStatus::Cancelled : FileStatus::Created);
         }
-    }
-    // While the turn waits for its file: the file is finished, or given up.
-    for (const bool isAbandoned : {false, true}) {
-        atResult = {};
-        makeProcessors = DisturbedProcessors::factory([&](const FilePath& source, JobRun& run) {
-            if (source.name() != QLatin1String("d03.pdf")) return;
-            while (results.size() < 3) // its turn
-                std::this_thread::sleep_for(1ms);
-            isAbandoned ? process->abandon() : process->stop();
-            while (isAbandoned && !run.abandoned().stop_requested())
-                std::this_thread::sleep_for(1ms);
-        });
-        run(4);
-        EXPECT_EQ(results.size(), 4);
-        EXPECT_EQ(filesIn(QStringLiteral("out")).size(), isAbandoned ? 3 : 4);
-        EXPECT_EQ(process->log().files.back().outcome.status,
-                  isAbandoned ? FileStatus::Cancelled : FileStatus::Created);
-    }
 }
 
 TEST_F(ParallelJob, WorkThatFailedForWantOfRoomIsDoneAgainAlone)
@@ -251,31 +174,34 @@ TEST_F(ParallelJob, WorkThatFailedForWantOfRoomIsDoneAgainAlone)
     std::atomic<int> inWork = 0;
     std::atomic<int> refused = 0;
     std::atomic<bool> wasThere = false;
-    const QString earlier = scratch.path(QStringLiteral("out/d06.pdf"));
+    const QString earlier = scratch.path(u"out/d06.pdf"_s);
     atResult = [&] {
-        if (results.size() == 1) scratch.write(QStringLiteral("out/d06.pdf"), "earlier");
+        if (results.size() == 1) scratch.write(u"out/d06.pdf"_s, "earlier");
     };
-    makeProcessors = DisturbedProcessors::factory([&](const FilePath& source, JobRun&) {
+    makeProcessors = StagedProcessors::factory([&](const FilePath& source, bool, JobRun& run) {
         const int others = inWork++;
         std::this_thread::sleep_for(10ms);
         const bool isFull = others > 0 || inWork > 1;
         --inWork;
         // One file fits beside no other, one fits in no case.
-        const bool isLarge = source.name() == QLatin1String("d04.pdf");
-        if ((isLarge && isFull) || source.name() == QLatin1String("d06.pdf")) {
-            ++refused;
-            wasThere = QFile::exists(earlier);
+        const bool isLarge = source.name() == "d04.pdf"_L1;
+        if (!(isLarge && isFull) && source.name() != "d06.pdf"_L1) return std::optional<StampedDocument>();
+        ++refused;
+        wasThere = QFile::exists(earlier);
+        return std::optional(processDocument("%@", source, run, [&](StampedDocument& work) {
+            const FilePath target = asPath(scratch.path(u"out/"_s + source.name()));
+            work.place = std::make_unique<DocumentTarget>(source, target, false, std::nullopt);
             throw Failure::fromErrno(Reason("The disk is small."), ENOSPC);
-        }
+        }));
     });
     run(4);
     EXPECT_TRUE(wasThere) << "until it is known that there is no other copy";
-    EXPECT_EQ(filesIn(QStringLiteral("out")).size(), 8);
+    EXPECT_EQ(filesIn(u"out"_s).size(), 8);
     EXPECT_FALSE(QFile::exists(earlier));
     EXPECT_EQ(process->log().files[4].outcome.status, FileStatus::Created);
     EXPECT_EQ(process->log().files[6].outcome.status, FileStatus::Failed);
     EXPECT_GE(refused, 2);
-    EXPECT_EQ(numbersOn(scratch.path(QStringLiteral("out/d07.pdf"))).constFirst(), QStringLiteral("N17/26"))
+    EXPECT_EQ(numbersOn(scratch.path(u"out/d07.pdf"_s)).constFirst(), u"N17/26"_s)
         << "no numbers are used up by what was not begun";
 }
 
@@ -353,12 +279,12 @@ TEST_F(ParallelJob, ProcessorsThatCannotBeMadeEndTheJobWithAWord)
 {
     addDocuments(3);
     makeProcessors = [](const auto&...) -> std::unique_ptr<DocumentProcessors> {
-        throw Failure(QStringLiteral("No processors today."));
+        throw Failure(u"No processors today."_s);
     };
     run(3);
     EXPECT_TRUE(process->isCompleted());
-    EXPECT_TRUE(process->message().contains(QStringLiteral("unable able to process")));
-    EXPECT_TRUE(filesIn(QStringLiteral("out")).isEmpty());
+    EXPECT_TRUE(process->message().contains(u"unable able to process"_s));
+    EXPECT_TRUE(filesIn(u"out"_s).isEmpty());
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "platform/pdf/PdfPageCount.h"
 #include "support/PdfBuilder.h"
 
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -59,7 +58,7 @@ class CarryOver : public PdfProcessing
 
 TEST_F(CarryOver, KeepsOutlinesLabelsFormsAndAttachments)
 {
-    const std::vector<std::pair<const char*, QStringList>> cases = {
+    const Rows<const char*, QStringList> cases = {
         {"contract.pdf", {u"outlines"_s}},
         {"form.pdf", {u"acroform"_s}},
         {"report.pdf", {u"pagelabels"_s, u"attachments"_s, u"outlines"_s}},
@@ -177,18 +176,6 @@ TEST_F(CarryOver, BlankedPagesKeepTheirBoxAndLoseTheirFieldsAndLinks)
     EXPECT_EQ(fieldsOn(output, 2), fieldsOn(sample(u"form.pdf"_s), 2));
 }
 
-TEST_F(CarryOver, BlankedAndStampedPagesAreOfOneSize)
-{
-    number.setPageRange(PageRange::OddPages);
-    addStamp();
-    const TestPage page = {showWord("Body", 72, 300), "/MediaBox[0 0 500 400]/CropBox[50 50 450 350]"};
-    const auto pages = pdfWords(process(simplePdf({page, page})));
-    ASSERT_EQ(pages.size(), 2U);
-    EXPECT_TRUE(pages[1].words.empty());
-    for (const PdfTextPage& shown : pages)
-        EXPECT_EQ(QSizeF(shown.width, shown.height), QSizeF(500, 400));
-}
-
 TEST_F(CarryOver, ASignatureIsMentionedAndGoesWithItsPage)
 {
     addStamp();
@@ -245,32 +232,6 @@ TEST_F(CarryOver, StreamsAndObjectStreamsStayAsTheyAre)
     for (int page = 1; page <= 12; ++page)
         EXPECT_TRUE(pdfText(packed, page).contains(u"Stamp %1"_s.arg(page)));
 }
-
-TEST_F(CarryOver, RestrictionsStayAndPasswordsAreNotPassed)
-{
-    const QString source = scratch.write(u"plain.pdf"_s, numberedPdf(2));
-    const QString locked = scratch.path(u"locked.pdf"_s);
-    addStamp();
-    for (const char* bits : {"128", "256"}) {
-        runTool("qpdf --allow-weak-crypto --encrypt",
-                {QString(), u"owner"_s, QString::fromLatin1(bits), u"--print=none"_s, u"--modify=none"_s,
-                 u"--"_s, source, locked});
-        const QString output = process(readFile(locked));
-        const ToolResult shown = runTool("qpdf --show-encryption", {output});
-        EXPECT_TRUE(shown.out.contains("print low resolution: not allowed"))
-            << bits << shown.out.toStdString();
-        EXPECT_TRUE(pdfText(output, 2).contains(u"Stamp"_s)) << bits;
-        EXPECT_TRUE(qpdfAccepts(output));
-    }
-    runTool("qpdf --encrypt user owner 256 --", {source, locked});
-    EXPECT_EQ(pdf::pdfPageCount(asPath(locked)), 0);
-    EXPECT_TRUE(pdf::pdfOpensWith(asPath(locked), u"user"_s));
-    EXPECT_FALSE(pdf::pdfOpensWith(asPath(locked), u"wrong"_s));
-    const QString output = process(readFile(locked)); // reports success, as for any file that does not open
-    EXPECT_FALSE(QFileInfo::exists(output));
-}
-
-// folder: the output folder, relative to the scratch folder
 
 TEST_F(CarryOver, InPlaceIsToldByTheFileAndNotByItsPath)
 {
@@ -334,16 +295,6 @@ TEST_F(CarryOver, APageWhoseParentIsMissingKeepsWhatItInherits)
         EXPECT_TRUE(page.contains(u"Body"_s) && page.contains(u"Stamp"_s)) << deep;
         EXPECT_EQ(page.width, 300) << deep;
     }
-}
-
-TEST_F(CarryOver, ABackupIsAsPrivateAsItsSource)
-{
-    const QString source = scratch.write(u"in/doc.pdf"_s, numberedPdf(1));
-    QFile::setPermissions(source, QFile::ReadOwner | QFile::WriteOwner);
-    number.setIsBackupFile(true);
-    EXPECT_EQ(stamp(source, source).status, FileStatus::Created);
-    for (const QString& path : {source, source + u".bak"_s})
-        EXPECT_FALSE(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther)) << path.toStdString();
 }
 
 TEST_F(CarryOver, DataThatClaimToBeEndlessAreRefused)

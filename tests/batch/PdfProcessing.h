@@ -5,9 +5,6 @@
 #include "stamps/TextStamp.h"
 #include "support/Tools.h"
 
-#include <QDir>
-#include <QFile>
-
 namespace quillfern {
 
 inline std::shared_ptr<TextStamp> textStamp(const QString& text, MarginAnchor anchor)
@@ -31,12 +28,14 @@ class PdfProcessing : public testing::Test
         return target;
     }
 
-    FileOutcome stamp(const QString& source, const QString& target) const
+    FileOutcome stamp(const QString& source, const QString& target, const QString& password = {}) const
     {
         JobConfiguration job = number.configuration();
         job.refusesSigned = refusesSigned;
         JobRun run(job);
-        return makeDocumentProcessors(job)->processPDF(asPath(source), asPath(target), {}, run).commit();
+        return makeDocumentProcessors(job)
+            ->processPDF(asPath(source), asPath(target), password, run)
+            .commit();
     }
 
     void addStamp(const QString& text = u"Stamp"_s, MarginAnchor anchor = MarginAnchor::TopLeft)

@@ -9,22 +9,11 @@ namespace {
 class RasterOptions : public RasterProcessing
 {
   protected:
-    void set(const std::function<void(JobOptions&)>& change)
-    {
-        JobOptions options = number.options();
-        change(options);
-        number.setOptions(options);
-    }
-
     /// A black square of so many units, which can be measured in pixels.
     void addSquare(int side, MarginAnchor anchor)
     {
-        QImage black(4, 4, QImage::Format_RGB32);
-        black.fill(Qt::black);
-        const QString file = scratch.path(QStringLiteral("black.png"));
-        ASSERT_TRUE(black.save(file));
         auto stamp = std::make_shared<ImageStamp>();
-        stamp->loadPicture(asPath(file));
+        stamp->loadPicture(asPath(scratch.writePicture(u"black.png"_s, {4, 4}, Qt::black)));
         stamp->stampImageWidth = stamp->stampImageHeight = side;
         stamp->setMarginAnchor(anchor);
         number.stamps.push_back(stamp);
@@ -59,8 +48,8 @@ class RasterOptions : public RasterProcessing
 TEST_F(RasterOptions, WorkTogether)
 {
     constexpr int count = 7;
-    const QString fax = path(QStringLiteral("fax.tif"));
-    const QString colour = path(QStringLiteral("colour.tif"));
+    const QString fax = path(u"fax.tif"_s);
+    const QString colour = path(u"colour.tif"_s);
     const TiffLayout dots{.xResolution = 144, .yResolution = 144};
     TiffLayout bits = dots;
     bits.photometric = 0;
@@ -91,12 +80,11 @@ TEST_F(RasterOptions, WorkTogether)
                                      << ", keeps " << keeps << ", real size " << realSize << ", "
                                      << source.toStdString());
                         number.setPageRange(parity);
-                        set([&](JobOptions& options) {
-                            options.pageList = PageList::parse(QString::fromLatin1(pageList));
-                            options.keepOtherPages = keeps;
-                            options.realSize = realSize;
-                            options.visiblePage = true; // of no effect here
-                        });
+                        // What is of documents has no effect here.
+                        number.setOptions({.pageList = PageList::parse(QString::fromLatin1(pageList)),
+                                           .keepOtherPages = keeps,
+                                           .realSize = realSize,
+                                           .visiblePage = true});
                         std::vector<int> expected;
                         for (int i = 1; i <= count; ++i)
                             if (*pageList == 0 || (i != 1 && i != 3 && i != 6)) expected.push_back(i);
@@ -128,19 +116,15 @@ TEST_F(RasterOptions, RealSizeGoesByEachPagesResolution)
     number.setMarginLeft(10);
     number.setMarginTop(5);
     addSquare(20, MarginAnchor::TopLeft);
-    set([](JobOptions& options) { options.realSize = true; });
-    const QString source = path(QStringLiteral("mixed.tif"));
+    number.setOptions({.realSize = true});
+    const QString source = path(u"mixed.tif"_s);
     TiffBuilder(source)
         .page(paper(300, 300), {.xResolution = 144, .yResolution = 72})
         .page(paper(300, 300), {.xResolution = 216, .yResolution = 216})
         .page(paper(300, 300), {})
         .page(paper(300, 300), {.orientation = 6, .xResolution = 144, .yResolution = 72})
         .page(paper(300, 300), {.xResolution = 50, .yResolution = 50, .resolutionUnit = 3});
-    const struct
-    {
-        QRect square;
-        float x, y;
-    } expected[] = {
+    const Rows<QRect, float, float> expected = {
         {{20, 5, 40, 20}, 144, 72},  {{30, 15, 60, 60}, 216, 216}, {{10, 5, 20, 20}, 72, 72},
         {{10, 10, 20, 40}, 72, 144}, {{18, 9, 35, 35}, 127, 127},
     };
@@ -148,20 +132,21 @@ TEST_F(RasterOptions, RealSizeGoesByEachPagesResolution)
     ASSERT_EQ(pages.size(), 5U);
     for (std::size_t i = 0; i < 5; ++i) {
         SCOPED_TRACE(i + 1);
-        expectRect(marks(pages[i].image), expected[i].square);
-        EXPECT_NEAR(pages[i].xResolution, expected[i].x, 0.01) << "each page keeps its own";
-        EXPECT_NEAR(pages[i].yResolution, expected[i].y, 0.01);
+        const auto& [square, x, y] = expected[i];
+        expectRect(marks(pages[i].image), square);
+        EXPECT_NEAR(pages[i].xResolution, x, 0.01) << "each page keeps its own";
+        EXPECT_NEAR(pages[i].yResolution, y, 0.01);
     }
 }
 
 TEST_F(RasterOptions, RealSizeOnPicturesOfOtherFormats)
 {
     addSquare(20, MarginAnchor::BottomRight);
-    set([](JobOptions& options) { options.realSize = true; });
+    number.setOptions({.realSize = true});
     for (const char* format : {"png", "jpg", "bmp"})
         for (const int scale : {1, 2}) {
             SCOPED_TRACE(testing::Message() << format << ", " << scale);
-            const QString source = path(QStringLiteral("picture.") + QLatin1String(format));
+            const QString source = path(u"picture."_s + QLatin1String(format));
             QImage image = paper(300, 200).convertToFormat(QImage::Format_RGB32);
             image.setDotsPerMeterX(static_cast<int>(std::lround(scale * 72 / 0.0254)));
             image.setDotsPerMeterY(image.dotsPerMeterX());

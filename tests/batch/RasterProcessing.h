@@ -7,9 +7,6 @@
 #include "support/TiffBuilder.h"
 #include "support/Tools.h"
 
-#include <QDir>
-#include <QFile>
-
 namespace quillfern {
 
 /// A picture whose orientation can be recognised: a different colour in each corner, and a bar that is not

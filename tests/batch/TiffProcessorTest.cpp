@@ -4,8 +4,6 @@
 #include "platform/raster/PictureBytes.h"
 #include "stamps/ImageStamp.h"
 
-#include <QFileInfo>
-
 namespace quillfern {
 namespace {
 
@@ -319,23 +317,6 @@ TEST_F(TiffProcessing, SymmetricStampsChangeSidesOnStampedPages)
     EXPECT_TRUE(isLeft(pages[0]));
     EXPECT_FALSE(isLeft(pages[2]));
     EXPECT_TRUE(isLeft(pages[4]));
-}
-
-TEST_F(TiffProcessing, MarginsMoveTheStampByPixels)
-{
-    addStamp();
-    text()->setMarginAnchor(MarginAnchor::TopLeft);
-    number.setMarginLeft(30);
-    number.setMarginTop(40);
-    const auto pages = readTiff(process(shades(1)));
-    QRect dark;
-    for (int y = 0; y < 88; ++y)
-        for (int x = 0; x < 64; ++x)
-            if (pages.at(0).image.pixelColor(x, y).red() < 100) dark |= QRect(x, y, 1, 1);
-    EXPECT_GE(dark.left(), 30);
-    EXPECT_LT(dark.left(), 34);
-    EXPECT_GE(dark.top(), 40);
-    EXPECT_LT(dark.top(), 50);
 }
 
 } // namespace

@@ -3,8 +3,8 @@
 #include "platform/store/PropertyList.h"
 #include "stamps/TextStamp.h"
 
+#include "support/Cases.h"
 #include <QCryptographicHash>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
@@ -17,9 +17,9 @@ JobOptions everyOption()
           &JobOptions::visiblePage, &JobOptions::usePasswords, &JobOptions::unlock, &JobOptions::keepFolders,
           &JobOptions::tifNames, &JobOptions::replaceStamps, &JobOptions::index})
         options.*field = true;
-    options.pageList = PageList::parse(QStringLiteral("1,3-5,10-"));
+    options.pageList = PageList::parse(u"1,3-5,10-"_s);
     options.existing = ExistingCopies::Number;
-    options.namePattern = QStringLiteral("{first} {name}");
+    options.namePattern = u"{first} {name}"_s;
     return options;
 }
 
@@ -43,8 +43,8 @@ TEST(JobOptionsTest, WithoutOptionsRecordsKeepTheirBytes)
     const std::string before = "3fcb20b8cf21fb1a66024655fd9e81f576e09d44664b7ed8a7cb8e2486be3630";
     EXPECT_EQ(hash(), before);
     JobOptions passing;
-    passing.password = QStringLiteral("secret");
-    passing.indexFile = FilePath::fromText(QStringLiteral("/tmp/index.csv"));
+    passing.password = u"secret"_s;
+    passing.indexFile = FilePath::fromText(u"/tmp/index.csv"_s);
     settings.number->setOptions(passing);
     EXPECT_EQ(hash(), before) << "what belongs to one job only was saved";
     settings.number->setOptions(everyOption());
@@ -65,7 +65,7 @@ TEST(JobOptionsTest, ComeBackFromTheirRecord)
     const store::Record whole = *saved.getData();
     const auto& entries = whole.entries();
     ASSERT_EQ(entries.size(), 20U + 13U);
-    EXPECT_EQ(entries[19].first, QStringLiteral("Stamps")) << "the options come behind";
+    EXPECT_EQ(entries[19].first, u"Stamps"_s) << "the options come behind";
 
     Numbering loaded;
     const store::Record record = store::readPropertyList(bytesOf(saved));
@@ -81,18 +81,18 @@ TEST(JobOptionsTest, ComeBackFromTheirRecord)
 TEST(JobOptionsTest, ValuesThatCannotBeUsedDoNoHarm)
 {
     store::Record record = *Numbering().getData();
-    record.set(QStringLiteral("realSize"), QStringLiteral("yes"));
-    record.set(QStringLiteral("pageList"), QStringLiteral("1-x"));
-    record.set(QStringLiteral("existing"), 7);
-    record.set(QStringLiteral("namePattern"), store::RecordValue::List());
+    record.set(u"realSize"_s, u"yes"_s);
+    record.set(u"pageList"_s, u"1-x"_s);
+    record.set(u"existing"_s, 7);
+    record.set(u"namePattern"_s, store::RecordValue::List());
     Numbering number;
     ASSERT_TRUE(number.setData(&record));
     EXPECT_FALSE(number.options().realSize);
     EXPECT_EQ(number.options().namePattern, QString());
     EXPECT_FALSE(isInPageRange(number.configuration(), 1)) << "no page is stamped by a damaged list";
     const store::Record again = *number.getData();
-    EXPECT_EQ(again.text(QStringLiteral("pageList")), QStringLiteral("1-x")) << "kept for people to correct";
-    EXPECT_EQ(again.integer32(QStringLiteral("existing")), 7);
+    EXPECT_EQ(again.text(u"pageList"_s), u"1-x"_s) << "kept for people to correct";
+    EXPECT_EQ(again.integer32(u"existing"_s), 7);
 }
 
 } // namespace

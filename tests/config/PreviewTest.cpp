@@ -271,19 +271,27 @@ TEST_F(PreviewTest, ViewsWithoutRoomGiveNoPictureAndAJobAtWorkNoneAtAll)
 
 TEST(PreviewRule, CountsPagesAsItWalksThem)
 {
-    Numbering number;
-    for (const std::int64_t startPage : {-3, 0, 1, 2, 5})
-        for (const std::int64_t endPage : {-1, 0, 1, 2, 4, 9})
-            for (std::int32_t range = 0; range <= 3; ++range)
-                for (std::int64_t before = 0; before < 12; ++before) {
-                    number.setStartPage(startPage);
-                    number.setEndPage(endPage);
-                    number.setPageRange(PageRange{range});
-                    std::int64_t walked = 0;
-                    for (std::int64_t index = 0; index < before; ++index)
-                        walked += isPreviewStampedPage(number.fields(), index) ? 1 : 0;
-                    EXPECT_EQ(previewStampedPages(number.fields(), before), walked)
-                        << startPage << '-' << endPage << ' ' << range << ' ' << before;
+    JobConfiguration job;
+    for (const char* list : {"", "1", "2-5,9,11-", "3-", "4,6,8"})
+        for (const std::int64_t startPage : {-3, 0, 1, 2, 5})
+            for (const std::int64_t endPage : {-1, 0, 1, 2, 4, 9})
+                for (std::int32_t range = 0; range <= 3; ++range) {
+                    SCOPED_TRACE(testing::Message()
+                                 << list << ' ' << startPage << '-' << endPage << ' ' << range);
+                    job.options.pageList = PageList::parse(QString::fromLatin1(list));
+                    job.startPage = startPage;
+                    job.endPage = endPage;
+                    job.pageRange = PageRange{range};
+                    std::int64_t stamped = 0;
+                    for (std::int64_t index = 0; index < 14; ++index) {
+                        EXPECT_EQ(previewStampedPages(job, index), stamped) << index;
+                        const bool isStamped = isPreviewStampedPage(job, index);
+                        if (*list) { // which takes the place of start and end, as in the job
+                            EXPECT_EQ(isStamped,
+                                      isInPageRange(job, index + 1) && hasChosenParity(job, index + 1));
+                        }
+                        stamped += isStamped ? 1 : 0;
+                    }
                 }
 }
 

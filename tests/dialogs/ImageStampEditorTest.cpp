@@ -5,7 +5,6 @@
 #include "dialogs/PictureView.h"
 #include "dialogs/RotationField.h"
 #include "support/Tools.h"
-#include "support/Widgets.h"
 
 #include <QProgressBar>
 #include <QSlider>

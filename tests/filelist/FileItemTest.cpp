@@ -3,7 +3,6 @@
 #include "filelist/FileListSupport.h"
 #include "support/PdfBuilder.h"
 
-#include <QFile>
 #include <fcntl.h>
 #include <sys/stat.h>
 

@@ -3,7 +3,6 @@
 #include "support/PdfBuilder.h"
 
 #include <QAbstractItemModelTester>
-#include <QImage>
 #include <QLocale>
 #include <random>
 #include <utime.h>

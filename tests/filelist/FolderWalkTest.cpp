@@ -3,7 +3,6 @@
 #include "filelist/FileListSupport.h"
 #include "platform/store/AtomicFile.h"
 
-#include <QDir>
 #include <filesystem>
 #include <sys/fsuid.h>
 #include <sys/stat.h>

@@ -2,10 +2,7 @@
 
 #include "platform/system/NativePath.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
-#include <QFile>
-#include <QImage>
 #include <sys/stat.h>
 
 namespace quillfern {

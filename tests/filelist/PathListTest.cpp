@@ -3,8 +3,6 @@
 #include "filelist/AllowedFileTypes.h"
 #include "filelist/FileListSupport.h"
 
-#include <QDir>
-
 namespace quillfern {
 namespace {
 

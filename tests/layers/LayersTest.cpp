@@ -8,6 +8,8 @@
 #include <QSet>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The rooms right below each room; what those may include is allowed as well.
@@ -63,7 +65,7 @@ QSet<QString> reachable(const QString& room)
 /// The room that a path below src/ lies in; empty for none.
 QString roomOf(const QString& path)
 {
-    const int parts = path.startsWith(QLatin1String("platform/")) ? 1 : 0;
+    const int parts = path.startsWith("platform/"_L1) ? 1 : 0;
     const QString room = path.section(u'/', 0, parts);
     return roomsBelow().contains(room) ? room : QString();
 }
@@ -79,9 +81,8 @@ const QMap<QString, QString>& allSources()
 {
     static const QMap<QString, QString> all = [] {
         QMap<QString, QString> sources;
-        const QString root = qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + QStringLiteral("/src/");
-        QDirIterator files(root, {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
-                           QDirIterator::Subdirectories);
+        const QString root = qEnvironmentVariable("QUILLFERN_SOURCE_DIR") + u"/src/"_s;
+        QDirIterator files(root, {u"*.h"_s, u"*.cpp"_s}, QDir::Files, QDirIterator::Subdirectories);
         while (files.hasNext()) {
             QFile file(files.next());
             EXPECT_TRUE(file.open(QIODevice::ReadOnly));
@@ -95,7 +96,7 @@ const QMap<QString, QString>& allSources()
 const QList<Include>& allIncludes()
 {
     static const QList<Include> all = [] {
-        static const QRegularExpression line(QStringLiteral("^\\s*#\\s*include\\s*[\"<]([^\">]+)[\">]"),
+        static const QRegularExpression line(u"^\\s*#\\s*include\\s*[\"<]([^\">]+)[\">]"_s,
                                              QRegularExpression::MultilineOption);
         QList<Include> includes;
         for (auto source = allSources().begin(); source != allSources().end(); ++source)
@@ -108,7 +109,7 @@ const QList<Include>& allIncludes()
 
 std::string describe(const Include& include)
 {
-    return (include.file + QStringLiteral(" includes ") + include.target).toStdString();
+    return (include.file + u" includes "_s + include.target).toStdString();
 }
 
 /// Qt's headers begin with Q, the standard library's have no folder and no extension; a form's header is made
@@ -116,14 +117,14 @@ std::string describe(const Include& include)
 bool isQtOrStandard(const QString& header)
 {
     static const QRegularExpression plain(
-        QStringLiteral("^(Q[A-Za-z0-9]+(/Q[A-Za-z0-9]+)?|[a-z_]+|ui_[A-Za-z]+\\.h|[A-Za-z]+\\.moc)$"));
+        u"^(Q[A-Za-z0-9]+(/Q[A-Za-z0-9]+)?|[a-z_]+|ui_[A-Za-z]+\\.h|[A-Za-z]+\\.moc)$"_s);
     return plain.match(header).hasMatch();
 }
 
 bool isOperatingSystem(const QString& header)
 {
     static const QRegularExpression posix(
-        QStringLiteral("^(unistd|fcntl|signal|dirent|poll|(sys|linux)/[a-z]+|malloc|emmintrin)\\.h$"));
+        u"^(unistd|fcntl|signal|dirent|poll|(sys|linux)/[a-z]+|malloc|emmintrin)\\.h$"_s);
     return posix.match(header).hasMatch();
 }
 
@@ -149,8 +150,7 @@ TEST(Layers, ALibraryIsIncludedInItsRoomOnly)
         if (!roomOf(include.target).isEmpty() || isQtOrStandard(include.target)) continue;
         const QString room = roomOf(include.file);
         if (isOperatingSystem(include.target)) {
-            static const QSet<QString> windows = {QStringLiteral("app"), QStringLiteral("dialogs"),
-                                                  QStringLiteral("config"), QStringLiteral("stamps")};
+            static const QSet<QString> windows = {u"app"_s, u"dialogs"_s, u"config"_s, u"stamps"_s};
             EXPECT_FALSE(windows.contains(room)) << describe(include);
             continue;
         }
@@ -167,13 +167,13 @@ TEST(Layers, ALibraryIsIncludedInItsRoomOnly)
 TEST(Layers, FilesAreReachedByTheirPathsOnly)
 {
     static const QSet<QString> allowed = {
-        QStringLiteral("platform/system/FileAccess.cpp"), // a QFile over a descriptor
-        QStringLiteral("dialogs/ThemedIcon.cpp"),         // resources inside the program
-        QStringLiteral("dialogs/WidgetPanels.cpp"),       // a filter of the toolkit's dialog
+        u"platform/system/FileAccess.cpp"_s, // a QFile over a descriptor
+        u"dialogs/ThemedIcon.cpp"_s,         // resources inside the program
+        u"dialogs/WidgetPanels.cpp"_s,       // a filter of the toolkit's dialog
     };
-    static const QRegularExpression comment(QStringLiteral("//[^\n]*"));
+    static const QRegularExpression comment(u"//[^\n]*"_s);
     static const QRegularExpression byName(
-        QStringLiteral("\\b(QFile|QFileInfo|QDir|QDirIterator|QSaveFile|QTemporaryFile|QLockFile)\\b"));
+        u"\\b(QFile|QFileInfo|QDir|QDirIterator|QSaveFile|QTemporaryFile|QLockFile)\\b"_s);
     QSet<QString> found;
     for (auto source = allSources().begin(); source != allSources().end(); ++source) {
         const auto match = byName.match(QString(source.value()).remove(comment));
@@ -187,12 +187,11 @@ TEST(Layers, FilesAreReachedByTheirPathsOnly)
 
 TEST(Layers, CoreKnowsNoWidgets)
 {
-    static const QSet<QString> windowed = {QStringLiteral("app"), QStringLiteral("dialogs")};
+    static const QSet<QString> windowed = {u"app"_s, u"dialogs"_s};
     static const QRegularExpression widgets(
-        QStringLiteral("^(QtWidgets/.*|Q\\w*(Widget|Dialog|Window|MessageBox|View))$"));
+        u"^(QtWidgets/.*|Q\\w*(Widget|Dialog|Window|MessageBox|View))$"_s);
     for (const Include& include : allIncludes()) {
-        if (windowed.contains(roomOf(include.file)) || include.target == QLatin1String("QStringView"))
-            continue;
+        if (windowed.contains(roomOf(include.file)) || include.target == "QStringView"_L1) continue;
         EXPECT_FALSE(widgets.match(include.target).hasMatch()) << describe(include);
     }
 }

@@ -1,40 +1,27 @@
 // Names, places and the index of copies, as the options of the program want them.
 
-#include "support/PdfBuilder.h"
-#include "support/Tools.h"
+#include "runner/ProgramFixture.h"
 
 #include <QCryptographicHash>
-#include <QDir>
 #include <QDirIterator>
-#include <QFile>
-#include <QImage>
-#include <gtest/gtest.h>
 
 namespace quillfern {
 namespace {
 
-class CopyOptions : public testing::Test
+class CopyOptions : public ProgramFixture
 {
   protected:
-    void SetUp() override
+    CopyOptions()
     {
-        qputenv("XDG_DATA_HOME", scratch.path(QStringLiteral("data")).toUtf8());
-        scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(2));
-        scratch.write(QStringLiteral("in/d/b.pdf"), numberedPdf(1));
-        scratch.write(QStringLiteral("other/a.pdf"), numberedPdf(1));
-        QImage page(40, 30, QImage::Format_RGB32);
-        page.fill(Qt::white);
-        ASSERT_TRUE(page.save(scratch.path(QStringLiteral("in/d/c.png"))));
-        ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("elsewhere"))));
+        scratch.write(u"in/a.pdf"_s, numberedPdf(2));
+        scratch.write(u"in/d/b.pdf"_s, numberedPdf(1));
+        scratch.write(u"other/a.pdf"_s, numberedPdf(1));
+        scratch.writePicture(u"in/d/c.png"_s, {40, 30});
     }
-    /// Runs the program with a stamp, the output folder "out" and further words, with the scratch folder for
-    /// each DIR.
-    ToolResult run(const char* arguments)
+    /// Runs the program with a stamp, the output folder "out" and further words.
+    ToolResult job(const QByteArray& words) const
     {
-        return runTool(
-            qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
-            words(("--text Nr{0} --padding 3 --output DIR/out " + QByteArray(arguments)).constData())
-                .replaceInStrings(QStringLiteral("DIR"), scratch.path()));
+        return run("--text Nr{0} --padding 3 --output DIR/out " + words);
     }
     /// The files below a folder, without links to folders.
     QString filesIn(const char* folder) const
@@ -47,21 +34,12 @@ class CopyOptions : public testing::Test
         names.sort();
         return names.join(u'|');
     }
-    QString out(const char* name) const { return scratch.path(QStringLiteral("out/") + QLatin1String(name)); }
-
-    Scratch scratch;
 };
 
 TEST_F(CopyOptions, DecideNamesAndPlaces)
 {
-    struct Case
-    {
-        const char* arguments;
-        const char* earlier; ///< in the output folder; empty for none
-        const char* copies;
-        int exitCode;
-    };
-    const std::vector<Case> cases = {
+    // a copy of an earlier job, and what is there afterwards
+    const Rows<const char*, const char*, const char*, int> cases = {
         {"--subfolders DIR/in", "", "a.pdf|b.pdf|c.png", 0},
         {"--keep-folders --subfolders DIR/in", "", "a.pdf|d/b.pdf|d/c.png", 0},
         {"--tif-names --subfolders DIR/in", "", "a.pdf|b.pdf|c.tif", 0},
@@ -79,65 +57,55 @@ TEST_F(CopyOptions, DecideNamesAndPlaces)
         {"--existing skip DIR/in/a.pdf DIR/other/a.pdf", "", "a.pdf", 1},
         {"--name same DIR/in/a.pdf DIR/in/d/b.pdf", "", "same.pdf", 1},
     };
-    for (const Case& c : cases) {
-        QDir(scratch.path(QStringLiteral("out"))).removeRecursively();
-        const QString earlier = QString::fromLatin1(c.earlier);
-        if (!earlier.isEmpty()) scratch.write(QStringLiteral("out/") + earlier, "earlier");
-        const ToolResult result = run(c.arguments);
-        EXPECT_EQ(result.exitCode, c.exitCode)
-            << c.arguments << result.out.constData() << result.err.constData();
-        EXPECT_EQ(filesIn("out").toStdString(), c.copies) << c.arguments;
-        if (!earlier.isEmpty()) {
-            EXPECT_EQ(readFile(out(c.earlier)), "earlier") << c.arguments;
-        }
+    for (const auto& [arguments, earlier, copies, exitCode] : cases) {
+        QDir(out()).removeRecursively();
+        if (*earlier) scratch.write(u"out/"_s + QLatin1String(earlier), "earlier");
+        const ToolResult result = job(arguments);
+        EXPECT_EQ(result.exitCode, exitCode) << arguments << result.out.constData() << result.err.constData();
+        EXPECT_EQ(filesIn("out").toStdString(), copies) << arguments;
+        EXPECT_TRUE(!*earlier || readFile(out(earlier)) == "earlier") << arguments;
     }
 }
 
 TEST_F(CopyOptions, ASkippedFileKeepsItsNumbers)
 {
-    scratch.write(QStringLiteral("out/a.pdf"), "earlier");
-    const ToolResult result = run("--continuous --existing skip --subfolders DIR/in");
+    scratch.write(u"out/a.pdf"_s, "earlier");
+    const ToolResult result = job("--continuous --existing skip --subfolders DIR/in");
     EXPECT_EQ(result.exitCode, 0) << result.err.constData();
     EXPECT_TRUE(result.out.startsWith("Skipped ")) << result.out.constData();
-    EXPECT_TRUE(pdfText(out("b.pdf"), 1).contains(QStringLiteral("Nr003")));
+    EXPECT_TRUE(pdfText(out("b.pdf"), 1).contains(u"Nr003"_s));
 }
 
 TEST_F(CopyOptions, NoFileIsProcessedInPlaceWhereNothingIsReplaced)
 {
-    const QByteArray before = readFile(scratch.path(QStringLiteral("in/a.pdf")));
-    for (const char* const arguments :
-         {"--existing skip --output DIR/in", "--existing number --output DIR/in"}) {
-        const QByteArray whole = "--text Nr{0} " + QByteArray(arguments) + " DIR/in/a.pdf";
+    const QByteArray before = readFile(at("in/a.pdf"));
+    for (const char* const existing : {"skip", "number"}) {
         const ToolResult result =
-            runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
-                    words(whole.constData()).replaceInStrings(QStringLiteral("DIR"), scratch.path()));
+            run("--text Nr{0} --output DIR/in DIR/in/a.pdf --existing " + QByteArray(existing));
         EXPECT_EQ(result.exitCode, 0) << result.err.constData();
-        EXPECT_EQ(readFile(scratch.path(QStringLiteral("in/a.pdf"))), before) << arguments;
+        EXPECT_EQ(readFile(at("in/a.pdf")), before) << existing;
     }
-    EXPECT_EQ(filesIn("in"), QStringLiteral("a (2).pdf|a.pdf|d/b.pdf|d/c.png"));
+    EXPECT_EQ(filesIn("in"), u"a (2).pdf|a.pdf|d/b.pdf|d/c.png"_s);
 }
 
 TEST_F(CopyOptions, NoCopyLeavesTheOutputFolder)
 {
-    scratch.write(QStringLiteral("elsewhere/b.pdf"), "of somebody else");
-    ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("out"))));
-    ASSERT_TRUE(QFile::link(scratch.path(QStringLiteral("elsewhere")), out("d")));
-    const ToolResult result = run("--keep-folders --subfolders DIR/in");
+    scratch.write(u"elsewhere/b.pdf"_s, "of somebody else");
+    ASSERT_TRUE(QFile::link(at("elsewhere"), out("d")));
+    const ToolResult result = job("--keep-folders --subfolders DIR/in");
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.out.contains("is a link or a file")) << result.out.constData();
-    EXPECT_EQ(filesIn("elsewhere"), QStringLiteral("b.pdf"));
-    EXPECT_EQ(readFile(scratch.path(QStringLiteral("elsewhere/b.pdf"))), "of somebody else");
-    EXPECT_EQ(QDir(scratch.path(QStringLiteral("out"))).entryList(QDir::Files | QDir::Hidden),
-              QStringList{QStringLiteral("a.pdf")});
+    EXPECT_EQ(filesIn("elsewhere"), u"b.pdf"_s);
+    EXPECT_EQ(readFile(at("elsewhere/b.pdf")), "of somebody else");
+    EXPECT_EQ(QDir(at("out")).entryList(QDir::Files | QDir::Hidden), QStringList{u"a.pdf"_s});
 }
 
 TEST_F(CopyOptions, TheIndexHasTheHashesOfSourcesAndCopies)
 {
-    scratch.write(QStringLiteral("in/x.pdf"), "no document");
-    for (const char* const way : {"", "--rewrite "}) {
+    scratch.write(u"in/x.pdf"_s, "no document");
+    for (const QByteArray way : {"", "--rewrite "}) {
         const ToolResult result =
-            run((QByteArray(way) + "--continuous --index DIR/out/i.csv DIR/in/a.pdf DIR/in/x.pdf DIR/in/d")
-                    .constData());
+            job(way + "--continuous --index DIR/out/i.csv DIR/in/a.pdf DIR/in/x.pdf DIR/in/d");
         EXPECT_EQ(result.exitCode, 1) << result.err.constData();
         const QList<QByteArray> lines = readFile(out("i.csv")).split('\n');
         ASSERT_EQ(lines.size(), 6) << result.out.constData();
@@ -150,10 +118,9 @@ TEST_F(CopyOptions, TheIndexHasTheHashesOfSourcesAndCopies)
             const QList<QByteArray> fields = line.trimmed().split(',');
             ASSERT_EQ(fields.size(), 10) << line.constData();
             numbers.append(fields[4] + '-' + fields[5] + ' ' + fields[6]);
-            EXPECT_EQ(fields[8], fields[2].isEmpty() ? QByteArray() : hash(fields[1]))
-                << way << line.constData();
-            EXPECT_EQ(fields[9], fields[2].isEmpty() ? QByteArray() : hash(fields[2]))
-                << way << line.constData();
+            for (const int i : {1, 2}) // source and copy
+                EXPECT_EQ(fields[7 + i], fields[2].isEmpty() ? QByteArray() : hash(fields[i]))
+                    << line.constData();
         }
         EXPECT_EQ(numbers.join('|').toStdString(),
                   "001-002 created|- no-pages|003-003 created|004-004 created");
@@ -162,7 +129,7 @@ TEST_F(CopyOptions, TheIndexHasTheHashesOfSourcesAndCopies)
 
 TEST_F(CopyOptions, WrongOnesAreRefusedBeforeAnythingIsDone)
 {
-    const std::vector<std::pair<const char*, const char*>> cases = {
+    const Rows<const char*, const char*> cases = {
         {"--name {page} DIR/in", "not {page}"},
         {"--name= DIR/in", "--name takes a pattern"},
         {"--existing maybe DIR/in", "one of replace, skip, number"},
@@ -171,7 +138,7 @@ TEST_F(CopyOptions, WrongOnesAreRefusedBeforeAnythingIsDone)
         {"--keep-folders --no-keep-folders DIR/in", "exclude each other"},
     };
     for (const auto& [arguments, reason] : cases) {
-        const ToolResult result = run(arguments);
+        const ToolResult result = job(arguments);
         EXPECT_EQ(result.exitCode, 2) << arguments;
         EXPECT_TRUE(result.err.contains(reason)) << arguments << result.err.constData();
         EXPECT_EQ(filesIn("out"), QString()) << arguments;

@@ -1,28 +1,17 @@
 // The runner where the machine lacks something, or somebody stops it: it always ends, with a word, and leaves
 // no half file.
 
-#include "support/PdfBuilder.h"
-#include "support/Tools.h"
+#include "runner/ProgramFixture.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <csignal>
 
 namespace quillfern {
 namespace {
 
-class HardTimes : public testing::Test
+class HardTimes : public ProgramFixture
 {
   protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(QDir().mkpath(out()));
-        environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"XDG_DATA_HOME"_s, scratch.path(u"data"_s));
-    }
-    QString out(const char* name = "") const { return scratch.path(u"out/"_s + QString::fromUtf8(name)); }
-    static QString program() { return qEnvironmentVariable("QUILLFERN_BIN_DIR") + u"/quillfern-run"_s; }
     QStringList jobOf(const QStringList& inputs) const
     {
         return QStringList{u"--output"_s, out(), u"--text"_s, u"{0}"_s} + inputs;
@@ -43,8 +32,7 @@ class HardTimes : public testing::Test
     }
     QStringList copies() const { return QDir(out()).entryList(QDir::Files | QDir::Hidden); }
 
-    Scratch scratch;
-    QProcessEnvironment environment;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
 };
 
 TEST_F(HardTimes, WithoutAnyFontATextStampFailsWithAWord)
@@ -54,10 +42,7 @@ TEST_F(HardTimes, WithoutAnyFontATextStampFailsWithAWord)
                        scratch.write(u"fonts.conf"_s, "<?xml version=\"1.0\"?><fontconfig><dir>" +
                                                           scratch.path(u"fonts"_s).toUtf8() +
                                                           "</dir></fontconfig>"));
-    QImage picture(40, 30, QImage::Format_RGB32);
-    picture.fill(Qt::red);
-    const QString png = scratch.path(u"page.png"_s);
-    ASSERT_TRUE(picture.save(png));
+    const QString png = scratch.writePicture(u"page.png"_s, {40, 30}, Qt::red);
     const QString pdf = scratch.write(u"a.pdf"_s, numberedPdf(2));
 
     ToolResult result = run(jobOf({pdf, png}));
@@ -101,12 +86,8 @@ TEST_F(HardTimes, ASecondSignalGivesUpTheFileInWork)
 TEST_F(HardTimes, WithLittleMemoryTheRunnerStillEndsWithAWord)
 {
     QStringList inputs = {scratch.write(u"a.pdf"_s, numberedPdf(300))};
-    for (int i = 0; i < 4; ++i) {
-        QImage picture(1500, 1000, QImage::Format_RGB32);
-        picture.fill(QColor(i * 50, 80, 90));
-        inputs.append(scratch.path(u"p%1.png"_s.arg(i)));
-        ASSERT_TRUE(picture.save(inputs.constLast()));
-    }
+    for (int i = 0; i < 4; ++i)
+        inputs.append(scratch.writePicture(u"p%1.png"_s.arg(i), {1500, 1000}, QColor(i * 50, 80, 90)));
     // With a cache of its own: fontconfig may keep what it could not read for want of memory.
     environment.insert(
         u"FONTCONFIG_FILE"_s,
@@ -151,15 +132,6 @@ TEST_F(HardTimes, NamesCannotWriteToTheTerminal)
     const ToolResult wrong = run(jobOf({scratch.path(u"no\nsuch.pdf"_s)}));
     EXPECT_EQ(wrong.exitCode, 2);
     EXPECT_TRUE(wrong.err.contains("no\\nsuch.pdf")) << wrong.err.constData();
-}
-
-TEST_F(HardTimes, APreviewThatDoesNotShowTheFileIsAFailure)
-{
-    const QStringList stamp = {u"--text"_s, u"{0}"_s, u"--preview"_s, out("p.png")};
-    EXPECT_EQ(run(stamp + QStringList{scratch.write(u"good.pdf"_s, numberedPdf(1))}).exitCode, 0);
-    const ToolResult result = run(stamp + QStringList{scratch.write(u"bad.pdf"_s, "junk")});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.err.contains("bad.pdf cannot be shown")) << result.err.constData();
 }
 
 TEST_F(HardTimes, ALogThatCannotBeWrittenIsAFailure)

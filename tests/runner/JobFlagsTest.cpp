@@ -1,41 +1,19 @@
 // The options of a job on the command line, with real documents.
 
-#include "runner/RunnerOptions.h"
-
-#include "support/PdfBuilder.h"
-#include "support/Tools.h"
-
-#include <QDir>
-#include <QImage>
-#include <gtest/gtest.h>
+#include "runner/ProgramFixture.h"
 
 namespace quillfern {
 namespace {
 
-class JobFlags : public testing::Test
+class JobFlags : public ProgramFixture
 {
   protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("out"))));
-        qputenv("XDG_DATA_HOME", scratch.path(QStringLiteral("data")).toUtf8());
-        const QString plain = scratch.write(QStringLiteral("in/plain.pdf"), numberedPdf(5));
-        runTool(QStringLiteral("qpdf"), {QStringLiteral("--encrypt"), QStringLiteral("user"),
-                                         QStringLiteral("owner"), QStringLiteral("256"), QStringLiteral("--"),
-                                         plain, scratch.path(QStringLiteral("in/locked.pdf"))});
-    }
+    JobFlags() { lock(scratch.write(u"in/plain.pdf"_s, numberedPdf(5)), "in/locked.pdf"); }
 
-    /// Runs a command line of words, with the scratch folder for each DIR.
-    ToolResult run(const QByteArray& line, const QByteArray& input = {}) const
+    void lock(const QString& plain, const char* name)
     {
-        QStringList arguments = QString::fromUtf8(line).split(u' ', Qt::SkipEmptyParts);
-        arguments.replaceInStrings(QStringLiteral("DIR"), scratch.path());
-        return runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + QStringLiteral("/quillfern-run"),
-                       arguments, input);
+        runTool("qpdf --encrypt user owner 256 --", {plain, at(name)});
     }
-    QString out(const char* name) const { return scratch.path(QStringLiteral("out/") + QLatin1String(name)); }
-
-    Scratch scratch;
 };
 
 TEST_F(JobFlags, PasswordsOpenFilesAndCountTheirPages)
@@ -49,15 +27,14 @@ TEST_F(JobFlags, PasswordsOpenFilesAndCountTheirPages)
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.out.contains("another password than the one given")) << result.out.toStdString();
 
-    scratch.write(QStringLiteral("secret"), "\xEF\xBB\xBFowner\r\nsecond line");
+    scratch.write(u"secret"_s, "\xEF\xBB\xBFowner\r\nsecond line");
     for (const auto& [option, input] : {std::pair<QByteArray, QByteArray>("--password owner", ""),
                                         {"--password-file DIR/secret", ""},
                                         {"--password-file -", "owner\n"}}) {
         result = run(job + option + " --unlock", input);
         EXPECT_EQ(result.exitCode, 0) << option.toStdString() << result.err.toStdString();
-        EXPECT_TRUE(pdfText(out("locked.pdf"), 5).contains(QStringLiteral("N5/10")));
-        EXPECT_TRUE(pdfText(out("plain.pdf"), 1).contains(QStringLiteral("N6/10")))
-            << "the total counts both";
+        EXPECT_TRUE(pdfText(out("locked.pdf"), 5).contains(u"N5/10"_s));
+        EXPECT_TRUE(pdfText(out("plain.pdf"), 1).contains(u"N6/10"_s)) << "the total counts both";
     }
     result = run(job + "--password user --unlock");
     EXPECT_EQ(result.exitCode, 1);
@@ -80,63 +57,55 @@ TEST_F(JobFlags, AProfileKeepsOptionsButNoPassword)
                   "--keep-other-pages --password owner")
                   .exitCode,
               0);
-    const QByteArray profile = readFile(scratch.path(QStringLiteral("p.qfprofile")));
+    const QByteArray profile = readFile(at("p.qfprofile"));
     EXPECT_TRUE(profile.contains("2-3,5") && profile.contains("usePasswords"));
     EXPECT_FALSE(profile.contains("owner"));
-    ASSERT_EQ(run("--profile DIR/p.qfprofile --output DIR/out DIR/in/plain.pdf").exitCode, 0);
+    const QByteArray again = "--profile DIR/p.qfprofile --output DIR/out DIR/in/plain.pdf ";
+    ASSERT_EQ(run(again).exitCode, 0);
     const auto pages = pdfWords(out("plain.pdf"));
     for (const int page : {1, 2, 4})
         EXPECT_EQ(pages.at(static_cast<std::size_t>(page - 1)).words.size(), 1U) << page;
-    EXPECT_TRUE(pages.at(2).contains(QStringLiteral("plain.pdf:1")));
-    EXPECT_TRUE(pages.at(4).contains(QStringLiteral("plain.pdf:2")));
-    ASSERT_EQ(run("--profile DIR/p.qfprofile --no-page-list --no-keep-other-pages --output DIR/out "
-                  "DIR/in/plain.pdf")
-                  .exitCode,
-              0);
-    EXPECT_TRUE(pdfWords(out("plain.pdf")).at(0).contains(QStringLiteral("plain.pdf:1")));
+    EXPECT_TRUE(pages.at(2).contains(u"plain.pdf:1"_s));
+    EXPECT_TRUE(pages.at(4).contains(u"plain.pdf:2"_s));
+    ASSERT_EQ(run(again + "--no-page-list --no-keep-other-pages").exitCode, 0);
+    EXPECT_TRUE(pdfWords(out("plain.pdf")).at(0).contains(u"plain.pdf:1"_s));
     EXPECT_TRUE(pdfWords(out("plain.pdf")).at(1).words.empty());
 
     QByteArray damaged = profile;
     damaged.replace("2-3,5", "2-x");
-    scratch.write(QStringLiteral("p.qfprofile"), damaged);
-    const ToolResult result = run("--profile DIR/p.qfprofile --output DIR/out DIR/in/plain.pdf");
+    scratch.write(u"p.qfprofile"_s, damaged);
+    const ToolResult result = run(again);
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_TRUE(result.err.contains("character 3")) << result.err.toStdString();
 }
 
 TEST_F(JobFlags, WrongValuesAreRefused)
 {
-    const struct
-    {
-        const char* options;
-        const char* said;
-    } cases[] = {
+    const Rows<const char*, const char*> cases = {
         {"--page-list 1,4-2", "--page-list: The range that ends at character 5 of the pages \"1,4-2\""},
         {"--page-list=", "--page-list takes pages and ranges"},
         {"--password=", "--password gives no password"},
         {"--password-file DIR/none", "--password-file: "},
         {"--image DIR/no.png --fill-in", "no.png"},
     };
-    for (const auto& c : cases) {
-        const ToolResult result = run("--output DIR/out --text x DIR/in/plain.pdf " + QByteArray(c.options));
-        EXPECT_EQ(result.exitCode, 2) << c.options;
-        EXPECT_TRUE(result.err.contains(c.said)) << result.err.toStdString();
+    for (const auto& [options, said] : cases) {
+        const ToolResult result = run("--output DIR/out --text x DIR/in/plain.pdf " + QByteArray(options));
+        EXPECT_EQ(result.exitCode, 2) << options;
+        EXPECT_TRUE(result.err.contains(said)) << result.err.toStdString();
     }
-    EXPECT_TRUE(QDir(scratch.path(QStringLiteral("out"))).isEmpty());
+    EXPECT_TRUE(QDir(at("out")).isEmpty());
 }
 
 TEST_F(JobFlags, ThePreviewShowsWhatTheJobWill)
 {
     // A dark page whose visible part is light, in a file that needs a password.
     const QByteArray fill = "0 g 0 0 400 300 re f 1 g 100 100 200 100 re f";
-    const QString plain = scratch.write(
-        QStringLiteral("crop.pdf"), simplePdf({{fill, "/MediaBox[0 0 400 300]/CropBox[100 100 300 200]"}}));
-    runTool(QStringLiteral("qpdf"), {QStringLiteral("--encrypt"), QStringLiteral("user"),
-                                     QStringLiteral("owner"), QStringLiteral("256"), QStringLiteral("--"),
-                                     plain, scratch.path(QStringLiteral("crop-locked.pdf"))});
+    const QString plain =
+        scratch.write(u"crop.pdf"_s, simplePdf({{fill, "/MediaBox[0 0 400 300]/CropBox[100 100 300 200]"}}));
+    lock(plain, "crop-locked.pdf");
     const auto picture = [&](const QByteArray& options) {
         EXPECT_EQ(run("--preview DIR/page.png --text x --anchor MiddleMiddle " + options).exitCode, 0);
-        return QImage(scratch.path(QStringLiteral("page.png")));
+        return QImage(at("page.png"));
     };
     EXPECT_EQ(picture("DIR/crop.pdf").size(), QSize(400, 300));
     const QImage visible = picture("--visible-page DIR/crop.pdf");

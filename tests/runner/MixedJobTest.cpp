@@ -1,34 +1,23 @@
 // Jobs with picture stamps, started from the command line.
 
 #include "runner/RunnerOptions.h"
+
+#include "runner/ProgramFixture.h"
 #include "stamps/ImageStamp.h"
 #include "stamps/TextStamp.h"
-#include "support/PdfBuilder.h"
-#include "support/Tools.h"
-
-#include <QDir>
-#include <QImage>
 
 namespace quillfern {
 namespace {
 
-class MixedJob : public testing::Test
+class MixedJob : public ProgramFixture
 {
   protected:
-    void SetUp() override
+    MixedJob()
     {
-        ASSERT_TRUE(QDir().mkpath(scratch.path(u"out"_s)));
-        qputenv("XDG_DATA_HOME", scratch.path(u"data"_s).toUtf8());
         scratch.writePicture(u"opaque.png"_s, {80, 40}, QColor(200, 30, 30));
         scratch.writePicture(u"photo.jpg"_s, {80, 40}, QColor(200, 30, 30));
         scratch.writePicture(u"clear.png"_s, {80, 40}, QColor(200, 30, 30, 90));
     }
-    ToolResult run(const QStringList& arguments) const
-    {
-        return runTool(qEnvironmentVariable("QUILLFERN_BIN_DIR") + u"/quillfern-run"_s,
-                       arguments + QStringList{u"--output"_s, scratch.path(u"out"_s)});
-    }
-    QString at(const char* name) const { return scratch.path(QString::fromLatin1(name)); }
 
     /// The kinds and codings of a PDF's image objects, each once.
     QStringList imagesOf(const char* pdf) const
@@ -43,8 +32,6 @@ class MixedJob : public testing::Test
         images.removeDuplicates();
         return images;
     }
-
-    Scratch scratch;
 };
 
 TEST_F(MixedJob, APictureIsOneObjectOfADocument)
@@ -55,7 +42,7 @@ TEST_F(MixedJob, APictureIsOneObjectOfADocument)
                                                   {"photo.jpg", {u"image jpeg"_s}}};
     for (const auto& [picture, images] : cases) {
         SCOPED_TRACE(picture);
-        ASSERT_EQ(run({u"--image"_s, at(picture), at("in/a.pdf")}).exitCode, 0);
+        ASSERT_EQ(run("--output DIR/out DIR/in/a.pdf --image DIR/" + QByteArray(picture)).exitCode, 0);
         QStringList kinds;
         QStringList objects;
         for (const QString& image : imagesOf("out/a.pdf")) {
@@ -81,9 +68,8 @@ TEST_F(MixedJob, PictureOptions)
 {
     const auto stampOf = [&](const char* options) {
         Settings settings;
-        const QStringList start =
-            words("quillfern-run --output /o /f.pdf --image") + QStringList(at("opaque.png"));
-        const auto parsed = parseRunnerOptions(start + words(options), settings);
+        const QByteArray start = "quillfern-run --output /o /f.pdf --image DIR/opaque.png ";
+        static_cast<void>(parseRunnerOptions(line(start + options), settings));
         return std::dynamic_pointer_cast<ImageStamp>(settings.number->stamps.at(0));
     };
     const Rows<const char*, int, int> cases = {{"", 80, 40},

@@ -1,21 +1,16 @@
 #include "runner/Runner.h"
 
 #include "config/PageArea.h"
+#include "runner/ProgramFixture.h"
 #include "stamps/TextStamp.h"
 #include "support/Fakes.h"
-#include "support/PdfBuilder.h"
-#include "support/Tools.h"
-
-#include <QFileInfo>
-#include <QImage>
-#include <gmock/gmock.h>
 
 namespace quillfern {
 namespace {
 
 using testing::HasSubstr;
 
-class ProfileOptions : public testing::Test
+class ProfileOptions : public ProgramFixture
 {
   protected:
     /// Runs a command line; what was printed is in `printed`.
@@ -24,8 +19,7 @@ class ProfileOptions : public testing::Test
         printed.clear();
         QTextStream out(&printed);
         Runner runner({clock, folders, mainThread, desktop}, out, out, false);
-        const int status =
-            runner.run(QStringList{QStringLiteral("quillfern-run")} + arguments, [] { return false; });
+        const int status = runner.run(QStringList{u"quillfern-run"_s} + arguments, [] { return false; });
         out.flush();
         return status;
     }
@@ -34,24 +28,15 @@ class ProfileOptions : public testing::Test
     Settings parsed(const QStringList& arguments)
     {
         Settings settings;
-        static_cast<void>(
-            parseRunnerOptions(QStringList{QStringLiteral("quillfern-run"), QStringLiteral("--save-profile"),
-                                           scratch.path(QStringLiteral("unused"))} +
-                                   arguments,
-                               settings));
+        static_cast<void>(parseRunnerOptions(
+            QStringList{u"quillfern-run"_s, u"--save-profile"_s, at("unused")} + arguments, settings));
         return settings;
-    }
-
-    /// The words of a command line, with the scratch folder for each DIR.
-    QStringList line(const char* text) const
-    {
-        return words(text).replaceInStrings(QStringLiteral("DIR"), scratch.path());
     }
 
     /// A profile with every option that the runner can override.
     QString saved()
     {
-        const QString path = scratch.path(QStringLiteral("p.qfprofile"));
+        const QString path = at("p.qfprofile");
         EXPECT_EQ(
             run(line(
                 "--text Saved{0} --bold --start-page 2 --end-page 9 --start-number 5 --step 3 --pages odd "
@@ -61,9 +46,8 @@ class ProfileOptions : public testing::Test
         return path;
     }
 
-    Scratch scratch;
     FakeClock clock;
-    FakeFolders folders{scratch.path(QStringLiteral("support"))};
+    FakeFolders folders{at("support")};
     SameThread mainThread;
     FakeDesktop desktop;
     QString printed;
@@ -84,7 +68,7 @@ TEST_F(ProfileOptions, WhatIsSavedIsWhatIsRead)
     EXPECT_EQ(number.marginUnit(), MarginUnit::Millimetres);
     EXPECT_EQ(number.marginTop(), 10);
     ASSERT_EQ(number.stamps.size(), 1U);
-    EXPECT_EQ(dynamic_cast<TextStamp&>(*number.stamps[0]).number.numberFormat, QStringLiteral("Saved{0}"));
+    EXPECT_EQ(dynamic_cast<TextStamp&>(*number.stamps[0]).number.numberFormat, u"Saved{0}"_s);
 }
 
 TEST_F(ProfileOptions, OptionsAfterAProfileOverrideIt)
@@ -112,7 +96,7 @@ TEST_F(ProfileOptions, GivenMarginsAreLengthsWhateverTheProfileHad)
     Numbering percent;
     percent.setIsMarginInPercentage(true);
     percent.setMarginLeft(50);
-    ASSERT_TRUE(percent.save(asPath(scratch.path(QStringLiteral("percent")))));
+    ASSERT_TRUE(percent.save(asPath(at("percent"))));
     const Settings settings = parsed(line("--profile DIR/percent --text A --margins 36,36,36,36pt"));
     EXPECT_EQ(marginRect(settings.number->fields(), {612, 792}), QRectF(36, 36, 540, 720));
 }
@@ -120,18 +104,13 @@ TEST_F(ProfileOptions, GivenMarginsAreLengthsWhateverTheProfileHad)
 TEST_F(ProfileOptions, CommandLinesThatCannotBeFollowed)
 {
     saved();
-    scratch.write(QStringLiteral("bad"), "<plist><array/></plist>");
-    scratch.write(QStringLiteral("another"), "<plist><dict><key>Label</key><true/></dict></plist>");
+    scratch.write(u"bad"_s, "<plist><array/></plist>");
+    scratch.write(u"another"_s, "<plist><dict><key>Label</key><true/></dict></plist>");
     Numbering empty;
-    ASSERT_TRUE(empty.save(asPath(scratch.path(QStringLiteral("empty")))));
-    const QString pdf = scratch.write(QStringLiteral("in.pdf"), numberedPdf(1));
-    scratch.write(QStringLiteral("page.png"), "a picture");
-    struct Case
-    {
-        const char* arguments;
-        const char* message;
-    };
-    const std::vector<Case> cases = {
+    ASSERT_TRUE(empty.save(asPath(at("empty"))));
+    const QString pdf = scratch.write(u"in.pdf"_s, numberedPdf(1));
+    scratch.write(u"page.png"_s, "a picture");
+    const Rows<const char*, const char*> cases = {
         {"--profile DIR/none --output DIR DIR/in.pdf", "cannot be read"},
         {"--profile DIR/bad --output DIR DIR/in.pdf", "not a dictionary"},
         {"--profile DIR/another --output DIR DIR/in.pdf", "holds no configuration"},
@@ -149,65 +128,58 @@ TEST_F(ProfileOptions, CommandLinesThatCannotBeFollowed)
         {"--text A --output DIR --export DIR/in.pdf DIR/in.pdf", "would overwrite"},
         {"--text A --preview DIR/page.png DIR/page.png", "which is to be stamped"},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(run(line(c.arguments)), Runner::CommandNotFollowed) << c.arguments;
-        EXPECT_THAT(printed.toStdString(), HasSubstr(c.message)) << c.arguments;
+    for (const auto& [arguments, message] : cases) {
+        EXPECT_EQ(run(line(arguments)), Runner::CommandNotFollowed) << arguments;
+        EXPECT_THAT(printed.toStdString(), HasSubstr(message)) << arguments;
     }
-    EXPECT_FALSE(QFileInfo::exists(scratch.path(QStringLiteral("x.png"))));
+    EXPECT_FALSE(QFileInfo::exists(at("x.png")));
 }
 
 TEST_F(ProfileOptions, AJobRunsFromAProfileAndCanSaveItsOwn)
 {
     saved();
-    scratch.write(QStringLiteral("in/a.pdf"), numberedPdf(3));
-    scratch.write(QStringLiteral("out/keep"), "");
+    scratch.write(u"in/a.pdf"_s, numberedPdf(3));
+    scratch.write(u"out/keep"_s, "");
     ASSERT_EQ(run(line("--profile DIR/p.qfprofile --pages all --start-page 1 --text And{1} --save-profile "
                        "DIR/q --output "
                        "DIR/out DIR/in/a.pdf")),
               Runner::AllCreated)
         << printed.toStdString();
     EXPECT_THAT(printed.toStdString(), HasSubstr("p.qfprofile\" turns the backup of files"));
-    const QString text = pdfText(scratch.path(QStringLiteral("out/a.pdf")), 2);
+    const QString text = pdfText(at("out/a.pdf"), 2);
     EXPECT_THAT(text.toStdString(), HasSubstr("Saved8"));
     EXPECT_EQ(parsed(line("--profile DIR/q")).number->stamps.size(), 2U);
     for (const char* const choice : {"--backup", "--no-backup"}) {
         run(line("--profile DIR/p.qfprofile --output DIR/out DIR/in/a.pdf") +
             QStringList{QString::fromLatin1(choice)});
-        EXPECT_EQ(printed.indexOf(QStringLiteral("backup")), -1) << "the command line says it itself";
+        EXPECT_EQ(printed.indexOf(u"backup"_s), -1) << "the command line says it itself";
     }
 }
 
 TEST_F(ProfileOptions, PreviewsAreDrawnAndNothingIsStamped)
 {
-    scratch.write(QStringLiteral("a.pdf"), simplePdf({{"0 1 0 rg 0 0 612 792 re f"}}));
-    scratch.write(QStringLiteral("locked.pdf"), "no document");
-    struct Case
-    {
-        const char* arguments;
-        QSize size;
-        QColor middle;
-        bool isToldOf;
-    };
-    const std::vector<Case> cases = {
+    scratch.write(u"a.pdf"_s, simplePdf({{"0 1 0 rg 0 0 612 792 re f"}}));
+    scratch.write(u"locked.pdf"_s, "no document");
+    const Rows<const char*, QSize, QColor, bool> cases = {
         {"--preview DIR/p.png", {600, 850}, Qt::white, false},
         {"--preview DIR/p.png --preview-size 300x400", {300, 400}, Qt::white, false},
         {"--preview DIR/p.png DIR/a.pdf", {600, 776}, Qt::green, false},
         {"--preview DIR/p.png --preview-size 306x9999 DIR/a.pdf", {306, 396}, Qt::green, false},
         {"--preview DIR/p.png DIR/locked.pdf", {600, 850}, Qt::white, true},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(run(line("--text Number --font-size 40") + line(c.arguments)),
-                  c.isToldOf ? Runner::SomeNotCreated : Runner::AllCreated)
+    for (const auto& [arguments, size, middle, isToldOf] : cases) {
+        EXPECT_EQ(run(line("--text Number --font-size 40") + line(arguments)),
+                  isToldOf ? Runner::SomeNotCreated : Runner::AllCreated)
             << printed.toStdString();
-        EXPECT_EQ(printed.contains(QStringLiteral("cannot be shown")), c.isToldOf) << printed.toStdString();
-        const QImage image(scratch.path(QStringLiteral("p.png")));
-        ASSERT_EQ(image.size(), c.size) << c.arguments;
-        EXPECT_EQ(image.pixelColor(image.rect().center()), c.middle) << c.arguments;
+        EXPECT_EQ(printed.contains(u"cannot be shown"_s), isToldOf) << printed.toStdString();
+        const QImage image(at("p.png"));
+        ASSERT_EQ(image.size(), size) << arguments;
+        EXPECT_EQ(image.pixelColor(image.rect().center()), middle) << arguments;
         int dark = 0;
         for (int x = 0; x < image.width(); ++x)
             for (int y = image.height() * 9 / 10; y < image.height() - 3; ++y)
                 dark += image.pixelColor(x, y).value() < 100 ? 1 : 0;
-        EXPECT_GT(dark, 150) << c.arguments << ": no stamp is seen";
+        EXPECT_GT(dark, 150) << arguments << ": no stamp is seen";
     }
     EXPECT_EQ(run(line("--text A --preview DIR/no/such/folder.png")), Runner::SomeNotCreated);
     EXPECT_EQ(run(line("--text A --save-profile DIR/no/such/p")), Runner::SomeNotCreated);

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
+#include "support/Tools.h"
 
 namespace quillfern {
 

@@ -1,9 +1,7 @@
 #include "support/TiffBuilder.h"
 
-#include "support/Cases.h"
 #include "support/ImageBytes.h"
 
-#include <QFile>
 #include <QFloat16>
 #include <array>
 #include <cstdarg>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QImage>
-#include <QString>
+#include "support/Tools.h"
+
 #include <cstdint>
 #include <map>
 #include <vector>

@@ -1,9 +1,5 @@
 #include "support/Tools.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QImage>
 #include <QProcess>
 #include <QXmlStreamReader>
 #include <filesystem>

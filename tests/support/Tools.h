@@ -4,9 +4,12 @@
 
 #include <QByteArray>
 #include <QColor>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
 #include <QRectF>
 #include <QString>
-#include <QStringList>
 #include <QTemporaryDir>
 #include <vector>
 

@@ -2,12 +2,9 @@
 
 #include "platform/pageimages/PageImageCache.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QFileInfo>
 #include <cmath>
 #include <utime.h>
 

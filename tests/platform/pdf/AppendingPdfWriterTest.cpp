@@ -3,10 +3,8 @@
 #include "platform/pdf/PdfWriter.h"
 #include "platform/store/AtomicFile.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <functional>
-#include <gtest/gtest.h>
 
 namespace quillfern::pdf {
 namespace {
@@ -15,7 +13,7 @@ constexpr int pageCount = 3;
 
 struct Marks
 {
-    QString word = QStringLiteral("Stamp");
+    QString word = u"Stamp"_s;
     double opacity = 1;
     bool blanksFirstPage = false;
     bool dropsLastPage = false; ///< after all were stamped
@@ -26,7 +24,7 @@ void stampAll(const QString& source, const QString& target, const Marks& marks =
 {
     drawing::TextShaper shaper;
     const auto document = PdfDocument::open(asPath(source));
-    document->setCreator(QStringLiteral("Quillfern"));
+    document->setCreator(u"Quillfern"_s);
     for (int i = 0; i < document->pageCount(); ++i) {
         if (marks.blanksFirstPage && i == 0) {
             document->blankPage(i);
@@ -52,12 +50,9 @@ void expectWords(const QString& path, const QStringList& stamps)
     const std::vector<PdfTextPage> pages = pdfWords(path);
     ASSERT_EQ(pages.size(), std::size_t{pageCount});
     for (int i = 0; i < pageCount; ++i) {
-        const QByteArray byMupdf =
-            runTool(QStringLiteral("mutool"), {QStringLiteral("draw"), QStringLiteral("-F"),
-                                               QStringLiteral("txt"), path, QString::number(i + 1)})
-                .out;
+        const QByteArray byMupdf = runTool("mutool draw -F txt", {path, QString::number(i + 1)}).out;
         QStringList expected = stamps;
-        expected << QStringLiteral("Body%1").arg(i + 1);
+        expected << u"Body%1"_s.arg(i + 1);
         for (const QString& word : expected) {
             EXPECT_TRUE(pages[static_cast<std::size_t>(i)].contains(word)) << i << word.toStdString();
             EXPECT_TRUE(byMupdf.contains(word.toUtf8())) << i << word.toStdString();
@@ -86,28 +81,28 @@ class Appending : public testing::Test
   protected:
     QString throughQpdf(const QStringList& options)
     {
-        const QString plain = scratch.write(QStringLiteral("plain.pdf"), numberedPdf(pageCount));
-        const QString made = scratch.path(QStringLiteral("source.pdf"));
-        EXPECT_EQ(runTool(QStringLiteral("qpdf"), QStringList(options) << plain << made).exitCode, 0);
+        const QString plain = scratch.write(u"plain.pdf"_s, numberedPdf(pageCount));
+        const QString made = scratch.path(u"source.pdf"_s);
+        EXPECT_EQ(runTool(u"qpdf"_s, QStringList(options) << plain << made).exitCode, 0);
         return made;
     }
-    QString written(const QByteArray& bytes) { return scratch.write(QStringLiteral("source.pdf"), bytes); }
+    QString written(const QByteArray& bytes) { return scratch.write(u"source.pdf"_s, bytes); }
 
     Scratch scratch;
-    const QString target = scratch.path(QStringLiteral("out.pdf"));
+    const QString target = scratch.path(u"out.pdf"_s);
 };
 
 TEST_F(Appending, KeepsTheBytesOfTheSourceWhereTheFormatAllowsThat)
 {
-    const QStringList objectStreams{QStringLiteral("--object-streams=generate")};
-    const std::vector<std::pair<const char*, std::function<QString()>>> sources = {
+    const QStringList objectStreams{u"--object-streams=generate"_s};
+    const Rows<const char*, std::function<QString()>> sources = {
         {"table", [&] { return written(numberedPdf(pageCount)); }},
         {"no line end", [&] { return written(numberedPdf(pageCount).trimmed()); }},
         {"hybrid", [&] { return written(hybrid(numberedPdf(pageCount))); }},
         {"object streams", [&] { return throughQpdf(objectStreams); }},
-        {"linearized", [&] { return throughQpdf({QStringLiteral("--linearize")}); }},
+        {"linearized", [&] { return throughQpdf({u"--linearize"_s}); }},
         {"linearized, object streams",
-         [&] { return throughQpdf(QStringList(objectStreams) << QStringLiteral("--linearize")); }},
+         [&] { return throughQpdf(QStringList(objectStreams) << u"--linearize"_s); }},
     };
     for (const auto& [what, make] : sources) {
         SCOPED_TRACE(what);
@@ -117,7 +112,7 @@ TEST_F(Appending, KeepsTheBytesOfTheSourceWhereTheFormatAllowsThat)
         const QByteArray after = readFile(target);
         EXPECT_TRUE(after.startsWith(before));
         EXPECT_EQ(after.mid(before.size()).contains("/ObjStm"), before.contains("/ObjStm"));
-        expectWords(target, {QStringLiteral("Stamp")});
+        expectWords(target, {u"Stamp"_s});
         stampAll(source, target);
         EXPECT_TRUE(readFile(target) == after) << "the same changes give the same bytes";
     }
@@ -127,16 +122,12 @@ TEST_F(Appending, WritesAnewWhatCannotBeContinued)
 {
     QByteArray damaged = numberedPdf(pageCount);
     damaged.replace("startxref\n", "startxref\n9");
-    const std::vector<std::tuple<const char*, std::function<QString()>, Marks>> sources = {
+    const Rows<const char*, std::function<QString()>, Marks> sources = {
         {"bytes before the header", [&] { return written("mail\r\n" + numberedPdf(pageCount)); }, {}},
         {"no cross-reference", [&] { return written(damaged); }, {}},
         {"encrypted",
          [&] {
-             return throughQpdf({QStringLiteral("--encrypt"),
-                                 {},
-                                 QStringLiteral("owner"),
-                                 QStringLiteral("256"),
-                                 QStringLiteral("--")});
+             return throughQpdf({u"--encrypt"_s, {}, u"owner"_s, u"256"_s, u"--"_s});
          },
          {}},
         {"a page to be blanked", [&] { return written(numberedPdf(pageCount)); }, {{}, 1, true}},
@@ -150,7 +141,7 @@ TEST_F(Appending, WritesAnewWhatCannotBeContinued)
         if (marks.blanksFirstPage)
             EXPECT_FALSE(readFile(target).contains("Body1")) << "the content is gone from the file";
         else
-            expectWords(target, {QStringLiteral("Stamp")});
+            expectWords(target, {u"Stamp"_s});
     }
 }
 
@@ -170,7 +161,7 @@ TEST_F(Appending, WritesAnewWhatHasToBeOnceThePagesAreStamped)
     tagged.add("<<>>");
     const QByteArray damaged = tagged.build();
     for (const auto& [bytes, marks] : {std::pair(numberedPdf(pageCount), Marks{{}, 1, false, true}),
-                                       std::pair(damaged, Marks{QStringLiteral("Stamp")})}) {
+                                       std::pair(damaged, Marks{u"Stamp"_s})}) {
         const QString source = written(bytes);
         stampAll(source, target, marks);
         const QByteArray once = readFile(target);
@@ -179,8 +170,8 @@ TEST_F(Appending, WritesAnewWhatHasToBeOnceThePagesAreStamped)
         const auto pages = pdfWords(target);
         ASSERT_EQ(pages.size(), 2U);
         for (std::size_t i = 0; i < pages.size(); ++i)
-            EXPECT_TRUE(pages[i].contains(QStringLiteral("Body%1").arg(i + 1))) << i;
-        EXPECT_EQ(pages[1].contains(QStringLiteral("Stamp")), !marks.dropsLastPage);
+            EXPECT_TRUE(pages[i].contains(u"Body%1"_s.arg(i + 1))) << i;
+        EXPECT_EQ(pages[1].contains(u"Stamp"_s), !marks.dropsLastPage);
         stampAll(source, target, marks);
         EXPECT_TRUE(readFile(target) == once) << "the same changes give the same bytes";
     }
@@ -212,23 +203,23 @@ TEST_F(Appending, PacksLargePagesWhereEveryReaderFindsThem)
         const QString source = written(builder.build().replace(0, 8, version));
         stampAll(source, target);
         EXPECT_EQ(readFile(target).contains("/XRefStm"), packs);
-        expectWords(target, {QStringLiteral("Stamp")});
-        const QString twice = scratch.path(QStringLiteral("twice.pdf"));
-        stampAll(target, twice, {QStringLiteral("Again")});
+        expectWords(target, {u"Stamp"_s});
+        const QString twice = scratch.path(u"twice.pdf"_s);
+        stampAll(target, twice, {u"Again"_s});
         EXPECT_TRUE(readFile(twice).startsWith(readFile(target)));
-        expectWords(twice, {QStringLiteral("Stamp"), QStringLiteral("Again")});
+        expectWords(twice, {u"Stamp"_s, u"Again"_s});
     }
 }
 
 TEST_F(Appending, GoesOnTenTimes)
 {
     for (const bool streams : {false, true}) {
-        QString source = streams ? throughQpdf({QStringLiteral("--object-streams=generate")})
-                                 : written(numberedPdf(pageCount));
+        QString source =
+            streams ? throughQpdf({u"--object-streams=generate"_s}) : written(numberedPdf(pageCount));
         QStringList words;
         for (int round = 0; round < 10; ++round) {
-            words << QStringLiteral("Round%1").arg(round);
-            const QString next = scratch.path(QStringLiteral("%1-%2.pdf").arg(streams).arg(round));
+            words << u"Round%1"_s.arg(round);
+            const QString next = scratch.path(u"%1-%2.pdf"_s.arg(streams).arg(round));
             stampAll(source, next, {words.last()});
             EXPECT_TRUE(readFile(next).startsWith(readFile(source)));
             source = next;
@@ -244,9 +235,9 @@ TEST_F(Appending, RaisesTheVersionOnlyForWhatNeedsIt)
     const QString source = written(old);
     stampAll(source, target);
     EXPECT_FALSE(readFile(target).contains("/Version"));
-    stampAll(source, target, {QStringLiteral("Stamp"), 0.5});
+    stampAll(source, target, {u"Stamp"_s, 0.5});
     EXPECT_TRUE(readFile(target).contains("/Version /1.4"));
-    expectWords(target, {QStringLiteral("Stamp")});
+    expectWords(target, {u"Stamp"_s});
 }
 
 /// A document with a signature over all its bytes, made with a key of the test's own.
@@ -268,22 +259,13 @@ QByteArray signedPdf(const Scratch& scratch)
     QByteArray stated = QByteArray("/ByteRange[0 ") + QByteArray::number(first) + ' ' +
                         QByteArray::number(second) + ' ' + QByteArray::number(bytes.size() - second) + ']';
     bytes.replace(bytes.indexOf(range), range.size(), stated.leftJustified(range.size()));
-    const QString covered =
-        scratch.write(QStringLiteral("covered"), bytes.first(first) + bytes.sliced(second));
-    const QString key = scratch.path(QStringLiteral("key.pem"));
-    const QString certificate = scratch.path(QStringLiteral("certificate.pem"));
-    const QString openssl = QStringLiteral("openssl");
-    EXPECT_EQ(
-        runTool(openssl,
-                QStringLiteral("req -x509 -newkey rsa:2048 -nodes -subj /CN=Test -days 9 -keyout %1 -out %2")
-                    .arg(key, certificate)
-                    .split(u' '))
-            .exitCode,
-        0);
-    const ToolResult made = runTool(
-        openssl, QStringLiteral("cms -sign -binary -md sha256 -outform DER -in %1 -signer %2 -inkey %3")
-                     .arg(covered, certificate, key)
-                     .split(u' '));
+    const QString covered = scratch.write(u"covered"_s, bytes.first(first) + bytes.sliced(second));
+    const QString key = scratch.path(u"key.pem"_s);
+    const QString certificate = scratch.path(u"certificate.pem"_s);
+    runTool("openssl req -x509 -newkey rsa:2048 -nodes -subj /CN=Test -days 9 -keyout",
+            {key, u"-out"_s, certificate});
+    const ToolResult made = runTool("openssl cms -sign -binary -md sha256 -outform DER -in",
+                                    {covered, u"-signer"_s, certificate, u"-inkey"_s, key});
     EXPECT_EQ(made.exitCode, 0) << made.err.toStdString();
     const QByteArray hex = made.out.toHex();
     return bytes.replace(first + 1, hex.size(), hex);
@@ -292,13 +274,11 @@ QByteArray signedPdf(const Scratch& scratch)
 TEST_F(Appending, LeavesTheSignedRevisionOfASignedDocumentValid)
 {
     const QString source = written(signedPdf(scratch));
-    const auto verdict = [](const QString& path) {
-        return runTool(QStringLiteral("pdfsig"), {QStringLiteral("-nocert"), path}).out;
-    };
+    const auto verdict = [](const QString& path) { return runTool("pdfsig -nocert", {path}).out; };
     ASSERT_TRUE(verdict(source).contains("Signature is Valid")) << verdict(source).toStdString();
     stampAll(source, target);
     EXPECT_TRUE(verdict(target).contains("Signature is Valid")) << verdict(target).toStdString();
-    EXPECT_TRUE(pdfWords(target).at(0).contains(QStringLiteral("Stamp")));
+    EXPECT_TRUE(pdfWords(target).at(0).contains(u"Stamp"_s));
 }
 
 } // namespace

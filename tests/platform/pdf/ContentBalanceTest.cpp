@@ -60,7 +60,7 @@ TEST(ContentBalanceTest, SeesWhatIsLeftOpenAndWhatIsClosedTooOften)
 
 TEST(ContentBalanceTest, KnowsWhatNoContentMayHold)
 {
-    const std::vector<std::pair<QByteArray, bool>> cases = {
+    const Rows<QByteArray, bool> cases = {
         {"q 1 0 0 1 5 5 cm BT /F1 9 Tf (x) Tj [(a)-2(b)] TJ T* ET Q", false},
         {"q q BT /Span <</A true/B null>> BDC", false}, // open, but each word has its meaning
         {"Q Q EMC ET", false},
@@ -101,26 +101,17 @@ TEST(ContentBalanceTest, KnowsWhatNoContentMayHold)
 /// The reader passes over most bytes in blocks; where a block ends must not matter.
 TEST(ContentBalanceTest, DoesNotDependOnWhereThingsStand)
 {
-    const std::vector<QByteArray> pieces = {"q ",
-                                            "Q ",
-                                            "(a) Tj ",
-                                            "(b (c) \\) \\\\) Tj ",
-                                            "[(x)-250(yz)] TJ ",
-                                            "<41> Tj ",
-                                            "% c (\n",
-                                            "/N gs ",
-                                            "BT ",
-                                            "ET ",
-                                            "12.5 0 Td ",
-                                            ") ",
-                                            "((((nested)))) Tj "};
+    const QList<QByteArray> pieces =
+        QByteArray("q |Q |(a) Tj |(b (c) \\) \\\\) Tj |[(x)-250(yz)] TJ |<41> Tj |% c (\n|"
+                   "/N gs |BT |ET |12.5 0 Td |) |((((nested)))) Tj ")
+            .split('|');
     std::mt19937 random(7);
     for (int round = 0; round < 400; ++round) {
         QByteArray content;
         int depth = 0;
         int stray = 0;
         while (content.size() < 300) {
-            const QByteArray& piece = pieces[random() % pieces.size()];
+            const QByteArray& piece = pieces[static_cast<qsizetype>(random() % 13)];
             content += piece;
             if (piece == "q ") ++depth;
             if (piece == "Q ") depth > 0 ? --depth : ++stray;

@@ -9,10 +9,8 @@
 #include "platform/store/AtomicFile.h"
 #include "support/ImageBytes.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <QFontDatabase>
-#include <QImage>
 
 namespace quillfern::pdf {
 namespace {
@@ -86,7 +84,7 @@ TEST(EmbeddedFontTest, TextInEveryKindOfFontIsFoundAndAsWideAsItWas)
     const Scratch scratch;
     const BoxFont keyed(true);
     const BoxFont named(false);
-    const std::vector<std::tuple<drawing::FontSpec, QString, const char*>> cases = {
+    const Rows<drawing::FontSpec, QString, const char*> cases = {
         {{u"Liberation Sans"_s, false, false}, u"Wi\u00E9l2024"_s, "CID TrueType"},
         {{u"Cantarell"_s, false, false}, u"Wi\u00E9l2024"_s, "CID Type 0C"},
         {{u"Cantarell"_s, true, false}, u"Wi\u00E9l2024"_s, "CID Type 0C"},

@@ -10,7 +10,6 @@
 #include "platform/store/AtomicFile.h"
 #include "platform/system/Cancellation.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <thread>
 
@@ -79,7 +78,7 @@ TEST(PdfCancellationTest, EveryStepOfTheWorkEnds)
     const FilePath target = asPath(scratch.path(u"out.pdf"_s));
     drawing::TextShaper shaper;
     const RewritingPdfWriter writer;
-    const std::vector<std::pair<const char*, std::function<void(PdfDocument&)>>> steps = {
+    const Rows<const char*, std::function<void(PdfDocument&)>> steps = {
         {"a page's stamp", [&](PdfDocument& document) { static_cast<void>(document.stampPage(0, shaper)); }},
         {"a blank page", [](PdfDocument& document) { document.blankPage(0); }},
         {"the end", [](PdfDocument& document) { document.keepFirstPages(1); }},

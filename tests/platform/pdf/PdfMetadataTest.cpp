@@ -2,7 +2,6 @@
 
 #include "platform/pdf/DocumentChanges.h"
 #include "platform/pdf/NewObjects.h"
-#include "support/Cases.h"
 #include "support/PdfBuilder.h"
 
 #include <qpdf/Buffer.hh>
@@ -106,7 +105,7 @@ TEST(PdfMetadataTest, ChangesThePacketInItsOwnEncoding)
 TEST(PdfMetadataTest, LeavesWhatItCannotReadAsItIs)
 {
     const QByteArray large = claiming + QByteArray(40 << 20, ' ');
-    const std::vector<std::tuple<const char*, QByteArray, QByteArray>> cases = {
+    const Rows<const char*, QByteArray, QByteArray> cases = {
         {"broken markup", deflated(claiming + "<"), "/Filter/FlateDecode"},
         {"another encoding", QByteArray(claiming).replace("Old", "\xC4lt"), ""},
         {"entities", "<!DOCTYPE x [<!ENTITY e 'e'>]>" + claiming, ""},
@@ -130,7 +129,7 @@ TEST(PdfMetadataTest, LeavesWhatItCannotReadAsItIs)
 TEST(PdfMetadataTest, AnRgbOutputIntentIsOneWithThreeChannels)
 {
     // Object 4 is the packet; here it stands for the profile, too.
-    const std::vector<std::tuple<QByteArray, QByteArray, bool>> cases = {
+    const Rows<QByteArray, QByteArray, bool> cases = {
         {"", "", false},
         {"/OutputIntents 7", "", false},
         {"/OutputIntents[7<<>><</DestOutputProfile 7>>]", "/N 3", false},

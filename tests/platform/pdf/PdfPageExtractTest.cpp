@@ -2,9 +2,6 @@
 
 #include "platform/system/Failure.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
-
-#include <QFileInfo>
 
 namespace quillfern::pdf {
 namespace {
@@ -13,34 +10,28 @@ namespace {
 QByteArray deepTree()
 {
     PdfBuilder pdf;
-    const int catalogue = pdf.add("");
+    pdf.add("<</Type/Catalog/Pages 2 0 R>>");
     const int root = pdf.reserve();
-    pdf.set(catalogue, "<</Type/Catalog/Pages " + PdfBuilder::ref(root) + ">>");
-    const int font = pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
-    int page = 0;
-    QByteArray branches;
-    for (int branch = 0; branch < 2; ++branch) {
-        const int node = pdf.reserve();
-        QByteArray twigs;
-        for (int twig = 0; twig < 3; ++twig) {
-            const int inner = pdf.reserve();
-            QByteArray leaves;
-            for (int leaf = 0; leaf < 2; ++leaf) {
-                const int content = pdf.addStream(showWord("Body" + QByteArray::number(++page), 20, 30));
-                leaves += PdfBuilder::ref(pdf.add("<</Type/Page/Parent " + PdfBuilder::ref(inner) +
-                                                  "/Contents " + PdfBuilder::ref(content) + ">>")) +
-                          " ";
+    pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+    int pages = 0;
+    const auto addKids = [&](const auto& self, int node, int depth, const QByteArray& entries) -> void {
+        const int before = pages;
+        QByteArray kids;
+        for (int kid = 0; kid < (depth == 1 ? 3 : 2); ++kid) {
+            const int number = pdf.reserve();
+            const QByteArray parent = "/Parent " + PdfBuilder::ref(node);
+            kids += PdfBuilder::ref(number) + ' ';
+            if (depth < 2) {
+                self(self, number, depth + 1, parent);
+            } else {
+                const int content = pdf.addStream(showWord("Body" + QByteArray::number(++pages), 20, 30));
+                pdf.set(number, "<</Type/Page" + parent + "/Contents " + PdfBuilder::ref(content) + ">>");
             }
-            pdf.set(inner,
-                    "<</Type/Pages/Count 2/Parent " + PdfBuilder::ref(node) + "/Kids[" + leaves + "]>>");
-            twigs += PdfBuilder::ref(inner) + " ";
         }
-        pdf.set(node, "<</Type/Pages/Count 6/Parent " + PdfBuilder::ref(root) + "/Kids[" + twigs + "]>>");
-        branches += PdfBuilder::ref(node) + " ";
-    }
-    pdf.set(root, "<</Type/Pages/Count 12/Kids[" + branches +
-                      "]/MediaBox[0 0 200 100]/Rotate 90/Resources<</Font<</F1 " + PdfBuilder::ref(font) +
-                      ">>>>>>");
+        pdf.set(node, "<</Type/Pages/Count " + QByteArray::number(pages - before) + entries + "/Kids[" +
+                          kids + "]>>");
+    };
+    addKids(addKids, root, 0, "/MediaBox[0 0 200 100]/Rotate 90/Resources<</Font<</F1 3 0 R>>>>");
     return pdf.build();
 }
 
@@ -85,30 +76,19 @@ TEST(PdfPageExtract, ShowsTheWholeMediaBoxInPoints)
 TEST(PdfPageExtract, AnnotationsBecomeContentAndBringNothingElseAlong)
 {
     PdfBuilder pdf;
-    const int catalogue = pdf.add("");
-    const int pages = pdf.reserve();
-    const int page = pdf.reserve();
-    const int other = pdf.reserve();
-    const int font = pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
-    const QByteArray form =
-        "/Type/XObject/Subtype/Form/BBox[0 0 100 20]/Resources<</Font<</F1 " + PdfBuilder::ref(font) + ">>>>";
-    const int field = pdf.reserve();
-    const int stamp = pdf.addStream(showWord("Filled", 2, 4), form);
-    const int hidden = pdf.addStream(showWord("Hidden", 2, 4), form);
-    const int bulk = pdf.addStream(QByteArray(500'000, 'x'));
-    pdf.set(catalogue, "<</Type/Catalog/Pages " + PdfBuilder::ref(pages) + "/AcroForm<</Fields[" +
-                           PdfBuilder::ref(field) + "]>>>>");
-    pdf.set(pages,
-            "<</Type/Pages/Count 2/Kids[" + PdfBuilder::ref(page) + " " + PdfBuilder::ref(other) + "]>>");
-    pdf.set(field, "<</FT/Tx/T(name)/V(Filled)/Bulk " + PdfBuilder::ref(bulk) + "/Kids[]>>");
-    const QByteArray rect = "/Type/Annot/Rect[50 50 150 70]";
-    pdf.set(page, "<</Type/Page/Parent " + PdfBuilder::ref(pages) + "/MediaBox[0 0 200 100]/Annots[<<" +
-                      rect + "/Subtype/Widget/F 4/Parent " + PdfBuilder::ref(field) + "/AP<</N " +
-                      PdfBuilder::ref(stamp) + ">>>><<" + rect + "/Subtype/Stamp/F 2/AP<</N " +
-                      PdfBuilder::ref(hidden) + ">>>>" + "<<" + rect + "/Subtype/Link/Dest[" +
-                      PdfBuilder::ref(other) + "/Fit]>>]>>");
-    pdf.set(other, "<</Type/Page/Parent " + PdfBuilder::ref(pages) + "/MediaBox[0 0 200 100]/Contents " +
-                       PdfBuilder::ref(bulk) + ">>");
+    pdf.add("<</Type/Catalog/Pages 2 0 R/AcroForm<</Fields[6 0 R]>>>>");
+    pdf.add("<</Type/Pages/Count 2/Kids[3 0 R 4 0 R]/MediaBox[0 0 200 100]>>");
+    const QByteArray annotation = "<</Type/Annot/Rect[50 50 150 70]";
+    pdf.add("<</Type/Page/Parent 2 0 R/Annots[" + annotation +
+            "/Subtype/Widget/F 4/Parent 6 0 R/AP<</N 7 0 R>>>>" + annotation +
+            "/Subtype/Stamp/F 2/AP<</N 8 0 R>>>>" + annotation + "/Subtype/Link/Dest[4 0 R/Fit]>>]>>");
+    pdf.add("<</Type/Page/Parent 2 0 R/Contents 9 0 R>>");
+    pdf.add("<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
+    pdf.add("<</FT/Tx/T(name)/V(Filled)/Bulk 9 0 R/Kids[]>>");
+    const QByteArray form = "/Type/XObject/Subtype/Form/BBox[0 0 100 20]/Resources<</Font<</F1 5 0 R>>>>";
+    pdf.addStream(showWord("Filled", 2, 4), form);
+    pdf.addStream(showWord("Hidden", 2, 4), form);
+    pdf.addStream(QByteArray(500'000, 'x'));
     const Scratch scratch;
     const ExtractedPage single = extractPdfPage(asPath(scratch.write(u"form.pdf"_s, pdf.build())), 0);
     const QString path = scratch.write(u"single.pdf"_s, single.document);
@@ -125,11 +105,11 @@ TEST(PdfPageExtract, ShowsThePageThatAJobStamps)
     QByteArray noTrailer = deepTree();
     noTrailer.truncate(noTrailer.indexOf("xref\n"));
     for (const QByteArray& bytes : {lyingCounts, noTrailer}) {
-        const QString path = scratch.write(QStringLiteral("damaged.pdf"), bytes);
+        const QString path = scratch.write(u"damaged.pdf"_s, bytes);
         for (const int index : {0, 3, 11}) {
             const QString single =
-                scratch.write(QStringLiteral("single.pdf"), extractPdfPage(asPath(path), index).document);
-            EXPECT_EQ(pdfText(single, 1), QStringLiteral("Body%1").arg(index + 1));
+                scratch.write(u"single.pdf"_s, extractPdfPage(asPath(path), index).document);
+            EXPECT_EQ(pdfText(single, 1), u"Body%1"_s.arg(index + 1));
         }
     }
 }

@@ -4,10 +4,8 @@
 #include "platform/pdf/NewObjects.h"
 #include "platform/pdf/PageTree.h"
 #include "support/PdfBuilder.h"
-#include "support/Tools.h"
 
 #include <functional>
-#include <gtest/gtest.h>
 
 namespace quillfern::pdf {
 namespace {
@@ -66,17 +64,17 @@ QByteArray withObjectStream(QByteArray bytes, const QByteArray& place, const QBy
 TEST(PlainDocument, ReadsPagesAsTheLibraryDoes)
 {
     const Scratch scratch;
-    const QString plain = scratch.write(QStringLiteral("plain.pdf"), twoPages());
+    const QString plain = scratch.write(u"plain.pdf"_s, twoPages());
     const auto throughQpdf = [&](const char* option) {
-        const QString made = scratch.path(QStringLiteral("made.pdf"));
-        EXPECT_EQ(runTool(QStringLiteral("qpdf"), {QString::fromLatin1(option), plain, made}).exitCode, 0);
+        const QString made = scratch.path(u"made.pdf"_s);
+        EXPECT_EQ(runTool(u"qpdf"_s, {QString::fromLatin1(option), plain, made}).exitCode, 0);
         return readFile(made);
     };
     for (const QByteArray& bytes :
          {twoPages(), twoPages("[6 0 R 7 0 R]", " 9 0 R"), throughQpdf("--object-streams=generate"),
           throughQpdf("--linearize"), numberedPdf(3), withObjectStream(twoPages(), "0"),
           withObjectStream(twoPages(), "0", "xref\n0 0\n")}) {
-        FileInput file(asPath(scratch.write(QStringLiteral("source.pdf"), bytes)));
+        FileInput file(asPath(scratch.write(u"source.pdf"_s, bytes)));
         const auto document = readPlain(file);
         ASSERT_TRUE(document) << bytes.constData();
         QPDF library;
@@ -100,7 +98,7 @@ TEST(PlainDocument, ReadsPagesAsTheLibraryDoes)
 TEST(PlainDocument, LeavesWhatIsNotPlainToTheLibrary)
 {
     const Scratch scratch;
-    const std::vector<std::pair<const char*, const char*>> changes = {
+    const Rows<const char*, const char*> changes = {
         {"/Type/Page", "/Type/Page % a comment\n"},
         {"/Type/Page", "/Type/Page/Type/Page"},
         {"/Type/Page", "/Type/Page/Rot#61te 180"},
@@ -128,7 +126,7 @@ TEST(PlainDocument, LeavesWhatIsNotPlainToTheLibrary)
     for (const auto& [part, change] : changes)
         files << twoPages(part, change);
     for (const QByteArray& bytes : files) {
-        FileInput file(asPath(scratch.write(QStringLiteral("source.pdf"), bytes)));
+        FileInput file(asPath(scratch.write(u"source.pdf"_s, bytes)));
         EXPECT_FALSE(bytes == twoPages());
         EXPECT_EQ(readPlain(file), nullptr) << bytes.constData();
     }

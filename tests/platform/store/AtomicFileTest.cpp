@@ -5,8 +5,6 @@
 #include "platform/system/FileIdentity.h"
 #include "support/Tools.h"
 
-#include <QDir>
-#include <QFile>
 #include <sys/stat.h>
 
 namespace quillfern::store {

@@ -7,9 +7,6 @@
 #include "support/Tools.h"
 
 #include <QCryptographicHash>
-#include <QDir>
-#include <QFile>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 namespace quillfern::store {
@@ -24,16 +21,10 @@ TEST(Hashes, AreThoseOfTheWholeFileHoweverItIsWritten)
 {
     const Scratch scratch;
     const QByteArray large(3'000'001, 'x');
-    const int source = openRegularFile(asPath(scratch.write(QStringLiteral("source"), large + "tail")));
-    const FilePath target = asPath(scratch.path(QStringLiteral("target")));
-    struct Case
-    {
-        const char* name;
-        std::function<void(AtomicFile&)> write;
-        QByteArray bytes;
-        QByteArray copied; ///< what the file begins with as a copy
-    };
-    const std::vector<Case> cases = {
+    const int source = openRegularFile(asPath(scratch.write(u"source"_s, large + "tail")));
+    const FilePath target = asPath(scratch.path(u"target"_s));
+    // the bytes, and what of them, at the beginning, is a copy
+    const Rows<const char*, std::function<void(AtomicFile&)>, QByteArray, QByteArray> cases = {
         {"nothing", [](AtomicFile&) {}, "", ""},
         {"small and large pieces",
          [&](AtomicFile& file) {
@@ -62,19 +53,16 @@ TEST(Hashes, AreThoseOfTheWholeFileHoweverItIsWritten)
          },
          "head" + large, ""},
     };
-    for (const Case& c : cases) {
+    for (const auto& [name, write, bytes, copy] : cases) {
         AtomicFile file(target);
         file.hashBytes();
-        c.write(file);
-        EXPECT_EQ(file.sha256(), sha256Of(c.bytes)) << c.name;
+        write(file);
+        EXPECT_EQ(file.sha256(), sha256Of(bytes)) << name;
         const auto copied = file.copiedBytes();
-        EXPECT_EQ(copied.has_value(), !c.copied.isEmpty()) << c.name;
-        if (copied) {
-            EXPECT_EQ(copied->size, c.copied.size()) << c.name;
-            EXPECT_EQ(copied->sha256, sha256Of(c.copied)) << c.name;
-        }
+        EXPECT_EQ(copied.has_value(), !copy.isEmpty()) << name;
+        EXPECT_TRUE(!copied || (copied->size == copy.size() && copied->sha256 == sha256Of(copy))) << name;
         file.commit();
-        EXPECT_EQ(readFile(target.text()), c.bytes) << c.name;
+        EXPECT_EQ(readFile(target.text()), bytes) << name;
     }
     ::close(source);
 }
@@ -82,59 +70,41 @@ TEST(Hashes, AreThoseOfTheWholeFileHoweverItIsWritten)
 TEST(NewNames, ReplaceOnlyWhereTheyMayAndStayBelowTheirFolder)
 {
     const Scratch scratch;
-    scratch.write(QStringLiteral("out/a/taken"), "earlier");
-    scratch.write(QStringLiteral("out/file"), "x");
-    ASSERT_TRUE(QDir().mkpath(scratch.path(QStringLiteral("elsewhere"))));
-    ASSERT_TRUE(
-        QFile::link(scratch.path(QStringLiteral("elsewhere")), scratch.path(QStringLiteral("out/link"))));
-    ASSERT_TRUE(
-        QFile::link(scratch.path(QStringLiteral("gone")), scratch.path(QStringLiteral("out/dangling"))));
-    const FilePath out = asPath(scratch.path(QStringLiteral("out")));
-    struct Case
-    {
-        QStringList folders;
-        const char* name;
-        bool mayReplace;
-        const char* outcome;
+    scratch.write(u"out/a/taken"_s, "earlier");
+    scratch.write(u"out/file"_s, "x");
+    ASSERT_TRUE(QDir().mkpath(scratch.path(u"elsewhere"_s)));
+    ASSERT_TRUE(QFile::link(scratch.path(u"elsewhere"_s), scratch.path(u"out/link"_s)));
+    ASSERT_TRUE(QFile::link(scratch.path(u"gone"_s), scratch.path(u"out/dangling"_s)));
+    const FilePath out = asPath(scratch.path(u"out"_s));
+    // the folders below, the name there, and whether the copy may replace a file
+    const Rows<const char*, const char*, bool, const char*> cases = {
+        {"", "new", false, "done"},        {"a", "taken", false, "taken"},   {"a", "taken", true, "done"},
+        {"b|c d", "new", true, "done"},    {"", "dangling", false, "taken"}, {"", "a", false, "taken"},
+        {"", "a", true, "refused"}, // a folder is never replaced
+        {"link", "x", true, "refused"},    {"file", "x", true, "refused"},   {"..", "x", true, "refused"},
+        {"a/../..", "x", true, "refused"}, {"|", "x", true, "refused"},
     };
-    const std::vector<Case> cases = {
-        {{}, "new", false, "done"},
-        {{QStringLiteral("a")}, "taken", false, "taken"},
-        {{QStringLiteral("a")}, "taken", true, "done"},
-        {{QStringLiteral("b"), QStringLiteral("c d")}, "new", true, "done"},
-        {{}, "dangling", false, "taken"},
-        {{}, "a", false, "taken"},
-        {{}, "a", true, "refused"}, // a folder is never replaced
-        {{QStringLiteral("link")}, "x", true, "refused"},
-        {{QStringLiteral("file")}, "x", true, "refused"},
-        {{QStringLiteral("..")}, "x", true, "refused"},
-        {{QStringLiteral("a/../..")}, "x", true, "refused"},
-        {{QString()}, "x", true, "refused"},
-    };
-    for (const Case& c : cases) {
-        AtomicFile file(out.child(QStringLiteral("planned")), out);
+    for (const auto& [folders, name, mayReplace, expected] : cases) {
+        AtomicFile file(out.child(u"planned"_s), out);
         file.write("copy", 4);
-        std::string outcome;
+        std::string outcome = "refused";
         try {
-            const FolderBelow folder(out, c.folders);
-            outcome = file.commitInto(folder, QString::fromLatin1(c.name), c.mayReplace) ? "done" : "taken";
-            if (outcome == "done") {
-                EXPECT_EQ(readFile(folder.path().child(QString::fromLatin1(c.name)).text()), "copy");
-            }
+            const QString path = QString::fromLatin1(folders);
+            const FolderBelow folder(out, path.isEmpty() ? QStringList() : path.split(u'|'));
+            outcome = file.commitInto(folder, QString::fromLatin1(name), mayReplace) ? "done" : "taken";
+            EXPECT_TRUE(outcome != "done" ||
+                        readFile(folder.path().child(QString::fromLatin1(name)).text()) == "copy");
         } catch (const Failure&) {
-            outcome = "refused";
         }
-        EXPECT_EQ(outcome, c.outcome) << c.folders.join(u'/').toStdString() << " " << c.name;
-        if (outcome == "taken") { // and another name will do
-            EXPECT_TRUE(file.commitInto(FolderBelow(out, {}),
-                                        QStringLiteral("other-") + QLatin1String(c.name), false));
-        }
+        EXPECT_EQ(outcome, expected) << folders << " " << name;
+        // A name that is taken leaves the file to be given another one.
+        EXPECT_TRUE(outcome != "taken" ||
+                    file.commitInto(FolderBelow(out, {}), u"other-"_s + QLatin1String(name), false));
     }
-    EXPECT_TRUE(QDir(scratch.path(QStringLiteral("elsewhere"))).isEmpty());
-    EXPECT_FALSE(QFile::exists(scratch.path(QStringLiteral("x"))));
-    EXPECT_TRUE(QFileInfo(scratch.path(QStringLiteral("out/dangling"))).isSymLink());
-    EXPECT_EQ(QDir(out.text()).entryList({QStringLiteral(".quillfern*")}, QDir::Hidden | QDir::Files).size(),
-              0);
+    EXPECT_TRUE(QDir(scratch.path(u"elsewhere"_s)).isEmpty());
+    EXPECT_FALSE(QFile::exists(scratch.path(u"x"_s)));
+    EXPECT_TRUE(QFileInfo(scratch.path(u"out/dangling"_s)).isSymLink());
+    EXPECT_EQ(QDir(out.text()).entryList({u".quillfern*"_s}, QDir::Hidden | QDir::Files).size(), 0);
 }
 
 } // namespace

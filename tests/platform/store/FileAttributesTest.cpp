@@ -4,7 +4,6 @@
 #include "platform/store/AtomicFile.h"
 #include "support/Tools.h"
 
-#include <QFile>
 #include <array>
 #include <cerrno>
 #include <grp.h>

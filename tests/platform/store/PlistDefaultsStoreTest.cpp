@@ -8,8 +8,6 @@
 #include "support/Fakes.h"
 #include "support/Tools.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QThread>
 #include <sys/stat.h>
 #include <sys/wait.h>

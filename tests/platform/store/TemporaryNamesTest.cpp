@@ -2,8 +2,6 @@
 
 #include "support/Tools.h"
 
-#include <QDir>
-#include <QFile>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
