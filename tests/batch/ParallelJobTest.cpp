@@ -244,34 +244,34 @@ TEST_F(ParallelJob, FewOpenFilesAndNoThreadsAreEnough)
 {
     QImage page(60, 40, QImage::Format_RGB888);
     page.fill(Qt::white);
-    const QString scan = scratch.path(QStringLiteral("scan.tif"));
+    const QString scan = scratch.path(u"scan.tif"_s);
     TiffBuilder(scan).page(page).page(page).page(page);
     addDocuments(20);
-    addFile(QStringLiteral("scan.tif"), readFile(scan));
-    addFile(QStringLiteral("last.pdf"), numberedPdf(2));
+    add(u"in/scan.tif"_s, readFile(scan));
+    add(u"in/last.pdf"_s, numberedPdf(2));
     JobOptions options;
     options.keepFolders = true; // the move to a name opens folders
     settings.number->setOptions(options);
-    const QByteArrayList expected = run(1);
+    const QByteArrayList expected = seenOf(1);
     for (const rlim_t more : {14, 20, 30}) {
         const FewOpenFiles few(more);
-        EXPECT_TRUE(run(8) == expected) << more;
+        EXPECT_TRUE(seenOf(8) == expected) << more;
     }
     const NoThreads none;
-    EXPECT_TRUE(run(8) == expected);
+    EXPECT_TRUE(seenOf(8) == expected);
 }
 
 TEST_F(ParallelJob, OfFilesOfOneNameTheFirstIsStampedWhenNoneIsReplaced)
 {
     addDocuments(4);
     for (int i = 0; i < 4; ++i)
-        addFile(QStringLiteral("other/d0%1.pdf").arg(i), numberedPdf(2));
-    addFile(QStringLiteral("last.pdf"), numberedPdf(1));
+        add(u"in/other/d0%1.pdf"_s.arg(i), numberedPdf(2));
+    add(u"in/last.pdf"_s, numberedPdf(1));
     JobOptions options;
     options.existing = ExistingCopies::Skip;
     settings.number->setOptions(options);
-    const QByteArrayList expected = run(1);
-    EXPECT_TRUE(run(8) == expected);
+    const QByteArrayList expected = seenOf(1);
+    EXPECT_TRUE(seenOf(8) == expected);
     EXPECT_TRUE(process->log().files.at(4).outcome.lostNumbers) << "they were not given to the next file";
 }
 
