@@ -746,6 +746,238 @@ Please select valid output folder.</source>
         <source>There is not enough memory to begin.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>There are too many copies named like %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No copy was made: the copy of %1 has its name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A copy was there before the job, and was left as it is.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copies cannot be written into the folder %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No stamp is in use.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamp %1 has no text or no picture.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 original is overwritten, and no backup is kept.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 originals are overwritten, and no backup is kept.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 copy that is there already is replaced.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 copies that are there already are replaced.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file has a copy of another file&apos;s name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files have copies of the same names; only one copy of each name can be.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file is not stamped, because its copy would overwrite another file of the list.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files are not stamped, because their copies would overwrite other files of the list.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file is in the list under another name too.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files are in the list under another name too.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file that is not checked is stamped too.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files that are not checked are stamped too.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages of 1 file that are not stamped come out blank.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages of %1 files that are not stamped come out blank.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A stamp is mostly off the first page of 1 file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A stamp is mostly off the first page of %1 files.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A stamp is larger than the first page of 1 file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A stamp is larger than the first page of %1 files.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A stamp is below 4 points in print on 1 file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A stamp is below 4 points in print on %1 files.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file needs a password and is not stamped.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files need a password and are not stamped.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file has no page that can be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files have no page that can be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file is digitally signed; readers will show that it was changed since.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files are digitally signed; readers will show that they were changed since.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 file is certified by its author, and stamps end the certification.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 files are certified by their authors, and stamps end the certification.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The copy of 1 file no longer claims to be PDF/A-1, which forbids transparent stamps.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The copies of %1 files no longer claim to be PDF/A-1, which forbids transparent stamps.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The copies need about %1, and the disk has room for %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder %1 is not there and has to be made.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 original is overwritten; a backup of it is kept.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 originals are overwritten; backups of them are kept.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The font &quot;%1&quot; is not installed; &quot;%2&quot; is used instead.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is a copy that this job has made.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The copies of %1 and %2 have one name and belong to different parts of the job.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The pages that were counted of %1 are not those that were stamped: numbers and totals may be wrong. Count the pages again, and do all parts of the job again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A comma or a hyphen is missing at character %1 of the pages &quot;%2&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The range that ends at character %1 of the pages &quot;%2&quot; runs backwards.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The page number at character %1 of the pages &quot;%2&quot; is too large.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A page number is missing at character %1 of the pages &quot;%2&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages count from 1, unlike at character %1 of the pages &quot;%2&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Line %1 is no line of page counts.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The document needs another password than the one given.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The document&apos;s encryption was not removed: that takes the password for permissions (the owner&apos;s), and the password that was given only opens it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be opened.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is not below the output folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is a link or a file, where a folder for copies has to be.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The standard input cannot be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The standard input is too large for a list.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>quillfern::FileList</name>
@@ -1231,6 +1463,10 @@ BMP, JPEG, PNG or GIF</source>
     </message>
     <message>
         <source>No Output</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Skipped</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
