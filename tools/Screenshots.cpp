@@ -44,21 +44,23 @@ QPalette darkPalette()
 class SlowProcessors final : public DocumentProcessors
 {
   public:
-    FileOutcome processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
+    StampedDocument processPDF(const FilePath&, const FilePath&, const QString&, JobRun& run) override
     {
         return work(run);
     }
-    FileOutcome processTIFF(const FilePath&, const FilePath&, JobRun& run, std::int32_t) override
+    StampedDocument processTIFF(const FilePath&, const FilePath&, JobRun& run, std::int32_t) override
     {
         return work(run);
     }
 
   private:
-    static FileOutcome work(const JobRun& run)
+    static StampedDocument work(const JobRun& run)
     {
         run.pageDone();
         QThread::msleep(350);
-        return {FileStatus::Created, std::nullopt, 1, std::nullopt};
+        StampedDocument document;
+        document.outcome = {FileStatus::Created, std::nullopt, 1, std::nullopt};
+        return document;
     }
 };
 
@@ -69,8 +71,7 @@ class Photographer
         : samples_(std::move(samples)), folder_(std::move(folder)), suffix_(std::move(suffix)),
           folders_(scratch_.path()),
           app_(AppServices{clock_, folders_, defaults_, mainThread_, desktop_, panels_, alerts_, program(),
-                           FilePath(),
-                           [](const JobConfiguration&) { return std::make_unique<SlowProcessors>(); }})
+                           FilePath(), [](const auto&...) { return std::make_unique<SlowProcessors>(); }, 1})
     {
         QDir(scratch_.path()).mkpath(QStringLiteral("Stamped"));
     }
